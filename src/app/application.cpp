@@ -1,0 +1,59 @@
+#include "app/application.h"
+
+#include <QScreen>
+
+#include "inspector/type_table.h"
+
+namespace lens {
+namespace {
+
+constexpr QSize kComfortableSize(1440, 900);
+constexpr double kSmallestScale = 0.8;
+
+// On a screen lower than the design all places shrink before they are recorded, so the font stays.
+void scaleDesign(QWidget& window, double scale) {
+  for (QWidget* control : window.findChildren<QWidget*>()) {
+    if (!control->property("tabIndex").isValid()) continue;
+    const QRect place = control->geometry();
+    control->setGeometry(place.x(), qRound(place.y() * scale), place.width(), qRound(place.height() * scale));
+  }
+  window.resize(window.width(), qRound(window.height() * scale));
+}
+
+}  // namespace
+
+Application::Application(Gateway& notes, CApi& api, Host& host, const QString& source)
+    : routines(host, api),
+      sessions(state, notes, host),
+      servers(state, host, api, routines),
+      layout(form, host),
+      mainWindow(form, state, api, host, routines, sessions, servers, layout),
+      capture(form, state, notes, host, routines),
+      lowLevel(form, state, api, host, routines),
+      viewer(form, state, host, routines, sessions, lowLevel, layout) {
+  installUntrappedReport(host);
+  mainWindow.addDocTypes = [this, &host] { addDocTypes(state, *form.cmbFieldType, host); };
+  form.sbrMain->setPanelText(QStringLiteral("Source"), source);
+}
+
+void Application::start() {
+  const QSize free = form.screen()->availableSize();
+  const double scale = double(free.height()) / form.height();
+  if (scale < 1) scaleDesign(form, qMax(scale, kSmallestScale));
+  mainWindow.Form_Load();
+  if (free.width() > kComfortableSize.width() && free.height() > kComfortableSize.height())
+    form.resize(kComfortableSize);
+  form.Timer2->setEnabled(true);
+  mainWindow.Timer2_Timer();
+  form.show();
+}
+
+void installUntrappedReport(Host& host) {
+  setUntrappedReport([&host](const RuntimeError& error) {
+    host.messageBox(
+        QStringLiteral("Run-time error '%1':").arg(error.number()) + u"\n\n" + error.description(),
+        box::Critical);
+  });
+}
+
+}  // namespace lens

@@ -1,0 +1,44 @@
+// The application: builds the windows and connects every subsystem to them, in order. What a button
+// does is found in the subsystem, under the procedure's name.
+#pragma once
+
+#include "host/host.h"
+#include "inspector/document_capture.h"
+#include "inspector/field_viewer.h"
+#include "inspector/low_level_reading.h"
+#include "notes/bridge.h"
+#include "notes/capi.h"
+#include "shell/form1.h"
+#include "shell/globals.h"
+#include "shell/main_window.h"
+#include "shell/routines.h"
+#include "shell/server_lists.h"
+#include "shell/session_routines.h"
+#include "shell/window_layout.h"
+
+namespace lens {
+
+class Application {
+ public:
+  // The source tells the user which side of the doors is in use.
+  Application(Gateway& notes, CApi& api, Host& host, const QString& source);
+
+  // Runs the load step, then shows the main window.
+  void start();
+
+  Form1 form;
+  Globals state;
+  Routines routines;
+  SessionRoutines sessions;
+  ServerLists servers;
+  WindowLayout layout;
+  MainWindow mainWindow;
+  DocumentCapture capture;
+  LowLevelReading lowLevel;
+  FieldViewer viewer;
+};
+
+// Shows what no procedure handled as "Run-time error 'N':" and its description.
+void installUntrappedReport(Host& host);
+
+}  // namespace lens

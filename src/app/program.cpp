@@ -1,0 +1,75 @@
+#include "app/program.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QStandardPaths>
+
+#include "app/closed_doors.h"
+#include "app/sample_workspace.h"
+#include "controls/look.h"
+#include "embedded/capi/embedded_capi.h"
+#include "embedded/model/embedded_gateway.h"
+
+namespace lens {
+namespace {
+
+QString workspaceDirectory() {
+  const QString named = qEnvironmentVariable("TESSALY_WORKSPACE");
+  if (!named.isEmpty()) return named;
+  const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+  QDir().mkpath(data);
+  return data + QStringLiteral("/tessaly-lens");
+}
+
+}  // namespace
+
+Program::Program() {
+  // Hiding into the tray, a box at the start or a closed client window must not end the process.
+  QApplication::setQuitOnLastWindowClosed(false);
+  applyLook(*qApp);
+  openWorkspace();
+  QString source = QStringLiteral("No workspace");
+  if (workspace_) {
+    notes_ = std::make_unique<EmbeddedGateway>(workspace_);
+    capi_ = std::make_unique<EmbeddedCApi>(workspace_);
+    source = QStringLiteral("Embedded: ") + QDir::toNativeSeparators(workspace_->directory());
+  } else {
+    notes_ = std::make_unique<ClosedGateway>(failure_);
+    capi_ = std::make_unique<ClosedCApi>(failure_);
+  }
+  application_ = std::make_unique<Application>(*notes_, *capi_, host_, source);
+  if (!workspace_) return;
+  client_ = std::make_unique<ClientWindow>(workspace_);
+  // Closing the client window hides it; the panel that names the source brings it back.
+  application_->form.sbrMain->setToolTip(QStringLiteral("Click on the source to show the client window"));
+  application_->form.sbrMain->panelClick = [this](const QString& key) {
+    if (key == u"Source") showClient();
+  };
+}
+
+Program::~Program() = default;
+
+void Program::openWorkspace() {
+  try {
+    auto workspace = Workspace::open(workspaceDirectory(), host_.regional());
+    fillFirstTime(*workspace);
+    openSampleMail(*workspace);
+    workspace_ = std::move(workspace);
+  } catch (const RuntimeError& error) {
+    failure_ = error.description();
+    host_.messageBox(failure_, box::Critical, QStringLiteral("Workspace"));
+  }
+}
+
+void Program::showClient() {
+  client_->showNormal();
+  client_->raise();
+  client_->activateWindow();
+}
+
+void Program::start() {
+  if (client_) client_->show();
+  application_->start();
+}
+
+}  // namespace lens

@@ -1,0 +1,17 @@
+// The first start: a workspace without databases is filled with the samples that the program carries,
+// so that the first screen shows a real document.
+#pragma once
+
+#include "embedded/workspace.h"
+
+namespace lens {
+
+// Fills a workspace that has no database at all: an address book on a server, a mail file and a
+// discussion on the local machine. Raises what the import raises.
+void fillFirstTime(Workspace& workspace);
+
+// Puts the mail file of the samples on top in the client, with its first document open. Nothing when
+// there is no such file.
+void openSampleMail(Workspace& workspace);
+
+}  // namespace lens

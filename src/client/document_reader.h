@@ -1,0 +1,45 @@
+// The page that shows an open document: its subject, its items, and the value of one of them. It
+// changes nothing.
+#pragma once
+
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QWidget>
+
+#include "client/item_model.h"
+
+namespace lens {
+
+class DocumentReader : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit DocumentReader(QWidget* parent = nullptr);
+
+  // Shows another note; the same note read anew keeps the row that is current.
+  void show(Note note, const Regional& regional);
+  void clear();
+  quint32 noteId() const { return model_ ? model_->note().header.id : 0; }
+  void focusItems() { items_->setFocus(); }
+
+ Q_SIGNALS:
+  // The Close button.
+  void closeRequested();
+
+ private:
+  QLayout* makeHead();
+  QWidget* makeItems();
+  QWidget* makeContent();
+  void showItem(int row);
+
+  QLabel* subject_;
+  QLabel* facts_;
+  QPushButton* close_;
+  QTableView* items_;
+  QPlainTextEdit* content_;
+  ItemModel* model_ = nullptr;
+};
+
+}  // namespace lens

@@ -1,0 +1,44 @@
+#include "client/file_choice.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
+
+namespace lens {
+namespace {
+
+QStringList chosen(QFileDialog& dialog) {
+  dialog.setWindowModality(Qt::WindowModal);
+  return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles() : QStringList();
+}
+
+}  // namespace
+
+QStringList DesktopFileChoice::dxlFiles(QWidget* owner) {
+  QFileDialog dialog(owner, QObject::tr("Import DXL"), lastFolder_,
+                     QObject::tr("DXL files (*.dxl *.xml);;All files (*)"));
+  dialog.setFileMode(QFileDialog::ExistingFiles);
+  const QStringList files = chosen(dialog);
+  if (!files.isEmpty()) lastFolder_ = QFileInfo(files.first()).path();
+  return files;
+}
+
+QString DesktopFileChoice::folder(QWidget* owner) {
+  QFileDialog dialog(owner, QObject::tr("Import all DXL files of a folder"), lastFolder_);
+  dialog.setFileMode(QFileDialog::Directory);
+  dialog.setOption(QFileDialog::ShowDirsOnly);
+  const QString folder = chosen(dialog).value(0);
+  if (!folder.isEmpty()) lastFolder_ = folder;
+  return folder;
+}
+
+QString DesktopFileChoice::databaseName(QWidget* owner, const QString& where) {
+  QInputDialog dialog(owner);
+  dialog.setWindowModality(Qt::WindowModal);
+  dialog.setWindowTitle(QObject::tr("New database"));
+  dialog.setLabelText(QObject::tr("File name on %1, folders included:").arg(where));
+  dialog.setTextValue(QStringLiteral("new.nsf"));
+  return dialog.exec() == QDialog::Accepted ? dialog.textValue().trimmed() : QString();
+}
+
+}  // namespace lens

@@ -1,0 +1,31 @@
+// What the client window asks the user for: files, a folder, a name. A test answers in the user's place.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QWidget>
+
+namespace lens {
+
+// Every answer is empty when the user gives up.
+class FileChoice {
+ public:
+  virtual ~FileChoice() = default;
+  virtual QStringList dxlFiles(QWidget* owner) = 0;
+  virtual QString folder(QWidget* owner) = 0;
+  // Path of a database to be made, below the directory of its server; `where` names that server.
+  virtual QString databaseName(QWidget* owner, const QString& where) = 0;
+};
+
+// The desktop's own dialogs. They hold back only their owner: the tool's windows go on.
+class DesktopFileChoice : public FileChoice {
+ public:
+  QStringList dxlFiles(QWidget* owner) override;
+  QString folder(QWidget* owner) override;
+  QString databaseName(QWidget* owner, const QString& where) override;
+
+ private:
+  QString lastFolder_;
+};
+
+}  // namespace lens

@@ -1,0 +1,68 @@
+#include "client/import_bar.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QHBoxLayout>
+
+namespace lens {
+namespace {
+
+constexpr int kSteps = 1000;
+constexpr int kYieldEvery = 40;  // milliseconds; more often would slow the import down
+
+}  // namespace
+
+ImportBar::ImportBar(QWidget* parent)
+    : QWidget(parent),
+      file_(new QLabel(this)),
+      bar_(new QProgressBar(this)),
+      cancel_(new QPushButton(tr("Cancel &import"), this)) {
+  setObjectName(QStringLiteral("importBar"));
+  bar_->setObjectName(QStringLiteral("importProgress"));
+  bar_->setFixedWidth(180);
+  bar_->setAccessibleName(tr("Progress of the file"));
+  cancel_->setObjectName(QStringLiteral("importCancel"));
+  cancel_->setToolTip(tr("Ends the import; the file at hand leaves nothing in the database"));
+  file_->setTextFormat(Qt::PlainText);
+  auto* layout = new QHBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(file_);
+  layout->addWidget(bar_);
+  layout->addWidget(cancel_);
+  connect(cancel_, &QPushButton::clicked, this, [this] {
+    cancelled_ = true;
+    cancel_->setEnabled(false);
+  });
+  hide();
+}
+
+void ImportBar::begin() {
+  running_ = true;
+  cancelled_ = false;
+  cancel_->setEnabled(true);
+  file_->clear();
+  bar_->setRange(0, kSteps);
+  bar_->setValue(0);
+  show();
+}
+
+void ImportBar::finish() {
+  running_ = false;
+  hide();
+}
+
+void ImportBar::showProgress(const QString& file, qint64 done, qint64 total) {
+  file_->setText(tr("Importing %1").arg(QFileInfo(file).fileName()));
+  bar_->setValue(total > 0 ? int(kSteps * (double(qBound<qint64>(0, done, total)) / double(total))) : 0);
+}
+
+bool ImportWatch::go(const QString& file, qint64 done, qint64 total) {
+  if (!bar_) return false;
+  if (sinceYield_.isValid() && sinceYield_.elapsed() < kYieldEvery) return !bar_->isCancelled();
+  bar_->showProgress(file, done, total);
+  QCoreApplication::processEvents();
+  sinceYield_.start();
+  return bar_ && !bar_->isCancelled();
+}
+
+}  // namespace lens

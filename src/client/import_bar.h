@@ -1,0 +1,47 @@
+// The progress of an import in the status bar, with a button that ends it.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QPointer>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QWidget>
+
+#include "embedded/dxl/dxl_importer.h"
+
+namespace lens {
+
+class ImportBar : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit ImportBar(QWidget* parent = nullptr);
+
+  // Shown and running from begin() to finish().
+  void begin();
+  void finish();
+  bool isRunning() const { return running_; }
+  bool isCancelled() const { return cancelled_; }
+  void showProgress(const QString& file, qint64 done, qint64 total);
+
+ private:
+  QLabel* file_;
+  QProgressBar* bar_;
+  QPushButton* cancel_;
+  bool running_ = false;
+  bool cancelled_ = false;
+};
+
+// Lets events through while the importer works. An import whose window has gone ends itself.
+class ImportWatch : public ImportProgress {
+ public:
+  explicit ImportWatch(ImportBar* bar) : bar_(bar) {}
+  bool go(const QString& file, qint64 done, qint64 total) override;
+
+ private:
+  QPointer<ImportBar> bar_;
+  QElapsedTimer sinceYield_;
+};
+
+}  // namespace lens

@@ -1,0 +1,38 @@
+// The items of one note: name, type, beginning of the value.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QHash>
+
+#include "embedded/store/note.h"
+#include "host/regional.h"
+
+namespace lens {
+
+class ItemModel : public QAbstractTableModel {
+  Q_OBJECT
+
+ public:
+  enum Column { Name, Type, Content, ColumnCount };
+
+  ItemModel(const Regional& regional, QObject* parent);
+
+  void show(Note note);
+  const Note& note() const { return note_; }
+  // The whole text of an item's value; "" for a row that is not there.
+  QString text(int row) const;
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ private:
+  const QString& beginning(int row) const;
+
+  Regional regional_;
+  Note note_;
+  mutable QHash<int, QString> beginnings_;
+};
+
+}  // namespace lens

@@ -1,0 +1,25 @@
+// How the lists and tables of the client window are set up alike.
+#pragma once
+
+#include <QString>
+#include <QTableView>
+#include <QWidget>
+
+namespace lens {
+
+// The monospace font, so that rows line up as in the tool's own lists.
+void useListFont(QWidget& widget);
+
+// Rows of the height that tables have.
+void giveRowsRoom(QAbstractItemView& view);
+
+// A table of whole rows of one height that Tab leaves.
+void prepareTable(QTableView& table);
+
+// A pane with a label above; the label's mnemonic leads to the content.
+QWidget* labelled(const QString& caption, QWidget* content);
+
+// A tooltip that shows its text as it is, also where the text looks like markup.
+QString plainTip(const QString& text);
+
+}  // namespace lens

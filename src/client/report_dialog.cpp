@@ -1,0 +1,40 @@
+#include "client/report_dialog.h"
+
+#include <QClipboard>
+#include <QDialogButtonBox>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "client/panes.h"
+
+namespace lens {
+
+ReportDialog::ReportDialog(const QString& heading, const QString& report, QWidget* parent) : QDialog(parent) {
+  setObjectName(QStringLiteral("ImportReport"));
+  setAttribute(Qt::WA_DeleteOnClose);
+  setWindowTitle(tr("Import report"));
+  resize(640, 360);
+  auto* title = new QLabel(heading, this);
+  title->setTextFormat(Qt::PlainText);
+  title->setWordWrap(true);
+  auto* text = new QPlainTextEdit(report, this);
+  text->setObjectName(QStringLiteral("reportText"));
+  text->setReadOnly(true);
+  text->setTabChangesFocus(true);
+  text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  useListFont(*text);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+  QPushButton* copy = buttons->addButton(tr("C&opy"), QDialogButtonBox::ActionRole);
+  copy->setToolTip(tr("Puts the whole report on the clipboard"));
+  connect(copy, &QPushButton::clicked, this, [report] { QGuiApplication::clipboard()->setText(report); });
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(title);
+  layout->addWidget(text, 1);
+  layout->addWidget(buttons);
+}
+
+}  // namespace lens

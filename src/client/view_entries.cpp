@@ -1,0 +1,64 @@
+#include "client/view_entries.h"
+
+#include <algorithm>
+
+#include "embedded/views/view_documents.h"
+
+namespace lens {
+namespace {
+
+constexpr quint16 kDesign = quint16(~(noteclass::Document | noteclass::Private | noteclass::Default));
+
+QString firstText(const Database& database, quint32 noteId, QStringView name) {
+  Item item;
+  if (!database.readItem(noteId, name, item)) return {};
+  const Value value = itemValues(item);
+  return value.isArray() && value.upperBound() >= 0 ? value.at(0).text() : QString();
+}
+
+// Name of a title "name|alias"; a view without one is told by its ID.
+ViewEntry entryOf(const Database& database, quint32 noteId) {
+  ViewEntry entry{ViewEntry::Kind::View, {}, noteId};
+  const QString id = QStringLiteral("%1").arg(noteId, 8, 16, QChar(u'0')).toUpper();
+  try {
+    entry.title = firstText(database, noteId, u"$TITLE").section(u'|', 0, 0).trimmed();
+    if (firstText(database, noteId, u"$Flags").contains(u'F')) entry.kind = ViewEntry::Kind::Folder;
+  } catch (const RuntimeError&) {
+    entry.title = QStringLiteral("%1 (damaged)").arg(id);
+  }
+  if (entry.title.isEmpty()) entry.title = QStringLiteral("%1 (without a title)").arg(id);
+  return entry;
+}
+
+QVector<quint32> idsOf(const QVector<NoteSummary>& notes) {
+  QVector<quint32> ids;
+  ids.reserve(notes.size());
+  for (const NoteSummary& note : notes) ids.push_back(note.id);
+  return ids;
+}
+
+}  // namespace
+
+QVector<ViewEntry> viewEntries(const Database& database) {
+  QVector<ViewEntry> entries{{ViewEntry::Kind::AllDocuments, QStringLiteral("All documents"), 0},
+                             {ViewEntry::Kind::DesignNotes, QStringLiteral("Design notes"), 0}};
+  for (const NoteSummary& view : database.list(noteclass::View))
+    entries.push_back(entryOf(database, view.id));
+  std::stable_sort(entries.begin() + 2, entries.end(), [](const ViewEntry& a, const ViewEntry& b) {
+    return a.title.compare(b.title, Qt::CaseInsensitive) < 0;
+  });
+  return entries;
+}
+
+QVector<quint32> documentsOf(const Database& database, const ViewEntry& entry) {
+  if (entry.kind == ViewEntry::Kind::AllDocuments) return idsOf(database.list(noteclass::Document));
+  if (entry.kind == ViewEntry::Kind::DesignNotes) return idsOf(database.list(kDesign));
+  Note view;
+  if (!database.read(entry.noteId, view))
+    throw RuntimeError(
+        enginefault::UnknownNote,
+        QStringLiteral("%1: the view \"%2\" is no longer there").arg(database.path(), entry.title));
+  return viewDocuments(database, view);
+}
+
+}  // namespace lens

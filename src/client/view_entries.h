@@ -1,0 +1,26 @@
+// What a database offers to look into: everything, its design, and its views.
+#pragma once
+
+#include <QString>
+#include <QVector>
+
+#include "embedded/store/database.h"
+
+namespace lens {
+
+struct ViewEntry {
+  enum class Kind { AllDocuments, DesignNotes, View, Folder };
+  Kind kind = Kind::AllDocuments;
+  QString title;
+  quint32 noteId = 0;  // of a view or folder
+
+  bool sameAs(const ViewEntry& other) const { return kind == other.kind && noteId == other.noteId; }
+};
+
+// All documents and design notes first, then the views by title. A damaged view is listed by its ID.
+QVector<ViewEntry> viewEntries(const Database& database);
+
+// Note IDs in ascending order. Raises UnknownNote when the view has gone meanwhile.
+QVector<quint32> documentsOf(const Database& database, const ViewEntry& entry);
+
+}  // namespace lens

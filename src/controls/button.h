@@ -1,0 +1,48 @@
+// Push buttons, with a caption or with a picture.
+#pragma once
+
+#include <QPushButton>
+
+#include "controls/event.h"
+
+namespace lens {
+
+// What both kinds of button share. Enter presses none of them unless a window makes one its default.
+class CommandButton : public QPushButton {
+  Q_OBJECT
+
+ public:
+  explicit CommandButton(QWidget* parent = nullptr);
+
+  Event<> click;
+  // Runs the procedure directly, also for a hidden or disabled button; its failure is the caller's.
+  void raiseClick() const { click.raise(); }
+};
+
+class Button : public CommandButton {
+  Q_OBJECT
+  Q_PROPERTY(bool destructive READ isDestructive WRITE setDestructive)
+
+ public:
+  explicit Button(QWidget* parent = nullptr) : CommandButton(parent) {}
+
+  // Shows that the button takes something away for good: dark red on the window's own colour.
+  bool isDestructive() const { return destructive_; }
+  void setDestructive(bool destructive);
+
+ protected:
+  void initStyleOption(QStyleOptionButton* option) const override;
+
+ private:
+  bool destructive_ = false;
+};
+
+// Carries an icon and no caption; the accessible name has to be given.
+class PictureButton : public CommandButton {
+  Q_OBJECT
+
+ public:
+  explicit PictureButton(QWidget* parent = nullptr);
+};
+
+}  // namespace lens

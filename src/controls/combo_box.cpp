@@ -1,0 +1,94 @@
+#include "controls/combo_box.h"
+
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QScopedValueRollback>
+#include <QWheelEvent>
+#include <limits>
+
+#include "controls/keys.h"
+
+namespace lens {
+
+ComboBox::ComboBox(QWidget* parent) : QComboBox(parent) {
+  setInsertPolicy(NoInsert);
+  setMaxCount(std::numeric_limits<int>::max());
+  connect(this, &QComboBox::activated, this, [this] {
+    if (!searching_) click.fire();
+  });
+}
+
+void ComboBox::setEditable(bool editable) {
+  QComboBox::setEditable(editable);
+  setInsertPolicy(NoInsert);
+  if (!editable) return;
+  setCompleter(nullptr);
+  lineEdit()->setMaxLength(std::numeric_limits<int>::max());
+  // Both would make a typed text that equals a row count as a picked row.
+  disconnect(lineEdit(), &QLineEdit::editingFinished, this, nullptr);
+  disconnect(lineEdit(), &QLineEdit::returnPressed, this, nullptr);
+  connect(lineEdit(), &QLineEdit::textChanged, this, [this] { textMayHaveChanged(); });
+}
+
+void ComboBox::setText(const QString& text) {
+  if (!isEditable()) return setCurrentIndex(findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive));
+  keepText(text);
+  textMayHaveChanged();
+}
+
+void ComboBox::addItem(const QString& text) {
+  const QString kept = currentText();
+  const int row = currentIndex();
+  QScopedValueRollback<bool> working(atWork_, true);
+  QComboBox::addItem(text);
+  // The first row would be taken as the chosen one.
+  if (row == -1 && currentIndex() != -1) keepText(kept);
+}
+
+void ComboBox::clearRows() {
+  const QString kept = currentText();
+  QScopedValueRollback<bool> working(atWork_, true);
+  QComboBox::clear();
+  if (isEditable()) keepText(kept);
+}
+
+void ComboBox::keepText(const QString& text) {
+  QScopedValueRollback<bool> working(atWork_, true);
+  setCurrentIndex(-1);
+  if (isEditable()) setEditText(text);
+}
+
+void ComboBox::textMayHaveChanged() {
+  if (atWork_ || currentText() == lastText_) return;
+  lastText_ = currentText();
+  change.fire();
+}
+
+void ComboBox::keyPressEvent(QKeyEvent* event) {
+  QString replacement;
+  const TypedKey meaning = takeKey(*event, keyDown, keyPress, replacement);
+  if (meaning == TypedKey::Native) {
+    // A row found by its first letters is shown but is no picked row.
+    QScopedValueRollback<bool> byLetters(searching_, !typedText(*event).isEmpty());
+    return QComboBox::keyPressEvent(event);
+  }
+  if (meaning == TypedKey::InsertText && isEditable()) lineEdit()->insert(replacement);
+  event->setAccepted(meaning != TypedKey::PassOn);
+}
+
+void ComboBox::inputMethodEvent(QInputMethodEvent* event) {
+  QInputMethodEvent offered(event->preeditString(), event->attributes());
+  if (!event->commitString().isEmpty())
+    offered.setCommitString(throughKeyPress(event->commitString(), keyPress), event->replacementStart(),
+                            event->replacementLength());
+  QComboBox::inputMethodEvent(&offered);
+  event->accept();
+}
+
+// Rolling over a closed box would change its row unnoticed.
+void ComboBox::wheelEvent(QWheelEvent* event) {
+  event->ignore();
+}
+
+}  // namespace lens

@@ -1,0 +1,35 @@
+// A line of text on a window. Its text is shown as it is, never as markup.
+#pragma once
+
+#include <QLabel>
+
+#include "controls/event.h"
+
+namespace lens {
+
+// A caption with an ampersand passes its access key on to the label's buddy.
+class Label : public QLabel {
+  Q_OBJECT
+  Q_PROPERTY(bool link READ isLink WRITE setLink)
+
+ public:
+  explicit Label(QWidget* parent = nullptr);
+
+  Event<> click;
+  void raiseClick() const { click.raise(); }
+
+  // Looks like a link: blue, underlined, with a pointing hand.
+  bool isLink() const { return link_; }
+  void setLink(bool link);
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+
+ private:
+  bool link_ = false;
+};
+
+}  // namespace lens

@@ -1,0 +1,175 @@
+// Where the rows of a list box are on the screen, and how they are drawn.
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyleOptionButton>
+#include <QWheelEvent>
+#include <algorithm>
+
+#include "controls/list_box.h"
+#include "controls/look.h"
+
+namespace lens {
+namespace {
+
+constexpr int kPadding = 3;   // above the first row and below the last one
+constexpr int kTextLeft = 5;  // from the border to the text
+// What no screen is wide enough for is not handed to the text layout.
+constexpr int kLongestShown = 4096;
+
+}  // namespace
+
+QRect ListBox::rowPlace(int row) const {
+  return QRect(0, kPadding + (row - topIndex()) * rowHeight_, viewport()->width(), rowHeight_);
+}
+
+int ListBox::rowAt(int y) const {
+  if (y < kPadding) return -1;
+  const int row = topIndex() + (y - kPadding) / rowHeight_;
+  return row < listCount() ? row : -1;
+}
+
+QRect ListBox::visualRect(const QModelIndex& index) const {
+  return index.isValid() ? rowPlace(index.row()) : QRect();
+}
+
+QModelIndex ListBox::indexAt(const QPoint& point) const {
+  return rows_->index(rowAt(point.y()), 0);
+}
+
+void ListBox::scrollTo(const QModelIndex& index, ScrollHint) {
+  if (!index.isValid()) return;
+  const int row = index.row();
+  const int last = topIndex() + rowsInView() - 1;
+  if (row < topIndex())
+    setTopIndex(row);
+  else if (row > last)
+    setTopIndex(row - rowsInView() + 1);
+}
+
+void ListBox::doItemsLayout() {
+  QAbstractItemView::doItemsLayout();
+}
+
+void ListBox::updateGeometries() {
+  const int rowsShown = rowsInView();
+  verticalScrollBar()->setPageStep(rowsShown);
+  verticalScrollBar()->setSingleStep(1);
+  verticalScrollBar()->setRange(0, std::max(0, listCount() - rowsShown));
+  const int width = viewport()->width();
+  horizontalScrollBar()->setPageStep(width);
+  horizontalScrollBar()->setSingleStep(16);
+  horizontalScrollBar()->setRange(0, std::max(0, extent_ - width));
+}
+
+void ListBox::resizeEvent(QResizeEvent* event) {
+  QAbstractItemView::resizeEvent(event);
+}
+
+void ListBox::scrollContentsBy(int, int) {
+  viewport()->update();
+}
+
+int ListBox::horizontalOffset() const {
+  return horizontalScrollBar()->value();
+}
+
+int ListBox::verticalOffset() const {
+  return topIndex() * rowHeight_;
+}
+
+QRegion ListBox::visualRegionForSelection(const QItemSelection&) const {
+  return viewport()->rect();
+}
+
+void ListBox::rowsInserted(const QModelIndex& parent, int start, int end) {
+  QAbstractItemView::rowsInserted(parent, start, end);
+  scheduleDelayedItemsLayout();
+}
+
+void ListBox::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
+  QAbstractItemView::rowsAboutToBeRemoved(parent, start, end);
+  scheduleDelayedItemsLayout();
+}
+
+void ListBox::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QVector<int>&) {
+  const QRect first = rowPlace(std::max(topLeft.row(), topIndex()));
+  const QRect last = rowPlace(std::min(bottomRight.row(), topIndex() + rowsInView()));
+  viewport()->update(first.united(last));
+}
+
+void ListBox::wheelEvent(QWheelEvent* event) {
+  QAbstractScrollArea::wheelEvent(event);
+}
+
+// The border tells which list has the focus.
+bool ListBox::event(QEvent* event) {
+  const bool done = QListView::event(event);
+  if (event->type() == QEvent::Paint) {
+    QPainter painter(this);
+    painter.setPen(hasFocus() ? QColor(colour::FocusBorder) : palette().color(QPalette::Mid));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  }
+  return done;
+}
+
+void ListBox::paintEvent(QPaintEvent* event) {
+  rows_->settle();
+  QPainter painter(viewport());
+  painter.setClipRect(viewport()->rect().adjusted(0, kPadding, 0, -kPadding));
+  const int first = std::max(topIndex(), topIndex() + (event->rect().top() - kPadding) / rowHeight_);
+  const int last = topIndex() + std::max(0, event->rect().bottom() - kPadding) / rowHeight_;
+  for (int row = first; row <= last && row < listCount(); ++row) paintRow(painter, row);
+}
+
+void ListBox::paintRow(QPainter& painter, int row) const {
+  const QRect place = rowPlace(row);
+  const bool isIndex = row == listIndex();
+  const bool highlighted = isChecked() ? isIndex : isRowMarked(row);
+  const QPalette::ColorGroup group = !isEnabled() ? QPalette::Disabled
+                                     : hasFocus() ? QPalette::Active
+                                                  : QPalette::Inactive;
+  if (highlighted) painter.fillRect(place, palette().brush(group, QPalette::Highlight));
+  painter.setPen(palette().color(group, highlighted ? QPalette::HighlightedText : QPalette::Text));
+  QRect textPlace = place.adjusted(kTextLeft - horizontalOffset(), 0, extent_, 0);
+  if (isChecked()) {
+    const QRect box(textPlace.left() - 2, place.top(), rowHeight_, rowHeight_);
+    paintCheck(painter, row, box);
+    textPlace.setLeft(box.right() + 4);
+  }
+  painter.drawText(textPlace, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shownText(row));
+  if (!isIndex || !hasFocus() || (highlighted && !multiSelect_)) return;
+  QStyleOptionFocusRect focus;
+  focus.initFrom(this);
+  focus.rect = place;
+  focus.backgroundColor = palette().color(QPalette::Base);
+  style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+}
+
+void ListBox::paintCheck(QPainter& painter, int row, const QRect& place) const {
+  QStyleOptionButton check;
+  check.initFrom(this);
+  check.state &= ~(QStyle::State_HasFocus | QStyle::State_MouseOver);
+  check.state |= isRowMarked(row) ? QStyle::State_On : QStyle::State_Off;
+  const int size = std::min(13, place.height());
+  check.rect =
+      QRect(place.left() + (place.width() - size) / 2, place.top() + (place.height() - size) / 2, size, size);
+  style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &check, &painter, this);
+}
+
+// Line ends and tabs become blanks, so that every row is one line.
+QString ListBox::shownText(int row) const {
+  QString shown = list(row).left(kLongestShown);
+  shown.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
+  for (QChar& unit : shown)
+    if (unit < QChar(' ') || unit == QChar::LineSeparator || unit == QChar::ParagraphSeparator)
+      unit = QChar(' ');
+  return shown;
+}
+
+bool ListBox::isHit(int row, const QPoint& point) const {
+  const int left = kTextLeft - 2 - horizontalOffset();
+  return row >= 0 && point.x() >= left && point.x() < left + rowHeight_;
+}
+
+}  // namespace lens

@@ -1,0 +1,50 @@
+#include "controls/look.h"
+
+#include <QStyleFactory>
+#include <QTextDocument>
+
+namespace lens {
+namespace {
+
+void setPair(QPalette& palette, QPalette::ColorRole background, QRgb backgroundColour,
+             QPalette::ColorRole text, QRgb textColour) {
+  palette.setColor(background, QColor(backgroundColour));
+  palette.setColor(text, QColor(textColour));
+}
+
+}  // namespace
+
+QPalette lensPalette() {
+  QPalette palette(QColor(0xF6F6F6), QColor(0xEFEFEF));
+  setPair(palette, QPalette::Window, 0xFFEFEFEF, QPalette::WindowText, colour::Text);
+  setPair(palette, QPalette::Base, 0xFFFFFFFF, QPalette::Text, colour::Text);
+  setPair(palette, QPalette::Button, 0xFFF5F5F5, QPalette::ButtonText, colour::Text);
+  setPair(palette, QPalette::ToolTipBase, 0xFFFFFFC0, QPalette::ToolTipText, colour::Text);
+  setPair(palette, QPalette::Highlight, colour::FocusBorder, QPalette::HighlightedText, 0xFFFFFFFF);
+  palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(0xC6DCEC));
+  palette.setColor(QPalette::Inactive, QPalette::HighlightedText, QColor(colour::Text));
+  palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(0xC6DCEC));
+  palette.setColor(QPalette::Disabled, QPalette::HighlightedText, QColor(0x6C7478));
+  palette.setColor(QPalette::AlternateBase, QColor(0xF7F7F7));
+  palette.setColor(QPalette::PlaceholderText, QColor(0x6C7478));
+  palette.setColor(QPalette::BrightText, QColor(0xFFFFFF));
+  setPair(palette, QPalette::Link, colour::Link, QPalette::LinkVisited, colour::Link);
+  setPair(palette, QPalette::Light, 0xFFFFFFFF, QPalette::Midlight, 0xFFF7F7F7);
+  setPair(palette, QPalette::Mid, colour::Border, QPalette::Dark, 0xFF9F9F9F);
+  palette.setColor(QPalette::Shadow, QColor(0x767676));
+  for (QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    palette.setColor(QPalette::Disabled, role, QColor(0x6C7478));
+  return palette;
+}
+
+void applyLook(QApplication& application) {
+  application.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  application.setPalette(lensPalette());
+}
+
+void plainToolTip(QWidget& widget, const QString& text) {
+  if (!Qt::mightBeRichText(text)) return widget.setToolTip(text);
+  widget.setToolTip(QStringLiteral("<span style='white-space:pre-wrap'>%1</span>").arg(text.toHtmlEscaped()));
+}
+
+}  // namespace lens

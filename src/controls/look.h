@@ -1,0 +1,30 @@
+// The look that all windows share: style, palette, plain tooltips.
+#pragma once
+
+#include <QApplication>
+#include <QPalette>
+#include <QString>
+#include <QWidget>
+
+namespace lens {
+
+// Colours that controls need beside the palette.
+namespace colour {
+inline constexpr QRgb Border = 0xFFB3B3B3;
+inline constexpr QRgb FocusBorder = 0xFF2A79AF;
+inline constexpr QRgb FrameLine = 0xFFC3C3C3;
+inline constexpr QRgb Text = 0xFF1B1B1B;
+inline constexpr QRgb Link = 0xFF1F5F9C;
+inline constexpr QRgb DestructiveText = 0xFF8E1F1F;
+}  // namespace colour
+
+// The light palette, whatever the desktop's own colours are: every colour comes with its partner.
+QPalette lensPalette();
+
+// Fusion style and the light palette for the whole application.
+void applyLook(QApplication& application);
+
+// A tooltip that shows its text as it is, also where the text looks like markup.
+void plainToolTip(QWidget& widget, const QString& text);
+
+}  // namespace lens

@@ -1,0 +1,15 @@
+// The program's own pictures. They are drawn, so they are sharp at every scale of the screen.
+#pragma once
+
+#include <QIcon>
+#include <QPixmap>
+#include <QSize>
+
+namespace lens::pictures {
+
+QIcon program();       // a document under a lens: window, tray and Picture1
+QIcon history();       // an arrow back: cmdScroll
+QIcon clearHistory();  // a page with a cross: cmdDelRT
+QPixmap about(const QSize& size);
+
+}  // namespace lens::pictures

@@ -1,0 +1,282 @@
+#include "controls/rich_text_box.h"
+
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMimeData>
+#include <QScopedValueRollback>
+#include <algorithm>
+
+#include "controls/keys.h"
+#include "controls/look.h"
+
+namespace lens {
+namespace {
+
+// The common value of all runs of the selection, or of the character before an empty one.
+template <class Value, class Read>
+std::optional<Value> commonValue(const TextLooks& looks, int start, int length, Read read) {
+  if (length == 0) return read(looks.at(std::max(0, start - 1)));
+  std::optional<Value> common;
+  bool differs = false;
+  looks.forEach(start, start + length, [&](int, int, const TextLook& look) {
+    const Value value = read(look);
+    differs = differs || (common && *common != value);
+    common = value;
+  });
+  return differs ? std::nullopt : common;
+}
+
+quint32 bgrOf(const QColor& colour) {
+  return quint32(colour.red()) | quint32(colour.green()) << 8 | quint32(colour.blue()) << 16;
+}
+
+}  // namespace
+
+RichTextBox::RichTextBox(QWidget* parent) : QPlainTextEdit(parent) {
+  setUndoRedoEnabled(false);
+  setLineWrapMode(WidgetWidth);
+  setTabChangesFocus(false);
+  document()->setDocumentMargin(4);
+  connect(document(), &QTextDocument::contentsChange, this, &RichTextBox::onDocumentChange);
+  connect(document(), &QTextDocument::contentsChanged, this, &RichTextBox::onDocumentSettled);
+  connect(this, &QPlainTextEdit::cursorPositionChanged, this, &RichTextBox::onCursorMoved);
+  connect(this, &QPlainTextEdit::selectionChanged, this, &RichTextBox::onCursorMoved);
+}
+
+void RichTextBox::setText(const QString& text) {
+  const bool differs = text != text_.text();
+  if (differs) text_.setText(text);
+  looks_.clear();
+  showAll();
+  setSelection(0, 0);
+  if (differs) change.fire();
+}
+
+QString RichTextBox::upToNul(const QString& text) {
+  const qsizetype nul = text.indexOf(QChar(u'\0'));
+  return nul < 0 ? text : text.left(nul);
+}
+
+void RichTextBox::setSelStart(int position) {
+  setSelection(std::clamp(position, 0, length()), 0);
+}
+
+void RichTextBox::setSelLength(int length) {
+  if (length < 0) throw RuntimeError(err::InvalidCall);
+  setSelection(selStart_, std::min(length, text_.length() - selStart_));
+}
+
+void RichTextBox::setSelection(int start, int length) {
+  if (selStart_ == start && selLength_ == length) return;
+  selStart_ = start;
+  selLength_ = length;
+  cursorIsOld_ = true;
+  viewport()->update();
+  selChange.fire();
+}
+
+void RichTextBox::setSelText(const QString& text) {
+  const int start = selStart_;
+  const bool differs = selText() != text;
+  const bool inside = text_.isInsideLineEnd(start) || text_.isInsideLineEnd(start + selLength_);
+  const int documentStart = text_.toDocument(start);
+  const int documentEnd = text_.toDocument(start + selLength_);
+  splice(start, selLength_, text);
+  if (inside)
+    showAll();
+  else
+    showPart(documentStart, documentEnd, start, int(text.size()));
+  setSelection(start + int(text.size()), 0);
+  if (differs) change.fire();
+}
+
+void RichTextBox::splice(int position, int removed, const QString& added) {
+  text_.replace(position, removed, added);
+  const int addedLength = int(added.size());
+  looks_.replace(position, removed, addedLength);
+  if (looksTo_ > position) {
+    looksTo_ = std::max(position, looksTo_ + addedLength - removed);
+    looksFrom_ = std::min(looksFrom_, position);
+  }
+  touchLooks(position, position + addedLength);
+}
+
+void RichTextBox::showAll() {
+  QScopedValueRollback<bool> working(ownWork_, true);
+  documentIsOld_ = false;
+  setPlainText(text_.shown(0, length()));
+  cursorIsOld_ = true;
+  looksFrom_ = looksTo_ = 0;
+  touchLooks(0, length());
+}
+
+void RichTextBox::showPart(int documentStart, int documentEnd, int position, int length) {
+  {
+    QScopedValueRollback<bool> working(ownWork_, true);
+    QTextCursor cursor(document());
+    cursor.setPosition(documentStart);
+    cursor.setPosition(documentEnd, QTextCursor::KeepAnchor);
+    cursor.insertText(text_.shown(position, length));
+    cursorIsOld_ = true;
+  }
+  // A CR and an LF may have met, which makes one line end of two.
+  if (document()->blockCount() - 1 != text_.lineEndCount()) showAll();
+}
+
+void RichTextBox::onDocumentChange(int position, int removed, int added) {
+  Q_UNUSED(added);
+  if (ownWork_ || documentIsOld_) return;
+  const int oldLength = text_.documentLength();
+  const int newLength = document()->characterCount() - 1;
+  int start = std::min(position, oldLength);
+  int oldEnd = std::min(start + removed, oldLength);
+  int newEnd = newLength - (oldLength - oldEnd);
+  const int ownStart = text_.fromDocument(start);
+  const QString old = text_.shown(ownStart, text_.fromDocument(oldEnd) - ownStart);
+  // The report may cover more than was typed; what is unchanged keeps its own line ends.
+  const auto unit = [this](int place) {
+    const QChar character = document()->characterAt(place);
+    return character == QChar::ParagraphSeparator ? QChar(u'\n') : character;
+  };
+  const int first = start;
+  while (start < oldEnd && start < newEnd && old.at(start - first) == unit(start)) ++start;
+  while (oldEnd > start && newEnd > start && old.at(oldEnd - 1 - first) == unit(newEnd - 1))
+    --oldEnd, --newEnd;
+  if (oldEnd == start && newEnd <= start) return;
+  QString typed;
+  for (int place = start; place < newEnd; ++place) {
+    const QChar character = unit(place);
+    if (character == QChar(u'\n') || character == QChar::LineSeparator)
+      typed += QStringLiteral("\r\n");
+    else
+      typed += character;
+  }
+  const int from = text_.fromDocument(start);
+  splice(from, text_.fromDocument(oldEnd) - from, typed);
+  edited_ = true;
+  documentIsOld_ = document()->blockCount() - 1 != text_.lineEndCount();
+  selStart_ = from + int(typed.size());
+  selLength_ = 0;
+}
+
+void RichTextBox::onDocumentSettled() {
+  if (!edited_) return;
+  edited_ = false;
+  viewport()->update();
+  change.fire();
+}
+
+void RichTextBox::onCursorMoved() {
+  if (ownWork_ || cursorIsOld_ || documentIsOld_) return;
+  const QTextCursor cursor = textCursor();
+  const int start = text_.fromDocument(cursor.selectionStart());
+  const int length = text_.fromDocument(cursor.selectionEnd()) - start;
+  if (start == selStart_ && length == selLength_) return;
+  selStart_ = start;
+  selLength_ = length;
+  selChange.fire();
+}
+
+void RichTextBox::refresh() {
+  bringUpToDate();
+  viewport()->repaint();
+}
+
+void RichTextBox::bringUpToDate() {
+  if (ownWork_) return;
+  if (documentIsOld_) showAll();
+  if (looksTo_ > looksFrom_) applyLooks();
+  if (cursorIsOld_) placeCursor();
+}
+
+void RichTextBox::placeCursor() {
+  QScopedValueRollback<bool> working(ownWork_, true);
+  cursorIsOld_ = false;
+  QTextCursor cursor(document());
+  cursor.setPosition(text_.toDocument(selStart_));
+  cursor.setPosition(text_.toDocument(selStart_ + selLength_), QTextCursor::KeepAnchor);
+  setTextCursor(cursor);
+}
+
+bool RichTextBox::event(QEvent* event) {
+  switch (event->type()) {
+    case QEvent::KeyPress:
+    case QEvent::ShortcutOverride:
+    case QEvent::InputMethod:
+    case QEvent::FocusIn:
+      bringUpToDate();
+      break;
+    default:
+      break;
+  }
+  return QPlainTextEdit::event(event);
+}
+
+bool RichTextBox::viewportEvent(QEvent* event) {
+  switch (event->type()) {
+    case QEvent::Paint:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::ContextMenu:
+    case QEvent::DragEnter:
+    case QEvent::Drop:
+      bringUpToDate();
+      break;
+    default:
+      break;
+  }
+  return QPlainTextEdit::viewportEvent(event);
+}
+
+void RichTextBox::keyPressEvent(QKeyEvent* event) {
+  keyDown.fire(keyCode(*event), shiftState(event->modifiers()));
+  bringUpToDate();
+  QPlainTextEdit::keyPressEvent(event);
+  if (documentIsOld_) bringUpToDate();
+}
+
+void RichTextBox::contextMenuEvent(QContextMenuEvent* event) {
+  QMenu* menu = createStandardContextMenu(event->pos());
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  menu->popup(event->globalPos());
+}
+
+QMimeData* RichTextBox::createMimeDataFromSelection() const {
+  auto* data = new QMimeData;
+  data->setText(selText());
+  return data;
+}
+
+void RichTextBox::insertFromMimeData(const QMimeData* source) {
+  if (!source->hasText() || isReadOnly()) return;
+  bringUpToDate();
+  QTextCursor cursor = textCursor();
+  cursor.insertText(source->text());
+  setTextCursor(cursor);
+  ensureCursorVisible();
+  bringUpToDate();
+}
+
+std::optional<quint32> RichTextBox::selColor() const {
+  const quint32 inherited = bgrOf(palette().color(QPalette::Active, QPalette::Text));
+  return commonValue<quint32>(looks_, selStart_, selLength_,
+                              [&](const TextLook& look) { return look.colour.value_or(inherited); });
+}
+
+quint32 RichTextBox::colorAt(int position) const {
+  const quint32 inherited = bgrOf(palette().color(QPalette::Active, QPalette::Text));
+  return looks_.at(std::max(0, position)).colour.value_or(inherited);
+}
+
+std::optional<QString> RichTextBox::selFontName() const {
+  return commonValue<QString>(looks_, selStart_, selLength_,
+                              [&](const TextLook& look) { return look.fontName.value_or(font().family()); });
+}
+
+std::optional<int> RichTextBox::selFontSize() const {
+  return commonValue<int>(looks_, selStart_, selLength_,
+                          [&](const TextLook& look) { return look.fontSize.value_or(font().pointSize()); });
+}
+
+}  // namespace lens

@@ -1,0 +1,105 @@
+// A box of many lines that gives its text back exactly as it was put in, and colours parts of it.
+#pragma once
+
+#include <QPlainTextEdit>
+#include <optional>
+
+#include "controls/event.h"
+#include "controls/exact_text.h"
+#include "controls/text_looks.h"
+
+namespace lens {
+
+// The text, the selection and the looks are kept here; the editor's document only shows them and tells
+// what the user typed. Colours and selection reach the document when it is next drawn or used, so
+// thousands of changes in a row cost no more than one.
+//
+// Positions count UTF-16 units of the own text from 0: CR LF counts two, a lone CR or LF one, CR CR LF
+// three, and each of them ends one line. Ask this class for text and selection, not the document.
+class RichTextBox : public QPlainTextEdit {
+  Q_OBJECT
+
+ public:
+  explicit RichTextBox(QWidget* parent = nullptr);
+
+  // Runs when the text has become another one, by the user or by code.
+  Event<> change;
+  Event<> selChange;
+  // Key code and shift state, see keys.h.
+  Event<int, int> keyDown;
+
+  const QString& text() const { return text_.text(); }
+  // Always drops all looks and sets the selection to the start; runs `change` when the text differs.
+  void setText(const QString& text);
+  int length() const { return text_.length(); }
+  static QString upToNul(const QString& text);
+
+  int selStart() const { return selStart_; }
+  // Goes to the nearest position of the text and makes the selection empty.
+  void setSelStart(int position);
+  int selLength() const { return selLength_; }
+  // Ends with the text at the latest. Raises 5 for a negative length.
+  void setSelLength(int length);
+  QString selText() const { return text().mid(selStart_, selLength_); }
+  // Replaces the selection; the caret stands behind the new text.
+  void setSelText(const QString& text);
+
+  // 0x00BBGGRR. Nothing where the selection has several colours.
+  std::optional<quint32> selColor() const;
+  void setSelColor(quint32 bgr);
+  quint32 colorAt(int position) const;
+  // Nothing where the selection has several fonts or sizes.
+  std::optional<QString> selFontName() const;
+  void setSelFontName(const QString& family);
+  std::optional<int> selFontSize() const;
+  // Points; the smallest size is 1.
+  void setSelFontSize(int points);
+  void setSelBold(bool bold);
+  void setSelItalic(bool italic);
+  void setSelUnderline(bool underline);
+  void setSelStrikeThru(bool strikeThrough);
+
+  // The line of a position, from 0; it counts line ends, not wrapped lines.
+  int lineFromChar(int position) const { return text_.lineOf(position); }
+  // Draws at once, without taking events.
+  void refresh();
+
+ protected:
+  bool event(QEvent* event) override;
+  bool viewportEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  QMimeData* createMimeDataFromSelection() const override;
+  void insertFromMimeData(const QMimeData* source) override;
+
+ private:
+  // The user's edits, as the document reports them.
+  void onDocumentChange(int position, int removed, int added);
+  void onDocumentSettled();
+  void onCursorMoved();
+
+  void splice(int position, int removed, const QString& added);
+  void showAll();
+  void showPart(int documentStart, int documentEnd, int position, int length);
+  // Brings the document up to date with text, looks and selection.
+  void bringUpToDate();
+  void applyLooks();
+  void placeCursor();
+  void setSelection(int start, int length);
+  void touchLooks(int from, int to);
+  template <class Change>
+  void changeLook(Change change);
+
+  ExactText text_;
+  TextLooks looks_;
+  int selStart_ = 0;
+  int selLength_ = 0;
+  int looksFrom_ = 0;  // the part whose looks the document does not show yet
+  int looksTo_ = 0;
+  bool cursorIsOld_ = false;
+  bool documentIsOld_ = false;
+  bool ownWork_ = false;
+  bool edited_ = false;
+};
+
+}  // namespace lens

@@ -1,0 +1,84 @@
+// Colours and fonts of the rich text box.
+#include <QScopedValueRollback>
+#include <algorithm>
+#include <utility>
+
+#include "controls/fonts.h"
+#include "controls/rich_text_box.h"
+
+namespace lens {
+namespace {
+
+QTextCharFormat formatOf(const TextLook& look) {
+  QTextCharFormat format;
+  if (look.colour)
+    format.setForeground(QColor(*look.colour & 0xFF, *look.colour >> 8 & 0xFF, *look.colour >> 16 & 0xFF));
+  if (look.fontName) format.setFontFamilies({installedFamily(*look.fontName)});
+  if (look.fontSize) format.setFontPointSize(*look.fontSize);
+  if (look.bold) format.setFontWeight(QFont::Bold);
+  if (look.italic) format.setFontItalic(true);
+  if (look.underline) format.setFontUnderline(true);
+  if (look.strikeThrough) format.setFontStrikeOut(true);
+  return format;
+}
+
+}  // namespace
+
+// One edit for all of the changed part, so that it is laid out once.
+void RichTextBox::applyLooks() {
+  QScopedValueRollback<bool> working(ownWork_, true);
+  const int from = std::exchange(looksFrom_, 0);
+  const int to = std::min(std::exchange(looksTo_, 0), length());
+  QTextCursor cursor(document());
+  cursor.beginEditBlock();
+  looks_.forEach(from, to, [&](int runFrom, int runTo, const TextLook& look) {
+    cursor.setPosition(text_.toDocument(runFrom));
+    cursor.setPosition(text_.toDocument(runTo), QTextCursor::KeepAnchor);
+    cursor.setCharFormat(formatOf(look));
+  });
+  cursor.endEditBlock();
+}
+
+void RichTextBox::touchLooks(int from, int to) {
+  if (from >= to) return;
+  const bool none = looksTo_ <= looksFrom_;
+  looksFrom_ = none ? from : std::min(looksFrom_, from);
+  looksTo_ = none ? to : std::max(looksTo_, to);
+  viewport()->update();
+}
+
+template <class Change>
+void RichTextBox::changeLook(Change change) {
+  looks_.change(selStart_, selStart_ + selLength_, change);
+  touchLooks(selStart_, selStart_ + selLength_);
+}
+
+void RichTextBox::setSelColor(quint32 bgr) {
+  changeLook([&](TextLook& look) { look.colour = bgr & 0xFFFFFF; });
+}
+
+void RichTextBox::setSelFontName(const QString& family) {
+  changeLook([&](TextLook& look) { look.fontName = family; });
+}
+
+void RichTextBox::setSelFontSize(int points) {
+  changeLook([&](TextLook& look) { look.fontSize = std::max(1, points); });
+}
+
+void RichTextBox::setSelBold(bool bold) {
+  changeLook([&](TextLook& look) { look.bold = bold; });
+}
+
+void RichTextBox::setSelItalic(bool italic) {
+  changeLook([&](TextLook& look) { look.italic = italic; });
+}
+
+void RichTextBox::setSelUnderline(bool underline) {
+  changeLook([&](TextLook& look) { look.underline = underline; });
+}
+
+void RichTextBox::setSelStrikeThru(bool strikeThrough) {
+  changeLook([&](TextLook& look) { look.strikeThrough = strikeThrough; });
+}
+
+}  // namespace lens

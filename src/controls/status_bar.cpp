@@ -1,0 +1,83 @@
+#include "controls/status_bar.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+
+#include "notes/runtime_error.h"
+
+namespace lens {
+namespace {
+
+constexpr QRgb kLine = 0xFFC9C98F;
+constexpr QRgb kText = 0xFF3B3B22;
+constexpr QRgb kDisabledText = 0xFFA3A36F;
+constexpr int kTextLeft = 8;
+
+}  // namespace
+
+void StatusBar::setDesignWidth(int pixels) {
+  designWidth_ = qMax(1, pixels);
+  update();
+}
+
+void StatusBar::addPanel(const QString& key, int left, int width) {
+  panels_.push_back({key, QString(), left, width, true});
+  update();
+}
+
+bool StatusBar::hasPanel(const QString& key) const {
+  return std::any_of(panels_.begin(), panels_.end(), [&](const Panel& panel) { return panel.key == key; });
+}
+
+void StatusBar::setPanelText(const QString& key, const QString& text) {
+  panels_[indexOf(key)].text = text;
+  update(panelRect(key));
+}
+
+void StatusBar::setPanelEnabled(const QString& key, bool enabled) {
+  panels_[indexOf(key)].enabled = enabled;
+  update(panelRect(key));
+}
+
+void StatusBar::setBackground(const QColor& colour) {
+  background_ = colour;
+  update();
+}
+
+void StatusBar::mousePressEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton) return QWidget::mousePressEvent(event);
+  for (const Panel& panel : panels_)
+    if (placeOf(panel).contains(event->position().toPoint())) {
+      const QString key = panel.key;
+      return panelClick.fire(key);
+    }
+}
+
+void StatusBar::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.fillRect(rect(), background_);
+  painter.fillRect(0, 0, width(), 1, QColor(kLine));
+  for (const Panel& panel : panels_) {
+    const QRect place = placeOf(panel);
+    if (panel.left > 0) painter.fillRect(place.left(), 3, 1, height() - 5, QColor(kLine));
+    painter.setPen(QColor(panel.enabled ? kText : kDisabledText));
+    const QRect textPlace = place.adjusted(kTextLeft, 1, -2, 0);
+    const QString shown = fontMetrics().elidedText(panel.text, Qt::ElideRight, textPlace.width());
+    painter.drawText(textPlace, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown);
+  }
+}
+
+std::size_t StatusBar::indexOf(const QString& key) const {
+  for (std::size_t place = 0; place < panels_.size(); ++place)
+    if (panels_[place].key == key) return place;
+  throw RuntimeError(err::SubscriptOutOfRange);
+}
+
+QRect StatusBar::placeOf(const Panel& panel) const {
+  const auto scaled = [this](int place) { return int(qint64(place) * width() / designWidth_); };
+  const int left = scaled(panel.left);
+  return QRect(left, 0, scaled(panel.left + panel.width) - left, height());
+}
+
+}  // namespace lens

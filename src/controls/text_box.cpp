@@ -1,0 +1,40 @@
+#include "controls/text_box.h"
+
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <limits>
+
+#include "controls/keys.h"
+
+namespace lens {
+
+TextBox::TextBox(QWidget* parent) : QLineEdit(parent) {
+  setMaxLength(std::numeric_limits<int>::max());
+  connect(this, &QLineEdit::textChanged, this, [this] { change.fire(); });
+}
+
+void TextBox::keyPressEvent(QKeyEvent* event) {
+  QString replacement;
+  switch (takeKey(*event, keyDown, keyPress, replacement)) {
+    case TypedKey::Native:
+      return QLineEdit::keyPressEvent(event);
+    case TypedKey::PassOn:
+      return event->ignore();
+    case TypedKey::InsertText:
+      insert(replacement);
+      [[fallthrough]];
+    case TypedKey::Handled:
+      return event->accept();
+  }
+}
+
+void TextBox::inputMethodEvent(QInputMethodEvent* event) {
+  QInputMethodEvent offered(event->preeditString(), event->attributes());
+  if (!event->commitString().isEmpty())
+    offered.setCommitString(throughKeyPress(event->commitString(), keyPress), event->replacementStart(),
+                            event->replacementLength());
+  QLineEdit::inputMethodEvent(&offered);
+  event->accept();
+}
+
+}  // namespace lens

@@ -1,0 +1,88 @@
+// The embedded side of the C API's door: the functions that the tool needs, on a workspace.
+//
+// Handles come from tables, so zero, stale and wrong ones give a status or nothing. Closing a
+// database closes its notes and frees the memory of their items; the last NotesTerm closes and frees
+// everything. Calls work without NotesInitExtended too, and a NotesTerm too many does no harm.
+// Functions that are not here yet raise 453.
+#pragma once
+
+#include <QHash>
+#include <memory>
+
+#include "embedded/capi/handle_table.h"
+#include "embedded/capi/memory_pool.h"
+#include "embedded/workspace.h"
+#include "notes/capi.h"
+
+namespace lens {
+
+class EmbeddedCApi : public CApi {
+ public:
+  explicit EmbeddedCApi(std::shared_ptr<Workspace> workspace);
+  ~EmbeddedCApi() override;
+
+  Status NotesInitExtended(int argc, const QByteArray& argv) override;
+  void NotesTerm() override;
+
+  Status OSPathNetConstruct(int port, const QByteArray& server, const QByteArray& file,
+                            QByteArray& buffer) override;
+  Status NSFDbOpen(const QByteArray& path, DbHandle& db) override;
+  Status NSFDbClose(DbHandle db) override;
+  Status NSFDbCreate(const QByteArray& path, quint16 dbClass, int force) override;
+
+  Status NSFNoteOpen(DbHandle db, qint32 noteId, quint16 flags, NoteHandle& note) override;
+  Status NSFNoteClose(NoteHandle note) override;
+  Status NSFNoteDelete(DbHandle db, qint32 noteId, quint16 flags) override;
+  Status NSFItemInfo(NoteHandle note, const QByteArray& name, quint16 nameLength, BlockId& item,
+                     quint16& type, BlockId& value, quint32& valueLength) override;
+  Status NIFFindDesignNote(DbHandle db, const QByteArray& name, quint16 noteClass, qint32& noteId) override;
+
+  void ODSReadMemory(const char*& from, quint16 type, void* target, quint16 count) override;
+  Status ConvertTIMEDATEToText(const TimeDate& time, QByteArray& buffer, quint16 limit,
+                               quint16& length) override;
+
+  quint32 ListGetNumEntries(const char* list, int prefixed) override;
+  Status ListGetText(const char* list, int prefixed, quint16 index, const char*& text,
+                     quint16& length) override;
+  Status NSGetServerList(int port, MemHandle& list) override;
+
+  const char* OSLockObject(MemHandle handle) override;
+  bool OSUnlockObject(MemHandle handle) override;
+  Status OSMemFree(MemHandle handle) override;
+
+  quint16 OSTranslate(quint16 mode, const QByteArray& source, quint16 length, QByteArray& target,
+                      quint16 limit) override;
+  quint16 OSLoadString(int module, Status status, QByteArray& buffer, quint16 limit) override;
+
+  Status NSFFormulaCompile(const QByteArray& formula, quint16 length, MemHandle& compiled,
+                           quint16& compiledLength, Status& error, quint16& line, quint16& column,
+                           quint16& offset, quint16& errorLength) override;
+  Status NSFComputeStart(quint16 flags, const char* formula, MemHandle& compute) override;
+  Status NSFComputeEvaluate(MemHandle compute, NoteHandle note, MemHandle& result, quint16& length,
+                            bool& matches, bool& deletes, bool& modified) override;
+  Status NSFComputeStop(MemHandle compute) override;
+  Status NSFRemoteConsole(const QByteArray& server, const QByteArray& command, MemHandle& reply) override;
+
+  // Handles and blocks in use, for those who look for leaks.
+  qsizetype openHandles() const;
+
+ private:
+  struct OpenDb {
+    std::shared_ptr<Database> store;
+  };
+  struct OpenNote {
+    DbHandle db = 0;
+    Note note;
+    QHash<qsizetype, MemHandle> values;  // memory handed out, by the item's place
+  };
+  void closeNote(NoteHandle handle);
+  void closeAll();
+
+  std::shared_ptr<Workspace> workspace_;
+  int inits_ = 0;
+  HandleTable<OpenDb> dbs_{1};
+  HandleTable<OpenNote> notes_{2};
+  MemoryPool memory_;
+};
+
+}  // namespace lens

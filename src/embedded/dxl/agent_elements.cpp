@@ -1,0 +1,154 @@
+#include "embedded/dxl/agent_elements.h"
+
+#include "embedded/dxl/item_elements.h"
+
+namespace lens {
+
+namespace {
+
+constexpr double kFormulaAgent = 65412, kScriptAgent = 65413, kJavaAgent = 65427, kNoCode = -1;
+constexpr quint32 kWholeDay = 8640000;
+
+}  // namespace
+
+AgentReader::AgentReader(const DesignKind& kind, ImportContext& context, Note& note)
+    : DesignReader(kind, context, note) {
+  uses({u"enabled", u"runaswebuser", u"restrictions", u"storehighlights", u"clientbackgroundthread"});
+  if (flag(u"storehighlights")) schedule_.flags |= agentflag::StoreHighlights;
+}
+
+bool AgentReader::readChild() {
+  if (in_.is(u"trigger")) {
+    readTrigger();
+  } else if (in_.is(u"documentset")) {
+    schedule_.search = searchOf(in_.attribute(u"type"));
+    if (in_.flag(u"storehighlights")) schedule_.flags |= agentflag::StoreHighlights;
+    in_.skip();
+  } else if (in_.is(u"designchange")) {
+    designChange_ = readTime();
+  } else if (in_.is(u"code")) {
+    readCode();
+  } else {
+    return false;
+  }
+  return true;
+}
+
+void AgentReader::readTrigger() {
+  const QString type = in_.attribute(u"type");
+  schedule_.trigger = triggerOf(type);
+  if (type == u"agentlist") {
+    schedule_.flags |= agentflag::Hidden;
+    listed_ = false;
+  }
+  while (in_.nextChild()) {
+    if (in_.is(u"schedule"))
+      readSchedule();
+    else
+      keepElement(context_, note_);
+  }
+}
+
+void AgentReader::readSchedule() {
+  schedule_.intervalType = intervalOf(in_.attribute(u"type"));
+  schedule_.interval = schedule_.intervalType == 0 ? 0 : 1;
+  if (schedule_.intervalType == 1) {
+    schedule_.interval =
+        quint16(in_.attribute(u"hours").toUShort() * 60 + in_.attribute(u"minutes").toUShort());
+    schedule_.time2 = kWholeDay;
+  }
+  if (schedule_.intervalType == 3) schedule_.time2 = weekdayOf(in_.attribute(u"dayofweek"));
+  if (schedule_.intervalType == 4) schedule_.time2 = in_.attribute(u"dateinmonth").toUInt();
+  if (!in_.flag(u"onweekends", true)) schedule_.flags |= agentflag::NoWeekends;
+  const QString location = in_.attribute(u"runlocation");
+  if (location == u"choose") schedule_.flags |= agentflag::ChooseServer;
+  runServer_ = location == u"any" ? QStringLiteral("*") : in_.attribute(u"runserver");
+  while (in_.nextChild()) {
+    if (!readScheduleTime()) keepElement(context_, note_);
+  }
+}
+
+bool AgentReader::readScheduleTime() {
+  if (in_.is(u"starttime"))
+    schedule_.time1 = readTimeOfDay();
+  else if (in_.is(u"startdate"))
+    schedule_.start = readTime();
+  else if (in_.is(u"enddate"))
+    schedule_.end = readTime();
+  else if (in_.is(u"endtime")) {
+    // The second number of the other schedules is a day.
+    const quint32 end = readTimeOfDay();
+    if (schedule_.intervalType == 1) schedule_.time2 = end;
+  } else {
+    return false;
+  }
+  return true;
+}
+
+TimeDate AgentReader::readTime() {
+  TimeDate time{};
+  while (in_.nextChild()) time = readDatetime(context_, QStringLiteral("the schedule of an agent"));
+  return time;
+}
+
+quint32 AgentReader::readTimeOfDay() {
+  const TimeDate time = readTime();
+  return time.innards[0] < kWholeDay ? time.innards[0] : 0;
+}
+
+void AgentReader::readCode() {
+  const QString event = in_.attribute(u"event");
+  while (in_.nextChild()) {
+    if (in_.is(u"formula"))
+      formula_ = readFormula(context_, QStringLiteral("the formula of an agent")).mid(2);
+    else if (in_.is(u"lotusscript"))
+      script_.add(event, in_.readText());
+    else {
+      java_ = java_ || in_.is(u"javaproject");
+      keepElement(context_, note_);
+    }
+  }
+}
+
+QString AgentReader::agentFlags() const {
+  QString flags = flag(u"enabled", true) ? QStringLiteral("E") : QStringLiteral("D");
+  if (!listed_) flags += u'H';
+  if (flag(u"private")) flags += u'P';
+  if (flag(u"clientbackgroundthread")) flags += u'T';
+  flags += flag(u"runaswebuser") ? u'u' : u's';
+  return flags;
+}
+
+void AgentReader::finish() {
+  const bool script = !script_.isEmpty();
+  if (script) addFlags(u"L");
+  if (java_) addFlags(u"J");
+  if (schedule_.trigger == 1 || schedule_.trigger == 8) addFlags(u"S");
+  if (schedule_.trigger == 3) addFlags(u"I");
+  if (schedule_.trigger == 2 || schedule_.trigger == 6) addFlags(u"E");
+  const double type = script               ? kScriptAgent
+                      : java_              ? kJavaAgent
+                      : formula_.isEmpty() ? kNoCode
+                                           : kFormulaAgent;
+  const QString restrictions = attribute(u"restrictions");
+  const double restricted = restrictions == u"unrestricted" ? 0 : restrictions == u"fulladminaccess" ? 2 : 1;
+  add(QStringLiteral("$AssistType"), itemflag::Summary, numberValue(type));
+  add(QStringLiteral("$AssistLastRun"), 0, timeValue(TimeDate{}));
+  add(QStringLiteral("$AssistDocCount"), itemflag::Summary, numberValue(0));
+  addText(QStringLiteral("$FlagsExt"), QString());
+  addText(QStringLiteral("$AssistFlags"), agentFlags());
+  addText(QStringLiteral("$AssistTrigger"), QString::number(schedule_.trigger));
+  add(QStringLiteral("$AssistInfo"), 0, assistInfoValue(schedule_));
+  add(QStringLiteral("$AssistQuery"), 0, emptyQueryValue());
+  add(QStringLiteral("$AssistAction"), 0,
+      script               ? scriptActionValue(script_.text())
+      : formula_.isEmpty() ? emptyActionValue()
+                           : formulaActionValue(formula_));
+  add(QStringLiteral("$Restricted"), itemflag::Summary, numberValue(restricted));
+  if (!runServer_.isEmpty()) addText(QStringLiteral("$MachineName"), runServer_);
+  if (designChange_.innards[1] != 0)
+    add(QStringLiteral("$AssistVersion"), itemflag::Summary, timeValue(designChange_));
+  DesignReader::finish();
+}
+
+}  // namespace lens

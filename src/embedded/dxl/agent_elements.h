@@ -1,0 +1,33 @@
+// Agents.
+#pragma once
+
+#include "embedded/dxl/agent_records.h"
+#include "embedded/dxl/design_elements.h"
+
+namespace lens {
+
+class AgentReader : public DesignReader {
+ public:
+  AgentReader(const DesignKind& kind, ImportContext& context, Note& note);
+  bool readChild() override;
+  void finish() override;
+
+ private:
+  void readTrigger();
+  void readSchedule();
+  bool readScheduleTime();
+  void readCode();
+  TimeDate readTime();
+  quint32 readTimeOfDay();
+  QString agentFlags() const;
+
+  AgentSchedule schedule_;
+  ScriptText script_;
+  QByteArray formula_;
+  bool java_ = false;
+  bool listed_ = true;  // in the menu; otherwise only in the list of agents
+  QString runServer_;
+  TimeDate designChange_{};
+};
+
+}  // namespace lens

@@ -1,0 +1,149 @@
+#include "embedded/dxl/database_elements.h"
+
+#include "embedded/dxl/note_elements.h"
+
+namespace lens {
+
+namespace {
+
+// "name=value" of each attribute that is not among the named ones.
+QStringList attributeWords(const QXmlStreamAttributes& attributes, const QStringList& without) {
+  QStringList words;
+  for (const QXmlStreamAttribute& a : attributes) {
+    if (!without.contains(a.name())) words.push_back(QStringLiteral("%1=%2").arg(a.name(), a.value()));
+  }
+  return words;
+}
+
+QString readAclEntry(ImportContext& context, Note& note) {
+  DxlReader& in = context.in;
+  QStringList words{in.attribute(u"name")};
+  words += attributeWords(in.attributes(), {QStringLiteral("name")});
+  QStringList roles;
+  while (in.nextChild()) {
+    if (in.is(u"role"))
+      roles.push_back(in.readText());
+    else
+      keepElement(context, note);
+  }
+  if (!roles.isEmpty()) words.push_back(QStringLiteral("roles=") + roles.join(u','));
+  return words.join(QStringLiteral("; "));
+}
+
+// One line of the list's history: its attributes, then its text.
+QString readLogEntry(ImportContext& context, Note& note) {
+  DxlReader& in = context.in;
+  QStringList words = attributeWords(in.attributes(), {});
+  for (;;) {
+    const DxlReader::Token token = in.next();
+    if (token == QXmlStreamReader::EndElement) return words.join(QStringLiteral("; "));
+    if (token == QXmlStreamReader::StartElement)
+      keepElement(context, note);
+    else if (!in.text().trimmed().isEmpty())
+      words.push_back(in.text().toString());
+  }
+}
+
+void importAcl(ImportContext& context) {
+  DxlReader& in = context.in;
+  Note note;
+  Note present;
+  const quint32 id = context.target.specialNote(noteclass::Acl);
+  if (id != 0 && context.target.read(id, present)) note.header.unid = present.header.unid;
+  note.header.noteClass = noteclass::Acl;
+  QStringList entries, roles, log;
+  const QStringList attributes = attributeWords(in.attributes(), {});
+  while (in.nextChild()) {
+    if (in.is(u"aclentry"))
+      entries.push_back(readAclEntry(context, note));
+    else if (in.is(u"role"))
+      roles.push_back(in.readText());
+    else if (in.is(u"logentry"))
+      log.push_back(readLogEntry(context, note));
+    else
+      keepElement(context, note);
+  }
+  note.add(QStringLiteral("$ACLEntries"), itemflag::Summary, storedTextListValue(entries));
+  note.add(QStringLiteral("$ACLRoles"), itemflag::Summary, storedTextListValue(roles));
+  note.add(QStringLiteral("$ACLLog"), 0, storedTextListValue(log));
+  note.add(QStringLiteral("$ACLAttributes"), 0, storedTextListValue(attributes));
+  context.findings.keptRaw(QStringLiteral("access control list as text"));
+  saveImported(context, note);
+}
+
+void applyInfo(ImportContext& context, DatabaseInfo& info) {
+  const DxlReader& in = context.in;
+  const auto take = [&in](QString& place, QStringView name) {
+    if (in.hasAttribute(name)) place = in.attribute(name);
+  };
+  take(info.title, u"title");
+  take(info.templateName, u"templatename");
+  take(info.inheritsFrom, u"fromtemplate");
+  take(info.categories, u"categories");
+  const QString replica = in.attribute(u"replicaid").toUpper();
+  bool number = false;
+  replica.toULongLong(&number, 16);
+  if (!replica.isEmpty() && (!number || replica.size() != 16))
+    in.fail(QStringLiteral("\"%1\" is no replica ID").arg(replica.left(64)));
+  if (!replica.isEmpty()) info.replicaId = replica;
+  const QString addressBook = QStringLiteral("StdR4PublicAddressBook");
+  for (const QString& name : {info.templateName, info.inheritsFrom})
+    info.publicAddressBook = info.publicAddressBook || name.compare(addressBook, Qt::CaseInsensitive) == 0;
+  context.target.setInfo(info);
+}
+
+// The title as the icon note holds it: title and categories, then the template's own name and the one
+// it inherits from.
+QString informationBuffer(const DatabaseInfo& info) {
+  QString text = info.title;
+  if (!info.categories.isEmpty()) text += u'\n' + info.categories;
+  if (!info.templateName.isEmpty()) text += QStringLiteral("\n#1") + info.templateName;
+  if (!info.inheritsFrom.isEmpty()) text += QStringLiteral("\n#2") + info.inheritsFrom;
+  return text;
+}
+
+// Items that nothing interprets go to the icon note; it is made where the file brings none.
+void completeIconNote(ImportContext& context, const DatabaseInfo& info, const QVector<Item>& kept,
+                      bool inFile) {
+  Note icon;
+  const quint32 id = context.target.specialNote(noteclass::Icon);
+  const bool present = id != 0 && context.target.read(id, icon);
+  if (inFile && kept.isEmpty()) return;
+  icon.header.noteClass = present ? icon.header.noteClass : noteclass::Icon;
+  if (!inFile && (context.applyProperties || !present)) {
+    icon.items.removeIf([](const Item& item) { return sameItemName(item.name, u"$TITLE"); });
+    icon.add(QStringLiteral("$TITLE"), itemflag::Summary, storedTextValue(informationBuffer(info)));
+    if (!icon.has(u"$Flags")) icon.add(QStringLiteral("$Flags"), itemflag::Summary, textValue(u""));
+  }
+  for (const Item& item : kept) {
+    icon.items.removeIf([&item](const Item& old) { return sameItemName(old.name, item.name); });
+  }
+  icon.items += kept;
+  context.target.saveAsGiven(icon);
+}
+
+}  // namespace
+
+void importDatabase(ImportContext& context) {
+  DxlReader& in = context.in;
+  DatabaseInfo info = context.target.info();
+  if (context.applyProperties) applyInfo(context, info);
+  Note loose;  // collects what has no note of its own
+  bool iconInFile = false;
+  while (in.nextChild()) {
+    if (in.is(u"acl")) {
+      importAcl(context);
+    } else if (in.is(u"databaseinfo")) {
+      context.findings.ignored(QStringLiteral("databaseinfo: sizes and counts of the original"));
+      in.skip();
+    } else if (isNoteElement(in.name())) {
+      iconInFile = iconInFile || (in.is(u"note") && in.attribute(u"class") == u"icon");
+      importNote(context);
+    } else {
+      keepElement(context, loose);
+    }
+  }
+  completeIconNote(context, info, loose.items, iconInFile);
+}
+
+}  // namespace lens

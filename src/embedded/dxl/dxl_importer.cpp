@@ -1,0 +1,105 @@
+#include "embedded/dxl/dxl_importer.h"
+
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+
+#include "embedded/dxl/database_elements.h"
+#include "embedded/dxl/note_elements.h"
+
+namespace lens {
+
+namespace {
+
+constexpr QStringView kNamespace = u"http://www.lotus.com/dxl";
+
+[[noreturn]] void noDxl(const DxlReader& in, const QString& reason) {
+  try {
+    in.fail(reason);
+  } catch (const DxlFault& fault) {
+    throw DxlFault(enginefault::NoDxl, fault.line, fault.column,
+                   QStringLiteral("this is no DXL file: %1").arg(reason));
+  }
+}
+
+void goToRoot(DxlReader& in) {
+  try {
+    in.next();
+  } catch (const DxlFault& fault) {
+    if (in.rootSeen()) throw;
+    noDxl(in, fault.description());
+  }
+  const bool ours = in.namespaceUri().isEmpty() || in.namespaceUri() == kNamespace;
+  if (!ours || (!in.is(u"database") && !isNoteElement(in.name())))
+    noDxl(in, QStringLiteral("its root is \"%1\"").arg(in.name()));
+}
+
+void importStream(DxlReader& in, ImportContext& context) {
+  goToRoot(in);
+  if (in.is(u"database"))
+    importDatabase(context);
+  else
+    importNote(context);
+  in.finish();
+}
+
+QString placed(const QString& file, const DxlFault& fault) {
+  return QStringLiteral("%1, line %2, column %3: %4")
+      .arg(file)
+      .arg(fault.line)
+      .arg(fault.column)
+      .arg(fault.description());
+}
+
+QStringList filesIn(const QString& folder) {
+  QStringList files;
+  QDirIterator it(folder, QDir::Files | QDir::Readable, QDirIterator::Subdirectories);
+  while (it.hasNext()) files.push_back(it.next());
+  files.sort();
+  return files;
+}
+
+}  // namespace
+
+void DxlImporter::importFile(const QString& path, ImportReport& report, ImportProgress* progress) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) {
+    report.failed.push_back(QStringLiteral("%1: it cannot be read (%2)").arg(path, file.errorString()));
+    return;
+  }
+  const qint64 total = file.size();
+  DxlSource source(file, [&](qint64 done) { return !progress || progress->go(path, done, total); });
+  DxlReader in(source);
+  FileFindings findings;
+  ImportContext context{in, target_, findings, applyProperties_};
+  try {
+    Database::Transaction transaction(target_);
+    importStream(in, context);
+    transaction.commit();
+    findings.moveTo(report, path);
+  } catch (const DxlCancelled&) {
+    report.cancelled = true;
+  } catch (const DxlFault& fault) {
+    report.failed.push_back(placed(path, fault));
+  } catch (const RuntimeError& error) {
+    // The store or a value refused what was read so far: the place is where the reader stands.
+    try {
+      in.fail(error.description());
+    } catch (const DxlFault& fault) {
+      report.failed.push_back(placed(path, fault));
+    }
+  }
+}
+
+void DxlImporter::importFiles(const QStringList& filesOrFolders, ImportReport& report,
+                              ImportProgress* progress) {
+  for (const QString& one : filesOrFolders) {
+    const QStringList files = QFileInfo(one).isDir() ? filesIn(one) : QStringList{one};
+    for (const QString& file : files) {
+      importFile(file, report, progress);
+      if (report.cancelled) return;
+    }
+  }
+}
+
+}  // namespace lens

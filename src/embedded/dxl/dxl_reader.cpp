@@ -1,0 +1,218 @@
+#include "embedded/dxl/dxl_reader.h"
+
+#include "embedded/dxl/base64_decoder.h"
+
+namespace lens {
+
+namespace {
+
+// Entities expand to at most this many characters.
+constexpr int kMaxExpansion = 4096;
+
+bool isBlank(QStringView text) {
+  for (const QChar c : text) {
+    if (c != u' ' && c != u'\n' && c != u'\t' && c != u'\r') return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+const QXmlStreamAttribute* findAttribute(const QXmlStreamAttributes& attributes, QStringView name) {
+  for (const QXmlStreamAttribute& attribute : attributes) {
+    if (attribute.name() == name) return &attribute;
+  }
+  return nullptr;
+}
+
+DxlReader::DxlReader(DxlSource& source) : source_(source), xml_(&source) {
+  xml_.setEntityExpansionLimit(kMaxExpansion);
+}
+
+DxlReader::Token DxlReader::next() {
+  for (;;) {
+    const Token token = xml_.readNext();
+    switch (token) {
+      case QXmlStreamReader::StartElement:
+        rootSeen_ = true;
+        name_ = xml_.name();
+        if (++depth_ > kMaxDepth) fail(QStringLiteral("elements are nested deeper than %1").arg(kMaxDepth));
+        break;
+      case QXmlStreamReader::EndElement:
+        name_ = xml_.name();
+        --depth_;
+        break;
+      case QXmlStreamReader::Characters:
+        break;
+      case QXmlStreamReader::EntityReference:
+        fail(QStringLiteral("the entity \"%1\" is not declared").arg(xml_.name()));
+      case QXmlStreamReader::EndDocument:
+        return token;
+      case QXmlStreamReader::Invalid:
+        if (source_.cancelled()) throw DxlCancelled();
+        fail(source_.fault().isEmpty() ? xml_.errorString() : source_.fault());
+      case QXmlStreamReader::DTD:
+        refuseExternalEntities();
+        continue;
+      default:
+        continue;
+    }
+    if (recording_) record(token);
+    return token;
+  }
+}
+
+// Nothing outside the file is read, so a text that comes from there would be missing without a word.
+void DxlReader::refuseExternalEntities() const {
+  const QXmlStreamEntityDeclarations declarations = xml_.entityDeclarations();
+  for (const QXmlStreamEntityDeclaration& entity : declarations) {
+    if (!entity.systemId().isEmpty() || !entity.publicId().isEmpty())
+      fail(QStringLiteral("the entity \"%1\" stands in another file, which is not read").arg(entity.name()));
+  }
+}
+
+void DxlReader::finish() {
+  while (next() != QXmlStreamReader::EndDocument) {
+  }
+}
+
+QStringView DxlReader::attributeView(QStringView name) const {
+  // The reader keeps the attributes alive that this copy shares.
+  const QXmlStreamAttributes attributes = xml_.attributes();
+  const QXmlStreamAttribute* const found = findAttribute(attributes, name);
+  return found ? found->value() : QStringView();
+}
+
+bool DxlReader::hasAttribute(QStringView name) const {
+  const QXmlStreamAttributes attributes = xml_.attributes();
+  return findAttribute(attributes, name) != nullptr;
+}
+
+bool DxlReader::flag(QStringView name, bool otherwise) const {
+  const QStringView value = attributeView(name);
+  return value.isEmpty() ? otherwise : value == u"true";
+}
+
+bool DxlReader::nextChild() {
+  for (;;) {
+    switch (next()) {
+      case QXmlStreamReader::StartElement:
+        return true;
+      case QXmlStreamReader::Characters:
+        if (!isBlank(text())) fail(QStringLiteral("there is text where only elements may stand"));
+        break;
+      default:
+        return false;
+    }
+  }
+}
+
+void DxlReader::skip() {
+  for (int open = 1; open > 0;) {
+    const Token token = next();
+    if (token == QXmlStreamReader::StartElement) ++open;
+    if (token == QXmlStreamReader::EndElement) --open;
+  }
+}
+
+const QString& DxlReader::readText() {
+  scratch_.resize(0);
+  bool afterBreak = false;
+  for (;;) {
+    switch (next()) {
+      case QXmlStreamReader::Characters:
+        // A line end behind "break" only lays out the file.
+        if (!(afterBreak && isBlank(text()) && text().startsWith(u'\n'))) scratch_.append(text());
+        afterBreak = false;
+        break;
+      case QXmlStreamReader::StartElement:
+        readTextChild(afterBreak);
+        break;
+      default:
+        return scratch_;
+    }
+  }
+}
+
+void DxlReader::readTextChild(bool& afterBreak) {
+  afterBreak = is(u"break");
+  if (afterBreak) {
+    scratch_.append(u'\n');
+  } else if (is(u"nonxmlchar")) {
+    bool number = false;
+    const uint code = attribute(u"value").toUInt(&number, 0);
+    if (!number || code > 0xFFFF) fail(QStringLiteral("nonxmlchar has no proper value"));
+    scratch_.append(QChar(char16_t(code)));
+  } else {
+    fail(QStringLiteral("the element \"%1\" may not stand in a text").arg(name()));
+  }
+  skip();
+}
+
+void DxlReader::readBase64(const QString& what, const std::function<void(QByteArrayView)>& piece) {
+  Base64Decoder decoder;
+  for (;;) {
+    const Token token = next();
+    if (token == QXmlStreamReader::StartElement)
+      fail(QStringLiteral("%1: the element \"%2\" may not stand in base64").arg(what, name()));
+    if (token != QXmlStreamReader::Characters) break;
+    QStringView rest = text();
+    while (!rest.isEmpty()) {
+      const QStringView part = rest.first(qMin<qsizetype>(rest.size(), 64 * 1024));
+      rest = rest.sliced(part.size());
+      if (!decoder.feed(part))
+        fail(QStringLiteral("%1: \"%2\" is no base64").arg(what, QString(decoder.offender())));
+      if (!decoder.bytes().isEmpty()) piece(decoder.bytes());
+      decoder.clear();
+    }
+  }
+  if (!decoder.complete()) fail(QStringLiteral("%1: the base64 is cut short").arg(what));
+}
+
+QByteArray DxlReader::readBase64(const QString& what) {
+  QByteArray bytes;
+  readBase64(what, [&](QByteArrayView piece) {
+    if (bytes.size() + piece.size() > kMaxValueBytes)
+      fail(QStringLiteral("%1: the value is longer than %2 bytes").arg(what).arg(kMaxValueBytes));
+    bytes.append(piece);
+  });
+  return bytes;
+}
+
+void DxlReader::startRecording() {
+  record_.resize(0);
+  recording_ = true;
+  record(QXmlStreamReader::StartElement);
+}
+
+QString DxlReader::stopRecording() {
+  recording_ = false;
+  return record_;
+}
+
+void DxlReader::record(Token token) {
+  if (record_.size() > kMaxValueBytes / 4) fail(QStringLiteral("an element is too large to be kept"));
+  if (token == QXmlStreamReader::StartElement) {
+    record_ += u'<';
+    record_ += xml_.qualifiedName();
+    const QXmlStreamAttributes attributes = xml_.attributes();
+    for (const QXmlStreamAttribute& a : attributes) {
+      record_ += u' ';
+      record_ += a.qualifiedName();
+      record_ += QStringLiteral("=\"%1\"").arg(a.value().toString().toHtmlEscaped());
+    }
+    record_ += u'>';
+  } else if (token == QXmlStreamReader::EndElement) {
+    record_ += u"</";
+    record_ += xml_.qualifiedName();
+    record_ += u'>';
+  } else {
+    record_ += xml_.text().toString().toHtmlEscaped();
+  }
+}
+
+void DxlReader::fail(const QString& reason) const {
+  throw DxlFault(enginefault::BadDxl, xml_.lineNumber(), xml_.columnNumber(), reason);
+}
+
+}  // namespace lens

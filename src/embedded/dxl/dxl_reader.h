@@ -1,0 +1,99 @@
+// A cursor over a DXL stream: elements, attributes, text and base64, with places for error messages
+// and a record of what passes for elements that are kept as they are.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QXmlStreamReader>
+#include <functional>
+
+#include "embedded/dxl/dxl_source.h"
+#include "notes/runtime_error.h"
+
+namespace lens {
+
+// Numbers of import failures; the description tells what is wrong, the place stands beside it.
+namespace enginefault {
+inline constexpr int BadDxl = 4070;
+inline constexpr int NoDxl = 4071;
+}  // namespace enginefault
+
+class DxlFault : public RuntimeError {
+ public:
+  DxlFault(int number, qint64 line, qint64 column, const QString& reason)
+      : RuntimeError(number, reason), line(line), column(column) {}
+  qint64 line;
+  qint64 column;
+};
+
+// Null when it is missing; valid as long as the attributes.
+const QXmlStreamAttribute* findAttribute(const QXmlStreamAttributes& attributes, QStringView name);
+
+// Thrown when the user stops the import.
+struct DxlCancelled {};
+
+class DxlReader {
+ public:
+  // Elements nested deeper than this are a fault.
+  static constexpr int kMaxDepth = 256;
+  // Bytes of one item value, and of all items of a note.
+  static constexpr qint64 kMaxValueBytes = 512 * 1024 * 1024;
+
+  using Token = QXmlStreamReader::TokenType;
+  explicit DxlReader(DxlSource& source);
+
+  // The next start tag, end tag or text; everything else is passed over. Raises a DxlFault on
+  // malformed input and past the end, DxlCancelled after a cancellation.
+  Token next();
+  // Whether the end of the document follows properly.
+  void finish();
+
+  QStringView name() const { return name_; }
+  QStringView text() const { return xml_.text(); }
+  QStringView namespaceUri() const { return xml_.namespaceUri(); }
+  bool is(QStringView element) const { return name_ == element; }
+  // Attributes of the start tag at hand; "" when it is missing.
+  QString attribute(QStringView name) const { return attributeView(name).toString(); }
+  // The same without a copy; valid until the next token.
+  QStringView attributeView(QStringView name) const;
+  bool hasAttribute(QStringView name) const;
+  bool flag(QStringView name, bool otherwise = false) const;
+  const QXmlStreamAttributes attributes() const { return xml_.attributes(); }
+
+  // Within an element that holds elements only: goes to the next child, false at the end tag. The
+  // caller must have consumed the child before.
+  bool nextChild();
+  // Goes to the end tag of the element at hand.
+  void skip();
+  // All text of the element, "break" and "nonxmlchar" included; other elements inside are a fault. Stands
+  // at the end tag then. The text is valid until the next call.
+  const QString& readText();
+  // Decodes the base64 text of the element piece by piece; what names the element in faults.
+  void readBase64(const QString& what, const std::function<void(QByteArrayView)>& piece);
+  QByteArray readBase64(const QString& what);
+
+  // From the start tag at hand on, everything that passes is written down as XML. Inside a record a
+  // second one is not begun; recording() tells.
+  void startRecording();
+  QString stopRecording();
+  bool recording() const { return recording_; }
+
+  [[noreturn]] void fail(const QString& reason) const;
+  bool rootSeen() const { return rootSeen_; }
+
+ private:
+  void refuseExternalEntities() const;
+  void record(Token token);
+  void readTextChild(bool& afterBreak);
+
+  DxlSource& source_;
+  QXmlStreamReader xml_;
+  QStringView name_;  // of the tag at hand, valid until the next token
+  QString scratch_;
+  QString record_;
+  bool recording_ = false;
+  bool rootSeen_ = false;
+  int depth_ = 0;
+};
+
+}  // namespace lens

@@ -1,0 +1,122 @@
+#include "embedded/dxl/field_elements.h"
+
+#include "embedded/dxl/item_elements.h"
+#include "embedded/dxl/rich_text_records.h"
+#include "embedded/dxl/source_formula.h"
+
+namespace lens {
+
+namespace {
+
+namespace fieldflag {
+constexpr quint16 Authors = 0x0001, Editable = 0x0002, Names = 0x0004, StoreDefault = 0x0008,
+                  Readers = 0x0010, Computed = 0x0100, Keywords = 0x0200, Protected = 0x0400, Sign = 0x1000,
+                  Seal = 0x2000;
+}
+
+quint16 valueType(QStringView type) {
+  if (type == u"number") return itemtype::Number;
+  if (type == u"datetime") return itemtype::Time;
+  if (type == u"richtext" || type == u"richtextlite") return itemtype::RichText;
+  return itemtype::Text;
+}
+
+quint16 flagsOf(const DxlReader& in) {
+  const QString type = in.attribute(u"type"), kind = in.attribute(u"kind");
+  quint16 flags = 0;
+  if (kind.startsWith(u"computed"))
+    flags |= fieldflag::Computed;
+  else
+    flags |= fieldflag::Editable;
+  if (kind == u"computedwhencomposed") flags |= fieldflag::StoreDefault;
+  if (type == u"authors") flags |= fieldflag::Authors;
+  if (type == u"readers") flags |= fieldflag::Readers;
+  if (type == u"names") flags |= fieldflag::Names;
+  if (type == u"keyword") flags |= fieldflag::Keywords;
+  if (in.flag(u"protected")) flags |= fieldflag::Protected;
+  if (in.flag(u"sign")) flags |= fieldflag::Sign;
+  if (in.flag(u"seal")) flags |= fieldflag::Seal;
+  return flags;
+}
+
+// Formula bytes of a "code" element; false when it holds another language.
+bool readCodeFormula(ImportContext& context, QByteArray& formula) {
+  bool read = false;
+  while (context.in.nextChild()) {
+    if (context.in.is(u"formula") && !read) {
+      formula = readFormula(context, QStringLiteral("the formula of a field")).mid(2);
+      read = true;
+    } else {
+      context.in.skip();
+      read = false;
+      formula.clear();
+    }
+  }
+  return read;
+}
+
+// Attributes that the record and the items carry.
+bool isCarried(QStringView attribute) {
+  return attribute == u"name" || attribute == u"type" || attribute == u"kind" || attribute == u"protected" ||
+         attribute == u"sign" || attribute == u"seal" || attribute == u"description";
+}
+
+bool readFieldChild(ImportContext& context, FieldRecord& record) {
+  if (!context.in.is(u"code")) {
+    context.in.skip();
+    return false;
+  }
+  const QString event = context.in.attribute(u"event");
+  QByteArray* place = event == u"defaultvalue"       ? &record.defaultValue
+                      : event == u"inputtranslation" ? &record.inputTranslation
+                      : event == u"inputvalidation"  ? &record.inputValidation
+                                                     : nullptr;
+  if (!place) {
+    context.in.skip();
+    return false;
+  }
+  return readCodeFormula(context, *place);
+}
+
+}  // namespace
+
+QByteArray readFormField(ImportContext& context, Note& note, const RichFont& font,
+                         QVector<FormField>& fields) {
+  DxlReader& in = context.in;
+  FieldRecord record;
+  record.name = in.attribute(u"name");
+  record.description = in.attribute(u"description");
+  if (record.name.isEmpty()) in.fail(QStringLiteral("a field has no name"));
+  record.type = valueType(in.attribute(u"type"));
+  record.flags = flagsOf(in);
+  bool complete = true;
+  const QXmlStreamAttributes attributes = in.attributes();
+  for (const QXmlStreamAttribute& a : attributes) complete = complete && isCarried(a.name());
+  const bool records = !in.recording();
+  if (records) in.startRecording();
+  while (in.nextChild()) {
+    if (!readFieldChild(context, record)) complete = false;
+  }
+  const QString xml = records ? in.stopRecording() : QString();
+  const QByteArray bytes = fieldRecord(record, font);
+  if (records && (!complete || bytes.isEmpty())) keepXml(context, note, QStringLiteral("field"), xml);
+  fields.push_back({record.name, record.type});
+  return bytes;
+}
+
+void addFieldItems(Note& note, const QVector<FormField>& fields) {
+  QStringList names;
+  for (const FormField& field : fields) {
+    names.push_back(field.name);
+    // Times and numbers have a zero value where other fields have none.
+    if (field.type == itemtype::Number)
+      note.add(field.name, 0, numberValue(0));
+    else if (field.type == itemtype::Time)
+      note.add(field.name, 0, timeValue(TimeDate{}));
+    else
+      note.add(field.name, itemflag::Placeholder, rawValue(itemtype::Unknown, {}));
+  }
+  if (!note.has(u"$Fields")) note.add(QStringLiteral("$Fields"), itemflag::Summary, textListValue(names));
+}
+
+}  // namespace lens

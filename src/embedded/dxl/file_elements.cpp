@@ -1,0 +1,138 @@
+#include "embedded/dxl/file_elements.h"
+
+#include <array>
+#include <limits>
+
+#include "embedded/dxl/item_elements.h"
+
+namespace lens {
+
+namespace {
+
+constexpr std::array<const char16_t*, 11> kHosts = {
+    u"msdos",        u"ole",           u"mac",       u"unknown", u"hpfs", u"olelib",
+    u"bytearrayext", u"bytearraypage", u"cdstorage", u"stream",  u"link"};
+
+quint16 hostType(QStringView name) {
+  for (size_t i = 0; i < kHosts.size(); ++i) {
+    if (name == QStringView(kHosts[i])) return quint16(i << 8);
+  }
+  return 0x0300;
+}
+
+bool isReservedName(const QString& name) {
+  static const QStringList reserved = {QStringLiteral("CON"),    QStringLiteral("PRN"),
+                                       QStringLiteral("AUX"),    QStringLiteral("NUL"),
+                                       QStringLiteral("CONIN$"), QStringLiteral("CONOUT$")};
+  const QString stem = name.section(u'.', 0, 0).trimmed().toUpper();
+  if (reserved.contains(stem)) return true;
+  return stem.size() == 4 && (stem.startsWith(u"COM") || stem.startsWith(u"LPT")) && stem[3].isDigit();
+}
+
+quint16 listed(QStringView list, std::initializer_list<std::pair<QStringView, quint16>> words) {
+  quint16 bits = 0;
+  for (const QStringView word : list.split(u' ', Qt::SkipEmptyParts)) {
+    for (const auto& [name, bit] : words) {
+      if (word == name) bits |= bit;
+    }
+  }
+  return bits;
+}
+
+FileObject fileAttributes(ImportContext& context) {
+  const DxlReader& in = context.in;
+  FileObject file;
+  const QString given = in.attribute(u"name");
+  file.name = safeFileName(given);
+  if (file.name.isEmpty()) in.fail(QStringLiteral("\"%1\" is no usable name of an attachment").arg(given));
+  file.hostType = hostType(in.attributeView(u"hosttype"));
+  const QString compression = in.attribute(u"compression");
+  file.compression = compression == u"huffman" ? 1 : compression == u"lz1" ? 2 : 0;
+  file.attributes = listed(in.attributeView(u"attribute"), {{u"readonly", 1}, {u"private", 2}});
+  file.flags = listed(in.attributeView(u"flags"), {{u"sign", 1}, {u"storedindoc", 2}, {u"mime", 4}});
+  return file;
+}
+
+Database::StoredObject readFileData(ImportContext& context, const QString& what) {
+  const quint32 object = context.target.beginObject();
+  context.in.readBase64(what, [&](QByteArrayView piece) { context.target.appendObject(object, piece); });
+  return context.target.finishObject(object);
+}
+
+TimeDate childTime(ImportContext& context, const QString& what) {
+  TimeDate time;
+  while (context.in.nextChild()) {
+    if (context.in.is(u"datetime"))
+      time = readDatetime(context, what);
+    else
+      context.in.skip();
+  }
+  return time;
+}
+
+void readFile(ImportContext& context, Note& note, const QString& itemName, quint16 flags) {
+  FileObject file = fileAttributes(context);
+  const QString what = QStringLiteral("item \"%1\", file \"%2\"").arg(itemName, file.name);
+  bool sized = false;
+  const qint64 stated = context.in.attribute(u"size").toLongLong(&sized);
+  bool hasData = false;
+  Database::StoredObject stored;
+  while (context.in.nextChild()) {
+    if (context.in.is(u"created")) {
+      file.created = childTime(context, what);
+    } else if (context.in.is(u"modified")) {
+      file.modified = childTime(context, what);
+    } else if (context.in.is(u"filedata") && !hasData) {
+      stored = readFileData(context, what);
+      hasData = true;
+    } else {
+      keepElement(context, note);
+    }
+  }
+  if (!hasData) {
+    const quint32 object = context.target.beginObject();
+    stored = context.target.finishObject(object);
+    context.findings.ignored(QStringLiteral("attachment \"%1\" came without its data").arg(file.name));
+  }
+  const bool packed = file.compression != 0;
+  const qint64 size = packed && sized ? stated : stored.size;
+  if (size < 0 || size > std::numeric_limits<quint32>::max())
+    context.in.fail(QStringLiteral("%1 is larger than an attachment can be").arg(what));
+  if (packed) context.findings.keptRaw(QStringLiteral("attachment \"%1\" in compressed form").arg(file.name));
+  if (!packed && hasData && sized && stated != stored.size)
+    context.findings.ignored(
+        QStringLiteral("attachment \"%1\" states another size than it has").arg(file.name));
+  file.objectId = stored.id;
+  file.size = quint32(size);
+  note.add(itemName, flags, fileObjectValue(file));
+}
+
+}  // namespace
+
+QString safeFileName(const QString& name) {
+  qsizetype start = 0;
+  for (qsizetype i = 0; i < name.size(); ++i) {
+    if (name[i] == u'/' || name[i] == u'\\' || name[i] == u':') start = i + 1;
+  }
+  const QString last = name.mid(start).trimmed();
+  if (last.isEmpty() || last == u"." || last == u".." || isReservedName(last)) return {};
+  for (const QChar c : last) {
+    if (c < u' ') return {};
+  }
+  return last;
+}
+
+bool readObjectElement(ImportContext& context, Note& note, const QString& itemName, quint16 flags) {
+  bool stored = false;
+  while (context.in.nextChild()) {
+    if (context.in.is(u"file")) {
+      readFile(context, note, itemName, flags);
+      stored = true;
+    } else {
+      keepElement(context, note);
+    }
+  }
+  return stored;
+}
+
+}  // namespace lens

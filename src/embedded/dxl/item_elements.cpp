@@ -1,0 +1,191 @@
+#include "embedded/dxl/item_elements.h"
+
+#include "embedded/dxl/dxl_datetime.h"
+#include "embedded/dxl/file_elements.h"
+#include "embedded/dxl/raw_values.h"
+#include "embedded/dxl/rich_text_elements.h"
+#include "embedded/dxl/source_formula.h"
+#include "embedded/mime/mime_entity.h"
+
+namespace lens {
+
+namespace {
+
+QString naming(const QString& item) {
+  return QStringLiteral("item \"%1\"").arg(item);
+}
+
+// Text, numbers and times are summary items unless the file says otherwise; nothing else is.
+bool isSummaryType(quint16 type) {
+  const quint16 family = type & 0xFF00;
+  return family == itemtype::Number || family == itemtype::Time || family == itemtype::Text;
+}
+
+double readNumber(ImportContext& context, const QString& item) {
+  const QString text = context.in.readText().trimmed();
+  bool good = false;
+  const double number = text.toDouble(&good);
+  if (!good) context.in.fail(QStringLiteral("%1: \"%2\" is no number").arg(naming(item), text.left(64)));
+  return number;
+}
+
+QByteArray readNumberList(ImportContext& context, const QString& item) {
+  QVector<double> singles, pairs;
+  while (context.in.nextChild()) {
+    if (context.in.is(u"number")) {
+      singles.push_back(readNumber(context, item));
+    } else if (context.in.is(u"numberpair")) {
+      while (context.in.nextChild()) pairs.push_back(readNumber(context, item));
+      if (pairs.size() % 2 != 0)
+        context.in.fail(QStringLiteral("%1: a pair lacks a number").arg(naming(item)));
+    } else {
+      context.in.fail(QStringLiteral("%1: no number list holds \"%2\"").arg(naming(item), context.in.name()));
+    }
+  }
+  if (pairs.isEmpty()) return numberListValue(singles);
+  QByteArray value;
+  appendU16(value, itemtype::NumberRange);
+  appendU16(value, quint16(singles.size()));
+  appendU16(value, quint16(pairs.size() / 2));
+  for (const double number : singles) appendF64(value, number);
+  for (const double number : pairs) appendF64(value, number);
+  return value;
+}
+
+QByteArray readTimeList(ImportContext& context, const QString& item) {
+  QVector<TimeDate> singles;
+  QVector<TimePair> pairs;
+  while (context.in.nextChild()) {
+    if (context.in.is(u"datetime")) {
+      singles.push_back(readDatetime(context, naming(item)));
+    } else if (context.in.is(u"datetimepair")) {
+      QVector<TimeDate> ends;
+      while (context.in.nextChild()) ends.push_back(readDatetime(context, naming(item)));
+      if (ends.size() != 2) context.in.fail(QStringLiteral("%1: a pair needs two times").arg(naming(item)));
+      pairs.push_back({ends[0], ends[1]});
+    } else {
+      context.in.fail(QStringLiteral("%1: no time list holds \"%2\"").arg(naming(item), context.in.name()));
+    }
+  }
+  return timeListValue(singles, pairs);
+}
+
+QByteArray readRaw(ImportContext& context, const QString& item) {
+  const QString typeText = context.in.attribute(u"type");
+  bool good = false;
+  const uint type = typeText.toUInt(&good, 16);
+  if (!good || type > 0xFFFF)
+    context.in.fail(QStringLiteral("%1: \"%2\" is no item type").arg(naming(item), typeText));
+  const QByteArray data = context.in.readBase64(naming(item));
+  const QString fault = rawValueFault(quint16(type), data);
+  if (!fault.isEmpty())
+    context.in.fail(QStringLiteral("%1: %2 does not fit the %3 bytes that are there")
+                        .arg(naming(item), fault)
+                        .arg(data.size()));
+  QByteArray value;
+  if (type == itemtype::Object) {
+    if (storeInlineObject(context.target, data, value)) return value;
+    context.findings.keptRaw(QStringLiteral("item \"%1\" of type 3").arg(item));
+  }
+  return rawValue(quint16(type), data);
+}
+
+// Rich text over 64 KB comes as several items of one name, which are one text.
+void addRichText(Note& note, const QString& name, quint16 flags, const QByteArray& value) {
+  for (Item& item : note.items) {
+    if (item.type() != itemtype::RichText || !sameItemName(item.name, name)) continue;
+    if (item.value.size() % 2 != 0) item.value.append('\0');
+    item.value.append(QByteArrayView(value).sliced(2).toByteArray());
+    return;
+  }
+  note.add(name, flags, value);
+}
+
+// Values that need no more than their element; empty when the element is another.
+QByteArray readSimpleValue(ImportContext& context, const QString& name) {
+  DxlReader& in = context.in;
+  if (in.is(u"text")) return storedTextValue(in.readText());
+  if (in.is(u"rawitemdata") || in.is(u"itemdata")) return readRaw(context, name);
+  if (in.is(u"number")) return numberValue(readNumber(context, name));
+  if (in.is(u"datetime")) return timeValue(readDatetime(context, naming(name)));
+  if (in.is(u"textlist")) return storedTextListValue(readTexts(context));
+  if (in.is(u"numberlist")) return readNumberList(context, name);
+  if (in.is(u"datetimelist")) return readTimeList(context, name);
+  if (in.is(u"formula")) return readFormula(context, naming(name));
+  return {};
+}
+
+void readValue(ImportContext& context, Note& note, const QString& name, quint16 flags, bool summaryStated) {
+  if (context.in.is(u"object")) {
+    readObjectElement(context, note, name, flags);
+    return;
+  }
+  if (context.in.is(u"mime")) {
+    readMime(context, note, name);
+    return;
+  }
+  if (context.in.is(u"richtext")) {
+    addRichText(note, name, flags, rawValue(itemtype::RichText, readRichText(context, note)));
+    return;
+  }
+  const QByteArray value = readSimpleValue(context, name);
+  if (value.isEmpty()) {
+    keepElement(context, note);
+    return;
+  }
+  const quint16 type = quint16(quint8(value[0]) | quint8(value[1]) << 8);
+  if (!summaryStated && isSummaryType(type)) flags |= itemflag::Summary;
+  if (type == itemtype::RichText)
+    addRichText(note, name, flags, value);
+  else
+    note.add(name, flags, value);
+}
+
+}  // namespace
+
+void readItem(ImportContext& context, Note& note) {
+  const QString name = context.in.attribute(u"name");
+  if (name.isEmpty()) context.in.fail(QStringLiteral("an item has no name"));
+  const quint16 flags = itemFlags(context.in);
+  const bool summaryStated = context.in.hasAttribute(u"summary");
+  bool empty = true;
+  while (context.in.nextChild()) {
+    readValue(context, note, name, flags, summaryStated);
+    empty = false;
+  }
+  if (empty) note.add(name, flags, rawValue(itemtype::Unknown, {}));
+}
+
+TimeDate readDatetime(ImportContext& context, const QString& what) {
+  const bool dst = context.in.flag(u"dst");
+  const QString& text = context.in.readText();
+  TimeDate time;
+  if (!parseDxlTime(text, dst, time))
+    context.in.fail(QStringLiteral("%1: \"%2\" is no time").arg(what, text.left(64)));
+  return time;
+}
+
+QStringList readTexts(ImportContext& context) {
+  QStringList texts;
+  while (context.in.nextChild()) texts.push_back(context.in.readText());
+  return texts;
+}
+
+QByteArray readFormula(ImportContext& context, const QString& what) {
+  if (context.in.flag(u"compiled")) return rawValue(itemtype::Formula, context.in.readBase64(what));
+  context.findings.keptRaw(QStringLiteral("formula as source text"));
+  return sourceFormulaValue(context.in.readText());
+}
+
+void readMime(ImportContext& context, Note& note, const QString& itemName) {
+  QString text = context.in.readText();
+  qsizetype start = 0;
+  while (start < text.size() && (text[start] == u'\n' || text[start] == u' ' || text[start] == u'\t'))
+    ++start;
+  text = text.mid(start);
+  text.replace(u'\n', QStringLiteral("\r\n"));
+  const QVector<QByteArray> parts = mimePartValues(text.toUtf8());
+  for (const QByteArray& part : parts) note.add(itemName, 0, part);
+}
+
+}  // namespace lens

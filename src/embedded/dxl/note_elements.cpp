@@ -1,0 +1,227 @@
+#include "embedded/dxl/note_elements.h"
+
+#include <array>
+
+#include "embedded/dxl/design_elements.h"
+#include "embedded/dxl/item_elements.h"
+
+namespace lens {
+
+namespace {
+
+struct ClassName {
+  const char16_t* name;
+  quint16 value;
+};
+constexpr std::array<ClassName, 14> kClasses = {{{u"document", 0x0001},
+                                                 {u"data", 0x0001},
+                                                 {u"helpaboutdocument", 0x0002},
+                                                 {u"form", 0x0004},
+                                                 {u"view", 0x0008},
+                                                 {u"icon", 0x0010},
+                                                 {u"designcollection", 0x0020},
+                                                 {u"acl", 0x0040},
+                                                 {u"helpindex", 0x0080},
+                                                 {u"helpusingdocument", 0x0100},
+                                                 {u"help", 0x0100},
+                                                 {u"filter", 0x0200},
+                                                 {u"sharedfield", 0x0400},
+                                                 {u"replicationformula", 0x0800}}};
+
+quint16 classOf(const DxlReader& in) {
+  const QString name = in.attribute(u"class");
+  for (const ClassName& known : kClasses) {
+    if (name == QStringView(known.name)) return known.value;
+  }
+  bool number = false;
+  const uint value = name.toUInt(&number, 16);
+  if (!number || value == 0 || value > 0xFFFF)
+    in.fail(QStringLiteral("\"%1\" is no class of notes").arg(name));
+  return quint16(value);
+}
+
+// What stands before the content of a note, and becomes items only at its end.
+struct Prolog {
+  QStringList updatedBy;
+  QVector<TimeDate> revisions;
+};
+
+TimeDate readTimeOf(ImportContext& context) {
+  const QString what = context.in.name().toString();
+  TimeDate time;
+  while (context.in.nextChild()) time = readDatetime(context, what);
+  return time;
+}
+
+void readNoteInfo(ImportContext& context, NoteHeader& header) {
+  DxlReader& in = context.in;
+  const QString unid = in.attribute(u"unid");
+  if (!unid.isEmpty() && !Unid::parse(unid, header.unid))
+    in.fail(QStringLiteral("\"%1\" is no UNID").arg(unid.left(64)));
+  header.sequence = in.attribute(u"sequence").toUInt();
+  while (in.nextChild()) {
+    if (in.is(u"created"))
+      header.created = readTimeOf(context);
+    else if (in.is(u"modified"))
+      header.modified = readTimeOf(context);
+    else if (in.is(u"revised"))
+      header.sequenceTime = readTimeOf(context);
+    else if (in.is(u"lastaccessed"))
+      header.accessed = readTimeOf(context);
+    else if (in.is(u"addedtofile"))
+      header.added = readTimeOf(context);
+    else {
+      context.findings.ignored(QStringLiteral("noteinfo/%1").arg(in.name()));
+      in.skip();
+    }
+  }
+}
+
+bool readProlog(ImportContext& context, Note& note, Prolog& prolog) {
+  DxlReader& in = context.in;
+  if (in.is(u"noteinfo")) {
+    readNoteInfo(context, note.header);
+  } else if (in.is(u"updatedby")) {
+    prolog.updatedBy = readTexts(context);
+  } else if (in.is(u"revisions")) {
+    while (in.nextChild()) prolog.revisions.push_back(readDatetime(context, QStringLiteral("revisions")));
+  } else if (in.is(u"wassignedby")) {
+    context.findings.ignored(QStringLiteral("wassignedby: information only"));
+    in.skip();
+  } else {
+    return false;
+  }
+  return true;
+}
+
+void addUnlessThere(Note& note, const QString& name, quint16 flags, const QByteArray& value) {
+  if (!note.has(name)) note.add(name, flags, value);
+}
+
+void addProlog(Note& note, const Prolog& prolog) {
+  if (!prolog.updatedBy.isEmpty())
+    addUnlessThere(note, QStringLiteral("$UpdatedBy"), itemflag::Summary | itemflag::Names,
+                   storedTextListValue(prolog.updatedBy));
+  if (!prolog.revisions.isEmpty())
+    addUnlessThere(note, QStringLiteral("$Revisions"), itemflag::Summary, timeListValue(prolog.revisions));
+}
+
+// Attributes of "document" that stand for items.
+struct DocumentAttributes {
+  QString form, parent;
+  bool conflict = false, truncated = false;
+
+  explicit DocumentAttributes(const DxlReader& in)
+      : form(in.attribute(u"form")),
+        parent(in.attribute(u"parent")),
+        conflict(in.flag(u"conflict")),
+        truncated(in.flag(u"truncated")) {}
+};
+
+void addDocumentItems(ImportContext& context, Note& note, const DocumentAttributes& attributes) {
+  if (!attributes.form.isEmpty() && !note.has(u"Form"))
+    note.items.push_front({QStringLiteral("Form"), itemflag::Summary, storedTextValue(attributes.form)});
+  if (!attributes.parent.isEmpty())
+    addUnlessThere(note, QStringLiteral("$REF"), itemflag::Summary, noteRefsValue({attributes.parent}));
+  if (attributes.conflict)
+    addUnlessThere(note, QStringLiteral("$Conflict"), itemflag::Summary, textValue(u""));
+  if (attributes.truncated) {
+    note.add(QStringLiteral("$DXL_truncated"), 0, textValue(u"true"));
+    context.findings.keptRaw(QStringLiteral("mark \"truncated\" of a document"));
+  }
+}
+
+// The parent of a response comes as an attribute or as the item itself.
+void findParent(Note& note) {
+  const Item* reference = note.find(u"$REF");
+  if (!reference || reference->type() != itemtype::NoteRefs || reference->data().size() < 18) return;
+  note.header.parent = Unid::fromBytes(reference->data().sliced(2, 16));
+}
+
+void readDocument(ImportContext& context, Note& note) {
+  DxlReader& in = context.in;
+  const bool raw = in.is(u"note"), profile = in.is(u"profiledocument");
+  if (raw) note.header.noteClass = classOf(in);
+  if (in.flag(u"default")) note.header.noteClass |= noteclass::Default;
+  if (in.flag(u"private")) note.header.noteClass |= noteclass::Private;
+  const DocumentAttributes attributes(in);
+  Unid parent;
+  if (!attributes.parent.isEmpty() && !Unid::parse(attributes.parent, parent))
+    in.fail(QStringLiteral("\"%1\" is no UNID of a parent").arg(attributes.parent.left(64)));
+  const QString name = profile ? profileName(in.attribute(u"name"), in.attribute(u"username")) : QString();
+  Prolog prolog;
+  while (in.nextChild()) {
+    if (in.is(u"item"))
+      readItem(context, note);
+    else if (in.is(u"mime"))
+      readMime(context, note, QStringLiteral("Body"));
+    else if (!readProlog(context, note, prolog))
+      keepElement(context, note);
+  }
+  addDocumentItems(context, note, attributes);
+  if (profile) addUnlessThere(note, QStringLiteral("$Name"), itemflag::Summary, storedTextValue(name));
+  addProlog(note, prolog);
+  findParent(note);
+}
+
+void readDesign(ImportContext& context, Note& note, const DesignKind& kind) {
+  const std::unique_ptr<DesignReader> reader = makeDesignReader(kind, context, note);
+  Prolog prolog;
+  while (context.in.nextChild()) {
+    if (context.in.is(u"item"))
+      readItem(context, note);
+    else if (!readProlog(context, note, prolog) && !reader->readChild())
+      keepElement(context, note);
+  }
+  reader->finish();
+  addProlog(note, prolog);
+}
+
+// Of some classes a database holds one note: an imported one takes its place, whatever its UNID.
+bool removeOtherInstance(Database& target, const Note& note) {
+  const quint16 noteClass = noteclass::base(note.header.noteClass);
+  constexpr quint16 kSingle =
+      noteclass::About | noteclass::Icon | noteclass::Acl | noteclass::HelpIndex | noteclass::Using;
+  if ((noteClass & kSingle) == 0) return false;
+  Note present;
+  const quint32 id = target.specialNote(noteClass);
+  if (id == 0 || !target.read(id, present) || present.header.unid == note.header.unid) return false;
+  return target.remove(id, false);
+}
+
+}  // namespace
+
+QString profileName(const QString& name, const QString& user) {
+  return QStringLiteral("$profile_%1%2_%3")
+      .arg(name.size(), 3, 10, QLatin1Char('0'))
+      .arg(name.toLower(), user.toLower());
+}
+
+bool isNoteElement(QStringView element) {
+  return element == u"note" || element == u"document" || element == u"profiledocument" ||
+         findDesignKind(element) != nullptr;
+}
+
+void importNote(ImportContext& context) {
+  Note note;
+  const DesignKind* const kind = findDesignKind(context.in.name());
+  if (kind)
+    readDesign(context, note, *kind);
+  else
+    readDocument(context, note);
+  saveImported(context, note);
+}
+
+void saveImported(ImportContext& context, Note& note) {
+  qint64 total = 0;
+  for (const Item& item : note.items) total += item.value.size();
+  if (total > DxlReader::kMaxValueBytes)
+    context.in.fail(
+        QStringLiteral("the items of a note are longer than %1 bytes").arg(DxlReader::kMaxValueBytes));
+  const bool instead = removeOtherInstance(context.target, note);
+  const bool replaced = context.target.saveAsGiven(note);
+  ++context.findings.notes;
+  if (replaced || instead) ++context.findings.replaced;
+}
+
+}  // namespace lens

@@ -1,0 +1,22 @@
+// Notes of every kind: the raw "note", "document", "profiledocument" and the design elements, with
+// the prolog that they share.
+#pragma once
+
+#include "embedded/dxl/import_context.h"
+
+namespace lens {
+
+// Whether an element of that name is a note.
+bool isNoteElement(QStringView element);
+
+// The reader stands at a note element; the note is saved in the target. One with the UNID of a note of
+// the target replaces it; so does a note of which a database has only one.
+void importNote(ImportContext& context);
+
+// Saves a note as the importer made or read it, and counts it.
+void saveImported(ImportContext& context, Note& note);
+
+// "$Name" of a profile document.
+QString profileName(const QString& name, const QString& user);
+
+}  // namespace lens

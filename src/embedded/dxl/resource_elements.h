@@ -1,0 +1,36 @@
+// Script libraries and the database script; image, file and style sheet resources.
+#pragma once
+
+#include "embedded/dxl/design_elements.h"
+
+namespace lens {
+
+class LibraryReader : public DesignReader {
+ public:
+  LibraryReader(const DesignKind& kind, ImportContext& context, Note& note);
+  bool readChild() override;
+  void finish() override;
+
+ private:
+  const bool databaseScript_;
+  ScriptText script_;
+  QString javaScript_;
+  bool java_ = false;
+};
+
+class ResourceReader : public DesignReader {
+ public:
+  ResourceReader(const DesignKind& kind, ImportContext& context, Note& note);
+  bool readChild() override;
+  void finish() override;
+
+ private:
+  const bool styleSheet_;
+  qint64 size_ = -1;
+};
+
+// Rich text records that carry a file or an image in segments.
+QByteArray fileRecords(const QByteArray& bytes);
+QByteArray imageRecords(quint16 imageType, const QByteArray& bytes);
+
+}  // namespace lens

@@ -1,0 +1,22 @@
+// The "richtext" element: paragraphs, runs, tables, links and what else stands in rich text.
+#pragma once
+
+#include <QVector>
+
+#include "embedded/dxl/import_context.h"
+#include "embedded/richtext/rich_text.h"
+
+namespace lens {
+
+// A field that a form's rich text defines.
+struct FormField {
+  QString name;
+  quint16 type = 0;  // item type of its values
+};
+
+// The reader stands at an element that holds blocks. What has no counterpart leaves its text in the
+// rich text and its XML in an item of the note. Fields are collected where the caller wants them. Gives
+// the data of the item, without the type word.
+QByteArray readRichText(ImportContext& context, Note& note, QVector<FormField>* fields = nullptr);
+
+}  // namespace lens

@@ -1,0 +1,226 @@
+#include <array>
+
+#include "embedded/dxl/field_elements.h"
+#include "embedded/dxl/file_elements.h"
+#include "embedded/dxl/rich_text_reader.h"
+#include "embedded/dxl/rich_text_records.h"
+
+namespace lens {
+
+namespace {
+
+bool isLayoutBlank(QChar c) {
+  return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r';
+}
+
+// Elements whose characters are code or encoded bytes, no text to read.
+bool holdsNoText(QStringView name) {
+  static constexpr std::array<const char16_t*, 16> names = {
+      u"code",     u"formula",     u"lotusscript", u"javascript", u"gif",         u"jpeg",
+      u"png",      u"notesbitmap", u"cgm",         u"filedata",   u"rawitemdata", u"compositedata",
+      u"imageref", u"javaproject", u"appletdata",  u"oledata"};
+  for (const char16_t* const known : names) {
+    if (name == QStringView(known)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+void RichTextReader::flush() {
+  if (text_.isEmpty()) return;
+  out_.appendText(text_, font_);
+  text_.resize(0);
+}
+
+void RichTextReader::settleBreak() {
+  if (waiting_ && !atStart_ && !blank_) {
+    text_ += u' ';
+    blank_ = true;
+  }
+  waiting_ = false;
+}
+
+void RichTextReader::addPiece(QStringView piece) {
+  if (piece.isEmpty()) return;
+  settleBreak();
+  text_ += piece;
+  atStart_ = false;
+  blank_ = piece.back() == u' ' || piece.back() == u'\t';
+}
+
+void RichTextReader::addText(QStringView text) {
+  if (keepBlanks_) {
+    addPiece(text);
+    return;
+  }
+  while (!text.isEmpty()) {
+    const qsizetype line = text.indexOf(u'\n');
+    addPiece(line < 0 ? text : text.first(line));
+    if (line < 0) return;
+    waiting_ = true;
+    qsizetype next = line;
+    while (next < text.size() && isLayoutBlank(text[next])) ++next;
+    text = text.sliced(next);
+  }
+}
+
+void RichTextReader::content() {
+  settleBreak();
+  flush();
+  atStart_ = false;
+  blank_ = false;
+}
+
+void RichTextReader::readInline() {
+  for (;;) {
+    const DxlReader::Token token = in_.next();
+    if (token == QXmlStreamReader::Characters)
+      addText(in_.text());
+    else if (token == QXmlStreamReader::StartElement)
+      readInlineElement();
+    else
+      return;
+  }
+}
+
+void RichTextReader::readInlineElement() {
+  if (in_.is(u"run"))
+    readRun();
+  else if (in_.is(u"font"))
+    readFont();
+  else if (in_.is(u"text"))
+    readInline();
+  else if (in_.is(u"break")) {
+    waiting_ = false;
+    text_ += u'\n';
+    atStart_ = true;
+    in_.skip();
+  } else if (in_.is(u"nonxmlchar")) {
+    bool good = false;
+    const ushort code = attribute(u"value").toUShort(&good, 0);
+    if (!good) in_.fail(QStringLiteral("nonxmlchar has no proper value"));
+    const QChar c(code);
+    addPiece(QStringView(&c, 1));
+    in_.skip();
+  } else if (in_.is(u"attachmentref"))
+    readAttachment();
+  else if (in_.is(u"doclink") || in_.is(u"viewlink") || in_.is(u"databaselink"))
+    readLink();
+  else if (in_.is(u"urllink"))
+    readUrl();
+  else if (in_.is(u"anchor")) {
+    const QByteArray record = anchorRecord(attribute(u"name"));
+    if (record.isEmpty()) in_.fail(QStringLiteral("the name of an anchor is too long"));
+    content();
+    out_.appendInline(record);
+    readInline();
+  } else if (in_.is(u"compositedata"))
+    readCompositeData();
+  else if (in_.is(u"field") && fields_ && !in_.recording())
+    readField();
+  else if (in_.is(u"par") || in_.is(u"table") || in_.is(u"pardef") || in_.is(u"section"))
+    readBlock();
+  else
+    keepWithText();
+}
+
+void RichTextReader::readRun() {
+  const RichFont outer = font_;
+  const bool outerBlanks = keepBlanks_;
+  keepBlanks_ = in_.flag(u"keepindentation", outerBlanks);
+  settleBreak();
+  flush();
+  startElement();
+  readInline();
+  endElement();
+  flush();
+  font_ = outer;
+  keepBlanks_ = outerBlanks;
+}
+
+void RichTextReader::readFont() {
+  flush();
+  const QStringView name = in_.attributeView(u"name"), color = in_.attributeView(u"color");
+  if (!fontFace(name, font_.face)) context_.findings.ignored(QStringLiteral("font name \"%1\"").arg(name));
+  if (!fontColor(color, font_.color))
+    context_.findings.ignored(QStringLiteral("text color \"%1\"").arg(color));
+  font_.attributes = fontStyle(in_.attributeView(u"style"));
+  QStringView size = in_.attributeView(u"size");
+  if (size.endsWith(u"pt")) size.chop(2);
+  const double points = size.toDouble();
+  if (points >= 1 && points <= 250) font_.points = quint8(points);
+  in_.skip();
+}
+
+void RichTextReader::readAttachment() {
+  const QString given = attribute(u"name");
+  const QString name = safeFileName(given);
+  const QString shown = attribute(u"displayname");
+  content();
+  out_.appendAttachment(name.isEmpty() ? given : name, shown.isEmpty() ? name : shown);
+  for (;;) {
+    const DxlReader::Token token = in_.next();
+    if (token == QXmlStreamReader::EndElement) return;
+    // The caption is drawn below the icon; the record's own caption is the displayed name.
+    if (token == QXmlStreamReader::StartElement) keepElement(context_, note_);
+  }
+}
+
+void RichTextReader::readLink() {
+  const QString kind = in_.name().toString();
+  const QString document = kind == u"doclink" ? attribute(u"document") : QString();
+  const QString view = kind == u"databaselink" ? QString() : attribute(u"view");
+  const QByteArray record =
+      linkRecord(attribute(u"database"), view, document, attribute(u"description"), attribute(u"server"));
+  if (record.isEmpty()) in_.fail(QStringLiteral("the %1 has a malformed ID").arg(kind));
+  content();
+  out_.appendInline(record);
+  readInline();
+}
+
+void RichTextReader::readUrl() {
+  const QByteArray record = urlHotspot(attribute(u"href"));
+  if (record.isEmpty()) in_.fail(QStringLiteral("the address of a link is too long"));
+  content();
+  out_.appendInline(record);
+  readInline();
+  content();
+  out_.appendInline(hotspotEnd());
+}
+
+void RichTextReader::readCompositeData() {
+  const QString what = QStringLiteral("compositedata");
+  bool good = false;
+  const uint type = attribute(u"type").toUInt(&good);
+  const QByteArray bytes = in_.readBase64(what);
+  if (!good || type > 0xFF || bytes.isEmpty() || quint8(bytes[0]) != type)
+    in_.fail(QStringLiteral("%1: the record is not of the type that is stated").arg(what));
+  content();
+  if (!out_.appendInline(bytes)) {
+    in_.fail(
+        QStringLiteral("%1: the record has another length than its %2 bytes").arg(what).arg(bytes.size()));
+  }
+}
+
+void RichTextReader::readField() {
+  content();
+  const QByteArray record = readFormField(context_, note_, font_, *fields_);
+  if (!record.isEmpty()) out_.appendInline(record);
+}
+
+// The text stays readable where it stood; everything else of the element is in its XML.
+void RichTextReader::keepWithText() {
+  const bool records = !in_.recording();
+  const QString element = in_.name().toString();
+  if (records) in_.startRecording();
+  if (holdsNoText(element)) {
+    in_.skip();
+  } else {
+    content();
+    readInline();
+  }
+  if (records) keepXml(context_, note_, element, in_.stopRecording());
+}
+
+}  // namespace lens

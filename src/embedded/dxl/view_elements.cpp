@@ -1,0 +1,164 @@
+#include "embedded/dxl/view_elements.h"
+
+#include "embedded/dxl/item_elements.h"
+#include "embedded/store/lmbcs.h"
+
+namespace lens {
+
+namespace {
+
+bool isCarried(QStringView name) {
+  return name == u"itemname" || name == u"width" || name == u"sort" || name == u"categorized" ||
+         name == u"hidden";
+}
+
+// False when something in the header has no place in the record.
+bool readColumnHeader(DxlReader& in, ViewColumn& column) {
+  column.title = in.attribute(u"title");
+  bool complete = in.attributes().size() <= 1;
+  while (in.nextChild()) {
+    complete = false;
+    in.skip();
+  }
+  return complete;
+}
+
+bool readColumnCode(ImportContext& context, ViewColumn& column) {
+  const bool value = context.in.attribute(u"event") == u"value";
+  bool complete = value;
+  while (context.in.nextChild()) {
+    if (value && context.in.is(u"formula")) {
+      column.formula = readFormula(context, QStringLiteral("the formula of a column")).mid(2);
+    } else {
+      complete = false;
+      context.in.skip();
+    }
+  }
+  return complete;
+}
+
+}  // namespace
+
+ViewReader::ViewReader(const DesignKind& kind, ImportContext& context, Note& note)
+    : DesignReader(kind, context, note) {
+  uses({u"showinmenu", u"defaultdesign", u"type", u"selectionnoteclass", u"noviewformat"});
+  if (!flag(u"showinmenu", true)) addFlags(u"Y");
+  if (flag(u"defaultdesign")) addFlags(u"d");
+  if (attribute(u"type") == u"calendar") addFlags(u"c");
+}
+
+bool ViewReader::readChild() {
+  if (in_.is(u"column")) {
+    readColumn();
+    return true;
+  }
+  return in_.is(u"code") && readCode();
+}
+
+// The selection and the form formula; other events are kept as they are.
+bool ViewReader::readCode() {
+  const QString event = in_.attribute(u"event");
+  if (event != u"selection" && event != u"form") return false;
+  const QString item = event == u"form" ? QStringLiteral("$FormFormula") : QStringLiteral("$Formula");
+  while (in_.nextChild()) {
+    if (in_.is(u"formula"))
+      add(item, itemflag::Summary, readFormula(context_, QStringLiteral("the selection formula")));
+    else
+      keepElement(context_, note_);
+  }
+  return true;
+}
+
+void ViewReader::readColumn() {
+  ViewColumn column;
+  column.item = in_.attribute(u"itemname");
+  const QString sort = in_.attribute(u"sort");
+  column.sorted = sort == u"ascending" || sort == u"descending";
+  column.descending = sort == u"descending";
+  column.categorized = in_.flag(u"categorized");
+  column.hidden = in_.flag(u"hidden");
+  const double width = in_.attribute(u"width").toDouble();
+  column.width = width > 0 && width < 8000 ? int(width * 8) : column.width * 8;
+  bool complete = true;
+  const QXmlStreamAttributes attributes = in_.attributes();
+  for (const QXmlStreamAttribute& a : attributes) complete = complete && isCarried(a.name());
+  const bool records = !in_.recording();
+  if (records) in_.startRecording();
+  while (in_.nextChild()) {
+    if (in_.is(u"columnheader")) {
+      complete = readColumnHeader(in_, column) && complete;
+    } else if (in_.is(u"code")) {
+      complete = readColumnCode(context_, column) && complete;
+    } else {
+      complete = false;
+      in_.skip();
+    }
+  }
+  const QString xml = records ? in_.stopRecording() : QString();
+  if (records && !complete) keepXml(context_, note_, QStringLiteral("column"), xml);
+  columns_.push_back(column);
+}
+
+void ViewReader::finish() {
+  const QString noteClass = attribute(u"selectionnoteclass");
+  addText(QStringLiteral("$FormulaClass"), noteClass.isEmpty() ? QStringLiteral("1") : noteClass);
+  addText(QStringLiteral("$Index"), QString());
+  if (!flag(u"noviewformat")) {
+    add(QStringLiteral("$ViewFormat"), itemflag::Summary, viewFormatValue(columns_));
+    add(QStringLiteral("$Collation"), itemflag::Summary, collationValue(columns_));
+  }
+  DesignReader::finish();
+}
+
+QByteArray viewFormatValue(const QVector<ViewColumn>& columns) {
+  constexpr quint16 kColumnMark = 0x4356;
+  constexpr quint32 kPlainFont = 0x0A000001;
+  constexpr quint16 kTextColumn = 2;
+  QByteArray value, texts;
+  appendU16(value, itemtype::ViewFormat);
+  appendU16(value, 0x0001);  // version 1, table
+  appendU16(value, quint16(columns.size()));
+  for (int i = 0; i < 3; ++i) appendU16(value, 0);
+  for (const ViewColumn& column : columns) {
+    const QByteArray item = toLmbcs(column.item), title = toLmbcs(column.title);
+    const QByteArray formula = column.formula.size() <= 0xFFFF ? column.formula : QByteArray();
+    quint16 flags = column.sorted ? 1 : 0;
+    if (column.categorized) flags |= 2;
+    if (column.descending) flags |= 4;
+    if (column.hidden) flags |= 8;
+    for (const qsizetype word : {qsizetype(kColumnMark), qsizetype(flags), item.size(), title.size(),
+                                 formula.size(), qsizetype(0), qsizetype(column.width)})
+      appendU16(value, quint16(word));
+    appendU32(value, kPlainFont);
+    appendU16(value, 0);
+    appendU32(value, 0);
+    appendU32(value, 0);
+    appendU16(value, kTextColumn);
+    appendU16(value, 0);
+    texts += item + title + formula;
+  }
+  return value + texts;
+}
+
+QByteArray collationValue(const QVector<ViewColumn>& columns) {
+  constexpr quint8 kCollationMark = 0x44, kKeyMark = 0x66, kDescending = 1;
+  QByteArray keys, names;
+  quint16 count = 0;
+  for (const ViewColumn& column : columns) {
+    if (!column.sorted && !column.categorized) continue;
+    const QByteArray name = toLmbcs(column.item);
+    keys.append(char(column.descending ? kDescending : 0)).append(char(kKeyMark)).append('\0');
+    appendU16(keys, quint16(names.size()));
+    appendU16(keys, quint16(name.size()));
+    names += name;
+    ++count;
+  }
+  QByteArray value;
+  appendU16(value, itemtype::Collation);
+  appendU16(value, quint16(6 + keys.size() + names.size()));
+  appendU16(value, count);
+  value.append('\0').append(char(kCollationMark));
+  return value + keys + names;
+}
+
+}  // namespace lens

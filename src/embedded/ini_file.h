@@ -1,0 +1,36 @@
+// A small text file of "name=value" lines under one "[Section]" head, such as notes.ini.
+//
+// Lines that are not understood, comments and other sections stay as they are when it is written.
+// Names match without regard to case.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace lens {
+
+class IniFile {
+ public:
+  // Reads the file; a missing one is empty. Raises 75 when it is there and cannot be read, is larger
+  // than 1 MB or is no UTF-8 text.
+  IniFile(const QString& path, const QString& section);
+
+  const QString& path() const { return path_; }
+  // "" when there is no such entry.
+  QString value(QStringView name) const;
+  bool has(QStringView name) const { return find(name) >= 0; }
+  // Line ends inside the value become blanks.
+  void setValue(const QString& name, const QString& value);
+  // Writes aside and renames, so that a failure leaves the old file. Raises 75.
+  void save();
+
+ private:
+  qsizetype find(QStringView name) const;
+  qsizetype sectionEnd();
+
+  QString path_;
+  QString section_;
+  QStringList lines_;
+};
+
+}  // namespace lens

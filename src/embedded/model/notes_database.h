@@ -1,0 +1,55 @@
+// NotesDatabase: a database of the workspace.
+#pragma once
+
+#include "embedded/model/member_table.h"
+#include "embedded/model/model_context.h"
+
+namespace lens {
+
+class NotesDatabase : public ModelObject {
+ public:
+  // Where the object comes from decides what the client's windows have to do with it: through the
+  // client it sees the selection, and what the workspace gave closes the client's own.
+  enum class Source { BackEnd, ClientSession, ClientWindow };
+
+  // Raises when the database cannot be opened.
+  static Value open(const std::shared_ptr<ModelContext>& context, const DatabasePlace& place, Source source);
+  // An object that is not open when that fails.
+  static Value openIfPossible(const std::shared_ptr<ModelContext>& context, const DatabasePlace& place,
+                              Source source);
+  static std::shared_ptr<OpenDatabase> openStore(const std::shared_ptr<ModelContext>& context,
+                                                 const DatabasePlace& place, bool withUi);
+
+  NotesDatabase(std::shared_ptr<OpenDatabase> database, Source source)
+      : database_(std::move(database)), source_(source) {}
+  // The database that an object of it belongs to.
+  static Value parentOf(const std::shared_ptr<OpenDatabase>& database);
+
+ protected:
+  const MemberTable& members() const override;
+
+ private:
+  Value server();
+  Value filePath();
+  Value fileName();
+  Value size();
+  Value title();
+  Value replicaId();
+  Value templateName();
+  Value isOpen();
+  Value isPublicAddressBook();
+  Value unprocessedDocuments();
+  Value views();
+  Value view(const Arguments& arguments);
+  Value documentById(const Arguments& arguments);
+  Value documentByUnid(const Arguments& arguments);
+  Value close();
+
+  Database& store() const;
+
+  std::shared_ptr<OpenDatabase> database_;
+  Source source_;
+  bool closed_ = false;
+};
+
+}  // namespace lens

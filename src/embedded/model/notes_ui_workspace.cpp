@@ -1,0 +1,34 @@
+#include "embedded/model/notes_ui_workspace.h"
+
+#include "embedded/model/notes_database.h"
+#include "embedded/model/notes_ui_document.h"
+
+namespace lens {
+
+const MemberTable& NotesUiWorkspace::members() const {
+  static const MemberTable table{
+      property<&NotesUiWorkspace::currentDocument>(u"CURRENTDOCUMENT"),
+      property<&NotesUiWorkspace::currentDatabase>(u"CURRENTDATABASE"),
+      property<&NotesUiWorkspace::refreshView>(u"VIEWREFRESH"),
+  };
+  return table;
+}
+
+Value NotesUiWorkspace::currentDocument() {
+  const ClientState& client = context_->workspace->client();
+  if (client.document() == 0) return nothing();
+  return newObject<NotesUiDocument>(context_, *client.database(), client.document());
+}
+
+Value NotesUiWorkspace::currentDatabase() {
+  const DatabasePlace* top = context_->workspace->client().database();
+  if (!top) return nothing();
+  return NotesDatabase::open(context_, *top, NotesDatabase::Source::ClientWindow);
+}
+
+Value NotesUiWorkspace::refreshView() {
+  context_->workspace->client().refreshView();
+  return {};
+}
+
+}  // namespace lens

@@ -1,0 +1,27 @@
+// The bytes of single rich text records: header, length, fields.
+#pragma once
+
+#include "embedded/richtext/rich_text.h"
+
+namespace lens::richrecord {
+
+inline constexpr quint8 Paragraph = 129, ParagraphDefinition = 130, ParagraphReference = 131, Text = 133,
+                        IndexedLink = 145, Link = 146, TableBegin = 163, TableCell = 164, TableEnd = 165,
+                        HotspotBegin = 169, HotspotEnd = 170, NestedTableBegin = 207, NestedTableCell = 208,
+                        NestedTableEnd = 209;
+
+// Length of the record that the bytes begin with, header included; 0 when it is not there as a whole.
+qsizetype wholeLength(QByteArrayView bytes);
+
+// Reads one whole record; whatever is not known or too short for its fields becomes Raw.
+RichElement read(QByteArrayView record);
+
+// Records from their data. Both raise 6 when the data does not fit the length word.
+QByteArray byteRecord(quint8 kind, QByteArrayView data = {});
+QByteArray wordRecord(quint8 kind, QByteArrayView data);
+
+// The records of a text of any length, cut between characters where one record is full. Line ends of
+// every kind become the stored one.
+QVector<QByteArray> textRecords(const QString& text, const RichFont& font);
+
+}  // namespace lens::richrecord

@@ -1,0 +1,191 @@
+#include "embedded/store/database.h"
+
+#include <QFileInfo>
+#include <QMutex>
+#include <QThread>
+
+#include "embedded/store/database_file.h"
+#include "embedded/store/database_impl.h"
+
+namespace lens {
+namespace {
+
+// The databases that are open in this process. One thread shares one connection per file, since two
+// would lock each other out. And a file that is open must not be read beside SQLite: closing such a
+// reader would drop the locks of the whole process.
+struct OpenDatabase {
+  QString file;
+  QThread* thread;
+  std::weak_ptr<Database> database;
+};
+
+class OpenDatabases {
+ public:
+  std::shared_ptr<Database> find(const QString& file) {
+    const QMutexLocker lock(&mutex_);
+    forgetClosed();
+    for (const OpenDatabase& entry : entries_)
+      if (entry.file == file && entry.thread == QThread::currentThread())
+        if (auto database = entry.database.lock()) return database;
+    return nullptr;
+  }
+  bool isOpen(const QString& file) {
+    const QMutexLocker lock(&mutex_);
+    forgetClosed();
+    return std::any_of(entries_.begin(), entries_.end(),
+                       [&](const OpenDatabase& entry) { return entry.file == file; });
+  }
+  void add(const QString& file, const std::shared_ptr<Database>& database) {
+    const QMutexLocker lock(&mutex_);
+    entries_.push_back({file, QThread::currentThread(), database});
+  }
+  // The path leads to another file now; who has the old one open keeps it.
+  void forget(const QString& file) {
+    const QMutexLocker lock(&mutex_);
+    entries_.removeIf([&](const OpenDatabase& entry) { return entry.file == file; });
+  }
+
+ private:
+  void forgetClosed() {
+    entries_.removeIf([](const OpenDatabase& entry) { return entry.database.expired(); });
+  }
+  QMutex mutex_;
+  QVector<OpenDatabase> entries_;
+};
+
+OpenDatabases& openDatabases() {
+  static OpenDatabases instance;
+  return instance;
+}
+
+QString trueFile(const QString& path) {
+  return QFileInfo(path).canonicalFilePath();
+}
+
+QString newReplicaId() {
+  return timeDateHex(timeDateNow());
+}
+
+}  // namespace
+
+Database::Database(const QString& path) : path_(path) {
+  const FileAccess access = accessTo(path);
+  const bool readOnly = access != FileAccess::ReadWrite;
+  impl_ = std::make_unique<Impl>(path, readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE,
+                                 access == FileAccess::Constant);
+  impl_->connection.execute(
+      "PRAGMA synchronous = FULL; PRAGMA temp_store = MEMORY; PRAGMA cache_size = -16384;"
+      "PRAGMA foreign_keys = OFF; PRAGMA cell_size_check = ON;",
+      enginefault::CannotOpen);
+  if (!readOnly) impl_->connection.execute("PRAGMA journal_mode = WAL", enginefault::CannotOpen);
+  // The first read shows whether the tables are what they should be.
+  Statement::Run(impl_->highestChange).step();
+}
+
+Database::~Database() = default;
+
+std::shared_ptr<Database> Database::create(const QString& path, const DatabaseInfo& info) {
+  createDatabaseFile(path);
+  openDatabases().forget(trueFile(path));
+  std::shared_ptr<Database> database(new Database(path));
+  DatabaseInfo complete = info;
+  if (complete.replicaId.isEmpty()) complete.replicaId = newReplicaId();
+  database->setInfo(complete);
+  openDatabases().add(trueFile(path), database);
+  return database;
+}
+
+std::shared_ptr<Database> Database::open(const QString& path) {
+  const QString file = trueFile(path);
+  if (auto shared = openDatabases().find(file)) return shared;
+  if (!openDatabases().isOpen(file)) requireDatabaseFile(path);
+  std::shared_ptr<Database> database(new Database(path));
+  openDatabases().add(file, database);
+  return database;
+}
+
+bool Database::looksLikeDatabase(const QString& path) {
+  return openDatabases().isOpen(trueFile(path)) || hasDatabaseHead(path);
+}
+
+qint64 Database::size() const {
+  Statement::Run pages(impl_->pageCount), page(impl_->pageSize);
+  return pages.step() && page.step() ? pages.integer(0) * page.integer(0) : 0;
+}
+
+DatabaseInfo Database::info() const {
+  const auto text = [this](const QString& key) {
+    Statement::Run row(impl_->readInfo, key);
+    return row.step() ? row.text(0) : QString();
+  };
+  DatabaseInfo info;
+  info.title = text(QStringLiteral("title"));
+  info.replicaId = text(QStringLiteral("replica id"));
+  info.templateName = text(QStringLiteral("template name"));
+  info.inheritsFrom = text(QStringLiteral("inherits from"));
+  info.categories = text(QStringLiteral("categories"));
+  info.publicAddressBook = text(QStringLiteral("public address book")) == u"1";
+  return info;
+}
+
+void Database::setInfo(const DatabaseInfo& info) {
+  Transaction transaction(*this);
+  const auto put = [this](const QString& key, const QString& value) {
+    Statement::Run(impl_->writeInfo, key, value).step();
+  };
+  put(QStringLiteral("title"), info.title);
+  put(QStringLiteral("replica id"), info.replicaId);
+  put(QStringLiteral("template name"), info.templateName);
+  put(QStringLiteral("inherits from"), info.inheritsFrom);
+  put(QStringLiteral("categories"), info.categories);
+  put(QStringLiteral("public address book"), QString(info.publicAddressBook ? u'1' : u'0'));
+  transaction.commit();
+}
+
+sqlite3* Database::handle() const {
+  return impl_->connection.handle();
+}
+
+// A transaction that SQLite had to give up (a full disk) must not go on statement by statement.
+void Database::Impl::checkWritable() const {
+  if (depth > 0 && sqlite3_get_autocommit(connection.handle()))
+    throw RuntimeError(
+        enginefault::NotSaved,
+        QStringLiteral("%1: the change was not saved (an earlier failure undid the transaction)")
+            .arg(connection.path()));
+}
+
+Database::Transaction::Transaction(Database& database) : database_(database) {
+  Impl& impl = *database_.impl_;
+  impl.checkWritable();
+  Statement::Run(impl.depth == 0 ? impl.begin : impl.savepoint).step();
+  ++impl.depth;
+}
+
+void Database::Transaction::commit() {
+  Impl& impl = *database_.impl_;
+  impl.checkWritable();
+  Statement::Run(impl.depth == 1 ? impl.commit : impl.release).step();
+  --impl.depth;
+  open_ = false;
+}
+
+Database::Transaction::~Transaction() {
+  if (!open_) return;
+  Impl& impl = *database_.impl_;
+  impl.objects.removeIf([&](const auto& object) { return object.value()->depth >= impl.depth; });
+  --impl.depth;
+  if (sqlite3_get_autocommit(impl.connection.handle())) return;
+  try {
+    if (impl.depth == 0) {
+      Statement::Run(impl.rollback).step();
+    } else {
+      Statement::Run(impl.rollbackTo).step();
+      Statement::Run(impl.release).step();
+    }
+  } catch (const RuntimeError&) {
+    // What could not be undone now is undone when the file is opened next.
+  }
+}
+
+}  // namespace lens

@@ -1,0 +1,139 @@
+#include "embedded/store/database_file.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QtEndian>
+
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
+#include "embedded/store/engine_fault.h"
+#include "embedded/store/sqlite_statement.h"
+#include "notes/runtime_error.h"
+
+namespace lens {
+namespace {
+
+constexpr quint32 kApplicationId = 0x544C4E53;  // "TLNS"
+constexpr qsizetype kHeadSize = 100;
+constexpr qsizetype kSchemaOffset = 60;
+constexpr qsizetype kApplicationOffset = 68;
+
+// The unfinished file beside the final one must never be taken for a database.
+constexpr char kSchema[] = R"(
+PRAGMA page_size = 8192;
+PRAGMA synchronous = FULL;
+BEGIN IMMEDIATE;
+PRAGMA application_id = 0x544C4E53;
+PRAGMA user_version = 1;
+CREATE TABLE note (
+  id INTEGER PRIMARY KEY, class INTEGER NOT NULL, unid BLOB NOT NULL, parent BLOB,
+  sequence INTEGER NOT NULL, sequence_time INTEGER NOT NULL, created INTEGER NOT NULL,
+  modified INTEGER NOT NULL, added INTEGER NOT NULL, accessed INTEGER NOT NULL,
+  state INTEGER NOT NULL, change INTEGER NOT NULL, items BLOB);
+CREATE UNIQUE INDEX note_unid ON note (unid);
+CREATE INDEX note_class ON note (class, id, unid, parent) WHERE state = 0;
+CREATE INDEX note_change ON note (change);
+CREATE TABLE info (key TEXT PRIMARY KEY, value) WITHOUT ROWID;
+CREATE TABLE object (
+  id INTEGER PRIMARY KEY AUTOINCREMENT, size INTEGER NOT NULL, chunks INTEGER NOT NULL, checksum BLOB);
+CREATE TABLE object_chunk (
+  object INTEGER NOT NULL, number INTEGER NOT NULL, bytes BLOB NOT NULL,
+  PRIMARY KEY (object, number)) WITHOUT ROWID;
+COMMIT;
+PRAGMA journal_mode = WAL;
+)";
+static_assert(kSchemaVersion == 1 && kApplicationId == 0x544C4E53, "as written in the schema");
+
+QByteArray headOf(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    throw RuntimeError(err::PermissionDenied,
+                       QStringLiteral("%1: the file cannot be read (%2)").arg(path, file.errorString()));
+  return file.read(kHeadSize);
+}
+
+bool isOurs(const QByteArray& head) {
+  static const QByteArray magic("SQLite format 3", 16);
+  return head.size() == kHeadSize && head.startsWith(magic) &&
+         qFromBigEndian<quint32>(head.constData() + kApplicationOffset) == kApplicationId;
+}
+
+// A renamed file is only safe once its directory is written too.
+void syncDirectory([[maybe_unused]] const QString& directory) {
+#ifdef Q_OS_UNIX
+  const int handle = ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY);
+  if (handle < 0) return;
+  ::fsync(handle);
+  ::close(handle);
+#endif
+}
+
+void removeAside(const QString& aside) {
+  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) QFile::remove(aside + QLatin1String(suffix));
+}
+
+void writeSchema(const QString& aside) {
+  const Connection connection(aside, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX);
+  connection.execute(kSchema, enginefault::NotSaved);
+}
+
+}  // namespace
+
+bool hasDatabaseHead(const QString& path) {
+  if (!QFileInfo(path).isFile()) return false;
+  try {
+    return isOurs(headOf(path));
+  } catch (const RuntimeError&) {
+    return false;
+  }
+}
+
+void requireDatabaseFile(const QString& path) {
+  const QFileInfo file(path);
+  if (!file.exists()) throw RuntimeError(err::FileNotFound, QStringLiteral("%1: file not found").arg(path));
+  const QByteArray head = file.isFile() ? headOf(path) : QByteArray();
+  if (!isOurs(head))
+    throw RuntimeError(enginefault::NotADatabase, QStringLiteral("%1: this is not a database").arg(path));
+  const quint32 schema = qFromBigEndian<quint32>(head.constData() + kSchemaOffset);
+  if (schema > quint32(kSchemaVersion))
+    throw RuntimeError(enginefault::NewerSchema,
+                       QStringLiteral("%1: the database has schema %2, this program knows schemas up to %3")
+                           .arg(path)
+                           .arg(schema)
+                           .arg(kSchemaVersion));
+}
+
+FileAccess accessTo(const QString& path) {
+  const QFileInfo file(path);
+  const bool protectedFromAll =
+      !(file.permissions() & (QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther));
+  if (!protectedFromAll && file.isWritable()) return FileAccess::ReadWrite;
+  // What a crash left in the journal must be read too, and that takes the ordinary way.
+  if (QFileInfo(path + QStringLiteral("-wal")).size() > 0) return FileAccess::ReadOnly;
+  const bool sealedDirectory = !QFileInfo(file.absolutePath()).isWritable();
+  return protectedFromAll || sealedDirectory ? FileAccess::Constant : FileAccess::ReadOnly;
+}
+
+void createDatabaseFile(const QString& path) {
+  const QFileInfo file(path);
+  if (file.exists() || file.isSymLink())
+    throw RuntimeError(58, QStringLiteral("%1: the file exists already").arg(path));
+  if (!QFileInfo(file.absolutePath()).isDir())
+    throw RuntimeError(err::PathNotFound, QStringLiteral("%1: there is no such directory").arg(path));
+  const QString aside = path + QStringLiteral(".new");
+  removeAside(aside);
+  try {
+    writeSchema(aside);
+    if (!QFile::rename(aside, path))
+      throw RuntimeError(err::PathFileAccess, QStringLiteral("%1: the file cannot be created").arg(path));
+  } catch (...) {
+    removeAside(aside);
+    throw;
+  }
+  syncDirectory(file.absolutePath());
+}
+
+}  // namespace lens

@@ -1,0 +1,27 @@
+// The file of a database: its head, its schema, how it comes into being.
+#pragma once
+
+#include <QString>
+
+namespace lens {
+
+inline constexpr int kSchemaVersion = 1;
+
+// Raises when the file is missing (53), unreadable (70), none of ours, or of a newer schema. Reads the
+// head only and opens no database, so a foreign file and its directory stay as they are.
+void requireDatabaseFile(const QString& path);
+bool hasDatabaseHead(const QString& path);
+
+enum class FileAccess {
+  ReadWrite,
+  ReadOnly,  // others may write while we read
+  Constant,  // nobody writes: read without locks, and without a file beside it
+};
+// A file without write permission is opened for reading only, whoever runs the program.
+FileAccess accessTo(const QString& path);
+
+// Writes an empty database aside and renames it; raises 58 when there is a file, 76 without a
+// directory. On failure nothing is left.
+void createDatabaseFile(const QString& path);
+
+}  // namespace lens

@@ -1,0 +1,111 @@
+// What stands behind a Database: the connection, its statements and what is known of the file.
+#pragma once
+
+#include <QCryptographicHash>
+#include <QHash>
+
+#include "embedded/store/database.h"
+#include "embedded/store/sqlite_statement.h"
+
+namespace lens {
+
+inline constexpr qsizetype kChunkSize = 256 * 1024;
+inline constexpr int kStateLive = 0;
+inline constexpr int kStateStub = 1;
+
+struct Database::Impl {
+  Impl(const QString& path, int flags, bool constant)
+      : connection(path, flags | SQLITE_OPEN_NOMUTEX, constant) {}
+
+  // An object between its begin and its end.
+  struct Pending {
+    QCryptographicHash hash{QCryptographicHash::Sha256};
+    QByteArray rest;  // less than a chunk
+    qint64 size = 0;
+    int chunks = 0;
+    int depth = 0;  // of the transaction in which it began
+  };
+
+  // Header columns in the order that readHeader expects, behind them the items.
+  bool readRow(Statement::Run& row, Note& note) const;
+  qint64 nextChange();
+  quint32 nextId();
+  void checkWritable() const;
+  Pending& pending(quint32 objectId);
+  void storeChunk(quint32 objectId, Pending& object, QByteArrayView bytes);
+
+  Connection connection;
+  int depth = 0;
+  QHash<quint32, std::shared_ptr<Pending>> objects;
+
+  static constexpr int kRead = enginefault::CannotOpen;
+  static constexpr int kWrite = enginefault::NotSaved;
+#define LENS_NOTE_COLUMNS \
+  "id, class, unid, parent, sequence, sequence_time, created, modified, added, accessed, items"
+  Statement begin{connection, "BEGIN IMMEDIATE", kWrite};
+  Statement commit{connection, "COMMIT", kWrite};
+  Statement rollback{connection, "ROLLBACK", kWrite};
+  Statement savepoint{connection, "SAVEPOINT nested", kWrite};
+  Statement release{connection, "RELEASE nested", kWrite};
+  Statement rollbackTo{connection, "ROLLBACK TO nested", kWrite};
+
+  Statement readById{connection, "SELECT " LENS_NOTE_COLUMNS " FROM note WHERE id = ? AND state = 0", kRead};
+  Statement readByUnid{connection, "SELECT " LENS_NOTE_COLUMNS " FROM note WHERE unid = ? AND state = 0",
+                       kRead};
+  Statement readItems{connection, "SELECT items FROM note WHERE id = ? AND state = 0", kRead};
+  Statement readState{connection, "SELECT state, items FROM note WHERE id = ?", kRead};
+  Statement highestId{connection,
+                      "SELECT max(coalesce((SELECT max(id) FROM note), 0),"
+                      " coalesce((SELECT value FROM info WHERE key = 'highest id'), 0))",
+                      kRead};
+  Statement highestChange{connection,
+                          "SELECT max(coalesce((SELECT max(change) FROM note), 0),"
+                          " coalesce((SELECT value FROM info WHERE key = 'highest change'), 0))",
+                          kRead};
+  Statement nextClass{connection, "SELECT min(class) FROM note WHERE state = 0 AND class > ?", kRead};
+  Statement listClass{connection,
+                      "SELECT id, unid, parent FROM note WHERE state = 0 AND class = ? ORDER BY id", kRead};
+  Statement firstOfClass{connection, "SELECT min(id) FROM note WHERE state = 0 AND class = ?", kRead};
+  Statement countClass{connection, "SELECT count(*) FROM note WHERE state = 0 AND class = ?", kRead};
+
+  Statement identity{connection, "SELECT class, unid, parent, sequence FROM note WHERE id = ? AND state = 0",
+                     kWrite};
+  Statement idOfUnid{connection, "SELECT id, state FROM note WHERE unid = ?", kWrite};
+  Statement insert{
+      connection,
+      "INSERT INTO note (id, class, unid, parent, sequence, sequence_time, created, modified, added,"
+      " accessed, items, state, change) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, 0, ?)",
+      kWrite};
+  Statement updateContent{
+      connection,
+      "UPDATE note SET sequence = ?, sequence_time = ?, created = ?, modified = ?, added = ?,"
+      " accessed = ?, items = ?, change = ? WHERE id = ?",
+      kWrite};
+  Statement updateIdentity{connection, "UPDATE note SET class = ?, unid = ?, parent = ? WHERE id = ?",
+                           kWrite};
+  Statement makeStub{connection,
+                     "UPDATE note SET state = 1, items = NULL, sequence = sequence + 1, sequence_time = ?,"
+                     " modified = ?, change = ? WHERE id = ?",
+                     kWrite};
+  Statement erase{connection, "DELETE FROM note WHERE id = ?", kWrite};
+
+  Statement readInfo{connection, "SELECT value FROM info WHERE key = ?", kRead};
+  Statement writeInfo{connection, "INSERT OR REPLACE INTO info (key, value) VALUES (?, ?)", kWrite};
+  Statement pageCount{connection, "PRAGMA page_count", kRead};
+  Statement pageSize{connection, "PRAGMA page_size", kRead};
+
+  Statement insertObject{connection, "INSERT INTO object (size, chunks, checksum) VALUES (0, 0, NULL)",
+                         kWrite};
+  Statement closeObject{connection, "UPDATE object SET size = ?, chunks = ?, checksum = ? WHERE id = ?",
+                        kWrite};
+  Statement readObject{
+      connection, "SELECT size, chunks, checksum FROM object WHERE id = ? AND checksum IS NOT NULL", kRead};
+  Statement insertChunk{connection, "INSERT INTO object_chunk (object, number, bytes) VALUES (?, ?, ?)",
+                        kWrite};
+  Statement readChunk{connection, "SELECT bytes FROM object_chunk WHERE object = ? AND number = ?", kRead};
+  Statement eraseObject{connection, "DELETE FROM object WHERE id = ?", kWrite};
+  Statement eraseChunks{connection, "DELETE FROM object_chunk WHERE object = ?", kWrite};
+#undef LENS_NOTE_COLUMNS
+};
+
+}  // namespace lens

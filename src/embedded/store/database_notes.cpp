@@ -1,0 +1,321 @@
+#include <algorithm>
+
+#include "embedded/store/database_impl.h"
+#include "embedded/store/packed_items.h"
+
+namespace lens {
+namespace {
+
+constexpr quint32 kFirstId = 0x000008FA;
+constexpr quint32 kIdStep = 4;
+constexpr quint32 kLastId = 0x7FFFFFFA;  // the top bit marks deleted notes
+
+qint64 stored(const TimeDate& time) {
+  return qint64(quint64(time.innards[1]) << 32 | time.innards[0]);
+}
+TimeDate fromStored(qint64 number) {
+  return {{quint32(quint64(number)), quint32(quint64(number) >> 32)}};
+}
+bool isCleared(const TimeDate& time) {
+  return time.innards[0] == 0 && time.innards[1] == 0;
+}
+void fill(TimeDate& time, const TimeDate& with) {
+  if (isCleared(time)) time = with;
+}
+
+QByteArray parentBytes(const Unid& parent) {
+  return parent.isNull() ? QByteArray() : parent.bytes();
+}
+
+[[noreturn]] void damagedNote(const QString& path, quint32 noteId, const QString& fault) {
+  throw RuntimeError(
+      enginefault::Damaged,
+      QStringLiteral("%1: note %2 is damaged (%3)").arg(path, QString::number(noteId, 16).toUpper(), fault));
+}
+
+// A new note gets what it lacks; its UNID tells when it was made.
+void completeNewHeader(NoteHeader& header) {
+  const TimeDate now = timeDateNow();
+  if (header.unid.isNull()) {
+    header.unid = Unid::create();
+    fill(header.created, readTimeDate(header.unid.bytes().constData() + 8));
+  }
+  fill(header.created, now);
+  fill(header.added, now);
+  fill(header.modified, now);
+  fill(header.accessed, now);
+  fill(header.sequenceTime, now);
+  header.sequence = qMax(header.sequence, 1u);
+}
+
+// What tells a note from others; it changes seldom and stands in more indexes than the content.
+struct Identity {
+  quint16 noteClass = 0;
+  QByteArray unid, parent;
+  quint32 sequence = 0;
+};
+
+}  // namespace
+
+bool Database::Impl::readRow(Statement::Run& row, Note& note) const {
+  if (!row.step()) return false;
+  NoteHeader& header = note.header;
+  header.id = quint32(row.integer(0));
+  header.noteClass = quint16(row.integer(1));
+  const QByteArrayView unid = row.blob(2), parent = row.blob(3);
+  if (unid.size() != 16) damagedNote(connection.path(), header.id, QStringLiteral("its UNID is cut"));
+  header.unid = Unid::fromBytes(unid);
+  header.parent = Unid::fromBytes(parent);
+  header.sequence = quint32(row.integer(4));
+  header.sequenceTime = fromStored(row.integer(5));
+  header.created = fromStored(row.integer(6));
+  header.modified = fromStored(row.integer(7));
+  header.added = fromStored(row.integer(8));
+  header.accessed = fromStored(row.integer(9));
+  try {
+    note.items = unpackItems(row.blob(10));
+  } catch (const RuntimeError& error) {
+    damagedNote(connection.path(), header.id, error.description());
+  }
+  return true;
+}
+
+qint64 Database::Impl::nextChange() {
+  Statement::Run row(highestChange);
+  row.step();
+  return row.integer(0) + 1;
+}
+
+quint32 Database::Impl::nextId() {
+  Statement::Run row(highestId);
+  row.step();
+  const qint64 highest = row.integer(0);
+  if (highest > kLastId - kIdStep)
+    throw RuntimeError(enginefault::NotSaved,
+                       QStringLiteral("%1: there are no note IDs left").arg(connection.path()));
+  return highest < kFirstId ? kFirstId : quint32(highest) + kIdStep;
+}
+
+quint32 Database::highestIssuedId() const {
+  Statement::Run row(impl_->highestId);
+  row.step();
+  return quint32(row.integer(0));
+}
+
+qint64 Database::changeSequence() const {
+  Statement::Run row(impl_->highestChange);
+  row.step();
+  return row.integer(0);
+}
+
+NoteState Database::state(quint32 noteId) const {
+  if (noteId == 0 || noteId > highestIssuedId()) return NoteState::NeverIssued;
+  try {
+    Statement::Run row(impl_->readState, noteId);
+    if (!row.step()) return NoteState::Gone;
+    if (row.integer(0) != kStateLive) return NoteState::Stub;
+    checkPackedItems(row.blob(1));
+    return NoteState::Live;
+  } catch (const RuntimeError& error) {
+    if (error.number() != enginefault::Damaged) throw;
+    return NoteState::Damaged;
+  }
+}
+
+bool Database::read(quint32 noteId, Note& note) const {
+  Statement::Run row(impl_->readById, noteId);
+  return impl_->readRow(row, note);
+}
+
+bool Database::read(const Unid& unid, Note& note) const {
+  const QByteArray bytes = unid.bytes();
+  Statement::Run row(impl_->readByUnid, bytes);
+  return impl_->readRow(row, note);
+}
+
+bool Database::readItem(quint32 noteId, QStringView name, Item& item) const {
+  Statement::Run row(impl_->readItems, noteId);
+  if (!row.step()) return false;
+  try {
+    return findPackedItem(row.blob(0), name, item);
+  } catch (const RuntimeError& error) {
+    damagedNote(path_, noteId, error.description());
+  }
+}
+
+// Few classes are in use: they are looked up one after the other in the index, so that a listing of
+// design notes never walks over the documents.
+QVector<quint16> Database::classesIn(quint16 classMask) const {
+  QVector<quint16> classes;
+  for (qint64 last = -1;;) {
+    Statement::Run row(impl_->nextClass, last);
+    if (!row.step() || row.isNull(0)) return classes;
+    last = row.integer(0);
+    if (noteclass::base(quint16(last)) & classMask) classes.push_back(quint16(last));
+  }
+}
+
+QVector<NoteSummary> Database::list(quint16 classMask) const {
+  QVector<NoteSummary> notes;
+  const QVector<quint16> classes = classesIn(classMask);
+  for (quint16 noteClass : classes) {
+    Statement::Run row(impl_->listClass, noteClass);
+    while (row.step())
+      notes.push_back(
+          {quint32(row.integer(0)), Unid::fromBytes(row.blob(1)), noteClass, Unid::fromBytes(row.blob(2))});
+  }
+  if (classes.size() > 1)
+    std::sort(notes.begin(), notes.end(), [](const auto& a, const auto& b) { return a.id < b.id; });
+  return notes;
+}
+
+void Database::scan(quint16 classMask, const std::function<bool(const Note&)>& visit) const {
+  // The visitor may change the database: no statement stays open while it works.
+  const QVector<NoteSummary> notes = list(classMask);
+  for (const NoteSummary& summary : notes) {
+    Note note;
+    try {
+      if (!read(summary.id, note)) continue;
+    } catch (const RuntimeError& error) {
+      if (error.number() != enginefault::Damaged) throw;
+      continue;
+    }
+    if (!visit(note)) return;
+  }
+}
+
+quint32 Database::specialNote(quint16 noteClass) const {
+  quint32 first = 0;
+  const QVector<quint16> classes = classesIn(noteclass::base(noteClass));
+  for (quint16 candidate : classes) {
+    if ((candidate & noteClass) != noteClass) continue;
+    Statement::Run row(impl_->firstOfClass, candidate);
+    if (!row.step() || row.isNull(0)) continue;
+    const quint32 id = quint32(row.integer(0));
+    if (first == 0 || id < first) first = id;
+  }
+  return first;
+}
+
+int Database::noteCount(quint16 classMask) const {
+  qint64 count = 0;
+  const QVector<quint16> classes = classesIn(classMask);
+  for (quint16 noteClass : classes) {
+    Statement::Run row(impl_->countClass, noteClass);
+    if (row.step()) count += row.integer(0);
+  }
+  return int(count);
+}
+
+void Database::insertNote(NoteHeader& header, const QByteArray& items) {
+  const QByteArray unid = header.unid.bytes(), parent = parentBytes(header.parent);
+  const quint32 id = impl_->nextId();
+  qint64 stub = 0;
+  {
+    Statement::Run row(impl_->idOfUnid, unid);
+    if (row.step()) {
+      if (row.integer(1) != kStateStub)
+        throw RuntimeError(enginefault::NotSaved,
+                           QStringLiteral("%1: the change was not saved (there is a note "
+                                          "with the UNID %2 already)")
+                               .arg(path_, header.unid.text()));
+      stub = row.integer(0);
+    }
+  }
+  const qint64 change = impl_->nextChange();
+  // The note is back: its stub would only hide it.
+  if (stub) Statement::Run(impl_->erase, stub).step();
+  Statement::Run(impl_->insert, id, header.noteClass, unid, parent, header.sequence,
+                 stored(header.sequenceTime), stored(header.created), stored(header.modified),
+                 stored(header.added), stored(header.accessed), items, change)
+      .step();
+  header.id = id;
+}
+
+void Database::updateNote(const NoteHeader& header, const QByteArray& items, bool identityChanged) {
+  if (identityChanged) {
+    const QByteArray unid = header.unid.bytes(), parent = parentBytes(header.parent);
+    Statement::Run(impl_->updateIdentity, header.noteClass, unid, parent, header.id).step();
+  }
+  Statement::Run(impl_->updateContent, header.sequence, stored(header.sequenceTime), stored(header.created),
+                 stored(header.modified), stored(header.added), stored(header.accessed), items,
+                 impl_->nextChange(), header.id)
+      .step();
+}
+
+// Whether class, UNID or parent differ from what is stored; the stored sequence number comes out.
+bool Database::identityDiffers(const NoteHeader& header, quint32& sequence) const {
+  Statement::Run row(impl_->identity, header.id);
+  if (!row.step())
+    throw RuntimeError(enginefault::UnknownNote,
+                       QStringLiteral("%1: there is no note %2 (it may have been deleted)")
+                           .arg(path_, QString::number(header.id, 16).toUpper()));
+  sequence = quint32(row.integer(3));
+  return row.integer(0) != header.noteClass || Unid::fromBytes(row.blob(1)) != header.unid ||
+         Unid::fromBytes(row.blob(2)) != header.parent;
+}
+
+void Database::save(Note& note) {
+  const QByteArray items = packItems(note.items);
+  NoteHeader header = note.header;
+  Transaction transaction(*this);
+  if (header.id == 0) {
+    completeNewHeader(header);
+    insertNote(header, items);
+  } else {
+    quint32 sequence = 0;
+    const bool differs = identityDiffers(header, sequence);
+    header.sequence = sequence + 1;
+    header.sequenceTime = header.modified = timeDateNow();
+    updateNote(header, items, differs);
+  }
+  transaction.commit();
+  note.header = header;
+}
+
+bool Database::saveAsGiven(Note& note) {
+  const QByteArray items = packItems(note.items);
+  NoteHeader header = note.header;
+  if (header.unid.isNull()) header.unid = Unid::create();
+  Transaction transaction(*this);
+  bool replaces = false;
+  {
+    const QByteArray unid = header.unid.bytes();
+    Statement::Run row(impl_->idOfUnid, unid);
+    replaces = row.step() && row.integer(1) == kStateLive;
+    if (replaces) header.id = quint32(row.integer(0));
+  }
+  if (replaces) {
+    quint32 sequence = 0;
+    updateNote(header, items, identityDiffers(header, sequence));
+  } else {
+    insertNote(header, items);
+  }
+  transaction.commit();
+  note.header = header;
+  return replaces;
+}
+
+bool Database::remove(quint32 noteId, bool leaveStub) {
+  Transaction transaction(*this);
+  {
+    Statement::Run row(impl_->identity, noteId);
+    if (!row.step()) return false;
+  }
+  const qint64 change = impl_->nextChange();
+  if (leaveStub) {
+    const qint64 now = stored(timeDateNow());
+    Statement::Run(impl_->makeStub, now, now, change, noteId).step();
+  } else {
+    // The row takes its numbers along, so the highest ones are written down before it goes.
+    const quint32 highest = highestIssuedId();
+    const QString idKey = QStringLiteral("highest id"), changeKey = QStringLiteral("highest change");
+    Statement::Run(impl_->writeInfo, idKey, highest).step();
+    Statement::Run(impl_->writeInfo, changeKey, change).step();
+    Statement::Run(impl_->erase, noteId).step();
+  }
+  transaction.commit();
+  return true;
+}
+
+}  // namespace lens

@@ -1,0 +1,156 @@
+#include <QFileInfo>
+#include <QSaveFile>
+#include <limits>
+
+#include "embedded/store/database_impl.h"
+
+namespace lens {
+namespace {
+
+constexpr int kDeviceFault = 57;
+
+[[noreturn]] void objectFault(const QString& path, quint32 objectId, const QString& fault) {
+  throw RuntimeError(enginefault::Damaged,
+                     QStringLiteral("%1: attachment object %2 %3").arg(path).arg(objectId).arg(fault));
+}
+
+void writeAll(QIODevice& target, QByteArrayView bytes) {
+  while (!bytes.isEmpty()) {
+    const qint64 written = target.write(bytes.data(), bytes.size());
+    if (written <= 0)
+      throw RuntimeError(kDeviceFault,
+                         QStringLiteral("The attachment cannot be written (%1)").arg(target.errorString()));
+    bytes = bytes.sliced(written);
+  }
+}
+
+}  // namespace
+
+Database::Impl::Pending& Database::Impl::pending(quint32 objectId) {
+  const auto found = objects.constFind(objectId);
+  if (found == objects.constEnd())
+    throw RuntimeError(
+        err::InvalidCall,
+        QStringLiteral("%1: attachment object %2 is not being written").arg(connection.path()).arg(objectId));
+  return **found;
+}
+
+void Database::Impl::storeChunk(quint32 objectId, Pending& object, QByteArrayView bytes) {
+  checkWritable();
+  Statement::Run(insertChunk, objectId, object.chunks, bytes).step();
+  ++object.chunks;
+}
+
+quint32 Database::beginObject() {
+  impl_->checkWritable();
+  Statement::Run(impl_->insertObject).step();
+  const qint64 id = sqlite3_last_insert_rowid(handle());
+  if (id > std::numeric_limits<quint32>::max())
+    throw RuntimeError(enginefault::NotSaved, QStringLiteral("%1: there are no object IDs left").arg(path_));
+  auto object = std::make_shared<Impl::Pending>();
+  object->depth = impl_->depth;
+  object->rest.reserve(kChunkSize);
+  impl_->objects.insert(quint32(id), std::move(object));
+  return quint32(id);
+}
+
+void Database::appendObject(quint32 objectId, QByteArrayView piece) {
+  Impl::Pending& object = impl_->pending(objectId);
+  while (!piece.isEmpty()) {
+    const qsizetype part = qMin(piece.size(), kChunkSize - object.rest.size());
+    object.rest.append(piece.data(), part);
+    object.hash.addData(piece.first(part));
+    object.size += part;
+    piece = piece.sliced(part);
+    if (object.rest.size() < kChunkSize) continue;
+    impl_->storeChunk(objectId, object, object.rest);
+    object.rest.resize(0);
+  }
+}
+
+Database::StoredObject Database::finishObject(quint32 objectId) {
+  Impl::Pending& object = impl_->pending(objectId);
+  Transaction transaction(*this);
+  if (!object.rest.isEmpty()) impl_->storeChunk(objectId, object, object.rest);
+  const QByteArray checksum = object.hash.result();
+  Statement::Run(impl_->closeObject, object.size, object.chunks, checksum, objectId).step();
+  transaction.commit();
+  const StoredObject stored{objectId, object.size};
+  impl_->objects.remove(objectId);
+  return stored;
+}
+
+Database::StoredObject Database::addObject(QIODevice& source) {
+  Transaction transaction(*this);
+  const quint32 id = beginObject();
+  QByteArray piece(kChunkSize, Qt::Uninitialized);
+  for (;;) {
+    const qint64 count = source.read(piece.data(), piece.size());
+    if (count < 0)
+      throw RuntimeError(kDeviceFault,
+                         QStringLiteral("The file to attach cannot be read (%1)").arg(source.errorString()));
+    if (count == 0) break;
+    appendObject(id, QByteArrayView(piece).first(count));
+  }
+  const StoredObject stored = finishObject(id);
+  transaction.commit();
+  return stored;
+}
+
+qint64 Database::objectSize(quint32 objectId) const {
+  Statement::Run row(impl_->readObject, objectId);
+  return row.step() ? row.integer(0) : -1;
+}
+
+void Database::readObject(quint32 objectId, QIODevice& target) const {
+  qint64 size = 0, chunks = 0;
+  QByteArray checksum;
+  {
+    Statement::Run row(impl_->readObject, objectId);
+    if (!row.step()) objectFault(path_, objectId, QStringLiteral("does not exist"));
+    size = row.integer(0);
+    chunks = row.integer(1);
+    checksum = row.blob(2).toByteArray();
+  }
+  QCryptographicHash hash(QCryptographicHash::Sha256);
+  qint64 total = 0;
+  QByteArray bytes;
+  for (qint64 number = 0; number < chunks; ++number) {
+    {
+      Statement::Run row(impl_->readChunk, objectId, number);
+      if (!row.step()) objectFault(path_, objectId, QStringLiteral("lacks a part"));
+      bytes = row.blob(0).toByteArray();
+    }
+    total += bytes.size();
+    if (total > size) break;
+    hash.addData(bytes);
+    writeAll(target, bytes);
+  }
+  if (total != size || hash.result() != checksum)
+    objectFault(path_, objectId, QStringLiteral("is damaged: its checksum does not hold"));
+}
+
+void Database::extractObject(quint32 objectId, const QString& filePath) const {
+  QSaveFile file(filePath);
+  if (!file.open(QIODevice::WriteOnly)) {
+    const bool noDirectory = !QFileInfo(QFileInfo(filePath).absolutePath()).isDir();
+    throw RuntimeError(
+        noDirectory ? err::PathNotFound : err::PathFileAccess,
+        QStringLiteral("%1: the file cannot be written (%2)").arg(filePath, file.errorString()));
+  }
+  readObject(objectId, file);
+  if (!file.commit())
+    throw RuntimeError(
+        err::PathFileAccess,
+        QStringLiteral("%1: the file cannot be written (%2)").arg(filePath, file.errorString()));
+}
+
+void Database::removeObject(quint32 objectId) {
+  Transaction transaction(*this);
+  impl_->objects.remove(objectId);
+  Statement::Run(impl_->eraseChunks, objectId).step();
+  Statement::Run(impl_->eraseObject, objectId).step();
+  transaction.commit();
+}
+
+}  // namespace lens

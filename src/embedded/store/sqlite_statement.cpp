@@ -1,0 +1,115 @@
+#include "embedded/store/sqlite_statement.h"
+
+#include <QFileInfo>
+#include <QUrl>
+
+#include "embedded/store/engine_fault.h"
+#include "notes/runtime_error.h"
+
+namespace lens {
+namespace {
+
+constexpr int kBusyTimeoutMs = 5000;
+
+bool meansDamage(int status) {
+  return status == SQLITE_CORRUPT || status == SQLITE_NOTADB || status == SQLITE_FORMAT;
+}
+
+QByteArray constantUri(const QString& path) {
+  return QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toEncoded(QUrl::FullyEncoded) +
+         "?immutable=1";
+}
+
+}  // namespace
+
+Connection::Connection(const QString& path, int flags, bool constant) : path_(path) {
+  const QByteArray name = constant ? constantUri(path) : path.toUtf8();
+  if (constant) flags |= SQLITE_OPEN_URI;
+  const int status = sqlite3_open_v2(name.constData(), &handle_, flags, nullptr);
+  if (status != SQLITE_OK) {
+    const QString reason =
+        handle_ ? QString::fromUtf8(sqlite3_errmsg(handle_)) : QStringLiteral("out of memory");
+    sqlite3_close_v2(handle_);
+    throw RuntimeError(enginefault::CannotOpen,
+                       QStringLiteral("%1: the database cannot be opened (%2)").arg(path, reason));
+  }
+  sqlite3_extended_result_codes(handle_, 1);
+  sqlite3_busy_timeout(handle_, kBusyTimeoutMs);
+  // The file may come from anywhere: nothing in its schema may do more than hold data.
+  sqlite3_db_config(handle_, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(handle_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+}
+
+Connection::~Connection() {
+  sqlite3_close_v2(handle_);
+}
+
+void Connection::execute(const char* sql, int fault) const {
+  if (sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr) != SQLITE_OK) fail(fault);
+}
+
+void Connection::fail(int fault) const {
+  const int status = sqlite3_errcode(handle_) & 0xFF;
+  const QString reason = QString::fromUtf8(sqlite3_errmsg(handle_));
+  if (meansDamage(status))
+    throw RuntimeError(enginefault::Damaged,
+                       QStringLiteral("%1: the database is damaged (%2)").arg(path_, reason));
+  if (status == SQLITE_PERM || status == SQLITE_AUTH)
+    throw RuntimeError(err::PermissionDenied,
+                       QStringLiteral("%1: permission denied (%2)").arg(path_, reason));
+  const QString what = fault == enginefault::NotSaved  ? QStringLiteral("the change was not saved")
+                       : fault == enginefault::Damaged ? QStringLiteral("the database is damaged")
+                                                       : QStringLiteral("the database cannot be read");
+  throw RuntimeError(fault, QStringLiteral("%1: %2 (%3)").arg(path_, what, reason));
+}
+
+void Statement::prepare() {
+  if (handle_) return;
+  const int status =
+      sqlite3_prepare_v3(connection_.handle(), sql_, -1, SQLITE_PREPARE_PERSISTENT, &handle_, nullptr);
+  if (status == SQLITE_OK) return;
+  // The statements are ours, so a table or column that is missing is the file's fault.
+  connection_.fail((status & 0xFF) == SQLITE_ERROR ? enginefault::Damaged : fault_);
+}
+
+bool Statement::Run::step() {
+  const int status = sqlite3_step(statement_.handle_);
+  if (status == SQLITE_ROW) return true;
+  if (status != SQLITE_DONE) statement_.connection_.fail(statement_.fault_);
+  return false;
+}
+
+QByteArrayView Statement::Run::blob(int column) const {
+  const void* const bytes = sqlite3_column_blob(statement_.handle_, column);
+  const int size = sqlite3_column_bytes(statement_.handle_, column);
+  return bytes ? QByteArrayView(static_cast<const char*>(bytes), size) : QByteArrayView();
+}
+
+QString Statement::Run::text(int column) const {
+  const unsigned char* const utf8 = sqlite3_column_text(statement_.handle_, column);
+  const int size = sqlite3_column_bytes(statement_.handle_, column);
+  return utf8 ? QString::fromUtf8(reinterpret_cast<const char*>(utf8), size) : QString();
+}
+
+void Statement::Run::bind(int place, QByteArrayView bytes) {
+  // A null pointer would store NULL instead of no bytes.
+  const char* const data = bytes.data() ? bytes.data() : "";
+  check(sqlite3_bind_blob64(statement_.handle_, place, data, sqlite3_uint64(bytes.size()), SQLITE_STATIC));
+}
+
+void Statement::Run::bind(int place, const QString& text) {
+  const char16_t* const units = text.isNull() ? u"" : reinterpret_cast<const char16_t*>(text.utf16());
+  check(sqlite3_bind_text64(statement_.handle_, place, reinterpret_cast<const char*>(units),
+                            sqlite3_uint64(text.size()) * 2, SQLITE_STATIC, SQLITE_UTF16));
+}
+
+void Statement::Run::check(int status) {
+  if (status == SQLITE_OK) return;
+  // A failing constructor runs no destructor, so the statement is freed for its next run here.
+  sqlite3_reset(statement_.handle_);
+  throw RuntimeError(statement_.fault_,
+                     QStringLiteral("%1: a value cannot be stored (%2)")
+                         .arg(statement_.connection_.path(), QString::fromUtf8(sqlite3_errstr(status))));
+}
+
+}  // namespace lens

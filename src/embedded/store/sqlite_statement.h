@@ -1,0 +1,91 @@
+// SQLite's C interface with owners: a connection, statements kept for its life, and runs of them.
+// Failures become RuntimeErrors that name the file.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <QByteArray>
+#include <QString>
+#include <concepts>
+
+namespace lens {
+
+class Connection {
+ public:
+  // flags are those of sqlite3_open_v2. A constant file is one that nobody writes; it is read without
+  // locks. Raises CannotOpen.
+  Connection(const QString& path, int flags, bool constant = false);
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  sqlite3* handle() const { return handle_; }
+  const QString& path() const { return path_; }
+  // Runs statements that are not kept.
+  void execute(const char* sql, int fault) const;
+  // Raises the last failure: Damaged when SQLite found the file damaged, 70 when access is refused,
+  // otherwise the given number.
+  [[noreturn]] void fail(int fault) const;
+
+ private:
+  QString path_;
+  sqlite3* handle_ = nullptr;
+};
+
+// Prepared at its first use, finalised with its owner. The connection must outlive it.
+class Statement {
+ public:
+  // The fault is the number that a failing run raises; the text must be a literal.
+  Statement(const Connection& connection, const char* sql, int fault)
+      : connection_(connection), sql_(sql), fault_(fault) {}
+  ~Statement() { sqlite3_finalize(handle_); }
+  Statement(const Statement&) = delete;
+  Statement& operator=(const Statement&) = delete;
+
+  // One run: binds the arguments in order, steps, and leaves the statement free at the end of the
+  // scope. Bytes and texts are not copied, so they must outlive the run. Runs of one statement do
+  // not nest.
+  class Run {
+   public:
+    template <class... Arguments>
+    explicit Run(Statement& statement, const Arguments&... arguments) : statement_(statement) {
+      statement_.prepare();
+      int place = 0;
+      (bind(++place, arguments), ...);
+    }
+    ~Run() { sqlite3_reset(statement_.handle_); }
+    Run(const Run&) = delete;
+    Run& operator=(const Run&) = delete;
+
+    // True with a row, false at the end.
+    bool step();
+    qint64 integer(int column) const { return sqlite3_column_int64(statement_.handle_, column); }
+    bool isNull(int column) const { return sqlite3_column_type(statement_.handle_, column) == SQLITE_NULL; }
+    // Valid until the next step.
+    QByteArrayView blob(int column) const;
+    QString text(int column) const;
+
+   private:
+    template <std::integral Number>
+    void bind(int place, Number number) {
+      check(sqlite3_bind_int64(statement_.handle_, place, qint64(number)));
+    }
+    void bind(int place, std::nullptr_t) { check(sqlite3_bind_null(statement_.handle_, place)); }
+    void bind(int place, QByteArrayView bytes);
+    void bind(int place, const QByteArray& bytes) { bind(place, QByteArrayView(bytes)); }
+    void bind(int place, const QString& text);
+    void check(int status);
+
+    Statement& statement_;
+  };
+
+ private:
+  void prepare();
+
+  const Connection& connection_;
+  const char* sql_;
+  int fault_;
+  sqlite3_stmt* handle_ = nullptr;
+};
+
+}  // namespace lens

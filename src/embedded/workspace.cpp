@@ -1,0 +1,272 @@
+#include "embedded/workspace.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <algorithm>
+#include <filesystem>
+
+namespace lens {
+namespace {
+
+const QString kDefaultUser = QStringLiteral("CN=Karin Meier/O=Acme");
+
+[[noreturn]] void fail(int number, const QString& what, const QString& reason) {
+  throw RuntimeError(number, QStringLiteral("%1: %2").arg(what, reason));
+}
+
+void makeDirectory(const QString& path) {
+  if (!QDir().mkpath(path))
+    fail(workspacefault::CannotOpen, path, QStringLiteral("the directory cannot be made"));
+}
+
+// Names of folders may hold no character that a file system or a path would read otherwise.
+QString folderName(const QString& serverName) {
+  QString folder = abbreviatedName(serverName).section(u'/', 0, 0);
+  for (QChar& c : folder)
+    if (!c.isLetterOrNumber() && c != u'-' && c != u'_' && c != u' ') c = u'_';
+  return folder.trimmed().isEmpty() ? QStringLiteral("server") : folder.trimmed();
+}
+
+bool isDatabaseName(const QString& name) {
+  return name.endsWith(u".nsf", Qt::CaseInsensitive) || name.endsWith(u".ntf", Qt::CaseInsensitive);
+}
+
+// The name as the directory spells it: exact, or else in any case of letters.
+QString spelledName(const QString& directory, const QString& name) {
+  if (QFileInfo::exists(directory + u'/' + name)) return name;
+  const QStringList entries =
+      QDir(directory).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+  for (const QString& entry : entries)
+    if (entry.compare(name, Qt::CaseInsensitive) == 0) return entry;
+  return name;
+}
+
+[[noreturn]] void refusePath(const QString& path, const QString& reason) {
+  fail(workspacefault::BadPath, u'"' + path + u'"', reason);
+}
+
+// The parts of a path below a directory. An absolute path is taken when it lies below it.
+QStringList pathParts(const QString& directory, const QString& path) {
+  QString plain = path.trimmed();
+  plain.replace(u'\\', u'/');
+  if (plain.startsWith(directory + u'/')) plain = plain.mid(directory.size() + 1);
+  if (plain.isEmpty()) refusePath(path, QStringLiteral("no file name is given"));
+  if (plain.startsWith(u'/') || plain.contains(u':') || plain.contains(QChar(0)))
+    refusePath(path, QStringLiteral("the path leads out of the directory of databases"));
+  QStringList parts = plain.split(u'/', Qt::SkipEmptyParts);
+  parts.removeAll(QStringLiteral("."));
+  if (parts.isEmpty() || parts.contains(QStringLiteral("..")))
+    refusePath(path, QStringLiteral("the path leads out of the directory of databases"));
+  return parts;
+}
+
+// A link inside the directory may still lead out of it.
+void checkInside(const QString& directory, const QString& file, const QString& path) {
+  const QString canonical = QFileInfo(file).canonicalFilePath();
+  const QString root = QFileInfo(directory).canonicalFilePath();
+  if (!canonical.isEmpty() && !canonical.startsWith(root + u'/'))
+    refusePath(path, QStringLiteral("the file lies outside the directory of databases"));
+}
+
+void removeJournals(const QString& file) {
+  QFile::remove(file + QStringLiteral("-wal"));
+  QFile::remove(file + QStringLiteral("-shm"));
+}
+
+}  // namespace
+
+QString abbreviatedName(const QString& canonical) {
+  QStringList parts = canonical.split(u'/');
+  for (QString& part : parts) part = part.mid(part.indexOf(u'=') + 1).trimmed();
+  return parts.join(u'/');
+}
+
+std::shared_ptr<Workspace> Workspace::open(const QString& directory, const Regional& regional) {
+  const QString path = QDir::cleanPath(QFileInfo(directory).absoluteFilePath());
+  const QFileInfo info(path);
+  if (directory.isEmpty())
+    fail(workspacefault::CannotOpen, QStringLiteral("Workspace"), QStringLiteral("no directory is named"));
+  if (info.exists() && !info.isDir())
+    fail(workspacefault::CannotOpen, path, QStringLiteral("the workspace is a file, not a directory"));
+  if (!info.exists() && !QFileInfo(info.path()).isDir())
+    fail(workspacefault::CannotOpen, path, QStringLiteral("the directory of the workspace does not exist"));
+  if (!info.exists()) makeDirectory(path);
+  if (!QFileInfo(path).isReadable() || !QFileInfo(path).isExecutable())
+    fail(workspacefault::CannotOpen, path, QStringLiteral("the directory cannot be read"));
+  try {
+    return std::shared_ptr<Workspace>(new Workspace(path, regional));
+  } catch (const RuntimeError& error) {
+    if (error.number() == workspacefault::CannotOpen) throw;
+    fail(workspacefault::CannotOpen, path, error.description());
+  }
+}
+
+Workspace::Workspace(const QString& directory, const Regional& regional)
+    : directory_(directory),
+      regional_(regional),
+      ini_(directory + QStringLiteral("/notes.ini"), QStringLiteral("Notes")) {
+  if (!QFileInfo::exists(ini_.path())) {
+    ini_.setValue(QStringLiteral("Directory"), QStringLiteral("data"));
+    ini_.setValue(QStringLiteral("UserName"), kDefaultUser);
+    ini_.save();
+  }
+  const QString data = ini_.value(u"Directory");
+  dataDirectory_ =
+      QDir::cleanPath(QDir(directory_).absoluteFilePath(data.isEmpty() ? QStringLiteral("data") : data));
+  makeDirectory(dataDirectory_);
+  readServers();
+}
+
+QString Workspace::userName() const {
+  const QString name = ini_.value(u"UserName");
+  return name.isEmpty() ? kDefaultUser : name;
+}
+
+QString Workspace::programDirectory() const {
+  return QDir::cleanPath(QDir(directory_).absoluteFilePath(ini_.value(u"NotesProgram")));
+}
+
+void Workspace::setIniValue(const QString& name, const QString& value) {
+  ini_.setValue(name, value);
+  ini_.save();
+}
+
+void Workspace::readServers() {
+  servers_.clear();
+  const QDir root(directory_ + QStringLiteral("/servers"));
+  for (const QString& folder : root.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
+    const QString path = root.absoluteFilePath(folder);
+    QString name = IniFile(path + QStringLiteral("/server.ini"), QStringLiteral("Server")).value(u"Name");
+    if (name.isEmpty()) name = QStringLiteral("CN=") + folder;
+    servers_.push_back({name, path});
+  }
+}
+
+QStringList Workspace::serverNames() const {
+  QStringList names;
+  for (const Server& server : servers_) names.append(server.name);
+  return names;
+}
+
+void Workspace::addServer(const QString& canonicalName) {
+  for (const Server& server : servers_)
+    if (server.name.compare(canonicalName, Qt::CaseInsensitive) == 0) return;
+  const QString base = directory_ + QStringLiteral("/servers/") + folderName(canonicalName);
+  QString path = base;
+  for (int i = 2; QFileInfo::exists(path); ++i) path = base + QString::number(i);
+  makeDirectory(path);
+  IniFile ini(path + QStringLiteral("/server.ini"), QStringLiteral("Server"));
+  ini.setValue(QStringLiteral("Name"), canonicalName);
+  ini.save();
+  readServers();
+}
+
+QString Workspace::canonicalServer(const QString& name) const {
+  if (name.isEmpty()) return {};
+  const QString wanted = abbreviatedName(name);
+  for (const Server& server : servers_)
+    if (abbreviatedName(server.name).compare(wanted, Qt::CaseInsensitive) == 0) return server.name;
+  fail(workspacefault::UnknownServer, name,
+       QStringLiteral("Unable to find path to server. No server of this name is in the workspace."));
+}
+
+const QString& Workspace::serverDirectory(const QString& canonicalName) const {
+  if (canonicalName.isEmpty()) return dataDirectory_;
+  for (const Server& server : servers_)
+    if (server.name == canonicalName) return server.directory;
+  fail(workspacefault::UnknownServer, canonicalName, QStringLiteral("no such server"));
+}
+
+QStringList Workspace::databases(const QString& server) const {
+  const QString root = serverDirectory(canonicalServer(server));
+  QStringList found;
+  QDirIterator files(root, QDir::Files | QDir::NoSymLinks, QDirIterator::Subdirectories);
+  while (files.hasNext()) {
+    const QString path = files.next();
+    if (isDatabaseName(path) && Database::looksLikeDatabase(path))
+      found.append(QDir::toNativeSeparators(path.mid(root.size() + 1)));
+  }
+  std::sort(found.begin(), found.end(), [](const QString& a, const QString& b) {
+    const QString upperA = a.toUpper(), upperB = b.toUpper();
+    return upperA != upperB ? upperA < upperB : a < b;
+  });
+  return found;
+}
+
+DatabasePlace Workspace::place(const QString& server, const QString& path) const {
+  const QString name = canonicalServer(server);
+  const QString& root = serverDirectory(name);
+  QStringList parts = pathParts(root, path);
+  if (!isDatabaseName(parts.last())) parts.last() += QStringLiteral(".nsf");
+  QString directory = root;
+  for (QString& part : parts) {
+    part = spelledName(directory, part);
+    directory += u'/' + part;
+  }
+  checkInside(root, directory, path);
+  return {name, parts.join(QDir::separator())};
+}
+
+QString Workspace::absolutePath(const DatabasePlace& place) const {
+  return serverDirectory(place.server) + u'/' + QDir::fromNativeSeparators(place.path);
+}
+
+std::shared_ptr<Database> Workspace::database(const QString& server, const QString& path) {
+  const QString file = absolutePath(place(server, path));
+  if (std::shared_ptr<Database> known = open_.value(file).lock()) return known;
+  if (!QFileInfo(file).isFile())
+    fail(workspacefault::NoSuchFile, file, QStringLiteral("File does not exist"));
+  std::shared_ptr<Database> opened = Database::open(file);
+  open_.insert(file, opened);
+  return opened;
+}
+
+std::shared_ptr<Database> Workspace::createDatabase(const QString& server, const QString& path,
+                                                    const DatabaseInfo& info, bool replace) {
+  const QString file = absolutePath(place(server, path));
+  makeDirectory(QFileInfo(file).path());
+  if (QFileInfo::exists(file)) {
+    if (!replace) fail(workspacefault::FileExists, file, QStringLiteral("File already exists"));
+    if (!Database::looksLikeDatabase(file))
+      fail(enginefault::NotADatabase, file, QStringLiteral("the file is no database and is not replaced"));
+    if (open_.value(file).lock())
+      fail(workspacefault::InUse, file, QStringLiteral("the database is open and is not replaced"));
+    const QString fresh = file + QStringLiteral(".new");
+    QFile::remove(fresh);
+    removeJournals(fresh);
+    Database::create(fresh, info);  // closed at once, so that nothing stays in its journal
+    removeJournals(file);
+    std::error_code error;
+    std::filesystem::rename(fresh.toStdU16String(), file.toStdU16String(), error);
+    if (error) fail(workspacefault::InUse, file, QString::fromStdString(error.message()));
+    return database(server, path);
+  }
+  std::shared_ptr<Database> created = Database::create(file, info);
+  open_.insert(file, created);
+  return created;
+}
+
+QVector<DatabasePlace> Workspace::addressBooks() const {
+  QVector<DatabasePlace> wanted;
+  const auto add = [&](const QString& server, const QString& path) {
+    try {
+      const DatabasePlace book = place(server, path);
+      if (!wanted.contains(book) && QFileInfo(absolutePath(book)).isFile()) wanted.push_back(book);
+    } catch (const RuntimeError&) {
+      // A book that cannot be found is one less; the others still serve.
+    }
+  };
+  if (ini_.has(u"Names")) {
+    for (const QString& entry : ini_.value(u"Names").split(u',', Qt::SkipEmptyParts)) {
+      const qsizetype mark = entry.indexOf(u"!!");
+      add(mark < 0 ? QString() : entry.left(mark).trimmed(), entry.mid(mark < 0 ? 0 : mark + 2).trimmed());
+    }
+    return wanted;
+  }
+  add({}, QStringLiteral("names.nsf"));
+  for (const Server& server : servers_) add(server.name, QStringLiteral("names.nsf"));
+  return wanted;
+}
+
+}  // namespace lens

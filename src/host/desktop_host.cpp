@@ -1,0 +1,169 @@
+#include "host/desktop_host.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QProcess>
+#include <QStandardPaths>
+#include <cstdlib>
+
+#ifdef Q_OS_UNIX
+#include <signal.h>
+
+#include <QThread>
+#endif
+
+#include "controls/pictures.h"
+#include "host/paths.h"
+
+namespace lens {
+namespace {
+
+const QString kProgramTitle = QStringLiteral("Tessaly Lens");
+
+QMessageBox::Icon iconOf(int style) {
+  switch (style & 0xF0) {
+    case box::Critical:
+      return QMessageBox::Critical;
+    case box::Exclamation:
+      return QMessageBox::Warning;
+    case box::Information:
+      return QMessageBox::Information;
+    default:
+      return QMessageBox::NoIcon;
+  }
+}
+
+QMessageBox::StandardButtons buttonsOf(int style) {
+  switch (style & 0x0F) {
+    case box::OkCancel:
+      return QMessageBox::Ok | QMessageBox::Cancel;
+    case box::YesNo:
+      return QMessageBox::Yes | QMessageBox::No;
+    default:
+      return QMessageBox::Ok;
+  }
+}
+
+int answerOf(int button) {
+  switch (button) {
+    case QMessageBox::Cancel:
+      return answer::Cancel;
+    case QMessageBox::Yes:
+      return answer::Yes;
+    case QMessageBox::No:
+      return answer::No;
+    default:
+      return answer::Ok;
+  }
+}
+
+// The tool's own window on top, which a box belongs to. The client window stands for another
+// program and is never blocked.
+QWidget* boxOwner() {
+  QWidget* active = QApplication::activeWindow();
+  if (active && active->objectName() != u"ClientWindow") return active;
+  for (QWidget* window : QApplication::topLevelWidgets())
+    if (window->objectName() == u"Form1" && window->isVisible()) return window;
+  return nullptr;
+}
+
+}  // namespace
+
+DesktopHost::DesktopHost() : regional_(QLocale::system()) {}
+
+int DesktopHost::messageBox(const QString& text, int style, const QString& title) {
+  QMessageBox box(boxOwner());
+  box.setWindowModality(box.parentWidget() ? Qt::WindowModal : Qt::ApplicationModal);
+  box.setTextFormat(Qt::PlainText);
+  box.setIcon(iconOf(style));
+  box.setStandardButtons(buttonsOf(style));
+  box.setWindowTitle(title.isEmpty() ? kProgramTitle : title);
+  box.setText(text);
+  return answerOf(box.exec());
+}
+
+void DesktopHost::yield() {
+  QCoreApplication::processEvents();
+}
+
+void DesktopHost::setPointer(int code) {
+  if (code == pointer::Default) {
+    if (pointerSet_) QApplication::restoreOverrideCursor();
+    pointerSet_ = false;
+    return;
+  }
+  const QCursor cursor(code == pointer::Hourglass ? Qt::WaitCursor : Qt::ArrowCursor);
+  if (pointerSet_)
+    QApplication::changeOverrideCursor(cursor);
+  else
+    QApplication::setOverrideCursor(cursor);
+  pointerSet_ = true;
+}
+
+// The desktop's own players; none at hand means silence.
+void DesktopHost::playSound(const QString& path) {
+  for (const char* player : {"paplay", "aplay"}) {
+    const QString program = QStandardPaths::findExecutable(QString::fromLatin1(player));
+    if (program.isEmpty()) continue;
+    QProcess process;
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(program, {path});
+    process.waitForFinished(60000);
+    return;
+  }
+}
+
+QString DesktopHost::programDirectory() {
+  return QCoreApplication::applicationDirPath();
+}
+
+QString DesktopHost::tempDirectory() {
+  return QDir::tempPath();
+}
+
+QString DesktopHost::findFile(const QString& path) {
+  const QString found = findPath(path);
+  return QFileInfo(found).isFile() ? found : QString();
+}
+
+// Where the dynamic linker has no such call the C library is looked for by its full path.
+void DesktopHost::addLibraryDirectory(const QString&) {}
+
+bool DesktopHost::addTrayIcon(const QString& tip, std::function<void(int)> callback) {
+  constexpr int kLeftDown = 513, kRightUp = 517;
+  if (!QSystemTrayIcon::isSystemTrayAvailable()) return false;
+  tray_ = std::make_unique<QSystemTrayIcon>(pictures::program());
+  tray_->setToolTip(tip);
+  QObject::connect(tray_.get(), &QSystemTrayIcon::activated, tray_.get(),
+                   [callback](QSystemTrayIcon::ActivationReason reason) {
+                     callback(reason == QSystemTrayIcon::Context ? kRightUp : kLeftDown);
+                   });
+  tray_->show();
+  return true;
+}
+
+void DesktopHost::removeTrayIcon() {
+  // The icon may be the one whose click runs now.
+  if (tray_) {
+    tray_->hide();
+    tray_.release()->deleteLater();
+  }
+}
+
+void DesktopHost::waitForProcess(qint64 processId) {
+#ifdef Q_OS_UNIX
+  while (processId > 0 && ::kill(pid_t(processId), 0) == 0) QThread::msleep(50);
+#else
+  Q_UNUSED(processId);
+#endif
+}
+
+void DesktopHost::endProcess() {
+  std::_Exit(0);
+}
+
+}  // namespace lens

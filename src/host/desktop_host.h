@@ -1,0 +1,36 @@
+// The host of a real desktop, on Qt.
+#pragma once
+
+#include <QSystemTrayIcon>
+#include <memory>
+
+#include "host/host.h"
+
+namespace lens {
+
+class DesktopHost : public Host {
+ public:
+  DesktopHost();
+
+  int messageBox(const QString& text, int style, const QString& title) override;
+  void yield() override;
+  void setPointer(int code) override;
+  void playSound(const QString& path) override;
+  QDateTime now() override { return QDateTime::currentDateTime(); }
+  const Regional& regional() override { return regional_; }
+  QString programDirectory() override;
+  QString tempDirectory() override;
+  QString findFile(const QString& path) override;
+  void addLibraryDirectory(const QString& directory) override;
+  bool addTrayIcon(const QString& tip, std::function<void(int)> callback) override;
+  void removeTrayIcon() override;
+  void waitForProcess(qint64 processId) override;
+  [[noreturn]] void endProcess() override;
+
+ private:
+  Regional regional_;
+  bool pointerSet_ = false;
+  std::unique_ptr<QSystemTrayIcon> tray_;
+};
+
+}  // namespace lens

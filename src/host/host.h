@@ -1,0 +1,79 @@
+// The one door to the operating system and the desktop. The desktop host does the real thing; tests
+// stand a recording host in its place, with queued answers and every box kept.
+//
+// Paths use the host's own separator. All calls belong to the user-interface thread.
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <functional>
+
+#include "host/regional.h"
+
+namespace lens {
+
+// Style codes of a message box.
+namespace box {
+inline constexpr int Plain = 0;
+inline constexpr int OkCancel = 1;
+inline constexpr int YesNo = 4;
+inline constexpr int Critical = 16;
+inline constexpr int Exclamation = 48;
+inline constexpr int Information = 64;
+}  // namespace box
+
+// Answers of a message box.
+namespace answer {
+inline constexpr int Ok = 1;
+inline constexpr int Cancel = 2;
+inline constexpr int Yes = 6;
+inline constexpr int No = 7;
+}  // namespace answer
+
+// Pointer codes.
+namespace pointer {
+inline constexpr int Default = 0;
+inline constexpr int Hourglass = 11;
+}  // namespace pointer
+
+class Host {
+ public:
+  virtual ~Host() = default;
+
+  // Shows a box and waits for it; events go on meanwhile. An empty title means the program's own.
+  // The text is plain text, whatever marks it holds.
+  virtual int messageBox(const QString& text, int style = box::Plain, const QString& title = {}) = 0;
+  // Takes the events that wait, then returns.
+  virtual void yield() = 0;
+  // Sets the one screen pointer; it replaces what was set before, nothing is stacked.
+  virtual void setPointer(int code) = 0;
+  // Plays a sound file to its end without taking events; silence on any trouble.
+  virtual void playSound(const QString& path) = 0;
+
+  virtual QDateTime now() = 0;
+  virtual const Regional& regional() = 0;
+
+  // Directory of the executable, without a separator at the end.
+  virtual QString programDirectory() = 0;
+  virtual QString tempDirectory() = 0;
+  // The existing file that a path means, "" when there is none. Where names are case-sensitive a
+  // look-up that fails is repeated without regard to case.
+  virtual QString findFile(const QString& path) = 0;
+  // Lets the dynamic linker look in a directory too; nothing where the platform has no such call.
+  virtual void addLibraryDirectory(const QString& directory) = 0;
+
+  // Puts an icon into the desktop's tray; its callback gets mouse messages (513 left button down, 517
+  // right button up). False when the desktop has no tray: nothing is shown then.
+  virtual bool addTrayIcon(const QString& tip, std::function<void(int)> callback) = 0;
+  virtual void removeTrayIcon() = 0;
+
+  // Waits without limit for a process to end; returns at once when it cannot be opened.
+  virtual void waitForProcess(qint64 processId) = 0;
+  // Ends the process at once: no unwinding, no destructors. A test double throws ProcessEnded.
+  [[noreturn]] virtual void endProcess() = 0;
+};
+
+// What a test host throws where the real one ends the process. No error mode catches it.
+struct ProcessEnded {};
+
+}  // namespace lens

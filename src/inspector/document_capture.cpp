@@ -1,0 +1,351 @@
+#include "inspector/document_capture.h"
+
+#include <functional>
+
+#include "inspector/list_rows.h"
+#include "shell/text_routines.h"
+
+namespace lens {
+namespace {
+
+const QString kDecimalMode = QStringLiteral("DEC NoteID");
+const QString kHexMode = QStringLiteral("HEX NoteID");
+const QString kFile = QStringLiteral("$FILE");
+
+QVector<Value> itemsOf(const Object& document, Continue& step) {
+  QVector<Value> items;
+  step([&] { items = document.get(QStringLiteral("ITEMS")).values(); });
+  return items;
+}
+
+}  // namespace
+
+DocumentCapture::DocumentCapture(Form1& form, Globals& state, Gateway& notes, Host& host, Routines& routines)
+    : form_(form), state_(state), notes_(notes), host_(host), routines_(routines) {
+  form_.cmdGetDoc->click = [this] { cmdGetDoc_Click(); };
+  form_.cmdFldtype->click = [this] { cmdFldtype_Click(); };
+  form_.viewNotesID->click = [this] { viewNotesID_Click(); };
+  form_.cmdDECHEX->click = [this] { cmdDECHEX_Click(); };
+  form_.NotesID->change = [this] { NotesID_Change(); };
+  form_.NotesID->keyPress = [this](int& key) { NotesID_KeyPress(key); };
+  form_.NotesUID->change = [this] { NotesUID_Change(); };
+  form_.idList->dblClick = [this] { idList_DblClick(); };
+}
+
+void DocumentCapture::cmdGetDoc_Click() {
+  Continue step;
+  if (!openCurrentDatabase(step)) {
+    step([&] { form_.cmdGetProfiels->raiseClick(); });
+    step([&] { host_.messageBox(QStringLiteral("Cann't open DB try again")); });
+    state_.gUIWorkspace.release();
+    state_.gSession.release();
+    return;
+  }
+  step([&] {
+    form_.lastModified->setText(QStringLiteral("Database size: ") +
+                                state_.gDb.get(QStringLiteral("Size")).text() + u" bytes");
+  });
+  hideScanControls(step);
+
+  state_.gDoc.release();
+  takeOpenDocument(step);
+  if (state_.gDoc.isNothing()) takeSelectedDocument(step);
+  if (state_.gDoc.isNothing()) {
+    step([&] { form_.cmdGetProfiels->raiseClick(); });
+    return;
+  }
+
+  step([&] {
+    // A local database has no server, and its name part stays empty.
+    const QString server = state_.gDb.get(QStringLiteral("server")).text();
+    const QString commonName =
+        routines_.LeftFrom(routines_.RightFrom(server, QStringLiteral("CN=")), QStringLiteral("/"));
+    form_.setWindowTitle(QStringLiteral("Current UI document in: ") +
+                         state_.gDb.get(QStringLiteral("FILEPATH")).text() + u"!!" + commonName);
+  });
+  clearDocumentControls(step, true);
+  showDocumentId(step);
+  forgetAttachmentSizes(step);
+  forEachSelectedRow([&] { listItems(step); });
+  showBody(step);
+
+  form_.txtFieldContent->setSelStart(1);
+  form_.txtFieldContent->setSelLength(0);
+  form_.idList->refresh();
+  form_.lblCounter->setText(QString::number(form_.idList->listCount()));
+  state_.gDocKind = QStringLiteral("UIDOC");
+}
+
+void DocumentCapture::cmdFldtype_Click() {
+  Continue step;
+  if (!openCurrentDatabase(step)) {
+    step([&] { host_.messageBox(QStringLiteral("Cann't open DB try again")); });
+    state_.gUIWorkspace.release();
+    state_.gSession.release();
+    return;
+  }
+  hideScanControls(step);
+
+  takeOpenDocument(step);
+  if (state_.gDoc.isNothing()) {
+    step([&] { host_.messageBox(QStringLiteral("Cann't open document try again")); });
+    return;
+  }
+  clearDocumentControls(step, false);
+  showDocumentId(step);
+  forEachSelectedRow([&] { listItemsOfType(step); });
+  form_.idList->refresh();
+  form_.lblCounter->setText(QString::number(form_.idList->listCount()));
+}
+
+void DocumentCapture::openSession() {
+  state_.gUIWorkspace = notes_.create(QStringLiteral("Notes.NotesUIWorkSpace"));
+  state_.gSession = notes_.create(QStringLiteral("Notes.NotesSession"));
+}
+
+// A session and a workspace of its own for every click. False when the client has no database open.
+bool DocumentCapture::openCurrentDatabase(Continue& step) {
+  step([&] { state_.gUIWorkspace = notes_.create(QStringLiteral("Notes.NotesUIWorkSpace")); });
+  step([&] { state_.gSession = notes_.create(QStringLiteral("Notes.NotesSession")); });
+  step([&] { state_.gDb = state_.gSession.get(QStringLiteral("CURRENTDATABASE")).object(); });
+  return !state_.gDb.isNothing();
+}
+
+// Only the note ID scan of old releases needs these controls. Releases compare as text, so one of
+// two digits counts as old.
+void DocumentCapture::hideScanControls(Continue& step) {
+  const bool newRelease = step.holds([&] {
+    return state_.gSession.get(QStringLiteral("NOTESVERSION")).text().left(9) >= QStringLiteral("Release 5");
+  });
+  if (!newRelease) return;
+  form_.cmdStop->setVisible(false);
+  form_.lfdIDNum->setVisible(false);
+  form_.txtLfdNr->setVisible(false);
+  form_.Label4->setVisible(false);
+}
+
+// With no open document the read fails and gDoc stays as it is.
+void DocumentCapture::takeOpenDocument(Continue& step) {
+  step([&] {
+    const Object open = state_.gUIWorkspace.get(QStringLiteral("CURRENTDOCUMENT")).object();
+    state_.gDoc = open.get(QStringLiteral("DOCUMENT")).object();
+  });
+}
+
+void DocumentCapture::takeSelectedDocument(Continue& step) {
+  Object selected;
+  step([&] { selected = state_.gDb.get(QStringLiteral("UNPROCESSEDDOCUMENTS")).object(); });
+  if (step.holds([&] { return selected.get(QStringLiteral("count")).number() > 0; }))
+    step([&] { state_.gDoc = selected.call(QStringLiteral("GETFIRSTDOCUMENT")).object(); });
+}
+
+void DocumentCapture::clearDocumentControls(Continue& step, bool clearType) {
+  form_.txtFieldContent->setText(QString());
+  form_.txtFieldName->setText(QString());
+  if (clearType) form_.cmbFieldType->setText(QString());  // its rows stay
+  form_.lblSize->setText(QString());
+  for (CheckBox* flag : {form_.chkSummary, form_.chkEncrypted, form_.chkSigned, form_.chkProtected})
+    flag->setValue(0);
+  step([&] { form_.idList->clear(); });
+  step([&] { form_.fldList->clear(); });
+}
+
+void DocumentCapture::showDocumentId(Continue& step) {
+  QString id;
+  step([&] { id = eightDigits(state_.gDoc.get(QStringLiteral("NoteID")).text()); });
+  step([&] { form_.idList->addItem(id); });
+  step([&] { form_.NotesUID->setText(state_.gDoc.get(QStringLiteral("UNIVERSALID")).text()); });
+  form_.idList->refresh();
+  step([&] { form_.idList->setSelected(0, true); });
+}
+
+// Removes by a place that runs on while the collection shrinks, so every second size stays and a
+// name met again keeps its old one.
+void DocumentCapture::forgetAttachmentSizes(Continue& step) {
+  const int count = state_.gAttachmentSizes.count();
+  for (int place = 1; place <= count; ++place) step([&] { state_.gAttachmentSizes.remove(place); });
+}
+
+void DocumentCapture::forEachSelectedRow(const std::function<void()>& use) const {
+  for (int row = 0; row < form_.idList->listCount(); ++row) {
+    if (!form_.idList->selected(row)) continue;
+    if (form_.idList->list(row).isEmpty()) return;
+    use();
+  }
+}
+
+void DocumentCapture::listItems(Continue& step) {
+  const QVector<Value> items = itemsOf(state_.gDoc, step);
+  qsizetype width = 0;
+  for (const Value& item : items)
+    step([&] {
+      const QString name = item.object().get(QStringLiteral("Name")).text();
+      width = qMax(width, name.size() + kNameEnd.size());
+    });
+
+  QString name, text;  // a failing read leaves what the item before had
+  for (const Value& item : items) {
+    step([&] { name = item.object().get(QStringLiteral("Name")).text(); });
+    step([&] { text = item.object().get(QStringLiteral("Text")).text(); });
+    if (name == kFile) {
+      step([&] { text = item.object().get(QStringLiteral("Values")).at(0).text(); });
+      collectAttachmentSize(step, text);
+    }
+    step([&] { form_.fldList->addItem(fieldRow(name, width, text)); });
+  }
+}
+
+void DocumentCapture::collectAttachmentSize(Continue& step, const QString& fileName) {
+  QString size;
+  step([&] {
+    const Object file = state_.gDoc.call(QStringLiteral("GETATTACHMENT"), fileName).object();
+    size = file.get(QStringLiteral("FILESIZE")).text();
+  });
+  // The name is held against the sizes; a file named like one of them is left out.
+  bool equalsSize = false;
+  for (int place = 1; place <= state_.gAttachmentSizes.count(); ++place)
+    equalsSize = equalsSize || state_.gAttachmentSizes.item(place) == fileName;
+  if (!equalsSize) step([&] { state_.gAttachmentSizes.add(size, fileName); });
+}
+
+void DocumentCapture::listItemsOfType(Continue& step) {
+  const QString wanted = form_.cmbFieldType->text();
+  QString name, text;
+  for (const Value& item : itemsOf(state_.gDoc, step)) {
+    step([&] { name = item.object().get(QStringLiteral("Name")).text(); });
+    // A type without a row in the table never matches: its look-up fails inside the test.
+    const bool matches = step.holds([&] {
+      const Object first = state_.gDoc.call(QStringLiteral("GETFIRSTITEM"), name).object();
+      return wanted == state_.gDocTypes.item(first.get(QStringLiteral("Type")).text());
+    });
+    if (!matches) continue;
+    step([&] { text = item.object().get(QStringLiteral("Text")).text(); });
+    if (upperUnits(name) == kFile)
+      step([&] { text = item.object().get(QStringLiteral("Values")).at(0).text(); });
+    step([&] { form_.fldList->addItem(fieldRow(name, 0, text)); });
+  }
+}
+
+// Selecting the row fires its click already; the second run gives the same result.
+void DocumentCapture::showBody(Continue& step) {
+  const int body = form_.fldList->find(QStringLiteral("Body:"), 0);
+  if (body < 0) return;
+  step([&] { form_.fldList->setSelected(body, true); });
+  step([&] { form_.txtSearch->setText(routines_.LeftFrom(form_.idList->text(), QStringLiteral(" "))); });
+  form_.chkCase->setValue(0);
+  step([&] { form_.fldList->raiseClick(); });
+}
+
+void DocumentCapture::viewNotesID_Click() {
+  trapped(host_, {QStringLiteral("viewNotesID_Click")}, [this] {
+    const QString id = typedIdText();
+    if (id.isEmpty()) return;
+    form_.idList->clear();
+    form_.idList->addItem(id);
+    form_.idList->setSelected(0, true);
+    form_.txtFieldContent->setText(QString());
+    openSession();
+    state_.gDb = state_.gSession.get(QStringLiteral("CURRENTDATABASE")).object();
+    if (!form_.NotesID->text().isEmpty() && !findDocument(u"GETDOCUMENTBYID", id, u"Invalid note ID")) return;
+    if (!form_.NotesUID->text().isEmpty()) {
+      if (!findDocument(u"GETDOCUMENTBYUNID", id, u"Invalid universal ID")) return;
+      form_.idList->clear();
+      form_.idList->addItem(eightDigits(state_.gDoc.get(QStringLiteral("NoteID")).text()));
+      form_.idList->refresh();
+      form_.idList->setSelected(0, true);
+    }
+    if (form_.cmdidList->isEnabled()) idList_DblClick();
+  });
+}
+
+QString DocumentCapture::typedIdText() {
+  const QString noteId = form_.NotesID->text();
+  if (noteId.isEmpty()) return form_.NotesUID->text();
+  if (form_.cmdDECHEX->text() == kHexMode) return eightDigits(noteId);
+  return eightDigits(routines_.UnsignedDec2Hex(noteId));
+}
+
+// The failure of the look-up is read right behind it; with no database at hand the box, which names
+// it, fails too and nothing is shown.
+bool DocumentCapture::findDocument(const char16_t* member, const QString& id, const char16_t* complaint) {
+  Continue lookup;
+  lookup([&] { state_.gDoc = state_.gDb.call(QString::fromUtf16(member), id).object(); });
+  if (lookup.number() == 0) return true;
+  lookup([&] {
+    host_.messageBox(QString::fromUtf16(complaint), box::Critical,
+                     QStringLiteral("Db = ") + state_.gDb.get(QStringLiteral("FileName")).text());
+  });
+  return false;
+}
+
+bool DocumentCapture::CloseIfOpen(const Object& document) {
+  bool closed = false;
+  trapped(host_, {QStringLiteral("CloseIfOpen")}, [&] {
+    const Object workspace = notes_.create(QStringLiteral("Notes.NotesUIWorkSpace"));
+    const Object open = workspace.get(QStringLiteral("CURRENTDOCUMENT")).object();
+    const QString openId = open.get(QStringLiteral("DOCUMENT")).object().get(QStringLiteral("NoteID")).text();
+    if (document.get(QStringLiteral("NoteID")).text() != openId) return;
+    open.call(QStringLiteral("Close"));
+    closed = true;
+  });
+  return closed;
+}
+
+void DocumentCapture::RefreshCurrentView() {
+  trapped(host_, {QStringLiteral("RefreshCurrentView")}, [this] {
+    notes_.create(QStringLiteral("Notes.NotesUIWorkSpace")).call(QStringLiteral("VIEWREFRESH"));
+  });
+}
+
+void DocumentCapture::cmdDECHEX_Click() {
+  trapped(host_, {QStringLiteral("cmdDECHEX_Click")}, [this] {
+    const QString typed = form_.NotesID->text();
+    if (form_.cmdDECHEX->text() == kDecimalMode) {
+      form_.cmdDECHEX->setText(kHexMode);
+      if (!typed.isEmpty()) form_.NotesID->setText(routines_.UnsignedDec2Hex(typed));
+    } else {
+      form_.cmdDECHEX->setText(kDecimalMode);
+      form_.NotesID->setText(hexStringToBinary(typed).text());
+    }
+  });
+}
+
+void DocumentCapture::NotesID_Change() {
+  trapped(host_, {QStringLiteral("NotesID_Change")}, [this] {
+    if (form_.NotesID->text().isEmpty()) return;
+    form_.NotesUID->setText(QString());
+    // The caption never reads so, and letters of a pasted text pass; users paste IDs that way.
+    if (form_.cmdDECHEX->text() != u"DEC NotesID") return;
+    bool numeric = false;
+    form_.NotesID->text().toDouble(&numeric);
+    if (!numeric) host_.messageBox(QStringLiteral("Only numeric input is allowed"), box::Critical);
+  });
+}
+
+void DocumentCapture::NotesID_KeyPress(int& key) {
+  trapped(host_, {QStringLiteral("NotesID_KeyPress")}, [&] {
+    if (form_.cmdDECHEX->text() != kHexMode || (key >= u'0' && key <= u'9')) return;
+    const char16_t upper = QChar(char16_t(key)).toUpper().unicode();
+    if (upper < u'0' || upper > u'F') {
+      host_.messageBox(QStringLiteral("Only Charachter between 'A' - 'F'  allowed"), box::Critical, kHexMode);
+      form_.NotesID->setText(QString());
+      key = 13;
+      return;
+    }
+    key = upper;
+  });
+}
+
+void DocumentCapture::NotesUID_Change() {
+  trapped(host_, {QStringLiteral("NotesUID_Change")}, [this] {
+    if (!form_.NotesUID->text().isEmpty()) form_.NotesID->setText(QString());
+  });
+}
+
+void DocumentCapture::idList_DblClick() {
+  trapped(host_, {QStringLiteral("idList_DblClick")}, [this] {
+    if (form_.cmdidList->isEnabled()) form_.cmdidList->raiseClick();
+  });
+}
+
+}  // namespace lens

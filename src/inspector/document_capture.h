@@ -1,0 +1,58 @@
+// Brings a document from the Notes client into the main window: the one on screen, the one selected
+// in a view, or one named by its note ID or universal ID.
+#pragma once
+
+#include "host/host.h"
+#include "notes/bridge.h"
+#include "shell/error_modes.h"
+#include "shell/form1.h"
+#include "shell/globals.h"
+#include "shell/routines.h"
+
+namespace lens {
+
+class DocumentCapture {
+ public:
+  DocumentCapture(Form1& form, Globals& state, Gateway& notes, Host& host, Routines& routines);
+
+  void cmdGetDoc_Click();
+  // Lists only the items of the type named in cmbFieldType.
+  void cmdFldtype_Click();
+  void viewNotesID_Click();
+  void cmdDECHEX_Click();
+  void NotesID_Change();
+  void NotesID_KeyPress(int& key);
+  void NotesUID_Change();
+  void idList_DblClick();
+
+  // True when the document was the one open on screen and has been closed.
+  bool CloseIfOpen(const Object& document);
+  // Refreshes the view on top in the client.
+  void RefreshCurrentView();
+
+ private:
+  bool openCurrentDatabase(Continue& step);
+  void openSession();
+  void hideScanControls(Continue& step);
+  void takeOpenDocument(Continue& step);
+  void takeSelectedDocument(Continue& step);
+  void clearDocumentControls(Continue& step, bool clearType);
+  void showDocumentId(Continue& step);
+  void forgetAttachmentSizes(Continue& step);
+  void listItems(Continue& step);
+  void collectAttachmentSize(Continue& step, const QString& fileName);
+  void listItemsOfType(Continue& step);
+  void showBody(Continue& step);
+  void forEachSelectedRow(const std::function<void()>& use) const;
+
+  QString typedIdText();
+  bool findDocument(const char16_t* member, const QString& id, const char16_t* complaint);
+
+  Form1& form_;
+  Globals& state_;
+  Gateway& notes_;
+  Host& host_;
+  Routines& routines_;
+};
+
+}  // namespace lens

@@ -1,0 +1,28 @@
+#include "inspector/list_rows.h"
+
+namespace lens {
+
+QString fieldRow(const QString& name, qsizetype width, const QString& text) {
+  return QString(name + kNameEnd).leftJustified(width) + text;
+}
+
+QString fieldName(const QString& row) {
+  const qsizetype end = row.indexOf(kNameEnd);
+  return end < 0 ? QString() : row.left(end);
+}
+
+QString fieldText(const QString& row) {
+  const qsizetype end = row.indexOf(kNameEnd);
+  return end < 0 ? QString() : row.mid(end + kNameEnd.size()).trimmed();
+}
+
+CollectionRow collectionRow(const QString& row) {
+  const qsizetype mark = row.indexOf(kIdMark);
+  if (mark < 0) return {QString(), row};
+  // Rows are written with two blanks before the mark, so the name ends in one.
+  const QString name = row.left(mark);
+  const qsizetype alias = name.indexOf(u'|');
+  return {(alias < 0 ? name : name.left(alias)).trimmed(), row.mid(mark + kIdMark.size())};
+}
+
+}  // namespace lens

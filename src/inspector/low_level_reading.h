@@ -1,0 +1,43 @@
+// What the object model does not tell of the current document: an item's stored size and the raw
+// text of an agent's action. Each call opens the database and the note anew, so that a click shows
+// the stored state.
+#pragma once
+
+#include <QString>
+#include <functional>
+
+#include "host/host.h"
+#include "notes/capi.h"
+#include "shell/form1.h"
+#include "shell/globals.h"
+#include "shell/routines.h"
+
+namespace lens {
+
+class LowLevelReading {
+ public:
+  LowLevelReading(Form1& form, Globals& state, CApi& api, Host& host, Routines& routines);
+
+  // Stored bytes of the item; 0 when they cannot be told. The size of an attachment is the one that
+  // was collected at capture for the selected row of fldList.
+  qint64 ItemSizeOf(const QString& name);
+  // The legible letters of "$AssistAction", whatever name is given; empty when they cannot be told.
+  QString DecodeAssistAction(const QString& name);
+
+ private:
+  struct StoredItem {
+    quint16 type = 0;
+    BlockId value;
+    quint32 length = 0;  // type word included
+  };
+  void withStoredItem(const QString& name, const std::function<void(const StoredItem&)>& use);
+  QString readActionText(const StoredItem& item);
+
+  Form1& form_;
+  Globals& state_;
+  CApi& api_;
+  Host& host_;
+  Routines& routines_;
+};
+
+}  // namespace lens

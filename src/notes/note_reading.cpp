@@ -1,0 +1,32 @@
+#include "notes/note_reading.h"
+
+#include "notes/code_page.h"
+
+namespace lens {
+
+QByteArray networkPath(CApi& api, const QString& server, const QString& filePath) {
+  QByteArray buffer(1024, ' ');
+  api.OSPathNetConstruct(0, toCodePage(server), toCodePage(filePath), buffer);
+  // Blanks and NULs of the fixed buffer stand around and behind the path.
+  return buffer.trimmed().replace('\0', "").trimmed();
+}
+
+qint64 contentLength(quint16 itemType, quint32 valueLength) {
+  constexpr quint16 kTextList = 0x501, kNoteRefs = 4;
+  if (itemType == kTextList) return qint64(valueLength) - 6;
+  if (itemType == kNoteRefs) return qint64(valueLength) - 2;
+  return valueLength;
+}
+
+QString legibleText(QByteArrayView bytes, qint16 count) {
+  QString text;
+  for (qsizetype i = 0; i < count && i < bytes.size(); ++i) {
+    const auto byte = quint8(bytes[i]);
+    if (byte == 0) break;
+    const bool control = byte < 32 && byte != 10 && byte != 13;
+    text += byte > 125 || control ? QChar(u' ') : QChar(byte);
+  }
+  return text;
+}
+
+}  // namespace lens

@@ -1,0 +1,64 @@
+#include "notes/numbers.h"
+
+#include <cmath>
+#include <limits>
+
+namespace lens {
+namespace {
+
+// Blanks and line ends around a number come from lists that were cut at line feeds only.
+QStringView withoutEnds(QStringView text) {
+  const auto isEnd = [](QChar c) { return c == u' ' || c == u'\r' || c == u'\n'; };
+  while (!text.isEmpty() && isEnd(text.front())) text = text.mid(1);
+  while (!text.isEmpty() && isEnd(text.back())) text.chop(1);
+  return text;
+}
+
+// Sign, digits, point, exponent; the spellings "inf", "nan" and "0x" are no numbers here.
+bool spellsNumber(QStringView text) {
+  for (QChar c : text)
+    if (!(c >= u'0' && c <= u'9') && !QStringView(u"+-.eE").contains(c)) return false;
+  return !text.isEmpty();
+}
+
+}  // namespace
+
+QString numberText(double number) {
+  if (number == 0) return QStringLiteral("0");  // also of a negative zero
+  return QString::number(number, 'g', 15).toUpper();
+}
+
+double wholeNumberText(QStringView text) {
+  const QStringView digits = withoutEnds(text);
+  bool ok = false;
+  const double number = spellsNumber(digits) ? digits.toDouble(&ok) : 0;
+  if (!ok || !std::isfinite(number)) throw RuntimeError(err::TypeMismatch);
+  return number;
+}
+
+qint32 roundToInt32(double number) {
+  const double rounded = std::nearbyint(number);  // the default rounding mode is half to even
+  if (!(rounded >= std::numeric_limits<qint32>::min() && rounded <= std::numeric_limits<qint32>::max()))
+    throw RuntimeError(err::Overflow);
+  return qint32(rounded);
+}
+
+qint32 toInt32(QStringView text) {
+  return roundToInt32(wholeNumberText(text));
+}
+
+qint32 hexToInt32(QStringView text) {
+  if (text.isEmpty() || text.size() > 8) throw RuntimeError(err::TypeMismatch);
+  quint32 bits = 0;
+  for (QChar c : text) {
+    const int digit = c >= u'0' && c <= u'9'   ? c.unicode() - u'0'
+                      : c >= u'a' && c <= u'f' ? c.unicode() - u'a' + 10
+                      : c >= u'A' && c <= u'F' ? c.unicode() - u'A' + 10
+                                               : -1;
+    if (digit < 0) throw RuntimeError(err::TypeMismatch);
+    bits = bits << 4 | quint32(digit);
+  }
+  return qint32(bits);
+}
+
+}  // namespace lens

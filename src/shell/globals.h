@@ -1,0 +1,34 @@
+// The state that ties the subsystems together. It lives as long as the process and belongs to the
+// user-interface thread. A test makes its own.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include "notes/bridge.h"
+#include "shell/keyed_collection.h"
+
+namespace lens {
+
+struct Globals {
+  Object gSession;      // back-end kind after the start, the client's from the first capture on
+  Object gUIWorkspace;  // from one capture to the next
+  Object gDb;           // database of the last listing
+  Object gDoc;          // document behind fldList
+  Object gRTItem;       // rich text item in work
+  Object gNoteColl;     // note collection of the design browser
+
+  QString gDataDir;  // Notes data directory, read once at the start
+  QString gDocKind;  // "UIDOC", "PROFILE" or "DESIGN": what fldList shows
+
+  KeyedCollection<QString> gDocTypes;         // item type code as text -> sentence
+  KeyedCollection<QString> gAttachmentSizes;  // attachment name -> size in bytes as text
+  QStringList gRemoteHistory;
+  QStringList gContentPages;
+
+  bool gDesignStop = false;     // a request: raised by Command1
+  bool gIdScanRunning = false;  // a permission: withdrawn by cmdStop
+  bool gEnding = false;         // the process is on its way out
+};
+
+}  // namespace lens

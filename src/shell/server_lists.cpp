@@ -1,0 +1,108 @@
+#include "shell/server_lists.h"
+
+#include "notes/code_page.h"
+#include "shell/text_routines.h"
+
+namespace lens {
+namespace {
+
+void setTexts(const QVector<ComboBox*>& boxes, const QString& text) {
+  for (ComboBox* box : boxes) box->setText(text);
+}
+
+void addRows(const QVector<ComboBox*>& boxes, const QString& row) {
+  for (ComboBox* box : boxes) box->addItem(row);
+}
+
+const QString kLocal = QStringLiteral("Local");
+
+}  // namespace
+
+ServerLists::ServerLists(Globals& state, Host& host, CApi& api, Routines& routines)
+    : state_(state), host_(host), api_(api), routines_(routines) {}
+
+void ServerLists::registerWindow(const QString& name, QVector<ComboBox*> boxes) {
+  boxes_[name] = std::move(boxes);
+}
+
+void ServerLists::GetServerList2(const QString& window) {
+  const QVector<ComboBox*> boxes = boxes_.value(window);
+  try {
+    const AddressBook book = firstPublicBook();
+    if (book.found) {
+      fillFromBook(book, boxes);
+    } else {
+      GetNotesServerNames();
+      setTexts(boxes, kLocal);
+    }
+  } catch (const RuntimeError& error) {
+    // No source lines are kept, so the line is always 0.
+    host_.messageBox(QStringLiteral("GetServerList2: in line 0 ") + error.description(), box::Critical,
+                     QStringLiteral("Replic Notes DB's"));
+  }
+}
+
+ServerLists::AddressBook ServerLists::firstPublicBook() const {
+  AddressBook found;
+  const Value books = state_.gSession.get(QStringLiteral("ADDRESSBOOKS"));
+  if (books.isEmpty()) return found;
+  for (const Value& element : books.values()) {
+    const Object book = element.object();
+    if (!book.get(QStringLiteral("ISPUBLICADDRESSBOOK")).boolean() || found.found) continue;
+    found.server = routines_.AbbreviateName(book.get(QStringLiteral("server")).text());
+    found.path = book.get(QStringLiteral("FILEPATH")).text();
+    found.found = true;
+  }
+  return found;
+}
+
+void ServerLists::fillFromBook(const AddressBook& found, const QVector<ComboBox*>& boxes) {
+  const Object book = state_.gSession.call(QStringLiteral("GETDATABASE"), found.server, found.path).object();
+  if (!book.get(QStringLiteral("ISOPEN")).boolean()) {
+    setTexts(boxes, kLocal);
+    return;
+  }
+  addRows(boxes, kLocal);
+  const Object view = book.call(QStringLiteral("GETVIEW"), QStringLiteral("($Servers)")).object();
+  Object document = view.call(QStringLiteral("GETFIRSTDOCUMENT")).object();
+  while (document) {
+    const Value names = document.call(QStringLiteral("GETITEMVALUE"), QStringLiteral("ServerName"));
+    addRows(boxes, names.at(0).text());
+    document = view.call(QStringLiteral("GETNEXTDOCUMENT"), document).object();
+  }
+  const QString server = book.get(QStringLiteral("server")).text();
+  setTexts(boxes, server.isEmpty() ? kLocal : server);
+}
+
+void ServerLists::GetNotesServerNames() {
+  const NotesTermAtEnd term(api_);
+  MemHandle list = 0;
+  bool locked = false;
+  try {
+    api_.NotesInitExtended(0, QByteArray());
+    if (api_.NSGetServerList(0, list) == 0 && list != 0) {
+      const char* names = api_.OSLockObject(list);
+      locked = true;
+      addListedServers(names);
+    }
+  } catch (const RuntimeError& error) {
+    host_.messageBox(error.description(), box::Plain, QStringLiteral("Marrowgate/Notes Client?"));
+  }
+  if (locked) {
+    api_.OSUnlockObject(list);
+    api_.OSMemFree(list);
+  }
+}
+
+void ServerLists::addListedServers(const char* list) {
+  const char* text = nullptr;
+  quint16 length = 0;
+  for (quint16 index = 0; api_.ListGetText(list, 0, index, text, length) == 0; ++index) {
+    if (length == 0) continue;
+    QByteArray name(length, ' ');
+    api_.OSTranslate(1, QByteArray(text, length), length, name, 256);
+    if (fallbackBox_) fallbackBox_().addItem(fromCodePage(name));
+  }
+}
+
+}  // namespace lens

@@ -1,0 +1,96 @@
+#include "shell/text_routines.h"
+
+#include <cmath>
+#include <utility>
+
+#include "notes/numbers.h"
+
+namespace lens {
+namespace {
+
+// 1-based position of the marker, 0 when it does not occur. Looking for nothing in a text that is
+// not empty finds it at once.
+Int16 positionOf(const QString& text, const QString& marker) {
+  if (text.isEmpty()) return 0;
+  return Int16(text.indexOf(marker) + 1);
+}
+
+}  // namespace
+
+QString leftFrom(const QString& text, const QString& marker) {
+  const Int16 position = positionOf(text, marker);
+  return position > 0 ? text.left(position - 1) : QString();
+}
+
+QString rightFrom(const QString& text, const QString& marker) {
+  const Int16 position = positionOf(text, marker);
+  return position > 0 ? text.mid(position - 1 + marker.size()) : text;
+}
+
+QString replaceAllText(const QString& text, const QString& find, const QString& replace) {
+  if (find.isEmpty()) return text;
+  QString result;
+  qsizetype from = 0;
+  for (qsizetype hit = text.indexOf(find); hit >= 0; hit = text.indexOf(find, from)) {
+    result += QStringView(text).mid(from, hit - from);
+    result += replace;
+    from = hit + find.size();
+  }
+  result += QStringView(text).mid(from);
+  return result;
+}
+
+QString element(QString& text, const QString& separator) {
+  if (text.isEmpty()) return {};
+  const Int16 position = positionOf(text, separator);
+  if (position > 1) {
+    const QString first = text.left(position - 1);
+    text.remove(0, position - 1 + separator.size());
+    return first;
+  }
+  if (position == 0) return std::exchange(text, QString());
+  if (text.size() > 1) text.remove(0, 1);
+  // A single character behind a leading separator is dropped; existing rows rely on it.
+  if (text.size() == 1) text.clear();
+  return QStringLiteral(" ");
+}
+
+QString abbreviateName(const QString& name) {
+  QString result = name;
+  for (const char16_t* label : {u"CN=", u"O=", u"OU=", u"OU1=", u"OU2=", u"C="})
+    result = replaceAllText(result, QString::fromUtf16(label), QString());
+  return result;
+}
+
+QString unsignedDec2Hex(const Value& number) {
+  constexpr double kTwoTo32 = 4294967296.0;
+  const double value = std::nearbyint(number.number());
+  if (value < 0 || value >= kTwoTo32) return QStringLiteral("-1");
+  return QString::number(quint32(value), 16).toUpper();
+}
+
+Value hexStringToBinary(const QString& text) {
+  if (text.isEmpty() || text.size() > 12) return {};
+  double sum = 0;
+  for (QChar c : text) {
+    const int digit = QStringView(u"0123456789ABCDEF").indexOf(c.toUpper());
+    sum = sum * 16 + (digit > 0 ? digit : 0);
+  }
+  return Value(sum);
+}
+
+QString eightDigits(const QString& noteId) {
+  return QString(QStringLiteral("00000000") + noteId).right(8);
+}
+
+QString widenLineFeeds(const QString& text) {
+  return replaceAllText(text, QStringLiteral("\n"), QStringLiteral("\r\n"));
+}
+
+QString upperUnits(const QString& text) {
+  QString result = text;
+  for (QChar& c : result) c = c.toUpper();
+  return result;
+}
+
+}  // namespace lens

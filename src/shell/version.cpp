@@ -1,0 +1,9 @@
+#include "shell/version.h"
+
+namespace lens {
+
+QString programVersion() {
+  return QStringLiteral(LENS_VERSION);
+}
+
+}  // namespace lens

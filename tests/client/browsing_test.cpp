@@ -1,0 +1,207 @@
+#include "client/client_fixture.h"
+#include "client/document_model.h"
+
+namespace lens {
+
+TEST_F(Client, ExplainsThatNoDatabaseIsOpen) {
+  start();
+  EXPECT_EQ(page(), u"emptyPage"_s);
+  EXPECT_EQ(window->windowTitle(), u"Client"_s);
+  EXPECT_EQ(part<QLabel>("emptyText").text(), u"No database is open: choose one on the left"_s);
+  EXPECT_TRUE(databaseOnTop().isNothing());
+}
+
+TEST_F(Client, EnterInTheTreeOpensTheDatabaseForPrograms) {
+  start();
+  auto& tree = part<DatabaseTree>("databaseTree");
+  tree.setFocus();
+  QTest::keyClick(&tree, Qt::Key_Down);
+  QTest::keyClick(&tree, Qt::Key_Return);
+  EXPECT_EQ(page(), u"viewPage"_s);
+  EXPECT_TRUE(table().hasFocus());
+  EXPECT_EQ(window->windowTitle(), u"Client: Karin's mail"_s);
+  EXPECT_EQ(databaseOnTop().get(u"TITLE"_s), Value(u"Karin's mail"_s));
+}
+
+TEST_F(Client, DoubleClickInTheTreeOpensTheDatabase) {
+  start();
+  auto& tree = part<DatabaseTree>("databaseTree");
+  const QPoint place = tree.visualItemRect(tree.topLevelItem(0)->child(0)).center();
+  QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, place);
+  QTest::mouseDClick(tree.viewport(), Qt::LeftButton, {}, place);
+  ASSERT_NE(workspace->client().database(), nullptr);
+  EXPECT_EQ(workspace->client().database()->path, u"mail.nsf"_s);
+}
+
+TEST_F(Client, ListsServersAndTheirDatabasesWhenUnfolded) {
+  workspace->createDatabase(u"CN=Hub/O=Acme"_s, u"names.nsf"_s, {});
+  start();
+  auto& tree = part<DatabaseTree>("databaseTree");
+  ASSERT_EQ(tree.topLevelItemCount(), 2);
+  QTreeWidgetItem* hub = tree.topLevelItem(1);
+  EXPECT_EQ(hub->text(0), u"Hub/Acme"_s);
+  EXPECT_EQ(hub->childCount(), 0);
+  hub->setExpanded(true);
+  ASSERT_EQ(hub->childCount(), 1);
+  EXPECT_EQ(hub->child(0)->text(0), u"names.nsf"_s);
+}
+
+TEST_F(Client, ShowsWhatTheStateHoldsWhenItStarts) {
+  const quint32 id = save(memo(u"Pumps"_s));
+  workspace->client().showDatabase({QString(), u"mail.nsf"_s});
+  workspace->client().showDocument(id);
+  start();
+  EXPECT_EQ(page(), u"reader"_s);
+  EXPECT_EQ(part<QLabel>("readerSubject").text(), u"Pumps"_s);
+}
+
+TEST_F(Client, ListsFormSubjectAndIdOfAllDocuments) {
+  const quint32 first = save(memo(u"Pumps"_s));
+  Note untitled;
+  untitled.add(u"Form"_s, 0, textValue(u"Order"));
+  untitled.add(u"$Ref"_s, 0, textValue(u"hidden"));
+  untitled.add(u"Customer"_s, 0, textValue(u"Okafor"));
+  save(untitled);
+  start();
+  openMail();
+  ASSERT_EQ(table().model()->rowCount(), 2);
+  EXPECT_EQ(cell(0, DocumentModel::Form), u"Memo"_s);
+  EXPECT_EQ(cell(0, DocumentModel::Subject), u"Pumps"_s);
+  EXPECT_EQ(cell(0, DocumentModel::NoteId), u"%1"_s.arg(first, 8, 16, QChar(u'0')).toUpper());
+  EXPECT_FALSE(cell(0, DocumentModel::Modified).isEmpty());
+  EXPECT_EQ(cell(1, DocumentModel::Form), u"Order"_s);
+  EXPECT_EQ(cell(1, DocumentModel::Subject), u"Okafor"_s);
+}
+
+TEST_F(Client, AViewListsItsOwnDocumentsAndDesignNotesTheRest) {
+  save(memo(u"Pumps"_s));
+  Note order;
+  order.add(u"Form"_s, 0, textValue(u"Order"));
+  save(order);
+  Note view;
+  view.header.noteClass = noteclass::View;
+  view.add(u"$TITLE"_s, 0, textValue(u"Orders|by form"));
+  view.add(u"$Formula"_s, 0, textValue(u"SELECT Form = \"Order\""));
+  save(view);
+  start();
+  openMail();
+  EXPECT_EQ(table().model()->rowCount(), 2);
+  showView(u"Orders"_s);
+  ASSERT_EQ(table().model()->rowCount(), 1);
+  EXPECT_EQ(cell(0, DocumentModel::Form), u"Order"_s);
+  showView(u"Design notes"_s);
+  ASSERT_EQ(table().model()->rowCount(), 1);
+  EXPECT_EQ(cell(0, DocumentModel::Form), u"View"_s);
+  EXPECT_EQ(cell(0, DocumentModel::Subject), u"Orders|by form"_s);
+}
+
+TEST_F(Client, AnEmptyViewSaysSo) {
+  start();
+  openMail();
+  EXPECT_TRUE(part<QLabel>("documentLabel").text().contains(u"none in this view"_s));
+}
+
+TEST_F(Client, MarkedRowsAreTheUnprocessedDocuments) {
+  QVector<quint32> ids;
+  for (int i = 0; i < 5; ++i) ids.push_back(save(memo(u"Memo %1"_s.arg(i))));
+  start();
+  openMail();
+  EXPECT_EQ(unprocessed(), 0);
+  auto* marks = table().selectionModel();
+  for (int row : {3, 1})
+    marks->select(table().model()->index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+  EXPECT_EQ(workspace->client().visibleSelection(), QVector<quint32>({ids[1], ids[3]}));
+  EXPECT_EQ(unprocessed(), 2);
+  trigger("selectAllAction");
+  EXPECT_EQ(workspace->client().visibleSelection(), ids);
+}
+
+TEST_F(Client, RefreshShowsWhatWasSavedElsewhereAndKeepsTheMarks) {
+  const quint32 first = save(memo(u"One"_s)), second = save(memo(u"Two"_s));
+  start();
+  openMail();
+  table().selectRow(1);
+  save(memo(u"Three"_s));
+  workspace->notifyChanged({QString(), u"mail.nsf"_s});
+  EXPECT_EQ(table().model()->rowCount(), 2);
+  mail->remove(first);
+  QTest::keyClick(window.get(), Qt::Key_F5);
+  ASSERT_EQ(table().model()->rowCount(), 2);
+  EXPECT_EQ(cell(1, DocumentModel::Subject), u"Three"_s);
+  EXPECT_EQ(workspace->client().visibleSelection(), QVector<quint32>{second});
+}
+
+TEST_F(Client, AProgramCanRefreshTheView) {
+  start();
+  openMail();
+  save(memo(u"One"_s));
+  uiWorkspace().call(u"VIEWREFRESH"_s);
+  EXPECT_EQ(table().model()->rowCount(), 1);
+}
+
+TEST_F(Client, ReadsOnlyTheNotesOfRowsInSight) {
+  Database::Transaction transaction(*mail);
+  for (int i = 0; i < 3000; ++i) save(memo(u"Memo %1"_s.arg(i)));
+  transaction.commit();
+  start();
+  openMail();
+  window->grab();
+  auto* model = qobject_cast<DocumentModel*>(table().model());
+  EXPECT_EQ(model->rowCount(), 3000);
+  EXPECT_GT(model->notesRead(), 0);
+  EXPECT_LT(model->notesRead(), 200);
+  trigger("selectAllAction");
+  EXPECT_EQ(workspace->client().visibleSelection().size(), 3000);
+  window->refresh();
+  EXPECT_EQ(workspace->client().visibleSelection().size(), 3000);
+  EXPECT_LT(model->notesRead(), 200);
+}
+
+TEST_F(Client, FollowsAProgramThatShowsAnotherDatabase) {
+  DatabaseInfo info;
+  info.title = u"Orders"_s;
+  workspace->createDatabase({}, u"orders.nsf"_s, info);
+  start();
+  openMail();
+  workspace->client().showDatabase({QString(), u"orders.nsf"_s});
+  EXPECT_EQ(window->windowTitle(), u"Client: Orders"_s);
+  workspace->client().closeDatabase();
+  EXPECT_EQ(page(), u"emptyPage"_s);
+  EXPECT_EQ(window->windowTitle(), u"Client"_s);
+}
+
+TEST_F(Client, NamesTheFileThatCannotBeOpenedAndKeepsTheOldOne) {
+  start();
+  openMail();
+  QFile file(workspace->dataDirectory() + u"/broken.nsf"_s);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write("no database");
+  file.close();
+  EXPECT_FALSE(window->openDatabase({QString(), u"broken.nsf"_s}));
+  EXPECT_TRUE(error().contains(u"broken.nsf"_s)) << error().toStdString();
+  EXPECT_EQ(workspace->client().database()->path, u"mail.nsf"_s);
+  trigger("refreshAction");
+  EXPECT_EQ(error(), QString());
+}
+
+TEST_F(Client, MakesAnEmptyDatabaseAndOpensIt) {
+  start();
+  choice->name = u"drafts/new"_s;
+  trigger("newDatabaseAction");
+  EXPECT_EQ(error(), QString());
+  EXPECT_EQ(window->windowTitle(), u"Client: new"_s);
+  EXPECT_TRUE(QFile::exists(workspace->dataDirectory() + u"/drafts/new.nsf"_s));
+  choice->name = u"mail.nsf"_s;
+  trigger("newDatabaseAction");
+  EXPECT_TRUE(error().contains(u"mail.nsf"_s)) << error().toStdString();
+}
+
+TEST_F(Client, ClosingTheWindowKeepsWhatIsOpen) {
+  start();
+  openMail();
+  trigger("hideAction");
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_FALSE(databaseOnTop().isNothing());
+}
+
+}  // namespace lens

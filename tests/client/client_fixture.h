@@ -1,0 +1,129 @@
+// A workspace in a temporary directory with a mail file, the client window on it, and the object model
+// as a program sees it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QDialog>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "client/client_window.h"
+#include "client/database_tree.h"
+#include "client/document_reader.h"
+#include "embedded/model/embedded_gateway.h"
+#include "support/printers.h"
+
+namespace lens {
+
+using namespace Qt::StringLiterals;
+
+// Answers that a test has prepared; asked counts the questions.
+struct ScriptedChoice : FileChoice {
+  QStringList files;
+  QString directory, name;
+  int asked = 0;
+  QStringList dxlFiles(QWidget*) override { return ++asked, files; }
+  QString folder(QWidget*) override { return ++asked, directory; }
+  QString databaseName(QWidget*, const QString&) override { return ++asked, name; }
+};
+
+class Client : public testing::Test {
+ protected:
+  Client() {
+    workspace = Workspace::open(directory.path() + u"/workspace"_s, Regional(QLocale(QLocale::German)));
+    workspace->addServer(u"CN=Hub/O=Acme"_s);
+    DatabaseInfo info;
+    info.title = u"Karin's mail"_s;
+    mail = workspace->createDatabase({}, u"mail.nsf"_s, info);
+    gateway = std::make_unique<EmbeddedGateway>(workspace);
+  }
+  ~Client() override { window.reset(); }
+
+  static Note memo(const QString& subject) {
+    Note note;
+    note.add(u"Form"_s, itemflag::Summary, textValue(u"Memo"));
+    note.add(u"Subject"_s, itemflag::Summary, textValue(subject));
+    return note;
+  }
+  quint32 save(Note note) const {
+    mail->save(note);
+    return note.header.id;
+  }
+  void start() {
+    window = std::make_unique<ClientWindow>(workspace);
+    auto scripted = std::make_unique<ScriptedChoice>();
+    choice = scripted.get();
+    window->setFileChoice(std::move(scripted));
+    window->show();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+  }
+  void openMail() { ASSERT_TRUE(window->openDatabase({QString(), u"mail.nsf"_s})); }
+
+  template <class Widget>
+  Widget& part(const char* name) {
+    auto* found = window->findChild<Widget*>(QString::fromLatin1(name));
+    if (!found) throw std::runtime_error(name);
+    return *found;
+  }
+  QTableView& table() { return part<QTableView>("documentTable"); }
+  QString cell(int row, int column) { return table().model()->index(row, column).data().toString(); }
+  QString page() { return part<QStackedWidget>("pages").currentWidget()->objectName(); }
+  // What the strip for failures says, "" while it is hidden.
+  QString error() {
+    return part<QWidget>("errorStrip").isVisible() ? part<QLabel>("errorText").text() : QString();
+  }
+  void trigger(const char* action) { part<QAction>(action).trigger(); }
+  void showView(const QString& title) {
+    auto& views = part<QListWidget>("viewList");
+    const auto found = views.findItems(title, Qt::MatchExactly);
+    ASSERT_EQ(found.size(), 1);
+    views.setCurrentItem(found.first());
+  }
+  // The text of the report that stands open, "" without one.
+  QString report() {
+    auto* dialog = window->findChild<QDialog*>(u"ImportReport"_s);
+    return dialog ? dialog->findChild<QPlainTextEdit*>(u"reportText"_s)->toPlainText() : QString();
+  }
+
+  Object session() { return gateway->create(u"Notes.NotesSession"_s); }
+  Object uiWorkspace() { return gateway->create(u"Notes.NotesUIWorkSpace"_s); }
+  Object databaseOnTop() { return uiWorkspace().get(u"CURRENTDATABASE"_s).object(); }
+  int unprocessed() {
+    const Object top = session().get(u"CURRENTDATABASE"_s).object();
+    return int(top.get(u"UNPROCESSEDDOCUMENTS"_s).object().get(u"COUNT"_s).number());
+  }
+
+  // Writes a DXL file of some memos and gives its path.
+  QString dxlFile(const QString& name, int memos, const QByteArray& tail = "</database>\n") {
+    QByteArray text =
+        "<?xml version='1.0' encoding='utf-8'?>\n<database xmlns='http://www.lotus.com/dxl' title='Other'>\n";
+    for (int i = 1; i <= memos; ++i)
+      text += "<document form='Memo'><noteinfo unid='" + QByteArray::number(i).rightJustified(32, '0') +
+              "'/><item name='Subject'><text>Imported " + QByteArray::number(i) +
+              "</text></item></document>\n";
+    QFile file(directory.path() + u'/' + name);
+    if (!file.open(QIODevice::WriteOnly)) throw std::runtime_error("no room for test data");
+    file.write(text + tail);
+    return file.fileName();
+  }
+
+  QTemporaryDir directory;
+  std::shared_ptr<Workspace> workspace;
+  std::shared_ptr<Database> mail;
+  std::unique_ptr<EmbeddedGateway> gateway;
+  std::unique_ptr<ClientWindow> window;
+  ScriptedChoice* choice = nullptr;
+};
+
+}  // namespace lens

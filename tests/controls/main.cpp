@@ -1,0 +1,12 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+
+#include "controls/look.h"
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  lens::applyLook(application);
+  testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,330 @@
+#include "controls/rich_text_box.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QInputMethodEvent>
+
+#include "control_test.h"
+
+namespace lens {
+namespace {
+
+constexpr quint32 kRed = 255;
+constexpr quint32 kPlain = 0x1B1B1B;
+const QString kMixed = QStringLiteral("a\r\r\nb\rc\r\nd\u00A0e");
+
+struct ShownBox {
+  explicit ShownBox(const QString& text = QString()) : changes(box.change) {
+    box.resize(300, 200);
+    showWithFocus(box);
+    box.setText(text);
+    changes.take();
+  }
+  void mark(int start, int length, quint32 colour = kRed) {
+    box.setSelStart(start);
+    box.setSelLength(length);
+    box.setSelColor(colour);
+  }
+  // The colour that the document shows behind a document position.
+  QColor shownColour(int documentPosition) {
+    QTextCursor cursor(box.document());
+    cursor.setPosition(documentPosition + 1);
+    return cursor.charFormat().foreground().color();
+  }
+  RichTextBox box;
+  Counter changes;
+};
+
+TEST(RichTextBox, GivesBackExactlyWhatWasPutIn) {
+  ShownBox shown(kMixed);
+  EXPECT_EQ(shown.box.text(), kMixed);
+  shown.box.refresh();
+  EXPECT_EQ(shown.box.text(), kMixed);
+  EXPECT_EQ(shown.box.blockCount(), 4);
+  QString all;
+  for (int unit = 0; unit < 0x10000; ++unit) all += QChar(char16_t(unit));
+  shown.box.setText(all);
+  shown.box.refresh();
+  EXPECT_EQ(shown.box.text(), all);
+}
+
+TEST(RichTextBox, ChangeFiresOnlyForAnotherText) {
+  ShownBox shown;
+  shown.box.setText(QStringLiteral("x"));
+  shown.box.setText(QStringLiteral("x"));
+  EXPECT_EQ(shown.changes.take(), 1);
+}
+
+TEST(RichTextBox, FailureInChangeIsReportedAndTheTextStands) {
+  Untrapped untrapped;
+  ShownBox shown;
+  shown.box.change = [] { throw RuntimeError(13); };
+  shown.box.setText(QStringLiteral("x"));
+  EXPECT_EQ(shown.box.text(), QStringLiteral("x"));
+  EXPECT_EQ(untrapped.numbers, QVector<int>{13});
+}
+
+TEST(RichTextBox, SettingTheTextDropsColourAlsoForTheSameText) {
+  ShownBox shown(QStringLiteral("abc"));
+  shown.mark(0, 3);
+  shown.box.setText(QStringLiteral("abc"));
+  EXPECT_EQ(shown.box.colorAt(1), kPlain);
+  shown.box.refresh();
+  EXPECT_NE(shown.shownColour(1), QColor(Qt::red));
+}
+
+TEST(RichTextBox, ColoursPositionsRightBehindADoubleLineEnd) {
+  ShownBox shown(kMixed);
+  shown.mark(4, 1);
+  EXPECT_EQ(shown.box.selText(), QStringLiteral("b"));
+  EXPECT_EQ(shown.box.colorAt(4), kRed);
+  EXPECT_EQ(shown.box.colorAt(5), kPlain);
+  shown.mark(10, 1);
+  EXPECT_EQ(shown.box.selText(), QStringLiteral("\u00A0"));
+  shown.box.refresh();
+  EXPECT_EQ(shown.shownColour(2), QColor(Qt::red));
+  EXPECT_NE(shown.shownColour(0), QColor(Qt::red));
+  EXPECT_NE(shown.shownColour(4), QColor(Qt::red));
+  EXPECT_EQ(shown.shownColour(7), QColor(Qt::red));
+  EXPECT_EQ(shown.box.text(), kMixed);
+  EXPECT_EQ(shown.changes.take(), 0);
+}
+
+TEST(RichTextBox, LinesCountEachLineEndOnce) {
+  ShownBox shown(kMixed);
+  const int lines[] = {0, 0, 0, 0, 1, 1, 2, 2, 2, 3, 3, 3, 3};
+  for (int position = 0; position <= shown.box.length(); ++position)
+    EXPECT_EQ(shown.box.lineFromChar(position), lines[position]) << position;
+}
+
+TEST(RichTextBox, TypingInTheMiddleKeepsTheLineEndsAround) {
+  ShownBox shown(kMixed);
+  shown.box.setSelStart(4);
+  QTest::keyClicks(&shown.box, QStringLiteral("xy"));
+  EXPECT_EQ(shown.box.text(), QStringLiteral("a\r\r\nxyb\rc\r\nd\u00A0e"));
+  EXPECT_EQ(shown.box.selStart(), 6);
+  EXPECT_EQ(shown.changes.take(), 2);
+  QTest::keyClick(&shown.box, Qt::Key_Return);
+  EXPECT_EQ(shown.box.text(), QStringLiteral("a\r\r\nxy\r\nb\rc\r\nd\u00A0e"));
+  EXPECT_EQ(shown.box.selStart(), 8);
+}
+
+TEST(RichTextBox, DeletingALineEndTakesAllOfIt) {
+  ShownBox shown(kMixed);
+  shown.box.setSelStart(4);
+  QTest::keyClick(&shown.box, Qt::Key_Backspace);
+  EXPECT_EQ(shown.box.text(), QStringLiteral("ab\rc\r\nd\u00A0e"));
+  EXPECT_EQ(shown.box.selStart(), 1);
+  QTest::keyClick(&shown.box, Qt::Key_End);
+  QTest::keyClick(&shown.box, Qt::Key_Delete);
+  EXPECT_EQ(shown.box.text(), QStringLiteral("abc\r\nd\u00A0e"));
+}
+
+TEST(RichTextBox, LineEndsThatMeetBecomeOneInTheDocumentToo) {
+  ShownBox shown(QStringLiteral("a\rx\nb"));
+  EXPECT_EQ(shown.box.blockCount(), 3);
+  shown.box.setSelStart(3);
+  QTest::keyClick(&shown.box, Qt::Key_Backspace);
+  EXPECT_EQ(shown.box.text(), QStringLiteral("a\r\nb"));
+  EXPECT_EQ(shown.box.blockCount(), 2);
+  QTest::keyClick(&shown.box, Qt::Key_End, Qt::ControlModifier);
+  QTest::keyClicks(&shown.box, QStringLiteral("c"));
+  EXPECT_EQ(shown.box.text(), QStringLiteral("a\r\nbc"));
+}
+
+TEST(RichTextBox, SelectionThatIsTypedOverIsReplaced) {
+  ShownBox shown(kMixed);
+  shown.box.setSelStart(1);
+  shown.box.setSelLength(6);
+  QTest::keyClicks(&shown.box, QStringLiteral("Z"));
+  EXPECT_EQ(shown.box.text(), QStringLiteral("aZ\r\nd\u00A0e"));
+  QTest::keyClick(&shown.box, Qt::Key_A, Qt::ControlModifier);
+  EXPECT_EQ(shown.box.selText(), shown.box.text());
+  QTest::keyClick(&shown.box, Qt::Key_Delete);
+  EXPECT_EQ(shown.box.text(), QString());
+  QTest::keyClicks(&shown.box, QStringLiteral("new"));
+  EXPECT_EQ(shown.box.text(), QStringLiteral("new"));
+}
+
+TEST(RichTextBox, PastedLineEndsBecomeCrLf) {
+  ShownBox shown(QStringLiteral("ab"));
+  QApplication::clipboard()->setText(QStringLiteral("1\n2\r\n3\r4\u00A0"));
+  shown.box.setSelStart(1);
+  QTest::keyClick(&shown.box, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(shown.box.text(), QStringLiteral("a1\r\n2\r\n3\r\n4\u00A0b"));
+  EXPECT_EQ(shown.changes.take(), 1);
+}
+
+TEST(RichTextBox, InputMethodTextComesInOnce) {
+  ShownBox shown(QStringLiteral("a\r\nb"));
+  shown.box.setSelStart(3);
+  QInputMethodEvent preedit(QStringLiteral("n"), {});
+  QApplication::sendEvent(&shown.box, &preedit);
+  EXPECT_EQ(shown.box.text(), QStringLiteral("a\r\nb"));
+  QInputMethodEvent commit;
+  commit.setCommitString(QStringLiteral("\u306B"));
+  QApplication::sendEvent(&shown.box, &commit);
+  EXPECT_EQ(shown.box.text(), QStringLiteral("a\r\n\u306Bb"));
+}
+
+TEST(RichTextBox, ShiftEnterIsALineEndToo) {
+  ShownBox shown(QStringLiteral("ab"));
+  shown.box.setSelStart(1);
+  QTest::keyClick(&shown.box, Qt::Key_Return, Qt::ShiftModifier);
+  EXPECT_EQ(shown.box.text(), QStringLiteral("a\r\nb"));
+  EXPECT_EQ(shown.box.blockCount(), 2);
+}
+
+TEST(RichTextBox, CopyTakesTheOwnTextOfTheSelection) {
+  ShownBox shown(kMixed);
+  shown.box.setSelStart(1);
+  shown.box.setSelLength(10);
+  QTest::keyClick(&shown.box, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QApplication::clipboard()->text(), kMixed.mid(1, 10));
+}
+
+TEST(RichTextBox, PositionsAreClampedAndMayStandInsideALineEnd) {
+  ShownBox shown(QStringLiteral("a\r\nb"));
+  shown.box.setSelStart(99);
+  EXPECT_EQ(shown.box.selStart(), 4);
+  shown.box.setSelStart(-1);
+  EXPECT_EQ(shown.box.selStart(), 0);
+  shown.box.setSelStart(2);
+  shown.box.setSelLength(99);
+  shown.box.refresh();
+  EXPECT_EQ(shown.box.selStart(), 2);
+  EXPECT_EQ(shown.box.selText(), QStringLiteral("\nb"));
+  shown.box.setSelStart(1);
+  EXPECT_EQ(shown.box.selLength(), 0);
+  EXPECT_EQ(errorOf([&] { shown.box.setSelLength(-1); }), 5);
+}
+
+TEST(RichTextBox, CaretOfTheUserIsReportedInOwnPositions) {
+  ShownBox shown(kMixed);
+  Counter moves(shown.box.selChange);
+  QTest::keyClick(&shown.box, Qt::Key_Down);
+  EXPECT_EQ(shown.box.selStart(), 4);
+  EXPECT_EQ(moves.take(), 1);
+  QTest::keyClick(&shown.box, Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(shown.box.selText(), kMixed.mid(4));
+  EXPECT_EQ(moves.take(), 1);
+}
+
+TEST(RichTextBox, SelTextReplacesTheSelectionVerbatim) {
+  ShownBox shown(kMixed);
+  shown.box.setSelStart(4);
+  shown.box.setSelLength(1);
+  shown.box.setSelText(QStringLiteral("1\r\r\n2\n"));
+  EXPECT_EQ(shown.box.text(), QStringLiteral("a\r\r\n1\r\r\n2\n\rc\r\nd\u00A0e"));
+  EXPECT_EQ(shown.box.selStart(), 10);
+  EXPECT_EQ(shown.changes.take(), 1);
+  EXPECT_EQ(shown.box.blockCount(), 6);
+  shown.box.setSelStart(2);
+  shown.box.setSelText(QStringLiteral("x"));
+  EXPECT_EQ(shown.box.text(), QStringLiteral("a\rx\r\n1\r\r\n2\n\rc\r\nd\u00A0e"));
+  EXPECT_EQ(shown.box.blockCount(), 7);
+  QTest::keyClicks(&shown.box, QStringLiteral("y"));
+  EXPECT_EQ(shown.box.text(), QStringLiteral("a\rxy\r\n1\r\r\n2\n\rc\r\nd\u00A0e"));
+}
+
+TEST(RichTextBox, LooksMoveWithTheTextThatIsTypedBeforeThem) {
+  ShownBox shown(QStringLiteral("one two"));
+  shown.mark(4, 3);
+  shown.box.setSelStart(0);
+  QTest::keyClicks(&shown.box, QStringLiteral("__"));
+  EXPECT_EQ(shown.box.colorAt(5), kPlain);
+  EXPECT_EQ(shown.box.colorAt(6), kRed);
+  EXPECT_EQ(shown.box.colorAt(8), kRed);
+  shown.box.refresh();
+  EXPECT_EQ(shown.shownColour(6), QColor(Qt::red));
+  EXPECT_NE(shown.shownColour(5), QColor(Qt::red));
+}
+
+TEST(RichTextBox, MixedSelectionHasNoOneColourFontOrSize) {
+  ShownBox shown(QStringLiteral("one two"));
+  shown.mark(4, 3);
+  EXPECT_EQ(shown.box.selColor(), kRed);
+  shown.box.setSelFontSize(0);
+  EXPECT_EQ(shown.box.selFontSize(), 1);
+  shown.box.setSelFontName(QStringLiteral("Consolas"));
+  EXPECT_EQ(shown.box.selFontName(), QStringLiteral("Consolas"));
+  shown.box.setSelStart(0);
+  shown.box.setSelLength(7);
+  EXPECT_FALSE(shown.box.selColor());
+  EXPECT_FALSE(shown.box.selFontSize());
+  EXPECT_FALSE(shown.box.selFontName());
+  shown.box.setSelBold(true);
+  shown.box.setSelColor(0);
+  EXPECT_EQ(shown.box.selColor(), 0u);
+  shown.box.refresh();
+  QTextCursor cursor(shown.box.document());
+  cursor.setPosition(2);
+  EXPECT_EQ(cursor.charFormat().fontWeight(), QFont::Bold);
+}
+
+TEST(RichTextBox, NothingCanBeUndoneBehindItsBack) {
+  ShownBox shown(QStringLiteral("a"));
+  QTest::keyClicks(&shown.box, QStringLiteral("b"));
+  QTest::keyClick(&shown.box, Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(shown.box.text(), QStringLiteral("ba"));
+}
+
+TEST(RichTextBox, ProcedureOfChangeMaySetTheTextWhileTyping) {
+  ShownBox shown(QStringLiteral("a"));
+  shown.box.change = [&] {
+    if (shown.box.text() == QStringLiteral("xa")) shown.box.setText(QStringLiteral("other\r\ntext"));
+  };
+  QTest::keyClicks(&shown.box, QStringLiteral("xy"));
+  EXPECT_EQ(shown.box.text(), QStringLiteral("yother\r\ntext"));
+}
+
+TEST(RichTextBox, KeysReachTheirProcedure) {
+  ShownBox shown(QStringLiteral("a"));
+  QVector<int> keys;
+  shown.box.keyDown = [&](int code, int shift) {
+    if (code != 17) keys << code << shift;
+  };
+  QTest::keyClick(&shown.box, Qt::Key_Insert);
+  QTest::keyClick(&shown.box, Qt::Key_F, Qt::ControlModifier);
+  EXPECT_EQ(keys, (QVector<int>{45, 0, 'F', 2}));
+}
+
+TEST(RichTextBox, TakesTextUpToTheFirstNulWhereAsked) {
+  EXPECT_EQ(RichTextBox::upToNul(QString(QStringLiteral("ab") + QChar(u'\0') + QStringLiteral("c"))),
+            QStringLiteral("ab"));
+  EXPECT_EQ(RichTextBox::upToNul(QStringLiteral("ab")), QStringLiteral("ab"));
+}
+
+TEST(RichTextBox, ThousandsOfHitsAreColouredInABigText) {
+  QString text;
+  for (int line = 0; line < 10000; ++line)
+    text +=
+        QStringLiteral("a line with a hit in its middle and more of it, up to about a hundred units\r\r\n");
+  ShownBox shown(text);
+  int hits = 0;
+  for (int place = text.indexOf(QStringLiteral("hit")); place >= 0;
+       place = text.indexOf(QStringLiteral("hit"), place + 3)) {
+    shown.mark(place, 3);
+    ++hits;
+  }
+  shown.box.setSelStart(1);
+  shown.box.refresh();
+  EXPECT_EQ(hits, 10000);
+  EXPECT_EQ(shown.box.colorAt(text.lastIndexOf(QStringLiteral("hit"))), kRed);
+  const int documentPlace = shown.box.document()->toPlainText().lastIndexOf(QStringLiteral("hit"));
+  EXPECT_EQ(shown.shownColour(documentPlace), QColor(Qt::red));
+  EXPECT_NE(shown.shownColour(documentPlace + 3), QColor(Qt::red));
+}
+
+TEST(RichTextBox, FiveMegabytesOfTextGoIn) {
+  const QString text = QStringLiteral("0123456789 abcdefghijklmnopqrstuvwxyz\r\n").repeated(135000);
+  ShownBox shown(text);
+  shown.box.refresh();
+  EXPECT_EQ(shown.box.text().size(), text.size());
+  shown.box.setSelStart(int(text.size()) / 2);
+  QTest::keyClicks(&shown.box, QStringLiteral("x"));
+  EXPECT_EQ(shown.box.text().size(), text.size() + 1);
+}
+
+}  // namespace
+}  // namespace lens

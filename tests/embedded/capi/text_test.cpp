@@ -1,0 +1,191 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "embedded/capi/embedded_capi.h"
+#include "embedded/capi/status.h"
+#include "embedded/model/support/test_workspace.h"
+#include "embedded/store/lmbcs.h"
+#include "notes/code_page.h"
+
+using namespace lens;
+using namespace lens::testing;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+struct Text : ::testing::Test {
+  Text() : api(t.workspace) {}
+  QByteArray untilNul(const QByteArray& buffer) { return buffer.first(buffer.indexOf('\0')); }
+  // The address of an item's value in a document that holds nothing else.
+  const char* valueOf(const QByteArray& raw) {
+    const quint32 id = t.add({{u"X"_s, raw}});
+    DbHandle db = 0;
+    NoteHandle note = 0;
+    BlockId item, value;
+    quint16 type = 0;
+    quint32 length = 0;
+    EXPECT_EQ(api.NSFDbOpen("mail.nsf", db), 0);
+    EXPECT_EQ(api.NSFNoteOpen(db, qint32(id), 0, note), 0);
+    EXPECT_EQ(api.NSFItemInfo(note, "X", 1, item, type, value, length), 0);
+    return api.OSLockObject(value.pool) + value.block;
+  }
+  TestWorkspace t;
+  EmbeddedCApi api;
+};
+
+}  // namespace
+
+TEST_F(Text, PathsCarryTheServerAndAreCut) {
+  QByteArray buffer(1024, ' ');
+  EXPECT_EQ(api.OSPathNetConstruct(0, "", "apps\\x.nsf", buffer), 0);
+  EXPECT_EQ(untilNul(buffer), "apps\\x.nsf");
+  EXPECT_EQ(buffer.size(), 1024);
+  EXPECT_EQ(buffer.back(), ' ');
+  api.OSPathNetConstruct(0, "CN=Hub1/O=Acme", "x.nsf", buffer);
+  EXPECT_EQ(untilNul(buffer), "CN=Hub1/O=Acme!!x.nsf");
+  api.OSPathNetConstruct(0, "", QByteArray(600, 'p'), buffer);
+  EXPECT_EQ(untilNul(buffer), QByteArray(255, 'p'));
+}
+
+TEST_F(Text, TheConstructedPathOpensTheDatabase) {
+  QByteArray buffer(1024, ' ');
+  api.OSPathNetConstruct(0, "", "mail.nsf", buffer);
+  DbHandle db = 0;
+  EXPECT_EQ(api.NSFDbOpen(buffer.trimmed().replace('\0', ""), db), 0);
+  EXPECT_NE(db, 0u);
+}
+
+TEST_F(Text, ReadsWordsAndMovesOn) {
+  const char* from = valueOf(rawValue(itemtype::Action, QByteArray("\x81\x02\x85\xFF\x7A\x05", 6)));
+  const char* begin = from;
+  quint16 words[4] = {};
+  for (quint16& word : words) api.ODSReadMemory(from, 0, &word, 1);
+  EXPECT_EQ(words[0], 0x0010);
+  EXPECT_EQ(words[1], 0x0281);
+  EXPECT_EQ(words[2], 0xFF85);
+  EXPECT_EQ(words[3], 0x057A);
+  EXPECT_EQ(from - begin, 8);
+}
+
+TEST_F(Text, BehindAShortValueStandZeros) {
+  const char* from = valueOf(rawValue(itemtype::Action, QByteArray("\x81\x02", 2)));
+  const char* begin = from;
+  for (int i = 4; i < 0x8000 + 16; ++i) ASSERT_EQ(begin[i], 0) << i;
+  quint16 word = 1;
+  for (int i = 0; i < 4; ++i) api.ODSReadMemory(from, 0, &word, 1);
+  EXPECT_EQ(word, 0);
+  std::vector<char> big(102 * 65535, 'x');
+  api.ODSReadMemory(from, 318, big.data(), 65535);  // far past all memory of the value
+  EXPECT_EQ(big.back(), 0);
+  api.ODSReadMemory(from, 0, &word, 1);
+  EXPECT_EQ(word, 0);
+}
+
+TEST_F(Text, ReadsFromNowhereGiveZeros) {
+  const char* from = nullptr;
+  quint16 word = 7;
+  api.ODSReadMemory(from, 0, &word, 1);
+  EXPECT_EQ(word, 0);
+  EXPECT_EQ(from, nullptr);
+}
+
+TEST_F(Text, TimesAreWrittenByTheRegionInLocalTime) {
+  QByteArray buffer(81, ' ');
+  quint16 length = 0;
+  EXPECT_EQ(api.ConvertTIMEDATEToText(timeDateOf(DateTime{QDate(2024, 11, 21), QTime(14, 5, 9)}), buffer, 80,
+                                      length),
+            0);
+  EXPECT_EQ(buffer.first(length), "21.11.2024 14:05:09");
+  api.ConvertTIMEDATEToText(timeDateOf(DateTime{QDate(2024, 11, 21), QTime(0, 0)}), buffer, 80, length);
+  EXPECT_EQ(buffer.first(length), "21.11.2024");
+  EXPECT_EQ(buffer.size(), 81);
+}
+
+TEST_F(Text, ClearedAndWildcardTimesHaveNoText) {
+  QByteArray buffer(81, ' ');
+  for (const TimeDate& time : {TimeDate{}, TimeDate{{kAllDay, kAnyDay}}}) {
+    quint16 length = 9;
+    EXPECT_EQ(api.ConvertTIMEDATEToText(time, buffer, 80, length), 0x040D);
+    EXPECT_EQ(length, 0);
+  }
+}
+
+TEST_F(Text, ListEntriesEndWithAStatus) {
+  const char* list = valueOf(textListValue({u"a"_s, u""_s, u"xyz"_s}));
+  EXPECT_EQ(api.ListGetNumEntries(list, 1), 3u);
+  EXPECT_EQ(api.ListGetNumEntries(list + 2, 0), 3u);
+  const char* text = nullptr;
+  quint16 length = 9;
+  EXPECT_EQ(api.ListGetText(list, 1, 1, text, length), 0);
+  EXPECT_EQ(length, 0);
+  EXPECT_EQ(api.ListGetText(list + 2, 0, 2, text, length), 0);
+  EXPECT_EQ(QByteArray(text, length), "xyz");
+  EXPECT_EQ(api.ListGetText(list, 1, 3, text, length), 0x0605);
+  EXPECT_EQ(length, 0);
+  EXPECT_EQ(api.ListGetText(nullptr, 0, 0, text, length), 0x0605);
+}
+
+TEST_F(Text, AListThatLiesAboutItsLengthsIsRefused) {
+  QByteArray raw;
+  appendU16(raw, itemtype::TextList);
+  appendU16(raw, 60000);
+  appendU16(raw, 65535);
+  const char* list = valueOf(raw);
+  const char* text = nullptr;
+  quint16 length = 0;
+  EXPECT_EQ(api.ListGetText(list, 1, 0, text, length), 0x0605);
+  EXPECT_EQ(api.ListGetText(list, 1, 59999, text, length), 0x0605);
+}
+
+TEST_F(Text, ServerListHasAllNames) {
+  t.workspace->addServer(u"CN=Zürich/O=Acme"_s);
+  t.workspace->addServer(u"CN=Hub1/O=Acme"_s);
+  MemHandle handle = 0;
+  ASSERT_EQ(api.NSGetServerList(0, handle), 0);
+  const char* list = api.OSLockObject(handle);
+  QStringList names;
+  const char* text = nullptr;
+  quint16 length = 0;
+  for (quint16 i = 0; api.ListGetText(list, 0, i, text, length) == 0; ++i) {
+    QByteArray target(length, ' ');
+    const quint16 written = api.OSTranslate(1, QByteArray(text, length), length, target, 256);
+    names.append(fromCodePage(target.first(written)));
+  }
+  EXPECT_EQ(names, QStringList({u"CN=Hub1/O=Acme"_s, u"CN=Zürich/O=Acme"_s}));
+  api.OSUnlockObject(handle);
+  EXPECT_EQ(api.OSMemFree(handle), 0);
+}
+
+TEST_F(Text, TranslationGoesBothWaysAndKeepsTheLimit) {
+  const QByteArray native = toCodePage(u"Bestät €");
+  QByteArray lmbcs(2 * native.size(), ' ');
+  const quint16 there = api.OSTranslate(0, native, quint16(native.size()), lmbcs, quint16(lmbcs.size()));
+  EXPECT_EQ(lmbcs.first(there), toLmbcs(u"Bestät €"));
+  EXPECT_EQ(lmbcs[there], '\0');
+  QByteArray back(40, ' ');
+  const quint16 here = api.OSTranslate(1, lmbcs, 0xFFFF, back, 40);
+  EXPECT_EQ(back.first(here), native);
+  EXPECT_EQ(api.OSTranslate(0, "abcdef", 6, back, 3), 3);
+  EXPECT_EQ(api.OSTranslate(0, "abcdef", 2, back, 40), 2);
+  EXPECT_EQ(api.OSTranslate(9, "abc", 3, back, 40), 0);
+}
+
+TEST_F(Text, EveryStatusHasItsTextWithAndWithoutMarks) {
+  QByteArray buffer(256, ' ');
+  EXPECT_EQ(api.OSLoadString(0, 0x0222, buffer, 256), 19);
+  EXPECT_EQ(untilNul(buffer), "Note item not found");
+  api.OSLoadString(0, 0xC222, buffer, 256);
+  EXPECT_EQ(untilNul(buffer), "Note item not found");
+  EXPECT_EQ(api.OSLoadString(0, 0x3ABC, buffer, 256), 0);
+  EXPECT_EQ(untilNul(buffer), "");
+  EXPECT_EQ(api.OSLoadString(0, 0x0222, buffer, 5), 4);
+  for (const Status status :
+       {status::NoFile,     status::FileExists,   status::NoMemory,     status::BadHandle,
+        status::Locked,     status::BadPath,      status::CannotAccess, status::NotADatabase,
+        status::BadNoteId,  status::NewerVersion, status::NoItem,       status::NoteDeleted,
+        status::NoNote,     status::BadClass,     status::DamagedNote,  status::NoSpecialNote,
+        status::NotInIndex, status::BadTime,      status::NoListEntry,  status::NoServer,
+        status::Failed})
+    EXPECT_GT(api.OSLoadString(0, status, buffer, 256), 0) << status;
+}

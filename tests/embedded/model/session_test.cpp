@@ -1,0 +1,110 @@
+#include <gtest/gtest.h>
+
+#include "embedded/model/support/test_workspace.h"
+
+using namespace lens;
+using namespace lens::testing;
+using namespace Qt::Literals::StringLiterals;
+
+TEST(Gateway, MakesTheThreeClassesInAnyCase) {
+  TestWorkspace t;
+  for (const QString& id : {u"Notes.NotesSession"_s, u"lotus.notessession"_s, u"NOTES.NOTESUIWORKSPACE"_s})
+    EXPECT_TRUE(t.gateway.create(id)) << id.toStdString();
+  EXPECT_EQ(raised([&] { t.gateway.create(u"Notes.Other"_s); }), err::CannotCreateObject);
+}
+
+TEST(Session, MembersMatchWithoutCase) {
+  TestWorkspace t;
+  const Object session = t.session();
+  EXPECT_EQ(session.get(u"NotesVersion"_s).text().first(9), u"Release 9"_s);
+  EXPECT_EQ(session.get(u"userName"_s).text(), u"CN=Karin Meier/O=Acme"_s);
+  EXPECT_TRUE(session.get(u"currentDatabase"_s).object().isNothing());
+}
+
+TEST(Session, UnknownMemberAndWrongArgumentCountRaise) {
+  TestWorkspace t;
+  const Object session = t.session();
+  EXPECT_EQ(raised([&] { session.get(u"NoSuchMember"_s); }), err::MemberNotSupported);
+  EXPECT_EQ(raised([&] { session.set(u"NoSuchMember"_s, true); }), err::MemberNotSupported);
+  EXPECT_EQ(raised([&] { session.call(u"GETDATABASE"_s, u"x"_s); }), 449);
+  EXPECT_EQ(raised([&] { session.get(u"GETDATABASE"_s); }), 449);
+  EXPECT_EQ(raised([&] { session.call(u"USERNAME"_s, u"x"_s); }), 450);
+  EXPECT_EQ(raised([&] { session.set(u"USERNAME"_s, u"x"_s); }), 450);
+}
+
+TEST(Session, BackEndKindNeedsInitialize) {
+  TestWorkspace t;
+  const Object session = t.gateway.create(u"Lotus.NotesSession"_s);
+  const int number = raised([&] { session.get(u"USERNAME"_s); });
+  EXPECT_GT(number, 0);
+  EXPECT_NE(number, 4000);
+  session.call(u"initialize"_s);
+  EXPECT_EQ(session.get(u"USERNAME"_s).text(), u"CN=Karin Meier/O=Acme"_s);
+}
+
+TEST(Session, ClientKindHasNoInitialize) {
+  TestWorkspace t;
+  EXPECT_EQ(raised([&] { t.session().call(u"Initialize"_s); }), err::MemberNotSupported);
+}
+
+TEST(Session, BackEndKindSeesNoCurrentDatabase) {
+  TestWorkspace t;
+  t.workspace->client().showDatabase(DatabasePlace{{}, u"mail.nsf"_s});
+  const Object session = t.gateway.create(u"Lotus.NotesSession"_s);
+  session.call(u"Initialize"_s);
+  EXPECT_TRUE(session.get(u"CURRENTDATABASE"_s).object().isNothing());
+  EXPECT_FALSE(t.session().get(u"CURRENTDATABASE"_s).object().isNothing());
+}
+
+TEST(Session, EnvironmentEntriesOfTheSystemHaveNoDollar) {
+  TestWorkspace t;
+  t.workspace->setIniValue(u"$Mine"_s, u"a"_s);
+  t.workspace->setIniValue(u"Mine"_s, u"b"_s);
+  const Object session = t.session();
+  EXPECT_EQ(session.call(u"GetEnvironmentString"_s, u"directory"_s, true).text(),
+            t.workspace->dataDirectory());
+  EXPECT_EQ(session.call(u"GETENVIRONMENTSTRING"_s, u"NotesProgram"_s, true).text(), t.directory());
+  EXPECT_EQ(session.call(u"GETENVIRONMENTSTRING"_s, u"Mine"_s, true).text(), u"b"_s);
+  EXPECT_EQ(session.call(u"GETENVIRONMENTSTRING"_s, u"Mine"_s).text(), u"a"_s);
+}
+
+TEST(Session, AddressBooksAreEmptyOrAnArray) {
+  TestWorkspace t;
+  EXPECT_TRUE(t.session().get(u"AddressBooks"_s).isEmpty());
+  DatabaseInfo info;
+  info.publicAddressBook = true;
+  t.workspace->createDatabase({}, u"names.nsf"_s, info);
+  const Value books = t.session().get(u"ADDRESSBOOKS"_s);
+  ASSERT_EQ(books.upperBound(), 0);
+  const Object book = books.at(0).object();
+  EXPECT_TRUE(book.get(u"IsPublicAddressBook"_s).boolean());
+  EXPECT_EQ(book.get(u"FILEPATH"_s).text(), u"names.nsf"_s);
+}
+
+TEST(Session, AnAddressBookThatCannotBeOpenedIsNotOpen) {
+  TestWorkspace t;
+  QFile file(t.workspace->dataDirectory() + u"/names.nsf"_s);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write("junk");
+  file.close();
+  const Object book = t.session().get(u"ADDRESSBOOKS"_s).at(0).object();
+  EXPECT_FALSE(book.get(u"ISOPEN"_s).boolean());
+  EXPECT_FALSE(book.get(u"ISPUBLICADDRESSBOOK"_s).boolean());
+  EXPECT_GT(raised([&] { book.get(u"Title"_s); }), 0);
+}
+
+TEST(Session, DatabaseThatIsNotThereRaises) {
+  TestWorkspace t;
+  const Object session = t.session();
+  EXPECT_GT(raised([&] { session.call(u"GETDATABASE"_s, u""_s, u""_s); }), 0);
+  EXPECT_GT(raised([&] { session.call(u"GETDATABASE"_s, u""_s, u"none.nsf"_s); }), 0);
+  EXPECT_GT(raised([&] { session.call(u"GETDATABASE"_s, u"Hub9/Acme"_s, u"mail.nsf"_s); }), 0);
+}
+
+TEST(Session, ConvertMimeIsReadAndWritten) {
+  TestWorkspace t;
+  const Object session = t.session();
+  EXPECT_TRUE(session.get(u"ConvertMime"_s).boolean());
+  session.set(u"CONVERTMIME"_s, false);
+  EXPECT_FALSE(t.session().get(u"CONVERTMIME"_s).boolean());
+}

@@ -1,0 +1,144 @@
+#include "shell/window_layout.h"
+
+#include "support/lens_fixture.h"
+
+namespace lens {
+namespace {
+
+class WindowLayoutTest : public LensFixture {
+ protected:
+  WindowLayoutTest() {
+    openDatabase(u"a.nsf"_s);
+    Note note = document(u"Memo"_s);
+    openDocument(save(note));
+    build();
+    app->mainWindow.Form_Load();
+    form().resize(1280, 800);
+    form().show();
+  }
+};
+
+TEST_F(WindowLayoutTest, TheDesignSizeGivesTheDesignPlacesAndEightPoints) {
+  EXPECT_EQ(form().cmdEnd->geometry(), QRect(1208, 744, 64, 26));
+  EXPECT_EQ(form().txtSearch->geometry(), QRect(8, 16, 280, 26));
+  EXPECT_EQ(form().cmdEnd->font().pointSize(), 8);
+}
+
+TEST_F(WindowLayoutTest, PlacesSizesAndFontsGrowWithTheWindow) {
+  form().resize(1920, 1000);
+  EXPECT_EQ(form().cmdEnd->geometry(), QRect(1812, 930, 96, 32));
+  EXPECT_EQ(form().cmdEnd->font().pointSize(), 10);
+  form().resize(1280, 900);
+  EXPECT_EQ(form().cmdEnd->font().pointSize(), 9);
+  form().resize(1280, 800);
+  EXPECT_EQ(form().cmdEnd->geometry(), QRect(1208, 744, 64, 26));
+  EXPECT_EQ(form().cmdEnd->font().pointSize(), 8);
+}
+
+TEST_F(WindowLayoutTest, BelowTheDesignHeightTheFontIsTheSmallest) {
+  form().resize(1280, 799);
+  EXPECT_EQ(app->layout.ScaledFontSize(), 0);
+  EXPECT_EQ(form().cmdEnd->font().pointSize(), 1);
+  form().resize(1280, 800);
+  EXPECT_EQ(form().cmdEnd->font().pointSize(), 8);
+}
+
+TEST_F(WindowLayoutTest, MinimisingShrinksEverythingAndRestoringPutsItBack) {
+  form().txtFieldContent->setText(u"abc"_s);
+  form().txtFieldContent->setSelLength(3);
+  form().txtFieldContent->setSelColor(255);
+  form().showMinimized();
+  EXPECT_EQ(form().cmdEnd->font().pointSize(), 1);
+  form().showNormal();
+  form().resize(1280, 800);
+  EXPECT_EQ(form().cmdEnd->geometry(), QRect(1208, 744, 64, 26));
+  EXPECT_EQ(form().txtFieldContent->colorAt(1), 0u);
+}
+
+TEST_F(WindowLayoutTest, AResizePutsTheCaretBehindTheFirstCharacterAndDropsColours) {
+  form().txtFieldContent->setText(u"abc"_s);
+  form().txtFieldContent->setSelStart(0);
+  form().txtFieldContent->setSelLength(2);
+  form().txtFieldContent->setSelColor(255);
+  form().resize(1300, 820);
+  EXPECT_EQ(form().txtFieldContent->colorAt(0), 0u);
+  EXPECT_EQ(form().txtFieldContent->selStart(), 1);
+  EXPECT_EQ(form().txtFieldContent->selLength(), 0);
+}
+
+TEST_F(WindowLayoutTest, ControlsMovedLaterReturnToTheirRecordedPlace) {
+  form().cmdEnd->move(10, 10);
+  form().resize(1281, 800);
+  form().resize(1280, 800);
+  EXPECT_EQ(form().cmdEnd->pos(), QPoint(1208, 744));
+}
+
+TEST_F(WindowLayoutTest, OneControlCanBePlacedAlone) {
+  form().cmdEnd->move(10, 10);
+  form().cmdIni->move(10, 10);
+  app->layout.ResizeOneControl(u"cmdIni"_s);
+  EXPECT_EQ(form().cmdIni->pos(), QPoint(1192, 680));
+  EXPECT_EQ(form().cmdEnd->pos(), QPoint(10, 10));
+}
+
+TEST_F(WindowLayoutTest, AWindowTallerThanTheRecordCanHoldShowsTheBoxAndIsNotScaled) {
+  QWidget window;
+  window.resize(100, 2185);  // 32775 twips
+  QWidget child(&window);
+  child.setObjectName(u"child"_s);
+  child.setProperty("tabIndex", 0);
+  child.setGeometry(0, 0, 10, 10);
+  WindowLayout layout(window, host);
+  layout.GetLocation();
+  EXPECT_EQ(boxes(), QStringList(u"Error 6 (Overflow) in procedure GetLocation of Formular Form1"_s));
+  window.resize(3840, 100);
+  layout.ResizeControls();
+  EXPECT_EQ(layout.ScaledFontSize(), 0);
+}
+
+TEST_F(WindowLayoutTest, AControlOutsideTheRecordsRangeIsLeftWhereItIs) {
+  QWidget window;
+  window.resize(100, 100);
+  QWidget far(&window), near(&window);
+  far.setProperty("tabIndex", 0);
+  far.setGeometry(2185, 0, 10, 10);
+  near.setProperty("tabIndex", 1);
+  near.setGeometry(10, 10, 10, 10);
+  WindowLayout layout(window, host);
+  layout.GetLocation();
+  EXPECT_EQ(boxes(), QStringList());
+  window.resize(3840, 200);
+  layout.ResizeControls();
+  EXPECT_EQ(far.geometry(), QRect(2185, 0, 10, 10));
+  EXPECT_EQ(near.geometry(), QRect(384, 20, 384, 20));
+}
+
+TEST_F(WindowLayoutTest, WithoutARecordAResizeDoesNothing) {
+  QWidget window;
+  window.resize(100, 100);
+  QWidget child(&window);
+  child.setProperty("tabIndex", 0);
+  child.setGeometry(1, 2, 3, 4);
+  WindowLayout layout(window, host);
+  layout.ResizeControls();
+  EXPECT_EQ(child.geometry(), QRect(1, 2, 3, 4));
+}
+
+TEST_F(WindowLayoutTest, ListsKeepWholeRows) {
+  form().resize(1920, 1000);
+  EXPECT_EQ(form().fldList->rowHeight(), 20);
+}
+
+TEST_F(WindowLayoutTest, StepsBackToTheLineBeforeGiveTheColumn) {
+  RichTextBox box;
+  box.setText(u"ab\r\ncdef"_s);
+  int out = 0;
+  LinesBackFromChar(box, 0, 5, out);
+  EXPECT_EQ(out, 5);
+  out = 0;
+  LinesBackFromChar(box, 1, 6, out);  // behind "cd": the line end's last place is 3
+  EXPECT_EQ(out, 2);
+}
+
+}  // namespace
+}  // namespace lens

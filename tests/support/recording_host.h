@@ -1,0 +1,85 @@
+// A host for tests: answers come from a queue, every box is kept with text, title and style, and the
+// clock, the region and the directories are what the test says.
+#pragma once
+
+#include <QQueue>
+#include <QStringList>
+#include <QVector>
+
+#include "host/host.h"
+#include "host/paths.h"
+
+namespace lens {
+
+struct ShownBox {
+  QString text;
+  int style = 0;
+  QString title;
+  bool operator==(const ShownBox&) const = default;
+};
+
+// How a failing test prints a box.
+inline void PrintTo(const ShownBox& box, std::ostream* out) {
+  *out << "box(\"" << box.text.toStdString() << "\", style " << box.style << ", title \""
+       << box.title.toStdString() << "\")";
+}
+
+class RecordingHost : public Host {
+ public:
+  explicit RecordingHost(const QLocale& locale = QLocale(QLocale::German, QLocale::Germany))
+      : regional_(locale) {}
+
+  QVector<ShownBox> boxes;
+  QQueue<int> answers;  // for boxes to come; an empty queue answers OK or Yes
+  std::function<void(const ShownBox&)> whileBoxIsShown;
+  int pointerCode = pointer::Default;
+  QStringList sounds;
+  int yields = 0;
+  QDateTime clock = QDateTime(QDate(2024, 3, 11), QTime(14, 5, 9));
+  QString programDir, tempDir;
+  bool hasTray = true;
+  std::function<void(int)> trayCallback;  // set while the icon is shown
+  QString trayTip;
+  QVector<qint64> waitedFor;
+  int processEnds = 0;
+
+  void setRegion(const QLocale& locale) { regional_ = Regional(locale); }
+  QStringList boxTexts() const {
+    QStringList texts;
+    for (const ShownBox& box : boxes) texts += box.text;
+    return texts;
+  }
+
+  int messageBox(const QString& text, int style, const QString& title) override {
+    boxes.push_back({text, style, title});
+    if (whileBoxIsShown) whileBoxIsShown(boxes.back());
+    if (!answers.isEmpty()) return answers.dequeue();
+    return (style & 0x0F) == box::YesNo ? answer::Yes : answer::Ok;
+  }
+  void yield() override { ++yields; }
+  void setPointer(int code) override { pointerCode = code; }
+  void playSound(const QString& path) override { sounds += path; }
+  QDateTime now() override { return clock; }
+  const Regional& regional() override { return regional_; }
+  QString programDirectory() override { return programDir; }
+  QString tempDirectory() override { return tempDir; }
+  QString findFile(const QString& path) override { return findPath(path); }
+  void addLibraryDirectory(const QString&) override {}
+  bool addTrayIcon(const QString& tip, std::function<void(int)> callback) override {
+    if (!hasTray) return false;
+    trayTip = tip;
+    trayCallback = std::move(callback);
+    return true;
+  }
+  void removeTrayIcon() override { trayCallback = nullptr; }
+  void waitForProcess(qint64 processId) override { waitedFor += processId; }
+  [[noreturn]] void endProcess() override {
+    ++processEnds;
+    throw ProcessEnded{};
+  }
+
+ private:
+  Regional regional_;
+};
+
+}  // namespace lens
