@@ -14,6 +14,7 @@
 #include "embedded/capi/embedded_capi.h"
 #include "embedded/model/embedded_gateway.h"
 #include "first_screen.h"
+#include "host/desktop_host.h"
 #include "ratio.h"
 
 namespace lens::bench {
@@ -120,7 +121,8 @@ bool ranFirstScreen(int argc, char** argv) {
     QApplication::processEvents();
     std::_Exit(0);
   }
-  Program program;
+  DesktopHost host;
+  Program program(host);
   program.start();
   QApplication::processEvents();
   std::_Exit(0);

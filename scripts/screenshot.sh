@@ -12,9 +12,10 @@ Xvfb -displayfd 3 -screen 0 "${size}x24" -nolisten tcp >"$log" 2>&1 &
 server=$!
 client=
 finish() {
-  [ -n "$client" ] && kill "$client" 2>/dev/null && wait "$client" 2>/dev/null
-  kill "$server" 2>/dev/null || true
-  wait "$server" 2>/dev/null || true
+  for process in $client $server; do
+    kill "$process" 2>/dev/null || true
+    wait "$process" 2>/dev/null || true
+  done
 }
 trap finish EXIT
 

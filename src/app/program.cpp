@@ -23,7 +23,7 @@ QString workspaceDirectory() {
 
 }  // namespace
 
-Program::Program() {
+Program::Program(Host& host) : host_(host) {
   // Hiding into the tray, a box at the start or a closed client window must not end the process.
   QApplication::setQuitOnLastWindowClosed(false);
   applyLook(*qApp);
@@ -49,16 +49,23 @@ Program::Program() {
 
 Program::~Program() = default;
 
-void Program::openWorkspace() {
+template <class Statements>
+bool Program::tell(Statements&& statements) {
   try {
-    auto workspace = Workspace::open(workspaceDirectory(), host_.regional());
-    fillFirstTime(*workspace);
-    openSampleMail(*workspace);
-    workspace_ = std::move(workspace);
+    statements();
+    return true;
   } catch (const RuntimeError& error) {
     failure_ = error.description();
     host_.messageBox(failure_, box::Critical, QStringLiteral("Workspace"));
+    return false;
   }
+}
+
+// A sample that cannot be read must not keep the user from the other databases.
+void Program::openWorkspace() {
+  if (!tell([this] { workspace_ = Workspace::open(workspaceDirectory(), host_.regional()); })) return;
+  tell([this] { fillFirstTime(*workspace_); });
+  tell([this] { openSampleMail(*workspace_); });
 }
 
 void Program::showClient() {

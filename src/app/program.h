@@ -6,7 +6,7 @@
 #include "app/application.h"
 #include "client/client_window.h"
 #include "embedded/workspace.h"
-#include "host/desktop_host.h"
+#include "host/host.h"
 
 namespace lens {
 
@@ -15,17 +15,24 @@ class Program {
   // Opens the workspace that the environment variable TESSALY_WORKSPACE names, else the user's own,
   // which the first start fills with samples. When it cannot be opened the user is told why, and the
   // program comes up with closed doors.
-  Program();
+  explicit Program(Host& host);
   ~Program();
 
   // Shows the windows.
   void start();
 
+  Application& application() { return *application_; }
+  // Null with closed doors.
+  ClientWindow* client() { return client_.get(); }
+
  private:
   void openWorkspace();
+  // Shows a failure with the title "Workspace"; false then.
+  template <class Statements>
+  bool tell(Statements&& statements);
   void showClient();
 
-  DesktopHost host_;
+  Host& host_;
   QString failure_;
   std::shared_ptr<Workspace> workspace_;
   std::unique_ptr<Gateway> notes_;

@@ -1,7 +1,6 @@
 #include "app/sample_workspace.h"
 
 #include <QDir>
-#include <QFile>
 
 #include "embedded/dxl/dxl_importer.h"
 
@@ -13,6 +12,8 @@ static void loadSamples() {
 namespace lens {
 namespace {
 
+const QString kSamples = QStringLiteral("Samples");  // entry of notes.ini
+const QString kFilling = QStringLiteral("filling");
 const QString kHub = QStringLiteral("CN=ACME-HUB01/O=Acme");
 const QString kMail = QStringLiteral("mail/kmeier.nsf");
 
@@ -26,14 +27,10 @@ struct Sample {
 void importSample(Workspace& workspace, const Sample& sample) {
   DatabaseInfo info;
   info.publicAddressBook = sample.publicAddressBook;
-  auto database = workspace.createDatabase(sample.server, sample.path, info);
+  const auto database = workspace.createDatabase(sample.server, sample.path, info, true);
   ImportReport report;
   DxlImporter(*database).importFile(sample.resource, report);
-  if (report.failed.isEmpty()) return;
-  // No empty database stays behind, or the next start would take the workspace for a filled one.
-  database.reset();
-  QFile::remove(workspace.absolutePath(workspace.place(sample.server, sample.path)));
-  throw RuntimeError(err::InvalidCall, report.failed.join(u'\n'));
+  if (!report.failed.isEmpty()) throw RuntimeError(err::InvalidCall, report.failed.join(u'\n'));
 }
 
 bool hasDatabases(const Workspace& workspace) {
@@ -46,7 +43,10 @@ bool hasDatabases(const Workspace& workspace) {
 }  // namespace
 
 void fillFirstTime(Workspace& workspace) {
-  if (hasDatabases(workspace)) return;
+  // The mark stays while the filling runs: a start that was cut short is done again.
+  const bool cutShort = workspace.iniValue(kSamples) == kFilling;
+  if (!cutShort && hasDatabases(workspace)) return;
+  workspace.setIniValue(kSamples, kFilling);
   loadSamples();
   for (const char16_t* server : {u"CN=ACME-HUB01/O=Acme", u"CN=ACME-MAIL01/O=Acme", u"CN=ACME-APP02/O=Acme"})
     workspace.addServer(QString::fromUtf16(server));
@@ -54,6 +54,7 @@ void fillFirstTime(Workspace& workspace) {
   importSample(workspace, {QStringLiteral(":/samples/mail.dxl"), QString(), kMail, false});
   importSample(workspace, {QStringLiteral(":/samples/discussion.dxl"), QString(),
                            QStringLiteral("disc/ideas.nsf"), false});
+  workspace.setIniValue(kSamples, QStringLiteral("filled"));
 }
 
 void openSampleMail(Workspace& workspace) {

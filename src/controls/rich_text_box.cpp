@@ -45,12 +45,11 @@ RichTextBox::RichTextBox(QWidget* parent) : QPlainTextEdit(parent) {
 }
 
 void RichTextBox::setText(const QString& text) {
-  const bool differs = text != text_.text();
-  if (differs) text_.setText(text);
+  if (text != text_.text()) text_.setText(text);
   looks_.clear();
   showAll();
   setSelection(0, 0);
-  if (differs) change.fire();
+  change.fire();
 }
 
 QString RichTextBox::upToNul(const QString& text) {

@@ -29,7 +29,7 @@ class RichTextBox : public QPlainTextEdit {
   Event<int, int> keyDown;
 
   const QString& text() const { return text_.text(); }
-  // Always drops all looks and sets the selection to the start; runs `change` when the text differs.
+  // Drops all looks, sets the selection to the start and runs `change`, also for the same text.
   void setText(const QString& text);
   int length() const { return text_.length(); }
   static QString upToNul(const QString& text);

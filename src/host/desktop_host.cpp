@@ -60,13 +60,19 @@ int answerOf(int button) {
   }
 }
 
+bool belongsToClient(const QWidget* window) {
+  for (; window; window = window->parentWidget())
+    if (window->objectName() == u"ClientWindow") return true;
+  return false;
+}
+
 // The tool's own window on top, which a box belongs to. The client window stands for another
 // program and is never blocked.
 QWidget* boxOwner() {
   QWidget* active = QApplication::activeWindow();
-  if (active && active->objectName() != u"ClientWindow") return active;
+  if (active && !belongsToClient(active)) return active;
   for (QWidget* window : QApplication::topLevelWidgets())
-    if (window->objectName() == u"Form1" && window->isVisible()) return window;
+    if (window->objectName() == u"Form1") return window;
   return nullptr;
 }
 
@@ -140,7 +146,9 @@ bool DesktopHost::addTrayIcon(const QString& tip, std::function<void(int)> callb
   tray_->setToolTip(tip);
   QObject::connect(tray_.get(), &QSystemTrayIcon::activated, tray_.get(),
                    [callback](QSystemTrayIcon::ActivationReason reason) {
-                     callback(reason == QSystemTrayIcon::Context ? kRightUp : kLeftDown);
+                     if (reason == QSystemTrayIcon::Context) callback(kRightUp);
+                     if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick)
+                       callback(kLeftDown);
                    });
   tray_->show();
   return true;

@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "inspector/body_row.h"
 #include "inspector/list_rows.h"
 #include "shell/text_routines.h"
 
@@ -228,7 +229,7 @@ void DocumentCapture::listItemsOfType(Continue& step) {
 
 // Selecting the row fires its click already; the second run gives the same result.
 void DocumentCapture::showBody(Continue& step) {
-  const int body = form_.fldList->find(QStringLiteral("Body:"), 0);
+  const int body = firstBodyRow(*form_.fldList);
   if (body < 0) return;
   step([&] { form_.fldList->setSelected(body, true); });
   step([&] { form_.txtSearch->setText(routines_.LeftFrom(form_.idList->text(), QStringLiteral(" "))); });
@@ -324,7 +325,8 @@ void DocumentCapture::NotesID_Change() {
 
 void DocumentCapture::NotesID_KeyPress(int& key) {
   trapped(host_, {QStringLiteral("NotesID_KeyPress")}, [&] {
-    if (form_.cmdDECHEX->text() != kHexMode || (key >= u'0' && key <= u'9')) return;
+    const bool typed = key >= 32 && key != 127;  // Enter and Esc are no characters of the ID
+    if (!typed || form_.cmdDECHEX->text() != kHexMode || (key >= u'0' && key <= u'9')) return;
     const char16_t upper = QChar(char16_t(key)).toUpper().unicode();
     if (upper < u'0' || upper > u'F') {
       host_.messageBox(QStringLiteral("Only Charachter between 'A' - 'F'  allowed"), box::Critical, kHexMode);

@@ -2,6 +2,7 @@
 
 #include <QScreen>
 
+#include "inspector/body_row.h"
 #include "inspector/list_rows.h"
 #include "shell/text_routines.h"
 
@@ -241,7 +242,7 @@ QString FieldViewer::showSelectionFormula(const Object& item, const QString& nam
 }
 
 void FieldViewer::showBody() {
-  const int body = form_.fldList->find(QStringLiteral("Body:"), 0);
+  const int body = firstBodyRow(*form_.fldList);
   if (body < 0) return;
   form_.fldList->setSelected(body, true);
   form_.txtSearch->setText(routines_.LeftFrom(form_.idList->text(), QStringLiteral(" ")));

@@ -1,5 +1,7 @@
 #include "inspector/list_rows.h"
 
+#include "shell/text_routines.h"
+
 namespace lens {
 
 QString fieldRow(const QString& name, qsizetype width, const QString& text) {
@@ -13,7 +15,7 @@ QString fieldName(const QString& row) {
 
 QString fieldText(const QString& row) {
   const qsizetype end = row.indexOf(kNameEnd);
-  return end < 0 ? QString() : row.mid(end + kNameEnd.size()).trimmed();
+  return end < 0 ? QString() : trimBlanks(row.mid(end + kNameEnd.size()));
 }
 
 CollectionRow collectionRow(const QString& row) {
@@ -22,7 +24,7 @@ CollectionRow collectionRow(const QString& row) {
   // Rows are written with two blanks before the mark, so the name ends in one.
   const QString name = row.left(mark);
   const qsizetype alias = name.indexOf(u'|');
-  return {(alias < 0 ? name : name.left(alias)).trimmed(), row.mid(mark + kIdMark.size())};
+  return {trimBlanks(alias < 0 ? name : name.left(alias)), row.mid(mark + kIdMark.size())};
 }
 
 }  // namespace lens

@@ -3,6 +3,7 @@
 #include "notes/code_page.h"
 #include "notes/note_reading.h"
 #include "notes/numbers.h"
+#include "shell/text_routines.h"
 
 namespace lens {
 
@@ -43,7 +44,7 @@ qint64 LowLevelReading::ItemSizeOf(const QString& name) {
   qint64 size = 0;
   withStoredItem(name, [&](const StoredItem& item) {
     if (item.type == kObjectItem) {
-      const QString key = routines_.RightFrom(form_.fldList->text(), QStringLiteral(":")).trimmed();
+      const QString key = trimBlanks(routines_.RightFrom(form_.fldList->text(), QStringLiteral(":")));
       size = toInt32(state_.gAttachmentSizes.item(key));
     } else {
       size = contentLength(item.type, item.length);

@@ -36,4 +36,9 @@ QString fromCodePage(QByteArrayView bytes) {
   return text;
 }
 
+QByteArray upToNul(const QByteArray& buffer) {
+  const qsizetype nul = buffer.indexOf('\0');
+  return nul < 0 ? buffer : buffer.left(nul);
+}
+
 }  // namespace lens

@@ -13,4 +13,7 @@ namespace lens {
 QByteArray toCodePage(QStringView text);
 QString fromCodePage(QByteArrayView bytes);
 
+// What a returned buffer holds: up to its first NUL, or all of it.
+QByteArray upToNul(const QByteArray& buffer);
+
 }  // namespace lens

@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QMouseEvent>
+#include <utility>
 
 #include "controls/pictures.h"
 #include "shell/control_fonts.h"
@@ -59,6 +60,8 @@ void Form1::resizeEvent(QResizeEvent* event) {
 
 void Form1::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
+  // Coming back from the tray is no resize: marks and caret stay.
+  if (std::exchange(shown_, true)) return;
   resized.fire();
 }
 

@@ -34,6 +34,9 @@ class Form1 : public QWidget, public Ui::Form1 {
   void changeEvent(QEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+
+ private:
+  bool shown_ = false;
 };
 
 }  // namespace lens

@@ -145,8 +145,8 @@ void MainWindow::Label6_Click() {
 }
 
 void MainWindow::MakeClip(const QString& fileName) {
-  const NotesInit init(api_);
   sessions_.ensureSession();
+  const NotesInit init(api_);
   api_.NSFDbCreate(toCodePage(fileName), kClipboardClass, -1);
   state_.gSession.call(QStringLiteral("GETDATABASE"), QString(), fileName);
 }

@@ -12,11 +12,6 @@ Procedure globalsProcedure(const char16_t* name) {
   return {QString::fromUtf16(name), QStringLiteral("Modul Globals")};
 }
 
-QByteArray upToNul(const QByteArray& buffer) {
-  const qsizetype nul = buffer.indexOf('\0');
-  return nul < 0 ? buffer : buffer.left(nul);
-}
-
 }  // namespace
 
 Routines::Routines(Host& host, CApi& api) : host_(host), api_(api) {}

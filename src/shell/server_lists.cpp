@@ -101,7 +101,7 @@ void ServerLists::addListedServers(const char* list) {
     if (length == 0) continue;
     QByteArray name(length, ' ');
     api_.OSTranslate(1, QByteArray(text, length), length, name, 256);
-    if (fallbackBox_) fallbackBox_().addItem(fromCodePage(name));
+    if (fallbackBox_) fallbackBox_().addItem(fromCodePage(upToNul(name)));
   }
 }
 

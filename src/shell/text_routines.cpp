@@ -64,9 +64,11 @@ QString abbreviateName(const QString& name) {
 
 QString unsignedDec2Hex(const Value& number) {
   constexpr double kTwoTo32 = 4294967296.0;
-  const double value = std::nearbyint(number.number());
-  if (value < 0 || value >= kTwoTo32) return QStringLiteral("-1");
-  return QString::number(quint32(value), 16).toUpper();
+  const double value = number.number();
+  if (value < 0) return QStringLiteral("-1");
+  const double rounded = std::nearbyint(value);
+  if (rounded >= kTwoTo32) return QStringLiteral("-1");
+  return QString::number(quint32(rounded), 16).toUpper();
 }
 
 Value hexStringToBinary(const QString& text) {
@@ -85,6 +87,13 @@ QString eightDigits(const QString& noteId) {
 
 QString widenLineFeeds(const QString& text) {
   return replaceAllText(text, QStringLiteral("\n"), QStringLiteral("\r\n"));
+}
+
+QString trimBlanks(const QString& text) {
+  qsizetype from = 0, to = text.size();
+  while (from < to && text[from] == u' ') ++from;
+  while (to > from && text[to - 1] == u' ') --to;
+  return text.mid(from, to - from);
 }
 
 QString upperUnits(const QString& text) {

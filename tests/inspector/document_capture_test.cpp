@@ -394,6 +394,14 @@ TEST_F(DocumentCaptureTest, TheModeButtonConvertsTheNumberBothWays) {
   EXPECT_EQ(text("NotesID"), "36770");
 }
 
+TEST_F(DocumentCaptureTest, TwelveHexadecimalDigitsShowAllDigitsOfTheirNumber) {
+  start();
+  click("cmdDECHEX");
+  setText("NotesID", u"FFFFFFFFFFFF"_s);
+  click("cmdDECHEX");
+  EXPECT_EQ(text("NotesID"), "281474976710655");
+}
+
 TEST_F(DocumentCaptureTest, ATextThatIsNoNumberChangesTheModeAndEmptiesTheBoxWithOneMessage) {
   start();
   setText("NotesID", u"abc"_s);
@@ -435,6 +443,10 @@ TEST_F(DocumentCaptureTest, EditingKeysPassInHexMode) {
   QTest::keyClick(&control<TextBox>("NotesID"), Qt::Key_Left);
   QTest::keyClick(&control<TextBox>("NotesID"), Qt::Key_Delete);
   EXPECT_EQ(text("NotesID"), "");
+  type("NotesID", u"1A"_s);
+  QTest::keyClick(&control<TextBox>("NotesID"), Qt::Key_Return);
+  QTest::keyClick(&control<TextBox>("NotesID"), Qt::Key_Escape);
+  EXPECT_EQ(text("NotesID"), "1A");
   EXPECT_EQ(boxes(), QStringList());
 }
 

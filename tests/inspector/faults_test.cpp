@@ -1,6 +1,7 @@
 // Every command of the inspector with a failure in every place: the n-th call through a door raises,
 // for every n. Each run ends as its error mode tells, leaves the window usable and every handle closed.
 
+#include "embedded/mime/mime_entity.h"
 #include "embedded/richtext/rich_text.h"
 #include "support/lens_fixture.h"
 
@@ -26,6 +27,10 @@ class FaultsTest : public LensFixture {
     memo_.add(u"Body"_s, 0, rawValue(itemtype::RichText, body.toBytes()));
     memo_.add(u"$AssistAction"_s, 0, rawValue(itemtype::Action, QByteArray::fromHex("810285ff0300014142")));
     attach(memo_, u"contract.pdf"_s, QByteArray(30, 'x'));
+    for (const QByteArray& value :
+         mimePartValues("Content-Type: multipart/mixed; "
+                        "boundary=\"b\"\r\n\r\n--b\r\n\r\none\r\n--b\r\n\r\ntwo\r\n--b--"))
+      memo_.add(u"Message"_s, 0, value);
     openDocument(save(memo_));
     start();
   }
@@ -121,6 +126,7 @@ TEST_F(FaultsTest, ViewByUniversalIdEndsInItsOwnBoxes) {
                         {u"Invalid universal ID"_s, u") in procedure viewNotesID_Click of Formular Form1"_s,
                          u") in procedure cmdidList_Click of Formular Form1"_s}};
   EXPECT_GT(runWithEveryFault(command, true), 25);
+  EXPECT_GT(runWithEveryFault(command, false), 6);
 }
 
 TEST_F(FaultsTest, ViewSelectedEndsInTheErrorBox) {
@@ -133,7 +139,7 @@ TEST_F(FaultsTest, ViewSelectedEndsInTheErrorBox) {
 }
 
 TEST_F(FaultsTest, AClickOnEachItemPassesOverEveryFailure) {
-  for (const char16_t* row : {u"Numbers:", u"Body:", u"$AssistAction:", u"$FILE:"}) {
+  for (const char16_t* row : {u"Numbers:", u"Body:", u"$AssistAction:", u"$FILE:", u"Message:"}) {
     static QString wanted;
     wanted = QString::fromUtf16(row);
     const Command command{"fldList",

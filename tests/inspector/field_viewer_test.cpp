@@ -210,6 +210,67 @@ TEST_F(FieldViewerTest, FileDataWithAnEmptyIdRowLeavesTheHourglassOn) {
   EXPECT_EQ(app->routines.mouseBusyCount(), 1);
 }
 
+TEST_F(FieldViewerTest, AgentInfoWithAnEmptyIdRowLeavesTheHourglassOn) {
+  view(u"$AssistInfo"_s, 0, rawValue(itemtype::AssistantInfo, QByteArray(102, '\0')));
+  EXPECT_EQ(host.pointerCode, pointer::Default);
+  control<ListBox>("idList").clear();
+  selectRow("fldList", u"$AssistInfo:"_s);
+  EXPECT_EQ(host.pointerCode, pointer::Hourglass);
+}
+
+TEST_F(FieldViewerTest, AnErrorItemLeavesTheTypeTextAsItWas) {
+  view(u"Broken"_s, 0, rawValue(itemtype::Error, QByteArrayView("\5\2", 2)));
+  selectRow("fldList", u"Form:"_s);
+  selectRow("fldList", u"Broken:"_s);
+  EXPECT_EQ(text("cmbFieldType"), "TEXT (1280) means text or text list");
+}
+
+TEST_F(FieldViewerTest, ATextListHasTheSentenceOfText) {
+  view(u"List"_s, itemflag::Summary, textListValue({u"a"_s, u"b"_s}));
+  EXPECT_EQ(text("cmbFieldType"), "TEXT (1280) means text or text list");
+}
+
+TEST_F(FieldViewerTest, TheValueOfARichTextItemIsAnArrayWithOneText) {
+  RichText body;
+  body.appendText(u"one"_s);
+  view(u"Body"_s, 0, rawValue(itemtype::RichText, body.toBytes()));
+  const Value value = state().gDoc.call(u"GETITEMVALUE"_s, u"Body"_s);
+  EXPECT_EQ(value.upperBound(), 0);
+  EXPECT_EQ(value.at(0).text(), "one");
+}
+
+TEST_F(FieldViewerTest, AnItemNamedBodyInOtherLettersIsNotTheBody) {
+  Note note = document(u"Memo"_s);
+  note.add(u"BODY"_s, 0, textValue(u"other"_s));
+  openDocument(save(note));
+  start();
+  EXPECT_EQ(control<ListBox>("fldList").listIndex(), -1);
+}
+
+TEST_F(FieldViewerTest, AnAttachmentViewedByIdOnAFreshStartHasNoCollectedSize) {
+  Note note = document(u"Memo"_s);
+  attach(note, u"contract.pdf"_s, "bytes");
+  const quint32 id = save(note);
+  start();
+  control<ListBox>("idList").addItem(idText(id));
+  select("idList", 0);
+  click("cmdidList");
+  selectRow("fldList", u"$FILE:"_s);
+  EXPECT_EQ(boxes(), QStringList(u"Invalid procedure call or argument"_s));
+  EXPECT_EQ(text("lblSize"), "0 bytes");
+}
+
+TEST_F(FieldViewerTest, ItemsOfALargeDocumentAreFoundByNameInAnyCase) {
+  Note note = document(u"Memo"_s);
+  for (int i = 0; i < 100; ++i) note.add(u"Field%1"_s.arg(i), itemflag::Summary, numberValue(i));
+  note.add(u"FIELD7"_s, itemflag::Summary, textValue(u"second of its name"_s));
+  openDocument(save(note));
+  start();
+  EXPECT_EQ(state().gDoc.call(u"GETITEMVALUE"_s, u"fIELD99"_s).at(0).number(), 99);
+  EXPECT_EQ(state().gDoc.call(u"GETITEMVALUE"_s, u"field7"_s).at(0).number(), 7);
+  EXPECT_TRUE(state().gDoc.call(u"GETITEMVALUE"_s, u"Field100"_s).isEmpty());
+}
+
 // --- stored sizes ---
 
 TEST_F(FieldViewerTest, AListOfOneTenByteEntryHasTheSizeOfItsText) {

@@ -51,6 +51,8 @@ TEST_F(MainWindowTest, LoadShowsVersionHidesTheTwoPictureButtonsAndReadsTheDataD
   EXPECT_EQ(state().gDataDir, workspace->dataDirectory());
   EXPECT_FALSE(state().gDataDir.endsWith(u'/'));
   EXPECT_EQ(control<StatusBar>("sbrMain").background(), QColor(0xFF, 0xFF, 0xC0));
+  EXPECT_EQ(form().fldList->horizontalExtent(), 2 * 384);
+  EXPECT_EQ(form().idList->horizontalExtent(), 2 * 336);
 }
 
 TEST_F(MainWindowTest, TheFirstScreenShowsTheOpenDocument) {
@@ -150,6 +152,44 @@ TEST_F(MainWindowTest, ServersOfTheLibraryGoToTheFallbackBoxWhicheverWindowAsked
   for (int row = 0; row < fallback.listCount(); ++row) names += fallback.list(row);
   EXPECT_EQ(names, QStringList({u"CN=A/O=Acme"_s, u"CN=B/O=Acme"_s, u"CN=A/O=Acme"_s, u"CN=B/O=Acme"_s}));
   EXPECT_EQ(rows("lstServerList"), QStringList());
+}
+
+// A list of the library with an empty entry between two names, the second one padded.
+class ListWithAGap : public ForwardingCApi {
+ public:
+  using ForwardingCApi::ForwardingCApi;
+  Status ListGetText(const char*, int, quint16 index, const char*& text, quint16& length) override {
+    static const QByteArray entries[] = {"CN=A", "", "CN=B"};
+    if (index >= 3) return 0x0605;
+    text = entries[index].constData();
+    length = quint16(entries[index].size());
+    return 0;
+  }
+};
+
+TEST_F(MainWindowTest, AnEmptyEntryOfTheServerListIsPassedOver) {
+  workspace->addServer(u"CN=A/O=Acme"_s);
+  build();
+  ListWithAGap api(*engineCapi);
+  ServerLists servers(state(), host, api, app->routines);
+  ComboBox box;
+  servers.setFallbackBox([&]() -> ComboBox& { return box; });
+  servers.GetNotesServerNames();
+  ASSERT_EQ(box.listCount(), 2);
+  EXPECT_EQ(box.list(0), "CN=A");
+  EXPECT_EQ(box.list(1), "CN=B");
+}
+
+TEST_F(MainWindowTest, ComingBackFromTheTrayKeepsColoursAndCaret) {
+  startWithDocument();
+  form().txtFieldContent->setText(u"abc"_s);
+  form().txtFieldContent->setSelStart(0);
+  form().txtFieldContent->setSelLength(2);
+  form().txtFieldContent->setSelColor(255);
+  form().mnuBarHide->raise();
+  form().mnuBarShow->raise();
+  EXPECT_EQ(form().txtFieldContent->colorAt(0), 255u);
+  EXPECT_EQ(form().txtFieldContent->selLength(), 2);
 }
 
 TEST_F(MainWindowTest, TheClockShowsTheTimeWithTheBlankBeforeIt) {

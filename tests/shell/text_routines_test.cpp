@@ -128,6 +128,7 @@ TEST(UnsignedDec2Hex, Covers32BitsAndGivesMinusOneOutside) {
   EXPECT_EQ(unsignedDec2Hex(4294967296.0), "-1");
   EXPECT_EQ(unsignedDec2Hex(0), "0");
   EXPECT_EQ(unsignedDec2Hex(-1), "-1");
+  EXPECT_EQ(unsignedDec2Hex(-0.4), "-1");
   EXPECT_EQ(unsignedDec2Hex(2147483648.0), "80000000");
   EXPECT_EQ(unsignedDec2Hex(u"4294901776"_s), "FFFF0010");
   EXPECT_EQ(unsignedDec2Hex(u"2.5"_s), "2");
@@ -151,6 +152,11 @@ TEST(NoteIdText, IsPaddedToEightAndCutToItsLastEight) {
 
 TEST(WidenLineFeeds, LeavesAnExtraCarriageReturnWhereThereWasOne) {
   EXPECT_EQ(widenLineFeeds(u"a\nb\r\nc\rd"_s), "a\r\nb\r\r\nc\rd");
+}
+
+TEST(TrimBlanks, LeavesLineEndsAndTabs) {
+  EXPECT_EQ(trimBlanks(u"  \r\na b\t "_s), "\r\na b\t");
+  EXPECT_EQ(trimBlanks(u"   "_s), "");
 }
 
 TEST(UpperUnits, IsOneUnitForOne) {

@@ -24,6 +24,16 @@ TEST_F(WindowLayoutTest, TheDesignSizeGivesTheDesignPlacesAndEightPoints) {
   EXPECT_EQ(form().cmdEnd->font().pointSize(), 8);
 }
 
+TEST_F(WindowLayoutTest, EveryControlReturnsToItsDesignPlaceExactly) {
+  const Form1 design;
+  for (const QSize size : {QSize(1920, 1001), QSize(1283, 799), QSize(1280, 800)}) form().resize(size);
+  for (const QWidget* control : design.findChildren<QWidget*>()) {
+    if (!control->property("tabIndex").isValid()) continue;
+    EXPECT_EQ(form().findChild<QWidget*>(control->objectName())->geometry(), control->geometry())
+        << control->objectName().toStdString();
+  }
+}
+
 TEST_F(WindowLayoutTest, PlacesSizesAndFontsGrowWithTheWindow) {
   form().resize(1920, 1000);
   EXPECT_EQ(form().cmdEnd->geometry(), QRect(1812, 930, 96, 32));

@@ -40,14 +40,24 @@ Value NotesDocument::read(const std::shared_ptr<OpenDatabase>& database, const U
   return newObject<NotesDocument>(std::move(open));
 }
 
+namespace {
+
+// One unit for one, as sameItemName compares.
+QString folded(QString name) {
+  for (QChar& c : name) c = c.toCaseFolded();
+  return name;
+}
+
+}  // namespace
+
 const Item* OpenNote::find(const QString& name) const {
   constexpr qsizetype kManyItems = 32;
   if (name.isEmpty()) return nullptr;
   if (note.items.size() < kManyItems) return note.find(name);
   if (places_.isEmpty())
     for (qsizetype place = note.items.size() - 1; place >= 0; --place)
-      places_[note.items[place].name.toCaseFolded()] = place;
-  const auto found = places_.constFind(name.toCaseFolded());
+      places_[folded(note.items[place].name)] = place;
+  const auto found = places_.constFind(folded(name));
   return found == places_.cend() ? nullptr : &note.items[*found];
 }
 

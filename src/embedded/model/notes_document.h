@@ -14,7 +14,8 @@ struct OpenNote {
   Note note;
 
   // First item of that name, null for none and for an empty name. A note of many items is indexed by
-  // name at the first call, so that a walk over all of them by name stays linear.
+  // name at the first call, so that a walk over all of them by name stays linear; whoever changes the
+  // items has to drop that index.
   const Item* find(const QString& name) const;
 
  private:

@@ -73,7 +73,8 @@ Value NotesSession::database(const Arguments& arguments) {
   const auto source =
       kind_ == Kind::Client ? NotesDatabase::Source::ClientSession : NotesDatabase::Source::BackEnd;
   const DatabasePlace place = context_->workspace->place(arguments[0].text(), arguments[1].text());
-  return NotesDatabase::open(context_, place, source);
+  // A database that is not there is given unopened: ISOPEN tells.
+  return NotesDatabase::openIfPossible(context_, place, source);
 }
 
 Value NotesSession::convertMime() {

@@ -93,11 +93,13 @@ TEST(Session, AnAddressBookThatCannotBeOpenedIsNotOpen) {
   EXPECT_GT(raised([&] { book.get(u"Title"_s); }), 0);
 }
 
-TEST(Session, DatabaseThatIsNotThereRaises) {
+TEST(Session, DatabaseThatIsNotThereIsGivenUnopened) {
   TestWorkspace t;
   const Object session = t.session();
   EXPECT_GT(raised([&] { session.call(u"GETDATABASE"_s, u""_s, u""_s); }), 0);
-  EXPECT_GT(raised([&] { session.call(u"GETDATABASE"_s, u""_s, u"none.nsf"_s); }), 0);
+  const Object none = session.call(u"GETDATABASE"_s, u""_s, u"none.nsf"_s).object();
+  EXPECT_FALSE(none.get(u"ISOPEN"_s).boolean());
+  EXPECT_GT(raised([&] { none.get(u"Size"_s); }), 0);
   EXPECT_GT(raised([&] { session.call(u"GETDATABASE"_s, u"Hub9/Acme"_s, u"mail.nsf"_s); }), 0);
 }
 

@@ -1,0 +1,138 @@
+// The program from its first breath: good, missing and damaged workspaces.
+
+#include "app/program.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include "host/desktop_host.h"
+#include "support/printers.h"
+#include "support/recording_host.h"
+
+namespace lens {
+namespace {
+using namespace Qt::StringLiterals;
+
+class ProgramTest : public testing::Test {
+ protected:
+  ProgramTest() { useWorkspace(directory.filePath(u"workspace"_s)); }
+  ~ProgramTest() override {
+    qunsetenv("TESSALY_WORKSPACE");
+    setUntrappedReport(nullptr);
+  }
+  static void useWorkspace(const QString& path) { qputenv("TESSALY_WORKSPACE", path.toUtf8()); }
+  QString sampleMail() const { return directory.filePath(u"workspace/data/mail/kmeier.nsf"_s); }
+
+  QTemporaryDir directory;
+  RecordingHost host;
+};
+
+TEST_F(ProgramTest, TheFirstStartShowsTheSampleMail) {
+  Program program(host);
+  program.start();
+  Form1& form = program.application().form;
+  EXPECT_EQ(host.boxTexts(), QStringList());
+  EXPECT_TRUE(form.isVisible());
+  ASSERT_TRUE(program.client());
+  EXPECT_TRUE(program.client()->isVisible());
+  EXPECT_TRUE(form.txtFieldContent->text().startsWith(u"Dear Mr Okafor"));
+  EXPECT_TRUE(form.sbrMain->panelText(u"Source"_s).startsWith(u"Embedded: "));
+  EXPECT_FALSE(QApplication::quitOnLastWindowClosed());
+}
+
+TEST_F(ProgramTest, AWorkspaceThatIsAFileIsNamedAndTheProgramComesUpWithClosedDoors) {
+  const QString path = directory.filePath(u"file"_s);
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.close();
+  useWorkspace(path);
+  Program program(host);
+  program.start();
+  EXPECT_FALSE(program.client());
+  EXPECT_TRUE(program.application().form.isVisible());
+  ASSERT_GE(host.boxes.size(), 3);
+  EXPECT_TRUE(host.boxes[0].text.contains(path)) << host.boxes[0].text.toStdString();
+  EXPECT_EQ(host.boxes[0].style, box::Critical);
+  EXPECT_TRUE(host.boxes[1].text.startsWith(u"Start NotesClient !!!  "));
+  EXPECT_TRUE(host.boxes[2].text.endsWith(u"in procedure Form_Load of Formular Form1"));
+  host.boxes.clear();
+  program.application().form.cmdGetDoc->raiseClick();
+  EXPECT_EQ(program.application().routines.GetAPIError(0x0222), "");
+  EXPECT_FALSE(host.boxes.isEmpty());
+}
+
+TEST_F(ProgramTest, ADamagedSampleIsNamedAndTheOtherDatabasesStayInReach) {
+  { const Program first(host); }
+  QFile file(sampleMail());
+  ASSERT_TRUE(file.resize(5000));
+  for (const char16_t* journal : {u"-wal", u"-shm"})
+    QFile::remove(sampleMail() + QString::fromUtf16(journal));
+  Program program(host);
+  program.start();
+  ASSERT_FALSE(host.boxes.isEmpty());
+  EXPECT_TRUE(host.boxes[0].text.contains(u"kmeier.nsf")) << host.boxes[0].text.toStdString();
+  EXPECT_TRUE(program.client());
+  EXPECT_TRUE(program.application().form.isVisible());
+  EXPECT_EQ(program.application().form.lstServerList->listCount(), 4);
+}
+
+TEST_F(ProgramTest, AFirstStartThatWasCutShortIsDoneAgain) {
+  { const Program first(host); }
+  {
+    const auto workspace = Workspace::open(directory.filePath(u"workspace"_s), host.regional());
+    workspace->setIniValue(u"Samples"_s, u"filling"_s);
+  }
+  ASSERT_TRUE(QFile::remove(sampleMail()));
+  Program program(host);
+  EXPECT_EQ(host.boxTexts(), QStringList());
+  EXPECT_TRUE(QFile::exists(sampleMail()));
+}
+
+TEST_F(ProgramTest, AClosedClientWindowLeavesTheProgramAliveAndComesBackFromTheStatusBar) {
+  Program program(host);
+  program.start();
+  program.client()->close();
+  program.application().form.mnuBarHide->raise();
+  QApplication::processEvents();
+  EXPECT_FALSE(program.client()->isVisible());
+  program.application().form.mnuBarShow->raise();
+  program.application().form.sbrMain->panelClick.raise(u"Source"_s);
+  EXPECT_TRUE(program.client()->isVisible());
+  EXPECT_EQ(host.processEnds, 0);
+}
+
+TEST_F(ProgramTest, ABoxOfTheDesktopBlocksTheToolAndNotTheClientWindowAndShowsMarkupAsItIs) {
+  Program program(host);
+  program.start();
+  DesktopHost desktop;
+  QMessageBox* shown = nullptr;
+  Qt::WindowModality modality = Qt::NonModal;
+  QString text;
+  Qt::TextFormat format = Qt::AutoText;
+  const QWidget* owner = nullptr;
+  QTimer::singleShot(0, [&] {
+    for (QWidget* window : QApplication::topLevelWidgets())
+      if (auto* box = qobject_cast<QMessageBox*>(window)) shown = box;
+    if (!shown) return;
+    modality = shown->windowModality();
+    text = shown->text();
+    format = shown->textFormat();
+    owner = shown->parentWidget();
+    shown->accept();
+  });
+  desktop.messageBox(u"<b>x</b>"_s, box::Plain, QString());
+  ASSERT_TRUE(shown);
+  EXPECT_EQ(modality, Qt::WindowModal);
+  EXPECT_EQ(owner, &program.application().form);
+  EXPECT_EQ(text, "<b>x</b>");
+  EXPECT_EQ(format, Qt::PlainText);
+}
+
+}  // namespace
+}  // namespace lens
