@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QStandardPaths>
+#include <QTimer>
 
 #include "app/closed_doors.h"
 #include "app/sample_workspace.h"
@@ -12,6 +13,9 @@
 
 namespace lens {
 namespace {
+
+// Milliseconds in which the main window is drawn before the client window is made.
+constexpr int kMoment = 20;
 
 QString workspaceDirectory() {
   const QString named = qEnvironmentVariable("TESSALY_WORKSPACE");
@@ -38,16 +42,24 @@ Program::Program(Host& host) : host_(host) {
     capi_ = std::make_unique<ClosedCApi>(failure_);
   }
   application_ = std::make_unique<Application>(*notes_, *capi_, host_, source);
-  if (!workspace_) return;
+}
+
+Program::~Program() = default;
+
+// Behind the main window, which the user came for; it is made when that one has been drawn.
+void Program::openClient() {
   client_ = std::make_unique<ClientWindow>(workspace_);
+  firstDatabase_.reset();
+  client_->setAttribute(Qt::WA_ShowWithoutActivating);
+  client_->show();
+  client_->lower();
+  client_->setAttribute(Qt::WA_ShowWithoutActivating, false);
   // Closing the client window hides it; the panel that names the source brings it back.
   application_->form.sbrMain->setToolTip(QStringLiteral("Click on the source to show the client window"));
   application_->form.sbrMain->panelClick = [this](const QString& key) {
     if (key == u"Source") showClient();
   };
 }
-
-Program::~Program() = default;
 
 template <class Statements>
 bool Program::tell(Statements&& statements) {
@@ -65,7 +77,7 @@ bool Program::tell(Statements&& statements) {
 void Program::openWorkspace() {
   if (!tell([this] { workspace_ = Workspace::open(workspaceDirectory(), host_.regional()); })) return;
   tell([this] { fillFirstTime(*workspace_); });
-  tell([this] { openSampleMail(*workspace_); });
+  tell([this] { firstDatabase_ = openSampleMail(*workspace_); });
 }
 
 void Program::showClient() {
@@ -75,8 +87,8 @@ void Program::showClient() {
 }
 
 void Program::start() {
-  if (client_) client_->show();
   application_->start();
+  if (workspace_) QTimer::singleShot(kMoment, &application_->form, [this] { openClient(); });
 }
 
 }  // namespace lens

@@ -22,7 +22,7 @@ class Program {
   void start();
 
   Application& application() { return *application_; }
-  // Null with closed doors.
+  // Null with closed doors, and until the main window has been drawn.
   ClientWindow* client() { return client_.get(); }
 
  private:
@@ -30,11 +30,13 @@ class Program {
   // Shows a failure with the title "Workspace"; false then.
   template <class Statements>
   bool tell(Statements&& statements);
+  void openClient();
   void showClient();
 
   Host& host_;
   QString failure_;
   std::shared_ptr<Workspace> workspace_;
+  std::shared_ptr<Database> firstDatabase_;  // held until the first screen is there
   std::unique_ptr<Gateway> notes_;
   std::unique_ptr<CApi> capi_;
   std::unique_ptr<Application> application_;

@@ -57,13 +57,15 @@ void fillFirstTime(Workspace& workspace) {
   workspace.setIniValue(kSamples, QStringLiteral("filled"));
 }
 
-void openSampleMail(Workspace& workspace) {
+std::shared_ptr<Database> openSampleMail(Workspace& workspace) {
   const QStringList local = workspace.databases(QString());
   const QString path = QDir::toNativeSeparators(kMail);
-  if (!local.contains(path)) return;
-  const QVector<NoteSummary> documents = workspace.database(QString(), path)->list(noteclass::Document);
+  if (!local.contains(path)) return nullptr;
+  const auto database = workspace.database(QString(), path);
+  const QVector<NoteSummary> documents = database->list(noteclass::Document);
   workspace.client().showDatabase({QString(), path});
   if (!documents.isEmpty()) workspace.client().showDocument(documents.first().id);
+  return database;
 }
 
 }  // namespace lens

@@ -11,7 +11,7 @@ namespace lens {
 void fillFirstTime(Workspace& workspace);
 
 // Puts the mail file of the samples on top in the client, with its first document open. Nothing when
-// there is no such file.
-void openSampleMail(Workspace& workspace);
+// there is no such file. Whoever holds the result spares the first capture from opening the file again.
+std::shared_ptr<Database> openSampleMail(Workspace& workspace);
 
 }  // namespace lens

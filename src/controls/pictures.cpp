@@ -15,7 +15,7 @@ constexpr QRgb kDestructive = 0xFF8E1F1F;
 template <class Draw>
 QIcon drawn(Draw draw) {
   QIcon icon;
-  for (int size : {16, 24, 32, 48, 64, 128}) {
+  for (int size : {16, 32, 64}) {
     QPixmap pixmap(size, size);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);

@@ -52,6 +52,7 @@ ServerLists::AddressBook ServerLists::firstPublicBook() const {
     found.server = routines_.AbbreviateName(book.get(QStringLiteral("server")).text());
     found.path = book.get(QStringLiteral("FILEPATH")).text();
     found.found = true;
+    found.held = book;
   }
   return found;
 }

@@ -33,6 +33,7 @@ class ServerLists {
  private:
   struct AddressBook {
     bool found = false;
+    Object held;     // keeps the book open until it is opened by its name
     QString server;  // abbreviated
     QString path;
   };

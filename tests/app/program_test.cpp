@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QMessageBox>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
 
 #include "host/desktop_host.h"
@@ -27,6 +28,10 @@ class ProgramTest : public testing::Test {
     setUntrappedReport(nullptr);
   }
   static void useWorkspace(const QString& path) { qputenv("TESSALY_WORKSPACE", path.toUtf8()); }
+  // The client window follows the main window a moment later.
+  static bool clientComesUp(Program& program) {
+    return QTest::qWaitFor([&] { return program.client() != nullptr; });
+  }
   QString sampleMail() const { return directory.filePath(u"workspace/data/mail/kmeier.nsf"_s); }
 
   QTemporaryDir directory;
@@ -39,7 +44,7 @@ TEST_F(ProgramTest, TheFirstStartShowsTheSampleMail) {
   Form1& form = program.application().form;
   EXPECT_EQ(host.boxTexts(), QStringList());
   EXPECT_TRUE(form.isVisible());
-  ASSERT_TRUE(program.client());
+  ASSERT_TRUE(clientComesUp(program));
   EXPECT_TRUE(program.client()->isVisible());
   EXPECT_TRUE(form.txtFieldContent->text().startsWith(u"Dear Mr Okafor"));
   EXPECT_TRUE(form.sbrMain->panelText(u"Source"_s).startsWith(u"Embedded: "));
@@ -77,7 +82,7 @@ TEST_F(ProgramTest, ADamagedSampleIsNamedAndTheOtherDatabasesStayInReach) {
   program.start();
   ASSERT_FALSE(host.boxes.isEmpty());
   EXPECT_TRUE(host.boxes[0].text.contains(u"kmeier.nsf")) << host.boxes[0].text.toStdString();
-  EXPECT_TRUE(program.client());
+  EXPECT_TRUE(clientComesUp(program));
   EXPECT_TRUE(program.application().form.isVisible());
   EXPECT_EQ(program.application().form.lstServerList->listCount(), 4);
 }
@@ -97,6 +102,7 @@ TEST_F(ProgramTest, AFirstStartThatWasCutShortIsDoneAgain) {
 TEST_F(ProgramTest, AClosedClientWindowLeavesTheProgramAliveAndComesBackFromTheStatusBar) {
   Program program(host);
   program.start();
+  ASSERT_TRUE(clientComesUp(program));
   program.client()->close();
   program.application().form.mnuBarHide->raise();
   QApplication::processEvents();
@@ -110,6 +116,7 @@ TEST_F(ProgramTest, AClosedClientWindowLeavesTheProgramAliveAndComesBackFromTheS
 TEST_F(ProgramTest, ABoxOfTheDesktopBlocksTheToolAndNotTheClientWindowAndShowsMarkupAsItIs) {
   Program program(host);
   program.start();
+  ASSERT_TRUE(clientComesUp(program));
   DesktopHost desktop;
   QMessageBox* shown = nullptr;
   Qt::WindowModality modality = Qt::NonModal;
