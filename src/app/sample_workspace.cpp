@@ -24,7 +24,17 @@ struct Sample {
   bool publicAddressBook;
 };
 
+// An import comes in whole or not at all, so a database with notes is one that is done, and may hold
+// the user's work by now.
+bool isFilled(Workspace& workspace, const Sample& sample) {
+  constexpr quint16 kAllClasses = 0x7FFF;
+  const QString path = QDir::toNativeSeparators(sample.path);
+  return workspace.databases(sample.server).contains(path) &&
+         workspace.database(sample.server, path)->noteCount(kAllClasses) > 0;
+}
+
 void importSample(Workspace& workspace, const Sample& sample) {
+  if (isFilled(workspace, sample)) return;
   DatabaseInfo info;
   info.publicAddressBook = sample.publicAddressBook;
   const auto database = workspace.createDatabase(sample.server, sample.path, info, true);

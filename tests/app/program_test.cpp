@@ -99,6 +99,23 @@ TEST_F(ProgramTest, AFirstStartThatWasCutShortIsDoneAgain) {
   EXPECT_TRUE(QFile::exists(sampleMail()));
 }
 
+TEST_F(ProgramTest, DoingAFirstStartAgainLeavesFilledDatabasesWithTheirNewDocuments) {
+  { const Program first(host); }
+  Note note;
+  {
+    const auto workspace = Workspace::open(directory.filePath(u"workspace"_s), host.regional());
+    workspace->setIniValue(u"Samples"_s, u"filling"_s);
+    note.add(u"Form"_s, itemflag::Summary, textValue(u"Memo"_s));
+    workspace->database(QString(), u"mail/kmeier.nsf"_s)->save(note);
+  }
+  { const Program second(host); }
+  const auto workspace = Workspace::open(directory.filePath(u"workspace"_s), host.regional());
+  Note found;
+  EXPECT_TRUE(workspace->database(QString(), u"mail/kmeier.nsf"_s)->read(note.header.unid, found));
+  EXPECT_EQ(workspace->iniValue(u"Samples"), "filled");
+  EXPECT_EQ(host.boxTexts(), QStringList());
+}
+
 TEST_F(ProgramTest, AClosedClientWindowLeavesTheProgramAliveAndComesBackFromTheStatusBar) {
   Program program(host);
   program.start();

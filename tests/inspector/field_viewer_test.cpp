@@ -19,6 +19,12 @@ class FieldViewerTest : public LensFixture {
     start();
     selectRow("fldList", name + u":");
   }
+  // Puts a row into the empty idList and presses "View selected".
+  void viewRow(const QString& row) {
+    control<ListBox>("idList").addItem(row);
+    select("idList", 0);
+    click("cmdidList");
+  }
   static QString idText(quint32 id) { return QString::number(id, 16).toUpper().rightJustified(8, u'0'); }
   QVector<int> redPlaces() {
     QVector<int> places;
@@ -252,9 +258,7 @@ TEST_F(FieldViewerTest, AnAttachmentViewedByIdOnAFreshStartHasNoCollectedSize) {
   attach(note, u"contract.pdf"_s, "bytes");
   const quint32 id = save(note);
   start();
-  control<ListBox>("idList").addItem(idText(id));
-  select("idList", 0);
-  click("cmdidList");
+  viewRow(idText(id));
   selectRow("fldList", u"$FILE:"_s);
   EXPECT_EQ(boxes(), QStringList(u"Invalid procedure call or argument"_s));
   EXPECT_EQ(text("lblSize"), "0 bytes");
@@ -400,8 +404,6 @@ TEST_F(FieldViewerTest, AHitBehindPosition32767EndsTheMarking) {
   QString content(40010, u'.');
   content.replace(9, 3, u"hit"_s);
   content.replace(39999, 3, u"hit"_s);
-  RichText body;
-  body.appendText(content);
   Note note = document(u"Memo"_s);
   note.add(u"Long"_s, 0, textValue(content));
   openDocument(save(note));
@@ -438,9 +440,7 @@ TEST_F(FieldViewerTest, ViewSelectedListsTheDocumentOfTheRow) {
   attach(note, u"two.txt"_s, "2");
   const quint32 id = save(note);
   start();
-  control<ListBox>("idList").addItem(idText(id));
-  select("idList", 0);
-  click("cmdidList");
+  viewRow(idText(id));
   EXPECT_EQ(rows("fldList"), QStringList({u"Form:    Memo"_s, u"Numbers: 7"_s, u"Unknown: "_s,
                                           u"$FILE:   one.txt"_s, u"$FILE:   two.txt"_s}));
   EXPECT_EQ(text("NotesUID"), note.header.unid.text());
@@ -453,9 +453,7 @@ TEST_F(FieldViewerTest, ViewSelectedReadsTheIdBehindADesignName) {
   form.add(u"$TITLE"_s, itemflag::Summary, textValue(u"Person|per"_s));
   const quint32 id = save(form);
   start();
-  control<ListBox>("idList").addItem(u"Person|per  # "_s + idText(id));
-  select("idList", 0);
-  click("cmdidList");
+  viewRow(u"Person|per  # "_s + idText(id));
   EXPECT_EQ(rows("fldList"), QStringList(u"$TITLE: Person|per"_s));
 }
 
@@ -464,9 +462,7 @@ TEST_F(FieldViewerTest, AnIdOfAnotherLengthKeepsTheDocumentThatWasThere) {
   openDocument(save(note));
   start();
   control<ListBox>("idList").clear();
-  control<ListBox>("idList").addItem(u"name # 12"_s);
-  select("idList", 0);
-  click("cmdidList");
+  viewRow(u"name # 12"_s);
   EXPECT_EQ(rows("fldList"), QStringList(u"Form: Memo"_s));
 }
 
@@ -480,9 +476,7 @@ TEST_F(FieldViewerTest, AViewsFormulaIsShownWhileViewsAreListed) {
   start();
   control<ListBox>("lstDesigns").addItem(u"SELECTVIEWS"_s);
   select("lstDesigns", 0);
-  control<ListBox>("idList").addItem(u"All  # "_s + idText(id));
-  select("idList", 0);
-  click("cmdidList");
+  viewRow(u"All  # "_s + idText(id));
   EXPECT_EQ(boxes(), QStringList());
   EXPECT_EQ(rows("fldList").last(), "$Formula: SELECT @All\n& x");
   EXPECT_EQ(text("txtFieldContent"), "SELECT @All\r\n& x");
