@@ -1,5 +1,5 @@
 # The commands of the README. Each installs what is missing, configures, builds and does its job.
-.PHONY: run test bench format check-format clean
+.PHONY: run test bench fuzz format check-format clean
 
 run:
 	@scripts/run.sh
@@ -9,6 +9,9 @@ test:
 
 bench:
 	@scripts/bench.sh
+
+fuzz:
+	@scripts/fuzz.sh
 
 format:
 	@git ls-files '*.cpp' '*.h' | xargs clang-format -i

@@ -22,6 +22,24 @@ std::vector<Pair>& pairs() {
   return instance;
 }
 
+struct Group {
+  std::string name;
+  std::vector<std::string> ratios;
+  double target;
+};
+
+std::vector<Group>& groups() {
+  static std::vector<Group> instance;
+  return instance;
+}
+
+// Of an even number of values the mean of the two in the middle.
+double medianOf(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  const size_t half = values.size() / 2;
+  return values.size() % 2 ? values[half] : (values[half - 1] + values[half]) / 2;
+}
+
 // Prints as usual and keeps the time of every repetition.
 class Reporter : public benchmark::ConsoleReporter {
  public:
@@ -34,11 +52,8 @@ class Reporter : public benchmark::ConsoleReporter {
 
   // 0 when the benchmark did not run.
   double median(const std::string& name) {
-    std::vector<double>& times = times_[name];
-    if (times.empty()) return 0;
-    const auto middle = times.begin() + long(times.size() / 2);
-    std::nth_element(times.begin(), middle, times.end());
-    return *middle;
+    const std::vector<double>& times = times_[name];
+    return times.empty() ? 0 : medianOf(times);
   }
 
  private:
@@ -50,11 +65,28 @@ class Reporter : public benchmark::ConsoleReporter {
   std::map<std::string, std::vector<double>> times_;
 };
 
+void printRatio(const std::string& name, double ratio, double target) {
+  std::printf("ratio %s: %.2f", name.c_str(), ratio);
+  if (target > 0) std::printf(" (target <= %.2f)", target);
+  std::printf("\n");
+}
+
 void printRatios(Reporter& reporter) {
+  std::printf("\n");
+  std::map<std::string, double> ratios;
   for (const Pair& pair : pairs()) {
     const double ours = reporter.median(pair.ours), peer = reporter.median(pair.peer);
-    if (ours > 0 && peer > 0)
-      std::printf("ratio %s: %.2f (target <= %.2f)\n", pair.name.c_str(), ours / peer, pair.target);
+    if (ours <= 0 || peer <= 0) continue;
+    ratios[pair.name] = ours / peer;
+    printRatio(pair.name, ours / peer, pair.target);
+  }
+  for (const Group& group : groups()) {
+    std::vector<double> members;
+    for (const std::string& name : group.ratios)
+      if (ratios.count(name)) members.push_back(ratios[name]);
+    // A median of some of them only would say something else.
+    if (members.size() == group.ratios.size())
+      printRatio("median of " + group.name, medianOf(members), group.target);
   }
 }
 
@@ -62,6 +94,10 @@ void printRatios(Reporter& reporter) {
 
 Ratio::Ratio(std::string name, std::string ours, std::string peer, double target) {
   pairs().push_back({std::move(name), std::move(ours), std::move(peer), target});
+}
+
+Median::Median(std::string name, std::vector<std::string> ratios, double target) {
+  groups().push_back({std::move(name), std::move(ratios), target});
 }
 
 }  // namespace lens::bench

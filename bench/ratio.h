@@ -2,14 +2,21 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace lens::bench {
 
 // At the end of the run the median time of ours is divided by that of the peer. Names are those of
 // the registered benchmarks. Use at namespace scope beside the pair:
 //   const Ratio saving("save", "BM_Save", "BM_SaveRaw", 1.5);
+// Without a target the ratio is printed all the same; it counts in a median.
 struct Ratio {
-  Ratio(std::string name, std::string ours, std::string peer, double target);
+  Ratio(std::string name, std::string ours, std::string peer, double target = 0);
+};
+
+// The median of several ratios, by their names, for work that comes in many kinds.
+struct Median {
+  Median(std::string name, std::vector<std::string> ratios, double target);
 };
 
 }  // namespace lens::bench

@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
-# Installs what the given purposes (build, test, bench, run) need and is missing. Debian packages.
+# Installs what the given purposes (build, test, bench, fuzz, run) need and is missing. Debian packages.
 set -euo pipefail
 
 build=(g++ cmake ninja-build make pkg-config qt6-base-dev qt6-base-dev-tools libgl-dev libsqlite3-dev
        libicu-dev ccache fonts-inconsolata fonts-liberation)
 test=(libgtest-dev)
-bench=(libbenchmark-dev)
+bench=(libbenchmark-dev liblua5.4-dev)
+fuzz=(clang libclang-rt-dev)
 run=(xvfb xauth imagemagick x11-utils)
 format=(clang-format)
 

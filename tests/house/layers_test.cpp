@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QStringList>
+#include <algorithm>
 
 namespace {
 using namespace Qt::StringLiterals;
@@ -69,6 +70,33 @@ TEST(Layers, OnlyTheApplicationAndTheClientWindowKnowTheEngine) {
   for (const Include& include : includesOfTheHouse())
     EXPECT_TRUE(include.to != u"embedded" || kMayKnowTheEngine.contains(include.from))
         << include.file.toStdString();
+}
+
+// The formula language is tested and measured without a database: of the store it knows how values are
+// laid out, and nothing else of the engine.
+TEST(Layers, FormulasKnowNoDatabase) {
+  static const QRegularExpression line(u"^#include [\"<]([^\">]+)"_s, QRegularExpression::MultilineOption);
+  static const QStringList kAllowed = {u"embedded/store/item_value.h"_s, u"embedded/store/timedate.h"_s,
+                                       u"embedded/store/lmbcs.h"_s,      u"notes/"_s,
+                                       u"embedded/formula/"_s,           u"unicode/"_s};  // character sets
+  QDirIterator files(QStringLiteral(LENS_SOURCE_DIR "/src/embedded/formula"), {u"*.cpp"_s, u"*.h"_s},
+                     QDir::Files, QDirIterator::Subdirectories);
+  int seen = 0;
+  while (files.hasNext()) {
+    QFile file(files.next());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(file.readAll());
+    for (const QRegularExpressionMatch& match : line.globalMatch(text)) {
+      const QString included = match.captured(1);
+      ++seen;
+      EXPECT_FALSE(included.contains(u"sqlite"_s)) << file.fileName().toStdString();
+      if (!included.contains(u'/')) continue;
+      EXPECT_TRUE(std::any_of(kAllowed.begin(), kAllowed.end(),
+                              [&](const QString& allowed) { return included.startsWith(allowed); }))
+          << file.fileName().toStdString() << " includes " << included.toStdString();
+    }
+  }
+  EXPECT_GT(seen, 100);
 }
 
 }  // namespace

@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# fuzz.sh [TARGET...]: builds the fuzz targets with clang and runs each for FUZZ_SECONDS (60). What makes
+# a target fail is kept in build/fuzz/findings; the corpus grows in build/fuzz/corpus from run to run.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/install.sh build fuzz
+cmake --preset fuzz >/dev/null
+
+# One file for each case of the tables; a pilcrow in them is a line feed.
+seed_formula() {
+  local folder=$1 names
+  cat tests/embedded/formula/cases/*.txt | grep -v '^#' | sed -n 's/\(.*\) => .*/\1/p' |
+    awk -v folder="$folder" '{ gsub("¶", "\n"); name = folder "/case" NR; printf "%s", $0 > name; close(name) }'
+  names=$(grep -rhoE '"@[A-Za-z0-9]+"' src/embedded/formula | sort -u || true)
+  { cat fuzz/formula.dict; echo "$names"; } >"$folder.dict"
+}
+
+# The sanitizer keeps freed memory for a while; a little of it, or the fuzzer takes that for a leak.
+export ASAN_OPTIONS="quarantine_size_mb=16:${ASAN_OPTIONS:-}"
+[ $# -gt 0 ] || set -- $(cd fuzz && ls ./*_fuzz.cpp | sed 's|^\./||; s|_fuzz\.cpp$||')
+for name in "$@"; do
+  cmake --build --preset fuzz --target "${name}_fuzz"
+  mkdir -p "build/fuzz/corpus/$name" "build/fuzz/seeds/$name" build/fuzz/findings
+  "seed_$name" "build/fuzz/seeds/$name"
+  echo "Fuzzing: $name"
+  "build/fuzz/fuzz/${name}_fuzz" -max_total_time="${FUZZ_SECONDS:-60}" -max_len=1500 -timeout=60 \
+    -rss_limit_mb=3072 -print_final_stats=1 -dict="build/fuzz/seeds/$name.dict" \
+    -artifact_prefix="build/fuzz/findings/$name-" "build/fuzz/corpus/$name" "build/fuzz/seeds/$name"
+done

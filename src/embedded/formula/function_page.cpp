@@ -1,0 +1,178 @@
+#include "embedded/formula/function_page.h"
+
+#include "embedded/formula/faults.h"
+#include "embedded/formula/function.h"
+
+namespace lens::formula {
+namespace {
+
+// --- What stands before the tables ---------------------------------------------------------------------
+
+constexpr const char* kIntroduction = R"(# Formulas
+
+How the formula language works in this program: its rules in short, then every function. The tables are made
+from the program's own table of functions.
+
+## A formula
+
+```
+REM {Who is late?};
+days := (@Now - Due) / 86400;
+FIELD State := @If(days > 7; "very late"; days > 0; "late"; "in time");
+SELECT Form = "Memo" & days > 0
+```
+
+A formula is a row of statements with `;` between. A statement is one of these:
+
+| Statement | What it does |
+|---|---|
+| `name := value` | gives a temporary variable a value; the document is not touched |
+| `FIELD name := value` | writes an item of the document, and makes it when there is none; `@Unavailable` removes it |
+| `DEFAULT name := value` | the value that the name has when the document lacks the item |
+| `ENVIRONMENT name := text` | writes an entry of notes.ini, with a `$` before its name |
+| `REM "text"` or `REM {text}` | a remark |
+| `SELECT value` | whether the document belongs to the selection: any number but 0 |
+| a value alone | is computed; the last one is the value of the formula |
+
+One statement at least must be a value or a SELECT, and there is one SELECT at most. Inside parentheses `;` parts
+the arguments of a function. `name := value` may stand there too.
+
+## How it is written
+
+- Upper and lower case matter in texts only. Blanks, tabs and line ends may stand anywhere between the parts.
+- **Names** begin with a letter, `_` or `$`; digits may follow. A variable hides the item of the same name.
+- **Texts** stand in `"quotes"` or `{braces}`. A backslash takes the next character as it is: `\"`, `\}`, `\\`.
+- **Numbers**: `12`, `.5`, `1.5E-3`. The mark is a point everywhere.
+- **Dates and times** stand in brackets: `[03/15/2024]`, `[14:30]`, `[03/15/2024 2:30 PM]`; `[a - b]` is a range.
+  The order of day, month and year is the machine's. Years of two digits: 50 to 99 are 19xx, the others 20xx.
+- **Keywords** stand in brackets too: `[CN]`. Several are a list: `[OK]:[NoSort]`.
+- Operators are read longest first: `2*-3` has the operator `*-`, `2 * -3` a product and a sign.
+
+## Values
+
+A value is a list of texts, numbers, times or time ranges, and a single one is a list of one. Nothing is converted
+on its own: `@Text`, `@ToNumber`, `@TextToTime` and the like do it. Truth is the number 1, falsehood 0. An item that
+the document does not have reads as the empty text. A selection sees summary items only.
+
+## Operators
+
+From the tightest to the loosest; those of one level go from left to right.
+
+| Level | Operators | |
+|---|---|---|
+| 1 | `x[n]` | an element, counted from 1 |
+| 2 | `:` | joins lists of one type |
+| 3 | `+` `-` | signs |
+| 4 | `*` `/` `**` `*/` | |
+| 5 | `+` `-` `*+` `*-` | `+` also joins texts; time minus time is seconds |
+| 6 | `=` `<>` `!=` `<` `>` `<=` `>=` and with `*` in front | 1 when any tested pair fits, otherwise 0 |
+| 7 | `!` `&` `\|` | not, and, or; both sides are computed |
+
+- `:` binds tighter than a sign: `1:-2:3` is 1, -2, -3. Write `1:(-2):3`.
+- Plain operators work on pairs: first with first, second with second; the shorter list repeats its last element.
+- Operators with `*` in front take every element of the left with every element of the right, the left one slowest:
+  `"A":"B" *+ "1":"2"` is A1, A2, B1, B2.
+- So `A = B` asks whether any pair is equal, and `A != B` whether any differs; both can be 1.
+
+## Errors
+
+An error is a value. What is computed with it becomes the same error, until `@IsError` or `@IfError` looks at it;
+inside the second argument of `@IfError` the variable `$Error` holds its text. What is not computed cannot fail: `@If`
+computes only the value that it gives. A formula that cannot be compiled is turned down with a reason and a place.
+
+## Limits
+
+| What | How much |
+|---|---|
+| a text, and the result of a formula | 65,535 bytes |
+| elements of a list | 65,535 |
+| conditions of one `@If` | 99 |
+| statements in one `@While` or `@DoWhile` / `@For` | 254 / 252 |
+
+A formula that runs too long, takes too much memory or nests too deep is ended with an error.
+
+)";
+
+// --- The tables ----------------------------------------------------------------------------------------
+
+struct Family {
+  const char* title;
+  std::span<const Function> (*functions)();
+};
+
+constexpr Family kFamilies[] = {
+    {"Text", textFunctions},
+    {"Pieces of text", textPieceFunctions},
+    {"Names of people", nameFunctions},
+    {"Lists", listFunctions},
+    {"Numbers", numberFunctions},
+    {"Dates and times", timeFunctions},
+    {"Conditions, loops and tests", logicFunctions},
+    {"The document", documentFunctions},
+    {"The database", databaseFunctions},
+    {"The user and the machine", environmentFunctions},
+    {"In the client or on a server", clientFunctions},
+};
+
+// Signs that would mean something in Markdown stand for themselves.
+QString cell(const char* text) {
+  QString plain = QString::fromUtf8(text);
+  plain.replace(u'<', QStringLiteral("&lt;"));
+  for (QChar sign : {u'|', u'*', u'_'}) plain.replace(sign, QStringLiteral("\\") + sign);
+  return plain;
+}
+
+QString code(QString text) {
+  return u'`' + text.replace(u'|', QStringLiteral("\\|")) + u'`';
+}
+
+QString argumentCount(const Function& function) {
+  const int least = function.least, most = function.most;
+  if (most == 0) return QStringLiteral("none");
+  if (most == least) return QString::number(least);
+  if (most == kAnyCount) return QStringLiteral("%1 or more").arg(least);
+  return QStringLiteral("%1 %2 %3")
+      .arg(least)
+      .arg(most == least + 1 ? QStringLiteral("or") : QStringLiteral("to"))
+      .arg(most);
+}
+
+QString row(const Function& function) {
+  QString does = cell(function.help);
+  if (function.note) does += QStringLiteral(" *") + cell(function.note) + u'*';
+  const bool client = (function.quirks & quirk::NeedsClient) != 0;
+  return QStringLiteral("| %1 | %2 | %3 | %4 |\n")
+      .arg(code(callForm(function)), argumentCount(function), does,
+           client ? QStringLiteral("needs the client") : QStringLiteral("implemented"));
+}
+
+QString table(const Family& family) {
+  QString text = QStringLiteral("### %1\n\n| Call | Arguments | What it does | Here |\n|---|---|---|---|\n")
+                     .arg(QString::fromUtf8(family.title));
+  for (const Function& function : family.functions()) text += row(function);
+  return text + u'\n';
+}
+
+QString messages() {
+  QString text = QStringLiteral(
+      "## Messages\n\nThe first part is found when a formula is compiled, the second when it runs.\n\n"
+      "| Number | Text |\n|---|---|\n");
+  for (FaultCode code = fault::FormulaError; code <= fault::CodeTooLong; ++code)
+    if (const QString message = faultText(code); !message.isEmpty())
+      text += QStringLiteral("| %1 | %2 |\n").arg(QString::number(code, 16).toUpper(), message);
+  return text;
+}
+
+}  // namespace
+
+QString functionPage() {
+  QString page = QString::fromUtf8(kIntroduction);
+  page += QStringLiteral(
+      "## Functions\n\nFunctions without arguments take no parentheses. Those that need the client compile "
+      "and are an error when they run. What stands in *slanted* letters is where this program does less than "
+      "the platform, or something else.\n\n");
+  for (const Family& family : kFamilies) page += table(family);
+  return page + messages();
+}
+
+}  // namespace lens::formula
