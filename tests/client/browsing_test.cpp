@@ -76,7 +76,7 @@ TEST_F(Client, ListsFormSubjectAndIdOfAllDocuments) {
 TEST_F(Client, AViewListsItsOwnDocumentsAndDesignNotesTheRest) {
   save(memo(u"Pumps"_s));
   Note order;
-  order.add(u"Form"_s, 0, textValue(u"Order"));
+  order.add(u"Form"_s, itemflag::Summary, textValue(u"Order"));
   save(order);
   Note view;
   view.header.noteClass = noteclass::View;

@@ -79,7 +79,8 @@ quint16 wordAt(const char* bytes) {
 
 }  // namespace
 
-EmbeddedCApi::EmbeddedCApi(std::shared_ptr<Workspace> workspace) : workspace_(std::move(workspace)) {}
+EmbeddedCApi::EmbeddedCApi(std::shared_ptr<Workspace> workspace)
+    : workspace_(std::move(workspace)), environment_(*workspace_) {}
 
 EmbeddedCApi::~EmbeddedCApi() = default;
 
@@ -96,6 +97,7 @@ void EmbeddedCApi::NotesTerm() {
 void EmbeddedCApi::closeAll() {
   for (const quint32 handle : notes_.handles()) notes_.take(handle);
   for (const quint32 handle : dbs_.handles()) dbs_.take(handle);
+  for (const quint32 handle : computations_.handles()) computations_.take(handle);
   memory_.clear();
 }
 
@@ -113,6 +115,7 @@ Status EmbeddedCApi::NSFDbOpen(const QByteArray& path, DbHandle& db) {
   return guarded([&]() -> Status {
     const DatabasePlace place = placeOf(*workspace_, path);
     auto open = std::make_unique<OpenDb>();
+    open->place = place;
     open->store = workspace_->database(place.server, place.path);
     db = dbs_.add(std::move(open));
     return db ? status::Ok : status::NoMemory;
@@ -161,6 +164,7 @@ void EmbeddedCApi::closeNote(NoteHandle handle) {
   const std::unique_ptr<OpenNote> note = notes_.take(handle);
   if (!note) return;
   for (const MemHandle value : note->values) memory_.drop(value);
+  for (const MemHandle value : note->outdated) memory_.drop(value);
 }
 
 Status EmbeddedCApi::NSFNoteClose(NoteHandle note) {
@@ -289,29 +293,13 @@ Status EmbeddedCApi::NSFNoteDelete(DbHandle, qint32, quint16) {
   notHere("NSFNoteDelete");
 }
 
-Status EmbeddedCApi::NSFFormulaCompile(const QByteArray&, quint16, MemHandle&, quint16&, Status&, quint16&,
-                                       quint16&, quint16&, quint16&) {
-  notHere("NSFFormulaCompile");
-}
-
-Status EmbeddedCApi::NSFComputeStart(quint16, const char*, MemHandle&) {
-  notHere("NSFComputeStart");
-}
-
-Status EmbeddedCApi::NSFComputeEvaluate(MemHandle, NoteHandle, MemHandle&, quint16&, bool&, bool&, bool&) {
-  notHere("NSFComputeEvaluate");
-}
-
-Status EmbeddedCApi::NSFComputeStop(MemHandle) {
-  notHere("NSFComputeStop");
-}
-
 Status EmbeddedCApi::NSFRemoteConsole(const QByteArray&, const QByteArray&, MemHandle&) {
   notHere("NSFRemoteConsole");
 }
 
 qsizetype EmbeddedCApi::openHandles() const {
-  return qsizetype(dbs_.handles().size() + notes_.handles().size()) + memory_.count();
+  return qsizetype(dbs_.handles().size() + notes_.handles().size() + computations_.handles().size()) +
+         memory_.count();
 }
 
 }  // namespace lens

@@ -11,6 +11,8 @@
 
 #include "embedded/capi/handle_table.h"
 #include "embedded/capi/memory_pool.h"
+#include "embedded/formula/formula.h"
+#include "embedded/formula_world/workspace_environment.h"
 #include "embedded/workspace.h"
 #include "notes/capi.h"
 
@@ -68,20 +70,25 @@ class EmbeddedCApi : public CApi {
 
  private:
   struct OpenDb {
+    DatabasePlace place;
     std::shared_ptr<Database> store;
   };
   struct OpenNote {
     DbHandle db = 0;
     Note note;
     QHash<qsizetype, MemHandle> values;  // memory handed out, by the item's place
+    QVector<MemHandle> outdated;         // the same, of items that a formula has changed since
   };
   void closeNote(NoteHandle handle);
   void closeAll();
+  formula::Outcome evaluate(formula::Evaluation& evaluation, OpenNote* note);
 
   std::shared_ptr<Workspace> workspace_;
   int inits_ = 0;
   HandleTable<OpenDb> dbs_{1};
   HandleTable<OpenNote> notes_{2};
+  HandleTable<formula::Evaluation> computations_{3};
+  WorkspaceEnvironment environment_;
   MemoryPool memory_;
 };
 

@@ -1,5 +1,6 @@
 #include "embedded/capi/status.h"
 
+#include "embedded/formula/faults.h"
 #include "embedded/workspace.h"
 
 namespace lens {
@@ -34,16 +35,6 @@ constexpr StatusText kTexts[] = {
     {0x024C, "You are not authorized to delete that database"},
     {status::NotInIndex, "Entry not found in index"},
     {status::BadTime, "Invalid Time or Date Encountered"},
-    {0x0501, "Formula Error"},
-    {0x0505, "An @Function or operator was expected"},
-    {0x0506, "Insufficient arguments for @Function"},
-    {0x050A, "Formula is incomplete"},
-    {0x050B, "An operator or semicolon was expected"},
-    {0x050F, "Missing right parenthesis"},
-    {0x0515, "No main or selection expression in formula"},
-    {0x0517, "Unterminated text literal"},
-    {0x051A, "No formula specified"},
-    {0x051B, "Unknown @Function"},
     {status::NoListEntry, "No such entry"},
     {status::NoServer, "Unable to find path to server"},
     {0x0807, "Server not responding"},
@@ -57,7 +48,7 @@ constexpr StatusText kTexts[] = {
 QString statusText(Status status) {
   for (const StatusText& row : kTexts)
     if (row.status == (status & kErrorMask)) return QString::fromLatin1(row.text);
-  return {};
+  return formula::faultText(status & kErrorMask);
 }
 
 Status statusOf(const RuntimeError& error) {

@@ -14,7 +14,7 @@ inline constexpr int NotInitialized = 4100;
 inline constexpr int DatabaseClosed = 4101;
 inline constexpr int NoFormulaSource = 4102;
 inline constexpr int WrongKind = 4103;
-inline constexpr int NoSuchDocument = 4104;
+inline constexpr int NoSuchDocument = 4104;  // 4105: a formula that cannot be compiled (search)
 }  // namespace modelfault
 
 struct ModelContext {

@@ -2,10 +2,14 @@
 
 #include <QDir>
 
+#include "embedded/formula_world/store_database.h"
+#include "embedded/formula_world/workspace_environment.h"
 #include "embedded/model/notes_document.h"
 #include "embedded/model/notes_document_collection.h"
 #include "embedded/model/notes_view.h"
+#include "embedded/search/selection.h"
 #include "embedded/views/design_notes.h"
+#include "notes/numbers.h"
 
 namespace lens {
 namespace {
@@ -73,6 +77,7 @@ const MemberTable& NotesDatabase::members() const {
       method<&NotesDatabase::view>(u"GETVIEW", 1, 1),
       method<&NotesDatabase::documentById>(u"GETDOCUMENTBYID", 1, 1),
       method<&NotesDatabase::documentByUnid>(u"GETDOCUMENTBYUNID", 1, 1),
+      method<&NotesDatabase::search>(u"SEARCH", 3, 3),
       property<&NotesDatabase::close>(u"Close"),
   };
   return table;
@@ -167,6 +172,22 @@ Value NotesDatabase::documentByUnid(const Arguments& arguments) {
   const Value found = NotesDocument::read(database_, unid);
   if (!found.object()) refuse(QStringLiteral("universal ID"), text, notes);
   return found;
+}
+
+// Formula, the moment from which on documents count (nothing: all), and how many at most (0: all).
+Value NotesDatabase::search(const Arguments& arguments) {
+  const Database& notes = store();
+  Workspace& workspace = *database_->context->workspace;
+  WorkspaceEnvironment environment(workspace);
+  StoreDatabase properties(workspace, database_->place, database_->store);
+  SelectionRequest request{
+      compiledFormula(arguments[0].text(), environment), environment, &properties, {}, 0};
+  if (arguments[1].kind() == Value::Kind::DateTime) {
+    const DateTime& since = arguments[1].dateTime();
+    request.since = QDateTime(since.date, since.time.isValid() ? since.time : QTime(0, 0));
+  }
+  request.most = qMax<qsizetype>(0, roundToInt32(arguments[2].number()));
+  return newObject<NotesDocumentCollection>(database_, selectDocuments(notes, request));
 }
 
 // What came from the client's workspace is the client's own database: closing it closes its windows.

@@ -43,6 +43,7 @@ class NotesDatabase : public ModelObject {
   Value view(const Arguments& arguments);
   Value documentById(const Arguments& arguments);
   Value documentByUnid(const Arguments& arguments);
+  Value search(const Arguments& arguments);
   Value close();
 
   Database& store() const;

@@ -90,4 +90,8 @@ QString Note::text(QStringView name) const {
   return values.isArray() && values.upperBound() >= 0 ? values.at(0).text() : QString();
 }
 
+bool isProfile(const Note& note) {
+  return note.text(u"$Name").startsWith(u"$profile_", Qt::CaseInsensitive);
+}
+
 }  // namespace lens

@@ -63,4 +63,7 @@ struct Note {
   }
 };
 
+// A profile document: one for a database or user, found by its name, in no view and in no search.
+bool isProfile(const Note& note);
+
 }  // namespace lens

@@ -222,7 +222,6 @@ TEST_F(Handles, DesignNotesAreFoundByClassAndAlias) {
 
 TEST_F(Handles, FunctionsThatAreNotHereRaise453) {
   EXPECT_EQ(raised([&] { api.NSFNoteDelete(0, 1, 0x201); }), err::EntryNotFound);
-  EXPECT_EQ(raised([&] { api.NSFComputeStop(0); }), err::EntryNotFound);
   MemHandle reply = 0;
   EXPECT_EQ(raised([&] { api.NSFRemoteConsole("", "", reply); }), err::EntryNotFound);
 }

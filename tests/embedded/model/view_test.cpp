@@ -11,11 +11,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QStringList formsOf(const QString& formula) {
-  const ViewSelection selection = readSelection(formula);
-  return selection.all ? QStringList(u"*"_s) : selection.forms;
-}
-
 QStringList subjects(const Object& view) {
   QStringList found;
   for (Object document = view.call(u"GETFIRSTDOCUMENT"_s).object(); document;
@@ -26,18 +21,26 @@ QStringList subjects(const Object& view) {
 
 }  // namespace
 
-TEST(ViewSelection, UnderstandsComparisonsOfForm) {
-  EXPECT_EQ(formsOf(u"SELECT @All"_s), QStringList(u"*"_s));
-  EXPECT_EQ(formsOf(u"SELECT Form = \"Memo\""_s), QStringList(u"Memo"_s));
-  EXPECT_EQ(formsOf(u" select FORM=\"A\":\"B\" : \"C\";"_s), QStringList({u"A"_s, u"B"_s, u"C"_s}));
-  EXPECT_EQ(formsOf(u"SELECT (Form = \"A\" | Form=\"B\")"_s), QStringList({u"A"_s, u"B"_s}));
-}
-
-TEST(ViewSelection, AnythingElseGivesAllDocuments) {
-  for (const QString& formula :
-       {u"SELECT Form = \"A\" & Status = \"x\""_s, u"SELECT Form != \"A\""_s, u"SELECT Form = \"A\" |"_s,
-        u"SELECT @Contains(Form; \"A\")"_s, u"SELECT Form = \"A\\\"B\""_s, u""_s, u"SELECT Form = \"A"_s})
-    EXPECT_EQ(formsOf(formula), QStringList(u"*"_s)) << formula.toStdString();
+TEST(ViewSelection, IsWhatItsFormulaSays) {
+  TestWorkspace t;
+  const auto add = [&](const QString& form, const QString& status) {
+    t.add(
+        {{u"Form"_s, textValue(form)}, {u"Status"_s, textValue(status)}, {u"Subject"_s, textValue(status)}});
+  };
+  add(u"A"_s, u"x"_s);
+  add(u"A"_s, u"y"_s);
+  add(u"B"_s, u"z"_s);
+  const auto shown = [&](const QString& formula) {
+    static int number = 0;
+    const QString name = u"View %1"_s.arg(++number);
+    t.addView(name, sourceFormulaValue(formula));
+    return subjects(t.mail().call(u"GETVIEW"_s, name).object());
+  };
+  EXPECT_EQ(shown(u"SELECT Form = \"A\" & Status = \"y\""_s), QStringList(u"y"_s));
+  EXPECT_EQ(shown(u"SELECT Form != \"A\""_s), QStringList(u"z"_s));
+  EXPECT_EQ(shown(u"SELECT Form = \"B\" : \"C\""_s), QStringList(u"z"_s));
+  EXPECT_EQ(shown(u"SELECT @All"_s).size(), 3);
+  EXPECT_EQ(shown(u"SELECT Form = \"A\" |"_s).size(), 3) << "a formula with a mistake hides nothing";
 }
 
 TEST(ViewTitles, MatchWholeNameOrAliasWithoutCaseAndOuterBlanks) {

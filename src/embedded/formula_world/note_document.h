@@ -1,0 +1,55 @@
+// A note of the store as the document that a formula works on.
+#pragma once
+
+#include <functional>
+
+#include "embedded/formula/world.h"
+#include "embedded/store/database.h"
+
+namespace lens {
+
+class NoteDocument : public formula::Document {
+ public:
+  // A search sees summary items only.
+  enum class Items { All, Summary };
+
+  // Reads; writing is refused. The note must outlive this; so must the database, which may be null and
+  // tells the parents of parents.
+  explicit NoteDocument(const Note& note, const Database* database = nullptr, Items items = Items::All)
+      : note_(note), database_(database), items_(items) {}
+  // Reads and writes the note in memory; saving it is the caller's.
+  NoteDocument(Note* note, const Database* database) : note_(*note), writable_(note), database_(database) {}
+
+  // In a selection: whether the note of that UNID was selected. Without it none was.
+  using Selected = std::function<bool(const Unid&)>;
+  void setSelected(Selected selected) { selected_ = std::move(selected); }
+
+  bool item(const formula::Name& name, formula::Value& value) const override;
+  QStringList itemNames() const override;
+  QStringList authorItems() const override;
+  // A new item is a summary item. Of several items with the name the first stays.
+  void setItem(const QString& name, const formula::Value& value) override;
+  void removeItem(const QString& name) override;
+  formula::DocumentProperties properties() const override;
+  QVector<formula::Attachment> attachments() const override;
+  QString richText(const formula::Name& name) const override;
+  bool respondsToSelected(bool everyLevel) const override;
+
+ private:
+  bool visible(const Item& item) const {
+    return items_ == Items::All || (item.flags & itemflag::Summary) != 0;
+  }
+  const Item* find(QStringView name) const;
+  Note& writable() const;
+
+  const Note& note_;
+  Note* writable_ = nullptr;
+  const Database* database_;
+  Items items_ = Items::All;
+  Selected selected_;
+};
+
+// The document that a note answers: as its header says, or else its item $REF. Null for a main document.
+Unid parentOf(const Note& note);
+
+}  // namespace lens

@@ -1,0 +1,144 @@
+#include "embedded/formula_world/store_database.h"
+
+#include <algorithm>
+
+#include "embedded/dxl/note_elements.h"
+#include "embedded/formula_world/note_document.h"
+
+namespace lens {
+namespace {
+
+using formula::Fault;
+namespace fault = formula::fault;
+
+Unid parsedUnid(const QString& text) {
+  Unid unid;
+  if (!Unid::parse(text, unid)) throw Fault{fault::InvalidUnid};
+  return unid;
+}
+
+// Sixteen digits with a colon between its halves.
+QString shownReplicaId(const QString& id) {
+  return id.size() == 16 ? id.left(8) + u':' + id.mid(8) : id;
+}
+
+bool looksLikeReplicaId(const QString& text) {
+  return text.size() == 17 && text[8] == u':' && !text.contains(u'.') && !text.contains(u'/') &&
+         !text.contains(u'\\');
+}
+
+// What the store cannot read is for the formula a value that cannot be computed.
+template <class Read>
+auto guarded(const Read& read) {
+  try {
+    return read();
+  } catch (const RuntimeError&) {
+    throw Fault{fault::CannotCompute};
+  }
+}
+
+// A damaged note counts as none.
+template <class Which>
+bool readNote(const lens::Database& store, const Which& which, Note& note) {
+  try {
+    return store.read(which, note);
+  } catch (const RuntimeError&) {
+    return false;
+  }
+}
+
+}  // namespace
+
+formula::DatabaseProperties StoreDatabase::properties() const {
+  const DatabaseInfo info = guarded([&] { return store_->info(); });
+  formula::DatabaseProperties properties;
+  properties.server = place_.server;
+  properties.path = place_.path;
+  properties.title = info.title;
+  properties.replicaId = shownReplicaId(info.replicaId);
+  return properties;
+}
+
+bool StoreDatabase::documentItem(const QString& unid, const formula::Name& name,
+                                 formula::Value& value) const {
+  Note note;
+  if (!readNote(*store_, parsedUnid(unid), note)) throw Fault{fault::NoDocument};
+  return NoteDocument(note).item(name, value);
+}
+
+// What the store refuses (a file without write permission, a full disk) is for the formula a field that
+// it may not write.
+void StoreDatabase::write(Note& note, const QString& name, const formula::Value& value) {
+  NoteDocument(&note, nullptr).setItem(name, value);
+  try {
+    store_->save(note);
+  } catch (const RuntimeError&) {
+    throw Fault{fault::FieldsReadOnly};
+  }
+  workspace_.notifyChanged(place_);
+}
+
+void StoreDatabase::setDocumentItem(const QString& unid, const QString& name, const formula::Value& value) {
+  Note note;
+  if (!readNote(*store_, parsedUnid(unid), note)) throw Fault{fault::NoDocument};
+  write(note, name, value);
+}
+
+// The places of all profiles are kept until the database changes, since a search asks for each document.
+void StoreDatabase::findProfiles() const {
+  const qint64 change = store_->changeSequence();
+  if (change == profilesOf_) return;
+  profiles_.clear();
+  store_->scan(noteclass::Document, [&](const Note& candidate) {
+    if (isProfile(candidate)) profiles_.insert(candidate.text(u"$Name").toLower(), candidate.header.id);
+    return true;
+  });
+  profilesOf_ = change;
+}
+
+bool StoreDatabase::readProfile(const QString& profile, const QString& key, Note& note) const {
+  guarded([&] { findProfiles(); });
+  const quint32 id = profiles_.value(profileName(profile, key));
+  return id != 0 && readNote(*store_, id, note);
+}
+
+bool StoreDatabase::profileItem(const QString& profile, const QString& key, const formula::Name& name,
+                                formula::Value& value) const {
+  Note note;
+  return readProfile(profile, key, note) && NoteDocument(note).item(name, value);
+}
+
+void StoreDatabase::setProfileItem(const QString& profile, const QString& key, const QString& name,
+                                   const formula::Value& value) {
+  Note note;
+  if (!readProfile(profile, key, note)) {
+    note = Note();
+    note.add(QStringLiteral("Form"), itemflag::Summary, textValue(profile));
+    note.add(QStringLiteral("$Name"), itemflag::Summary, textValue(profileName(profile, key)));
+  }
+  write(note, name, value);
+}
+
+bool StoreDatabase::replicaExists(const QString& server, const QString& replicaId) const {
+  const auto has = [&](const QString& path) {
+    try {
+      const QString id = workspace_.database(server, path)->info().replicaId;
+      return shownReplicaId(id).compare(replicaId, Qt::CaseInsensitive) == 0;
+    } catch (const RuntimeError&) {
+      return false;  // one damaged file does not hide the others
+    }
+  };
+  const QStringList paths = workspace_.databases(server);
+  return std::any_of(paths.begin(), paths.end(), has);
+}
+
+bool StoreDatabase::exists(const QString& server, const QString& path) const {
+  try {
+    if (looksLikeReplicaId(path)) return replicaExists(server, path);
+    return lens::Database::looksLikeDatabase(workspace_.absolutePath(workspace_.place(server, path)));
+  } catch (const RuntimeError&) {
+    return false;  // an unknown server, a path that leads outside, a file that cannot be read
+  }
+}
+
+}  // namespace lens

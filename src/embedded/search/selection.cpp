@@ -1,0 +1,92 @@
+#include "embedded/search/selection.h"
+
+#include <QSet>
+#include <algorithm>
+
+#include "embedded/formula_world/note_document.h"
+
+namespace lens {
+namespace {
+
+using formula::Evaluation;
+using formula::Formula;
+
+class Search {
+ public:
+  Search(const Database& documents, const SelectionRequest& request)
+      : documents_(documents), request_(request), evaluation_(request.formula, request.environment) {}
+
+  QVector<quint32> run() {
+    const bool withResponses = request_.formula->responses() != Formula::Responses::None;
+    documents_.scan(noteclass::Document, [&](const Note& note) {
+      if (isProfile(note) || !recentEnough(note)) return true;
+      NoteDocument document(note, &documents_, NoteDocument::Items::Summary);
+      if (matches(document)) {
+        found_.push_back(note.header.id);
+        if (withResponses) selected_.insert(note.header.unid.text());
+      }
+      return withResponses || !full();
+    });
+    if (withResponses && !selected_.isEmpty()) addResponses();
+    if (full()) found_.resize(request_.most);
+    return std::move(found_);
+  }
+
+ private:
+  bool recentEnough(const Note& note) const {
+    return !request_.since.isValid() || instantOf(note.header.modified) >= request_.since;
+  }
+  bool full() const { return request_.most > 0 && found_.size() >= request_.most; }
+  // A formula without an end would have none over the next document either; and the user may have enough.
+  bool matches(NoteDocument& document) {
+    const formula::Outcome outcome =
+        evaluation_.run(&document, request_.database, Evaluation::Writes::Pretend);
+    const bool endless = outcome.value.isError() && outcome.value.errorCode() == formula::fault::TooMuchTime;
+    if (endless || request_.environment.interrupted())
+      throw RuntimeError(kFormulaError, formula::faultText(formula::fault::TooMuchTime));
+    return outcome.matches;
+  }
+
+  // Responses are asked again when it is known which documents were selected: a response may stand
+  // before the document that it answers.
+  void addResponses() {
+    const auto isSelected = [this](const Unid& unid) { return selected_.contains(unid.text()); };
+    const qsizetype first = found_.size();
+    documents_.scan(noteclass::Document, [&](const Note& note) {
+      if (parentOf(note).isNull() || isProfile(note) || !recentEnough(note)) return true;
+      if (selected_.contains(note.header.unid.text())) return true;
+      NoteDocument document(note, &documents_, NoteDocument::Items::Summary);
+      document.setSelected(isSelected);
+      if (matches(document)) found_.push_back(note.header.id);
+      return true;
+    });
+    std::inplace_merge(found_.begin(), found_.begin() + first, found_.end());
+  }
+
+  const Database& documents_;
+  const SelectionRequest& request_;
+  Evaluation evaluation_;
+  QVector<quint32> found_;
+  QSet<QString> selected_;
+};
+
+}  // namespace
+
+QVector<quint32> selectDocuments(const Database& documents, const SelectionRequest& request) {
+  return Search(documents, request).run();
+}
+
+std::shared_ptr<const Formula> compiledFormula(QStringView source, const formula::Environment& environment) {
+  const formula::Compiled compiled = formula::compile(source, {&environment});
+  if (compiled) return compiled.formula;
+  const formula::CompileError& error = compiled.error;
+  QString text = QStringLiteral("%1 (line %2, character %3)")
+                     .arg(formula::faultText(error.reason))
+                     .arg(error.line + 1)
+                     .arg(error.column + 1);
+  if (error.length > 0)
+    text += QStringLiteral(": '%1'").arg(source.mid(error.offset, qMin(error.length, 80)));
+  throw RuntimeError(kFormulaError, text);
+}
+
+}  // namespace lens

@@ -1,0 +1,130 @@
+// Databases and settings of a workspace as formulas see them.
+
+#include <gtest/gtest.h>
+
+#include "embedded/formula/formula.h"
+#include "embedded/formula_world/store_database.h"
+#include "embedded/formula_world/workspace_environment.h"
+#include "embedded/model/support/test_workspace.h"
+
+namespace lens {
+namespace {
+using namespace Qt::StringLiterals;
+
+class StoreWorld : public ::testing::Test {
+ protected:
+  QString run(const QString& source) {
+    const formula::Compiled compiled = formula::compile(source, {&environment});
+    EXPECT_TRUE(compiled) << source.toStdString();
+    formula::Evaluation evaluation(compiled.formula, environment);
+    const formula::Value value = evaluation.run(nullptr, &database).value;
+    if (value.isError()) return u"error %1"_s.arg(value.errorCode(), 4, 16, QChar(u'0'));
+    QStringList texts;
+    for (qsizetype i = 0; i < value.count(); ++i)
+      texts.append(value.isNumber() ? QString::number(value.number(i)) : value.text(i).toString());
+    return texts.join(u'|');
+  }
+  QString unidOf(quint32 id) {
+    Note note;
+    EXPECT_TRUE(t.store->read(id, note));
+    return note.header.unid.text();
+  }
+
+  testing::TestWorkspace t;
+  WorkspaceEnvironment environment{*t.workspace};
+  StoreDatabase database{*t.workspace, {QString(), u"mail.nsf"_s}, t.store};
+};
+
+TEST_F(StoreWorld, TheDatabaseTellsWhatItIs) {
+  EXPECT_EQ(run(u"@DbName"_s), u"|mail.nsf"_s);
+  EXPECT_EQ(run(u"@DbTitle"_s), u"Mail of Karin"_s);
+  EXPECT_EQ(run(u"@ReplicaID"_s), u"C1257A00:00112233"_s);
+}
+
+TEST_F(StoreWorld, DatabasesExistByPathAndByReplicaId) {
+  EXPECT_EQ(run(u"@DbExists(\"MAIL.nsf\")"_s), u"1"_s);
+  EXPECT_EQ(run(u"@DbExists(\"none.nsf\")"_s), u"0"_s);
+  EXPECT_EQ(run(u"@DbExists(\"../mail.nsf\")"_s), u"0"_s);
+  EXPECT_EQ(run(u"@DbExists(\"CN=Nobody/O=Acme\" : \"mail.nsf\")"_s), u"0"_s);
+  EXPECT_EQ(run(u"@DbExists(\"C1257A00:00112233\")"_s), u"1"_s);
+  EXPECT_EQ(run(u"@DbExists(\"C1257A00:00112234\")"_s), u"0"_s);
+}
+
+TEST_F(StoreWorld, AnotherDocumentIsReadAndWritten) {
+  const QString unid = unidOf(t.add({{u"Subject"_s, textValue(u"Hello")}}));
+  EXPECT_EQ(run(u"@GetDocField(\"%1\"; \"subject\")"_s.arg(unid)), u"Hello"_s);
+  EXPECT_EQ(run(u"@GetDocField(\"%1\"; \"Nowhere\")"_s.arg(unid)), QString());
+  EXPECT_EQ(run(u"@SetDocField(\"%1\"; \"Subject\"; \"Bye\")"_s.arg(unid)), u"Bye"_s);
+  EXPECT_EQ(run(u"@GetDocField(\"FFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFF\"; \"Subject\")"_s), u"error 054c"_s);
+}
+
+TEST_F(StoreWorld, ProfilesAreReadByNameAndKey) {
+  t.add({{u"$Name"_s, textValue(u"$profile_008settings_")}, {u"Color"_s, textValue(u"blue")}});
+  t.add({{u"$Name"_s, textValue(u"$profile_008settings_ada")}, {u"Color"_s, textValue(u"red")}});
+  EXPECT_EQ(run(u"@GetProfileField(\"Settings\"; \"Color\")"_s), u"blue"_s);
+  EXPECT_EQ(run(u"@GetProfileField(\"settings\"; \"color\"; \"Ada\")"_s), u"red"_s);
+  EXPECT_EQ(run(u"@GetProfileField(\"Settings\"; \"Color\"; \"Bob\")"_s), QString());
+}
+
+TEST_F(StoreWorld, ProfilesAreFoundAgainAfterAChange) {
+  EXPECT_EQ(run(u"@GetProfileField(\"Settings\"; \"Color\")"_s), QString());
+  t.add({{u"$Name"_s, textValue(u"$profile_008settings_")}, {u"Color"_s, textValue(u"blue")}});
+  EXPECT_EQ(run(u"@GetProfileField(\"Settings\"; \"Color\")"_s), u"blue"_s);
+}
+
+TEST_F(StoreWorld, ColumnsAreRefused) {
+  EXPECT_EQ(run(u"@DbColumn(\"\"; \"\"; \"All\"; 1)"_s), u"error 0558"_s);
+  EXPECT_EQ(run(u"@DbLookup(\"\"; \"\"; \"All\"; \"k\"; 1)"_s), u"error 0558"_s);
+}
+
+TEST_F(StoreWorld, SettingsComeFromNotesIni) {
+  t.workspace->setIniValue(u"$Region"_s, u"North"_s);
+  EXPECT_EQ(run(u"@Environment(\"Region\")"_s), u"North"_s);
+  EXPECT_EQ(run(u"@Environment(\"UserName\")"_s), QString());
+  EXPECT_EQ(run(u"@UserName"_s), u"CN=Karin Meier/O=Acme"_s);
+  EXPECT_TRUE(run(u"@ConfigFile"_s).endsWith(u"notes.ini"));
+}
+
+TEST_F(StoreWorld, AddressBooksThatExistAreListed) {
+  EXPECT_EQ(run(u"@GetAddressBooks"_s), QString());
+  t.workspace->createDatabase({}, u"names.nsf"_s, {});
+  EXPECT_EQ(run(u"@GetAddressBooks"_s), u"names.nsf"_s);
+}
+
+// --- Writing needs a document at hand: without one nothing may be changed -------------------------------
+
+TEST_F(StoreWorld, ProfilesAreMadeWhenTheyAreMissing) {
+  database.setProfileItem(u"Settings"_s, u"Ada"_s, u"Color"_s, formula::Value::text(u"red"));
+  EXPECT_EQ(run(u"@GetProfileField(\"Settings\"; \"Color\"; \"ada\")"_s), u"red"_s);
+  database.setProfileItem(u"settings"_s, u"ada"_s, u"Color"_s, formula::Value::text(u"green"));
+  EXPECT_EQ(run(u"@GetProfileField(\"Settings\"; \"Color\"; \"Ada\")"_s), u"green"_s);
+  EXPECT_EQ(t.store->noteCount(noteclass::Document), 1);
+}
+
+TEST_F(StoreWorld, WrittenDocumentsAreSavedAndTold) {
+  const quint32 id = t.add({{u"Subject"_s, textValue(u"Hello")}});
+  QString told;
+  t.workspace->setChangeListener([&](const DatabasePlace& place) { told = place.path; });
+  database.setDocumentItem(unidOf(id), u"Subject"_s, formula::Value::text(u"Bye"));
+  Note note;
+  ASSERT_TRUE(t.store->read(id, note));
+  EXPECT_EQ(note.text(u"Subject"), u"Bye"_s);
+  EXPECT_EQ(told, u"mail.nsf"_s);
+}
+
+TEST_F(StoreWorld, EntriesThatWouldBreakTheFileAreRefused) {
+  environment.setIniValue(u"$Zoom"_s, u"3"_s);
+  EXPECT_EQ(t.workspace->iniValue(u"$Zoom"), u"3"_s);
+  for (const QString& name : {u""_s, u"$a=b"_s, u"$a\nUserName"_s, u"[Other]"_s})
+    EXPECT_THROW(environment.setIniValue(name, u"x"_s), formula::Fault) << name.toStdString();
+  environment.setIniValue(u"$Two"_s, u"a\nUserName=CN=Mallory"_s);
+  EXPECT_EQ(t.workspace->userName(), u"CN=Karin Meier/O=Acme"_s);
+}
+
+TEST_F(StoreWorld, TheUserMayInterrupt) {
+  environment.setInterrupted([] { return true; });
+  EXPECT_EQ(run(u"@While(1; 1)"_s), u"error 0562"_s);
+}
+
+}  // namespace
+}  // namespace lens
