@@ -3,6 +3,7 @@
 #include <QDir>
 
 #include "embedded/dxl/dxl_importer.h"
+#include "embedded/help/function_topics.h"
 
 // The samples lie in a library, which the linker leaves out unless somebody asks for them.
 static void loadSamples() {
@@ -43,6 +44,15 @@ void importSample(Workspace& workspace, const Sample& sample) {
   if (!report.failed.isEmpty()) throw RuntimeError(err::InvalidCall, report.failed.join(u'\n'));
 }
 
+// The help is made anew from the program's own tables, as a database of every client with Designer.
+void makeHelp(Workspace& workspace) {
+  const Sample help{QString(), QString(), QStringLiteral("help/designer.nsf"), false};
+  if (isFilled(workspace, help)) return;
+  DatabaseInfo info;
+  info.title = QStringLiteral("Designer help");
+  addFunctionTopics(*workspace.createDatabase(help.server, help.path, info, true));
+}
+
 bool hasDatabases(const Workspace& workspace) {
   if (!workspace.databases(QString()).isEmpty()) return true;
   for (const QString& server : workspace.serverNames())
@@ -64,6 +74,7 @@ void fillFirstTime(Workspace& workspace) {
   importSample(workspace, {QStringLiteral(":/samples/mail.dxl"), QString(), kMail, false});
   importSample(workspace, {QStringLiteral(":/samples/discussion.dxl"), QString(),
                            QStringLiteral("disc/ideas.nsf"), false});
+  makeHelp(workspace);
   workspace.setIniValue(kSamples, QStringLiteral("filled"));
 }
 

@@ -53,6 +53,7 @@ TEST_F(EveryNoteTest, OfTheSamplesCanBeRead) {
   EXPECT_GT(viewAll({u"CN=ACME-HUB01/O=Acme"_s, u"names.nsf"_s}), 15);
   EXPECT_GT(viewAll({QString(), u"mail/kmeier.nsf"_s}), 5);
   EXPECT_GT(viewAll({QString(), u"disc/ideas.nsf"_s}), 20);
+  EXPECT_GT(viewAll({QString(), u"help/designer.nsf"_s}), 250);
 }
 
 TEST_F(EveryNoteTest, ASecondStartLeavesAFilledWorkspaceAlone) {
