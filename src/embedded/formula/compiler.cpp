@@ -135,12 +135,8 @@ Compiled compile(QStringView source, const CompileOptions& options) {
     result.error.reason = fault::CodeTooLong;
     return result;
   }
-  const MachineEnvironment* machine = nullptr;
-  if (!options.environment) {
-    static const thread_local MachineEnvironment instance;
-    machine = &instance;
-  }
-  Parsed parsed = parse(source, machine ? *machine : *options.environment);
+  static const thread_local MachineEnvironment machine;
+  Parsed parsed = parse(source, options.environment ? *options.environment : machine);
   if (parsed.error.reason != 0) {
     result.error = parsed.error;
     return result;

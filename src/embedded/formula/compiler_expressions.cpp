@@ -81,7 +81,9 @@ void Compiler::into(int index, int result) {
   depth_ = depth;
 }
 
-static Op opOf(Operator op) {
+namespace {
+
+Op opOf(Operator op) {
   switch (op) {
     case Operator::Concatenate:
       return Op::Concatenate;
@@ -113,6 +115,8 @@ static Op opOf(Operator op) {
       return Op::Binary;
   }
 }
+
+}  // namespace
 
 void Compiler::chain(const Node& node, int result) {
   // The constants at the head are computed now: "a" : "b" : Name is a constant list and one step.

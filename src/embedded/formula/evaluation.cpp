@@ -1,4 +1,4 @@
-#include <QVarLengthArray>
+#include <QSet>
 
 #include "embedded/formula/machine.h"
 
@@ -91,14 +91,19 @@ bool Evaluation::item(const Name& name, Value& value) const {
 }
 
 QStringList Evaluation::itemNames() const {
-  QStringList names = document_ ? document_->itemNames() : QStringList();
-  for (auto written = state_->written.constBegin(); written != state_->written.constEnd(); ++written) {
-    qsizetype at = 0;
-    while (at < names.size() && foldedName(names[at]) != written.key()) ++at;
-    if (written->type() == Type::Unavailable && at < names.size()) names.removeAt(at);
-    if (written->type() != Type::Unavailable && at == names.size())
-      names.append(state_->writtenNames.value(written.key()));
+  const QStringList stored = document_ ? document_->itemNames() : QStringList();
+  if (state_->written.isEmpty()) return stored;
+  // Those of the document that were not removed, then those that are new.
+  QStringList names;
+  QSet<QString> seen;
+  for (const QString& name : stored) {
+    const QString folded = foldedName(name);
+    seen.insert(folded);
+    if (state_->written.value(folded).type() != Type::Unavailable) names.append(name);
   }
+  for (auto written = state_->written.constBegin(); written != state_->written.constEnd(); ++written)
+    if (written->type() != Type::Unavailable && !seen.contains(written.key()))
+      names.append(state_->writtenNames.value(written.key()));
   return names;
 }
 

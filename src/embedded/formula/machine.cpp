@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "embedded/formula/arguments.h"
+#include "embedded/formula/functions/environment_entry.h"
 
 namespace lens::formula {
 namespace {
@@ -367,7 +368,7 @@ void Machine::writeEnvironment(const Instruction& i) {
   try {
     if (!value.isError() && !value.isText()) throw Fault{fault::TextExpected};
     if (!value.isError() && evaluation_.mayWrite())
-      evaluation_.environment().setIniValue(u'$' + name.text, value.text().toString());
+      evaluation_.environment().setIniValue(environmentEntry(name.text), value.text().toString());
     at(i.result) = value;
   } catch (const Fault& fault) {
     if (fault.fatal) throw;

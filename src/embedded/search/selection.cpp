@@ -43,7 +43,9 @@ class Search {
         evaluation_.run(&document, request_.database, Evaluation::Writes::Pretend);
     const bool endless = outcome.value.isError() && outcome.value.errorCode() == formula::fault::TooMuchTime;
     if (endless || request_.environment.interrupted())
-      throw RuntimeError(kFormulaError, formula::faultText(formula::fault::TooMuchTime));
+      throw RuntimeError(
+          kFormulaError,
+          QStringLiteral("%1: %2").arg(documents_.path(), formula::faultText(formula::fault::TooMuchTime)));
     return outcome.matches;
   }
 

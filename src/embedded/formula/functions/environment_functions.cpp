@@ -3,26 +3,22 @@
 
 #include "embedded/formula/formula.h"
 #include "embedded/formula/function.h"
+#include "embedded/formula/functions/environment_entry.h"
 
 namespace lens::formula {
 namespace {
 
 // --- notes.ini -----------------------------------------------------------------------------------------
 
-// Entries that formulas read and write carry a mark on disk, so that they cannot touch any other.
-QString entryName(const Value& name) {
-  return u'$' + name.text(0).toString();
-}
-
 Value setEnvironment(const Call& call) {
   if (call.evaluation().mayWrite())
-    call.environment().setIniValue(entryName(call[0]), call[1].text(0).toString());
+    call.environment().setIniValue(environmentEntry(call[0].text()), call[1].text(0).toString());
   return call[1];
 }
 
 Value environmentValue(const Call& call) {
   if (call.has(1)) return setEnvironment(call);
-  return Value::text(call.environment().iniValue(entryName(call[0])));
+  return Value::text(call.environment().iniValue(environmentEntry(call[0].text())));
 }
 
 Value configFile(const Call& call) {
