@@ -2,14 +2,9 @@
 
 #include <QDir>
 
-#include "embedded/formula_world/store_database.h"
-#include "embedded/formula_world/workspace_environment.h"
 #include "embedded/model/notes_document.h"
 #include "embedded/model/notes_document_collection.h"
-#include "embedded/model/notes_view.h"
-#include "embedded/search/selection.h"
 #include "embedded/views/design_notes.h"
-#include "notes/numbers.h"
 
 namespace lens {
 namespace {
@@ -136,18 +131,6 @@ Value NotesDatabase::unprocessedDocuments() {
                                             onTop ? client.visibleSelection() : QVector<quint32>());
 }
 
-Value NotesDatabase::views() {
-  QVector<Value> views;
-  for (const NoteSummary& summary : store().list(noteclass::View))
-    if (const Value view = NotesView::read(database_, summary.id); view.object()) views.push_back(view);
-  return Value::array(std::move(views));
-}
-
-Value NotesDatabase::view(const Arguments& arguments) {
-  const quint32 id = findDesignNote(store(), noteclass::View, arguments[0].text());
-  return id == 0 ? nothing() : NotesView::read(database_, id);
-}
-
 Value NotesDatabase::documentById(const Arguments& arguments) {
   const Database& notes = store();
   const QString text = arguments[0].text();
@@ -172,22 +155,6 @@ Value NotesDatabase::documentByUnid(const Arguments& arguments) {
   const Value found = NotesDocument::read(database_, unid);
   if (!found.object()) refuse(QStringLiteral("universal ID"), text, notes);
   return found;
-}
-
-// Formula, the moment from which on documents count (nothing: all), and how many at most (0: all).
-Value NotesDatabase::search(const Arguments& arguments) {
-  const Database& notes = store();
-  Workspace& workspace = *database_->context->workspace;
-  WorkspaceEnvironment environment(workspace);
-  StoreDatabase properties(workspace, database_->place, database_->store);
-  SelectionRequest request{
-      compiledFormula(arguments[0].text(), environment), environment, &properties, {}, 0};
-  if (arguments[1].kind() == Value::Kind::DateTime) {
-    const DateTime& since = arguments[1].dateTime();
-    request.since = QDateTime(since.date, since.time.isValid() ? since.time : QTime(0, 0));
-  }
-  request.most = qMax<qsizetype>(0, roundToInt32(arguments[2].number()));
-  return newObject<NotesDocumentCollection>(database_, selectDocuments(notes, request));
 }
 
 // What came from the client's workspace is the client's own database: closing it closes its windows.

@@ -78,6 +78,7 @@ Database::Database(const QString& path) : path_(path) {
       "PRAGMA foreign_keys = OFF; PRAGMA cell_size_check = ON;",
       enginefault::CannotOpen);
   if (!readOnly) impl_->connection.execute("PRAGMA journal_mode = WAL", enginefault::CannotOpen);
+  bringUpToDate(impl_->connection, access);
   // The first read shows whether the tables are what they should be.
   Statement::Run(impl_->highestChange).step();
 }

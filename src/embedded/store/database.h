@@ -41,6 +41,13 @@ struct NoteSummary {
   Unid parent;
 };
 
+// A note that is not as it was: saved (Live), deleted (Stub) or erased without a stub (Gone).
+struct NoteChange {
+  qint64 change = 0;
+  quint32 id = 0;
+  NoteState state = NoteState::Live;
+};
+
 class Database {
  public:
   // Creates a new, empty database; raises 58 when the file exists.
@@ -130,6 +137,9 @@ class Database {
 
   // Number that grows with every change of a note.
   qint64 changeSequence() const;
+  // What became of the notes that were changed since that number, each one once, in order of the changes:
+  // what an index has to look at again. A note that was erased without a stub is told as Gone.
+  QVector<NoteChange> changesSince(qint64 change) const;
 
   sqlite3* handle() const;
 

@@ -27,7 +27,7 @@ PRAGMA page_size = 8192;
 PRAGMA synchronous = FULL;
 BEGIN IMMEDIATE;
 PRAGMA application_id = 0x544C4E53;
-PRAGMA user_version = 1;
+PRAGMA user_version = 2;
 CREATE TABLE note (
   id INTEGER PRIMARY KEY, class INTEGER NOT NULL, unid BLOB NOT NULL, parent BLOB,
   sequence INTEGER NOT NULL, sequence_time INTEGER NOT NULL, created INTEGER NOT NULL,
@@ -36,6 +36,7 @@ CREATE TABLE note (
 CREATE UNIQUE INDEX note_unid ON note (unid);
 CREATE INDEX note_class ON note (class, id, unid, parent) WHERE state = 0;
 CREATE INDEX note_change ON note (change);
+CREATE TABLE erased (change INTEGER PRIMARY KEY, note INTEGER NOT NULL);
 CREATE TABLE info (key TEXT PRIMARY KEY, value) WITHOUT ROWID;
 CREATE TABLE object (
   id INTEGER PRIMARY KEY AUTOINCREMENT, size INTEGER NOT NULL, chunks INTEGER NOT NULL, checksum BLOB);
@@ -45,7 +46,7 @@ CREATE TABLE object_chunk (
 COMMIT;
 PRAGMA journal_mode = WAL;
 )";
-static_assert(kSchemaVersion == 1 && kApplicationId == 0x544C4E53, "as written in the schema");
+static_assert(kSchemaVersion == 2 && kApplicationId == 0x544C4E53, "as written in the schema");
 
 QByteArray headOf(const QString& path) {
   QFile file(path);
@@ -104,6 +105,26 @@ void requireDatabaseFile(const QString& path) {
                            .arg(path)
                            .arg(schema)
                            .arg(kSchemaVersion));
+}
+
+void bringUpToDate(const Connection& connection, FileAccess access) {
+  Statement version(connection, "PRAGMA user_version", enginefault::CannotOpen);
+  {
+    Statement::Run row(version);
+    if (!row.step() || row.integer(0) >= kSchemaVersion) return;
+  }
+  // Schema 1 did not write down what was erased without a stub. A file that cannot be changed gets the
+  // table for this connection only, and keeps its schema.
+  if (access == FileAccess::ReadWrite)
+    connection.execute(
+        "BEGIN IMMEDIATE;"
+        "CREATE TABLE IF NOT EXISTS erased (change INTEGER PRIMARY KEY, note INTEGER NOT NULL);"
+        "PRAGMA user_version = 2;"
+        "COMMIT",
+        enginefault::CannotOpen);
+  else
+    connection.execute("CREATE TEMP TABLE erased (change INTEGER PRIMARY KEY, note INTEGER NOT NULL)",
+                       enginefault::CannotOpen);
 }
 
 FileAccess accessTo(const QString& path) {

@@ -3,9 +3,11 @@
 
 #include <QString>
 
+#include "embedded/store/sqlite_statement.h"
+
 namespace lens {
 
-inline constexpr int kSchemaVersion = 1;
+inline constexpr int kSchemaVersion = 2;
 
 // Raises when the file is missing (53), unreadable (70), none of ours, or of a newer schema. Reads the
 // head only and opens no database, so a foreign file and its directory stay as they are.
@@ -19,6 +21,9 @@ enum class FileAccess {
 };
 // A file without write permission is opened for reading only, whoever runs the program.
 FileAccess accessTo(const QString& path);
+
+// Gives a database of an older schema what it lacks.
+void bringUpToDate(const Connection& connection, FileAccess access);
 
 // Writes an empty database aside and renames it; raises 58 when there is a file, 76 without a
 // directory. On failure nothing is left.

@@ -30,6 +30,7 @@ struct Database::Impl {
   bool readRow(Statement::Run& row, Note& note) const;
   qint64 nextChange();
   quint32 nextId();
+  void eraseRow(quint32 noteId, qint64 change);
   void checkWritable() const;
   Pending& pending(quint32 objectId);
   void storeChunk(quint32 objectId, Pending& object, QByteArrayView bytes);
@@ -88,6 +89,11 @@ struct Database::Impl {
                      " modified = ?, change = ? WHERE id = ?",
                      kWrite};
   Statement erase{connection, "DELETE FROM note WHERE id = ?", kWrite};
+  Statement recordErased{connection, "INSERT INTO erased (change, note) VALUES (?, ?)", kWrite};
+  Statement changedNotes{connection, "SELECT change, id, state FROM note WHERE change > ? ORDER BY change",
+                         kRead};
+  Statement erasedNotes{connection, "SELECT change, note FROM erased WHERE change > ? ORDER BY change",
+                        kRead};
 
   Statement readInfo{connection, "SELECT value FROM info WHERE key = ?", kRead};
   Statement writeInfo{connection, "INSERT OR REPLACE INTO info (key, value) VALUES (?, ?)", kWrite};

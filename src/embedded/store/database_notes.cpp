@@ -86,6 +86,12 @@ qint64 Database::Impl::nextChange() {
   return row.integer(0) + 1;
 }
 
+// The row goes, and those who follow the changes learn of it.
+void Database::Impl::eraseRow(quint32 noteId, qint64 change) {
+  Statement::Run(erase, noteId).step();
+  Statement::Run(recordErased, change, noteId).step();
+}
+
 quint32 Database::Impl::nextId() {
   Statement::Run row(highestId);
   row.step();
@@ -106,6 +112,22 @@ qint64 Database::changeSequence() const {
   Statement::Run row(impl_->highestChange);
   row.step();
   return row.integer(0);
+}
+
+QVector<NoteChange> Database::changesSince(qint64 change) const {
+  QVector<NoteChange> changes;
+  {
+    Statement::Run row(impl_->changedNotes, change);
+    while (row.step())
+      changes.push_back({row.integer(0), quint32(row.integer(1)),
+                         row.integer(2) == kStateLive ? NoteState::Live : NoteState::Stub});
+  }
+  const qsizetype changed = changes.size();
+  Statement::Run row(impl_->erasedNotes, change);
+  while (row.step()) changes.push_back({row.integer(0), quint32(row.integer(1)), NoteState::Gone});
+  std::inplace_merge(changes.begin(), changes.begin() + changed, changes.end(),
+                     [](const NoteChange& a, const NoteChange& b) { return a.change < b.change; });
+  return changes;
 }
 
 NoteState Database::state(quint32 noteId) const {
@@ -222,9 +244,9 @@ void Database::insertNote(NoteHeader& header, const QByteArray& items) {
       stub = row.integer(0);
     }
   }
-  const qint64 change = impl_->nextChange();
+  qint64 change = impl_->nextChange();
   // The note is back: its stub would only hide it.
-  if (stub) Statement::Run(impl_->erase, stub).step();
+  if (stub) impl_->eraseRow(quint32(stub), change++);
   Statement::Run(impl_->insert, id, header.noteClass, unid, parent, header.sequence,
                  stored(header.sequenceTime), stored(header.created), stored(header.modified),
                  stored(header.added), stored(header.accessed), items, change)
@@ -312,7 +334,7 @@ bool Database::remove(quint32 noteId, bool leaveStub) {
     const QString idKey = QStringLiteral("highest id"), changeKey = QStringLiteral("highest change");
     Statement::Run(impl_->writeInfo, idKey, highest).step();
     Statement::Run(impl_->writeInfo, changeKey, change).step();
-    Statement::Run(impl_->erase, noteId).step();
+    impl_->eraseRow(noteId, change);
   }
   transaction.commit();
   return true;

@@ -1,6 +1,7 @@
 #include <QCryptographicHash>
 #include <QtEndian>
 
+#include "embedded/store/database_file.h"
 #include "store_test.h"
 
 namespace lens {
@@ -55,7 +56,7 @@ TEST_F(DatabaseFile, DatabaseOfAnotherProgramIsRefusedAndNeverTouched) {
 
 TEST_F(DatabaseFile, NewerSchemaIsRefusedAndNeverTouched) {
   QByteArray content = closedContent();
-  qToBigEndian<quint32>(2, content.data() + 60);
+  qToBigEndian<quint32>(quint32(kSchemaVersion) + 1, content.data() + 60);
   writeFile(path(), content);
   expectRefused(path(), enginefault::NewerSchema);
   EXPECT_TRUE(Database::looksLikeDatabase(path()));

@@ -1,0 +1,27 @@
+// Documents of a database by formula and by words.
+#include "embedded/formula_world/store_database.h"
+#include "embedded/formula_world/workspace_environment.h"
+#include "embedded/model/notes_database.h"
+#include "embedded/model/notes_document_collection.h"
+#include "embedded/search/selection.h"
+#include "notes/numbers.h"
+
+namespace lens {
+
+// Formula, the moment from which on documents count (nothing: all), and how many at most (0: all).
+Value NotesDatabase::search(const Arguments& arguments) {
+  const Database& notes = store();
+  Workspace& workspace = *database_->context->workspace;
+  WorkspaceEnvironment environment(workspace);
+  StoreDatabase properties(workspace, database_->place, database_->store);
+  SelectionRequest request{
+      compiledFormula(arguments[0].text(), environment), environment, &properties, {}, 0};
+  if (arguments[1].kind() == Value::Kind::DateTime) {
+    const DateTime& since = arguments[1].dateTime();
+    request.since = QDateTime(since.date, since.time.isValid() ? since.time : QTime(0, 0));
+  }
+  request.most = qMax<qsizetype>(0, roundToInt32(arguments[2].number()));
+  return newObject<NotesDocumentCollection>(database_, selectDocuments(notes, request));
+}
+
+}  // namespace lens

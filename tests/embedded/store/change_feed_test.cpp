@@ -1,0 +1,95 @@
+// What an index learns of the changes since it last looked.
+#include "store_test.h"
+
+namespace lens {
+namespace {
+
+using ChangeFeed = StoreTest;
+
+QString told(const QVector<NoteChange>& changes) {
+  QStringList parts;
+  for (const NoteChange& change : changes) {
+    const QString state = change.state == NoteState::Live   ? QStringLiteral("live")
+                          : change.state == NoteState::Stub ? QStringLiteral("stub")
+                                                            : QStringLiteral("gone");
+    parts << QStringLiteral("%1 %2").arg(change.id, 0, 16).arg(state);
+  }
+  return parts.join(QStringLiteral(", "));
+}
+
+TEST_F(ChangeFeed, TellsEachNoteOnceInTheOrderOfItsLastChange) {
+  const quint32 first = saved(QStringLiteral("one")), second = saved(QStringLiteral("two"));
+  Note note;
+  ASSERT_TRUE(database->read(first, note));
+  database->save(note);
+  EXPECT_EQ(told(database->changesSince(0)),
+            QStringLiteral("%1 live, %2 live").arg(second, 0, 16).arg(first, 0, 16));
+}
+
+TEST_F(ChangeFeed, TellsDeletionsWithAndWithoutAStub) {
+  const quint32 first = saved(QStringLiteral("one")), second = saved(QStringLiteral("two"));
+  const qint64 seen = database->changeSequence();
+  EXPECT_TRUE(database->changesSince(seen).isEmpty());
+  database->remove(second, false);
+  database->remove(first);
+  EXPECT_EQ(told(database->changesSince(seen)),
+            QStringLiteral("%1 gone, %2 stub").arg(second, 0, 16).arg(first, 0, 16));
+}
+
+TEST_F(ChangeFeed, TellsThatAStubMadeWayForItsNote) {
+  const quint32 id = saved(QStringLiteral("one"));
+  Note note;
+  ASSERT_TRUE(database->read(id, note));
+  database->remove(id);
+  const qint64 seen = database->changeSequence();
+  database->saveAsGiven(note);
+  EXPECT_EQ(told(database->changesSince(seen)),
+            QStringLiteral("%1 gone, %2 live").arg(id, 0, 16).arg(note.header.id, 0, 16));
+}
+
+TEST_F(ChangeFeed, KnowsNothingOfAChangeThatWasUndone) {
+  const quint32 id = saved(QStringLiteral("one"));
+  const qint64 seen = database->changeSequence();
+  {
+    Database::Transaction transaction(*database);
+    database->remove(id, false);
+    saved(QStringLiteral("two"));
+  }
+  EXPECT_TRUE(database->changesSince(seen).isEmpty());
+}
+
+// A database as the first schema left it: without the record of what was erased.
+void makeOld(const QString& path) {
+  sqlite3* handle = nullptr;
+  ASSERT_EQ(sqlite3_open(path.toUtf8().constData(), &handle), SQLITE_OK);
+  EXPECT_EQ(
+      sqlite3_exec(handle, "DROP TABLE erased; PRAGMA user_version = 1; PRAGMA wal_checkpoint(TRUNCATE)",
+                   nullptr, nullptr, nullptr),
+      SQLITE_OK);
+  sqlite3_close(handle);
+}
+
+TEST_F(ChangeFeed, WorksInADatabaseOfTheFirstSchema) {
+  const quint32 id = saved(QStringLiteral("one"));
+  database.reset();
+  makeOld(path());
+  reopen();
+  const qint64 seen = database->changeSequence();
+  database->remove(id, false);
+  EXPECT_EQ(told(database->changesSince(seen)), QStringLiteral("%1 gone").arg(id, 0, 16));
+}
+
+TEST_F(ChangeFeed, LeavesAReadOnlyDatabaseOfTheFirstSchemaAsItIs) {
+  saved(QStringLiteral("one"));
+  database.reset();
+  makeOld(path());
+  const QByteArray before = contentOf(path());
+  QFile::setPermissions(path(), QFile::ReadOwner);
+  reopen();
+  EXPECT_EQ(database->changesSince(0).size(), 1);
+  database.reset();
+  EXPECT_EQ(contentOf(path()), before);
+}
+
+}  // namespace
+}  // namespace lens
