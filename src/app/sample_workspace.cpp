@@ -3,7 +3,7 @@
 #include <QDir>
 
 #include "embedded/dxl/dxl_importer.h"
-#include "embedded/help/function_topics.h"
+#include "embedded/help/help_database.h"
 
 // The samples lie in a library, which the linker leaves out unless somebody asks for them.
 static void loadSamples() {
@@ -50,7 +50,7 @@ void makeHelp(Workspace& workspace) {
   if (isFilled(workspace, help)) return;
   DatabaseInfo info;
   info.title = QStringLiteral("Designer help");
-  addFunctionTopics(*workspace.createDatabase(help.server, help.path, info, true));
+  fillHelpDatabase(*workspace.createDatabase(help.server, help.path, info, true));
 }
 
 bool hasDatabases(const Workspace& workspace) {

@@ -191,6 +191,7 @@ void ClientWindow::loadViews() {
 void ClientWindow::loadDocuments() {
   const ViewEntry* entry = currentEntry();
   if (!entry || !database_) return;
+  workspace_->client().showView(entry->noteId);
   const QVector<quint32> marked = markedDocuments();
   const quint32 current = documents_->noteId(ui_->documentTable->currentIndex().row());
   QVector<quint32> ids;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "embedded/design/note_kinds.h"
 #include "embedded/views/view_documents.h"
 
 namespace lens {
@@ -30,6 +31,16 @@ ViewEntry entryOf(const Database& database, quint32 noteId) {
   return entry;
 }
 
+// Navigators and shared columns are notes of the same class, and show no documents.
+bool showsDocuments(const Database& database, quint32 noteId) {
+  try {
+    const QString flags = firstText(database, noteId, u"$Flags");
+    return kindsOfDesign(noteclass::View, flags).meets({NoteKind::Views, NoteKind::Folders});
+  } catch (const RuntimeError&) {
+    return true;  // a damaged one is listed as such
+  }
+}
+
 QVector<quint32> idsOf(const QVector<NoteSummary>& notes) {
   QVector<quint32> ids;
   ids.reserve(notes.size());
@@ -43,7 +54,7 @@ QVector<ViewEntry> viewEntries(const Database& database) {
   QVector<ViewEntry> entries{{ViewEntry::Kind::AllDocuments, QStringLiteral("All documents"), 0},
                              {ViewEntry::Kind::DesignNotes, QStringLiteral("Design notes"), 0}};
   for (const NoteSummary& view : database.list(noteclass::View))
-    entries.push_back(entryOf(database, view.id));
+    if (showsDocuments(database, view.id)) entries.push_back(entryOf(database, view.id));
   std::stable_sort(entries.begin() + 2, entries.end(), [](const ViewEntry& a, const ViewEntry& b) {
     return a.title.compare(b.title, Qt::CaseInsensitive) < 0;
   });

@@ -1,5 +1,5 @@
-// What the Notes client has open: the database on top, the document in its window, the documents
-// that are selected in its view. The client window writes it, the object model reads it.
+// What the Notes client has open: the database on top, the document in its window, its view
+// and the documents that are selected there. The client window writes it, the object model reads it.
 #pragma once
 
 #include <QString>
@@ -39,7 +39,7 @@ class ClientState {
   void showDatabase(const DatabasePlace& place) {
     if (place == database_) return;
     database_ = place;
-    document_ = 0;
+    document_ = view_ = 0;
     selection_.clear();
     if (listener_) listener_->databaseShown();
   }
@@ -48,6 +48,10 @@ class ClientState {
   // Note ID of the open document, 0 when there is none.
   quint32 document() const { return database() ? document_ : 0; }
   void showDocument(quint32 noteId) { document_ = noteId; }
+
+  // Note ID of the view whose documents are shown, 0 when they are those of no view.
+  quint32 view() const { return database() ? view_ : 0; }
+  void showView(quint32 noteId) { view_ = noteId; }
 
   // The marked documents of the view, in its order.
   void select(QVector<quint32> noteIds) { selection_ = std::move(noteIds); }
@@ -71,6 +75,7 @@ class ClientState {
   ClientListener* listener_ = nullptr;
   DatabasePlace database_;
   quint32 document_ = 0;
+  quint32 view_ = 0;
   QVector<quint32> selection_;
 };
 

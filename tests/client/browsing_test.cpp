@@ -95,6 +95,34 @@ TEST_F(Client, AViewListsItsOwnDocumentsAndDesignNotesTheRest) {
   EXPECT_EQ(cell(0, DocumentModel::Subject), u"Orders|by form"_s);
 }
 
+TEST_F(Client, NavigatorsAndSharedColumnsAreNoViews) {
+  for (const QString& flags : {QString(), u"F"_s, u"G3"_s, u"^"_s}) {
+    Note note;
+    note.header.noteClass = noteclass::View;
+    note.add(u"$TITLE"_s, itemflag::Summary, textValue(u"Flags %1"_s.arg(flags)));
+    note.add(u"$Flags"_s, itemflag::Summary, textValue(flags));
+    save(note);
+  }
+  start();
+  openMail();
+  QStringList titles;
+  const auto& list = part<QListWidget>("viewList");
+  for (int row = 2; row < list.count(); ++row) titles.append(list.item(row)->text());
+  EXPECT_EQ(titles, QStringList({u"Flags"_s, u"Flags F (folder)"_s}));
+}
+
+TEST_F(Client, TellsWhichViewItShows) {
+  Note note;
+  note.header.noteClass = noteclass::View;
+  note.add(u"$TITLE"_s, itemflag::Summary, textValue(u"Mine"));
+  const quint32 view = save(note);
+  start();
+  openMail();
+  EXPECT_EQ(workspace->client().view(), 0u) << "all documents are no view";
+  part<QListWidget>("viewList").setCurrentRow(2);
+  EXPECT_EQ(workspace->client().view(), view);
+}
+
 TEST_F(Client, AnEmptyViewSaysSo) {
   start();
   openMail();

@@ -1,42 +1,29 @@
 #include "embedded/help/function_topics.h"
 
 #include "embedded/formula/function.h"
-#include "embedded/richtext/rich_text.h"
+#include "embedded/help/topic.h"
 
 namespace lens {
 namespace {
 
-constexpr RichFont kHeading{1, 1, 0, 12}, kPlain{1, 0, 0, 10};
-
-void addParagraph(RichText& body, const QString& text, const RichFont& font = kPlain) {
-  body.beginParagraph();
-  body.appendText(text, font);
-}
-
-QByteArray bodyOf(const formula::Function& function) {
-  RichText body;
-  addParagraph(body, formula::callForm(function), kHeading);
-  addParagraph(body, QString::fromUtf8(function.help));
+Topic topicOf(const formula::Function& function) {
+  Topic topic;
+  topic.subject = QString::fromLatin1(function.name);
+  topic.chapter = QStringLiteral("H_FORMULA_FUNCTIONS");
+  topic.heading = formula::callForm(function);
+  topic.paragraphs.append(QString::fromUtf8(function.help));
   if (function.quirks & formula::quirk::NeedsClient)
-    addParagraph(body,
-                 QStringLiteral("Compiles, and fails when it runs: it needs the Notes client or a server."));
-  if (function.note) addParagraph(body, QString::fromUtf8(function.note));
-  return rawValue(itemtype::RichText, body.toBytes());
+    topic.paragraphs.append(
+        QStringLiteral("Compiles, and fails when it runs: it needs the Notes client or a server."));
+  if (function.note) topic.paragraphs.append(QString::fromUtf8(function.note));
+  return topic;
 }
 
 }  // namespace
 
 void addFunctionTopics(Database& help) {
   Database::Transaction all(help);
-  for (const formula::Function* function : formula::allFunctions()) {
-    Note topic;
-    topic.add(QStringLiteral("Form"), itemflag::Summary, textValue(u"Topic"));
-    topic.add(QStringLiteral("Subject"), itemflag::Summary, textValue(QString::fromLatin1(function->name)));
-    topic.add(QStringLiteral("TopicType"), itemflag::Summary, textValue(u"About"));
-    topic.add(QStringLiteral("_Parent"), itemflag::Summary, textValue(u"H_FORMULA_FUNCTIONS"));
-    topic.add(QStringLiteral("Body"), 0, bodyOf(*function));
-    help.save(topic);
-  }
+  for (const formula::Function* function : formula::allFunctions()) addTopic(help, topicOf(*function));
   all.commit();
 }
 

@@ -41,6 +41,11 @@ class NotesDatabase : public ModelObject {
   Value unprocessedDocuments();
   Value views();
   Value view(const Arguments& arguments);
+  Value agents();
+  Value agent(const Arguments& arguments);
+  Value form(const Arguments& arguments);
+  Value profileDocuments(const Arguments& arguments);
+  Value noteCollection(const Arguments& arguments);
   Value documentById(const Arguments& arguments);
   Value documentByUnid(const Arguments& arguments);
   Value search(const Arguments& arguments);

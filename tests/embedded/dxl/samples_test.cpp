@@ -105,7 +105,7 @@ TEST_F(Samples, DiscussionHoldsEveryKindOfDesignAndSchedule) {
     reader.skip(6);
     intervals.insert(reader.u16());
   }
-  EXPECT_EQ(triggers.join(u' ').toStdString(), "4 4 6 2 1 1 1 1 1 5 3 8");
+  EXPECT_EQ(triggers.join(u' ').toStdString(), "4 4 6 2 1 1 1 1 1 5 3 8 4 4 4 4 4 4 4");
   EXPECT_EQ(intervals.size(), 5);
   for (const quint16 single : {noteclass::Icon, noteclass::About, noteclass::Using, noteclass::Acl})
     EXPECT_NE(database_->specialNote(single), 0u);

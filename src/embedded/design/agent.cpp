@@ -1,0 +1,126 @@
+#include "embedded/design/agent.h"
+
+#include <cmath>
+
+#include "embedded/dxl/source_formula.h"
+#include "embedded/richtext/rich_records.h"
+
+namespace lens {
+namespace {
+
+// Records of "$AssistAction", and the types of agent that are numbered after them.
+constexpr quint8 kHeader = 0x81, kFormula = 0x84, kScript = 0x85, kFormulaOnly = 0x92, kJava = 0x93;
+constexpr quint16 kRecordType = 0xFF00;
+
+// The first record behind the header; empty when there is none.
+QByteArrayView firstAction(QByteArrayView data) {
+  while (!data.isEmpty()) {
+    const qsizetype length = richrecord::wholeLength(data);
+    if (length == 0) return {};
+    if (quint8(data[0]) != kHeader) return data.first(length);
+    data = data.sliced(qMin(data.size(), length + length % 2));
+  }
+  return {};
+}
+
+int agentType(const Note& note) {
+  const Item* type = note.find(u"$AssistType");
+  const Value values = type ? itemValues(*type) : Value();
+  if (!values.isArray() || values.at(0).kind() != Value::Kind::Number) return 0;
+  const double number = values.at(0).number();
+  return std::abs(number) < 0x10000 ? int(number) : 0;
+}
+
+QString whyNoFormula(const Note& note, QByteArrayView action) {
+  const int type = agentType(note);
+  const quint8 record = action.isEmpty() ? 0 : quint8(action[0]);
+  if (record == kScript || type == (kRecordType | kScript))
+    return QStringLiteral("it is written in LotusScript, and only formulas run here");
+  if (record == kJava || type == (kRecordType | kJava))
+    return QStringLiteral("it is written in Java, and only formulas run here");
+  if (record != 0) return QStringLiteral("it consists of simple actions, and only formulas run here");
+  return QStringLiteral("it has no formula");
+}
+
+// The source text; otherwise why there is none.
+bool readSource(const Note& note, QString& source, QString& why) {
+  const Item* const item = note.find(u"$AssistAction");
+  const QByteArrayView action = item && item->value.size() >= 2 && item->type() == itemtype::Action
+                                    ? firstAction(item->data())
+                                    : QByteArrayView();
+  if (action.size() < 2 || (quint8(action[0]) != kFormula && quint8(action[0]) != kFormulaOnly)) {
+    why = whyNoFormula(note, action);
+    return false;
+  }
+  ByteReader reader(action);
+  reader.skip(4);
+  const quint32 flags = reader.u32();
+  const quint16 length = reader.u16();
+  const QByteArrayView formula = reader.take(length);
+  if (reader.failed())
+    why = QStringLiteral("its formula is damaged");
+  else if (flags != 0)
+    why = QStringLiteral("it selects documents or works on copies, and only changing documents is possible");
+  else if (!readSourceFormula(formula, source))
+    why = QStringLiteral("its formula is there in compiled form only");
+  return why.isEmpty();
+}
+
+// The query is a header with flags, then the conditions.
+bool hasConditions(const Note& note) {
+  constexpr qsizetype kHeaderSize = 6;
+  const Item* const query = note.find(u"$AssistQuery");
+  return query && query->value.size() - 2 > kHeaderSize;
+}
+
+bool readSettings(const Note& note, AgentSchedule& settings) {
+  const Item* const info = note.find(u"$AssistInfo");
+  return info && info->value.size() >= 2 && info->type() == itemtype::AssistantInfo &&
+         readAssistInfo(info->data(), settings);
+}
+
+TimeDate readLastRun(const Note& note) {
+  const Item* const time = note.find(u"$AssistLastRun");
+  if (!time || time->value.size() < 10 || time->type() != itemtype::Time) return {};
+  return readTimeDate(time->data().data());
+}
+
+}  // namespace
+
+bool readAssistInfo(QByteArrayView data, AgentSchedule& schedule) {
+  ByteReader reader(data);
+  AgentSchedule read;
+  reader.skip(2);
+  for (quint16* const word : {&read.trigger, &read.search, &read.intervalType, &read.interval})
+    *word = reader.u16();
+  read.time1 = reader.u32();
+  read.time2 = reader.u32();
+  read.start = reader.time();
+  read.end = reader.time();
+  read.flags = reader.u32();
+  if (reader.failed()) return false;
+  schedule = read;
+  return true;
+}
+
+void refuseAgent(const QString& path, const QString& title, const QString& reason) {
+  throw RuntimeError(agentfault::CannotRun,
+                     QStringLiteral("%1: the agent \"%2\" cannot run: %3").arg(path, title, reason));
+}
+
+Agent readFormulaAgent(const Note& note, const QString& path) {
+  Agent agent;
+  agent.title = note.text(u"$TITLE");
+  QString why;
+  if (!readSource(note, agent.formula, why)) refuseAgent(path, agent.title, why);
+  if (!readSettings(note, agent.settings))
+    refuseAgent(path, agent.title, QStringLiteral("its settings are missing or damaged"));
+  if (hasConditions(note))
+    refuseAgent(path, agent.title,
+                QStringLiteral("it has search conditions, which are not understood; without them it would "
+                               "run on too many documents"));
+  agent.lastRun = readLastRun(note);
+  return agent;
+}
+
+}  // namespace lens

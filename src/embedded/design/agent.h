@@ -1,0 +1,46 @@
+// Agents: what their design notes say about when, on what and how they run.
+#pragma once
+
+#include "embedded/dxl/agent_records.h"
+#include "embedded/store/note.h"
+
+namespace lens {
+
+namespace agentfault {
+inline constexpr int CannotRun = 4110;  // the description says why
+inline constexpr int Failed = 4111;     // over which document, and how
+}  // namespace agentfault
+
+// On which documents an agent runs; the numbers of its settings.
+enum class AgentTarget {
+  None = 0,  // those that arrive
+  All = 1,
+  New = 2,
+  NewOrModified = 3,
+  Selected = 4,
+  InView = 5,
+  Unread = 6,
+  Prompt = 7,
+  Once = 8  // once, over no stored document
+};
+
+struct Agent {
+  QString title;  // "name|alias"
+  AgentSchedule settings;
+  TimeDate lastRun{};  // cleared: never
+  QString formula;
+
+  AgentTarget target() const { return AgentTarget(settings.search); }
+};
+
+// "$AssistInfo" without its type word. False when it is cut short.
+bool readAssistInfo(QByteArrayView data, AgentSchedule& schedule);
+
+// An agent that this engine can run. Raises CannotRun, with the path of the file, the agent's name and the
+// reason, for one in another language, with a formula that is there in compiled form only, with search
+// conditions, or with settings that cannot be read: rather no document than one too many.
+Agent readFormulaAgent(const Note& note, const QString& path);
+
+[[noreturn]] void refuseAgent(const QString& path, const QString& title, const QString& reason);
+
+}  // namespace lens

@@ -1,0 +1,220 @@
+#include "embedded/design/agent_run.h"
+
+#include <QSet>
+#include <QThread>
+
+#include "embedded/design/design_elements.h"
+#include "embedded/formula_world/note_document.h"
+#include "embedded/formula_world/store_database.h"
+#include "embedded/formula_world/workspace_environment.h"
+#include "embedded/search/selection.h"
+#include "embedded/views/design_notes.h"
+#include "embedded/views/view_documents.h"
+
+namespace lens {
+namespace {
+
+using formula::Evaluation;
+
+[[noreturn]] void refuse(const AgentPlace& at, const Agent& agent, const QString& reason) {
+  refuseAgent(at.store->path(), agent.title, reason);
+}
+
+std::shared_ptr<const formula::Formula> compiled(const AgentPlace& at, const Agent& agent,
+                                                 const formula::Environment& environment) {
+  try {
+    return compiledFormula(agent.formula, environment);
+  } catch (const RuntimeError& error) {
+    refuse(at, agent, QStringLiteral("its formula has a mistake: %1").arg(error.description()));
+  }
+}
+
+QVector<quint32> documentsInView(const AgentPlace& at, const Agent& agent) {
+  const ClientState& client = at.workspace.client();
+  quint32 view = at.seesClient && client.isOnTop(at.place) ? client.view() : 0;
+  if (view == 0) view = at.store->specialNote(noteclass::View | noteclass::Default);
+  Note note;
+  if (view == 0 || !at.store->read(view, note))
+    refuse(at, agent,
+           QStringLiteral("it runs on the documents of a view; none is open, and the database has no "
+                          "default view"));
+  return viewDocuments(*at.store, note);
+}
+
+QVector<quint32> targetDocuments(const AgentPlace& at, const Agent& agent) {
+  switch (agent.target()) {
+    case AgentTarget::All:
+    case AgentTarget::New:
+    case AgentTarget::NewOrModified:
+      return notesOfKinds(*at.store, {NoteKind::Documents});
+    case AgentTarget::Selected: {
+      const ClientState& client = at.workspace.client();
+      return at.seesClient && client.isOnTop(at.place) ? client.visibleSelection() : QVector<quint32>();
+    }
+    case AgentTarget::InView:
+      return documentsInView(at, agent);
+    case AgentTarget::Once:
+      return {};
+    case AgentTarget::None:
+      refuse(at, agent,
+             QStringLiteral("it waits for documents that arrive or change, and takes none by hand"));
+    case AgentTarget::Unread:
+      refuse(at, agent, QStringLiteral("it runs on unread documents, and no unread marks are kept"));
+    case AgentTarget::Prompt:
+      refuse(at, agent, QStringLiteral("it asks a person for its documents"));
+  }
+  refuse(at, agent,
+         QStringLiteral("its settings name no known set of documents (%1)").arg(agent.settings.search));
+}
+
+// A document may stand under several categories of a view.
+QVector<quint32> eachOnce(const QVector<quint32>& ids) {
+  QVector<quint32> once;
+  QSet<quint32> seen;
+  for (const quint32 id : ids) {
+    if (seen.contains(id)) continue;
+    seen.insert(id);
+    once.push_back(id);
+  }
+  return once;
+}
+
+// One run of one agent.
+class Run {
+ public:
+  Run(const AgentPlace& at, const Agent& agent)
+      : at_(at),
+        agent_(agent),
+        environment_(at.workspace),
+        database_(at.workspace, at.place, at.store),
+        formula_(compiled(at, agent, environment_)),
+        evaluation_(formula_, environment_),
+        lastRun_(instantOf(agent.lastRun)) {}
+
+  AgentRun over(const QVector<quint32>& ids) {
+    const QVector<quint32> documents = eachOnce(ids);
+    const bool withResponses = formula_->responses() != formula::Formula::Responses::None;
+    // A response may stand before the document that it answers.
+    if (withResponses)
+      for (const quint32 id : documents) findSelected(id);
+    for (const quint32 id : documents) process(id);
+    return run_;
+  }
+
+  // What the formula writes into a document goes nowhere; profiles and other documents it may change.
+  void once() {
+    Note blank;
+    NoteDocument document(&blank, nullptr);
+    checked(evaluation_.run(&document, &database_), QStringLiteral("its single run"));
+  }
+
+ private:
+  // Marked rows of a list may be design notes, and a document may have gone meanwhile.
+  bool read(quint32 id, Note& note) const {
+    try {
+      if (!at_.store->read(id, note)) return false;
+    } catch (const RuntimeError& error) {
+      if (error.number() != enginefault::Damaged) throw;
+      return false;
+    }
+    if (noteclass::base(note.header.noteClass) != noteclass::Document || isProfile(note)) return false;
+    if (!lastRun_.isValid()) return true;
+    if (agent_.target() == AgentTarget::New) return instantOf(note.header.added) > lastRun_;
+    return agent_.target() != AgentTarget::NewOrModified || instantOf(note.header.modified) > lastRun_;
+  }
+
+  const formula::Outcome& checked(const formula::Outcome& outcome, const QString& where) const {
+    if (!outcome.value.isError()) return outcome;
+    throw RuntimeError(
+        agentfault::Failed,
+        QStringLiteral("%1: the agent \"%2\" failed over %3 and changed nothing: %4")
+            .arg(at_.store->path(), agent_.title, where, formula::faultText(outcome.value.errorCode())));
+  }
+
+  formula::Outcome evaluate(NoteDocument& document, quint32 id, Evaluation::Writes writes) {
+    return checked(evaluation_.run(&document, &database_, writes),
+                   QStringLiteral("document %1").arg(QString::number(id, 16).toUpper()));
+  }
+
+  // Which documents are selected by themselves.
+  void findSelected(quint32 id) {
+    Note note;
+    if (!read(id, note)) return;
+    NoteDocument document(note, at_.store.get());
+    if (evaluate(document, id, Evaluation::Writes::Pretend).matches)
+      selected_.insert(note.header.unid.text());
+  }
+
+  void process(quint32 id) {
+    Note note;
+    if (!read(id, note)) return;
+    NoteDocument document(&note, at_.store.get());
+    document.setSelected([this](const Unid& unid) { return selected_.contains(unid.text()); });
+    const formula::Outcome outcome = evaluate(document, id, Evaluation::Writes::Apply);
+    if (formula_->hasSelect() && !outcome.matches) return;
+    ++run_.processed;
+    if (outcome.deletes) {
+      at_.store->remove(id);
+      ++run_.deleted;
+    } else if (outcome.modified) {
+      at_.store->save(note);
+      ++run_.changed;
+    }
+  }
+
+  const AgentPlace& at_;
+  const Agent& agent_;
+  WorkspaceEnvironment environment_;
+  StoreDatabase database_;
+  std::shared_ptr<const formula::Formula> formula_;
+  Evaluation evaluation_;
+  QDateTime lastRun_;
+  QSet<QString> selected_;  // UNIDs, for a selection that takes in responses
+  AgentRun run_;
+};
+
+void setItem(Note& note, const QString& name, QByteArray value) {
+  if (Item* const item = note.find(name))
+    item->value = std::move(value);
+  else
+    note.add(name, 0, std::move(value));
+}
+
+// Each replica has its own last run, so the note keeps its sequence and times.
+void recordRun(Database& store, Note note, const TimeDate& now, const AgentRun& run) {
+  setItem(note, QStringLiteral("$AssistLastRun"), timeValue(now));
+  setItem(note, QStringLiteral("$AssistDocCount"), numberValue(run.processed));
+  store.saveAsGiven(note);
+}
+
+// Times are hundredths of a second. What is saved right behind the run has to be later than the run, or
+// the next one would miss it.
+void waitUntilAfter(const TimeDate& time) {
+  constexpr int kMostTries = 20;
+  for (int i = 0; i < kMostTries && instantOf(timeDateNow()) <= instantOf(time); ++i) QThread::msleep(1);
+}
+
+}  // namespace
+
+AgentRun runAgent(const AgentPlace& at, quint32 agentId) {
+  Note note;
+  if (!at.store->read(agentId, note))
+    throw RuntimeError(agentfault::CannotRun,
+                       QStringLiteral("%1: the agent is no longer there").arg(at.store->path()));
+  const Agent agent = readFormulaAgent(note, at.store->path());
+  Run run(at, agent);
+  Database::Transaction all(*at.store);
+  AgentRun done;
+  if (agent.target() == AgentTarget::Once)
+    run.once();
+  else
+    done = run.over(targetDocuments(at, agent));
+  const TimeDate now = timeDateNow();
+  recordRun(*at.store, note, now, done);
+  all.commit();
+  at.workspace.notifyChanged(at.place);
+  waitUntilAfter(now);
+  return done;
+}
+
+}  // namespace lens

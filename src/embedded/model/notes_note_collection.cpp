@@ -1,0 +1,149 @@
+#include "embedded/model/notes_note_collection.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "embedded/design/design_elements.h"
+#include "embedded/formula_world/store_database.h"
+#include "embedded/formula_world/workspace_environment.h"
+#include "embedded/model/notes_document.h"
+#include "embedded/search/selection.h"
+
+namespace lens {
+namespace {
+
+template <NoteKind kKind>
+Value readSwitch(Dispatch& self, const Arguments&) {
+  return static_cast<NotesNoteCollection&>(self).selects(kKind);
+}
+
+template <NoteKind kKind>
+void writeSwitch(Dispatch& self, const Value& value) {
+  static_cast<NotesNoteCollection&>(self).select(kKind, value.boolean());
+}
+
+template <size_t kRow>
+Member switchRow() {
+  constexpr NoteKind kind = NoteKind(kRow);
+  return {noteKindTable()[kRow].property, 0, 0, readSwitch<kind>, writeSwitch<kind>};
+}
+
+template <size_t... kRows>
+MemberTable withSwitches(const MemberTable& rest, std::index_sequence<kRows...>) {
+  return {rest, {switchRow<kRows>()...}};
+}
+
+// A number is a moment as automation counts it: days since 1899-12-30.
+DateTime momentOf(const Value& value) {
+  if (value.kind() == Value::Kind::DateTime) return value.dateTime();
+  constexpr double kMostDays = 2'958'465, kMillisecondsADay = 86'400'000;
+  const double days = value.number();
+  if (!(std::abs(days) <= kMostDays)) throw RuntimeError(err::Overflow);
+  const QDateTime moment = QDate(1899, 12, 30).startOfDay().addMSecs(qint64(days * kMillisecondsADay));
+  return {moment.date(), moment.time()};
+}
+
+}  // namespace
+
+NotesNoteCollection::NotesNoteCollection(std::shared_ptr<OpenDatabase> database, bool selectAll)
+    : database_(std::move(database)), kinds_(selectAll ? NoteKinds::all() : NoteKinds()) {}
+
+const MemberTable& NotesNoteCollection::members() const {
+  static const MemberTable rest{
+      method<&NotesNoteCollection::selectAllNotes>(u"SELECTALLNOTES", 1, 1),
+      property<&NotesNoteCollection::build>(u"BUILDCOLLECTION"),
+      property<&NotesNoteCollection::count>(u"count"),
+      property<&NotesNoteCollection::firstNoteId>(u"GETFIRSTNOTEID"),
+      method<&NotesNoteCollection::nextNoteId>(u"GETNEXTNOTEID", 1, 1),
+      {u"SELECTIONFORMULA", 0, 0, property<&NotesNoteCollection::selectionFormula>(u"").read,
+       written<&NotesNoteCollection::setSelectionFormula>(u"").write},
+      {u"SINCETIME", 0, 0, property<&NotesNoteCollection::sinceTime>(u"").read,
+       written<&NotesNoteCollection::setSinceTime>(u"").write},
+  };
+  static const MemberTable table = withSwitches(rest, std::make_index_sequence<kNoteKinds>());
+  return table;
+}
+
+Value NotesNoteCollection::selectAllNotes(const Arguments& arguments) {
+  kinds_ = arguments[0].boolean() ? NoteKinds::all() : NoteKinds();
+  return {};
+}
+
+Value NotesNoteCollection::selectionFormula() {
+  return formula_;
+}
+
+void NotesNoteCollection::setSelectionFormula(const Value& value) {
+  formula_ = value.text();
+}
+
+Value NotesNoteCollection::sinceTime() {
+  return since_;
+}
+
+// Nothing and an empty value take the limit away.
+void NotesNoteCollection::setSinceTime(const Value& value) {
+  const bool none = value.isEmpty() || (value.kind() == Value::Kind::Object && !value.object());
+  if (none) {
+    since_ = {};
+    sinceInstant_ = {};
+    return;
+  }
+  const DateTime moment = momentOf(value);
+  since_ = moment;
+  sinceInstant_ = QDateTime(moment.date, moment.time.isValid() ? moment.time : QTime(0, 0));
+}
+
+QVector<quint32> NotesNoteCollection::formulaDocuments() const {
+  Workspace& workspace = *database_->context->workspace;
+  WorkspaceEnvironment environment(workspace);
+  StoreDatabase properties(workspace, database_->place, database_->store);
+  return selectDocuments(*database_->store,
+                         {compiledFormula(formula_, environment), environment, &properties, {}, 0});
+}
+
+// The index does not tell the time of a note, so this is the one thing for which notes are read.
+bool NotesNoteCollection::isRecent(quint32 noteId) const {
+  Note note;
+  return readableNote(*database_->store, noteId, note) && instantOf(note.header.modified) >= sinceInstant_;
+}
+
+Value NotesNoteCollection::build() {
+  NoteKinds kinds = kinds_;
+  QVector<quint32> selected;
+  if (!formula_.isEmpty()) {
+    kinds.set(NoteKind::Documents, false);
+    selected = formulaDocuments();
+  }
+  const QVector<quint32> ofKinds = notesOfKinds(*database_->store, kinds);
+  QVector<quint32> ids;
+  ids.reserve(ofKinds.size() + selected.size());
+  std::merge(ofKinds.begin(), ofKinds.end(), selected.begin(), selected.end(), std::back_inserter(ids));
+  if (sinceInstant_.isValid()) ids.removeIf([this](quint32 id) { return !isRecent(id); });
+  noteIds_ = std::move(ids);
+  return {};
+}
+
+Value NotesNoteCollection::count() {
+  return Value(qint64(noteIds_.size()));
+}
+
+// The end of the list is an empty text.
+Value NotesNoteCollection::idAt(qsizetype place) const {
+  return place < noteIds_.size() ? QString::number(noteIds_[place], 16).toUpper() : QString();
+}
+
+Value NotesNoteCollection::firstNoteId() {
+  return idAt(0);
+}
+
+// What is no ID of the list ends the walk.
+Value NotesNoteCollection::nextNoteId(const Arguments& arguments) {
+  bool isNumber = false;
+  const quint32 id = arguments[0].text().toUInt(&isNumber, 16);
+  const auto found = std::lower_bound(noteIds_.cbegin(), noteIds_.cend(), id);
+  if (!isNumber || found == noteIds_.cend() || *found != id) return QString();
+  return idAt(found - noteIds_.cbegin() + 1);
+}
+
+}  // namespace lens
