@@ -16,7 +16,9 @@ namespace {
 const QString kSamples = QStringLiteral("Samples");  // entry of notes.ini
 const QString kFilling = QStringLiteral("filling");
 const QString kHub = QStringLiteral("CN=ACME-HUB01/O=Acme");
+const QString kApplications = QStringLiteral("CN=ACME-APP02/O=Acme");
 const QString kMail = QStringLiteral("mail/kmeier.nsf");
+const QString kDiscussion = QStringLiteral("disc/ideas.nsf");
 
 struct Sample {
   QString resource;
@@ -53,6 +55,13 @@ void makeHelp(Workspace& workspace) {
   fillHelpDatabase(*workspace.createDatabase(help.server, help.path, info, true));
 }
 
+// A second copy on a server, so that there is something to replicate with.
+void makeReplica(Workspace& workspace, const QString& path, const QString& server) {
+  const DatabasePlace place = workspace.place(server, path);
+  if (workspace.databases(server).contains(place.path)) return;
+  workspace.createReplica(*workspace.database(QString(), path), server, path);
+}
+
 bool hasDatabases(const Workspace& workspace) {
   if (!workspace.databases(QString()).isEmpty()) return true;
   for (const QString& server : workspace.serverNames())
@@ -68,12 +77,14 @@ void fillFirstTime(Workspace& workspace) {
   if (!cutShort && hasDatabases(workspace)) return;
   workspace.setIniValue(kSamples, kFilling);
   loadSamples();
-  for (const char16_t* server : {u"CN=ACME-HUB01/O=Acme", u"CN=ACME-MAIL01/O=Acme", u"CN=ACME-APP02/O=Acme"})
-    workspace.addServer(QString::fromUtf16(server));
+  for (const QString& server : {kHub, QStringLiteral("CN=ACME-MAIL01/O=Acme"), kApplications})
+    workspace.addServer(server);
   importSample(workspace, {QStringLiteral(":/samples/names.dxl"), kHub, QStringLiteral("names.nsf"), true});
   importSample(workspace, {QStringLiteral(":/samples/mail.dxl"), QString(), kMail, false});
-  importSample(workspace, {QStringLiteral(":/samples/discussion.dxl"), QString(),
-                           QStringLiteral("disc/ideas.nsf"), false});
+  importSample(workspace, {QStringLiteral(":/samples/discussion.dxl"), QString(), kDiscussion, false});
+  importSample(workspace,
+               {QStringLiteral(":/samples/template.dxl"), QString(), QStringLiteral("acmedisc.ntf"), false});
+  makeReplica(workspace, kDiscussion, kApplications);
   makeHelp(workspace);
   workspace.setIniValue(kSamples, QStringLiteral("filled"));
 }

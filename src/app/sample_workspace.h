@@ -7,7 +7,8 @@
 namespace lens {
 
 // Fills a workspace that has no database at all: an address book on a server, a mail file, a
-// discussion and the help on the local machine. Raises what the import raises.
+// discussion with its template and the help on the local machine, a replica of the discussion on another
+// server. Raises what the import raises.
 void fillFirstTime(Workspace& workspace);
 
 // Puts the mail file of the samples on top in the client, with its first document open. Nothing when

@@ -120,6 +120,10 @@ void ClientWindow::databaseClosed() {
   syncWithState();
 }
 
+void ClientWindow::databasesChanged() {
+  ui_->databaseTree->refresh();
+}
+
 // Whatever the state says is shown; what cannot be shown is explained.
 void ClientWindow::syncWithState() {
   const DatabasePlace* top = workspace_->client().database();

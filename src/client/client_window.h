@@ -62,6 +62,7 @@ class ClientWindow : public QMainWindow, private ClientListener {
   void databaseShown() override;
   void documentClosed() override;
   void databaseClosed() override;
+  void databasesChanged() override;
 
   void setUpPanes();
   void setUpActions();

@@ -25,6 +25,8 @@ class ClientListener {
   virtual void databaseShown() {}
   virtual void documentClosed() = 0;
   virtual void databaseClosed() = 0;
+  // A database came into being or was removed.
+  virtual void databasesChanged() {}
 };
 
 class ClientState {
@@ -65,6 +67,9 @@ class ClientState {
   void closeDocument() {
     document_ = 0;
     if (listener_) listener_->documentClosed();
+  }
+  void changeDatabases() {
+    if (listener_) listener_->databasesChanged();
   }
   void closeDatabase() {
     showNoDatabase();

@@ -178,18 +178,26 @@ const QString& Workspace::serverDirectory(const QString& canonicalName) const {
   fail(workspacefault::UnknownServer, canonicalName, QStringLiteral("no such server"));
 }
 
-QStringList Workspace::databases(const QString& server) const {
+QStringList Workspace::databaseFiles(const QString& server) const {
   const QString root = serverDirectory(canonicalServer(server));
   QStringList found;
   QDirIterator files(root, QDir::Files | QDir::NoSymLinks, QDirIterator::Subdirectories);
   while (files.hasNext()) {
     const QString path = files.next();
-    if (isDatabaseName(path) && Database::looksLikeDatabase(path))
-      found.append(QDir::toNativeSeparators(path.mid(root.size() + 1)));
+    if (isDatabaseName(path)) found.append(QDir::toNativeSeparators(path.mid(root.size() + 1)));
   }
   std::sort(found.begin(), found.end(), [](const QString& a, const QString& b) {
     const QString upperA = a.toUpper(), upperB = b.toUpper();
     return upperA != upperB ? upperA < upperB : a < b;
+  });
+  return found;
+}
+
+QStringList Workspace::databases(const QString& server) const {
+  const QString root = serverDirectory(canonicalServer(server));
+  QStringList found = databaseFiles(server);
+  found.removeIf([&](const QString& path) {
+    return !Database::looksLikeDatabase(root + u'/' + QDir::fromNativeSeparators(path));
   });
   return found;
 }
@@ -214,7 +222,7 @@ QString Workspace::absolutePath(const DatabasePlace& place) const {
 
 std::shared_ptr<Database> Workspace::database(const QString& server, const QString& path) {
   const QString file = absolutePath(place(server, path));
-  if (std::shared_ptr<Database> known = open_.value(file).lock()) return known;
+  if (std::shared_ptr<Database> known = open_.value(file).lock(); known && !known->isRemoved()) return known;
   if (!QFileInfo(file).isFile())
     fail(workspacefault::NoSuchFile, file, QStringLiteral("File does not exist"));
   std::shared_ptr<Database> opened = Database::open(file);
@@ -245,28 +253,6 @@ std::shared_ptr<Database> Workspace::createDatabase(const QString& server, const
   std::shared_ptr<Database> created = Database::create(file, info);
   open_.insert(file, created);
   return created;
-}
-
-QVector<DatabasePlace> Workspace::addressBooks() const {
-  QVector<DatabasePlace> wanted;
-  const auto add = [&](const QString& server, const QString& path) {
-    try {
-      const DatabasePlace book = place(server, path);
-      if (!wanted.contains(book) && QFileInfo(absolutePath(book)).isFile()) wanted.push_back(book);
-    } catch (const RuntimeError&) {
-      // A book that cannot be found is one less; the others still serve.
-    }
-  };
-  if (ini_.has(u"Names")) {
-    for (const QString& entry : ini_.value(u"Names").split(u',', Qt::SkipEmptyParts)) {
-      const qsizetype mark = entry.indexOf(u"!!");
-      add(mark < 0 ? QString() : entry.left(mark).trimmed(), entry.mid(mark < 0 ? 0 : mark + 2).trimmed());
-    }
-    return wanted;
-  }
-  add({}, QStringLiteral("names.nsf"));
-  for (const Server& server : servers_) add(server.name, QStringLiteral("names.nsf"));
-  return wanted;
 }
 
 }  // namespace lens

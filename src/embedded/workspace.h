@@ -61,7 +61,10 @@ class Workspace {
   // UnknownServer, as a server that does not answer would.
   QString canonicalServer(const QString& name) const;
 
-  // Paths of the files that look like our databases, folders included, sorted by upper-cased path.
+  // Paths of all files that are named like databases, whatever is in them, folders included, sorted by
+  // upper-cased path.
+  QStringList databaseFiles(const QString& server) const;
+  // Those that look like our databases.
   QStringList databases(const QString& server) const;
   // Where a database stands, whether or not the file exists. Without an ending ".nsf" is meant,
   // and an existing file is found in any case of letters. Raises BadPath or UnknownServer.
@@ -75,9 +78,22 @@ class Workspace {
   std::shared_ptr<Database> createDatabase(const QString& server, const QString& path,
                                            const DatabaseInfo& info, bool replace = false);
 
-  // The books that the entry Names lists ("file" or "server!!file", parted by commas); without it,
-  // names.nsf of the local machine and of each server. Only those that exist.
+  // The properties of a database without opening it for good; empty where it cannot be read.
+  DatabaseInfo infoOf(const DatabasePlace& place) const;
+
+  // The databases of a server with that replica ID, in order of their paths. Raises UnknownServer.
+  QVector<DatabasePlace> replicas(const QString& server, const QString& replicaId) const;
+  // Makes a replica, and the folders that lead to it. Raises when there is a file; a failure leaves none.
+  DatabasePlace createReplica(Database& source, const QString& server, const QString& path);
+  // Deletes a database with its journals. Everything in this process that holds it raises from then on, and
+  // the client closes it. Raises when it is in use by another process, and then leaves it alone.
+  void removeDatabase(const DatabasePlace& place);
+
+  // The books that the entry Names lists ("file" or "server!!file", parted by commas), whether or not they
+  // can be opened; without it, names.nsf of the local machine and of each server where there is one.
   QVector<DatabasePlace> addressBooks() const;
+  // An address book on a server is everybody's; the one of this machine is its user's own.
+  bool isPublicAddressBook(const DatabasePlace& place) const;
 
   // Whoever changes documents tells it here, so that an open view can follow.
   void setChangeListener(std::function<void(const DatabasePlace&)> listener) {

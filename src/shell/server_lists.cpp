@@ -52,14 +52,23 @@ ServerLists::AddressBook ServerLists::firstPublicBook() const {
     found.server = routines_.AbbreviateName(book.get(QStringLiteral("server")).text());
     found.path = book.get(QStringLiteral("FILEPATH")).text();
     found.found = true;
-    found.held = book;
   }
   return found;
 }
 
+// A book that cannot be opened raises or comes unopened, as its side of the door has it: both leave the
+// list without servers.
+Object ServerLists::openBook(const AddressBook& found) const {
+  try {
+    return state_.gSession.call(QStringLiteral("GETDATABASE"), found.server, found.path).object();
+  } catch (const RuntimeError&) {
+    return {};
+  }
+}
+
 void ServerLists::fillFromBook(const AddressBook& found, const QVector<ComboBox*>& boxes) {
-  const Object book = state_.gSession.call(QStringLiteral("GETDATABASE"), found.server, found.path).object();
-  if (!book.get(QStringLiteral("ISOPEN")).boolean()) {
+  const Object book = openBook(found);
+  if (!book || !book.get(QStringLiteral("ISOPEN")).boolean()) {
     setTexts(boxes, kLocal);
     return;
   }

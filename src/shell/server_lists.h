@@ -33,11 +33,11 @@ class ServerLists {
  private:
   struct AddressBook {
     bool found = false;
-    Object held;     // keeps the book open until it is opened by its name
     QString server;  // abbreviated
     QString path;
   };
   AddressBook firstPublicBook() const;
+  Object openBook(const AddressBook& book) const;
   void fillFromBook(const AddressBook& book, const QVector<ComboBox*>& boxes);
   void addListedServers(const char* list);
 

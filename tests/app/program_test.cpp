@@ -51,6 +51,16 @@ TEST_F(ProgramTest, TheFirstStartShowsTheSampleMail) {
   EXPECT_FALSE(QApplication::quitOnLastWindowClosed());
 }
 
+TEST_F(ProgramTest, TheFirstStartMakesATemplateAndAReplicaOnAServer) {
+  { const Program first(host); }
+  const auto workspace = Workspace::open(directory.filePath(u"workspace"_s), host.regional());
+  const QString replica = QDir::toNativeSeparators(u"disc/ideas.nsf"_s);
+  EXPECT_EQ(workspace->databases(u"ACME-APP02/Acme"_s), QStringList(replica));
+  EXPECT_EQ(workspace->infoOf({u"CN=ACME-APP02/O=Acme"_s, replica}).replicaId,
+            workspace->infoOf({QString(), replica}).replicaId);
+  EXPECT_EQ(workspace->infoOf({QString(), u"acmedisc.ntf"_s}).templateName, u"AcmeDiscussion"_s);
+}
+
 TEST_F(ProgramTest, AWorkspaceThatIsAFileIsNamedAndTheProgramComesUpWithClosedDoors) {
   const QString path = directory.filePath(u"file"_s);
   QFile file(path);

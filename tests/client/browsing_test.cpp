@@ -224,6 +224,23 @@ TEST_F(Client, MakesAnEmptyDatabaseAndOpensIt) {
   EXPECT_TRUE(error().contains(u"mail.nsf"_s)) << error().toStdString();
 }
 
+TEST_F(Client, DropsADatabaseThatAProgramRemoves) {
+  save(memo(u"Hello"_s));
+  start();
+  openMail();
+  databaseOnTop().call(u"CREATEREPLICA"_s, u""_s, u"copy.nsf"_s);
+  auto& tree = part<DatabaseTree>("databaseTree");
+  const auto rows = [&] { return tree.findItems(u"*.nsf"_s, Qt::MatchWildcard | Qt::MatchRecursive).size(); };
+  EXPECT_EQ(rows(), 2);
+  databaseOnTop().call(u"REMOVE"_s);
+  EXPECT_EQ(error(), QString());
+  EXPECT_EQ(rows(), 1);
+  EXPECT_EQ(table().model()->rowCount(), 0);
+  EXPECT_TRUE(databaseOnTop().isNothing());
+  window->openDatabase({QString(), u"copy.nsf"_s});
+  EXPECT_EQ(table().model()->rowCount(), 1);
+}
+
 TEST_F(Client, ClosingTheWindowKeepsWhatIsOpen) {
   start();
   openMail();

@@ -111,6 +111,15 @@ TEST_F(MainWindowTest, TheServerListTakesTheServersOfThePublicAddressBook) {
   EXPECT_EQ(text("lstServerList"), hub);
 }
 
+TEST_F(MainWindowTest, AnAddressBookThatCannotBeOpenedLeavesLocalWithoutRowsAndWithoutABox) {
+  workspace->addServer(u"CN=ACME-HUB01/O=Acme"_s);
+  workspace->setIniValue(u"Names"_s, u"ACME-HUB01/Acme!!names.nsf"_s);
+  startWithDocument();
+  EXPECT_EQ(text("lstServerList"), "Local");
+  EXPECT_EQ(rows("lstServerList"), QStringList());
+  EXPECT_EQ(host.boxes.size(), 0);
+}
+
 TEST_F(MainWindowTest, WithoutAnAddressBookTheServerListReadsLocalAndHasNoRows) {
   startWithDocument();
   EXPECT_EQ(text("lstServerList"), "Local");

@@ -119,22 +119,9 @@ void StoreDatabase::setProfileItem(const QString& profile, const QString& key, c
   write(note, name, value);
 }
 
-bool StoreDatabase::replicaExists(const QString& server, const QString& replicaId) const {
-  const auto has = [&](const QString& path) {
-    try {
-      const QString id = workspace_.database(server, path)->info().replicaId;
-      return shownReplicaId(id).compare(replicaId, Qt::CaseInsensitive) == 0;
-    } catch (const RuntimeError&) {
-      return false;  // one damaged file does not hide the others
-    }
-  };
-  const QStringList paths = workspace_.databases(server);
-  return std::any_of(paths.begin(), paths.end(), has);
-}
-
 bool StoreDatabase::exists(const QString& server, const QString& path) const {
   try {
-    if (looksLikeReplicaId(path)) return replicaExists(server, path);
+    if (looksLikeReplicaId(path)) return !workspace_.replicas(server, QString(path).remove(u':')).isEmpty();
     return lens::Database::looksLikeDatabase(workspace_.absolutePath(workspace_.place(server, path)));
   } catch (const RuntimeError&) {
     return false;  // an unknown server, a path that leads outside, a file that cannot be read

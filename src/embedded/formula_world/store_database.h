@@ -30,7 +30,6 @@ class StoreDatabase : public formula::Database {
  private:
   void findProfiles() const;
   bool readProfile(const QString& profile, const QString& key, Note& note) const;
-  bool replicaExists(const QString& server, const QString& replicaId) const;
   void write(Note& note, const QString& name, const formula::Value& value);
 
   Workspace& workspace_;

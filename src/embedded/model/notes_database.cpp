@@ -45,11 +45,17 @@ Value NotesDatabase::openIfPossible(const std::shared_ptr<ModelContext>& context
   try {
     return open(context, place, source);
   } catch (const RuntimeError&) {
-    auto closed = std::make_shared<OpenDatabase>();
-    closed->context = context;
-    closed->place = place;
-    return newObject<NotesDatabase>(closed, source);
+    return unopened(context, place, source);
   }
+}
+
+Value NotesDatabase::unopened(const std::shared_ptr<ModelContext>& context, const DatabasePlace& place,
+                              Source source) {
+  auto closed = std::make_shared<OpenDatabase>();
+  closed->context = context;
+  closed->place = place;
+  closed->withUi = source != Source::BackEnd;
+  return newObject<NotesDatabase>(closed, source);
 }
 
 Value NotesDatabase::parentOf(const std::shared_ptr<OpenDatabase>& database) {
@@ -78,6 +84,9 @@ const MemberTable& NotesDatabase::members() const {
       method<&NotesDatabase::documentById>(u"GETDOCUMENTBYID", 1, 1),
       method<&NotesDatabase::documentByUnid>(u"GETDOCUMENTBYUNID", 1, 1),
       method<&NotesDatabase::search>(u"SEARCH", 3, 3),
+      method<&NotesDatabase::createReplica>(u"CREATEREPLICA", 2, 2),
+      method<&NotesDatabase::replicate>(u"REPLICATE", 1, 1),
+      property<&NotesDatabase::remove>(u"Remove"),
       property<&NotesDatabase::close>(u"Close"),
   };
   return table;
@@ -107,25 +116,33 @@ Value NotesDatabase::size() {
   return Value(store().size());
 }
 
+// A listing asks objects that were never opened; what Close() has ended raises.
+DatabaseInfo NotesDatabase::info() {
+  if (closed_ || database_->store) return store().info();
+  if (!peeked_) peeked_ = database_->context->workspace->infoOf(database_->place);
+  return *peeked_;
+}
+
 Value NotesDatabase::title() {
-  return store().info().title;
+  return info().title;
 }
 
 Value NotesDatabase::replicaId() {
-  return store().info().replicaId;
+  return info().replicaId;
 }
 
 // The master template that the design comes from, by which people find all databases of one design.
 Value NotesDatabase::templateName() {
-  return store().info().inheritsFrom;
+  return info().inheritsFrom;
 }
 
 Value NotesDatabase::isOpen() {
-  return bool(!closed_ && database_->store);
+  return bool(!closed_ && database_->store && !database_->store->isRemoved());
 }
 
+// Known from the place alone, so a listing of address books opens none of them.
 Value NotesDatabase::isPublicAddressBook() {
-  return bool(!closed_ && database_->store && database_->store->info().publicAddressBook);
+  return database_->context->workspace->isPublicAddressBook(database_->place);
 }
 
 Value NotesDatabase::unprocessedDocuments() {

@@ -1,6 +1,8 @@
 // NotesDatabase: a database of the workspace.
 #pragma once
 
+#include <optional>
+
 #include "embedded/model/member_table.h"
 #include "embedded/model/model_context.h"
 
@@ -17,6 +19,10 @@ class NotesDatabase : public ModelObject {
   // An object that is not open when that fails.
   static Value openIfPossible(const std::shared_ptr<ModelContext>& context, const DatabasePlace& place,
                               Source source);
+  // An object that knows its place only: its properties are read when they are asked for, and are empty
+  // where the file cannot be read; everything else raises.
+  static Value unopened(const std::shared_ptr<ModelContext>& context, const DatabasePlace& place,
+                        Source source);
   static std::shared_ptr<OpenDatabase> openStore(const std::shared_ptr<ModelContext>& context,
                                                  const DatabasePlace& place, bool withUi);
 
@@ -49,13 +55,18 @@ class NotesDatabase : public ModelObject {
   Value documentById(const Arguments& arguments);
   Value documentByUnid(const Arguments& arguments);
   Value search(const Arguments& arguments);
+  Value createReplica(const Arguments& arguments);
+  Value replicate(const Arguments& arguments);
+  Value remove();
   Value close();
 
   Database& store() const;
+  DatabaseInfo info();
 
   std::shared_ptr<OpenDatabase> database_;
   Source source_;
   bool closed_ = false;
+  std::optional<DatabaseInfo> peeked_;  // of a database that is not open
 };
 
 }  // namespace lens

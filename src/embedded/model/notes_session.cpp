@@ -1,6 +1,6 @@
 #include "embedded/model/notes_session.h"
 
-#include "embedded/model/notes_database.h"
+#include "embedded/model/notes_db_directory.h"
 
 namespace lens {
 
@@ -15,6 +15,7 @@ const MemberTable& NotesSession::members() const {
       method<&NotesSession::environmentString>(u"GETENVIRONMENTSTRING", 1, 2),
       property<&NotesSession::addressBooks>(u"ADDRESSBOOKS"),
       method<&NotesSession::database>(u"GETDATABASE", 2, 3),
+      method<&NotesSession::databaseDirectory>(u"GETDBDIRECTORY", 1, 1),
       // Read and written; the row of a property that has both.
       {u"CONVERTMIME", 0, 0, property<&NotesSession::convertMime>(u"").read,
        written<&NotesSession::setConvertMime>(u"").write},
@@ -60,21 +61,24 @@ Value NotesSession::environmentString(const Arguments& arguments) {
   return workspace.iniValue(name);
 }
 
+NotesDatabase::Source NotesSession::source() const {
+  return kind_ == Kind::Client ? NotesDatabase::Source::ClientSession : NotesDatabase::Source::BackEnd;
+}
+
 Value NotesSession::addressBooks() {
   QVector<Value> books;
-  const auto source =
-      kind_ == Kind::Client ? NotesDatabase::Source::ClientSession : NotesDatabase::Source::BackEnd;
   for (const DatabasePlace& place : context_->workspace->addressBooks())
-    books.push_back(NotesDatabase::openIfPossible(context_, place, source));
+    books.push_back(NotesDatabase::unopened(context_, place, source()));
   return books.isEmpty() ? Value() : Value::array(std::move(books));
 }
 
 Value NotesSession::database(const Arguments& arguments) {
-  const auto source =
-      kind_ == Kind::Client ? NotesDatabase::Source::ClientSession : NotesDatabase::Source::BackEnd;
   const DatabasePlace place = context_->workspace->place(arguments[0].text(), arguments[1].text());
-  // A database that is not there is given unopened: ISOPEN tells.
-  return NotesDatabase::openIfPossible(context_, place, source);
+  return NotesDatabase::open(context_, place, source());
+}
+
+Value NotesSession::databaseDirectory(const Arguments& arguments) {
+  return newObject<NotesDbDirectory>(context_, arguments[0].text(), source());
 }
 
 Value NotesSession::convertMime() {

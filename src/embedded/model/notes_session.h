@@ -3,6 +3,7 @@
 
 #include "embedded/model/member_table.h"
 #include "embedded/model/model_context.h"
+#include "embedded/model/notes_database.h"
 
 namespace lens {
 
@@ -24,6 +25,8 @@ class NotesSession : public ModelObject {
   Value environmentString(const Arguments& arguments);
   Value addressBooks();
   Value database(const Arguments& arguments);
+  Value databaseDirectory(const Arguments& arguments);
+  NotesDatabase::Source source() const;
   Value convertMime();
   void setConvertMime(const Value& value);
 

@@ -10,6 +10,7 @@ const MemberTable& NotesUiWorkspace::members() const {
       property<&NotesUiWorkspace::currentDocument>(u"CURRENTDOCUMENT"),
       property<&NotesUiWorkspace::currentDatabase>(u"CURRENTDATABASE"),
       property<&NotesUiWorkspace::refreshView>(u"VIEWREFRESH"),
+      method<&NotesUiWorkspace::openDatabase>(u"OPENDATABASE", 2, 2),
   };
   return table;
 }
@@ -24,6 +25,15 @@ Value NotesUiWorkspace::currentDatabase() {
   const DatabasePlace* top = context_->workspace->client().database();
   if (!top) return nothing();
   return NotesDatabase::open(context_, *top, NotesDatabase::Source::ClientWindow);
+}
+
+Value NotesUiWorkspace::openDatabase(const Arguments& arguments) {
+  Workspace& workspace = *context_->workspace;
+  const DatabasePlace place = workspace.place(arguments[0].text(), arguments[1].text());
+  // Held while the client shows it, so that it is not opened twice.
+  const auto opened = workspace.database(place.server, place.path);
+  workspace.client().showDatabase(place);
+  return {};
 }
 
 Value NotesUiWorkspace::refreshView() {

@@ -16,6 +16,7 @@ class NotesUiWorkspace : public ModelObject {
  private:
   Value currentDocument();
   Value currentDatabase();
+  Value openDatabase(const Arguments& arguments);
   Value refreshView();
 
   std::shared_ptr<ModelContext> context_;

@@ -62,25 +62,43 @@ QString trueFile(const QString& path) {
   return QFileInfo(path).canonicalFilePath();
 }
 
+DatabaseInfo readInfo(Statement& statement) {
+  const auto text = [&](const QString& key) {
+    Statement::Run row(statement, key);
+    return row.step() ? row.text(0) : QString();
+  };
+  DatabaseInfo info;
+  info.title = text(QStringLiteral("title"));
+  info.replicaId = text(QStringLiteral("replica id"));
+  info.templateName = text(QStringLiteral("template name"));
+  info.inheritsFrom = text(QStringLiteral("inherits from"));
+  info.categories = text(QStringLiteral("categories"));
+  info.publicAddressBook = text(QStringLiteral("public address book")) == u"1";
+  return info;
+}
+
 QString newReplicaId() {
   return timeDateHex(timeDateNow());
 }
 
 }  // namespace
 
-Database::Database(const QString& path) : path_(path) {
+Database::Database(const QString& path) : path_(path), impl_(openFile(path)) {}
+
+std::unique_ptr<Database::Impl> Database::openFile(const QString& path) {
   const FileAccess access = accessTo(path);
   const bool readOnly = access != FileAccess::ReadWrite;
-  impl_ = std::make_unique<Impl>(path, readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE,
-                                 access == FileAccess::Constant);
-  impl_->connection.execute(
+  auto impl = std::make_unique<Impl>(path, readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE,
+                                     access == FileAccess::Constant);
+  impl->connection.execute(
       "PRAGMA synchronous = FULL; PRAGMA temp_store = MEMORY; PRAGMA cache_size = -16384;"
       "PRAGMA foreign_keys = OFF; PRAGMA cell_size_check = ON;",
       enginefault::CannotOpen);
-  if (!readOnly) impl_->connection.execute("PRAGMA journal_mode = WAL", enginefault::CannotOpen);
-  bringUpToDate(impl_->connection, access);
+  if (!readOnly) impl->connection.execute("PRAGMA journal_mode = WAL", enginefault::CannotOpen);
+  bringUpToDate(impl->connection, access);
   // The first read shows whether the tables are what they should be.
-  Statement::Run(impl_->highestChange).step();
+  Statement::Run(impl->highestChange).step();
+  return impl;
 }
 
 Database::~Database() = default;
@@ -115,18 +133,63 @@ qint64 Database::size() const {
 }
 
 DatabaseInfo Database::info() const {
-  const auto text = [this](const QString& key) {
-    Statement::Run row(impl_->readInfo, key);
-    return row.step() ? row.text(0) : QString();
+  return readInfo(impl_->readInfo);
+}
+
+DatabaseInfo Database::infoOf(const QString& path) {
+  const QString file = trueFile(path);
+  if (const auto shared = openDatabases().find(file)) return shared->info();
+  if (!openDatabases().isOpen(file)) requireDatabaseFile(path);
+  const FileAccess access = accessTo(path);
+  const Connection connection(
+      path,
+      (access == FileAccess::ReadWrite ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY) | SQLITE_OPEN_NOMUTEX,
+      access == FileAccess::Constant);
+  // A listing of many databases must not stand still at one that is locked.
+  sqlite3_busy_timeout(connection.handle(), 100);
+  Statement statement(connection, "SELECT value FROM info WHERE key = ?", enginefault::CannotOpen);
+  return readInfo(statement);
+}
+
+bool Database::isWritable() const {
+  return !impl_->removed && sqlite3_db_readonly(handle(), "main") == 0;
+}
+
+bool Database::isRemoved() const {
+  return impl_->removed;
+}
+
+// Only who is alone with a file can take it out of WAL mode, so that tells whether others have it open.
+bool Database::isOnlyUser() {
+  sqlite3_busy_timeout(handle(), 0);
+  bool alone = false;
+  try {
+    Statement::Run row(impl_->leaveWal);
+    alone = row.step() && row.text(0) == u"delete";
+  } catch (const RuntimeError&) {
+    // Somebody has it open.
+  }
+  return alone;
+}
+
+void Database::removeFile() {
+  const auto refuse = [this](const QString& reason) {
+    throw RuntimeError(err::PermissionDenied,
+                       QStringLiteral("%1: the database is not removed (%2)").arg(path_, reason));
   };
-  DatabaseInfo info;
-  info.title = text(QStringLiteral("title"));
-  info.replicaId = text(QStringLiteral("replica id"));
-  info.templateName = text(QStringLiteral("template name"));
-  info.inheritsFrom = text(QStringLiteral("inherits from"));
-  info.categories = text(QStringLiteral("categories"));
-  info.publicAddressBook = text(QStringLiteral("public address book")) == u"1";
-  return info;
+  impl_->connection.requireFile();
+  if (impl_->depth > 0) refuse(QStringLiteral("a change of it is under way"));
+  if (!isWritable()) refuse(QStringLiteral("the file is write-protected"));
+  const bool alone = isOnlyUser();
+  const QString file = trueFile(path_);
+  // An open file cannot be deleted everywhere.
+  impl_ = std::make_unique<Impl>(path_);
+  if (!alone || !QFile::remove(path_)) {
+    impl_ = openFile(path_);
+    refuse(alone ? QStringLiteral("the file cannot be deleted") : QStringLiteral("it is in use elsewhere"));
+  }
+  for (const char* journal : {"-wal", "-shm", "-journal"}) QFile::remove(path_ + QLatin1String(journal));
+  openDatabases().forget(file);
 }
 
 void Database::setInfo(const DatabaseInfo& info) {

@@ -15,7 +15,7 @@
 #include <memory>
 
 #include "embedded/store/engine_fault.h"
-#include "embedded/store/note.h"
+#include "embedded/store/note_version.h"
 
 struct sqlite3;
 
@@ -57,11 +57,16 @@ class Database {
   static std::shared_ptr<Database> open(const QString& path);
   // Whether the file's head is that of one of our databases; reads the file, opens nothing.
   static bool looksLikeDatabase(const QString& path);
+  // The properties of a database that may not be open: read without changing or migrating the file.
+  // Raises what open() raises.
+  static DatabaseInfo infoOf(const QString& path);
   ~Database();
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
 
   const QString& path() const { return path_; }
+  // False for a file that can only be read; every change of it raises.
+  bool isWritable() const;
   // Bytes on disk, once everything saved has found its place in the file.
   qint64 size() const;
 
@@ -141,15 +146,36 @@ class Database {
   // what an index has to look at again. A note that was erased without a stub is told as Gone.
   QVector<NoteChange> changesSince(qint64 change) const;
 
+  // What replication works on. Live notes and stubs behind that UNID, in order of the bytes of their
+  // UNIDs, at most so many; a null UNID begins at the first.
+  QVector<NoteVersion> versionsAfter(const Unid& unid, int most) const;
+  bool findVersion(const Unid& unid, NoteVersion& version) const;
+  Lineage lineage(const NoteVersion& version) const;
+  // Writes a note or a stub as another replica has it, in place of whatever has its UNID here. A note that
+  // was here keeps its ID.
+  void saveVersion(Note& note, const Lineage& lineage);
+  void saveStub(const NoteHeader& header, const Lineage& lineage);
+  // A note that stays as it is has learnt of other versions.
+  void setLineage(quint32 noteId, const Lineage& lineage);
+  // Size and checksum of an object, empty when there is none: equal ones hold equal bytes.
+  QByteArray objectDigest(quint32 objectId) const;
+
+  // Deletes the file with its journals. Raises when another process or thread has it open, in the middle
+  // of a transaction and without write permission; the file is then as it was. Afterwards everything
+  // that is asked of this object raises.
+  void removeFile();
+  bool isRemoved() const;
+
   sqlite3* handle() const;
 
  private:
   struct Impl;
   explicit Database(const QString& path);
+  static std::unique_ptr<Impl> openFile(const QString& path);
+  bool isOnlyUser();
   QVector<quint16> classesIn(quint16 classMask) const;
-  bool identityDiffers(const NoteHeader& header, quint32& sequence) const;
   void insertNote(NoteHeader& header, const QByteArray& items);
-  void updateNote(const NoteHeader& header, const QByteArray& items, bool identityChanged);
+  void updateNote(const NoteHeader& header, const QByteArray& items, const NoteHeader& before);
   QString path_;
   std::unique_ptr<Impl> impl_;
 };

@@ -27,7 +27,7 @@ PRAGMA page_size = 8192;
 PRAGMA synchronous = FULL;
 BEGIN IMMEDIATE;
 PRAGMA application_id = 0x544C4E53;
-PRAGMA user_version = 2;
+PRAGMA user_version = 3;
 CREATE TABLE note (
   id INTEGER PRIMARY KEY, class INTEGER NOT NULL, unid BLOB NOT NULL, parent BLOB,
   sequence INTEGER NOT NULL, sequence_time INTEGER NOT NULL, created INTEGER NOT NULL,
@@ -37,6 +37,7 @@ CREATE UNIQUE INDEX note_unid ON note (unid);
 CREATE INDEX note_class ON note (class, id, unid, parent) WHERE state = 0;
 CREATE INDEX note_change ON note (change);
 CREATE TABLE erased (change INTEGER PRIMARY KEY, note INTEGER NOT NULL);
+CREATE TABLE lineage (note INTEGER PRIMARY KEY, stamps BLOB NOT NULL);
 CREATE TABLE info (key TEXT PRIMARY KEY, value) WITHOUT ROWID;
 CREATE TABLE object (
   id INTEGER PRIMARY KEY AUTOINCREMENT, size INTEGER NOT NULL, chunks INTEGER NOT NULL, checksum BLOB);
@@ -46,7 +47,7 @@ CREATE TABLE object_chunk (
 COMMIT;
 PRAGMA journal_mode = WAL;
 )";
-static_assert(kSchemaVersion == 2 && kApplicationId == 0x544C4E53, "as written in the schema");
+static_assert(kSchemaVersion == 3 && kApplicationId == 0x544C4E53, "as written in the schema");
 
 QByteArray headOf(const QString& path) {
   QFile file(path);
@@ -70,10 +71,6 @@ void syncDirectory([[maybe_unused]] const QString& directory) {
   ::fsync(handle);
   ::close(handle);
 #endif
-}
-
-void removeAside(const QString& aside) {
-  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) QFile::remove(aside + QLatin1String(suffix));
 }
 
 void writeSchema(const QString& aside) {
@@ -107,24 +104,32 @@ void requireDatabaseFile(const QString& path) {
                            .arg(kSchemaVersion));
 }
 
+// Schema 1 did not write down what was erased without a stub, schema 2 not which version of a note came
+// out of which. A file that cannot be changed gets the tables for this connection only, and keeps its
+// schema.
 void bringUpToDate(const Connection& connection, FileAccess access) {
   Statement version(connection, "PRAGMA user_version", enginefault::CannotOpen);
+  qint64 schema = 0;
   {
     Statement::Run row(version);
-    if (!row.step() || row.integer(0) >= kSchemaVersion) return;
+    if (row.step()) schema = row.integer(0);
   }
-  // Schema 1 did not write down what was erased without a stub. A file that cannot be changed gets the
-  // table for this connection only, and keeps its schema.
-  if (access == FileAccess::ReadWrite)
+  if (schema >= kSchemaVersion) return;
+  if (access == FileAccess::ReadWrite) {
     connection.execute(
         "BEGIN IMMEDIATE;"
         "CREATE TABLE IF NOT EXISTS erased (change INTEGER PRIMARY KEY, note INTEGER NOT NULL);"
-        "PRAGMA user_version = 2;"
+        "CREATE TABLE IF NOT EXISTS lineage (note INTEGER PRIMARY KEY, stamps BLOB NOT NULL);"
+        "PRAGMA user_version = 3;"
         "COMMIT",
         enginefault::CannotOpen);
-  else
+    return;
+  }
+  if (schema < 2)
     connection.execute("CREATE TEMP TABLE erased (change INTEGER PRIMARY KEY, note INTEGER NOT NULL)",
                        enginefault::CannotOpen);
+  connection.execute("CREATE TEMP TABLE lineage (note INTEGER PRIMARY KEY, stamps BLOB NOT NULL)",
+                     enginefault::CannotOpen);
 }
 
 FileAccess accessTo(const QString& path) {
@@ -138,6 +143,19 @@ FileAccess accessTo(const QString& path) {
   return protectedFromAll || sealedDirectory ? FileAccess::Constant : FileAccess::ReadOnly;
 }
 
+void removeAside(const QString& aside) {
+  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) QFile::remove(aside + QLatin1String(suffix));
+}
+
+void putInPlace(const QString& aside, const QString& path) {
+  const QFileInfo file(path);
+  if (file.exists() || file.isSymLink())
+    throw RuntimeError(58, QStringLiteral("%1: the file exists already").arg(path));
+  if (!QFile::rename(aside, path))
+    throw RuntimeError(err::PathFileAccess, QStringLiteral("%1: the file cannot be created").arg(path));
+  syncDirectory(file.absolutePath());
+}
+
 void createDatabaseFile(const QString& path) {
   const QFileInfo file(path);
   if (file.exists() || file.isSymLink())
@@ -148,13 +166,11 @@ void createDatabaseFile(const QString& path) {
   removeAside(aside);
   try {
     writeSchema(aside);
-    if (!QFile::rename(aside, path))
-      throw RuntimeError(err::PathFileAccess, QStringLiteral("%1: the file cannot be created").arg(path));
+    putInPlace(aside, path);
   } catch (...) {
     removeAside(aside);
     throw;
   }
-  syncDirectory(file.absolutePath());
 }
 
 }  // namespace lens

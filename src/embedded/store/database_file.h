@@ -7,7 +7,7 @@
 
 namespace lens {
 
-inline constexpr int kSchemaVersion = 2;
+inline constexpr int kSchemaVersion = 3;
 
 // Raises when the file is missing (53), unreadable (70), none of ours, or of a newer schema. Reads the
 // head only and opens no database, so a foreign file and its directory stay as they are.
@@ -24,6 +24,11 @@ FileAccess accessTo(const QString& path);
 
 // Gives a database of an older schema what it lacks.
 void bringUpToDate(const Connection& connection, FileAccess access);
+
+// What is being written beside its final name: moved there when it is whole, never over a file that is
+// there (58, 75), or removed with its journals.
+void putInPlace(const QString& aside, const QString& path);
+void removeAside(const QString& aside);
 
 // Writes an empty database aside and renames it; raises 58 when there is a file, 76 without a
 // directory. On failure nothing is left.

@@ -13,9 +13,22 @@ inline constexpr qsizetype kChunkSize = 256 * 1024;
 inline constexpr int kStateLive = 0;
 inline constexpr int kStateStub = 1;
 
+// How times and parents stand in the tables.
+inline qint64 stored(const TimeDate& time) {
+  return qint64(quint64(time.innards[1]) << 32 | time.innards[0]);
+}
+inline TimeDate fromStored(qint64 number) {
+  return {{quint32(quint64(number)), quint32(quint64(number) >> 32)}};
+}
+inline QByteArray parentBytes(const Unid& parent) {
+  return parent.isNull() ? QByteArray() : parent.bytes();
+}
+
 struct Database::Impl {
   Impl(const QString& path, int flags, bool constant)
       : connection(path, flags | SQLITE_OPEN_NOMUTEX, constant) {}
+  // Of a database whose file was removed.
+  explicit Impl(const QString& path) : connection(path), removed(true) {}
 
   // An object between its begin and its end.
   struct Pending {
@@ -31,12 +44,25 @@ struct Database::Impl {
   qint64 nextChange();
   quint32 nextId();
   void eraseRow(quint32 noteId, qint64 change);
+  // What is stored of a live note before it changes; false when there is none.
+  bool readIdentity(quint32 noteId, NoteHeader& header);
+  static NoteVersion readVersion(Statement::Run& row);
+  Lineage lineageOf(quint32 noteId, const VersionStamp& original);
+  void putLineage(quint32 noteId, const Lineage& lineage);
+  // The lineage of the version that comes after what is stored.
+  Lineage nextLineage(const NoteHeader& before);
+  VersionStamp nextStamp();
+  // A note that was erased here without a stub may come back as it was before our last changes of it. What
+  // is written from then on must not seem to have come out of those.
+  void renewWriter() { writer = {}; }
   void checkWritable() const;
   Pending& pending(quint32 objectId);
   void storeChunk(quint32 objectId, Pending& object, QByteArrayView bytes);
 
   Connection connection;
   int depth = 0;
+  const bool removed = false;
+  VersionStamp writer;  // of the last version that was written through this connection
   QHash<quint32, std::shared_ptr<Pending>> objects;
 
   static constexpr int kRead = enginefault::CannotOpen;
@@ -69,9 +95,9 @@ struct Database::Impl {
   Statement firstOfClass{connection, "SELECT min(id) FROM note WHERE state = 0 AND class = ?", kRead};
   Statement countClass{connection, "SELECT count(*) FROM note WHERE state = 0 AND class = ?", kRead};
 
-  Statement identity{connection, "SELECT class, unid, parent, sequence FROM note WHERE id = ? AND state = 0",
-                     kWrite};
-  Statement idOfUnid{connection, "SELECT id, state FROM note WHERE unid = ?", kWrite};
+  Statement identity{
+      connection, "SELECT class, unid, parent, sequence, sequence_time FROM note WHERE id = ? AND state = 0",
+      kWrite};
   Statement insert{
       connection,
       "INSERT INTO note (id, class, unid, parent, sequence, sequence_time, created, modified, added,"
@@ -88,7 +114,26 @@ struct Database::Impl {
                      "UPDATE note SET state = 1, items = NULL, sequence = sequence + 1, sequence_time = ?,"
                      " modified = ?, change = ? WHERE id = ?",
                      kWrite};
+  Statement updateToStub{connection,
+                         "UPDATE note SET state = 1, items = NULL, sequence = ?, sequence_time = ?,"
+                         " modified = ?, change = ? WHERE id = ?",
+                         kWrite};
+  Statement insertStub{
+      connection,
+      "INSERT INTO note (id, class, unid, parent, sequence, sequence_time, created, modified, added,"
+      " accessed, items, state, change) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, NULL, 1, ?)",
+      kWrite};
   Statement erase{connection, "DELETE FROM note WHERE id = ?", kWrite};
+  Statement eraseLineage{connection, "DELETE FROM lineage WHERE note = ?", kWrite};
+  Statement readLineage{connection, "SELECT stamps FROM lineage WHERE note = ?", kRead};
+  Statement writeLineage{connection, "INSERT OR REPLACE INTO lineage (note, stamps) VALUES (?, ?)", kWrite};
+#define LENS_VERSION_COLUMNS "id, unid, class, state, sequence, sequence_time, stamps"
+#define LENS_VERSIONS "SELECT " LENS_VERSION_COLUMNS " FROM note LEFT JOIN lineage ON note.id = lineage.note"
+  Statement listVersions{connection,
+                         LENS_VERSIONS " WHERE unid > ? AND length(unid) = 16 ORDER BY unid LIMIT ?", kRead};
+  Statement versionOfUnid{connection, LENS_VERSIONS " WHERE unid = ?", kRead};
+#undef LENS_VERSIONS
+#undef LENS_VERSION_COLUMNS
   Statement recordErased{connection, "INSERT INTO erased (change, note) VALUES (?, ?)", kWrite};
   Statement changedNotes{connection, "SELECT change, id, state FROM note WHERE change > ? ORDER BY change",
                          kRead};
@@ -97,6 +142,7 @@ struct Database::Impl {
 
   Statement readInfo{connection, "SELECT value FROM info WHERE key = ?", kRead};
   Statement writeInfo{connection, "INSERT OR REPLACE INTO info (key, value) VALUES (?, ?)", kWrite};
+  Statement leaveWal{connection, "PRAGMA journal_mode = DELETE", kWrite};
   Statement pageCount{connection, "PRAGMA page_count", kRead};
   Statement pageSize{connection, "PRAGMA page_size", kRead};
 

@@ -10,21 +10,11 @@ constexpr quint32 kFirstId = 0x000008FA;
 constexpr quint32 kIdStep = 4;
 constexpr quint32 kLastId = 0x7FFFFFFA;  // the top bit marks deleted notes
 
-qint64 stored(const TimeDate& time) {
-  return qint64(quint64(time.innards[1]) << 32 | time.innards[0]);
-}
-TimeDate fromStored(qint64 number) {
-  return {{quint32(quint64(number)), quint32(quint64(number) >> 32)}};
-}
 bool isCleared(const TimeDate& time) {
   return time.innards[0] == 0 && time.innards[1] == 0;
 }
 void fill(TimeDate& time, const TimeDate& with) {
   if (isCleared(time)) time = with;
-}
-
-QByteArray parentBytes(const Unid& parent) {
-  return parent.isNull() ? QByteArray() : parent.bytes();
 }
 
 [[noreturn]] void damagedNote(const QString& path, quint32 noteId, const QString& fault) {
@@ -47,13 +37,6 @@ void completeNewHeader(NoteHeader& header) {
   fill(header.sequenceTime, now);
   header.sequence = qMax(header.sequence, 1u);
 }
-
-// What tells a note from others; it changes seldom and stands in more indexes than the content.
-struct Identity {
-  quint16 noteClass = 0;
-  QByteArray unid, parent;
-  quint32 sequence = 0;
-};
 
 }  // namespace
 
@@ -89,6 +72,7 @@ qint64 Database::Impl::nextChange() {
 // The row goes, and those who follow the changes learn of it.
 void Database::Impl::eraseRow(quint32 noteId, qint64 change) {
   Statement::Run(erase, noteId).step();
+  Statement::Run(eraseLineage, noteId).step();
   Statement::Run(recordErased, change, noteId).step();
 }
 
@@ -232,30 +216,33 @@ int Database::noteCount(quint16 classMask) const {
 void Database::insertNote(NoteHeader& header, const QByteArray& items) {
   const QByteArray unid = header.unid.bytes(), parent = parentBytes(header.parent);
   const quint32 id = impl_->nextId();
-  qint64 stub = 0;
-  {
-    Statement::Run row(impl_->idOfUnid, unid);
-    if (row.step()) {
-      if (row.integer(1) != kStateStub)
-        throw RuntimeError(enginefault::NotSaved,
-                           QStringLiteral("%1: the change was not saved (there is a note "
-                                          "with the UNID %2 already)")
-                               .arg(path_, header.unid.text()));
-      stub = row.integer(0);
-    }
-  }
   qint64 change = impl_->nextChange();
-  // The note is back: its stub would only hide it.
-  if (stub) impl_->eraseRow(quint32(stub), change++);
+  Lineage lineage;
+  if (NoteVersion stub; findVersion(header.unid, stub)) {
+    if (stub.live)
+      throw RuntimeError(enginefault::NotSaved,
+                         QStringLiteral("%1: the change was not saved (there is a note "
+                                        "with the UNID %2 already)")
+                             .arg(path_, header.unid.text()));
+    // The note is back: its stub would only hide it, and must not take it away in other replicas.
+    NoteHeader before;
+    before.id = stub.id;
+    before.unid = header.unid;
+    before.sequence = stub.sequence;
+    before.sequenceTime = stub.sequenceTime;
+    lineage = impl_->nextLineage(before);
+    impl_->eraseRow(stub.id, change++);
+  }
   Statement::Run(impl_->insert, id, header.noteClass, unid, parent, header.sequence,
                  stored(header.sequenceTime), stored(header.created), stored(header.modified),
                  stored(header.added), stored(header.accessed), items, change)
       .step();
+  if (!lineage.isNull()) impl_->putLineage(id, lineage);
   header.id = id;
 }
 
-void Database::updateNote(const NoteHeader& header, const QByteArray& items, bool identityChanged) {
-  if (identityChanged) {
+void Database::updateNote(const NoteHeader& header, const QByteArray& items, const NoteHeader& before) {
+  if (before.noteClass != header.noteClass || before.unid != header.unid || before.parent != header.parent) {
     const QByteArray unid = header.unid.bytes(), parent = parentBytes(header.parent);
     Statement::Run(impl_->updateIdentity, header.noteClass, unid, parent, header.id).step();
   }
@@ -263,18 +250,19 @@ void Database::updateNote(const NoteHeader& header, const QByteArray& items, boo
                  stored(header.modified), stored(header.added), stored(header.accessed), items,
                  impl_->nextChange(), header.id)
       .step();
+  impl_->putLineage(header.id, impl_->nextLineage(before));
 }
 
-// Whether class, UNID or parent differ from what is stored; the stored sequence number comes out.
-bool Database::identityDiffers(const NoteHeader& header, quint32& sequence) const {
-  Statement::Run row(impl_->identity, header.id);
-  if (!row.step())
-    throw RuntimeError(enginefault::UnknownNote,
-                       QStringLiteral("%1: there is no note %2 (it may have been deleted)")
-                           .arg(path_, QString::number(header.id, 16).toUpper()));
-  sequence = quint32(row.integer(3));
-  return row.integer(0) != header.noteClass || Unid::fromBytes(row.blob(1)) != header.unid ||
-         Unid::fromBytes(row.blob(2)) != header.parent;
+bool Database::Impl::readIdentity(quint32 noteId, NoteHeader& header) {
+  Statement::Run row(identity, noteId);
+  if (!row.step()) return false;
+  header.id = noteId;
+  header.noteClass = quint16(row.integer(0));
+  header.unid = Unid::fromBytes(row.blob(1));
+  header.parent = Unid::fromBytes(row.blob(2));
+  header.sequence = quint32(row.integer(3));
+  header.sequenceTime = fromStored(row.integer(4));
+  return true;
 }
 
 void Database::save(Note& note) {
@@ -282,14 +270,19 @@ void Database::save(Note& note) {
   NoteHeader header = note.header;
   Transaction transaction(*this);
   if (header.id == 0) {
+    const bool mayHaveBeenHere = !header.unid.isNull();
     completeNewHeader(header);
     insertNote(header, items);
+    if (mayHaveBeenHere) impl_->renewWriter();
   } else {
-    quint32 sequence = 0;
-    const bool differs = identityDiffers(header, sequence);
-    header.sequence = sequence + 1;
+    NoteHeader before;
+    if (!impl_->readIdentity(header.id, before))
+      throw RuntimeError(enginefault::UnknownNote,
+                         QStringLiteral("%1: there is no note %2 (it may have been deleted)")
+                             .arg(path_, QString::number(header.id, 16).toUpper()));
+    header.sequence = before.sequence + 1;
     header.sequenceTime = header.modified = timeDateNow();
-    updateNote(header, items, differs);
+    updateNote(header, items, before);
   }
   transaction.commit();
   note.header = header;
@@ -300,18 +293,16 @@ bool Database::saveAsGiven(Note& note) {
   NoteHeader header = note.header;
   if (header.unid.isNull()) header.unid = Unid::create();
   Transaction transaction(*this);
-  bool replaces = false;
-  {
-    const QByteArray unid = header.unid.bytes();
-    Statement::Run row(impl_->idOfUnid, unid);
-    replaces = row.step() && row.integer(1) == kStateLive;
-    if (replaces) header.id = quint32(row.integer(0));
-  }
+  NoteVersion there;
+  NoteHeader before;
+  const bool replaces =
+      findVersion(header.unid, there) && there.live && impl_->readIdentity(there.id, before);
   if (replaces) {
-    quint32 sequence = 0;
-    updateNote(header, items, identityDiffers(header, sequence));
+    header.id = there.id;
+    updateNote(header, items, before);
   } else {
     insertNote(header, items);
+    impl_->renewWriter();
   }
   transaction.commit();
   note.header = header;
@@ -320,14 +311,13 @@ bool Database::saveAsGiven(Note& note) {
 
 bool Database::remove(quint32 noteId, bool leaveStub) {
   Transaction transaction(*this);
-  {
-    Statement::Run row(impl_->identity, noteId);
-    if (!row.step()) return false;
-  }
+  NoteHeader before;
+  if (!impl_->readIdentity(noteId, before)) return false;
   const qint64 change = impl_->nextChange();
   if (leaveStub) {
     const qint64 now = stored(timeDateNow());
     Statement::Run(impl_->makeStub, now, now, change, noteId).step();
+    impl_->putLineage(noteId, impl_->nextLineage(before));
   } else {
     // The row takes its numbers along, so the highest ones are written down before it goes.
     const quint32 highest = highestIssuedId();

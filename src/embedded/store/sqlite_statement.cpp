@@ -40,6 +40,18 @@ Connection::Connection(const QString& path, int flags, bool constant) : path_(pa
   sqlite3_db_config(handle_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
 }
 
+// There is a handle, so that nobody who holds the removed database meets a null pointer.
+Connection::Connection(const QString& path)
+    : Connection(QStringLiteral(":memory:"), SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY) {
+  path_ = path;
+  removed_ = true;
+}
+
+void Connection::requireFile() const {
+  if (removed_)
+    throw RuntimeError(err::FileNotFound, QStringLiteral("%1: the database has been removed").arg(path_));
+}
+
 Connection::~Connection() {
   sqlite3_close_v2(handle_);
 }
@@ -65,6 +77,7 @@ void Connection::fail(int fault) const {
 
 void Statement::prepare() {
   if (handle_) return;
+  connection_.requireFile();
   const int status =
       sqlite3_prepare_v3(connection_.handle(), sql_, -1, SQLITE_PREPARE_PERSISTENT, &handle_, nullptr);
   if (status == SQLITE_OK) return;

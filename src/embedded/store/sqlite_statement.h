@@ -15,11 +15,14 @@ class Connection {
   // flags are those of sqlite3_open_v2. A constant file is one that nobody writes; it is read without
   // locks. Raises CannotOpen.
   Connection(const QString& path, int flags, bool constant = false);
+  // Stands for a file that was removed: every statement raises 53.
+  explicit Connection(const QString& path);
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
   sqlite3* handle() const { return handle_; }
+  void requireFile() const;
   const QString& path() const { return path_; }
   // Runs statements that are not kept.
   void execute(const char* sql, int fault) const;
@@ -30,6 +33,7 @@ class Connection {
  private:
   QString path_;
   sqlite3* handle_ = nullptr;
+  bool removed_ = false;
 };
 
 // Prepared at its first use, finalised with its owner. The connection must outlive it.

@@ -141,5 +141,14 @@ TEST_F(Samples, SecondImportReplacesAndAddsNothing) {
   }
 }
 
+TEST_F(Samples, TheTemplateHasTheNameThatTheDiscussionInherits) {
+  take(QStringLiteral("template.dxl"));
+  EXPECT_EQ(leftovers(), "");
+  EXPECT_EQ(database_->info().templateName, QStringLiteral("AcmeDiscussion"));
+  EXPECT_EQ(database_->info().inheritsFrom, QString());
+  EXPECT_EQ(all(noteclass::Form).size(), 1);
+  EXPECT_EQ(all(noteclass::View).size(), 1);
+}
+
 }  // namespace
 }  // namespace lens

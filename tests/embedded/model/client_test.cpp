@@ -91,6 +91,18 @@ TEST_F(Client, BackEndSessionSeesNoSelection) {
   EXPECT_EQ(mail.get(u"UNPROCESSEDDOCUMENTS"_s).object().get(u"count"_s), Value(0));
 }
 
+TEST_F(Client, OpenDatabasePutsADatabaseOnTopOrRaisesAndKeepsTheOldOne) {
+  t.workspace->addServer(u"CN=Hub1/O=Acme"_s);
+  t.workspace->createDatabase(u"Hub1/Acme"_s, u"crm.nsf"_s, {});
+  for (const QString& file : {u""_s, u"none.nsf"_s})
+    EXPECT_GT(raised([&] { t.ui().call(u"OpenDatabase"_s, u""_s, file); }), 0);
+  EXPECT_GT(raised([&] { t.ui().call(u"OPENDATABASE"_s, u"Hub9/Acme"_s, u"crm.nsf"_s); }), 0);
+  EXPECT_EQ(t.ui().get(u"CURRENTDATABASE"_s).object().get(u"FILEPATH"_s).text(), u"mail.nsf"_s);
+  t.ui().call(u"OPENDATABASE"_s, u"hub1/acme"_s, u"CRM"_s);
+  EXPECT_EQ(t.session().get(u"CurrentDatabase"_s).object().get(u"FILEPATH"_s).text(), u"crm.nsf"_s);
+  EXPECT_EQ(t.session().get(u"CURRENTDATABASE"_s).object().get(u"SERVER"_s).text(), u"CN=Hub1/O=Acme"_s);
+}
+
 TEST_F(Client, ViewRefreshTellsTheWindowAndNeedsNone) {
   t.ui().call(u"ViewRefresh"_s);
   EXPECT_EQ(recorder.told, QStringList(u"refresh"_s));

@@ -71,36 +71,63 @@ TEST(Session, EnvironmentEntriesOfTheSystemHaveNoDollar) {
 TEST(Session, AddressBooksAreEmptyOrAnArray) {
   TestWorkspace t;
   EXPECT_TRUE(t.session().get(u"AddressBooks"_s).isEmpty());
+  const QString hub = u"CN=Hub1/O=Acme"_s;
+  t.workspace->addServer(hub);
   DatabaseInfo info;
   info.publicAddressBook = true;
   t.workspace->createDatabase({}, u"names.nsf"_s, info);
+  t.workspace->createDatabase(hub, u"names.nsf"_s, info);
   const Value books = t.session().get(u"ADDRESSBOOKS"_s);
-  ASSERT_EQ(books.upperBound(), 0);
-  const Object book = books.at(0).object();
-  EXPECT_TRUE(book.get(u"IsPublicAddressBook"_s).boolean());
-  EXPECT_EQ(book.get(u"FILEPATH"_s).text(), u"names.nsf"_s);
+  ASSERT_EQ(books.upperBound(), 1);
+  const Object own = books.at(0).object(), everybodys = books.at(1).object();
+  EXPECT_FALSE(own.get(u"IsPublicAddressBook"_s).boolean());
+  EXPECT_TRUE(everybodys.get(u"ISPUBLICADDRESSBOOK"_s).boolean());
+  EXPECT_EQ(own.get(u"FILEPATH"_s).text(), u"names.nsf"_s);
+  EXPECT_EQ(everybodys.get(u"server"_s).text(), hub);
+  EXPECT_FALSE(everybodys.get(u"ISOPEN"_s).boolean());
 }
 
-TEST(Session, AnAddressBookThatCannotBeOpenedIsNotOpen) {
+TEST(Session, AnAddressBookIsKnownWithoutItsFile) {
   TestWorkspace t;
-  QFile file(t.workspace->dataDirectory() + u"/names.nsf"_s);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write("junk");
-  file.close();
-  const Object book = t.session().get(u"ADDRESSBOOKS"_s).at(0).object();
-  EXPECT_FALSE(book.get(u"ISOPEN"_s).boolean());
-  EXPECT_FALSE(book.get(u"ISPUBLICADDRESSBOOK"_s).boolean());
-  EXPECT_GT(raised([&] { book.get(u"Title"_s); }), 0);
+  t.workspace->addServer(u"CN=Hub1/O=Acme"_s);
+  t.workspace->setIniValue(u"Names"_s, u"Hub1/Acme!!names.nsf,Gone/Acme!!names.nsf"_s);
+  const Value books = t.session().get(u"ADDRESSBOOKS"_s);
+  ASSERT_EQ(books.upperBound(), 1);
+  for (const Value& book : books.values()) {
+    EXPECT_TRUE(book.object().get(u"ISPUBLICADDRESSBOOK"_s).boolean());
+    EXPECT_FALSE(book.object().get(u"ISOPEN"_s).boolean());
+    EXPECT_EQ(book.object().get(u"Title"_s).text(), u""_s);
+    EXPECT_GT(raised([&] {
+                t.session().call(u"GETDATABASE"_s, book.object().get(u"SERVER"_s).text(),
+                                 book.object().get(u"FILEPATH"_s).text());
+              }),
+              0);
+  }
 }
 
-TEST(Session, DatabaseThatIsNotThereIsGivenUnopened) {
+TEST(Session, ADatabaseThatCannotBeOpenedRaises) {
   TestWorkspace t;
   const Object session = t.session();
-  EXPECT_GT(raised([&] { session.call(u"GETDATABASE"_s, u""_s, u""_s); }), 0);
-  const Object none = session.call(u"GETDATABASE"_s, u""_s, u"none.nsf"_s).object();
-  EXPECT_FALSE(none.get(u"ISOPEN"_s).boolean());
-  EXPECT_GT(raised([&] { none.get(u"Size"_s); }), 0);
-  EXPECT_GT(raised([&] { session.call(u"GETDATABASE"_s, u"Hub9/Acme"_s, u"mail.nsf"_s); }), 0);
+  QFile junk(t.workspace->dataDirectory() + u"/junk.nsf"_s);
+  ASSERT_TRUE(junk.open(QIODevice::WriteOnly));
+  junk.write("junk");
+  junk.close();
+  const auto fault = [&](const QString& server, const QString& file) {
+    return raised([&] { session.call(u"GetDatabase"_s, server, file); });
+  };
+  EXPECT_EQ(fault({}, {}), workspacefault::BadPath);
+  EXPECT_EQ(fault({}, u"none.nsf"_s), workspacefault::NoSuchFile);
+  EXPECT_EQ(fault({}, u"junk.nsf"_s), enginefault::NotADatabase);
+  EXPECT_EQ(fault(u"Hub9/Acme"_s, u"mail.nsf"_s), workspacefault::UnknownServer);
+}
+
+TEST(Session, TheServerOfADatabaseIsCanonicalHoweverItWasNamed) {
+  TestWorkspace t;
+  t.workspace->addServer(u"CN=Hub1/OU=Ops/O=Acme/C=DE"_s);
+  t.workspace->createDatabase(u"Hub1/Ops/Acme/DE"_s, u"crm.nsf"_s, {});
+  for (const QString& name : {u"hub1/OPS/acme/de"_s, u"CN=Hub1/OU=Ops/O=Acme/C=DE"_s})
+    EXPECT_EQ(t.session().call(u"GETDATABASE"_s, name, u"crm"_s).object().get(u"SERVER"_s).text(),
+              u"CN=Hub1/OU=Ops/O=Acme/C=DE"_s);
 }
 
 TEST(Session, ConvertMimeIsReadAndWritten) {

@@ -113,6 +113,22 @@ TEST(Workspace, ListsOurDatabasesInFoldersSortedAndNothingElse) {
   EXPECT_EQ(t.workspace->databases({}), QStringList({u"A.ntf"_s, sub, u"b.nsf"_s, u"mail.nsf"_s}));
 }
 
+TEST(Workspace, FilesNamedLikeDatabasesAreListedWhateverIsInThem) {
+  TestWorkspace t;
+  write(t.workspace->dataDirectory() + u"/Foreign.NSF"_s, "no database at all");
+  write(t.workspace->dataDirectory() + u"/list.txt"_s, "no database at all");
+  EXPECT_EQ(t.workspace->databaseFiles({}), QStringList({u"Foreign.NSF"_s, u"mail.nsf"_s}));
+}
+
+TEST(Workspace, ReplicasAreFoundByTheirId) {
+  TestWorkspace t;
+  t.workspace->addServer(u"CN=Hub1/O=Acme"_s);
+  const QString id = t.store->info().replicaId.toLower();
+  EXPECT_EQ(t.workspace->replicas({}, id), (QVector<DatabasePlace>{{u""_s, u"mail.nsf"_s}}));
+  EXPECT_TRUE(t.workspace->replicas(u"Hub1/Acme"_s, id).isEmpty());
+  EXPECT_TRUE(t.workspace->replicas({}, {}).isEmpty());
+}
+
 TEST(Workspace, ADatabaseIsOpenedOnceForAll) {
   TestWorkspace t;
   EXPECT_EQ(t.workspace->database({}, u"mail"_s), t.store);
@@ -167,5 +183,8 @@ TEST(Workspace, AddressBooksComeFromSettingsOrByTheirUsualName) {
   const DatabasePlace hub{u"CN=Hub1/O=Acme"_s, u"names.nsf"_s};
   EXPECT_EQ(t.workspace->addressBooks(), QVector<DatabasePlace>{hub});
   t.workspace->setIniValue(u"Names"_s, u"mail.nsf, Nobody/Acme!!names.nsf, Hub1/Acme!!names.nsf"_s);
-  EXPECT_EQ(t.workspace->addressBooks(), (QVector<DatabasePlace>{{u""_s, u"mail.nsf"_s}, hub}));
+  EXPECT_EQ(t.workspace->addressBooks(),
+            (QVector<DatabasePlace>{{u""_s, u"mail.nsf"_s}, {u"Nobody/Acme"_s, u"names.nsf"_s}, hub}));
+  t.workspace->setIniValue(u"Names"_s, u"../names.nsf, gone.nsf"_s);
+  EXPECT_EQ(t.workspace->addressBooks(), (QVector<DatabasePlace>{{u""_s, u"gone.nsf"_s}}));
 }

@@ -1,0 +1,55 @@
+// What becomes of a database as a whole: replicas, replication, removal.
+#include "embedded/model/notes_database.h"
+#include "embedded/replication/replication.h"
+
+namespace lens {
+namespace {
+
+[[noreturn]] void leftOut(const Database& store, const QStringList& notes) {
+  throw RuntimeError(replicationfault::NotesLeftOut,
+                     QStringLiteral("%1: everything was replicated but %2 damaged notes (%3)")
+                         .arg(store.path(), QString::number(notes.size()), notes.first()));
+}
+
+}  // namespace
+
+Value NotesDatabase::createReplica(const Arguments& arguments) {
+  Workspace& workspace = *database_->context->workspace;
+  const DatabasePlace place = workspace.createReplica(store(), arguments[0].text(), arguments[1].text());
+  return open(database_->context, place, source_);
+}
+
+// All replicas of the server get their turn; what failed first is told at the end.
+Value NotesDatabase::replicate(const Arguments& arguments) {
+  Database& here = store();
+  Workspace& workspace = *database_->context->workspace;
+  QVector<DatabasePlace> others = workspace.replicas(arguments[0].text(), here.info().replicaId);
+  others.removeAll(database_->place);
+  if (others.isEmpty())
+    throw RuntimeError(replicationfault::NoReplica,
+                       QStringLiteral("%1: there is no other replica on %2")
+                           .arg(here.path(), arguments[0].text().isEmpty() ? QStringLiteral("this machine")
+                                                                           : arguments[0].text()));
+  std::optional<RuntimeError> failure;
+  QStringList damaged;
+  for (const DatabasePlace& other : std::as_const(others)) {
+    try {
+      damaged += lens::replicate(here, *workspace.database(other.server, other.path)).leftOut;
+    } catch (const RuntimeError& error) {
+      if (!failure) failure = error;
+    }
+    workspace.notifyChanged(other);
+  }
+  workspace.notifyChanged(database_->place);
+  if (failure) throw *failure;
+  if (!damaged.isEmpty()) leftOut(here, damaged);
+  return true;
+}
+
+Value NotesDatabase::remove() {
+  store();
+  database_->context->workspace->removeDatabase(database_->place);
+  return {};
+}
+
+}  // namespace lens

@@ -1,0 +1,223 @@
+#include "embedded/replication/replicator.h"
+
+#include "embedded/replication/conflict.h"
+#include "embedded/replication/note_transfer.h"
+#include "embedded/replication/version_walk.h"
+
+namespace lens {
+namespace {
+
+constexpr qsizetype kMostLeftOut = 1000;  // then it is no longer single notes that are damaged
+
+bool comesBefore(const Unid& a, const Unid& b) {
+  return a.bytes() < b.bytes();
+}
+
+// A database has one of each at most.
+bool isSingle(quint16 noteClass) {
+  constexpr quint16 kSingle =
+      noteclass::Icon | noteclass::Acl | noteclass::Design | noteclass::About | noteclass::Using;
+  return noteclass::base(noteClass) & kSingle;
+}
+
+QString profileName(const Note& note) {
+  return note.text(u"$Name").toLower();
+}
+
+// The stub of a version that another note takes the place of.
+NoteHeader stubAfter(const NoteVersion& version) {
+  NoteHeader header;
+  header.unid = version.unid;
+  header.noteClass = version.noteClass;
+  header.sequence = version.sequence + 1;
+  header.sequenceTime = version.sequenceTime;
+  return header;
+}
+
+// A damaged note is replaced as a whole.
+bool readSound(const Database& database, const Unid& unid, Note& note) {
+  try {
+    return database.read(unid, note);
+  } catch (const RuntimeError& error) {
+    if (error.number() != enginefault::Damaged) throw;
+    return false;
+  }
+}
+
+}  // namespace
+
+Replicator::Replicator(Database& here, Database& there) : here_(here), there_(there), batch_(here, there) {}
+
+ReplicationReport Replicator::run() {
+  try {
+    walk();
+  } catch (...) {
+    // The notes before the failure have arrived.
+    try {
+      batch_.commit();
+    } catch (const RuntimeError&) {
+      batch_.undo();
+    }
+    throw;
+  }
+  batch_.commit();
+  if (!cannotWrite_.isEmpty())
+    throw RuntimeError(
+        enginefault::NotSaved,
+        QStringLiteral("%1: the file can only be read, so it did not get what is new elsewhere")
+            .arg(cannotWrite_));
+  return report_;
+}
+
+void Replicator::walk() {
+  VersionWalk here(here_.store), there(there_.store);
+  while (here.current() || there.current()) {
+    const NoteVersion *a = here.current(), *b = there.current();
+    if (a && b && comesBefore(a->unid, b->unid)) b = nullptr;
+    if (a && b && comesBefore(b->unid, a->unid)) a = nullptr;
+    const Unid unid = a ? a->unid : b->unid;
+    const bool same = a && b && a->stamp == b->stamp;
+    if (a) here.next();
+    if (b) there.next();
+    if (!same) settle(unid);
+    batch_.commitWhenDue();
+  }
+}
+
+// One note on both sides: as a whole, or not at all.
+void Replicator::settle(const Unid& unid) {
+  batch_.begin();
+  const ReplicationReport before = report_;
+  try {
+    std::optional<Database::Transaction> here, there;
+    if (here_.writable) here.emplace(here_.store);
+    if (there_.writable) there.emplace(there_.store);
+    exchange(unid);
+    if (here) here->commit();
+    if (there) there->commit();
+  } catch (const RuntimeError& error) {
+    report_ = before;
+    if (error.number() != enginefault::Damaged || report_.leftOut.size() >= kMostLeftOut) throw;
+    report_.leftOut.append(error.description());
+  }
+}
+
+// Looks again, now that nobody else can write.
+void Replicator::exchange(const Unid& unid) {
+  NoteVersion a, b;
+  const bool hasA = here_.store.findVersion(unid, a), hasB = there_.store.findVersion(unid, b);
+  if (hasA && !hasB) return send(here_, a, there_, nullptr);
+  if (hasB && !hasA) return send(there_, b, here_, nullptr);
+  if (!hasA || a.stamp == b.stamp) return;
+  const bool aKnowsB = here_.store.lineage(a).knows(b.stamp);
+  const bool bKnowsA = there_.store.lineage(b).knows(a.stamp);
+  if (aKnowsB && !bKnowsA) return send(here_, a, there_, &b);
+  if (bKnowsA && !aKnowsB) return send(there_, b, here_, &a);
+  if (outranks(a, b)) return resolve(here_, a, there_, b);
+  resolve(there_, b, here_, a);
+}
+
+void Replicator::send(Side& from, const NoteVersion& version, Side& to, const NoteVersion* replaced) {
+  if (!to.writable) {
+    cannotWrite_ = to.store.path();
+    return;
+  }
+  Lineage lineage = from.store.lineage(version);
+  if (replaced) lineage.absorb(to.store.lineage(*replaced));
+  if (!version.live) return sendStub(version, to, replaced, lineage);
+  Note note, old;
+  if (!from.store.read(version.unid, note) || !makeRoom(from, version, note, to)) return;
+  const bool hasOld = replaced && replaced->live;
+  bringObjects(note, from.store, to.store, hasOld && readSound(to.store, version.unid, old) ? &old : nullptr);
+  to.store.saveVersion(note, lineage);
+  if (to.profilesKnown && isProfile(note)) to.profiles.insert(profileName(note), version.unid);
+  ++(hasOld ? report_.updated : report_.added);
+}
+
+void Replicator::sendStub(const NoteVersion& version, Side& to, const NoteVersion* replaced,
+                          const Lineage& lineage) {
+  NoteHeader header = stubAfter(version);
+  header.sequence = version.sequence;
+  to.store.saveStub(header, lineage);
+  if (replaced && replaced->live) ++report_.deleted;
+}
+
+void Replicator::resolve(Side& winnerSide, const NoteVersion& winner, Side& loserSide,
+                         const NoteVersion& loser) {
+  if (loser.live && keepLoser(winnerSide, winner, loserSide, loser)) ++report_.conflicts;
+  Lineage lineage = winnerSide.store.lineage(winner);
+  lineage.absorb(loserSide.store.lineage(loser));
+  if (winnerSide.writable) winnerSide.store.setLineage(winner.id, lineage);
+  send(winnerSide, winner, loserSide, &loser);
+}
+
+// The conflict document goes to both sides at once, so that neither ever holds a winner that knows of a
+// version which is nowhere to be found.
+bool Replicator::keepLoser(Side& winnerSide, const NoteVersion& winner, Side& loserSide,
+                           const NoteVersion& loser) {
+  Note lost, kept;
+  loserSide.store.read(loser.unid, lost);
+  winnerSide.store.read(winner.unid, kept);
+  if (!leavesConflict(lost) || sameContent(lost, loserSide.store, kept, winnerSide.store)) return false;
+  const Note conflict = conflictDocument(lost, loser.stamp);
+  const Lineage lineage(
+      originalStamp(conflict.header.unid, conflict.header.sequence, conflict.header.sequenceTime));
+  for (Side* side : {&loserSide, &winnerSide}) {
+    NoteVersion there;
+    if (!side->writable || side->store.findVersion(conflict.header.unid, there)) continue;
+    Note copy = conflict;
+    bringObjects(copy, loserSide.store, side->store, nullptr);
+    side->store.saveVersion(copy, lineage);
+  }
+  return true;
+}
+
+// A note that a database has once only may be there already under another UNID. False when that one stays.
+bool Replicator::makeRoom(Side& from, const NoteVersion& version, const Note& note, Side& to) {
+  const Unid rivalUnid = rivalOf(note, to);
+  NoteVersion rival;
+  if (rivalUnid.isNull() || !to.store.findVersion(rivalUnid, rival) || !rival.live) return true;
+  const bool rivalStays = outranks(rival, version);
+  const NoteVersion& goes = rivalStays ? version : rival;
+  replaceByStub(goes, (rivalStays ? from : to).store.lineage(goes));
+  return !rivalStays;
+}
+
+Unid Replicator::rivalOf(const Note& note, Side& side) {
+  if (isSingle(note.header.noteClass)) {
+    for (const NoteSummary& summary : side.store.list(noteclass::base(note.header.noteClass)))
+      if (summary.unid != note.header.unid) return summary.unid;
+    return {};
+  }
+  if (!isProfile(note)) return {};
+  const Unid unid = profilesOf(side).value(profileName(note));
+  return unid == note.header.unid ? Unid() : unid;
+}
+
+const QHash<QString, Unid>& Replicator::profilesOf(Side& side) {
+  if (side.profilesKnown) return side.profiles;
+  side.store.scan(noteclass::Document, [&](const Note& note) {
+    if (isProfile(note)) side.profiles.insert(profileName(note), note.header.unid);
+    return true;
+  });
+  side.profilesKnown = true;
+  return side.profiles;
+}
+
+void Replicator::replaceByStub(const NoteVersion& version, const Lineage& lineage) {
+  Lineage after = lineage;
+  after.add(derivedStamp(version.stamp, "replaced"));
+  for (Side* side : {&here_, &there_}) {
+    NoteVersion there;
+    const bool known = side->store.findVersion(version.unid, there);
+    if (known && !(there.stamp == version.stamp)) continue;  // settled when its turn comes
+    if (!side->writable) {
+      cannotWrite_ = side->store.path();
+      continue;
+    }
+    side->store.saveStub(stubAfter(version), after);
+    if (known) ++report_.deleted;
+  }
+}
+
+}  // namespace lens

@@ -1,0 +1,43 @@
+// One run of replication between two databases.
+#pragma once
+
+#include <QHash>
+
+#include "embedded/replication/replication.h"
+#include "embedded/replication/write_batch.h"
+
+namespace lens {
+
+class Replicator {
+ public:
+  Replicator(Database& here, Database& there);
+  ReplicationReport run();
+
+ private:
+  struct Side {
+    explicit Side(Database& database) : store(database), writable(database.isWritable()) {}
+    Database& store;
+    const bool writable;
+    bool profilesKnown = false;
+    QHash<QString, Unid> profiles;  // live ones by name
+  };
+
+  void walk();
+  void settle(const Unid& unid);
+  void exchange(const Unid& unid);
+  void send(Side& from, const NoteVersion& version, Side& to, const NoteVersion* replaced);
+  void sendStub(const NoteVersion& version, Side& to, const NoteVersion* replaced, const Lineage& lineage);
+  void resolve(Side& winnerSide, const NoteVersion& winner, Side& loserSide, const NoteVersion& loser);
+  bool keepLoser(Side& winnerSide, const NoteVersion& winner, Side& loserSide, const NoteVersion& loser);
+  bool makeRoom(Side& from, const NoteVersion& version, const Note& note, Side& to);
+  Unid rivalOf(const Note& note, Side& side);
+  const QHash<QString, Unid>& profilesOf(Side& side);
+  void replaceByStub(const NoteVersion& version, const Lineage& lineage);
+
+  Side here_, there_;
+  WriteBatch batch_;
+  ReplicationReport report_;
+  QString cannotWrite_;  // the file that should have got something
+};
+
+}  // namespace lens
