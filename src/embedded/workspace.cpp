@@ -69,9 +69,9 @@ void checkInside(const QString& directory, const QString& file, const QString& p
     refusePath(path, QStringLiteral("the file lies outside the directory of databases"));
 }
 
+// A journal that is left beside another file of the same name would be played into it.
 void removeJournals(const QString& file) {
-  QFile::remove(file + QStringLiteral("-wal"));
-  QFile::remove(file + QStringLiteral("-shm"));
+  for (const char* suffix : {"-wal", "-shm", "-journal"}) QFile::remove(file + QLatin1String(suffix));
 }
 
 }  // namespace

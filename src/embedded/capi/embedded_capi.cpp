@@ -1,80 +1,41 @@
 #include "embedded/capi/embedded_capi.h"
 
 #include <algorithm>
-#include <cstring>
 
-#include "embedded/capi/status.h"
-#include "embedded/store/lmbcs.h"
+#include "embedded/capi/call_support.h"
 #include "embedded/views/design_notes.h"
 #include "notes/code_page.h"
 
 namespace lens {
 namespace {
 
-constexpr qsizetype kLongestPath = 255;
-constexpr quint16 kNulEnded = 0xFFFF;
-
-// Text into a buffer that the caller has made: the rest of the buffer stays as it is, and a NUL
-// follows where there is room for one.
-quint16 put(const QByteArray& text, QByteArray& buffer, qsizetype limit) {
-  const qsizetype length = std::min(text.size(), std::max<qsizetype>(limit, 0));
-  if (buffer.size() < length) buffer.resize(length);
-  std::memcpy(buffer.data(), text.constData(), size_t(length));
-  if (length < buffer.size() && length < limit) buffer[length] = '\0';
-  return quint16(length);
-}
-
-QByteArray untilNul(const QByteArray& text) {
-  const qsizetype end = text.indexOf('\0');
-  return end < 0 ? text : text.first(end);
-}
+// What a deletion may do; the third mark, not to wait for the disk, has no effect here.
+constexpr quint16 kForce = 0x0001, kNoStub = 0x0200;
 
 // "server!!file" or a local path.
 DatabasePlace placeOf(const Workspace& workspace, const QByteArray& path) {
-  const QString text = fromCodePage(untilNul(path)).trimmed();
+  const QString text = fromCodePage(upToNul(path)).trimmed();
   const qsizetype mark = text.indexOf(u"!!");
   if (mark < 0) return workspace.place({}, text);
   return workspace.place(text.left(mark), text.mid(mark + 2));
 }
 
-template <class Body>
-Status guarded(const Body& body) {
-  try {
-    return body();
-  } catch (const RuntimeError& error) {
-    return statusOf(error);
-  }
-}
-
-[[noreturn]] void notHere(const char* function) {
-  throw RuntimeError(
-      err::EntryNotFound,
-      QStringLiteral("The embedded engine has no function %1").arg(QString::fromLatin1(function)));
-}
-
-// Bytes of one field of a type code; 0 for codes that are not known.
-qsizetype fieldSize(quint16 type) {
-  switch (type) {
-    case 0:   // 16-bit word
-    case 13:  // head of a list
-      return 2;
-    case 1:   // 32-bit word
-    case 14:  // head of a range
-      return 4;
-    case 2:   // double
-    case 10:  // time
-      return 8;
-    case 28:  // universal ID
-      return 16;
-    case 318:  // agent schedule record
-      return 102;
+Status whyMissing(const Database& store, quint32 noteId) {
+  switch (store.state(noteId)) {
+    case NoteState::NeverIssued:
+      return status::BadNoteId;
+    case NoteState::Stub:
+      return status::NoteDeleted;
     default:
-      return 0;
+      return status::NoNote;
   }
 }
 
-quint16 wordAt(const char* bytes) {
-  return quint16(quint8(bytes[0]) | quint8(bytes[1]) << 8);
+bool hasResponses(const Database& store, quint32 noteId) {
+  const QVector<NoteSummary> notes = store.list(noteclass::Document);
+  const auto note = std::find_if(notes.begin(), notes.end(), [&](const auto& n) { return n.id == noteId; });
+  return note != notes.end() &&
+         std::any_of(notes.begin(), notes.end(), [&](const auto& n) { return n.parent == note->unid; });
 }
 
 }  // namespace
@@ -99,15 +60,6 @@ void EmbeddedCApi::closeAll() {
   for (const quint32 handle : dbs_.handles()) dbs_.take(handle);
   for (const quint32 handle : computations_.handles()) computations_.take(handle);
   memory_.clear();
-}
-
-Status EmbeddedCApi::OSPathNetConstruct(int, const QByteArray& server, const QByteArray& file,
-                                        QByteArray& buffer) {
-  const QByteArray name = untilNul(server).trimmed();
-  const QByteArray path = untilNul(file);
-  put(name.isEmpty() ? path : name + "!!" + path, buffer, kLongestPath);
-  if (buffer.size() > kLongestPath) buffer[std::min(kLongestPath, untilNul(buffer).size())] = '\0';
-  return status::Ok;
 }
 
 Status EmbeddedCApi::NSFDbOpen(const QByteArray& path, DbHandle& db) {
@@ -149,11 +101,8 @@ Status EmbeddedCApi::NSFNoteOpen(DbHandle db, qint32 noteId, quint16, NoteHandle
       return status::NoSpecialNote;
     auto opened = std::make_unique<OpenNote>();
     opened->db = db;
-    if (id == 0) return status::BadNoteId;
     if (!open->store->read(id, opened->note)) {
-      const NoteState state = open->store->state(id);
-      if (state == NoteState::NeverIssued) return status::BadNoteId;
-      return state == NoteState::Stub ? status::NoteDeleted : status::NoNote;
+      return whyMissing(*open->store, id);
     }
     note = notes_.add(std::move(opened));
     return note ? status::Ok : status::NoMemory;
@@ -173,6 +122,23 @@ Status EmbeddedCApi::NSFNoteClose(NoteHandle note) {
   return status::Ok;
 }
 
+// Items are not looked at, so a note that cannot be read can still go.
+Status EmbeddedCApi::NSFNoteDelete(DbHandle db, qint32 noteId, quint16 flags) {
+  const OpenDb* open = dbs_.find(db);
+  if (!open) return status::BadHandle;
+  return guarded([&]() -> Status {
+    const std::shared_ptr<Database> store = open->store;
+    const DatabasePlace place = open->place;
+    const quint32 id = quint32(noteId);
+    const bool leaveStub = !(flags & kNoStub);
+    // Without a stub other replicas would bring the document back below its responses.
+    if (!leaveStub && !(flags & kForce) && hasResponses(*store, id)) return status::HasResponses;
+    if (!store->remove(id, leaveStub)) return whyMissing(*store, id);
+    workspace_->notifyChanged(place);
+    return status::Ok;
+  });
+}
+
 Status EmbeddedCApi::NSFItemInfo(NoteHandle note, const QByteArray& name, quint16 nameLength, BlockId& item,
                                  quint16& type, BlockId& value, quint32& valueLength) {
   item = value = BlockId();
@@ -180,11 +146,11 @@ Status EmbeddedCApi::NSFItemInfo(NoteHandle note, const QByteArray& name, quint1
   valueLength = 0;
   OpenNote* open = notes_.find(note);
   if (!open) return status::BadHandle;
-  const QString wanted = fromCodePage(untilNul(name.first(std::min<qsizetype>(nameLength, name.size()))));
+  const QString wanted = fromCodePage(upToNul(name.first(std::min<qsizetype>(nameLength, name.size()))));
   const Item* found = wanted.isEmpty() ? nullptr : std::as_const(open->note).find(wanted);
   if (!found) return status::NoItem;
   MemHandle& memory = open->values[found - open->note.items.constData()];
-  if (memory == 0) memory = memory_.add(found->value, true);
+  if (memory == 0) memory = memory_.addItem(found->value);
   if (memory == 0) return status::NoMemory;
   item.pool = value.pool = memory;
   type = found->type();
@@ -198,103 +164,24 @@ Status EmbeddedCApi::NIFFindDesignNote(DbHandle db, const QByteArray& name, quin
   const OpenDb* open = dbs_.find(db);
   if (!open) return status::BadHandle;
   return guarded([&]() -> Status {
-    noteId = qint32(findDesignNote(*open->store, noteClass, fromCodePage(untilNul(name))));
+    noteId = qint32(findDesignNote(*open->store, noteClass, fromCodePage(upToNul(name))));
     return noteId ? status::Ok : status::NotInIndex;
   });
 }
 
-// Inside memory of ours nothing is read past the zeros behind the value, and the pointer stays there.
-void EmbeddedCApi::ODSReadMemory(const char*& from, quint16 type, void* target, quint16 count) {
-  const qsizetype size = fieldSize(type) * count;
-  if (size == 0 || !target) return;
-  const qsizetype known = from ? memory_.readable(from) : 0;
-  const qsizetype available = known < 0 ? size : std::min(known, size);
-  if (available > 0) std::memcpy(target, from, size_t(available));
-  std::memset(static_cast<char*>(target) + available, 0, size_t(size - available));
-  if (from) from += available;
-}
-
-Status EmbeddedCApi::ConvertTIMEDATEToText(const TimeDate& time, QByteArray& buffer, quint16 limit,
-                                           quint16& length) {
-  length = 0;
-  const DateTime local = localOf(time);
-  if (!local.date.isValid() && !local.time.isValid()) return status::BadTime;
-  length = put(toCodePage(workspace_->regional().text(local)), buffer, limit);
-  return status::Ok;
-}
-
-quint32 EmbeddedCApi::ListGetNumEntries(const char* list, int prefixed) {
-  if (!list) return 0;
-  const char* head = list + (prefixed ? 2 : 0);
-  const qsizetype known = memory_.readable(list);
-  if (known >= 0 && known < head - list + 2) return 0;
-  return wordAt(head);
-}
-
-Status EmbeddedCApi::ListGetText(const char* list, int prefixed, quint16 index, const char*& text,
-                                 quint16& length) {
-  text = nullptr;
-  length = 0;
-  const quint32 entries = ListGetNumEntries(list, prefixed);
-  if (index >= entries) return status::NoListEntry;
-  const qsizetype known = memory_.readable(list);
-  const qsizetype lengths = (prefixed ? 2 : 0) + 2;
-  qsizetype at = lengths + 2 * qsizetype(entries);
-  if (known >= 0 && at > known) return status::NoListEntry;
-  for (quint16 i = 0; i < index; ++i) at += wordAt(list + lengths + 2 * i);
-  const quint16 bytes = wordAt(list + lengths + 2 * index);
-  if (known >= 0 && at + bytes > known) return status::NoListEntry;
-  text = list + at;
-  length = bytes;
-  return status::Ok;
-}
-
-Status EmbeddedCApi::NSGetServerList(int, MemHandle& list) {
-  list = 0;
-  QByteArray lengths, names;
-  const QStringList servers = workspace_->serverNames();
-  appendU16(lengths, quint16(servers.size()));
-  for (const QString& server : servers) {
-    const QByteArray name = toLmbcs(server);
-    appendU16(lengths, quint16(name.size()));
-    names += name;
-  }
-  list = memory_.add(QByteArray(lengths + names));
-  return list ? status::Ok : status::NoMemory;
-}
-
-const char* EmbeddedCApi::OSLockObject(MemHandle handle) {
-  return memory_.lock(handle);
-}
-
-bool EmbeddedCApi::OSUnlockObject(MemHandle handle) {
-  memory_.unlock(handle);
-  return true;
-}
-
-Status EmbeddedCApi::OSMemFree(MemHandle handle) {
-  return memory_.free(handle);
-}
-
-quint16 EmbeddedCApi::OSTranslate(quint16 mode, const QByteArray& source, quint16 length, QByteArray& target,
-                                  quint16 limit) {
-  const QByteArray text =
-      length == kNulEnded ? untilNul(source) : source.first(std::min<qsizetype>(length, source.size()));
-  if (mode == 0) return put(toLmbcs(fromCodePage(text)), target, limit);
-  if (mode == 1) return put(toCodePage(fromLmbcs(text)), target, limit);
-  return 0;
-}
-
-quint16 EmbeddedCApi::OSLoadString(int, Status status, QByteArray& buffer, quint16 limit) {
-  return put(toLmbcs(statusText(status)), buffer, limit - 1);
-}
-
-Status EmbeddedCApi::NSFNoteDelete(DbHandle, qint32, quint16) {
-  notHere("NSFNoteDelete");
-}
-
-Status EmbeddedCApi::NSFRemoteConsole(const QByteArray&, const QByteArray&, MemHandle&) {
-  notHere("NSFRemoteConsole");
+Status EmbeddedCApi::NSFRemoteConsole(const QByteArray& server, const QByteArray& command, MemHandle& reply) {
+  reply = 0;
+  return guarded([&]() -> Status {
+    const QString name = fromCodePage(upToNul(server)).trimmed();
+    // This machine is a client: it runs no server whose console could answer.
+    if (name.isEmpty()) return status::NoServer;
+    const QString canonical = workspace_->canonicalServer(name);
+    const QString answer =
+        runConsoleCommand(*workspace_, canonical, fromCodePage(upToNul(command)), serverTasks_);
+    if (answer.isEmpty()) return status::NoReply;
+    reply = memory_.add(consoleReply(answer));
+    return reply ? status::Ok : status::NoMemory;
+  });
 }
 
 qsizetype EmbeddedCApi::openHandles() const {

@@ -3,7 +3,8 @@
 // Handles come from tables, so zero, stale and wrong ones give a status or nothing. Closing a
 // database closes its notes and frees the memory of their items; the last NotesTerm closes and frees
 // everything. Calls work without NotesInitExtended too, and a NotesTerm too many does no harm.
-// Functions that are not here yet raise 453.
+//
+// Texts that memory of the library holds are LMBCS: lists, and what a console replies.
 #pragma once
 
 #include <QHash>
@@ -11,6 +12,7 @@
 
 #include "embedded/capi/handle_table.h"
 #include "embedded/capi/memory_pool.h"
+#include "embedded/console/console.h"
 #include "embedded/formula/formula.h"
 #include "embedded/formula_world/workspace_environment.h"
 #include "embedded/workspace.h"
@@ -65,6 +67,9 @@ class EmbeddedCApi : public CApi {
   Status NSFComputeStop(MemHandle compute) override;
   Status NSFRemoteConsole(const QByteArray& server, const QByteArray& command, MemHandle& reply) override;
 
+  // What the servers of the workspace can do on demand.
+  void setServerTasks(ServerTasks tasks) { serverTasks_ = std::move(tasks); }
+
   // Handles and blocks in use, for those who look for leaks.
   qsizetype openHandles() const;
 
@@ -79,8 +84,16 @@ class EmbeddedCApi : public CApi {
     QHash<qsizetype, MemHandle> values;  // memory handed out, by the item's place
     QVector<MemHandle> outdated;         // the same, of items that a formula has changed since
   };
+  // How far a walk over a list has come.
+  struct ListWalk {
+    const char* lengths = nullptr;
+    quint64 changes = 0;
+    quint16 index = 0;
+    qsizetype at = 0;
+  };
   void closeNote(NoteHandle handle);
   void closeAll();
+  qsizetype offsetOfEntry(const char* lengths, quint32 entries, quint16 index);
   formula::Outcome evaluate(formula::Evaluation& evaluation, OpenNote* note);
 
   std::shared_ptr<Workspace> workspace_;
@@ -90,6 +103,8 @@ class EmbeddedCApi : public CApi {
   HandleTable<formula::Evaluation> computations_{3};
   WorkspaceEnvironment environment_;
   MemoryPool memory_;
+  ListWalk walk_;
+  ServerTasks serverTasks_;
 };
 
 }  // namespace lens

@@ -81,8 +81,9 @@ Status EmbeddedCApi::NSFComputeEvaluate(MemHandle compute, NoteHandle note, MemH
     const QByteArray block = storedValue(outcome.value);
     if (block.size() > 0xFFFF) return formula::fault::ResultTooLong;
     result = memory_.add(block);
+    if (result == 0) return status::NoMemory;
     length = quint16(block.size());
-    return result ? status::Ok : status::NoMemory;
+    return status::Ok;
   } catch (const RuntimeError& error) {
     return statusOf(error);
   }

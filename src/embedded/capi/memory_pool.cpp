@@ -1,13 +1,12 @@
 #include "embedded/capi/memory_pool.h"
 
-#include <functional>
-
 #include "embedded/capi/status.h"
 
 namespace lens {
 namespace {
 
-constexpr qsizetype kPadding = 0x10000;
+constexpr qsizetype kItemPadding = 0x10000;
+constexpr qsizetype kPadding = 64;
 constexpr MemHandle kHighest = 0x7FFF;
 
 }  // namespace
@@ -16,13 +15,30 @@ MemHandle MemoryPool::add(QByteArrayView bytes, bool owned) {
   if (blocks_.size() >= qsizetype(kHighest)) return 0;
   do last_ = last_ % kHighest + 1;
   while (blocks_.contains(last_));
+  const qsizetype padding = owned ? kItemPadding : kPadding;
   Block block;
-  block.bytes.reserve(bytes.size() + kPadding);
+  block.bytes.reserve(bytes.size() + padding);
   block.bytes.append(bytes.data(), bytes.size());
-  block.bytes.append(kPadding, '\0');
+  block.bytes.append(padding, '\0');
   block.owned = owned;
+  byAddress_.emplace(block.bytes.constData(), last_);
   blocks_.insert(last_, std::move(block));
+  ++changes_;
   return last_;
+}
+
+void MemoryPool::drop(MemHandle handle) {
+  const auto block = blocks_.constFind(handle);
+  if (block == blocks_.constEnd()) return;
+  byAddress_.erase(block->bytes.constData());
+  blocks_.erase(block);
+  ++changes_;
+}
+
+void MemoryPool::clear() {
+  blocks_.clear();
+  byAddress_.clear();
+  ++changes_;
 }
 
 const char* MemoryPool::lock(MemHandle handle) {
@@ -41,18 +57,16 @@ Status MemoryPool::free(MemHandle handle) {
   const auto block = blocks_.find(handle);
   if (block == blocks_.end() || block->owned) return status::BadHandle;
   if (block->locks > 0) return status::Locked;
-  blocks_.erase(block);
+  drop(handle);
   return status::Ok;
 }
 
 qsizetype MemoryPool::readable(const char* address) const {
-  const std::less_equal<const char*> notAbove;
-  for (const Block& block : blocks_) {
-    const char* begin = block.bytes.constData();
-    const char* end = begin + block.bytes.size();
-    if (notAbove(begin, address) && notAbove(address, end)) return end - address;
-  }
-  return -1;
+  auto next = byAddress_.upper_bound(address);
+  if (next == byAddress_.begin()) return -1;
+  const QByteArray& bytes = blocks_.find(std::prev(next)->second)->bytes;
+  const qsizetype offset = address - bytes.constData();
+  return offset <= bytes.size() ? bytes.size() - offset : -1;
 }
 
 }  // namespace lens

@@ -78,7 +78,7 @@ DatabaseInfo readInfo(Statement& statement) {
 }
 
 QString newReplicaId() {
-  return timeDateHex(timeDateNow());
+  return timeDateHex(newIdTime());
 }
 
 }  // namespace

@@ -140,6 +140,12 @@ class Database {
   void extractObject(quint32 objectId, const QString& filePath) const;
   void removeObject(quint32 objectId);
 
+  // Gives room back: objects that no live note refers to go, and the file shrinks to what is in it. Returns
+  // the bytes saved. Takes the file for itself meanwhile: raises InUse while another program or thread has
+  // it open, or while this one is in the middle of a change or a listing, and nothing is changed then.
+  // Stays whole if it is cut short at any moment. Temporary tables of the connection are lost.
+  qint64 compact();
+
   // Number that grows with every change of a note.
   qint64 changeSequence() const;
   // What became of the notes that were changed since that number, each one once, in order of the changes:

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QMutex>
 #include <QtEndian>
 
 #ifdef Q_OS_UNIX
@@ -132,13 +133,24 @@ void bringUpToDate(const Connection& connection, FileAccess access) {
                      enginefault::CannotOpen);
 }
 
+TimeDate newIdTime() {
+  static QMutex mutex;
+  static TimeDate last;
+  const QMutexLocker lock(&mutex);
+  TimeDate now = timeDateNow();
+  if (now.innards[1] == last.innards[1] && now.innards[0] <= last.innards[0])
+    now.innards[0] = last.innards[0] + 1;
+  return last = now;
+}
+
 FileAccess accessTo(const QString& path) {
   const QFileInfo file(path);
   const bool protectedFromAll =
       !(file.permissions() & (QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther));
   if (!protectedFromAll && file.isWritable()) return FileAccess::ReadWrite;
   // What a crash left in the journal must be read too, and that takes the ordinary way.
-  if (QFileInfo(path + QStringLiteral("-wal")).size() > 0) return FileAccess::ReadOnly;
+  for (const QLatin1String journal : {QLatin1String("-wal"), QLatin1String("-journal")})
+    if (QFileInfo(path + journal).size() > 0) return FileAccess::ReadOnly;
   const bool sealedDirectory = !QFileInfo(file.absolutePath()).isWritable();
   return protectedFromAll || sealedDirectory ? FileAccess::Constant : FileAccess::ReadOnly;
 }

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include "embedded/store/sqlite_statement.h"
+#include "embedded/store/timedate.h"
 
 namespace lens {
 
@@ -33,5 +34,9 @@ void removeAside(const QString& aside);
 // Writes an empty database aside and renames it; raises 58 when there is a file, 76 without a
 // directory. On failure nothing is left.
 void createDatabaseFile(const QString& path);
+
+// Replica IDs are times. This is now, or a little later where two are asked for within a hundredth of a
+// second: databases that were made at once must never be taken for replicas of each other.
+TimeDate newIdTime();
 
 }  // namespace lens

@@ -3,6 +3,7 @@
 
 #include <QCryptographicHash>
 #include <QHash>
+#include <QSet>
 
 #include "embedded/store/database.h"
 #include "embedded/store/sqlite_statement.h"
@@ -56,6 +57,7 @@ struct Database::Impl {
   // is written from then on must not seem to have come out of those.
   void renewWriter() { writer = {}; }
   void checkWritable() const;
+  void noteSaved(const Note& note);
   Pending& pending(quint32 objectId);
   void storeChunk(quint32 objectId, Pending& object, QByteArrayView bytes);
 
@@ -64,6 +66,8 @@ struct Database::Impl {
   const bool removed = false;
   VersionStamp writer;  // of the last version that was written through this connection
   QHash<quint32, std::shared_ptr<Pending>> objects;
+  // Objects that were written here and are in no saved note yet: a document may still be open with them.
+  QSet<quint32> unsavedObjects;
 
   static constexpr int kRead = enginefault::CannotOpen;
   static constexpr int kWrite = enginefault::NotSaved;

@@ -286,6 +286,7 @@ void Database::save(Note& note) {
   }
   transaction.commit();
   note.header = header;
+  impl_->noteSaved(note);
 }
 
 bool Database::saveAsGiven(Note& note) {
@@ -306,6 +307,7 @@ bool Database::saveAsGiven(Note& note) {
   }
   transaction.commit();
   note.header = header;
+  impl_->noteSaved(note);
   return replaces;
 }
 

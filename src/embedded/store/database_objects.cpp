@@ -35,6 +35,12 @@ Database::Impl::Pending& Database::Impl::pending(quint32 objectId) {
   return **found;
 }
 
+void Database::Impl::noteSaved(const Note& note) {
+  if (unsavedObjects.isEmpty()) return;
+  for (const Item& item : note.items)
+    if (item.type() == itemtype::Object) unsavedObjects.remove(objectIdOf(item.data()));
+}
+
 void Database::Impl::storeChunk(quint32 objectId, Pending& object, QByteArrayView bytes) {
   checkWritable();
   Statement::Run(insertChunk, objectId, object.chunks, bytes).step();
@@ -51,6 +57,7 @@ quint32 Database::beginObject() {
   object->depth = impl_->depth;
   object->rest.reserve(kChunkSize);
   impl_->objects.insert(quint32(id), std::move(object));
+  impl_->unsavedObjects.insert(quint32(id));
   return quint32(id);
 }
 

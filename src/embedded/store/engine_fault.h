@@ -8,4 +8,5 @@ inline constexpr int Damaged = 4062;
 inline constexpr int CannotOpen = 4063;
 inline constexpr int NotSaved = 4064;
 inline constexpr int UnknownNote = 4091;
+inline constexpr int InUse = 4128;
 }  // namespace lens::enginefault

@@ -254,4 +254,11 @@ bool readFileObject(QByteArrayView data, FileObject& file) {
   return true;
 }
 
+quint32 objectIdOf(QByteArrayView data) {
+  ByteReader reader(data);
+  reader.skip(2);  // the kind of object
+  const quint32 id = reader.u32();
+  return reader.failed() ? 0 : id;
+}
+
 }  // namespace lens

@@ -77,6 +77,9 @@ struct FileObject {
 QByteArray fileObjectValue(const FileObject& file);
 // False when the value is no file object or is cut short.
 bool readFileObject(QByteArrayView data, FileObject& file);
+// The object that a value of type Object leads to, be it a file or what an agent keeps; 0 when the value is
+// cut short.
+quint32 objectIdOf(QByteArrayView data);
 
 // Reads little-endian numbers from bytes that may end anywhere.
 class ByteReader {

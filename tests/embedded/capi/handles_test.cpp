@@ -208,6 +208,23 @@ TEST_F(Handles, DatabasesAreMadeAndReplacedOnlyByForce) {
   EXPECT_NE(open("empty.nsf"), 0u);
 }
 
+TEST_F(Handles, ADatabaseIsMadeEmptyAndClosedAndNothingElseIsReplaced) {
+  t.workspace->addServer(u"CN=Hub1/O=Acme"_s);
+  EXPECT_EQ(api.NSFDbCreate("Hub1/Acme!!new folder\\there", 0xFF03, -1), 0);
+  EXPECT_EQ(api.openHandles(), 0);
+  EXPECT_EQ(t.workspace->database(u"Hub1/Acme"_s, u"new folder/there.nsf"_s)->noteCount(0x7FFF), 0);
+  EXPECT_EQ(api.NSFDbCreate("Hub2/Acme!!x.nsf", 0xFF03, -1), 0x0803);
+  EXPECT_EQ(api.NSFDbCreate("../x.nsf", 0xFF03, -1), status::BadPath);
+  EXPECT_NE(api.NSFDbCreate("", 0xFF03, -1), 0);
+  QFile foreign(t.workspace->dataDirectory() + u"/letter.nsf"_s);
+  ASSERT_TRUE(foreign.open(QIODevice::ReadWrite));
+  foreign.write("a letter");
+  foreign.flush();
+  EXPECT_EQ(api.NSFDbCreate("letter.nsf", 0xFF03, -1), 0x0201);
+  foreign.seek(0);
+  EXPECT_EQ(foreign.readAll(), "a letter");
+}
+
 TEST_F(Handles, DesignNotesAreFoundByClassAndAlias) {
   const quint32 agent = t.add({{u"$TITLE"_s, textValue(u"Clean Up|cu")}}, noteclass::Filter);
   t.addView(u"Other"_s);
@@ -218,10 +235,4 @@ TEST_F(Handles, DesignNotesAreFoundByClassAndAlias) {
   EXPECT_EQ(api.NIFFindDesignNote(db, "CU", 0x200, found), 0);
   EXPECT_EQ(api.NIFFindDesignNote(db, "Other", 0x200, found), 0x0404);
   EXPECT_EQ(found, 0);
-}
-
-TEST_F(Handles, FunctionsThatAreNotHereRaise453) {
-  EXPECT_EQ(raised([&] { api.NSFNoteDelete(0, 1, 0x201); }), err::EntryNotFound);
-  MemHandle reply = 0;
-  EXPECT_EQ(raised([&] { api.NSFRemoteConsole("", "", reply); }), err::EntryNotFound);
 }

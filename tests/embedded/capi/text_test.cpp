@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <QSet>
 #include <cstring>
+#include <vector>
 
 #include "embedded/capi/embedded_capi.h"
 #include "embedded/capi/status.h"
@@ -180,12 +182,117 @@ TEST_F(Text, EveryStatusHasItsTextWithAndWithoutMarks) {
   EXPECT_EQ(api.OSLoadString(0, 0x3ABC, buffer, 256), 0);
   EXPECT_EQ(untilNul(buffer), "");
   EXPECT_EQ(api.OSLoadString(0, 0x0222, buffer, 5), 4);
-  for (const Status status :
-       {status::NoFile,     status::FileExists,   status::NoMemory,     status::BadHandle,
-        status::Locked,     status::BadPath,      status::CannotAccess, status::NotADatabase,
-        status::BadNoteId,  status::NewerVersion, status::NoItem,       status::NoteDeleted,
-        status::NoNote,     status::BadClass,     status::DamagedNote,  status::NoSpecialNote,
-        status::NotInIndex, status::BadTime,      status::NoListEntry,  status::NoServer,
-        status::Failed})
-    EXPECT_GT(api.OSLoadString(0, status, buffer, 256), 0) << status;
+  EXPECT_EQ(api.OSLoadString(0, 0x0222, buffer, 0), 0);
+}
+
+TEST_F(Text, EveryStatusOfTheEngineHasATextOfItsOwn) {
+  struct Row {
+    Status status;
+    const char* text;
+  };
+#define ROW(name, number, text) {status::name, text},
+  static const Row kRows[] = {LENS_STATUSES(ROW)};
+#undef ROW
+  QSet<QByteArray> texts;
+  for (const Row& row : kRows) {
+    QByteArray buffer(256, ' ');
+    EXPECT_GT(api.OSLoadString(0, row.status, buffer, 255), 0) << row.text;
+    EXPECT_EQ(untilNul(buffer), row.text);
+    texts.insert(untilNul(buffer));
+  }
+  EXPECT_EQ(texts.size(), qsizetype(std::size(kRows)));
+  // The reasons of formulas.
+  int reasons = 0;
+  QByteArray buffer(256, ' ');
+  for (Status status = 0x0501; status < 0x0570; ++status)
+    reasons += api.OSLoadString(0, status, buffer, 255) > 0;
+  EXPECT_GT(reasons, 60);
+}
+
+TEST_F(Text, EveryFailureOfTheEngineBecomesAStatusWithAText) {
+  for (int number = 1; number < 5000; ++number) {
+    const Status status = statusOf(RuntimeError(number, u"why"_s));
+    ASSERT_NE(status, 0) << number;
+    ASSERT_FALSE(statusText(status).isEmpty()) << number;
+  }
+  EXPECT_EQ(statusOf(RuntimeError(enginefault::InUse, u"x"_s)), status::Locked);
+  EXPECT_EQ(statusOf(RuntimeError(enginefault::NotSaved, u"x"_s)), status::CannotAccess);
+}
+
+TEST_F(Text, TranslationChangesCaseAndAccents) {
+  const QByteArray text = toLmbcs(u"Zürich 5 é");
+  const auto translated = [&](quint16 mode) {
+    QByteArray target(60, ' ');
+    const quint16 written = api.OSTranslate(mode, text, quint16(text.size()), target, 60);
+    EXPECT_EQ(target[written], '\0');
+    return fromLmbcs(target.first(written));
+  };
+  EXPECT_EQ(translated(3), u"ZÜRICH 5 É"_s);
+  EXPECT_EQ(translated(4), u"zürich 5 é"_s);
+  EXPECT_EQ(translated(5), u"Zurich 5 e"_s);
+}
+
+TEST_F(Text, TranslationReachesUnicodeAndComesBack) {
+  const QString text = u"a€Ω日\U0001F600"_s;
+  const QByteArray lmbcs = toLmbcs(text);
+  QByteArray utf8(60, ' '), utf16(60, ' '), back(60, ' ');
+  const quint16 length8 = api.OSTranslate(22, lmbcs, quint16(lmbcs.size()), utf8, 60);
+  EXPECT_EQ(utf8.first(length8), text.toUtf8());
+  const quint16 length16 = api.OSTranslate(20, lmbcs, 0xFFFF, utf16, 60);
+  EXPECT_EQ(length16, 2 * text.size());
+  EXPECT_EQ(QString(reinterpret_cast<const QChar*>(utf16.constData())), text);  // ended by a whole zero
+  EXPECT_EQ(back.first(api.OSTranslate(24, utf8, length8, back, 60)), lmbcs);
+  EXPECT_EQ(back.first(api.OSTranslate(23, utf16, length16, back, 60)), lmbcs);
+  EXPECT_EQ(back.first(api.OSTranslate(23, utf16, 0xFFFF, back, 60)), lmbcs);
+  EXPECT_EQ(api.OSTranslate(23, QByteArray("a", 1), 1, back, 60), 0);
+}
+
+TEST_F(Text, TranslationCutsNoCharacterInHalf) {
+  const QString text = u"日本語日本語\U0001F600\U0001F600"_s;
+  const QByteArray lmbcs = toLmbcs(text), native(200, 'x');
+  for (const quint16 mode : {20, 22, 3, 1}) {
+    for (quint16 limit = 0; limit < 40; ++limit) {
+      QByteArray target(60, '#');
+      const quint16 written = api.OSTranslate(mode, lmbcs, quint16(lmbcs.size()), target, limit);
+      ASSERT_LE(written, limit);
+      ASSERT_EQ(target.sliced(limit), QByteArray(60 - limit, '#')) << "written behind the limit";
+      const QByteArray bytes = target.first(written);
+      const QString got = mode == 22 ? QString::fromUtf8(bytes)
+                          : mode == 20
+                              ? QString(reinterpret_cast<const QChar*>(bytes.constData()), written / 2)
+                          : mode == 3 ? fromLmbcs(bytes)
+                                      : text.first(written);
+      ASSERT_TRUE(text.startsWith(got)) << mode << " " << limit;
+      ASSERT_FALSE(got.endsWith(QChar(0xD83D)) && mode != 1);
+    }
+  }
+}
+
+TEST_F(Text, TranslatesWithoutInitAndAnyBytes) {
+  QByteArray junk, target(600, ' ');
+  for (int i = 0; i < 256; ++i) junk.append(char(255 - i)).append(char(i * 7));
+  for (quint16 mode = 0; mode < 30; ++mode)
+    for (const quint16 length : {quint16(0), quint16(1), quint16(511), quint16(0xFFFE), quint16(0xFFFF)})
+      EXPECT_LE(api.OSTranslate(mode, junk, length, target, 600), 600);
+}
+
+TEST_F(Text, ALongListIsReadInAnyOrder) {
+  QStringList texts;
+  for (int i = 0; i < 9000; ++i) texts.append(QString(i % 7, QChar(u'a' + i % 26)));
+  const char* list = valueOf(textListValue(texts));
+  const char* text = nullptr;
+  quint16 length = 0;
+  const auto entry = [&](int i, int prefixed) {
+    EXPECT_EQ(api.ListGetText(list + (prefixed ? 0 : 2), prefixed, quint16(i), text, length), 0);
+    return QString::fromLatin1(text, length);
+  };
+  for (int i = 0; i < texts.size(); ++i) ASSERT_EQ(entry(i, 1), texts[i]);
+  for (const int i : {8999, 0, 17, 16, 8998, 4000}) EXPECT_EQ(entry(i, i % 2), texts[i]);
+  // The same place of the caller's memory may hold another list the next time.
+  QByteArray own = textListValue({u"one"_s, u"two"_s});
+  EXPECT_EQ(api.ListGetText(own.constData(), 1, 1, text, length), 0);
+  EXPECT_EQ(QByteArray(text, length), "two");
+  own = textListValue({u"lo"_s, u"next"_s});
+  EXPECT_EQ(api.ListGetText(own.constData(), 1, 1, text, length), 0);
+  EXPECT_EQ(QByteArray(text, length), "next");
 }

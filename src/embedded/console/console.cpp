@@ -1,0 +1,122 @@
+#include "embedded/console/console.h"
+
+#include "embedded/console/command_line.h"
+#include "embedded/console/console_call.h"
+#include "embedded/store/lmbcs.h"
+
+namespace lens {
+namespace {
+
+Lines helpCommand(const ConsoleCall&);
+Lines loadCommand(const ConsoleCall& call);
+Lines tellCommand(const ConsoleCall& call);
+Lines broadcastCommand(const ConsoleCall& call);
+Lines quitCommand(const ConsoleCall& call);
+
+const ConsoleCommand kCommands[] = {
+    {"help", "help", "lists the commands", helpCommand},
+    {"show", "show server|directory|tasks|...", "shows what the server has and does", showCommand},
+    {"compact", "compact [database ...]", "gives the room of deleted data back", compactCommand},
+    {"updall", "updall [database ...] [-x]", "updates indexes; -x makes the full-text index", updateCommand},
+    {"replicate", "replicate server [database]", "exchanges changes with another server", replicateCommand},
+    {"dbcopy", "dbcopy from to", "copies a database under a new name", copyCommand},
+    {"load", "load task [arguments]", "runs compact, updall or replicate", loadCommand},
+    {"tell", "tell task command", "passes a command to a running task", tellCommand},
+    {"broadcast", "broadcast \"message\"", "sends a message to the users of the server", broadcastCommand},
+    {"quit", "quit", "ends the server", quitCommand},
+    {"exit", "exit", "the same", quitCommand},
+};
+
+const ConsoleCommand kTasks[] = {
+    {"compact", "", "", compactCommand},
+    {"updall", "", "", updateCommand},
+    {"replicate", "", "", replicateCommand},
+};
+
+Lines helpCommand(const ConsoleCall&) {
+  Lines lines{QStringLiteral("Commands of this server:")};
+  lines += helpOn(kCommands);
+  lines.append(QStringLiteral("Names with blanks stand between quotation marks."));
+  return lines;
+}
+
+Lines noSuchTask(const QString& word) {
+  return {QStringLiteral("Unable to find a task of this name: %1").arg(repeated(word))};
+}
+
+Lines loadCommand(const ConsoleCall& call) {
+  if (call.words.isEmpty()) return {QStringLiteral("Load needs the name of a task")};
+  const ConsoleCommand* task = findCommand(kTasks, call.words.first());
+  return task ? task->run(call.behindFirstWord()) : noSuchTask(call.words.first());
+}
+
+// A task has ended before its reply is there, so there is never one to talk to.
+Lines tellCommand(const ConsoleCall& call) {
+  if (call.words.isEmpty()) return {QStringLiteral("Tell needs the name of a task")};
+  const ConsoleCommand* task = findCommand(kTasks, call.words.first());
+  if (!task) return noSuchTask(call.words.first());
+  return {QStringLiteral("Task %1 is not running").arg(QLatin1String(task->name))};
+}
+
+Lines broadcastCommand(const ConsoleCall&) {
+  return {QStringLiteral("Broadcast was not sent: no other users are connected to this server")};
+}
+
+Lines quitCommand(const ConsoleCall&) {
+  return {
+      QStringLiteral("Quit is not possible here: the server is there as long as its workspace is in use")};
+}
+
+Lines run(const ConsoleCall& call) {
+  const QString word = call.words.first() == u"?" ? QStringLiteral("help") : call.words.first();
+  const ConsoleCommand* command = findCommand(kCommands, word);
+  if (!command)
+    return {
+        QStringLiteral("Unknown command: %1").arg(repeated(word)),
+        QStringLiteral("Type HELP for the list of commands."),
+    };
+  try {
+    return command->run(call.behindFirstWord());
+  } catch (const RuntimeError& error) {
+    return {QStringLiteral("Error in %1: %2").arg(QLatin1String(command->name), error.description())};
+  }
+}
+
+// Titles and names may hold anything; a line of the reply is one line of text.
+QString oneLine(QString line) {
+  for (QChar& c : line)
+    if (c.unicode() < 0x20 || c.unicode() == 0x7F) c = u' ';
+  return line;
+}
+
+}  // namespace
+
+QString runConsoleCommand(Workspace& workspace, const QString& server, const QString& command,
+                          const ServerTasks& tasks) {
+  if (command.size() > kLongestCommand)
+    return QStringLiteral("Command is too long: %1 characters are the most").arg(kLongestCommand);
+  const QStringList words = commandWords(command);
+  if (words.isEmpty()) return {};
+  Lines lines = run({workspace, server, tasks, words});
+  for (QString& line : lines) line = oneLine(line);
+  return lines.join(QStringLiteral("\r\n"));
+}
+
+QByteArray consoleReply(const QString& text) {
+  constexpr qsizetype kRoomForTheEnd = 64;
+  const QString parting = QStringLiteral("\r\n");
+  const QStringList lines = text.split(parting);
+  QByteArray reply(" ");
+  for (qsizetype i = 0; i < lines.size(); ++i) {
+    const QByteArray line = toLmbcs(i == 0 ? lines[i] : parting + lines[i]);
+    if (reply.size() + line.size() > kLongestReply - kRoomForTheEnd) {
+      if (i > 0) reply += toLmbcs(parting);
+      reply += toLmbcs(QStringLiteral("More lines than a reply can hold: %1").arg(lines.size() - i));
+      break;
+    }
+    reply += line;
+  }
+  return reply + '\0';
+}
+
+}  // namespace lens

@@ -1,0 +1,120 @@
+#include <QDir>
+#include <QStorageInfo>
+
+#include "embedded/console/console_call.h"
+
+namespace lens {
+namespace {
+
+Lines showServer(const ConsoleCall& call);
+Lines showDirectory(const ConsoleCall& call);
+Lines showTasks(const ConsoleCall& call);
+Lines showUsers(const ConsoleCall& call);
+Lines showPorts(const ConsoleCall& call);
+Lines showDiskSpace(const ConsoleCall& call);
+
+const ConsoleCommand kShown[] = {
+    {"server", "show server", "name, directory, time", showServer},
+    {"directory", "show directory [part of path]", "the databases", showDirectory},
+    {"tasks", "show tasks", "what the server runs", showTasks},
+    {"users", "show users", "who works with the server", showUsers},
+    {"ports", "show ports", "how the server is reached", showPorts},
+    {"diskspace", "show diskspace", "room on its disk", showDiskSpace},
+};
+
+QString directoryOf(const ConsoleCall& call) {
+  return QDir::toNativeSeparators(QDir::cleanPath(call.workspace.absolutePath({call.server, {}})));
+}
+
+QString row(const char* what, const QString& value) {
+  return QStringLiteral("%1 %2").arg(QLatin1String(what), -18).arg(value);
+}
+
+QString sizeText(qint64 bytes) {
+  constexpr qint64 kMega = 1024 * 1024;
+  if (bytes < 10 * kMega) return QStringLiteral("%1 KB").arg((bytes + 1023) / 1024);
+  return QStringLiteral("%1 MB").arg(bytes / kMega);
+}
+
+Lines showServer(const ConsoleCall& call) {
+  return {
+      row("Server name:", call.server),
+      row("Server directory:", directoryOf(call)),
+      row("Databases:", QString::number(call.workspace.databases(call.server).size())),
+      row("Server time:", call.workspace.regional().stampText(QDateTime::currentDateTime())),
+  };
+}
+
+QString directoryRow(const ConsoleCall& call, const QString& path) {
+  const QString name = QStringLiteral("  %1").arg(path, -36);
+  try {
+    const std::shared_ptr<Database> database = call.workspace.database(call.server, path);
+    const QString documents = QString::number(database->noteCount(noteclass::Document));
+    return QStringLiteral("%1 %2 %3 documents  %4")
+        .arg(name, sizeText(database->size()).rightJustified(9), documents.rightJustified(8),
+             database->info().title);
+  } catch (const RuntimeError& error) {
+    return QStringLiteral("%1 cannot be opened (%2)").arg(name, error.description());
+  }
+}
+
+Lines showDirectory(const ConsoleCall& call) {
+  Lines lines{QStringLiteral("Databases in %1:").arg(directoryOf(call))};
+  const QString part = call.words.value(0);
+  for (const QString& path : call.workspace.databases(call.server))
+    if (path.contains(part, Qt::CaseInsensitive)) lines.append(directoryRow(call, path));
+  lines.append(QStringLiteral("%1 databases").arg(lines.size() - 1));
+  return lines;
+}
+
+// Everything is done before the reply is there, so the tasks that can be loaded have nothing to do now.
+Lines showTasks(const ConsoleCall& call) {
+  const auto state = [](bool installed) {
+    return installed ? QStringLiteral("idle") : QStringLiteral("not installed");
+  };
+  const qsizetype count = call.workspace.databases(call.server).size();
+  return {
+      QStringLiteral("Tasks of %1:").arg(call.serverName()),
+      row("  Database server", QStringLiteral("serves %1 databases").arg(count)),
+      row("  Console", QStringLiteral("replies to show tasks")),
+      row("  Compact", state(true)),
+      row("  Updall", state(bool(call.tasks.updateIndexes))),
+      row("  Replicate", state(bool(call.tasks.replicate))),
+  };
+}
+
+Lines showUsers(const ConsoleCall& call) {
+  QString shown;
+  if (const DatabasePlace* top = call.workspace.client().database(); top && top->server == call.server)
+    shown = top->path;
+  return {
+      QStringLiteral("Users of %1:").arg(call.serverName()),
+      QStringLiteral("  %1 %2").arg(abbreviatedName(call.workspace.userName()), -36).arg(shown),
+  };
+}
+
+Lines showPorts(const ConsoleCall& call) {
+  return {QStringLiteral("Ports are not in use: %1 is reached through the directory %2")
+              .arg(call.serverName(), directoryOf(call))};
+}
+
+Lines showDiskSpace(const ConsoleCall& call) {
+  const QStorageInfo disk(directoryOf(call));
+  return {QStringLiteral("Disk space: %1 of %2 are free below %3")
+              .arg(sizeText(disk.bytesAvailable()), sizeText(disk.bytesTotal()), directoryOf(call))};
+}
+
+}  // namespace
+
+Lines showCommand(const ConsoleCall& call) {
+  const ConsoleCommand* shown = call.words.isEmpty() ? nullptr : findCommand(kShown, call.words.first());
+  if (shown) return shown->run(call.behindFirstWord());
+  Lines lines;
+  if (call.words.isEmpty())
+    lines.append(QStringLiteral("Show needs to know what:"));
+  else
+    lines.append(QStringLiteral("Unknown to show: %1. It shows:").arg(repeated(call.words.first())));
+  return lines + helpOn(kShown);
+}
+
+}  // namespace lens

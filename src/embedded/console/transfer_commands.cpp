@@ -1,0 +1,91 @@
+// Commands that bring data from one database to another: dbcopy, replicate.
+#include <QDir>
+#include <QFileInfo>
+
+#include "embedded/console/console_call.h"
+#include "embedded/store/database_copy.h"
+
+namespace lens {
+namespace {
+
+// The databases of a server by their replica IDs; those that cannot be opened are left out.
+QMultiHash<QString, QString> replicasOn(const ConsoleCall& call, const QString& server) {
+  QMultiHash<QString, QString> paths;
+  for (const QString& path : call.workspace.databases(server)) {
+    try {
+      paths.insert(call.workspace.database(server, path)->info().replicaId, path);
+    } catch (const RuntimeError&) {
+      // It is told when somebody opens it.
+    }
+  }
+  return paths;
+}
+
+QString reportText(const ReplicationReport& report) {
+  return QStringLiteral("%1 added, %2 updated, %3 deleted, %4 conflicts")
+      .arg(report.added)
+      .arg(report.updated)
+      .arg(report.deleted)
+      .arg(report.conflicts);
+}
+
+QString replicateOne(const ConsoleCall& call, const DatabasePlace& here, const DatabasePlace& there) {
+  const QString names =
+      QStringLiteral("%1 with %2!!%3").arg(here.path, abbreviatedName(there.server), there.path);
+  try {
+    const std::shared_ptr<Database> mine = call.workspace.database(here.server, here.path);
+    const std::shared_ptr<Database> other = call.workspace.database(there.server, there.path);
+    const ReplicationReport report = call.tasks.replicate(*mine, *other);
+    call.workspace.notifyChanged(here);
+    call.workspace.notifyChanged(there);
+    return QStringLiteral("Replicate: %1: %2").arg(names, reportText(report));
+  } catch (const RuntimeError& error) {
+    return QStringLiteral("Replicate: %1: %2").arg(names, error.description());
+  }
+}
+
+// One line for each pair of replicas, or for a database that cannot take part.
+Lines replicateAll(const ConsoleCall& call, const QStringList& paths, const QString& other) {
+  const QMultiHash<QString, QString> replicas = replicasOn(call, other);
+  Lines lines;
+  for (const QString& path : paths) {
+    try {
+      const DatabasePlace here = call.workspace.place(call.server, path);
+      const QString id = call.workspace.database(here.server, here.path)->info().replicaId;
+      for (const QString& there : replicas.values(id)) lines.append(replicateOne(call, here, {other, there}));
+    } catch (const RuntimeError& error) {
+      lines.append(QStringLiteral("Replicate: %1").arg(error.description()));
+    }
+  }
+  return lines;
+}
+
+}  // namespace
+
+Lines copyCommand(const ConsoleCall& call) {
+  if (call.words.size() != 2) return {QStringLiteral("Dbcopy needs two names: the database and its copy")};
+  const DatabasePlace from = call.workspace.place(call.server, call.words[0]);
+  const DatabasePlace to = call.workspace.place(call.server, call.words[1]);
+  const std::shared_ptr<Database> source = call.workspace.database(from.server, from.path);
+  const QString target = call.workspace.absolutePath(to);
+  if (!QDir().mkpath(QFileInfo(target).path()))
+    throw RuntimeError(err::PathFileAccess, QStringLiteral("%1: the directory cannot be made").arg(target));
+  copyDatabase(*source, target);
+  return {QStringLiteral("Dbcopy: %1 was copied to %2").arg(from.path, to.path)};
+}
+
+Lines replicateCommand(const ConsoleCall& call) {
+  if (!call.tasks.replicate) return {QStringLiteral("Unable to load replicate: it is not installed")};
+  if (call.words.isEmpty() || call.words.size() > 2 || call.words.first().trimmed().isEmpty())
+    return {QStringLiteral("Replicate needs the name of a server, and perhaps of a database")};
+  const QString other = call.workspace.canonicalServer(call.words.first());
+  if (other == call.server) return {QStringLiteral("Replicate needs another server than this one")};
+  const QStringList paths =
+      call.words.size() > 1 ? QStringList{call.words[1]} : call.workspace.databases(call.server);
+  Lines lines = replicateAll(call, paths, other);
+  if (lines.isEmpty())
+    lines.append(QStringLiteral("Replicate: there is no replica on %1").arg(abbreviatedName(other)));
+  return lines;
+}
+
+}  // namespace lens

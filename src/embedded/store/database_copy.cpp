@@ -1,0 +1,54 @@
+#include "embedded/store/database_copy.h"
+
+#include <QFileInfo>
+
+#include "embedded/store/database_file.h"
+
+namespace lens {
+namespace {
+
+void writeCopy(sqlite3* source, const QString& sourcePath, const QString& aside) {
+  sqlite3_stmt* statement = nullptr;
+  const QByteArray target = aside.toUtf8();
+  int status = sqlite3_prepare_v2(source, "VACUUM INTO ?", -1, &statement, nullptr);
+  if (status == SQLITE_OK)
+    status = sqlite3_bind_text(statement, 1, target.constData(), int(target.size()), SQLITE_STATIC);
+  if (status == SQLITE_OK) status = sqlite3_step(statement);
+  const QString reason = QString::fromUtf8(sqlite3_errmsg(source));
+  sqlite3_finalize(statement);
+  if (status != SQLITE_DONE)
+    throw RuntimeError(enginefault::NotSaved,
+                       QStringLiteral("%1: the database cannot be copied (%2)").arg(sourcePath, reason));
+}
+
+// The last write also brings what was copied onto the disk.
+void giveReplicaId(const QString& aside) {
+  const Connection copy(aside, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX);
+  copy.execute("PRAGMA synchronous = FULL", enginefault::NotSaved);
+  const QString id = timeDateHex(newIdTime());
+  Statement statement(copy, "INSERT OR REPLACE INTO info (key, value) VALUES ('replica id', ?)",
+                      enginefault::NotSaved);
+  Statement::Run(statement, id).step();
+  copy.execute("PRAGMA journal_mode = WAL", enginefault::NotSaved);
+}
+
+}  // namespace
+
+void copyDatabase(const Database& from, const QString& to) {
+  const QFileInfo target(to);
+  if (target.exists()) throw RuntimeError(58, QStringLiteral("%1: the file exists already").arg(to));
+  if (!QFileInfo(target.absolutePath()).isDir())
+    throw RuntimeError(err::PathNotFound, QStringLiteral("%1: there is no such directory").arg(to));
+  const QString aside = to + QStringLiteral(".new");
+  removeAside(aside);
+  try {
+    writeCopy(from.handle(), from.path(), aside);
+    giveReplicaId(aside);
+    putInPlace(aside, to);
+  } catch (...) {
+    removeAside(aside);
+    throw;
+  }
+}
+
+}  // namespace lens

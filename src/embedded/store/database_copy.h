@@ -1,0 +1,12 @@
+// A database as a whole, written to a new file.
+#pragma once
+
+#include "embedded/store/database.h"
+
+namespace lens {
+
+// A copy as the database stands, everything in it included, under a replica ID of its own: the two never
+// replicate. Written aside and renamed. Raises 58 when there is such a file, 76 without its directory.
+void copyDatabase(const Database& from, const QString& to);
+
+}  // namespace lens
