@@ -15,6 +15,16 @@ seed_formula() {
   { cat fuzz/formula.dict; echo "$names"; } >"$folder.dict"
 }
 
+# One file for each short note of the samples; the words are those that the importer knows.
+seed_dxl() {
+  local folder=$1
+  cat samples/*.dxl | awk -v folder="$folder" '
+    /^<(note|document|profiledocument|form|view|folder|agent|page)[ >]/ { text = ""; inside = 1; name = $1; gsub(/[<>]/, "", name) }
+    inside { text = text $0 "\n" }
+    inside && index($0, "</" name ">") { inside = 0; if (length(text) < 4000) { file = folder "/note" ++n; printf "%s", text > file; close(file) } }'
+  grep -rhoE 'u"[a-z]{3,}"' src/embedded/dxl | sed 's/^u//' | sort -u >"$folder.dict"
+}
+
 # The sanitizer keeps freed memory for a while; a little of it, or the fuzzer takes that for a leak.
 export ASAN_OPTIONS="quarantine_size_mb=16:${ASAN_OPTIONS:-}"
 [ $# -gt 0 ] || set -- $(cd fuzz && ls ./*_fuzz.cpp | sed 's|^\./||; s|_fuzz\.cpp$||')
@@ -22,8 +32,10 @@ for name in "$@"; do
   cmake --build --preset fuzz --target "${name}_fuzz"
   mkdir -p "build/fuzz/corpus/$name" "build/fuzz/seeds/$name" build/fuzz/findings
   "seed_$name" "build/fuzz/seeds/$name"
+  max_len=1500
+  [ "$name" = dxl ] && max_len=4000
   echo "Fuzzing: $name"
-  "build/fuzz/fuzz/${name}_fuzz" -max_total_time="${FUZZ_SECONDS:-60}" -max_len=1500 -timeout=60 \
+  "build/fuzz/fuzz/${name}_fuzz" -max_total_time="${FUZZ_SECONDS:-60}" -max_len="$max_len" -timeout=60 \
     -rss_limit_mb=3072 -print_final_stats=1 -dict="build/fuzz/seeds/$name.dict" \
     -artifact_prefix="build/fuzz/findings/$name-" "build/fuzz/corpus/$name" "build/fuzz/seeds/$name"
 done

@@ -34,6 +34,9 @@ void ClientWindow::setUpActions() {
   connect(ui.importFilesAction, &QAction::triggered, this, [this] { askImport(false, false); });
   connect(ui.importFolderAction, &QAction::triggered, this, [this] { askImport(true, false); });
   connect(ui.importNewAction, &QAction::triggered, this, [this] { askImport(false, true); });
+  connect(ui.exportDatabaseAction, &QAction::triggered, this, [this] { askExport(ExportRange::Database); });
+  connect(ui.exportViewAction, &QAction::triggered, this, [this] { askExport(ExportRange::View); });
+  connect(ui.exportMarkedAction, &QAction::triggered, this, [this] { askExport(ExportRange::Marked); });
   connect(ui.hideAction, &QAction::triggered, this, &QWidget::close);
   connect(ui.refreshAction, &QAction::triggered, this, &ClientWindow::refresh);
   connect(ui.errorDismiss, &QPushButton::clicked, this, &ClientWindow::clearError);
@@ -60,6 +63,9 @@ void ClientWindow::showPage() {
   QWidget* page = !open ? ui_->emptyPage : document ? static_cast<QWidget*>(ui_->reader) : ui_->viewPage;
   ui_->pages->setCurrentWidget(page);
   ui_->closeDatabaseAction->setEnabled(open);
+  ui_->exportDatabaseAction->setEnabled(open);
+  ui_->exportViewAction->setEnabled(open && !document);
+  ui_->exportMarkedAction->setEnabled(open);
   ui_->openDocumentAction->setEnabled(open && !document);
   ui_->selectAllAction->setEnabled(open && !document);
   ui_->closeDocumentAction->setEnabled(document);

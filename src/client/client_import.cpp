@@ -26,6 +26,14 @@ bool ClientWindow::isImporting() const {
   return importBar_->isRunning();
 }
 
+bool ClientWindow::refuseWhileBusy() {
+  if (!importBar_->isRunning()) return false;
+  showError(importBar_->work() == ImportBar::Work::Import
+                ? tr("An import is running: wait for its end or cancel it first")
+                : tr("An export is running: wait for its end or cancel it first"));
+  return true;
+}
+
 bool ClientWindow::createDatabase(const QString& server, const QString& path) {
   DatabasePlace place;
   std::shared_ptr<Database> created;
@@ -47,7 +55,7 @@ void ClientWindow::askNewDatabase() {
 }
 
 void ClientWindow::askImport(bool folder, bool intoNew) {
-  if (isImporting()) return importDxl({}, intoNew);
+  if (refuseWhileBusy()) return;
   importDxl(folder ? QStringList{choice_->folder(this)} : choice_->dxlFiles(this), intoNew);
 }
 
@@ -67,14 +75,14 @@ std::optional<ClientWindow::ImportTarget> ClientWindow::importTarget(bool intoNe
 }
 
 void ClientWindow::importDxl(const QStringList& filesOrFolders, bool intoNew) {
-  if (isImporting()) return showError(tr("An import is running: wait for its end or cancel it first"));
+  if (refuseWhileBusy()) return;
   QStringList paths = filesOrFolders;
   paths.removeAll(QString());
   if (paths.isEmpty()) return;
   std::optional<ImportTarget> target = importTarget(intoNew);
   if (!target) return;
   clearError();
-  importBar_->begin();
+  importBar_->begin(ImportBar::Work::Import);
   ImportReport report;
   ImportWatch watch(importBar_);
   const QPointer<ClientWindow> self(this);

@@ -51,6 +51,12 @@ class ClientWindow : public QMainWindow, private ClientListener {
   void importDxl(const QStringList& filesOrFolders, bool intoNew = false);
   bool isImporting() const;
 
+  enum class ExportRange { Database, View, Marked };
+  // Writes the open database, the documents of the current view, or the marked documents (the open one
+  // where one is open) to a DXL file, whole or not at all. Returns when it is over; events go on
+  // meanwhile. Refused while an import or another export runs.
+  void exportDxl(ExportRange range, const QString& file);
+
  private:
   struct ImportTarget {
     DatabasePlace place;
@@ -87,6 +93,9 @@ class ClientWindow : public QMainWindow, private ClientListener {
   std::optional<ImportTarget> importTarget(bool intoNew);
   void showReport(const ImportReport& report, const ImportTarget& target, bool removed);
   bool dropEmpty(ImportTarget& target);
+  void askExport(ExportRange range);
+  QVector<quint32> exportedNotes(ExportRange range) const;
+  bool refuseWhileBusy();
 
   std::shared_ptr<Workspace> workspace_;
   std::unique_ptr<::Ui::ClientWindow> ui_;

@@ -32,6 +32,16 @@ QString DesktopFileChoice::folder(QWidget* owner) {
   return folder;
 }
 
+QString DesktopFileChoice::exportFile(QWidget* owner, const QString& suggestion) {
+  QFileDialog dialog(owner, QObject::tr("Export DXL"), lastFolder_, QObject::tr("DXL files (*.dxl)"));
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(QStringLiteral("dxl"));
+  dialog.selectFile(suggestion);
+  const QString file = chosen(dialog).value(0);
+  if (!file.isEmpty()) lastFolder_ = QFileInfo(file).path();
+  return file;
+}
+
 QString DesktopFileChoice::databaseName(QWidget* owner, const QString& where) {
   QInputDialog dialog(owner);
   dialog.setWindowModality(Qt::WindowModal);

@@ -13,16 +13,12 @@ constexpr int kYieldEvery = 40;  // milliseconds; more often would slow the impo
 }  // namespace
 
 ImportBar::ImportBar(QWidget* parent)
-    : QWidget(parent),
-      file_(new QLabel(this)),
-      bar_(new QProgressBar(this)),
-      cancel_(new QPushButton(tr("Cancel &import"), this)) {
+    : QWidget(parent), file_(new QLabel(this)), bar_(new QProgressBar(this)), cancel_(new QPushButton(this)) {
   setObjectName(QStringLiteral("importBar"));
   bar_->setObjectName(QStringLiteral("importProgress"));
   bar_->setFixedWidth(180);
   bar_->setAccessibleName(tr("Progress of the file"));
   cancel_->setObjectName(QStringLiteral("importCancel"));
-  cancel_->setToolTip(tr("Ends the import; the file at hand leaves nothing in the database"));
   file_->setTextFormat(Qt::PlainText);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -36,7 +32,12 @@ ImportBar::ImportBar(QWidget* parent)
   hide();
 }
 
-void ImportBar::begin() {
+void ImportBar::begin(Work work) {
+  const bool import = work == Work::Import;
+  cancel_->setText(import ? tr("Cancel &import") : tr("Cancel e&xport"));
+  cancel_->setToolTip(import ? tr("Ends the import; the file at hand leaves nothing in the database")
+                             : tr("Ends the export; no file is written"));
+  work_ = work;
   running_ = true;
   cancelled_ = false;
   cancel_->setEnabled(true);
@@ -52,7 +53,8 @@ void ImportBar::finish() {
 }
 
 void ImportBar::showProgress(const QString& file, qint64 done, qint64 total) {
-  file_->setText(tr("Importing %1").arg(QFileInfo(file).fileName()));
+  const QString text = work_ == Work::Import ? tr("Importing %1") : tr("Exporting to %1");
+  file_->setText(text.arg(QFileInfo(file).fileName()));
   bar_->setValue(total > 0 ? int(kSteps * (double(qBound<qint64>(0, done, total)) / double(total))) : 0);
 }
 

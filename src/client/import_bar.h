@@ -1,4 +1,4 @@
-// The progress of an import in the status bar, with a button that ends it.
+// The progress of an import or export in the status bar, with a button that ends it.
 #pragma once
 
 #include <QElapsedTimer>
@@ -18,22 +18,25 @@ class ImportBar : public QWidget {
  public:
   explicit ImportBar(QWidget* parent = nullptr);
 
+  enum class Work { Import, Export };
   // Shown and running from begin() to finish().
-  void begin();
+  void begin(Work work);
   void finish();
   bool isRunning() const { return running_; }
   bool isCancelled() const { return cancelled_; }
+  Work work() const { return work_; }
   void showProgress(const QString& file, qint64 done, qint64 total);
 
  private:
   QLabel* file_;
   QProgressBar* bar_;
   QPushButton* cancel_;
+  Work work_ = Work::Import;
   bool running_ = false;
   bool cancelled_ = false;
 };
 
-// Lets events through while the importer works. An import whose window has gone ends itself.
+// Lets events through while the importer or exporter works. What lost its window ends itself.
 class ImportWatch : public ImportProgress {
  public:
   explicit ImportWatch(ImportBar* bar) : bar_(bar) {}

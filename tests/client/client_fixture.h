@@ -30,10 +30,13 @@ using namespace Qt::StringLiterals;
 // Answers that a test has prepared; asked counts the questions.
 struct ScriptedChoice : FileChoice {
   QStringList files;
-  QString directory, name;
+  QString directory, name, target;
   int asked = 0;
   QStringList dxlFiles(QWidget*) override { return ++asked, files; }
   QString folder(QWidget*) override { return ++asked, directory; }
+  QString exportFile(QWidget*, const QString& suggestion) override {
+    return ++asked, target.isEmpty() ? QString() : target + u'/' + suggestion;
+  }
   QString databaseName(QWidget*, const QString&) override { return ++asked, name; }
 };
 

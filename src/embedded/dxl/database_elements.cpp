@@ -1,5 +1,6 @@
 #include "embedded/dxl/database_elements.h"
 
+#include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/note_elements.h"
 
 namespace lens {
@@ -71,10 +72,20 @@ void importAcl(ImportContext& context) {
   saveImported(context, note);
 }
 
+}  // namespace
+
+bool isAddressBookTemplate(const DatabaseInfo& info) {
+  const QString addressBook = QStringLiteral("StdR4PublicAddressBook");
+  return info.templateName.compare(addressBook, Qt::CaseInsensitive) == 0 ||
+         info.inheritsFrom.compare(addressBook, Qt::CaseInsensitive) == 0;
+}
+
+namespace {
+
 void applyInfo(ImportContext& context, DatabaseInfo& info) {
   const DxlReader& in = context.in;
   const auto take = [&in](QString& place, QStringView name) {
-    if (in.hasAttribute(name)) place = in.attribute(name);
+    if (hasExactAttribute(in, name)) place = exactAttribute(in, name);
   };
   take(info.title, u"title");
   take(info.templateName, u"templatename");
@@ -86,9 +97,9 @@ void applyInfo(ImportContext& context, DatabaseInfo& info) {
   if (!replica.isEmpty() && (!number || replica.size() != 16))
     in.fail(QStringLiteral("\"%1\" is no replica ID").arg(replica.left(64)));
   if (!replica.isEmpty()) info.replicaId = replica;
-  const QString addressBook = QStringLiteral("StdR4PublicAddressBook");
-  for (const QString& name : {info.templateName, info.inheritsFrom})
-    info.publicAddressBook = info.publicAddressBook || name.compare(addressBook, Qt::CaseInsensitive) == 0;
+  info.publicAddressBook = info.publicAddressBook || isAddressBookTemplate(info);
+  QString marked;
+  if (readMark(in, exactmark::kAddressBook, marked)) info.publicAddressBook = marked == u"true";
   context.target.setInfo(info);
 }
 
@@ -129,7 +140,9 @@ void importDatabase(ImportContext& context) {
   DatabaseInfo info = context.target.info();
   if (context.applyProperties) applyInfo(context, info);
   Note loose;  // collects what has no note of its own
-  bool iconInFile = false;
+  // A database that had no icon note gets none.
+  QString mark;
+  bool iconInFile = readMark(in, exactmark::kWhole, mark);
   while (in.nextChild()) {
     if (in.is(u"acl")) {
       importAcl(context);

@@ -12,4 +12,7 @@ namespace lens {
 // The reader stands at "database".
 void importDatabase(ImportContext& context);
 
+// Whether one of its templates makes a database a public address book.
+bool isAddressBookTemplate(const DatabaseInfo& info);
+
 }  // namespace lens

@@ -69,6 +69,34 @@ bool parseInstant(QStringView text, const QDate& date, bool dst, TimeDate& time)
   return true;
 }
 
+QString dateText(const QDate& date) {
+  return QString::asprintf("%04d%02d%02d", date.year(), date.month(), date.day());
+}
+
+QString timeText(const QTime& time) {
+  return QString::asprintf("T%02d%02d%02d,%02d", time.hour(), time.minute(), time.second(), time.msec() / 10);
+}
+
+QString offsetText(int minutes) {
+  const int size = qAbs(minutes);
+  QString text = QString::asprintf("%c%02d", minutes < 0 ? '-' : '+', size / 60);
+  if (size % 60 != 0) text += QString::asprintf("%02d", size % 60);
+  return text;
+}
+
+// As it is meant to be read; whether it reads back is another question.
+DxlTime written(const TimeDate& time) {
+  constexpr quint32 kDay = 0x00FFFFFF;
+  if (time.innards[1] == kAnyDay)
+    return {timeText(QTime::fromMSecsSinceStartOfDay(int(qMin(time.innards[0], 8640000u) * 10))), false};
+  if (time.innards[0] == kAllDay) return {dateText(QDate::fromJulianDay(time.innards[1] & kDay)), false};
+  const Zone zone = zoneOf(time);
+  const int offset = zone.offsetMinutes + (zone.observesDst ? 60 : 0);
+  const QDateTime wall = instantOf(time).addSecs(qint64(offset) * 60);
+  if (!wall.isValid()) return {};
+  return {dateText(wall.date()) + timeText(wall.time()) + offsetText(offset), zone.observesDst};
+}
+
 }  // namespace
 
 bool parseDxlTime(QStringView text, bool dst, TimeDate& time) {
@@ -93,6 +121,21 @@ bool parseDxlTime(QStringView text, bool dst, TimeDate& time) {
   }
   if (!text.startsWith(u'T')) return false;
   return parseInstant(text.sliced(1), date, dst, time);
+}
+
+DxlTime dxlTime(const TimeDate& time) {
+  const DxlTime text = written(time);
+  TimeDate again;
+  const bool same = !text.text.isEmpty() && parseDxlTime(text.text, text.dst, again) &&
+                    again.innards[0] == time.innards[0] && again.innards[1] == time.innards[1];
+  return same ? text : DxlTime{};
+}
+
+bool parseTimeDateHex(QStringView text, TimeDate& time) {
+  bool good = false;
+  const quint64 number = text.size() == 16 ? text.toULongLong(&good, 16) : 0;
+  time = {{quint32(number), quint32(number >> 32)}};
+  return good;
 }
 
 }  // namespace lens

@@ -11,4 +11,16 @@ namespace lens {
 // empty text is a cleared time; a time of no zone is in the machine's own.
 bool parseDxlTime(QStringView text, bool dst, TimeDate& time);
 
+// The text that parseDxlTime reads as the same time, and the mark that goes with it. A time of a zone
+// that observes summer time is written in summer time all the year: nothing else tells of the zone. An
+// empty text when no text gives the time back.
+struct DxlTime {
+  QString text;
+  bool dst = false;
+};
+DxlTime dxlTime(const TimeDate& time);
+
+// The reverse of timeDateHex.
+bool parseTimeDateHex(QStringView text, TimeDate& time);
+
 }  // namespace lens

@@ -71,7 +71,7 @@ void DxlImporter::importFile(const QString& path, ImportReport& report, ImportPr
   DxlSource source(file, [&](qint64 done) { return !progress || progress->go(path, done, total); });
   DxlReader in(source);
   FileFindings findings;
-  ImportContext context{in, target_, findings, applyProperties_};
+  ImportContext context{{in, findings}, target_, applyProperties_};
   try {
     Database::Transaction transaction(target_);
     importStream(in, context);

@@ -40,7 +40,7 @@ quint16 flagsOf(const DxlReader& in) {
 }
 
 // Formula bytes of a "code" element; false when it holds another language.
-bool readCodeFormula(ImportContext& context, QByteArray& formula) {
+bool readCodeFormula(ReadContext& context, QByteArray& formula) {
   bool read = false;
   while (context.in.nextChild()) {
     if (context.in.is(u"formula") && !read) {
@@ -61,7 +61,7 @@ bool isCarried(QStringView attribute) {
          attribute == u"sign" || attribute == u"seal" || attribute == u"description";
 }
 
-bool readFieldChild(ImportContext& context, FieldRecord& record) {
+bool readFieldChild(ReadContext& context, FieldRecord& record) {
   if (!context.in.is(u"code")) {
     context.in.skip();
     return false;
@@ -80,8 +80,7 @@ bool readFieldChild(ImportContext& context, FieldRecord& record) {
 
 }  // namespace
 
-QByteArray readFormField(ImportContext& context, Note& note, const RichFont& font,
-                         QVector<FormField>& fields) {
+QByteArray readFormField(ReadContext& context, Note& note, const RichFont& font, QVector<FormField>& fields) {
   DxlReader& in = context.in;
   FieldRecord record;
   record.name = in.attribute(u"name");

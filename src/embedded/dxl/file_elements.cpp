@@ -3,6 +3,7 @@
 #include <array>
 #include <limits>
 
+#include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/item_elements.h"
 
 namespace lens {
@@ -70,8 +71,27 @@ TimeDate childTime(ImportContext& context, const QString& what) {
   return time;
 }
 
+// The whole value of an item that "file" cannot tell of; empty without the mark.
+QByteArray markedValue(const DxlReader& in) {
+  QString encoded;
+  if (!readMark(in, exactmark::kValue, encoded)) return {};
+  const auto decoded =
+      QByteArray::fromBase64Encoding(encoded.toLatin1(), QByteArray::AbortOnBase64DecodingErrors);
+  constexpr qsizetype kDescriptor = 8;
+  if (!decoded || (*decoded).size() < kDescriptor)
+    in.fail(QStringLiteral("the value of an attachment is no base64 of a value"));
+  return *decoded;
+}
+
+QByteArray withObject(QByteArray value, quint32 object) {
+  QByteArray id;
+  appendU32(id, object);
+  return value.replace(4, id.size(), id);
+}
+
 void readFile(ImportContext& context, Note& note, const QString& itemName, quint16 flags) {
   FileObject file = fileAttributes(context);
+  const QByteArray whole = markedValue(context.in);
   const QString what = QStringLiteral("item \"%1\", file \"%2\"").arg(itemName, file.name);
   bool sized = false;
   const qint64 stated = context.in.attribute(u"size").toLongLong(&sized);
@@ -93,6 +113,10 @@ void readFile(ImportContext& context, Note& note, const QString& itemName, quint
     const quint32 object = context.target.beginObject();
     stored = context.target.finishObject(object);
     context.findings.ignored(QStringLiteral("attachment \"%1\" came without its data").arg(file.name));
+  }
+  if (!whole.isEmpty()) {
+    note.add(itemName, flags, withObject(whole, stored.id));
+    return;
   }
   const bool packed = file.compression != 0;
   const qint64 size = packed && sized ? stated : stored.size;
@@ -120,6 +144,11 @@ QString safeFileName(const QString& name) {
     if (c < u' ') return {};
   }
   return last;
+}
+
+QString hostTypeName(quint16 hostType) {
+  const size_t place = hostType >> 8;
+  return (hostType & 0xFF) == 0 && place < kHosts.size() ? QString::fromUtf16(kHosts[place]) : QString();
 }
 
 bool readObjectElement(ImportContext& context, Note& note, const QString& itemName, quint16 flags) {

@@ -9,6 +9,9 @@ namespace lens {
 // systems reserve for devices, control characters.
 QString safeFileName(const QString& name);
 
+// The word for a host type; "" when there is none.
+QString hostTypeName(quint16 hostType);
+
 // The reader stands at "object". False when it holds no file; it was kept as it is then.
 bool readObjectElement(ImportContext& context, Note& note, const QString& itemName, quint16 flags);
 

@@ -1,7 +1,9 @@
 #include "embedded/dxl/item_elements.h"
 
 #include "embedded/dxl/dxl_datetime.h"
+#include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/file_elements.h"
+#include "embedded/dxl/item_flags.h"
 #include "embedded/dxl/raw_values.h"
 #include "embedded/dxl/rich_text_elements.h"
 #include "embedded/dxl/source_formula.h"
@@ -15,10 +17,26 @@ QString naming(const QString& item) {
   return QStringLiteral("item \"%1\"").arg(item);
 }
 
-// Text, numbers and times are summary items unless the file says otherwise; nothing else is.
-bool isSummaryType(quint16 type) {
-  const quint16 family = type & 0xFF00;
-  return family == itemtype::Number || family == itemtype::Time || family == itemtype::Text;
+// What the start tag of an item says of it.
+struct ItemTag {
+  QString name;
+  quint16 flags = 0;
+  bool summaryStated = false;
+  bool separate = false;  // rich text that is not joined to what stands before it
+};
+
+ItemTag readTag(const DxlReader& in) {
+  ItemTag tag{exactAttribute(in, u"name"), itemFlags(in), in.hasAttribute(u"summary"), false};
+  if (tag.name.isEmpty() && !in.hasAttribute(exactMarkOf(u"name")))
+    in.fail(QStringLiteral("an item has no name"));
+  QString exact;
+  tag.separate = readMark(in, exactmark::kSeparate, exact);
+  if (!readMark(in, exactmark::kFlags, exact)) return tag;
+  bool good = false;
+  tag.flags = exact.toUShort(&good, 16);
+  if (!good) in.fail(QStringLiteral("\"%1\" is no set of item flags").arg(exact.left(64)));
+  tag.summaryStated = true;
+  return tag;
 }
 
 double readNumber(ImportContext& context, const QString& item) {
@@ -76,7 +94,10 @@ QByteArray readRaw(ImportContext& context, const QString& item) {
   const uint type = typeText.toUInt(&good, 16);
   if (!good || type > 0xFFFF)
     context.in.fail(QStringLiteral("%1: \"%2\" is no item type").arg(naming(item), typeText));
+  QString mark;
+  const bool asStored = readMark(context.in, exactmark::kAsStored, mark);
   const QByteArray data = context.in.readBase64(naming(item));
+  if (asStored) return rawValue(quint16(type), data);
   const QString fault = rawValueFault(quint16(type), data);
   if (!fault.isEmpty())
     context.in.fail(QStringLiteral("%1: %2 does not fit the %3 bytes that are there")
@@ -91,14 +112,14 @@ QByteArray readRaw(ImportContext& context, const QString& item) {
 }
 
 // Rich text over 64 KB comes as several items of one name, which are one text.
-void addRichText(Note& note, const QString& name, quint16 flags, const QByteArray& value) {
+void addRichText(Note& note, const ItemTag& tag, const QByteArray& value) {
   for (Item& item : note.items) {
-    if (item.type() != itemtype::RichText || !sameItemName(item.name, name)) continue;
+    if (tag.separate || item.type() != itemtype::RichText || !sameItemName(item.name, tag.name)) continue;
     if (item.value.size() % 2 != 0) item.value.append('\0');
     item.value.append(QByteArrayView(value).sliced(2).toByteArray());
     return;
   }
-  note.add(name, flags, value);
+  note.add(tag.name, tag.flags, value);
 }
 
 // Values that need no more than their element; empty when the element is another.
@@ -115,63 +136,67 @@ QByteArray readSimpleValue(ImportContext& context, const QString& name) {
   return {};
 }
 
-void readValue(ImportContext& context, Note& note, const QString& name, quint16 flags, bool summaryStated) {
+void readValue(ImportContext& context, Note& note, const ItemTag& tag) {
   if (context.in.is(u"object")) {
-    readObjectElement(context, note, name, flags);
+    readObjectElement(context, note, tag.name, tag.flags);
     return;
   }
   if (context.in.is(u"mime")) {
-    readMime(context, note, name);
+    readMime(context, note, tag.name);
     return;
   }
   if (context.in.is(u"richtext")) {
-    addRichText(note, name, flags, rawValue(itemtype::RichText, readRichText(context, note)));
+    addRichText(note, tag, rawValue(itemtype::RichText, readRichText(context, note)));
     return;
   }
-  const QByteArray value = readSimpleValue(context, name);
+  const QByteArray value = readSimpleValue(context, tag.name);
   if (value.isEmpty()) {
     keepElement(context, note);
     return;
   }
   const quint16 type = quint16(quint8(value[0]) | quint8(value[1]) << 8);
-  if (!summaryStated && isSummaryType(type)) flags |= itemflag::Summary;
+  const bool summary = !tag.summaryStated && isSummaryByDefault(type);
   if (type == itemtype::RichText)
-    addRichText(note, name, flags, value);
+    addRichText(note, tag, value);
   else
-    note.add(name, flags, value);
+    note.add(tag.name, tag.flags | (summary ? itemflag::Summary : 0), value);
 }
 
 }  // namespace
 
 void readItem(ImportContext& context, Note& note) {
-  const QString name = context.in.attribute(u"name");
-  if (name.isEmpty()) context.in.fail(QStringLiteral("an item has no name"));
-  const quint16 flags = itemFlags(context.in);
-  const bool summaryStated = context.in.hasAttribute(u"summary");
+  const ItemTag tag = readTag(context.in);
   bool empty = true;
   while (context.in.nextChild()) {
-    readValue(context, note, name, flags, summaryStated);
+    readValue(context, note, tag);
     empty = false;
   }
-  if (empty) note.add(name, flags, rawValue(itemtype::Unknown, {}));
+  if (empty) note.add(tag.name, tag.flags, rawValue(itemtype::Unknown, {}));
 }
 
-TimeDate readDatetime(ImportContext& context, const QString& what) {
+TimeDate readDatetime(ReadContext& context, const QString& what) {
   const bool dst = context.in.flag(u"dst");
+  QString exact;
+  const bool marked = readMark(context.in, exactmark::kTime, exact);
   const QString& text = context.in.readText();
   TimeDate time;
+  if (marked) {
+    if (!parseTimeDateHex(exact, time))
+      context.in.fail(QStringLiteral("%1: \"%2\" is no time").arg(what, exact.left(64)));
+    return time;
+  }
   if (!parseDxlTime(text, dst, time))
     context.in.fail(QStringLiteral("%1: \"%2\" is no time").arg(what, text.left(64)));
   return time;
 }
 
-QStringList readTexts(ImportContext& context) {
+QStringList readTexts(ReadContext& context) {
   QStringList texts;
   while (context.in.nextChild()) texts.push_back(context.in.readText());
   return texts;
 }
 
-QByteArray readFormula(ImportContext& context, const QString& what) {
+QByteArray readFormula(ReadContext& context, const QString& what) {
   if (context.in.flag(u"compiled")) return rawValue(itemtype::Formula, context.in.readBase64(what));
   context.findings.keptRaw(QStringLiteral("formula as source text"));
   return sourceFormulaValue(context.in.readText());

@@ -10,13 +10,13 @@ namespace lens {
 void readItem(ImportContext& context, Note& note);
 
 // The reader stands at "datetime"; what names the place in faults.
-TimeDate readDatetime(ImportContext& context, const QString& what);
+TimeDate readDatetime(ReadContext& context, const QString& what);
 
 // The reader stands at an element that holds "text" or "name" elements.
-QStringList readTexts(ImportContext& context);
+QStringList readTexts(ReadContext& context);
 
 // The reader stands at "formula": the item value, compiled or as source.
-QByteArray readFormula(ImportContext& context, const QString& what);
+QByteArray readFormula(ReadContext& context, const QString& what);
 
 // The whole MIME message in the element at hand becomes MIME items of that name.
 void readMime(ImportContext& context, Note& note, const QString& itemName);

@@ -1,8 +1,10 @@
 #include "embedded/dxl/note_elements.h"
 
+#include <algorithm>
 #include <array>
 
 #include "embedded/dxl/design_elements.h"
+#include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/item_elements.h"
 
 namespace lens {
@@ -131,13 +133,6 @@ void addDocumentItems(ImportContext& context, Note& note, const DocumentAttribut
   }
 }
 
-// The parent of a response comes as an attribute or as the item itself.
-void findParent(Note& note) {
-  const Item* reference = note.find(u"$REF");
-  if (!reference || reference->type() != itemtype::NoteRefs || reference->data().size() < 18) return;
-  note.header.parent = Unid::fromBytes(reference->data().sliced(2, 16));
-}
-
 void readDocument(ImportContext& context, Note& note) {
   DxlReader& in = context.in;
   const bool raw = in.is(u"note"), profile = in.is(u"profiledocument");
@@ -145,7 +140,11 @@ void readDocument(ImportContext& context, Note& note) {
   if (in.flag(u"default")) note.header.noteClass |= noteclass::Default;
   if (in.flag(u"private")) note.header.noteClass |= noteclass::Private;
   const DocumentAttributes attributes(in);
-  Unid parent;
+  QString exactParent;
+  const bool parentMarked = readMark(in, exactmark::kParent, exactParent);
+  Unid parent, marked;
+  if (!exactParent.isEmpty() && !Unid::parse(exactParent, marked))
+    in.fail(QStringLiteral("\"%1\" is no UNID of a parent").arg(exactParent.left(64)));
   if (!attributes.parent.isEmpty() && !Unid::parse(attributes.parent, parent))
     in.fail(QStringLiteral("\"%1\" is no UNID of a parent").arg(attributes.parent.left(64)));
   const QString name = profile ? profileName(in.attribute(u"name"), in.attribute(u"username")) : QString();
@@ -161,7 +160,8 @@ void readDocument(ImportContext& context, Note& note) {
   addDocumentItems(context, note, attributes);
   if (profile) addUnlessThere(note, QStringLiteral("$Name"), itemflag::Summary, storedTextValue(name));
   addProlog(note, prolog);
-  findParent(note);
+  // The parent of a response comes as an attribute or as the item itself.
+  note.header.parent = parentMarked ? marked : referredNote(note);
 }
 
 void readDesign(ImportContext& context, Note& note, const DesignKind& kind) {
@@ -179,14 +179,15 @@ void readDesign(ImportContext& context, Note& note, const DesignKind& kind) {
 
 // Of some classes a database holds one note: an imported one takes its place, whatever its UNID.
 bool removeOtherInstance(Database& target, const Note& note) {
+  constexpr std::array<quint16, 5> kSingle = {noteclass::About, noteclass::Icon, noteclass::Acl,
+                                              noteclass::HelpIndex, noteclass::Using};
   const quint16 noteClass = noteclass::base(note.header.noteClass);
-  constexpr quint16 kSingle =
-      noteclass::About | noteclass::Icon | noteclass::Acl | noteclass::HelpIndex | noteclass::Using;
-  if ((noteClass & kSingle) == 0) return false;
-  Note present;
-  const quint32 id = target.specialNote(noteClass);
-  if (id == 0 || !target.read(id, present) || present.header.unid == note.header.unid) return false;
-  return target.remove(id, false);
+  if (std::find(kSingle.begin(), kSingle.end(), noteClass) == kSingle.end()) return false;
+  for (const NoteSummary& present : target.list(noteClass)) {
+    if (noteclass::base(present.noteClass) == noteClass && present.unid != note.header.unid)
+      return target.remove(present.id, false);
+  }
+  return false;
 }
 
 }  // namespace
@@ -195,6 +196,19 @@ QString profileName(const QString& name, const QString& user) {
   return QStringLiteral("$profile_%1%2_%3")
       .arg(name.size(), 3, 10, QLatin1Char('0'))
       .arg(name.toLower(), user.toLower());
+}
+
+Unid referredNote(const Note& note) {
+  const Item* reference = note.find(u"$REF");
+  if (!reference || reference->type() != itemtype::NoteRefs || reference->data().size() < 18) return {};
+  return Unid::fromBytes(reference->data().sliced(2, 16));
+}
+
+QString className(quint16 baseClass) {
+  for (const ClassName& known : kClasses) {
+    if (known.value == baseClass) return QString::fromUtf16(known.name);
+  }
+  return QString::number(baseClass, 16);
 }
 
 bool isNoteElement(QStringView element) {

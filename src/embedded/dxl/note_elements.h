@@ -16,6 +16,12 @@ void importNote(ImportContext& context);
 // Saves a note as the importer made or read it, and counts it.
 void saveImported(ImportContext& context, Note& note);
 
+// The note that "$REF" names, null without one.
+Unid referredNote(const Note& note);
+
+// Name of a class without its marks, or its number in hexadecimal.
+QString className(quint16 baseClass);
+
 // "$Name" of a profile document.
 QString profileName(const QString& name, const QString& user);
 

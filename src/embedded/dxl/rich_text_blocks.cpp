@@ -120,7 +120,7 @@ void RichTextReader::readSection() {
   readBlocks();
 }
 
-QByteArray readRichText(ImportContext& context, Note& note, QVector<FormField>* fields) {
+QByteArray readRichText(ReadContext& context, Note& note, QVector<FormField>* fields) {
   return RichTextReader(context, note, fields).read();
 }
 

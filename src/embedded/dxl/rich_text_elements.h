@@ -17,6 +17,6 @@ struct FormField {
 // The reader stands at an element that holds blocks. What has no counterpart leaves its text in the
 // rich text and its XML in an item of the note. Fields are collected where the caller wants them. Gives
 // the data of the item, without the type word.
-QByteArray readRichText(ImportContext& context, Note& note, QVector<FormField>* fields = nullptr);
+QByteArray readRichText(ReadContext& context, Note& note, QVector<FormField>* fields = nullptr);
 
 }  // namespace lens

@@ -197,7 +197,8 @@ void RichTextReader::readCompositeData() {
   if (!good || type > 0xFF || bytes.isEmpty() || quint8(bytes[0]) != type)
     in_.fail(QStringLiteral("%1: the record is not of the type that is stated").arg(what));
   content();
-  if (!out_.appendInline(bytes)) {
+  // What stands between the paragraphs (tables, definitions) begins none of its own.
+  if (!out_.appendRecord(bytes)) {
     in_.fail(
         QStringLiteral("%1: the record has another length than its %2 bytes").arg(what).arg(bytes.size()));
   }

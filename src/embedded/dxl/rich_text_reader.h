@@ -8,7 +8,7 @@ namespace lens {
 
 class RichTextReader {
  public:
-  RichTextReader(ImportContext& context, Note& note, QVector<FormField>* fields)
+  RichTextReader(ReadContext& context, Note& note, QVector<FormField>* fields)
       : context_(context), in_(context.in), note_(note), fields_(fields) {}
 
   QByteArray read() {
@@ -55,7 +55,7 @@ class RichTextReader {
   }
   QString attribute(QStringView name) const { return in_.attribute(name); }
 
-  ImportContext& context_;
+  ReadContext& context_;
   DxlReader& in_;
   Note& note_;
   QVector<FormField>* fields_;

@@ -12,6 +12,59 @@ namespace {
 
 constexpr qsizetype kLongest = 0xFFFF;
 
+struct NamedByte {
+  const char16_t* name;
+  quint8 value;
+};
+constexpr std::array<NamedByte, 11> kFaces = {{{u"serif", 0},
+                                               {u"roman", 0},
+                                               {u"Times", 0},
+                                               {u"Times New Roman", 0},
+                                               {u"sans-serif", 1},
+                                               {u"Helvetica", 1},
+                                               {u"Helv", 1},
+                                               {u"multilingual", 2},
+                                               {u"user-interface", 3},
+                                               {u"monospace", 4},
+                                               {u"Courier", 4}}};
+// Those of several bits first, so that they are named as a whole.
+constexpr std::array<NamedByte, 9> kStyles = {{{u"emboss", 0x90},
+                                               {u"extrude", 0xA0},
+                                               {u"bold", 0x01},
+                                               {u"italic", 0x02},
+                                               {u"underline", 0x04},
+                                               {u"strikethrough", 0x08},
+                                               {u"superscript", 0x10},
+                                               {u"subscript", 0x20},
+                                               {u"shadow", 0x80}}};
+constexpr std::array<NamedByte, 19> kColors = {{{u"black", 0},
+                                                {u"white", 1},
+                                                {u"red", 2},
+                                                {u"lime", 3},
+                                                {u"blue", 4},
+                                                {u"fuchsia", 5},
+                                                {u"magenta", 5},
+                                                {u"yellow", 6},
+                                                {u"aqua", 7},
+                                                {u"cyan", 7},
+                                                {u"maroon", 8},
+                                                {u"green", 9},
+                                                {u"navy", 10},
+                                                {u"purple", 11},
+                                                {u"olive", 12},
+                                                {u"teal", 13},
+                                                {u"gray", 14},
+                                                {u"grey", 14},
+                                                {u"silver", 15}}};
+
+template <size_t Count>
+QString firstName(const std::array<NamedByte, Count>& names, quint8 value) {
+  for (const NamedByte& known : names) {
+    if (known.value == value) return QString::fromUtf16(known.name);
+  }
+  return {};
+}
+
 // A record with a 16-bit length; empty when the data is too long for it.
 QByteArray record(quint8 kind, const QByteArray& data) {
   if (data.size() + 4 > kLongest) return {};
@@ -116,21 +169,9 @@ QByteArray fieldRecord(const FieldRecord& field, const RichFont& font) {
 bool fontFace(QStringView name, quint8& face) {
   face = 1;
   if (name.isEmpty()) return true;
-  static constexpr std::array<std::pair<const char16_t*, quint8>, 12> faces = {{{u"", 1},
-                                                                                {u"serif", 0},
-                                                                                {u"roman", 0},
-                                                                                {u"Times", 0},
-                                                                                {u"Times New Roman", 0},
-                                                                                {u"sans-serif", 1},
-                                                                                {u"Helvetica", 1},
-                                                                                {u"Helv", 1},
-                                                                                {u"multilingual", 2},
-                                                                                {u"user-interface", 3},
-                                                                                {u"monospace", 4},
-                                                                                {u"Courier", 4}}};
-  for (const auto& [known, number] : faces) {
-    if (name.compare(QStringView(known), Qt::CaseInsensitive) != 0) continue;
-    face = number;
+  for (const NamedByte& known : kFaces) {
+    if (name.compare(QStringView(known.name), Qt::CaseInsensitive) != 0) continue;
+    face = known.value;
     return true;
   }
   return false;
@@ -138,19 +179,10 @@ bool fontFace(QStringView name, quint8& face) {
 
 quint8 fontStyle(QStringView words) {
   if (words.isEmpty()) return 0;
-  static constexpr std::array<std::pair<const char16_t*, quint8>, 9> styles = {{{u"bold", 0x01},
-                                                                                {u"italic", 0x02},
-                                                                                {u"underline", 0x04},
-                                                                                {u"strikethrough", 0x08},
-                                                                                {u"superscript", 0x10},
-                                                                                {u"subscript", 0x20},
-                                                                                {u"shadow", 0x80},
-                                                                                {u"emboss", 0x90},
-                                                                                {u"extrude", 0xA0}}};
   quint8 bits = 0;
   for (const QStringView word : words.split(u' ', Qt::SkipEmptyParts)) {
-    for (const auto& [known, bit] : styles) {
-      if (word == QStringView(known)) bits |= bit;
+    for (const NamedByte& known : kStyles) {
+      if (word == QStringView(known.name)) bits |= known.value;
     }
   }
   return bits;
@@ -159,17 +191,31 @@ quint8 fontStyle(QStringView words) {
 bool fontColor(QStringView name, quint8& color) {
   color = 0;
   if (name.isEmpty()) return true;
-  static constexpr std::array<std::pair<const char16_t*, quint8>, 20> colors = {
-      {{u"black", 0},   {u"white", 1},   {u"red", 2},    {u"lime", 3},    {u"blue", 4},
-       {u"fuchsia", 5}, {u"magenta", 5}, {u"yellow", 6}, {u"aqua", 7},    {u"cyan", 7},
-       {u"maroon", 8},  {u"green", 9},   {u"navy", 10},  {u"purple", 11}, {u"olive", 12},
-       {u"teal", 13},   {u"gray", 14},   {u"grey", 14},  {u"silver", 15}, {u"", 0}}};
-  for (const auto& [known, number] : colors) {
-    if (name != QStringView(known)) continue;
-    color = number;
+  for (const NamedByte& known : kColors) {
+    if (name != QStringView(known.name)) continue;
+    color = known.value;
     return true;
   }
   return false;
+}
+
+QString fontFaceName(quint8 face) {
+  return firstName(kFaces, face);
+}
+
+QString fontStyleWords(quint8 attributes) {
+  QStringList words;
+  quint8 left = attributes;
+  for (const NamedByte& known : kStyles) {
+    if ((left & known.value) != known.value) continue;
+    words.push_back(QString::fromUtf16(known.name));
+    left &= quint8(~known.value);
+  }
+  return words.join(u' ');
+}
+
+QString fontColorName(quint8 color) {
+  return firstName(kColors, color);
 }
 
 }  // namespace lens

@@ -32,5 +32,9 @@ QByteArray fieldRecord(const FieldRecord& field, const RichFont& font);
 bool fontFace(QStringView name, quint8& face);
 quint8 fontStyle(QStringView words);
 bool fontColor(QStringView name, quint8& color);
+// The other way round; "" when there is no name. The style has a word for each bit that has one.
+QString fontFaceName(quint8 face);
+QString fontStyleWords(quint8 attributes);
+QString fontColorName(quint8 color);
 
 }  // namespace lens

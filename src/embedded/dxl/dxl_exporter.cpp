@@ -1,0 +1,92 @@
+#include "embedded/dxl/dxl_exporter.h"
+
+#include "embedded/dxl/database_elements.h"
+#include "embedded/dxl/exact_marks.h"
+#include "embedded/dxl/export/note_writer.h"
+
+namespace lens {
+
+namespace {
+
+void writeProperties(DxlWriter& out, const DatabaseInfo& info) {
+  out.attribute(QStringLiteral("version"), QStringLiteral("9.0"));
+  out.attribute(QStringLiteral("maintenanceversion"), QStringLiteral("1.0"));
+  if (!info.replicaId.isEmpty()) out.attribute(QStringLiteral("replicaid"), info.replicaId);
+  out.exactAttribute(QStringLiteral("title"), info.title);
+  if (!info.templateName.isEmpty()) out.exactAttribute(QStringLiteral("templatename"), info.templateName);
+  if (!info.inheritsFrom.isEmpty()) out.exactAttribute(QStringLiteral("fromtemplate"), info.inheritsFrom);
+  if (!info.categories.isEmpty()) out.exactAttribute(QStringLiteral("categories"), info.categories);
+  if (info.publicAddressBook != isAddressBookTemplate(info))
+    out.mark(exactmark::kAddressBook,
+             info.publicAddressBook ? QStringLiteral("true") : QStringLiteral("false"));
+}
+
+void writeDatabaseInfo(DxlWriter& out, const Database& database) {
+  out.begin(QStringLiteral("databaseinfo"));
+  out.attribute(QStringLiteral("numberofdocuments"),
+                QString::number(database.noteCount(noteclass::Document)));
+  out.end();
+  out.layout();
+}
+
+// What a note that is no longer there means: nothing when all are wanted, a fault when this one is.
+enum class Missing { PassOver, Raise };
+
+void writeNotes(ExportContext& context, const QVector<quint32>& ids, Missing missing, int& done) {
+  for (const quint32 id : ids) {
+    if (!context.goOn()) throw ExportCancelled();
+    Note note;
+    if (context.database.read(id, note))
+      writeNote(context, note);
+    else if (missing == Missing::Raise)
+      throw RuntimeError(enginefault::UnknownNote,
+                         QStringLiteral("%1: there is no note %2 (it may have been deleted)")
+                             .arg(context.database.path(), QString::number(id, 16).toUpper()));
+    ++done;
+  }
+}
+
+bool write(const Database& database, const QVector<quint32>& ids, bool whole, QIODevice& target,
+           const ExportProgress& progress) {
+  DxlWriter out(target);
+  int done = 0;
+  const int all = int(ids.size());
+  ExportContext context{database, out, [&] { return !progress || progress(done, all); }};
+  out.startDocument();
+  out.beginRoot(QStringLiteral("database"));
+  writeProperties(out, database.info());
+  if (whole) out.mark(exactmark::kWhole, QStringLiteral("true"));
+  out.layout();
+  if (whole) writeDatabaseInfo(out, database);
+  try {
+    writeNotes(context, ids, whole ? Missing::PassOver : Missing::Raise, done);
+    if (!context.goOn()) return false;
+  } catch (const ExportCancelled&) {
+    return false;
+  }
+  out.end();
+  out.endDocument();
+  return true;
+}
+
+QVector<quint32> allNotes(const Database& database) {
+  constexpr quint16 kAnyClass = 0xFFFF;
+  const QVector<NoteSummary> notes = database.list(kAnyClass);
+  QVector<quint32> ids;
+  ids.reserve(notes.size());
+  for (const NoteSummary& note : notes) ids.push_back(note.id);
+  return ids;
+}
+
+}  // namespace
+
+bool exportDatabase(const Database& database, QIODevice& target, const ExportProgress& progress) {
+  return write(database, allNotes(database), true, target, progress);
+}
+
+bool exportNotes(const Database& database, const QVector<quint32>& noteIds, QIODevice& target,
+                 const ExportProgress& progress) {
+  return write(database, noteIds, false, target, progress);
+}
+
+}  // namespace lens

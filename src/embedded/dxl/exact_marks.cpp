@@ -1,0 +1,67 @@
+#include "embedded/dxl/exact_marks.h"
+
+#include <QUrl>
+
+#include "embedded/dxl/dxl_reader.h"
+
+namespace lens {
+
+namespace {
+
+// How many UTF-16 units of the text make the XML character at the place; 0 when they make none.
+qsizetype xmlUnits(QStringView text, qsizetype at) {
+  const QChar c = text[at];
+  if (c.isHighSurrogate()) return at + 1 < text.size() && text[at + 1].isLowSurrogate() ? 2 : 0;
+  if (c.isLowSurrogate() || c.unicode() >= 0xFFFE) return 0;
+  return c >= u' ' || c == u'\t' || c == u'\n' || c == u'\r' ? 1 : 0;
+}
+
+}  // namespace
+
+bool readMark(const DxlReader& in, QStringView mark, QString& value) {
+  const QXmlStreamAttributes attributes = in.attributes();
+  for (const QXmlStreamAttribute& attribute : attributes) {
+    if (attribute.name() != mark || attribute.namespaceUri() != exactmark::kNamespace) continue;
+    value = attribute.value().toString();
+    return true;
+  }
+  return false;
+}
+
+QString exactAttribute(const DxlReader& in, QStringView name) {
+  QString encoded;
+  if (readMark(in, exactMarkOf(name), encoded)) return QUrl::fromPercentEncoding(encoded.toLatin1());
+  return in.attribute(name);
+}
+
+bool hasExactAttribute(const DxlReader& in, QStringView name) {
+  return in.hasAttribute(name) || in.hasAttribute(exactMarkOf(name));
+}
+
+QString exactMarkOf(QStringView attribute) {
+  return QStringLiteral("exact%1").arg(attribute);
+}
+
+QString percentEncoded(const QString& text) {
+  return QString::fromLatin1(QUrl::toPercentEncoding(text));
+}
+
+bool isXmlText(QStringView text) {
+  for (qsizetype at = 0; at < text.size();) {
+    const qsizetype units = xmlUnits(text, at);
+    if (units == 0) return false;
+    at += units;
+  }
+  return true;
+}
+
+QString xmlText(QString text) {
+  for (qsizetype at = 0; at < text.size();) {
+    const qsizetype units = xmlUnits(text, at);
+    if (units == 0) text[at] = QChar::ReplacementCharacter;
+    at += qMax<qsizetype>(units, 1);
+  }
+  return text;
+}
+
+}  // namespace lens

@@ -1,0 +1,46 @@
+// Attributes of a namespace of our own beside those of DXL.
+//
+// An export carries them where DXL alone would lose something: a name with characters that XML cannot
+// hold, flags without an attribute, a time without a text. They stand in addition to what DXL has for
+// the place, and readers that do not know the namespace pass over them.
+#pragma once
+
+#include <QString>
+
+namespace lens {
+
+class DxlReader;
+
+namespace exactmark {
+inline constexpr QStringView kNamespace = u"urn:tessaly-lens:dxl";
+inline constexpr QStringView kPrefix = u"lens";
+// Of "database": the file holds every note of the database; whether it is a public address book.
+inline constexpr QStringView kWhole = u"whole", kAddressBook = u"publicaddressbook";
+// Of a note: UNID of its parent, "" for none, where "$REF" tells another.
+inline constexpr QStringView kParent = u"parentunid";
+// Of "item": flags in hexadecimal; rich text that is no further piece of the one before.
+inline constexpr QStringView kFlags = u"itemflags", kSeparate = u"separate";
+// Of "rawitemdata": the value was stored with counts that lead outside.
+inline constexpr QStringView kAsStored = u"asstored";
+// Of "datetime": 16 hexadecimal digits, second word first.
+inline constexpr QStringView kTime = u"timedate";
+// Of "file": the whole item value in base64; its object ID is another after the import.
+inline constexpr QStringView kValue = u"itemvalue";
+}  // namespace exactmark
+
+// The mark of the start tag at hand; false when it is not there.
+bool readMark(const DxlReader& in, QStringView mark, QString& value);
+// An attribute whose characters XML may not hold: "exact" + its name has them percent-encoded then.
+QString exactAttribute(const DxlReader& in, QStringView name);
+// Whether the attribute is there at all, in either form.
+bool hasExactAttribute(const DxlReader& in, QStringView name);
+
+QString exactMarkOf(QStringView attribute);
+QString percentEncoded(const QString& text);
+
+// Whether XML can hold every character.
+bool isXmlText(QStringView text);
+// The text with U+FFFD for characters that XML cannot hold.
+QString xmlText(QString text);
+
+}  // namespace lens

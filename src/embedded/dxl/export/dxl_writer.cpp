@@ -1,0 +1,110 @@
+#include "embedded/dxl/export/dxl_writer.h"
+
+#include "embedded/dxl/dxl_datetime.h"
+#include "embedded/dxl/exact_marks.h"
+#include "notes/runtime_error.h"
+
+namespace lens {
+
+namespace {
+
+constexpr int kDeviceFault = 57;
+constexpr qsizetype kLineBytes = 57;  // 76 characters
+
+}  // namespace
+
+void DxlWriter::beginRoot(const QString& element) {
+  begin(element);
+  attribute(QStringLiteral("xmlns"), QStringLiteral("http://www.lotus.com/dxl"));
+  attribute(QStringLiteral("xmlns:%1").arg(exactmark::kPrefix), exactmark::kNamespace.toString());
+}
+
+void DxlWriter::endDocument() {
+  xml_.writeEndDocument();
+  check();
+}
+
+void DxlWriter::flag(const QString& name, bool value) {
+  attribute(name, value ? QStringLiteral("true") : QStringLiteral("false"));
+}
+
+void DxlWriter::mark(QStringView name, const QString& value) {
+  attribute(QStringLiteral("%1:%2").arg(exactmark::kPrefix, name), value);
+}
+
+void DxlWriter::exactAttribute(const QString& name, const QString& value) {
+  attribute(name, xmlText(value));
+  if (!isXmlText(value)) mark(exactMarkOf(name), percentEncoded(value));
+}
+
+// A carriage return that stands as it is would be read as a line feed.
+void DxlWriter::characters(QStringView text, bool breaks) {
+  qsizetype start = 0;
+  for (qsizetype at = 0; at < text.size(); ++at) {
+    const bool line = breaks && text[at] == u'\n';
+    if (!line && text[at] != u'\r') continue;
+    if (at > start) xml_.writeCharacters(text.sliced(start, at - start).toString());
+    if (line)
+      xml_.writeEmptyElement(QStringLiteral("break"));
+    else
+      xml_.writeEntityReference(QStringLiteral("#13"));
+    start = at + 1;
+  }
+  if (start < text.size()) xml_.writeCharacters(text.sliced(start).toString());
+}
+
+void DxlWriter::base64(QByteArrayView bytes) {
+  Base64Lines lines(*this);
+  lines.feed(bytes);
+  lines.finish();
+}
+
+void DxlWriter::datetime(const TimeDate& time) {
+  const DxlTime text = dxlTime(time);
+  begin(QStringLiteral("datetime"));
+  if (text.dst) flag(QStringLiteral("dst"), true);
+  if (text.text.isEmpty()) mark(exactmark::kTime, timeDateHex(time));
+  literal(text.text);
+  end();
+}
+
+void DxlWriter::time(const QString& element, const TimeDate& time) {
+  if (time.innards[0] == 0 && time.innards[1] == 0) return;
+  begin(element);
+  datetime(time);
+  end();
+  layout();
+}
+
+void DxlWriter::check() const {
+  if (!xml_.hasError()) return;
+  throw RuntimeError(kDeviceFault,
+                     QStringLiteral("The DXL cannot be written (%1)").arg(target_.errorString()));
+}
+
+void Base64Lines::feed(QByteArrayView bytes) {
+  rest_.append(bytes.data(), bytes.size());
+  const qsizetype whole = rest_.size() / kLineBytes * kLineBytes;
+  if (whole == 0) return;
+  write(QByteArrayView(rest_).first(whole));
+  rest_.remove(0, whole);
+}
+
+void Base64Lines::finish() {
+  if (!rest_.isEmpty()) write(rest_);
+  rest_.clear();
+}
+
+void Base64Lines::write(QByteArrayView bytes) {
+  QByteArray text;
+  text.reserve(bytes.size() / 3 * 4 + bytes.size() / kLineBytes + 8);
+  if (empty_) text.append('\n');
+  empty_ = false;
+  for (qsizetype at = 0; at < bytes.size(); at += kLineBytes) {
+    const qsizetype size = qMin(kLineBytes, bytes.size() - at);
+    text.append(QByteArray::fromRawData(bytes.data() + at, size).toBase64()).append('\n');
+  }
+  out_.encoded(text);
+}
+
+}  // namespace lens

@@ -1,0 +1,66 @@
+// Writes DXL as a stream: elements, attributes, text and base64, and a fault when the target refuses.
+#pragma once
+
+#include <QIODevice>
+#include <QXmlStreamWriter>
+
+#include "embedded/store/timedate.h"
+
+namespace lens {
+
+class DxlWriter {
+ public:
+  explicit DxlWriter(QIODevice& target) : target_(target), xml_(&target) {}
+
+  void startDocument() { xml_.writeStartDocument(); }
+  void endDocument();
+  // The first element of a file takes along the namespaces.
+  void beginRoot(const QString& element);
+  void begin(const QString& element) { xml_.writeStartElement(element); }
+  void end() { xml_.writeEndElement(); }
+  void attribute(const QString& name, const QString& value) { xml_.writeAttribute(name, value); }
+  void flag(const QString& name, bool value);
+  // An attribute of our own namespace.
+  void mark(QStringView name, const QString& value);
+  // A text from a user: characters that XML cannot hold stand in a mark beside it.
+  void exactAttribute(const QString& name, const QString& value);
+
+  // Text whose line feeds are "break" elements, and text in which they stand as they are. XML must be
+  // able to hold every character.
+  void lines(QStringView text) { characters(text, true); }
+  void literal(QStringView text) { characters(text, false); }
+  void base64(QByteArrayView bytes);
+  // Base64 text as it stands.
+  void encoded(const QByteArray& text) { xml_.writeCharacters(QString::fromLatin1(text)); }
+  // A "datetime" element, and one inside another element; a cleared time leaves that one out.
+  void datetime(const TimeDate& time);
+  void time(const QString& element, const TimeDate& time);
+  // A line end between two elements.
+  void layout() { xml_.writeCharacters(QStringLiteral("\n")); }
+
+  // Raises when the target did not take everything so far.
+  void check() const;
+
+ private:
+  void characters(QStringView text, bool breaks);
+
+  QIODevice& target_;
+  QXmlStreamWriter xml_;
+};
+
+// Bytes that come in pieces of any length, as base64 in lines.
+class Base64Lines {
+ public:
+  explicit Base64Lines(DxlWriter& out) : out_(out) {}
+  void feed(QByteArrayView bytes);
+  void finish();
+
+ private:
+  void write(QByteArrayView bytes);
+
+  DxlWriter& out_;
+  QByteArray rest_;
+  bool empty_ = true;
+};
+
+}  // namespace lens

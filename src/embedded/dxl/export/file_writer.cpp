@@ -1,0 +1,144 @@
+#include "embedded/dxl/export/file_writer.h"
+
+#include "embedded/dxl/exact_marks.h"
+#include "embedded/dxl/file_elements.h"
+
+namespace lens {
+
+namespace {
+
+constexpr quint16 kUnpacked = 0;
+
+// Takes the chunks of an object; a cancellation ends the reading as a failed write does.
+class ObjectTarget : public QIODevice {
+ public:
+  ObjectTarget(ExportContext& context, Base64Lines& lines) : context_(context), lines_(lines) {
+    open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+  }
+  bool isSequential() const override { return true; }
+  bool cancelled() const { return cancelled_; }
+
+ protected:
+  qint64 readData(char*, qint64) override { return -1; }
+  qint64 writeData(const char* data, qint64 size) override {
+    cancelled_ = cancelled_ || !context_.goOn();
+    if (cancelled_) return -1;
+    lines_.feed(QByteArrayView(data, size));
+    return size;
+  }
+
+ private:
+  ExportContext& context_;
+  Base64Lines& lines_;
+  bool cancelled_ = false;
+};
+
+void writeObject(ExportContext& context, quint32 object, Base64Lines& lines) {
+  ObjectTarget target(context, lines);
+  try {
+    context.database.readObject(object, target);
+  } catch (const RuntimeError&) {
+    if (target.cancelled()) throw ExportCancelled();
+    throw;
+  }
+  context.out.check();
+}
+
+quint32 objectOf(QByteArrayView data) {
+  ByteReader reader(data);
+  reader.skip(2);
+  return reader.u32();
+}
+
+// Whether "file" gives the value back but for its object ID.
+bool isPlainFile(const FileObject& file, QByteArrayView data, qint64 storedSize) {
+  return !file.name.isEmpty() && isXmlText(file.name) && safeFileName(file.name) == file.name &&
+         !hostTypeName(file.hostType).isEmpty() && file.compression <= 2 && (file.attributes & ~3) == 0 &&
+         (file.flags & ~7) == 0 && (file.compression != kUnpacked || qint64(file.size) == storedSize) &&
+         QByteArrayView(fileObjectValue(file)).sliced(2) == data;
+}
+
+QString listed(quint16 bits, std::initializer_list<std::pair<QString, quint16>> words) {
+  QStringList names;
+  for (const auto& [name, bit] : words) {
+    if (bits & bit) names.push_back(name);
+  }
+  return names.join(u' ');
+}
+
+void writeFileAttributes(DxlWriter& out, const FileObject& file) {
+  static const QStringList kCompressions = {QStringLiteral("none"), QStringLiteral("huffman"),
+                                            QStringLiteral("lz1")};
+  const QString host = hostTypeName(file.hostType);
+  out.attribute(QStringLiteral("hosttype"), host.isEmpty() ? QStringLiteral("unknown") : host);
+  out.attribute(QStringLiteral("compression"), kCompressions.value(file.compression, kCompressions[0]));
+  const QString attribute =
+      listed(file.attributes, {{QStringLiteral("readonly"), 1}, {QStringLiteral("private"), 2}});
+  if (!attribute.isEmpty()) out.attribute(QStringLiteral("attribute"), attribute);
+  const QString flags =
+      listed(file.flags,
+             {{QStringLiteral("sign"), 1}, {QStringLiteral("storedindoc"), 2}, {QStringLiteral("mime"), 4}});
+  if (!flags.isEmpty()) out.attribute(QStringLiteral("flags"), flags);
+  const QString name = safeFileName(xmlText(file.name));
+  out.attribute(QStringLiteral("name"), name.isEmpty() ? QStringLiteral("attachment") : name);
+  out.attribute(QStringLiteral("size"), QString::number(file.size));
+}
+
+void writeFile(ExportContext& context, const Item& item, const FileObject& file, qint64 storedSize) {
+  DxlWriter& out = context.out;
+  out.begin(QStringLiteral("object"));
+  out.begin(QStringLiteral("file"));
+  writeFileAttributes(out, file);
+  if (!isPlainFile(file, item.data(), storedSize))
+    out.mark(exactmark::kValue, QString::fromLatin1(item.value.toBase64()));
+  out.layout();
+  out.time(QStringLiteral("created"), file.created);
+  out.time(QStringLiteral("modified"), file.modified);
+  out.begin(QStringLiteral("filedata"));
+  Base64Lines lines(out);
+  writeObject(context, file.objectId, lines);
+  lines.finish();
+  for (int element = 0; element < 3; ++element) out.end();
+}
+
+void beginRaw(DxlWriter& out) {
+  out.begin(QStringLiteral("rawitemdata"));
+  out.attribute(QStringLiteral("type"), QString::number(itemtype::Object, 16));
+}
+
+// Size of a descriptor, class, spare, the descriptor, then the bytes of the object.
+void writeInline(ExportContext& context, QByteArrayView data) {
+  beginRaw(context.out);
+  Base64Lines lines(context.out);
+  QByteArray head;
+  for (const quint16 word : {6, 1, 0}) appendU16(head, word);
+  lines.feed(head);
+  lines.feed(data);
+  writeObject(context, objectOf(data), lines);
+  lines.finish();
+  context.out.end();
+}
+
+}  // namespace
+
+void writeObjectValue(ExportContext& context, const Item& item) {
+  constexpr qsizetype kDescriptor = 6;
+  const QByteArrayView data = item.data();
+  FileObject file;
+  const bool isFile = readFileObject(data, file);
+  const qint64 size = data.size() < kDescriptor ? -1 : context.database.objectSize(objectOf(data));
+  if (isFile || (size >= 0 && data.size() > kDescriptor)) {
+    file.objectId = objectOf(data);
+    writeFile(context, item, file, size);
+  } else if (size >= 0) {
+    writeInline(context, data);
+  } else {
+    // A descriptor of nothing: an import must not look for an object in it.
+    beginRaw(context.out);
+    context.out.mark(exactmark::kAsStored, QStringLiteral("true"));
+    context.out.base64(data);
+    context.out.end();
+  }
+}
+
+}  // namespace lens

@@ -1,0 +1,158 @@
+#include "embedded/dxl/export/item_writer.h"
+
+#include "embedded/dxl/exact_marks.h"
+#include "embedded/dxl/export/file_writer.h"
+#include "embedded/dxl/export/native_values.h"
+#include "embedded/dxl/export/rich_text_writer.h"
+#include "embedded/dxl/item_flags.h"
+#include "embedded/dxl/raw_values.h"
+
+namespace lens {
+
+namespace {
+
+void writeFlags(DxlWriter& out, const Item& item) {
+  quint16 told = 0;
+  for (const FlagName& known : kFlagNames) {
+    const bool set = (item.flags & known.flag) != 0;
+    const bool stated = set || (known.flag == itemflag::Summary && isSummaryByDefault(item.type()));
+    if (stated) out.flag(QString::fromUtf16(known.name), set);
+    if (set) told |= known.flag | known.implied;
+  }
+  if (told != item.flags) out.mark(exactmark::kFlags, QString::number(item.flags, 16));
+}
+
+template <class Content>
+void element(DxlWriter& out, const QString& name, Content content) {
+  out.begin(name);
+  content();
+  out.end();
+}
+
+void writeTextElement(DxlWriter& out, const QString& text) {
+  element(out, QStringLiteral("text"), [&] { out.lines(text); });
+}
+
+bool writeText(DxlWriter& out, QByteArrayView data) {
+  QString text;
+  if (!nativeText(data, text)) return false;
+  writeTextElement(out, text);
+  return true;
+}
+
+bool writeTexts(DxlWriter& out, QByteArrayView data) {
+  QStringList texts;
+  if (!nativeTexts(data, texts)) return false;
+  element(out, QStringLiteral("textlist"), [&] {
+    for (const QString& text : texts) writeTextElement(out, text);
+  });
+  return true;
+}
+
+void writeNumberElement(DxlWriter& out, const QString& number) {
+  element(out, QStringLiteral("number"), [&] { out.literal(number); });
+}
+
+bool writeNumber(DxlWriter& out, QByteArrayView data) {
+  QString number;
+  if (!nativeNumber(data, number)) return false;
+  writeNumberElement(out, number);
+  return true;
+}
+
+// Pairs stand behind the single values, in elements of their own.
+template <class Entry, class Write>
+void writeRange(DxlWriter& out, const QString& kind, const QList<Entry>& singles,
+                const QList<Entry>& pairEnds, Write write) {
+  element(out, kind + QStringLiteral("list"), [&] {
+    for (const Entry& single : singles) write(single);
+    for (qsizetype i = 0; i + 1 < pairEnds.size(); i += 2) {
+      element(out, kind + QStringLiteral("pair"), [&] {
+        write(pairEnds[i]);
+        write(pairEnds[i + 1]);
+      });
+    }
+  });
+}
+
+bool writeNumbers(DxlWriter& out, QByteArrayView data) {
+  QStringList singles, pairEnds;
+  if (!nativeNumbers(data, singles, pairEnds)) return false;
+  writeRange(out, QStringLiteral("number"), singles, pairEnds,
+             [&](const QString& number) { writeNumberElement(out, number); });
+  return true;
+}
+
+bool writeTime(DxlWriter& out, QByteArrayView data) {
+  TimeDate time;
+  if (!nativeTime(data, time)) return false;
+  out.datetime(time);
+  return true;
+}
+
+bool writeTimes(DxlWriter& out, QByteArrayView data) {
+  QVector<TimeDate> singles, pairEnds;
+  if (!nativeTimes(data, singles, pairEnds)) return false;
+  writeRange(out, QStringLiteral("datetime"), singles, pairEnds,
+             [&](const TimeDate& time) { out.datetime(time); });
+  return true;
+}
+
+bool writeFormula(DxlWriter& out, QByteArrayView data) {
+  QString source;
+  if (!nativeFormula(data, source)) return false;
+  element(out, QStringLiteral("formula"), [&] { out.literal(source); });
+  return true;
+}
+
+// False, and nothing written, when the elements of the type would not give the value back.
+bool writeNative(DxlWriter& out, quint16 type, QByteArrayView data) {
+  switch (type) {
+    case itemtype::Text:
+      return writeText(out, data);
+    case itemtype::TextList:
+      return writeTexts(out, data);
+    case itemtype::Number:
+      return writeNumber(out, data);
+    case itemtype::NumberRange:
+      return writeNumbers(out, data);
+    case itemtype::Time:
+      return writeTime(out, data);
+    case itemtype::TimeRange:
+      return writeTimes(out, data);
+    case itemtype::Formula:
+      return writeFormula(out, data);
+    case itemtype::RichText:
+      return writeRichText(out, data);
+    default:
+      return false;
+  }
+}
+
+void writeRaw(DxlWriter& out, quint16 type, QByteArrayView data) {
+  element(out, QStringLiteral("rawitemdata"), [&] {
+    out.attribute(QStringLiteral("type"), QString::number(type, 16));
+    if (!rawValueFault(type, data).isEmpty()) out.mark(exactmark::kAsStored, QStringLiteral("true"));
+    out.base64(data);
+  });
+}
+
+}  // namespace
+
+void writeItem(ExportContext& context, const Item& item, bool joined) {
+  DxlWriter& out = context.out;
+  element(out, QStringLiteral("item"), [&] {
+    out.exactAttribute(QStringLiteral("name"), item.name);
+    // An import refuses an item without a name, unless it is said to have none.
+    if (item.name.isEmpty()) out.mark(exactMarkOf(u"name"), {});
+    writeFlags(out, item);
+    if (joined) out.mark(exactmark::kSeparate, QStringLiteral("true"));
+    if (item.type() == itemtype::Object)
+      writeObjectValue(context, item);
+    else if (!writeNative(out, item.type(), item.data()))
+      writeRaw(out, item.type(), item.data());
+  });
+  out.layout();
+}
+
+}  // namespace lens

@@ -1,0 +1,116 @@
+#include "embedded/dxl/export/native_values.h"
+
+#include <cmath>
+
+#include "embedded/dxl/dxl_datetime.h"
+#include "embedded/dxl/exact_marks.h"
+#include "embedded/dxl/import_context.h"
+#include "embedded/dxl/source_formula.h"
+#include "embedded/store/item_value.h"
+#include "embedded/store/lmbcs.h"
+
+namespace lens {
+
+namespace {
+
+bool isData(const QByteArray& value, QByteArrayView data) {
+  return QByteArrayView(value).sliced(2) == data;
+}
+
+// A line feed byte is no line break in stored text, but would come back as one.
+bool breaksToLines(QString& text) {
+  if (text.contains(u'\n')) return false;
+  text.replace(QChar(u'\0'), QChar(u'\n'));
+  return isXmlText(text);
+}
+
+bool numberText(double number, QString& text) {
+  if (!std::isfinite(number)) return false;
+  text = QString::number(number, 'g', QLocale::FloatingPointShortest);
+  bool good = false;
+  QByteArray before, after;
+  appendF64(before, number);
+  appendF64(after, text.toDouble(&good));
+  return good && before == after;
+}
+
+// Entries and pairs of a list that is exactly as long as its counts say; false for any other.
+template <class Read>
+bool readRange(QByteArrayView data, Read read) {
+  ByteReader reader(data);
+  const qsizetype singles = reader.u16(), pairs = reader.u16();
+  if (reader.failed() || reader.left() != singles * 8 + pairs * 16) return false;
+  for (qsizetype i = 0; i < singles + 2 * pairs; ++i) {
+    if (!read(reader, i >= singles)) return false;
+  }
+  return true;
+}
+
+bool hasText(const TimeDate& time) {
+  return !dxlTime(time).text.isEmpty();
+}
+
+}  // namespace
+
+bool nativeText(QByteArrayView data, QString& text) {
+  text = fromLmbcs(data);
+  return breaksToLines(text) && isData(storedTextValue(text), data);
+}
+
+bool nativeTexts(QByteArrayView data, QStringList& texts) {
+  texts.clear();
+  ByteReader lengths(data);
+  const qsizetype count = lengths.u16();
+  if (!lengths.has(count * 2)) return false;
+  ByteReader reader(data);
+  reader.skip(2 + count * 2);
+  for (qsizetype i = 0; i < count; ++i) {
+    QString text = fromLmbcs(reader.take(lengths.u16()));
+    if (!breaksToLines(text)) return false;
+    texts.push_back(text);
+  }
+  // Text that was read wrongly may need more bytes than an entry can have.
+  try {
+    return !reader.failed() && isData(storedTextListValue(texts), data);
+  } catch (const RuntimeError&) {
+    return false;
+  }
+}
+
+bool nativeNumber(QByteArrayView data, QString& number) {
+  ByteReader reader(data);
+  return data.size() == 8 && numberText(reader.f64(), number);
+}
+
+bool nativeNumbers(QByteArrayView data, QStringList& singles, QStringList& pairEnds) {
+  singles.clear();
+  pairEnds.clear();
+  return readRange(data, [&](ByteReader& reader, bool pair) {
+    QString text;
+    const bool good = numberText(reader.f64(), text);
+    (pair ? pairEnds : singles).push_back(text);
+    return good;
+  });
+}
+
+bool nativeTime(QByteArrayView data, TimeDate& time) {
+  if (data.size() != 8) return false;
+  time = readTimeDate(data.data());
+  return hasText(time);
+}
+
+bool nativeTimes(QByteArrayView data, QVector<TimeDate>& singles, QVector<TimeDate>& pairEnds) {
+  singles.clear();
+  pairEnds.clear();
+  return readRange(data, [&](ByteReader& reader, bool pair) {
+    const TimeDate time = reader.time();
+    (pair ? pairEnds : singles).push_back(time);
+    return hasText(time);
+  });
+}
+
+bool nativeFormula(QByteArrayView data, QString& source) {
+  return readSourceFormula(data, source) && isXmlText(source) && isData(sourceFormulaValue(source), data);
+}
+
+}  // namespace lens

@@ -1,0 +1,281 @@
+#include "embedded/dxl/export/rich_text_elements_writer.h"
+
+#include <array>
+
+#include "embedded/dxl/exact_marks.h"
+#include "embedded/dxl/file_elements.h"
+#include "embedded/dxl/record_writer.h"
+#include "embedded/dxl/rich_text_records.h"
+#include "embedded/richtext/rich_records.h"
+#include "embedded/store/lmbcs.h"
+#include "embedded/store/note.h"
+
+namespace lens {
+
+namespace {
+
+constexpr std::array<const char16_t*, 5> kAligns = {u"left", u"right", u"full", u"center", u"none"};
+
+quint8 kindOf(const RichElement& element) {
+  return quint8(element.record[0]);
+}
+
+// The record of one text, empty when it needs another number of records.
+QByteArray textRecord(const QString& text, const RichFont& font) {
+  RecordWriter writer;
+  writer.beginParagraph();
+  const qsizetype start = writer.bytes().size();
+  writer.appendText(text, font);
+  const QByteArrayView bytes = QByteArrayView(writer.bytes()).sliced(start);
+  return bytes.first(richrecord::wholeLength(bytes)).toByteArray();
+}
+
+// Text whose line feeds are its line breaks; false when a run would not give the record back.
+bool runText(const RichElement& element, QString& text) {
+  constexpr qsizetype kHead = 8;
+  if (element.record.size() <= kHead) return false;
+  text = fromLmbcs(QByteArrayView(element.record).sliced(kHead));
+  if (text.contains(u'\n')) return false;
+  text.replace(QChar(u'\0'), QChar(u'\n'));
+  return isXmlText(text) && textRecord(text, element.font) == element.record;
+}
+
+// False when the font has a part that no attribute names.
+bool writeFont(DxlWriter& out, const RichFont& font) {
+  const QString face = fontFaceName(font.face), style = fontStyleWords(font.attributes);
+  const QString color = fontColorName(font.color);
+  if (face.isEmpty() || color.isEmpty() || fontStyle(style) != font.attributes || font.points < 1 ||
+      font.points > 250)
+    return false;
+  out.begin(QStringLiteral("run"));
+  out.begin(QStringLiteral("font"));
+  if (font.face != RichFont().face) out.attribute(QStringLiteral("name"), face);
+  out.attribute(QStringLiteral("size"), QStringLiteral("%1pt").arg(font.points));
+  if (font.attributes != 0) out.attribute(QStringLiteral("style"), style);
+  if (font.color != 0) out.attribute(QStringLiteral("color"), color);
+  out.end();
+  return true;
+}
+
+QString idText(QByteArrayView bytes) {
+  return timeDateHex(readTimeDate(bytes.data()));
+}
+
+void attributeUnlessEmpty(DxlWriter& out, const QString& name, const QString& value) {
+  if (!value.isEmpty()) out.attribute(name, value);
+}
+
+}  // namespace
+
+void RichTextElementsWriter::write() {
+  while (at_ < elements_.size()) {
+    if (!writeTable() && !writeParagraph() && !writeDefinition() && !writeRun() && !writeAttachment() &&
+        !writeUrl() && !writeUrlEnd() && !writeLink() && !writeAnchor())
+      writeRecord();
+  }
+  endParagraph();
+}
+
+bool RichTextElementsWriter::isRecord(qsizetype place, const QByteArray& record) const {
+  return place < elements_.size() && elements_[place].record == record;
+}
+
+void RichTextElementsWriter::endParagraph() {
+  if (!inParagraph_) return;
+  out_.end();
+  out_.layout();
+  inParagraph_ = false;
+}
+
+bool RichTextElementsWriter::writeParagraph() {
+  if (kindOf(current()) != richrecord::Paragraph || current().record.size() != 2 || inUrl_) return false;
+  endParagraph();
+  out_.begin(QStringLiteral("par"));
+  inParagraph_ = true;
+  ++at_;
+  if (at_ == elements_.size() || kindOf(current()) != richrecord::ParagraphReference) return true;
+  ByteReader reader(QByteArrayView(current().record).sliced(2));
+  const quint16 id = reader.u16();
+  if (!isRecord(at_, paragraphReference(id))) return true;
+  out_.attribute(QStringLiteral("def"), QString::number(id));
+  ++at_;
+  return true;
+}
+
+bool RichTextElementsWriter::writeDefinition() {
+  if (inParagraph_ || kindOf(current()) != richrecord::ParagraphDefinition) return false;
+  ByteReader reader(current().record);
+  reader.skip(4);
+  const quint16 id = reader.u16(), align = reader.u16();
+  if (align >= kAligns.size() || !isRecord(at_, paragraphDefinition(id, align))) return false;
+  out_.begin(QStringLiteral("pardef"));
+  out_.attribute(QStringLiteral("id"), QString::number(id));
+  if (align != 0) out_.attribute(QStringLiteral("align"), QString::fromUtf16(kAligns[align]));
+  out_.end();
+  out_.layout();
+  ++at_;
+  return true;
+}
+
+bool RichTextElementsWriter::writeRun() {
+  QString text;
+  if (!inParagraph_ || kindOf(current()) != richrecord::Text || !runText(current(), text) ||
+      !writeFont(out_, current().font))
+    return false;
+  out_.lines(text);
+  out_.end();
+  ++at_;
+  return true;
+}
+
+bool RichTextElementsWriter::writeAttachment() {
+  const RichElement& element = current();
+  if (!inParagraph_ || element.kind != RichElement::Kind::Attachment || element.caption.isEmpty() ||
+      !isXmlText(element.text) || !isXmlText(element.caption))
+    return false;
+  const QString safe = safeFileName(element.text);
+  RecordWriter expected;
+  expected.appendRecord(element.record);
+  expected.appendRecord(hotspotEnd());
+  RecordWriter again;
+  again.beginParagraph();
+  again.appendAttachment(safe.isEmpty() ? element.text : safe, element.caption);
+  if (again.bytes().mid(2) != expected.bytes() || !isRecord(at_ + 1, hotspotEnd())) return false;
+  out_.begin(QStringLiteral("attachmentref"));
+  out_.attribute(QStringLiteral("name"), element.text);
+  out_.attribute(QStringLiteral("displayname"), element.caption);
+  out_.end();
+  at_ += 2;
+  return true;
+}
+
+// The end of the address at hand stands in the same paragraph, with nothing but text and the like before.
+bool RichTextElementsWriter::urlEnds() const {
+  for (qsizetype i = at_ + 1; i < elements_.size(); ++i) {
+    const quint8 kind = kindOf(elements_[i]);
+    if (kind == richrecord::HotspotEnd) return isRecord(i, hotspotEnd());
+    if (kind != richrecord::Text && kind != richrecord::Link) return false;
+  }
+  return false;
+}
+
+bool RichTextElementsWriter::writeUrl() {
+  constexpr qsizetype kHead = 12;
+  if (!inParagraph_ || inUrl_ || kindOf(current()) != richrecord::HotspotBegin ||
+      current().record.size() <= kHead)
+    return false;
+  const QString address = fromLmbcs(QByteArrayView(current().record).sliced(kHead).chopped(1));
+  if (!isXmlText(address) || !isRecord(at_, urlHotspot(address)) || !urlEnds()) return false;
+  out_.begin(QStringLiteral("urllink"));
+  out_.attribute(QStringLiteral("href"), address);
+  inUrl_ = true;
+  ++at_;
+  return true;
+}
+
+bool RichTextElementsWriter::writeUrlEnd() {
+  if (!inUrl_ || kindOf(current()) != richrecord::HotspotEnd) return false;
+  out_.end();
+  inUrl_ = false;
+  ++at_;
+  return true;
+}
+
+bool RichTextElementsWriter::writeLink() {
+  constexpr qsizetype kHead = 4, kTexts = kHead + 8 + 16 + 16;
+  const RichElement& element = current();
+  if (!inParagraph_ || kindOf(element) != richrecord::Link || element.record.size() <= kTexts) return false;
+  const QByteArrayView record = element.record;
+  const QString replica = idText(record.sliced(kHead, 8));
+  const Unid view = Unid::fromBytes(record.sliced(kHead + 8, 16));
+  const Unid note = Unid::fromBytes(record.sliced(kHead + 24, 16));
+  const QByteArrayView texts = record.sliced(kTexts);
+  const qsizetype nul = texts.indexOf('\0');
+  if (nul < 0) return false;
+  const QString description = fromLmbcs(texts.first(nul));
+  const QString server = fromLmbcs(texts.sliced(nul + 1).chopped(nul + 1 < texts.size() ? 1 : 0));
+  const QString viewText = view.isNull() ? QString() : view.text();
+  const QString noteText = note.isNull() ? QString() : note.text();
+  if (!isXmlText(description) || !isXmlText(server) ||
+      !isRecord(at_, linkRecord(replica, viewText, noteText, description, server)))
+    return false;
+  out_.begin(!note.isNull()   ? QStringLiteral("doclink")
+             : !view.isNull() ? QStringLiteral("viewlink")
+                              : QStringLiteral("databaselink"));
+  out_.attribute(QStringLiteral("database"), replica);
+  attributeUnlessEmpty(out_, QStringLiteral("view"), viewText);
+  attributeUnlessEmpty(out_, QStringLiteral("document"), noteText);
+  attributeUnlessEmpty(out_, QStringLiteral("description"), description);
+  attributeUnlessEmpty(out_, QStringLiteral("server"), server);
+  out_.end();
+  ++at_;
+  return true;
+}
+
+bool RichTextElementsWriter::writeAnchor() {
+  constexpr quint8 kAnchor = 203;
+  constexpr qsizetype kHead = 10;
+  if (!inParagraph_ || inUrl_ || kindOf(current()) != kAnchor || current().record.size() < kHead)
+    return false;
+  const QString name = fromLmbcs(QByteArrayView(current().record).sliced(kHead));
+  if (!isXmlText(name) || !isRecord(at_, anchorRecord(name))) return false;
+  out_.begin(QStringLiteral("anchor"));
+  out_.attribute(QStringLiteral("name"), name);
+  out_.end();
+  ++at_;
+  return true;
+}
+
+bool RichTextElementsWriter::writeTable() {
+  using Kind = RichElement::Kind;
+  const RichElement& element = current();
+  const Kind kind = element.kind;
+  if (!tables_.asElements || (kind != Kind::TableBegin && kind != Kind::TableCell && kind != Kind::TableEnd))
+    return false;
+  endParagraph();
+  if (kind == Kind::TableBegin) {
+    out_.begin(QStringLiteral("table"));
+    rows_.push_back(-1);
+  } else if (kind == Kind::TableCell) {
+    writeCell(element);
+  } else {
+    endCell();
+    if (rows_.last() >= 0) out_.end();
+    out_.end();
+    out_.layout();
+    rows_.pop_back();
+  }
+  ++at_;
+  return true;
+}
+
+void RichTextElementsWriter::endCell() {
+  if (rows_.last() >= 0) out_.end();
+}
+
+void RichTextElementsWriter::writeCell(const RichElement& element) {
+  endCell();
+  int& row = rows_.last();
+  if (element.row != row) {
+    if (row >= 0) out_.end();
+    for (int empty = row + 1; empty < element.row; ++empty) {
+      out_.begin(QStringLiteral("tablerow"));
+      out_.end();
+    }
+    out_.begin(QStringLiteral("tablerow"));
+    row = element.row;
+  }
+  out_.begin(QStringLiteral("tablecell"));
+  const auto span = tables_.columnSpan.constFind(at_);
+  if (span != tables_.columnSpan.cend()) out_.attribute(QStringLiteral("columnspan"), QString::number(*span));
+}
+
+void RichTextElementsWriter::writeRecord() {
+  out_.begin(QStringLiteral("compositedata"));
+  out_.attribute(QStringLiteral("type"), QString::number(kindOf(current())));
+  out_.base64(current().record);
+  out_.end();
+  ++at_;
+}
+
+}  // namespace lens
