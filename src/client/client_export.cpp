@@ -53,7 +53,7 @@ void ClientWindow::exportDxl(ExportRange range, const QString& path) {
     const QVector<quint32> notes = whole ? QVector<quint32>() : exportedNotes(range);
     if (!whole && notes.isEmpty()) return showError(tr("There are no documents to export"));
     importBar_->begin(ImportBar::Work::Export);
-    ImportWatch watch(importBar_);
+    ExportWatch watch(importBar_);
     const ExportProgress progress = [&](int done, int all) {
       count = all;
       return watch.go(path, done, all);

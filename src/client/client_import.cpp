@@ -6,6 +6,7 @@
 
 #include "client/client_window.h"
 #include "client/import_bar.h"
+#include "client/import_run.h"
 #include "client/report_dialog.h"
 #include "ui_client_window.h"
 
@@ -83,16 +84,9 @@ void ClientWindow::importDxl(const QStringList& filesOrFolders, bool intoNew) {
   if (!target) return;
   clearError();
   importBar_->begin(ImportBar::Work::Import);
-  ImportReport report;
-  ImportWatch watch(importBar_);
   const QPointer<ClientWindow> self(this);
-  try {
-    DxlImporter importer(*target->database);
-    importer.applyDatabaseProperties(target->isNew);  // an old database keeps its title and identity
-    importer.importFiles(paths, report, &watch);
-  } catch (const RuntimeError& error) {
-    report.failed.push_back(error.description());
-  }
+  // An old database keeps its title and identity.
+  const ImportReport report = runImport(target->database->path(), paths, target->isNew, importBar_);
   if (!self) return;  // destroyed by what ran meanwhile
   importBar_->finish();
   const bool removed = dropEmpty(*target);

@@ -8,7 +8,7 @@ namespace lens {
 namespace {
 
 constexpr int kSteps = 1000;
-constexpr int kYieldEvery = 40;  // milliseconds; more often would slow the import down
+constexpr int kYieldEvery = 40;  // milliseconds; more often would slow the export down
 
 }  // namespace
 
@@ -28,6 +28,7 @@ ImportBar::ImportBar(QWidget* parent)
   connect(cancel_, &QPushButton::clicked, this, [this] {
     cancelled_ = true;
     cancel_->setEnabled(false);
+    Q_EMIT cancelled();
   });
   hide();
 }
@@ -58,7 +59,7 @@ void ImportBar::showProgress(const QString& file, qint64 done, qint64 total) {
   bar_->setValue(total > 0 ? int(kSteps * (double(qBound<qint64>(0, done, total)) / double(total))) : 0);
 }
 
-bool ImportWatch::go(const QString& file, qint64 done, qint64 total) {
+bool ExportWatch::go(const QString& file, qint64 done, qint64 total) {
   if (!bar_) return false;
   if (sinceYield_.isValid() && sinceYield_.elapsed() < kYieldEvery) return !bar_->isCancelled();
   bar_->showProgress(file, done, total);

@@ -8,8 +8,6 @@
 #include <QPushButton>
 #include <QWidget>
 
-#include "embedded/dxl/dxl_importer.h"
-
 namespace lens {
 
 class ImportBar : public QWidget {
@@ -27,6 +25,9 @@ class ImportBar : public QWidget {
   Work work() const { return work_; }
   void showProgress(const QString& file, qint64 done, qint64 total);
 
+ Q_SIGNALS:
+  void cancelled();
+
  private:
   QLabel* file_;
   QProgressBar* bar_;
@@ -36,11 +37,12 @@ class ImportBar : public QWidget {
   bool cancelled_ = false;
 };
 
-// Lets events through while the importer or exporter works. What lost its window ends itself.
-class ImportWatch : public ImportProgress {
+// Lets events through while the exporter works, which reads only. An export that lost its window ends itself.
+class ExportWatch {
  public:
-  explicit ImportWatch(ImportBar* bar) : bar_(bar) {}
-  bool go(const QString& file, qint64 done, qint64 total) override;
+  explicit ExportWatch(ImportBar* bar) : bar_(bar) {}
+  // False when the export is to end.
+  bool go(const QString& file, qint64 done, qint64 total);
 
  private:
   QPointer<ImportBar> bar_;

@@ -64,6 +64,20 @@ TEST_F(Client, NamesTheFileThatFailedAndImportsTheOthers) {
   EXPECT_EQ(table().model()->rowCount(), 1);
 }
 
+TEST_F(Client, WhatIsSavedDuringAnImportIsNotUndoneWithIt) {
+  start();
+  openMail();
+  Note own;
+  own.add(u"Subject"_s, itemflag::Summary, textValue(u"Own"));
+  QTimer::singleShot(0, window.get(), [&] { mail->save(own); });
+  window->importDxl({dxlFile(u"cut.dxl"_s, 500, "<document>")});
+  EXPECT_TRUE(report().contains(u"cut.dxl"_s)) << report().toStdString();
+  EXPECT_EQ(mail->noteCount(noteclass::Document), 1);
+  Note stored;
+  ASSERT_TRUE(mail->read(own.header.id, stored));
+  EXPECT_EQ(stored.text(u"Subject"), u"Own"_s);
+}
+
 TEST_F(Client, NamesWhatWasKeptRaw) {
   start();
   openMail();

@@ -1,0 +1,74 @@
+// Importing DXL: one file is one transaction.
+#include <gtest/gtest.h>
+
+#include <QFile>
+
+#include "embedded/dxl/dxl_importer.h"
+#include "embedded/store/database.h"
+#include "piece_of_work.h"
+
+namespace lens::testing {
+namespace {
+
+constexpr int kFiles = 3;
+constexpr int kNotesOfAFile = 5;
+
+QString fileIn(const QString& directory) {
+  return directory + QStringLiteral("/target.nsf");
+}
+
+QString exportIn(const QString& directory, int number) {
+  return QStringLiteral("%1/in%2.dxl").arg(directory).arg(number);
+}
+
+void writeExport(const QString& path, int number) {
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write("<database xmlns='http://www.lotus.com/dxl'>");
+  for (int note = 0; note < kNotesOfAFile; ++note) {
+    file.write("<document><item name='File'><text>" + QByteArray::number(number) + "</text></item>");
+    file.write("<item name='Text' summary='false'><text>" + QByteArray(9000, 't') + "</text></item>");
+    file.write("<item name='$FILE' summary='true'><object><file name='a.bin' size='3000'><filedata>" +
+               QByteArray(3000, 'f').toBase64() + "</filedata></file></object></item></document>");
+  }
+  file.write("</database>");
+}
+
+const RegisterPiece importing(
+    {"ImportingFiles",
+     [](const QString& directory) {
+       Database::create(fileIn(directory), {});
+       for (int number = 0; number < kFiles; ++number) writeExport(exportIn(directory, number), number);
+     },
+     [](const QString& directory, const auto& stepDone) {
+       const auto database = Database::open(fileIn(directory));
+       DxlImporter importer(*database);
+       for (int number = 0; number < kFiles; ++number) {
+         ImportReport report;
+         importer.importFile(exportIn(directory, number), report);
+         // The importer tells of a file that failed and would go on with the next one.
+         if (!report.failed.isEmpty()) throw RuntimeError(enginefault::NotSaved, report.failed.first());
+         stepDone();
+       }
+     },
+     [](const QString& directory, int stepsDone) {
+       const auto database = Database::open(fileIn(directory));
+       QVector<int> notesOf(kFiles);
+       database->scan(noteclass::Document, [&](const Note& note) {
+         ++notesOf[note.text(u"File").toInt()];
+         FileObject file;
+         const Item* item = note.find(u"$FILE");
+         EXPECT_TRUE(item && readFileObject(item->data(), file) &&
+                     database->objectSize(file.objectId) == 3000);
+         EXPECT_EQ(note.text(u"Text").size(), 9000);
+         return true;
+       });
+       for (int number = 0; number < kFiles; ++number) {
+         const int expected = number < stepsDone ? kNotesOfAFile : 0;
+         EXPECT_TRUE(notesOf[number] == expected || (number == stepsDone && notesOf[number] == kNotesOfAFile))
+             << "file " << number << ": " << notesOf[number] << " notes";
+       }
+     }});
+
+}  // namespace
+}  // namespace lens::testing
