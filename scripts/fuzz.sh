@@ -25,6 +25,22 @@ seed_dxl() {
   grep -rhoE 'u"[a-z]{3,}"' src/embedded/dxl | sed 's/^u//' | sort -u >"$folder.dict"
 }
 
+# A labelled paragraph, runs of two fonts, an attachment, a table; records of all three widths.
+seed_rich_text() {
+  local folder=$1 number=0 hex
+  while read -r hex; do
+    number=$((number + 1))
+    printf '%b' "$(sed 's/../\\x&/g' <<<"$hex")" >"$folder/text$number"
+  done <<'END'
+016181028304010085FF17000101000A8E6E646572756E6773646174756D3A00
+810285FF0A000100000A616285FF0A000101000A636485FF09000100000A0000
+0162A9FF13000400000000000700413100622E630000AA02
+A30E000000000000000000000000A4040000A4040001A502
+D203AA0099FF0600BBCC7D0008000000DDEEDE02
+END
+  printf '"\\x81\\x02"\n"\\x85\\xFF"\n"\\xA9\\xFF"\n' >"$folder.dict"
+}
+
 # The sanitizer keeps freed memory for a while; a little of it, or the fuzzer takes that for a leak.
 export ASAN_OPTIONS="quarantine_size_mb=16:${ASAN_OPTIONS:-}"
 [ $# -gt 0 ] || set -- $(cd fuzz && ls ./*_fuzz.cpp | sed 's|^\./||; s|_fuzz\.cpp$||')

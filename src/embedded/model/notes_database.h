@@ -28,6 +28,11 @@ class NotesDatabase : public ModelObject {
 
   NotesDatabase(std::shared_ptr<OpenDatabase> database, Source source)
       : database_(std::move(database)), source_(source) {}
+  // Raises when the database is not open.
+  const std::shared_ptr<OpenDatabase>& opened() const {
+    store();
+    return database_;
+  }
   // The database that an object of it belongs to.
   static Value parentOf(const std::shared_ptr<OpenDatabase>& database);
 

@@ -27,38 +27,21 @@ bool readableNote(const Database& store, quint32 noteId, Note& note) {
 }
 
 Value NotesDocument::read(const std::shared_ptr<OpenDatabase>& database, quint32 noteId) {
-  auto open = std::make_shared<OpenNote>();
-  if (!readableNote(*database->store, noteId, open->note)) return nothing();
-  open->database = database;
-  return newObject<NotesDocument>(std::move(open));
+  Note note;
+  return readableNote(requireStore(*database), noteId, note) ? of(database, std::move(note)) : nothing();
 }
 
 Value NotesDocument::read(const std::shared_ptr<OpenDatabase>& database, const Unid& unid) {
+  Note note;
+  const Database& store = requireStore(*database);
+  return readable([&] { return store.read(unid, note); }) ? of(database, std::move(note)) : nothing();
+}
+
+Value NotesDocument::of(const std::shared_ptr<OpenDatabase>& database, Note note) {
   auto open = std::make_shared<OpenNote>();
-  if (!readable([&] { return database->store->read(unid, open->note); })) return nothing();
   open->database = database;
+  open->note = std::move(note);
   return newObject<NotesDocument>(std::move(open));
-}
-
-namespace {
-
-// One unit for one, as sameItemName compares.
-QString folded(QString name) {
-  for (QChar& c : name) c = c.toCaseFolded();
-  return name;
-}
-
-}  // namespace
-
-const Item* OpenNote::find(const QString& name) const {
-  constexpr qsizetype kManyItems = 32;
-  if (name.isEmpty()) return nullptr;
-  if (note.items.size() < kManyItems) return note.find(name);
-  if (places_.isEmpty())
-    for (qsizetype place = note.items.size() - 1; place >= 0; --place)
-      places_[folded(note.items[place].name)] = place;
-  const auto found = places_.constFind(folded(name));
-  return found == places_.cend() ? nullptr : &note.items[*found];
 }
 
 const MemberTable& NotesDocument::members() const {
@@ -73,8 +56,19 @@ const MemberTable& NotesDocument::members() const {
       method<&NotesDocument::itemValue>(u"GETITEMVALUE", 1, 1),
       method<&NotesDocument::attachment>(u"GETATTACHMENT", 1, 1),
       method<&NotesDocument::mimeEntity>(u"GETMIMEENTITY", 0, 1),
+      method<&NotesDocument::replaceItemValue>(u"REPLACEITEMVALUE", 2, 2),
+      method<&NotesDocument::createRichTextItem>(u"CREATERICHTEXTITEM", 1, 1),
+      method<&NotesDocument::removeItem>(u"RemoveItem", 1, 1),
+      method<&NotesDocument::save>(u"SAVE", 2, 3),
+      method<&NotesDocument::copyToDatabase>(u"COPYTODATABASE", 1, 1),
+      method<&NotesDocument::remove>(u"Remove", 1, 1),
+      method<&NotesDocument::removePermanently>(u"REMOVEPERMANENTLY", 1, 1),
   };
   return table;
+}
+
+void NotesDocument::allow(const Member&) {
+  open_->requirePresent();
 }
 
 Value NotesDocument::noteId() {
@@ -85,11 +79,12 @@ Value NotesDocument::universalId() {
   return open_->note.header.unid.text();
 }
 
+// A fixed list: what a program adds or removes while it walks over it changes nothing in it.
 Value NotesDocument::items() {
   QVector<Value> items;
   items.reserve(open_->note.items.size());
   for (qsizetype place = 0; place < open_->note.items.size(); ++place)
-    items.push_back(NotesItem::at(open_, place));
+    items.push_back(NotesItem::of(open_, open_->numberAt(place)));
   return Value::array(std::move(items));
 }
 
@@ -98,8 +93,9 @@ Value NotesDocument::parentDatabase() {
 }
 
 Value NotesDocument::hasEmbedded() {
-  for (const Item& item : open_->note.items)
-    if (item.type() == itemtype::Object) return true;
+  FileObject file;
+  for (const Item& item : std::as_const(open_->note).items)
+    if (readAttachedFile(item, file)) return true;
   return false;
 }
 
@@ -111,7 +107,8 @@ Value NotesDocument::hasItem(const Arguments& arguments) {
 Value NotesDocument::firstItem(const Arguments& arguments) {
   const QString name = arguments[0].text();
   const Item* item = open_->find(name);
-  return item ? NotesItem::at(open_, item - open_->note.items.constData()) : nothing();
+  if (!item) return nothing();
+  return NotesItem::of(open_, open_->numberAt(item - std::as_const(open_->note).items.constData()));
 }
 
 Value NotesDocument::itemValue(const Arguments& arguments) {
@@ -121,14 +118,9 @@ Value NotesDocument::itemValue(const Arguments& arguments) {
 }
 
 Value NotesDocument::attachment(const Arguments& arguments) {
-  const QString name = arguments[0].text();
-  for (const Item& item : open_->note.items) {
-    FileObject file;
-    if (item.type() == itemtype::Object && readFileObject(item.data(), file) &&
-        file.name.compare(name, Qt::CaseInsensitive) == 0)
-      return newObject<NotesEmbeddedObject>(open_->database, file);
-  }
-  return nothing();
+  FileObject file;
+  if (!findAttachedFile(open_->note, arguments[0].text(), file)) return nothing();
+  return newObject<NotesEmbeddedObject>(open_, file);
 }
 
 // The document's first entity, whatever item is meant.

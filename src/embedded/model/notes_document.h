@@ -1,26 +1,11 @@
-// NotesDocument: a note with its items, as it was stored when the object was made.
+// NotesDocument: a note with its items, as it was stored when the object was made, and what a program has
+// changed since then.
 #pragma once
 
-#include <QHash>
-
 #include "embedded/model/member_table.h"
-#include "embedded/model/model_context.h"
+#include "embedded/model/open_note.h"
 
 namespace lens {
-
-// What a document and the objects of its items share. An item object means a place in it.
-struct OpenNote {
-  std::shared_ptr<OpenDatabase> database;
-  Note note;
-
-  // First item of that name, null for none and for an empty name. A note of many items is indexed by
-  // name at the first call, so that a walk over all of them by name stays linear; whoever changes the
-  // items has to drop that index.
-  const Item* find(const QString& name) const;
-
- private:
-  mutable QHash<QString, qsizetype> places_;  // by folded name
-};
 
 // Reads a live note; false when there is none of that ID, or when it is damaged.
 bool readableNote(const Database& store, quint32 noteId, Note& note);
@@ -30,12 +15,16 @@ class NotesDocument : public ModelObject {
   // Reads the stored state; nothing when there is no readable note.
   static Value read(const std::shared_ptr<OpenDatabase>& database, quint32 noteId);
   static Value read(const std::shared_ptr<OpenDatabase>& database, const Unid& unid);
+  // An object for a note that was just read or saved.
+  static Value of(const std::shared_ptr<OpenDatabase>& database, Note note);
 
   explicit NotesDocument(std::shared_ptr<OpenNote> note) : open_(std::move(note)) {}
   quint32 noteNumber() const { return open_->note.header.id; }
 
  protected:
   const MemberTable& members() const override;
+  // A document that was removed has no members any more.
+  void allow(const Member& member) override;
 
  private:
   Value noteId();
@@ -48,6 +37,13 @@ class NotesDocument : public ModelObject {
   Value itemValue(const Arguments& arguments);
   Value attachment(const Arguments& arguments);
   Value mimeEntity(const Arguments& arguments);
+  Value replaceItemValue(const Arguments& arguments);
+  Value createRichTextItem(const Arguments& arguments);
+  Value removeItem(const Arguments& arguments);
+  Value save(const Arguments& arguments);
+  Value copyToDatabase(const Arguments& arguments);
+  Value remove(const Arguments& arguments);
+  Value removePermanently(const Arguments& arguments);
 
   std::shared_ptr<OpenNote> open_;
 };

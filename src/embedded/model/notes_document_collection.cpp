@@ -22,6 +22,7 @@ const MemberTable& NotesDocumentCollection::members() const {
       property<&NotesDocumentCollection::firstDocument>(u"GETFIRSTDOCUMENT"),
       method<&NotesDocumentCollection::nextDocument>(u"GETNEXTDOCUMENT", 1, 1),
       method<&NotesDocumentCollection::nthDocument>(u"GETNTHDOCUMENT", 1, 1),
+      method<&NotesDocumentCollection::removeAll>(u"REMOVEALL", 1, 1),
   };
   return table;
 }
@@ -54,10 +55,26 @@ Value NotesDocumentCollection::nthDocument(const Arguments& arguments) {
   if (position < 1 || position > noteIds_.size()) return nothing();
   const Value found = NotesDocument::read(database_, noteIds_[position - 1]);
   if (!found.object())
-    throw RuntimeError(modelfault::NoSuchDocument, QStringLiteral("%1: document %2 of the collection is gone")
-                                                       .arg(database_->store->path())
-                                                       .arg(position));
+    throw RuntimeError(
+        modelfault::NoSuchDocument,
+        QStringLiteral("%1: document %2 of the collection is gone").arg(database_->place.path).arg(position));
   return found;
+}
+
+// All of them or, after a failure, none: a half emptied collection would be worse than a full one. What
+// somebody else removed already is no failure.
+Value NotesDocumentCollection::removeAll(const Arguments& arguments) {
+  arguments[0].boolean();
+  Database& store = requireStore(*database_);
+  {
+    Database::Transaction transaction(store);
+    for (const quint32 id : std::as_const(noteIds_)) store.remove(id);
+    transaction.commit();
+  }
+  noteIds_.clear();
+  places_.clear();
+  tellChanged(*database_);
+  return {};
 }
 
 }  // namespace lens

@@ -20,6 +20,7 @@ class NotesDocumentCollection : public ModelObject {
   Value firstDocument();
   Value nextDocument(const Arguments& arguments);
   Value nthDocument(const Arguments& arguments);
+  Value removeAll(const Arguments& arguments);
   Value readableFrom(qsizetype place) const;
 
   std::shared_ptr<OpenDatabase> database_;

@@ -3,7 +3,8 @@
 namespace lens {
 namespace {
 
-constexpr int kAttachment = 1454;
+constexpr int kAttachment = 1454, kOleObject = 1453;
+constexpr quint16 kOleHost = 0x0100;
 
 }  // namespace
 
@@ -17,24 +18,30 @@ const MemberTable& NotesEmbeddedObject::members() const {
   return table;
 }
 
+void NotesEmbeddedObject::allow(const Member&) {
+  open_->requirePresent();
+}
+
 Value NotesEmbeddedObject::name() {
   return file_.name;
 }
 
 Value NotesEmbeddedObject::type() {
-  return kAttachment;
+  return file_.hostType == kOleHost ? kOleObject : kAttachment;
 }
 
 // The stored bytes count; the item says the size only where the object itself is missing.
 Value NotesEmbeddedObject::fileSize() {
-  const qint64 stored = database_->store->objectSize(file_.objectId);
+  const qint64 stored = requireStore(*open_->database).objectSize(file_.objectId);
   return Value(stored >= 0 ? stored : qint64(file_.size));
 }
 
 Value NotesEmbeddedObject::extractFile(const Arguments& arguments) {
   const QString path = arguments[0].text();
-  if (path.isEmpty()) throw RuntimeError(err::PathFileAccess);
-  database_->store->extractObject(file_.objectId, path);
+  if (path.isEmpty())
+    throw RuntimeError(err::PathFileAccess,
+                       QStringLiteral("\"%1\" needs a file to be extracted to").arg(file_.name));
+  requireStore(*open_->database).extractObject(file_.objectId, path);
   return {};
 }
 

@@ -2,17 +2,19 @@
 #pragma once
 
 #include "embedded/model/member_table.h"
-#include "embedded/model/model_context.h"
+#include "embedded/model/open_note.h"
 
 namespace lens {
 
 class NotesEmbeddedObject : public ModelObject {
  public:
-  NotesEmbeddedObject(std::shared_ptr<OpenDatabase> database, FileObject file)
-      : database_(std::move(database)), file_(std::move(file)) {}
+  // Keeps the document, since a file that was just attached lives with it until it is saved.
+  NotesEmbeddedObject(std::shared_ptr<OpenNote> note, FileObject file)
+      : open_(std::move(note)), file_(std::move(file)) {}
 
  protected:
   const MemberTable& members() const override;
+  void allow(const Member& member) override;
 
  private:
   Value name();
@@ -20,7 +22,7 @@ class NotesEmbeddedObject : public ModelObject {
   Value fileSize();
   Value extractFile(const Arguments& arguments);
 
-  std::shared_ptr<OpenDatabase> database_;
+  std::shared_ptr<OpenNote> open_;
   FileObject file_;
 };
 

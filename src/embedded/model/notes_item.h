@@ -1,16 +1,17 @@
-// NotesItem: one item, by its place in the document, so that two items of one name are two objects.
+// NotesItem: one item, by its place in the document, so that two items of one name are two objects and an
+// item whose value is replaced stays the same one.
 #pragma once
 
 #include "embedded/model/member_table.h"
-#include "embedded/model/notes_document.h"
+#include "embedded/model/open_note.h"
 
 namespace lens {
 
 class NotesItem : public ModelObject {
  public:
-  // An object for the item at that place: a rich text item where its type says so.
-  static Value at(const std::shared_ptr<OpenNote>& note, qsizetype place);
-  NotesItem(std::shared_ptr<OpenNote> note, qsizetype place) : open_(std::move(note)), place_(place) {}
+  // An object for the item of that number: a rich text item where its type says so.
+  static Value of(const std::shared_ptr<OpenNote>& note, quint32 number);
+  NotesItem(std::shared_ptr<OpenNote> note, quint32 number) : open_(std::move(note)), number_(number) {}
 
   // The values of an item as the model gives them: rich text is an array with its plain text.
   static Value valuesOf(const Item& item);
@@ -20,8 +21,12 @@ class NotesItem : public ModelObject {
 
  protected:
   const MemberTable& members() const override;
+  // An item that was removed, or whose document was, has no members any more.
+  void allow(const Member& member) override;
   static const MemberTable& itemMembers();
-  const Item& item() const { return open_->note.items[place_]; }
+  const std::shared_ptr<OpenNote>& open() const { return open_; }
+  quint32 number() const { return number_; }
+  Item& item() const { return open_->item(number_); }
 
  private:
   Value name();
@@ -32,10 +37,17 @@ class NotesItem : public ModelObject {
   Value isEncrypted();
   Value isSigned();
   Value isProtected();
+  Value isReaders();
+  void setSummary(const Value& on);
+  void setEncrypted(const Value& on);
+  void setSigned(const Value& on);
+  void setProtected(const Value& on);
+  void setReaders(const Value& on);
   Value flag(quint16 bit) const { return bool(item().flags & bit); }
+  void setFlag(quint16 bit, bool on);
 
   std::shared_ptr<OpenNote> open_;
-  qsizetype place_;
+  quint32 number_;
 };
 
 }  // namespace lens

@@ -5,15 +5,29 @@
 
 namespace lens {
 
+class RichText;
+
 class NotesRichTextItem : public NotesItem {
  public:
   using NotesItem::NotesItem;
+
+  // What the item holds now; raises once it holds a plain value or is removed. Changes stay in memory until
+  // the document is saved.
+  RichText richText() const;
+  void setRichText(const RichText& text);
 
  protected:
   const MemberTable& members() const override;
 
  private:
   Value formattedText(const Arguments& arguments);
+  Value appendText(const Arguments& arguments);
+  Value embedObject(const Arguments& arguments);
+  Value embeddedObjects();
+  Value compact();
+  Value createNavigator();
+  Value createRange();
+  std::shared_ptr<NotesRichTextItem> self();
 };
 
 }  // namespace lens

@@ -8,8 +8,6 @@ namespace lens::richrecord {
 namespace {
 
 constexpr quint16 kFileHotspot = 4;
-// Font and text of one record, at most; with the header its length stays even.
-constexpr qsizetype kLongestData = 0xFFFE - 4;
 
 enum class Width { Byte, Word, Double };
 
@@ -65,9 +63,9 @@ QString takeTerminated(QByteArrayView& bytes) {
 }
 
 void readText(QByteArrayView data, RichElement& element) {
-  if (data.size() < 4) return;
+  if (data.size() < kFontSize) return;
   element.font = {quint8(data[0]), quint8(data[1]), quint8(data[2]), quint8(data[3])};
-  const QByteArrayView text = data.sliced(4);
+  const QByteArrayView text = data.sliced(kFontSize);
   const bool onlyBreak = text.size() == 1 && text[0] == '\0';
   element.kind = onlyBreak ? RichElement::Kind::Break : RichElement::Kind::Text;
   if (!onlyBreak) element.text = withLineFeeds(fromLmbcs(text));
@@ -157,6 +155,10 @@ qsizetype wholeLength(QByteArrayView bytes) {
   if (width == Width::Word) length = reader.u16();
   if (width == Width::Double) length = reader.u32();
   return length < header || length > bytes.size() ? 0 : length;
+}
+
+QByteArrayView textData(QByteArrayView record) {
+  return record.sliced(headerSize(Width::Word));
 }
 
 RichElement read(QByteArrayView record) {

@@ -10,8 +10,15 @@ inline constexpr quint8 Paragraph = 129, ParagraphDefinition = 130, ParagraphRef
                         HotspotBegin = 169, HotspotEnd = 170, NestedTableBegin = 207, NestedTableCell = 208,
                         NestedTableEnd = 209;
 
+// A text record's data: a font, then the text. At most so many bytes; with the header its length stays even.
+inline constexpr qsizetype kFontSize = 4;
+inline constexpr qsizetype kLongestData = 0xFFFE - 4;
+
 // Length of the record that the bytes begin with, header included; 0 when it is not there as a whole.
 qsizetype wholeLength(QByteArrayView bytes);
+
+// Font and text of a text record; a view into it.
+QByteArrayView textData(QByteArrayView record);
 
 // Reads one whole record; whatever is not known or too short for its fields becomes Raw.
 RichElement read(QByteArrayView record);

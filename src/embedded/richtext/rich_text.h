@@ -69,9 +69,13 @@ class RichText {
   // A whole record with header and right length, without pad byte; raises 5 for anything else.
   void appendRaw(const QByteArray& record);
 
-  // Replaces a text wherever it stands within a paragraph, also across changes of font; the new text
-  // takes the font where the old one began. Returns how often. An empty search text finds nothing.
-  int replaceAll(const QString& search, const QString& replacement, Qt::CaseSensitivity cs);
+  // Replaces a text wherever it stands within a paragraph, also across changes of font, at most so many
+  // times; the new text takes the font where the old one began and is not searched again. Returns how
+  // often. An empty search text finds nothing.
+  int replace(const QString& search, const QString& replacement, Qt::CaseSensitivity cs, int most);
+  // Joins text records of one font that stand side by side, as they are left behind by replacements.
+  // No character changes. False when there was nothing to join.
+  bool compact();
 
   // Plain text: a line per paragraph and break, lines parted by CR LF; attachments, links and
   // pictures leave no text.

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "embedded/store/attachment_name.h"
 #include "embedded/store/lmbcs.h"
 #include "embedded/store/note.h"
 
@@ -249,7 +250,8 @@ bool readFileObject(QByteArrayView data, FileObject& file) {
   read.modified = reader.time();
   const QByteArrayView name = reader.take(nameLength);
   if (reader.failed()) return false;
-  read.name = fromLmbcs(name);
+  // Whoever wrote the value, its name leads to no other directory.
+  read.name = attachmentName(fromLmbcs(name));
   file = read;
   return true;
 }

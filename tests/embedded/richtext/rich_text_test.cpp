@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QRandomGenerator>
+#include <limits>
 
 #include "embedded/store/lmbcs.h"
 #include "notes/runtime_error.h"
@@ -11,6 +12,8 @@ namespace lens {
 namespace {
 
 using Kind = RichElement::Kind;
+
+constexpr int kAll = std::numeric_limits<int>::max();
 
 QByteArray hex(const char* digits) {
   return QByteArray::fromHex(digits);
@@ -146,7 +149,7 @@ TEST(RichTextReader, RandomBytesRoundTrip) {
     complete += text.complete() ? 1 : 0;
     ASSERT_EQ(text.toBytes(), bytes) << bytes.toHex().constData();
     text.formattedText(true, 5);
-    text.replaceAll(QStringLiteral("a"), QStringLiteral("bb"), Qt::CaseInsensitive);
+    text.replace(QStringLiteral("a"), QStringLiteral("bb"), Qt::CaseInsensitive, kAll);
   }
   EXPECT_GT(complete, 0);
 }
@@ -340,7 +343,7 @@ TEST(RichTextReplace, FindsTextAcrossChangesOfFont) {
   RichText text;
   text.appendText(QStringLiteral("old na"), {1, 0, 0, 10});
   text.appendText(QStringLiteral("me here"), {1, 1, 0, 10});
-  EXPECT_EQ(text.replaceAll(QStringLiteral("NAME"), QStringLiteral("title"), Qt::CaseInsensitive), 1);
+  EXPECT_EQ(text.replace(QStringLiteral("NAME"), QStringLiteral("title"), Qt::CaseInsensitive, kAll), 1);
   EXPECT_EQ(text.elements()[1].text, QStringLiteral("old title"));
   EXPECT_EQ(text.elements()[2].text, QStringLiteral(" here"));
   EXPECT_EQ(text.elements()[2].font.attributes, 1);
@@ -352,25 +355,25 @@ TEST(RichTextReplace, DoesNotReachOverParagraphs) {
   text.appendText(QStringLiteral("ab"));
   text.beginParagraph();
   text.appendText(QStringLiteral("cd"));
-  EXPECT_EQ(text.replaceAll(QStringLiteral("bc"), QStringLiteral("x"), Qt::CaseSensitive), 0);
+  EXPECT_EQ(text.replace(QStringLiteral("bc"), QStringLiteral("x"), Qt::CaseSensitive, kAll), 0);
 }
 
 TEST(RichTextReplace, ReplacementIsNotSearchedAgain) {
   RichText text = lines(QStringLiteral("aaa"));
-  EXPECT_EQ(text.replaceAll(QStringLiteral("a"), QStringLiteral("aa"), Qt::CaseSensitive), 3);
+  EXPECT_EQ(text.replace(QStringLiteral("a"), QStringLiteral("aa"), Qt::CaseSensitive, kAll), 3);
   EXPECT_EQ(text.plainText(), QStringLiteral("aaaaaa"));
 }
 
 TEST(RichTextReplace, RunThatBecomesEmptyGoesAway) {
   RichText text = lines(QStringLiteral("gone"));
-  EXPECT_EQ(text.replaceAll(QStringLiteral("gone"), QString(), Qt::CaseSensitive), 1);
+  EXPECT_EQ(text.replace(QStringLiteral("gone"), QString(), Qt::CaseSensitive, kAll), 1);
   EXPECT_EQ(text.toBytes(), hex("8102"));
 }
 
 TEST(RichTextReplace, WithoutAHitTheBytesStay) {
   RichText text = RichText::fromBytes(hex("8102 85FF0B00 0100000A 610D62 77"));
-  EXPECT_EQ(text.replaceAll(QStringLiteral("z"), QStringLiteral("y"), Qt::CaseSensitive), 0);
-  EXPECT_EQ(text.replaceAll(QString(), QStringLiteral("y"), Qt::CaseSensitive), 0);
+  EXPECT_EQ(text.replace(QStringLiteral("z"), QStringLiteral("y"), Qt::CaseSensitive, kAll), 0);
+  EXPECT_EQ(text.replace(QString(), QStringLiteral("y"), Qt::CaseSensitive, kAll), 0);
   EXPECT_EQ(text.toBytes(), hex("8102 85FF0B00 0100000A 610D62 77"));
 }
 

@@ -1,0 +1,77 @@
+#include "embedded/model/attaching.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSet>
+#include <limits>
+
+#include "embedded/store/attachment_name.h"
+#include "embedded/store/lmbcs.h"
+
+namespace lens {
+namespace {
+
+constexpr quint16 kShownInDocument = 2;
+
+[[noreturn]] void refuse(int number, const QString& path, const QString& reason) {
+  throw RuntimeError(number,
+                     QStringLiteral("%1: %2").arg(path.isEmpty() ? QStringLiteral("\"\"") : path, reason));
+}
+
+void openFile(QFile& file) {
+  const QString path = file.fileName();
+  const QFileInfo info(path);
+  if (path.isEmpty() || !info.exists())
+    refuse(err::FileNotFound, path, QStringLiteral("the file to attach does not exist"));
+  if (!info.isFile()) refuse(err::PathFileAccess, path, QStringLiteral("this is no file"));
+  if (info.size() > std::numeric_limits<quint32>::max())
+    refuse(err::Overflow, path, QStringLiteral("the file is larger than an attachment can be"));
+  if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    refuse(err::PathFileAccess, path, QStringLiteral("the file cannot be read (%1)").arg(file.errorString()));
+}
+
+TimeDate timeOf(const QDateTime& moment) {
+  return timeDateOf(DateTime{moment.toLocalTime().date(), moment.toLocalTime().time()});
+}
+
+// Names as the stored text can hold them.
+QString storable(const QString& name) {
+  return fromLmbcs(toLmbcs(name));
+}
+
+}  // namespace
+
+QString freeAttachmentName(const Note& note, const QString& fileName) {
+  const QString wanted = attachmentName(storable(fileName));
+  QSet<QString> taken;
+  FileObject file;
+  for (const Item& item : note.items)
+    if (readAttachedFile(item, file)) taken.insert(file.name.toCaseFolded());
+  if (!taken.contains(wanted.toCaseFolded())) return wanted;
+  const QString suffix = QFileInfo(wanted).suffix();
+  for (int number = 1;; ++number) {
+    QString name = QStringLiteral("ATT%1").arg(number, 5, 10, QLatin1Char('0'));
+    if (!suffix.isEmpty()) name += u'.' + suffix;
+    if (!taken.contains(name.toCaseFolded())) return name;
+  }
+}
+
+FileObject attachFile(OpenNote& open, const QString& path, RichText& text) {
+  QFile source(path);
+  openFile(source);
+  const QFileInfo info(path);
+  FileObject file;
+  file.name = freeAttachmentName(open.note, info.fileName());
+  file.flags = kShownInDocument;
+  file.created = timeOf(info.birthTime().isValid() ? info.birthTime() : info.lastModified());
+  file.modified = timeOf(info.lastModified());
+  text.appendAttachment(file.name, attachmentName(storable(info.fileName())));
+  fileObjectValue(file);  // raises for a name that no item can hold, before anything is stored
+  const Database::StoredObject stored = open.storeObject(source);
+  file.objectId = stored.id;
+  file.size = quint32(stored.size);
+  open.add({QStringLiteral("$FILE"), itemflag::Summary, fileObjectValue(file)});
+  return file;
+}
+
+}  // namespace lens

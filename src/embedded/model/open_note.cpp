@@ -1,0 +1,165 @@
+#include "embedded/model/open_note.h"
+
+#include <algorithm>
+
+namespace lens {
+namespace {
+
+constexpr quint16 kSetByForms = itemflag::Sign | itemflag::Seal | itemflag::Summary | itemflag::Protected;
+
+// One unit for one, as sameItemName compares.
+QString folded(QString name) {
+  for (QChar& c : name) c = c.toCaseFolded();
+  return name;
+}
+
+void requireName(const OpenNote& open, const QString& name) {
+  if (name.isEmpty())
+    throw RuntimeError(err::InvalidCall,
+                       QStringLiteral("%1: an item needs a name").arg(open.database->place.path));
+}
+
+void requireReplaceable(const OpenNote& open, const Item& item) {
+  const bool object = item.type() == itemtype::Object;
+  if (!object && item.type() != itemtype::NoteRefs) return;
+  throw RuntimeError(
+      modelfault::ItemRefused,
+      QStringLiteral("%1: the item \"%2\" %3 and cannot become a plain value")
+          .arg(open.database->place.path, item.name.left(64),
+               object ? QStringLiteral("holds an attachment") : QStringLiteral("refers to other documents")));
+}
+
+}  // namespace
+
+Database& requireStore(const OpenDatabase& database) {
+  if (!database.store)
+    throw RuntimeError(modelfault::DatabaseClosed,
+                       QStringLiteral("%1: the database is not open").arg(database.place.path));
+  return *database.store;
+}
+
+void tellChanged(const OpenDatabase& database) {
+  database.context->workspace->notifyChanged(database.place);
+}
+
+bool readAttachedFile(const Item& item, FileObject& file) {
+  return item.type() == itemtype::Object && readFileObject(item.data(), file);
+}
+
+bool findAttachedFile(const Note& note, const QString& name, FileObject& file) {
+  for (const Item& item : note.items)
+    if (readAttachedFile(item, file) && file.name.compare(name, Qt::CaseInsensitive) == 0) return true;
+  return false;
+}
+
+void OpenNote::requirePresent() const {
+  if (removed)
+    throw RuntimeError(modelfault::NoSuchDocument,
+                       QStringLiteral("%1: document %2 was removed")
+                           .arg(database->place.path, QString::number(note.header.id, 16).toUpper()));
+}
+
+void OpenNote::count() const {
+  while (numbers_.size() < note.items.size()) numbers_.push_back(next_++);
+}
+
+quint32 OpenNote::numberAt(qsizetype place) const {
+  count();
+  return numbers_[place];
+}
+
+qsizetype OpenNote::placeOf(quint32 number) const {
+  const auto found = std::lower_bound(numbers_.cbegin(), numbers_.cend(), number);
+  return found != numbers_.cend() && *found == number ? found - numbers_.cbegin() : -1;
+}
+
+Item& OpenNote::item(quint32 number) {
+  const qsizetype place = placeOf(number);
+  if (place < 0)
+    throw RuntimeError(
+        modelfault::ItemRemoved,
+        QStringLiteral("%1: the item was removed from its document").arg(database->place.path));
+  return note.items[place];
+}
+
+void OpenNote::index() const {
+  if (!names_.isEmpty()) return;
+  count();
+  for (qsizetype place = note.items.size() - 1; place >= 0; --place) {
+    Named& named = names_[folded(note.items[place].name)];
+    named.first = numbers_[place];
+    ++named.count;
+  }
+}
+
+const Item* OpenNote::find(const QString& name) const {
+  constexpr qsizetype kManyItems = 32;
+  if (name.isEmpty()) return nullptr;
+  if (names_.isEmpty() && note.items.size() < kManyItems) return note.find(name);
+  index();
+  const auto found = names_.constFind(folded(name));
+  return found == names_.cend() ? nullptr : &note.items[placeOf(found->first)];
+}
+
+quint32 OpenNote::add(Item item) {
+  requireName(*this, item.name);
+  index();
+  const quint32 number = next_++;
+  Named& named = names_[folded(item.name)];
+  if (named.count++ == 0) named.first = number;
+  note.items.push_back(std::move(item));
+  numbers_.push_back(number);
+  return number;
+}
+
+quint32 OpenNote::replace(const QString& name, QByteArray value) {
+  requireName(*this, name);
+  index();
+  const Named named = names_.value(folded(name));
+  if (named.count == 0) return add({name, itemflag::Summary, std::move(value)});
+  const qsizetype first = placeOf(named.first);
+  qsizetype left = named.count;
+  for (qsizetype place = first; left > 0; ++place) {
+    const Item& present = std::as_const(note).items[place];
+    if (place != first && !sameItemName(present.name, name)) continue;
+    requireReplaceable(*this, present);
+    --left;
+  }
+  if (named.count > 1) removeOthers(name, first);
+  Item& item = note.items[first];
+  item.value = std::move(value);
+  item.flags &= kSetByForms;
+  return named.first;
+}
+
+void OpenNote::removeOthers(const QString& name, qsizetype first) {
+  QVector<Item>& items = note.items;
+  qsizetype kept = first + 1;
+  for (qsizetype place = first + 1; place < items.size(); ++place) {
+    if (sameItemName(items[place].name, name)) continue;
+    if (kept != place) items[kept] = std::move(items[place]);
+    numbers_[kept++] = numbers_[place];
+  }
+  items.resize(kept);
+  numbers_.resize(kept);
+  names_[folded(name)].count = 1;
+}
+
+void OpenNote::removeFirst(const QString& name) {
+  if (!find(name)) return;
+  index();
+  const auto named = names_.find(folded(name));
+  const qsizetype place = placeOf(named->first);
+  note.items.removeAt(place);
+  numbers_.removeAt(place);
+  if (--named->count == 0) {
+    names_.erase(named);
+    return;
+  }
+  // The next item of the name is the first one now.
+  qsizetype next = place;
+  while (!sameItemName(std::as_const(note).items[next].name, name)) ++next;
+  named->first = numbers_[next];
+}
+
+}  // namespace lens

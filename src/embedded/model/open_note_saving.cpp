@@ -1,0 +1,127 @@
+// What an open document does to its database.
+#include <algorithm>
+
+#include "embedded/model/open_note.h"
+
+namespace lens {
+namespace {
+
+quint32 objectOf(const Item& item) {
+  FileObject file;
+  return readAttachedFile(item, file) ? file.objectId : 0;
+}
+
+bool sameTime(const TimeDate& a, const TimeDate& b) {
+  return a.innards[0] == b.innards[0] && a.innards[1] == b.innards[1];
+}
+
+[[noreturn]] void raiseGone(const Database& store, const NoteHeader& header) {
+  throw RuntimeError(modelfault::NoSuchDocument,
+                     QStringLiteral("%1: document %2 is no longer there")
+                         .arg(store.path(), QString::number(header.id, 16).toUpper()));
+}
+
+// Whether the stored note is another state than the one that the header tells; raises when it is gone.
+bool changedSince(const Database& store, const NoteHeader& header) {
+  Note stored;
+  if (!store.read(header.id, stored)) raiseGone(store, header);
+  return stored.header.sequence != header.sequence ||
+         !sameTime(stored.header.sequenceTime, header.sequenceTime);
+}
+
+[[noreturn]] void raiseChanged(const Database& store, const NoteHeader& header) {
+  throw RuntimeError(modelfault::ChangedMeanwhile,
+                     QStringLiteral("%1: document %2 was changed by somebody else since it was read")
+                         .arg(store.path(), QString::number(header.id, 16).toUpper()));
+}
+
+void setItem(Note& note, const QString& name, QByteArray value) {
+  if (Item* const present = note.find(name))
+    present->value = std::move(value);
+  else
+    note.add(name, itemflag::Summary, std::move(value));
+}
+
+// A new note that answers the one it came from.
+void makeConflict(Note& note) {
+  NoteHeader header;
+  header.noteClass = note.header.noteClass;
+  header.parent = note.header.unid;
+  note.header = header;
+  setItem(note, QStringLiteral("$REF"), noteRefsValue({header.parent.text()}));
+  setItem(note, QStringLiteral("$Conflict"), textValue(u""));
+}
+
+}  // namespace
+
+OpenNote::~OpenNote() {
+  if (!database || !database->store) return;
+  for (const quint32 object : std::as_const(unsaved_)) {
+    try {
+      database->store->removeObject(object);
+    } catch (const RuntimeError&) {
+      // Nothing refers to it; whoever compacts the database finds it.
+    }
+  }
+}
+
+Database::StoredObject OpenNote::storeObject(QIODevice& source) {
+  const Database::StoredObject object = requireStore(*database).addObject(source);
+  unsaved_.push_back(object.id);
+  return object;
+}
+
+// A compaction between attaching and saving takes what no document refers to yet.
+void OpenNote::requireObjects() const {
+  if (unsaved_.isEmpty()) return;
+  const Database& store = requireStore(*database);
+  for (const Item& item : note.items) {
+    const quint32 object = objectOf(item);
+    if (unsaved_.contains(object) && store.objectSize(object) < 0)
+      throw RuntimeError(
+          enginefault::NotSaved,
+          QStringLiteral("%1: the document was not saved (an attached file is gone from the database)")
+              .arg(store.path()));
+  }
+}
+
+void OpenNote::forgetSavedObjects() {
+  if (unsaved_.isEmpty()) return;
+  for (const Item& item : std::as_const(note).items) unsaved_.removeAll(objectOf(item));
+}
+
+void OpenNote::save(bool force, bool asResponse) {
+  Database& store = requireStore(*database);
+  Note written = note;
+  {
+    Database::Transaction transaction(store);
+    requireObjects();
+    if (!force && written.header.id != 0 && changedSince(store, written.header)) {
+      if (!asResponse) raiseChanged(store, written.header);
+      makeConflict(written);
+    }
+    store.save(written);
+    transaction.commit();
+  }
+  count();
+  note = std::move(written);
+  // A conflict may have two more items, at the end.
+  if (numbers_.size() < note.items.size()) names_.clear();
+  count();
+  forgetSavedObjects();
+  tellChanged(*database);
+}
+
+void OpenNote::erase(bool force, bool leaveStub) {
+  Database& store = requireStore(*database);
+  {
+    Database::Transaction transaction(store);
+    if (!force && changedSince(store, note.header)) raiseChanged(store, note.header);
+    if (!store.remove(note.header.id, leaveStub)) raiseGone(store, note.header);
+    transaction.commit();
+  }
+  removed = true;
+  tellChanged(*database);
+}
+
+}  // namespace lens

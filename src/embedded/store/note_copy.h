@@ -1,0 +1,16 @@
+// A note with everything that belongs to it, from one database into another.
+#pragma once
+
+#include "embedded/store/database.h"
+
+namespace lens {
+
+// Raised when the target holds its one note of that class already.
+inline constexpr int kSecondSingleNote = 4113;
+
+// Saves a copy as a new note with a new UNID and note ID; class, parent, items and their order stay. Its
+// attachments are copied piece by piece. All or nothing: a failure leaves the target as it was. A database
+// has one icon note and one ACL note, so a second one is refused.
+Note copyNote(const Note& note, const Database& source, Database& target);
+
+}  // namespace lens

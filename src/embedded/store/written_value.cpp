@@ -1,0 +1,89 @@
+#include "embedded/store/written_value.h"
+
+#include "embedded/store/item_value.h"
+
+namespace lens {
+namespace {
+
+[[noreturn]] void refuse(int number, const QString& reason) {
+  throw RuntimeError(number, reason);
+}
+
+// Line ends of every kind are one NUL in stored text.
+QString storedLines(QString text) {
+  text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+  text.replace(u'\n', QChar(u'\0'));
+  return text;
+}
+
+// A moment without date and time is what a cleared time gives; it goes back as such.
+TimeDate storedTime(const DateTime& moment) {
+  const TimeDate time = timeDateOf(moment);
+  const bool cleared = time.innards[0] == 0 && time.innards[1] == 0;
+  if (cleared && (moment.date.isValid() || moment.time.isValid()))
+    refuse(err::Overflow, QStringLiteral("the date %1 lies outside what an item can hold")
+                              .arg(moment.date.toString(Qt::ISODate)));
+  return time;
+}
+
+QByteArray oneValue(const Value& value) {
+  switch (value.kind()) {
+    case Value::Kind::Text:
+      return textValue(storedLines(value.text()));
+    case Value::Kind::Number:
+      return numberValue(value.number());
+    case Value::Kind::DateTime:
+      return timeValue(storedTime(value.dateTime()));
+    default:
+      refuse(err::TypeMismatch,
+             QStringLiteral("a value of the kind %1 cannot be written").arg(value.typeName()));
+  }
+}
+
+template <class Stored, class Read>
+QVector<Stored> storedList(const QVector<Value>& values, const Read& read) {
+  QVector<Stored> stored;
+  stored.reserve(values.size());
+  for (const Value& value : values) stored.push_back(read(value));
+  return stored;
+}
+
+QByteArray listValue(const QVector<Value>& values) {
+  const auto text = [](const Value& value) { return storedLines(value.text()); };
+  const auto number = [](const Value& value) { return value.number(); };
+  const auto time = [](const Value& value) { return storedTime(value.dateTime()); };
+  switch (values.first().kind()) {
+    case Value::Kind::Text:
+      return textListValue(storedList<QString>(values, text));
+    case Value::Kind::Number:
+      return numberListValue(storedList<double>(values, number));
+    default:
+      return timeListValue(storedList<TimeDate>(values, time));
+  }
+}
+
+void requireOneKind(const QVector<Value>& values) {
+  for (qsizetype place = 0; place < values.size(); ++place) {
+    const Value::Kind kind = values[place].kind();
+    const bool writable =
+        kind == Value::Kind::Text || kind == Value::Kind::Number || kind == Value::Kind::DateTime;
+    if (!writable)
+      refuse(err::TypeMismatch,
+             QStringLiteral("place %1 of the list holds %2").arg(place + 1).arg(values[place].typeName()));
+    if (kind != values.first().kind())
+      refuse(err::TypeMismatch, QStringLiteral("the list mixes %1 and %2")
+                                    .arg(values.first().typeName(), values[place].typeName()));
+  }
+}
+
+}  // namespace
+
+QByteArray writtenValue(const Value& value) {
+  if (!value.isArray()) return oneValue(value);
+  const QVector<Value>& values = value.values();
+  if (values.isEmpty()) refuse(err::InvalidCall, QStringLiteral("the list has no values"));
+  requireOneKind(values);
+  return values.size() == 1 ? oneValue(values.first()) : listValue(values);
+}
+
+}  // namespace lens

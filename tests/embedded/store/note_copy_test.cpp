@@ -1,0 +1,172 @@
+#include "embedded/store/note_copy.h"
+
+#include "embedded/store/attachment_name.h"
+#include "embedded/store/store_test.h"
+
+using namespace lens;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+class NoteCopy : public StoreTest {
+ protected:
+  NoteCopy() { target = Database::create(path(u"target.nsf"_s), {}); }
+
+  quint32 objectOf(const QByteArray& bytes, Database& store) {
+    const quint32 id = store.beginObject();
+    store.appendObject(id, bytes);
+    return store.finishObject(id).id;
+  }
+  static QByteArray fileValue(const QString& name, quint32 object, qsizetype size) {
+    FileObject file;
+    file.name = name;
+    file.objectId = object;
+    file.size = quint32(size);
+    return fileObjectValue(file);
+  }
+  QByteArray bytesOf(const Database& store, const Item& item) const {
+    FileObject file;
+    EXPECT_TRUE(readFileObject(item.data(), file));
+    store.extractObject(file.objectId, path(u"out.bin"_s));
+    return contentOf(path(u"out.bin"_s));
+  }
+  int count(Database& store, const char* sql) {
+    sqlite3_stmt* statement = nullptr;
+    EXPECT_EQ(sqlite3_prepare_v2(store.handle(), sql, -1, &statement, nullptr), SQLITE_OK);
+    EXPECT_EQ(sqlite3_step(statement), SQLITE_ROW);
+    const int number = sqlite3_column_int(statement, 0);
+    sqlite3_finalize(statement);
+    return number;
+  }
+  bool targetIsEmpty() {
+    return target->noteCount(0x7FFF) == 0 && count(*target, "SELECT count(*) FROM object") == 0 &&
+           count(*target, "SELECT count(*) FROM object_chunk") == 0;
+  }
+
+  std::shared_ptr<Database> target;
+};
+
+}  // namespace
+
+TEST_F(NoteCopy, KeepsClassParentItemsAndTheirOrder) {
+  Note note;
+  note.header.noteClass = noteclass::Form | noteclass::Private;
+  note.header.parent = Unid::create();
+  note.add(u"B"_s, itemflag::Protected, textValue(u"x"));
+  note.add(u"A"_s, itemflag::Summary, numberValue(1));
+  note.add(u"b"_s, 0, rawValue(itemtype::UserData, "??"));
+  database->save(note);
+  const Note copy = copyNote(note, *database, *target);
+  Note stored;
+  ASSERT_TRUE(target->read(copy.header.id, stored));
+  EXPECT_NE(stored.header.unid, note.header.unid);
+  EXPECT_EQ(stored.header.noteClass, note.header.noteClass);
+  EXPECT_EQ(stored.header.parent, note.header.parent);
+  ASSERT_EQ(stored.items.size(), 3);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(stored.items[i].name, note.items[i].name);
+    EXPECT_EQ(stored.items[i].flags, note.items[i].flags);
+    EXPECT_EQ(stored.items[i].value, note.items[i].value);
+  }
+}
+
+TEST_F(NoteCopy, TakesObjectsAlongUnderNumbersOfTheTarget) {
+  objectOf("another one first", *target);
+  const QByteArray large(700'000, 'L');
+  Note note;
+  const quint32 object = objectOf(large, *database);
+  note.add(u"$FILE"_s, 0, fileValue(u"large.bin"_s, object, large.size()));
+  note.add(u"$FILE"_s, 0, fileValue(u"again.bin"_s, object, large.size()));
+  QByteArray runData;
+  appendU16(runData, 8);
+  appendU32(runData, objectOf("run data", *database));
+  note.add(u"$AssistRunInfo"_s, 0, rawValue(itemtype::Object, runData));
+  database->save(note);
+  const Note copy = copyNote(note, *database, *target);
+  EXPECT_EQ(bytesOf(*target, copy.items[0]), large);
+  EXPECT_EQ(bytesOf(*target, copy.items[1]), large);
+  // One object for both, one for the run data, one that was there.
+  EXPECT_EQ(count(*target, "SELECT count(*) FROM object"), 3);
+  EXPECT_NE(copy.items[2].value, note.items[2].value);
+}
+
+TEST_F(NoteCopy, WorksWithinOneDatabase) {
+  Note note;
+  note.add(u"$FILE"_s, 0, fileValue(u"a"_s, objectOf("bytes", *database), 5));
+  database->save(note);
+  const Note copy = copyNote(note, *database, *database);
+  EXPECT_NE(copy.header.id, note.header.id);
+  EXPECT_NE(copy.items[0].value, note.items[0].value);
+  EXPECT_EQ(bytesOf(*database, copy.items[0]), "bytes");
+}
+
+TEST_F(NoteCopy, ADamagedAttachmentLeavesNothingInTheTarget) {
+  const QByteArray large(600'000, 'x');
+  Note note;
+  note.add(u"$FILE"_s, 0, fileValue(u"a"_s, objectOf("good", *database), 4));
+  note.add(u"$FILE"_s, 0, fileValue(u"b"_s, objectOf(large, *database), large.size()));
+  database->save(note);
+  damage("UPDATE object_chunk SET bytes = zeroblob(length(bytes)) WHERE object = 2 AND number = 1");
+  EXPECT_EQ(errorNumber([&] { copyNote(note, *database, *target); }), enginefault::Damaged);
+  EXPECT_TRUE(targetIsEmpty());
+}
+
+TEST_F(NoteCopy, AMissingAttachmentIsAFailure) {
+  Note note;
+  note.add(u"$FILE"_s, 0, fileValue(u"a"_s, 77, 4));
+  EXPECT_EQ(errorNumber([&] { copyNote(note, *database, *target); }), enginefault::Damaged);
+  EXPECT_TRUE(targetIsEmpty());
+}
+
+TEST_F(NoteCopy, ASecondIconOrAclNoteIsRefused) {
+  for (const quint16 noteClass : {noteclass::Icon, noteclass::Acl}) {
+    Note note = noteWith(u"first"_s, noteClass);
+    database->save(note);
+    copyNote(note, *database, *target);
+    QString reason;
+    EXPECT_EQ(errorNumber([&] { copyNote(note, *database, *target); }, &reason), kSecondSingleNote);
+    EXPECT_TRUE(reason.contains(target->path())) << reason.toStdString();
+    EXPECT_EQ(target->noteCount(noteClass), 1);
+  }
+}
+
+TEST_F(NoteCopy, AFullTargetKeepsItsOwnFailureAndStaysAsItWas) {
+  const QByteArray large(900'000, 'x');
+  Note note;
+  note.add(u"$FILE"_s, 0, fileValue(u"a"_s, objectOf(large, *database), large.size()));
+  database->save(note);
+  const int pages = count(*target, "PRAGMA page_count");
+  for (int more = 0; more < 115; more += 8) {
+    const QByteArray limit = "PRAGMA max_page_count = " + QByteArray::number(pages + more);
+    ASSERT_EQ(sqlite3_exec(target->handle(), limit.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+    QString reason;
+    const int number = errorNumber([&] { copyNote(note, *database, *target); }, &reason);
+    if (number == 0) return;
+    EXPECT_EQ(number, enginefault::NotSaved);
+    EXPECT_TRUE(reason.contains(target->path())) << reason.toStdString();
+    EXPECT_TRUE(targetIsEmpty()) << more;
+  }
+  FAIL() << "it never fits";
+}
+
+TEST(AttachmentName, NeverLeadsToAnotherDirectory) {
+  const struct {
+    QString given, kept;
+  } table[] = {{u"a.txt"_s, u"a.txt"_s},
+               {u"../x"_s, u"x"_s},
+               {u"..\\..\\x y.pdf"_s, u"x y.pdf"_s},
+               {u"C:\\dir\\b.bin"_s, u"b.bin"_s},
+               {u"C:b.bin"_s, u"b.bin"_s},
+               {u"/etc/passwd"_s, u"passwd"_s},
+               {u".."_s, u"attachment"_s},
+               {u"dir/"_s, u"attachment"_s},
+               {u"."_s, u"attachment"_s},
+               {u""_s, u""_s},
+               {u".hidden"_s, u".hidden"_s}};
+  for (const auto& [given, kept] : table) EXPECT_EQ(attachmentName(given), kept) << given.toStdString();
+  FileObject file, read;
+  file.name = u"../../x"_s;
+  const QByteArray value = fileObjectValue(file);
+  ASSERT_TRUE(readFileObject(QByteArrayView(value).sliced(2), read));
+  EXPECT_EQ(read.name, u"x"_s);
+}
