@@ -1,12 +1,12 @@
 // The store against raw SQLite statements on a database of the same tables, indexes and durability.
 #include <benchmark/benchmark.h>
-#include <sqlite3.h>
 
 #include <QTemporaryDir>
 
 #include "embedded/store/database.h"
 #include "embedded/store/packed_items.h"
 #include "ratio.h"
+#include "raw_sqlite.h"
 
 namespace lens::bench {
 namespace {
@@ -50,29 +50,6 @@ QString filled(const QTemporaryDir& directory, const QString& name) {
 quint32 someId(int turn) {
   return kFirstId + 4 * quint32(turn * 7919 % kNotes);
 }
-
-// The peer: a connection with the store's settings and one statement.
-class Raw {
- public:
-  Raw(const QString& path, const char* sql) {
-    sqlite3_open_v2(path.toUtf8().constData(), &handle_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
-                    nullptr);
-    sqlite3_exec(handle_, "PRAGMA synchronous = FULL; PRAGMA cache_size = -16384; PRAGMA journal_mode = WAL;",
-                 nullptr, nullptr, nullptr);
-    sqlite3_prepare_v3(handle_, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement_, nullptr);
-  }
-  ~Raw() {
-    sqlite3_finalize(statement_);
-    sqlite3_close(handle_);
-  }
-  Raw(const Raw&) = delete;
-  Raw& operator=(const Raw&) = delete;
-  sqlite3_stmt* statement() const { return statement_; }
-
- private:
-  sqlite3* handle_ = nullptr;
-  sqlite3_stmt* statement_ = nullptr;
-};
 
 void BM_Save(benchmark::State& state) {
   const QTemporaryDir directory;

@@ -41,6 +41,14 @@ END
   printf '"\\x81\\x02"\n"\\x85\\xFF"\n"\\xA9\\xFF"\n' >"$folder.dict"
 }
 
+# One file for each query of the tables of the tests.
+seed_query() {
+  local folder=$1
+  grep -hoE '^    \{u".*", u"' tests/embedded/search/query_test.cpp | sed 's/^    {u"//; s/", u"$//; s/\\"/"/g' |
+    awk -v folder="$folder" '{ name = folder "/case" NR; printf "%s", $0 > name; close(name) }'
+  printf '"%s"\n' AND OR NOT ACCRUE FIELD CONTAINS Subject Amount pump '[Amount]' '>=' '2024-03-18' >"$folder.dict"
+}
+
 # The sanitizer keeps freed memory for a while; a little of it, or the fuzzer takes that for a leak.
 export ASAN_OPTIONS="quarantine_size_mb=16:${ASAN_OPTIONS:-}"
 [ $# -gt 0 ] || set -- $(cd fuzz && ls ./*_fuzz.cpp | sed 's|^\./||; s|_fuzz\.cpp$||')

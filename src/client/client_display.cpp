@@ -37,6 +37,9 @@ void ClientWindow::setUpActions() {
   connect(ui.exportDatabaseAction, &QAction::triggered, this, [this] { askExport(ExportRange::Database); });
   connect(ui.exportViewAction, &QAction::triggered, this, [this] { askExport(ExportRange::View); });
   connect(ui.exportMarkedAction, &QAction::triggered, this, [this] { askExport(ExportRange::Marked); });
+  for (QAction* action : {ui.createIndexAction, ui.updateIndexAction})
+    connect(action, &QAction::triggered, this, &ClientWindow::indexDatabase);
+  connect(ui.fileMenu, &QMenu::aboutToShow, this, &ClientWindow::offerIndex);
   connect(ui.hideAction, &QAction::triggered, this, &QWidget::close);
   connect(ui.refreshAction, &QAction::triggered, this, &ClientWindow::refresh);
   connect(ui.errorDismiss, &QPushButton::clicked, this, &ClientWindow::clearError);
@@ -69,6 +72,7 @@ void ClientWindow::showPage() {
   ui_->openDocumentAction->setEnabled(open && !document);
   ui_->selectAllAction->setEnabled(open && !document);
   ui_->closeDocumentAction->setEnabled(document);
+  offerIndex();
   showCounts();
 }
 

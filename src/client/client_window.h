@@ -88,6 +88,8 @@ class ClientWindow : public QMainWindow, private ClientListener {
   void showTitle();
   const ViewEntry* currentEntry() const;
 
+  void indexDatabase();
+  void offerIndex();
   void askNewDatabase();
   void askImport(bool folder, bool intoNew);
   std::optional<ImportTarget> importTarget(bool intoNew);

@@ -1,5 +1,7 @@
 #include "embedded/capi/embedded_capi.h"
 
+#include "embedded/console/console.h"
+
 #include <algorithm>
 
 #include "embedded/capi/call_support.h"
@@ -176,8 +178,7 @@ Status EmbeddedCApi::NSFRemoteConsole(const QByteArray& server, const QByteArray
     // This machine is a client: it runs no server whose console could answer.
     if (name.isEmpty()) return status::NoServer;
     const QString canonical = workspace_->canonicalServer(name);
-    const QString answer =
-        runConsoleCommand(*workspace_, canonical, fromCodePage(upToNul(command)), serverTasks_);
+    const QString answer = runConsoleCommand(*workspace_, canonical, fromCodePage(upToNul(command)));
     if (answer.isEmpty()) return status::NoReply;
     reply = memory_.add(consoleReply(answer));
     return reply ? status::Ok : status::NoMemory;

@@ -12,7 +12,6 @@
 
 #include "embedded/capi/handle_table.h"
 #include "embedded/capi/memory_pool.h"
-#include "embedded/console/console.h"
 #include "embedded/formula/formula.h"
 #include "embedded/formula_world/workspace_environment.h"
 #include "embedded/workspace.h"
@@ -67,9 +66,6 @@ class EmbeddedCApi : public CApi {
   Status NSFComputeStop(MemHandle compute) override;
   Status NSFRemoteConsole(const QByteArray& server, const QByteArray& command, MemHandle& reply) override;
 
-  // What the servers of the workspace can do on demand.
-  void setServerTasks(ServerTasks tasks) { serverTasks_ = std::move(tasks); }
-
   // Handles and blocks in use, for those who look for leaks.
   qsizetype openHandles() const;
 
@@ -104,7 +100,6 @@ class EmbeddedCApi : public CApi {
   WorkspaceEnvironment environment_;
   MemoryPool memory_;
   ListWalk walk_;
-  ServerTasks serverTasks_;
 };
 
 }  // namespace lens

@@ -91,13 +91,12 @@ QString oneLine(QString line) {
 
 }  // namespace
 
-QString runConsoleCommand(Workspace& workspace, const QString& server, const QString& command,
-                          const ServerTasks& tasks) {
+QString runConsoleCommand(Workspace& workspace, const QString& server, const QString& command) {
   if (command.size() > kLongestCommand)
     return QStringLiteral("Command is too long: %1 characters are the most").arg(kLongestCommand);
   const QStringList words = commandWords(command);
   if (words.isEmpty()) return {};
-  Lines lines = run({workspace, server, tasks, words});
+  Lines lines = run({workspace, server, words});
   for (QString& line : lines) line = oneLine(line);
   return lines.join(QStringLiteral("\r\n"));
 }

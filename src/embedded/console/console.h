@@ -7,20 +7,10 @@
 
 #include <QByteArray>
 #include <QString>
-#include <functional>
 
-#include "embedded/replication/replication.h"
 #include "embedded/workspace.h"
 
 namespace lens {
-
-// Programs that a server loads on demand. One that is missing is a program that the server does not find.
-struct ServerTasks {
-  // Brings the indexes of a database up to date; a full-text index is made where there is none, or anew,
-  // only on demand. Returns what was done as a sentence without its end.
-  std::function<QString(Database& database, bool makeFullText)> updateIndexes;
-  std::function<ReplicationReport(Database& here, Database& there)> replicate;
-};
 
 // Longer commands are refused, and a longer reply is cut at the end of a line, which then says so: callers
 // read the first two bytes of a reply as its length, and this is the least that those can stand for.
@@ -29,8 +19,7 @@ inline constexpr qsizetype kLongestReply = 0x4000;
 
 // The reply of the server, given by its canonical name, in lines parted by CR LF; it begins with a letter.
 // "" when there is nothing to reply to.
-QString runConsoleCommand(Workspace& workspace, const QString& server, const QString& command,
-                          const ServerTasks& tasks);
+QString runConsoleCommand(Workspace& workspace, const QString& server, const QString& command);
 
 // A reply as memory of the C API: one blank, the text in the stored character set, a NUL.
 QByteArray consoleReply(const QString& text);

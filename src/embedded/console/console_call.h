@@ -13,11 +13,10 @@ using Lines = QStringList;
 struct ConsoleCall {
   Workspace& workspace;
   const QString& server;  // canonical
-  const ServerTasks& tasks;
-  QStringList words;  // what follows the command
+  QStringList words;      // what follows the command
 
   QString serverName() const { return abbreviatedName(server); }
-  ConsoleCall behindFirstWord() const { return {workspace, server, tasks, words.mid(1)}; }
+  ConsoleCall behindFirstWord() const { return {workspace, server, words.mid(1)}; }
 };
 
 struct ConsoleCommand {

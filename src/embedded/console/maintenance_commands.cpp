@@ -1,5 +1,6 @@
 // Commands that look after databases: compact, updall.
 #include "embedded/console/console_call.h"
+#include "embedded/search/full_text.h"
 
 namespace lens {
 namespace {
@@ -40,6 +41,18 @@ void addPassedOver(const ConsoleCall& call, const QStringList& known, Lines& lin
       lines.append(QStringLiteral("Option %1 has no meaning here and was passed over").arg(repeated(word)));
 }
 
+// Views look at the changes themselves when they are asked for; a full-text index is made only on demand.
+QString updateFullText(Database& database, bool makeAnew) {
+  if (makeAnew) {
+    dropFullTextIndex(database);
+    createFullTextIndex(database);
+    return QStringLiteral("the full-text index was made anew");
+  }
+  if (!hasFullTextIndex(database)) return QStringLiteral("there is no full-text index");
+  refreshFullTextIndex(database);
+  return QStringLiteral("the full-text index is up to date");
+}
+
 }  // namespace
 
 Lines compactCommand(const ConsoleCall& call) {
@@ -52,12 +65,10 @@ Lines compactCommand(const ConsoleCall& call) {
 }
 
 Lines updateCommand(const ConsoleCall& call) {
-  if (!call.tasks.updateIndexes) return {QStringLiteral("Unable to load updall: it is not installed")};
   const QStringList known{QStringLiteral("-x")};
   const bool makeFullText = call.words.contains(known.first(), Qt::CaseInsensitive);
-  Lines lines = onDatabases(call, QStringLiteral("Updall"), [&](Database& database) {
-    return call.tasks.updateIndexes(database, makeFullText);
-  });
+  Lines lines = onDatabases(call, QStringLiteral("Updall"),
+                            [&](Database& database) { return updateFullText(database, makeFullText); });
   addPassedOver(call, known, lines);
   return lines;
 }

@@ -3,30 +3,21 @@
 #include <QFileInfo>
 
 #include "embedded/console/console_call.h"
+#include "embedded/replication/replication.h"
 #include "embedded/store/database_copy.h"
 
 namespace lens {
 namespace {
 
-// The databases of a server by their replica IDs; those that cannot be opened are left out.
-QMultiHash<QString, QString> replicasOn(const ConsoleCall& call, const QString& server) {
-  QMultiHash<QString, QString> paths;
-  for (const QString& path : call.workspace.databases(server)) {
-    try {
-      paths.insert(call.workspace.database(server, path)->info().replicaId, path);
-    } catch (const RuntimeError&) {
-      // It is told when somebody opens it.
-    }
-  }
-  return paths;
-}
-
 QString reportText(const ReplicationReport& report) {
-  return QStringLiteral("%1 added, %2 updated, %3 deleted, %4 conflicts")
-      .arg(report.added)
-      .arg(report.updated)
-      .arg(report.deleted)
-      .arg(report.conflicts);
+  QString text = QStringLiteral("%1 added, %2 updated, %3 deleted, %4 conflicts")
+                     .arg(report.added)
+                     .arg(report.updated)
+                     .arg(report.deleted)
+                     .arg(report.conflicts);
+  if (!report.leftOut.isEmpty())
+    text += QStringLiteral("; left out: ") + report.leftOut.join(QStringLiteral(", "));
+  return text;
 }
 
 QString replicateOne(const ConsoleCall& call, const DatabasePlace& here, const DatabasePlace& there) {
@@ -35,7 +26,7 @@ QString replicateOne(const ConsoleCall& call, const DatabasePlace& here, const D
   try {
     const std::shared_ptr<Database> mine = call.workspace.database(here.server, here.path);
     const std::shared_ptr<Database> other = call.workspace.database(there.server, there.path);
-    const ReplicationReport report = call.tasks.replicate(*mine, *other);
+    const ReplicationReport report = replicate(*mine, *other);
     call.workspace.notifyChanged(here);
     call.workspace.notifyChanged(there);
     return QStringLiteral("Replicate: %1: %2").arg(names, reportText(report));
@@ -46,13 +37,13 @@ QString replicateOne(const ConsoleCall& call, const DatabasePlace& here, const D
 
 // One line for each pair of replicas, or for a database that cannot take part.
 Lines replicateAll(const ConsoleCall& call, const QStringList& paths, const QString& other) {
-  const QMultiHash<QString, QString> replicas = replicasOn(call, other);
   Lines lines;
   for (const QString& path : paths) {
     try {
       const DatabasePlace here = call.workspace.place(call.server, path);
       const QString id = call.workspace.database(here.server, here.path)->info().replicaId;
-      for (const QString& there : replicas.values(id)) lines.append(replicateOne(call, here, {other, there}));
+      for (const DatabasePlace& there : call.workspace.replicas(other, id))
+        lines.append(replicateOne(call, here, there));
     } catch (const RuntimeError& error) {
       lines.append(QStringLiteral("Replicate: %1").arg(error.description()));
     }
@@ -75,7 +66,6 @@ Lines copyCommand(const ConsoleCall& call) {
 }
 
 Lines replicateCommand(const ConsoleCall& call) {
-  if (!call.tasks.replicate) return {QStringLiteral("Unable to load replicate: it is not installed")};
   if (call.words.isEmpty() || call.words.size() > 2 || call.words.first().trimmed().isEmpty())
     return {QStringLiteral("Replicate needs the name of a server, and perhaps of a database")};
   const QString other = call.workspace.canonicalServer(call.words.first());

@@ -7,8 +7,8 @@
 namespace lens {
 
 namespace agentfault {
-inline constexpr int CannotRun = 4110;  // the description says why
-inline constexpr int Failed = 4111;     // over which document, and how
+inline constexpr int CannotRun = 4117;  // the description says why
+inline constexpr int Failed = 4118;     // over which document, and how
 }  // namespace agentfault
 
 // On which documents an agent runs; the numbers of its settings.

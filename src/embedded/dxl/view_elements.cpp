@@ -2,6 +2,7 @@
 
 #include "embedded/dxl/item_elements.h"
 #include "embedded/store/lmbcs.h"
+#include "embedded/views/view_records.h"
 
 namespace lens {
 
@@ -9,7 +10,7 @@ namespace {
 
 bool isCarried(QStringView name) {
   return name == u"itemname" || name == u"width" || name == u"sort" || name == u"categorized" ||
-         name == u"hidden";
+         name == u"hidden" || name == u"responsesonly" || name == u"separatemultiplevalues";
 }
 
 // False when something in the header has no place in the record.
@@ -41,7 +42,8 @@ bool readColumnCode(ImportContext& context, ViewColumn& column) {
 
 ViewReader::ViewReader(const DesignKind& kind, ImportContext& context, Note& note)
     : DesignReader(kind, context, note) {
-  uses({u"showinmenu", u"defaultdesign", u"type", u"selectionnoteclass", u"noviewformat"});
+  uses({u"showinmenu", u"defaultdesign", u"type", u"selectionnoteclass", u"noviewformat",
+        u"showresponsehierarchy"});
   if (!flag(u"showinmenu", true)) addFlags(u"Y");
   if (flag(u"defaultdesign")) addFlags(u"d");
   if (attribute(u"type") == u"calendar") addFlags(u"c");
@@ -77,6 +79,8 @@ void ViewReader::readColumn() {
   column.descending = sort == u"descending";
   column.categorized = in_.flag(u"categorized");
   column.hidden = in_.flag(u"hidden");
+  column.responsesOnly = in_.flag(u"responsesonly");
+  column.separateValues = in_.flag(u"separatemultiplevalues");
   const double width = in_.attribute(u"width").toDouble();
   column.width = width > 0 && width < 8000 ? int(width * 8) : column.width * 8;
   bool complete = true;
@@ -104,33 +108,37 @@ void ViewReader::finish() {
   addText(QStringLiteral("$FormulaClass"), noteClass.isEmpty() ? QStringLiteral("1") : noteClass);
   addText(QStringLiteral("$Index"), QString());
   if (!flag(u"noviewformat")) {
-    add(QStringLiteral("$ViewFormat"), itemflag::Summary, viewFormatValue(columns_));
+    add(QStringLiteral("$ViewFormat"), itemflag::Summary,
+        viewFormatValue(columns_, flag(u"showresponsehierarchy", true)));
     add(QStringLiteral("$Collation"), itemflag::Summary, collationValue(columns_));
   }
   DesignReader::finish();
 }
 
-QByteArray viewFormatValue(const QVector<ViewColumn>& columns) {
-  constexpr quint16 kColumnMark = 0x4356;
+QByteArray viewFormatValue(const QVector<ViewColumn>& columns, bool hierarchy) {
+  using namespace viewrecord;
   constexpr quint32 kPlainFont = 0x0A000001;
   constexpr quint16 kTextColumn = 2;
   QByteArray value, texts;
   appendU16(value, itemtype::ViewFormat);
-  appendU16(value, 0x0001);  // version 1, table
+  appendU16(value, kFormatVersion);  // and the style of a table
   appendU16(value, quint16(columns.size()));
-  for (int i = 0; i < 3; ++i) appendU16(value, 0);
+  appendU16(value, 0);
+  appendU16(value, hierarchy ? 0 : kFlatView);
+  appendU16(value, 0);
   for (const ViewColumn& column : columns) {
     const QByteArray item = toLmbcs(column.item), title = toLmbcs(column.title);
     const QByteArray formula = column.formula.size() <= 0xFFFF ? column.formula : QByteArray();
-    quint16 flags = column.sorted ? 1 : 0;
-    if (column.categorized) flags |= 2;
-    if (column.descending) flags |= 4;
-    if (column.hidden) flags |= 8;
+    quint16 flags = column.sorted ? kSorted : 0;
+    if (column.categorized) flags |= kCategorized;
+    if (column.descending) flags |= kDescending;
+    if (column.hidden) flags |= kHidden;
+    if (column.responsesOnly) flags |= kResponsesOnly;
     for (const qsizetype word : {qsizetype(kColumnMark), qsizetype(flags), item.size(), title.size(),
                                  formula.size(), qsizetype(0), qsizetype(column.width)})
       appendU16(value, quint16(word));
     appendU32(value, kPlainFont);
-    appendU16(value, 0);
+    appendU16(value, column.separateValues ? kSeparateValues : 0);
     appendU32(value, 0);
     appendU32(value, 0);
     appendU16(value, kTextColumn);
@@ -141,13 +149,16 @@ QByteArray viewFormatValue(const QVector<ViewColumn>& columns) {
 }
 
 QByteArray collationValue(const QVector<ViewColumn>& columns) {
-  constexpr quint8 kCollationMark = 0x44, kKeyMark = 0x66, kDescending = 1;
+  using namespace viewrecord;
   QByteArray keys, names;
   quint16 count = 0;
   for (const ViewColumn& column : columns) {
     if (!column.sorted && !column.categorized) continue;
     const QByteArray name = toLmbcs(column.item);
-    keys.append(char(column.descending ? kDescending : 0)).append(char(kKeyMark)).append('\0');
+    quint8 flags = column.descending ? kKeyDescending : 0;
+    if (column.categorized || column.separateValues) flags |= kKeySeparateValues;
+    keys.append(char(flags)).append(char(kKeyMark));
+    keys.append(char(column.categorized ? kKeyCategory : 0));
     appendU16(keys, quint16(names.size()));
     appendU16(keys, quint16(name.size()));
     names += name;

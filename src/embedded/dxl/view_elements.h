@@ -10,6 +10,8 @@ struct ViewColumn {
   QByteArray formula;  // compiled or as source
   int width = 10;      // characters, times 8 in the record
   bool sorted = false, descending = false, categorized = false, hidden = false;
+  bool responsesOnly = false;   // says something of responses only
+  bool separateValues = false;  // each of several values makes a row of its own
 };
 
 class ViewReader : public DesignReader {
@@ -25,8 +27,8 @@ class ViewReader : public DesignReader {
   QVector<ViewColumn> columns_;
 };
 
-// Item values, type word included.
-QByteArray viewFormatValue(const QVector<ViewColumn>& columns);
+// Item values, type word included. In a view with a hierarchy responses stand below what they answer.
+QByteArray viewFormatValue(const QVector<ViewColumn>& columns, bool hierarchy = true);
 QByteArray collationValue(const QVector<ViewColumn>& columns);
 
 }  // namespace lens

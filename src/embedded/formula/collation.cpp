@@ -182,6 +182,32 @@ quint64 collationPrefix(QStringView text, const CollationRules& rules) {
   return prefix;
 }
 
+// A byte for a character that has a bucket of its own; the others have their whole key behind the byte.
+void appendCollationBytes(QByteArray& bytes, QStringView text, const CollationRules& rules) {
+  constexpr int kKeyBytes = (kClassShift + 3 + 7) / 8;
+  const Buckets& buckets = Buckets::of(rules);
+  const quint64 mask = maskFor(rules);
+  qsizetype at = 0;
+  while (at < text.size()) {
+    const char16_t unit = text[at].unicode();
+    const quint8 plain = unit < kTableSize ? buckets.ofCharacter(unit) : quint8(1);
+    if (plain % 2 == 0) {
+      bytes.append(char(plain));
+      ++at;
+      continue;
+    }
+    Keys rest(text, at, mask, !rules.accentSensitive);
+    const quint64 key = rest.next(keyTable());
+    at = rest.at();
+    if (key == 0) break;
+    const quint8 bucket = buckets.find(key);
+    bytes.append(char(bucket));
+    if (bucket % 2 == 0) continue;
+    for (int shift = 8 * (kKeyBytes - 1); shift >= 0; shift -= 8) bytes.append(char(quint8(key >> shift)));
+  }
+  bytes.append('\0');
+}
+
 int compareTexts(QStringView left, QStringView right, const CollationRules& rules) {
   const auto& table = keyTable();
   const qsizetype shorter = qMin(left.size(), right.size());

@@ -2,6 +2,7 @@
 // letter, then the other characters.
 #pragma once
 
+#include <QByteArray>
 #include <QStringView>
 
 namespace lens::formula {
@@ -19,5 +20,10 @@ int compareTexts(QStringView left, QStringView right, const CollationRules& rule
 // The first letters of a text as a number, for sorting: of two texts the one with the smaller number goes
 // first. Equal numbers tell nothing.
 quint64 collationPrefix(QStringView text, const CollationRules& rules = {});
+
+// Appends bytes that stand in the order of the texts when they are compared as bytes, with a zero byte at
+// their end; the bytes of a text's beginning are the beginning of its bytes. Texts that compareTexts finds
+// equal have the same bytes.
+void appendCollationBytes(QByteArray& bytes, QStringView text, const CollationRules& rules = {});
 
 }  // namespace lens::formula

@@ -1,5 +1,7 @@
 #include "embedded/formula_world/item_conversion.h"
 
+#include <algorithm>
+
 #include "embedded/store/lmbcs.h"
 #include "embedded/store/note.h"
 
@@ -12,10 +14,16 @@ using formula::Type;
 namespace fault = formula::fault;
 
 // A NUL inside stored text is a line break, which formulas see as LF.
-QString readText(QByteArrayView bytes) {
+formula::Text readText(QByteArrayView bytes) {
+  if (isPlainLmbcs(bytes) && bytes.size() <= formula::kMaxBytes) {
+    char16_t* units;
+    formula::Text text = formula::Text::ofSize(bytes.size(), units);
+    std::copy(bytes.begin(), bytes.end(), units);
+    return text;
+  }
   QString text = fromLmbcs(bytes);
   if (text.contains(QChar(u'\0'))) text.replace(QChar(u'\0'), QChar(u'\n'));
-  return text;
+  return formula::Text(text);
 }
 
 QString writtenText(QStringView text) {
@@ -79,10 +87,11 @@ formula::Value readError(QByteArrayView data) {
   return formula::Value::error(code == 0 ? fault::CannotCompute : code);
 }
 
-bool read(const Item& item, formula::Value& value) {
-  const QByteArrayView data = item.data();
-  ByteReader reader(data);
-  switch (item.type()) {
+bool read(QByteArrayView stored, formula::Value& value) {
+  ByteReader reader(stored);
+  const quint16 type = reader.u16();
+  const QByteArrayView data = stored.sliced(reader.position());
+  switch (type) {
     case itemtype::Text:
     case itemtype::Rfc822Text:
       return value = formula::Value::text(readText(data)), true;
@@ -157,8 +166,12 @@ QByteArray errorItem(formula::FaultCode code) {
 }  // namespace
 
 bool formulaValue(const Item& item, formula::Value& value) {
+  return formulaValue(QByteArrayView(item.value), value);
+}
+
+bool formulaValue(QByteArrayView stored, formula::Value& value) {
   try {
-    if (item.value.size() >= 2 && read(item, value)) return true;
+    if (stored.size() >= 2 && read(stored, value)) return true;
   } catch (const Fault& failure) {
     if (failure.fatal) throw;
     value = formula::Value::error(failure.code);

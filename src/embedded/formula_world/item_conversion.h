@@ -13,6 +13,8 @@ namespace lens {
 // cannot hold makes the value an error. False, with the empty text, for everything that is no such list:
 // rich text, objects, formulas.
 bool formulaValue(const Item& item, formula::Value& value);
+// The same from the item's bytes, type word included.
+bool formulaValue(QByteArrayView stored, formula::Value& value);
 
 // The value with its type word, always as a list: texts 0x0501, numbers 0x0301, times and ranges 0x0401,
 // even for one. Keywords become texts; what is no value becomes one empty text; an error keeps its number

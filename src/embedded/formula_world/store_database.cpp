@@ -4,6 +4,9 @@
 
 #include "embedded/dxl/note_elements.h"
 #include "embedded/formula_world/note_document.h"
+#include "embedded/store/packed_note.h"
+#include "embedded/views/design_notes.h"
+#include "embedded/views/view_lookup.h"
 
 namespace lens {
 namespace {
@@ -89,8 +92,9 @@ void StoreDatabase::findProfiles() const {
   const qint64 change = store_->changeSequence();
   if (change == profilesOf_) return;
   profiles_.clear();
-  store_->scan(noteclass::Document, [&](const Note& candidate) {
-    if (isProfile(candidate)) profiles_.insert(candidate.text(u"$Name").toLower(), candidate.header.id);
+  store_->scanPacked(noteclass::Document, [&](const PackedNote& candidate) {
+    if (isProfile(candidate))
+      profiles_.insert(candidate.unpack().text(u"$Name").toLower(), candidate.header.id);
     return true;
   });
   profilesOf_ = change;
@@ -126,6 +130,43 @@ bool StoreDatabase::exists(const QString& server, const QString& path) const {
   } catch (const RuntimeError&) {
     return false;  // an unknown server, a path that leads outside, a file that cannot be read
   }
+}
+
+// A formula may look up a value for each of many documents: the view is looked for once, until its database
+// changes.
+ViewIndex& StoreDatabase::openView(const formula::ViewPlace& place) const {
+  OpenView& view = views_[place.server + u'\n' + place.path + u'\n' + place.view];
+  if (!view.store) {
+    const QString server = place.server.isEmpty() && !place.path.isEmpty() ? place_.server : place.server;
+    view.store = place.path.isEmpty() ? store_ : workspace_.database(server, place.path);
+  }
+  const qint64 change = view.store->changeSequence();
+  if (!view.index || view.change != change) {
+    const quint32 note = findDesignNote(*view.store, noteclass::View, place.view);
+    if (note == 0) throw Fault{fault::CannotCompute};
+    if (!view.index || view.index->design().noteId != note)
+      view.index = std::make_shared<ViewIndex>(*view.store, note);
+    view.change = change;
+  }
+  view.index->refresh();
+  return *view.index;
+}
+
+formula::Value StoreDatabase::column(const formula::ViewPlace& place, int column) const {
+  return guarded([&] {
+    ViewIndex& view = openView(place);
+    if (column > view.design().columns.size()) throw Fault{fault::OutOfBounds};
+    return viewColumn(view, column - 1, workspace_.regional());
+  });
+}
+
+bool StoreDatabase::lookup(const formula::ViewPlace& place, const Lookup& lookup,
+                           formula::Value& value) const {
+  return guarded([&] {
+    ViewIndex& view = openView(place);
+    if (lookup.column > view.design().columns.size()) throw Fault{fault::OutOfBounds};
+    return viewLookup(view, lookup, workspace_.regional(), value);
+  });
 }
 
 }  // namespace lens

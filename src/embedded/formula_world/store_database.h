@@ -1,5 +1,5 @@
 // A database of a workspace as formulas see it: its properties, its other documents and its profiles.
-// Views have no index yet, so columns and lookups are refused (fault::NotInContext).
+// Columns and lookups read the indexes of views (embedded/views).
 #pragma once
 
 #include <QHash>
@@ -8,6 +8,8 @@
 #include "embedded/workspace.h"
 
 namespace lens {
+
+class ViewIndex;
 
 class StoreDatabase : public formula::Database {
  public:
@@ -26,8 +28,18 @@ class StoreDatabase : public formula::Database {
                       const formula::Value& value) override;
   // By path, or by replica ID on that server.
   bool exists(const QString& server, const QString& path) const override;
+  // A database, view or column that is not there: a Fault (CannotCompute).
+  formula::Value column(const formula::ViewPlace& place, int column) const override;
+  bool lookup(const formula::ViewPlace& place, const Lookup& lookup, formula::Value& value) const override;
 
  private:
+  // A view that was read, with what it needs to live.
+  struct OpenView {
+    std::shared_ptr<lens::Database> store;
+    qint64 change = -1;
+    std::shared_ptr<ViewIndex> index;
+  };
+  ViewIndex& openView(const formula::ViewPlace& place) const;
   void findProfiles() const;
   bool readProfile(const QString& profile, const QString& key, Note& note) const;
   void write(Note& note, const QString& name, const formula::Value& value);
@@ -38,6 +50,7 @@ class StoreDatabase : public formula::Database {
   // Note IDs of the profiles by $Name in lower case, as of that change of the database.
   mutable QHash<QString, quint32> profiles_;
   mutable qint64 profilesOf_ = -1;
+  mutable QHash<QString, OpenView> views_;  // by place
 };
 
 }  // namespace lens

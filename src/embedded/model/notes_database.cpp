@@ -87,6 +87,8 @@ const MemberTable& NotesDatabase::members() const {
       method<&NotesDatabase::createReplica>(u"CREATEREPLICA", 2, 2),
       method<&NotesDatabase::replicate>(u"REPLICATE", 1, 1),
       property<&NotesDatabase::remove>(u"Remove"),
+      method<&NotesDatabase::fullTextSearch>(u"FTSEARCH", 2, 2),
+      property<&NotesDatabase::isIndexed>(u"isIndexed"),
       property<&NotesDatabase::close>(u"Close"),
   };
   return table;

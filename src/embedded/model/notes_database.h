@@ -63,6 +63,8 @@ class NotesDatabase : public ModelObject {
   Value createReplica(const Arguments& arguments);
   Value replicate(const Arguments& arguments);
   Value remove();
+  Value fullTextSearch(const Arguments& arguments);
+  Value isIndexed();
   Value close();
 
   Database& store() const;

@@ -3,6 +3,7 @@
 #include "embedded/formula_world/workspace_environment.h"
 #include "embedded/model/notes_database.h"
 #include "embedded/model/notes_document_collection.h"
+#include "embedded/search/full_text.h"
 #include "embedded/search/selection.h"
 #include "notes/numbers.h"
 
@@ -22,6 +23,17 @@ Value NotesDatabase::search(const Arguments& arguments) {
   }
   request.most = qMax<qsizetype>(0, roundToInt32(arguments[2].number()));
   return newObject<NotesDocumentCollection>(database_, selectDocuments(notes, request));
+}
+
+// Query and how many documents at most (0: all), best match first.
+Value NotesDatabase::fullTextSearch(const Arguments& arguments) {
+  const qsizetype most = qMax<qsizetype>(0, roundToInt32(arguments[1].number()));
+  return newObject<NotesDocumentCollection>(database_,
+                                            lens::fullTextSearch(store(), arguments[0].text(), most));
+}
+
+Value NotesDatabase::isIndexed() {
+  return hasFullTextIndex(store());
 }
 
 }  // namespace lens

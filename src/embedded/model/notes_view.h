@@ -1,18 +1,22 @@
-// NotesView: a view or folder and its documents. Which documents a view has is told in
-// embedded/views/view_documents.h.
+// NotesView: a view or folder. Its documents and their order come from its index (embedded/views).
 #pragma once
+
+#include <QHash>
+#include <memory>
 
 #include "embedded/model/member_table.h"
 #include "embedded/model/model_context.h"
 
 namespace lens {
 
+class ViewIndex;
+
 class NotesView : public ModelObject {
  public:
   // Nothing when the note cannot be read.
   static Value read(const std::shared_ptr<OpenDatabase>& database, quint32 noteId);
-  NotesView(std::shared_ptr<OpenDatabase> database, Note note)
-      : database_(std::move(database)), note_(std::move(note)) {}
+  NotesView(std::shared_ptr<OpenDatabase> database, Note note);
+  ~NotesView() override;
 
  protected:
   const MemberTable& members() const override;
@@ -20,15 +24,21 @@ class NotesView : public ModelObject {
  private:
   Value name();
   Value selectionFormula();
+  Value allEntries();
   Value entryCount();
   Value firstDocument();
   Value nextDocument(const Arguments& arguments);
-  void refresh();
+  Value entryByKey(const Arguments& arguments);
+  ViewIndex& refreshed();
+  void readDocuments();
+  Value readableFrom(qsizetype place) const;
 
   std::shared_ptr<OpenDatabase> database_;
   Note note_;
-  QVector<quint32> documents_;  // as they were at the last refresh, in order of ID
-  bool fresh_ = false;
+  std::unique_ptr<ViewIndex> index_;
+  // In view order, as they were when the first one was asked for.
+  QVector<quint32> documents_;
+  QHash<quint32, qsizetype> places_;
 };
 
 }  // namespace lens

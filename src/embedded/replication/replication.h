@@ -23,9 +23,9 @@
 namespace lens {
 
 namespace replicationfault {
-inline constexpr int NotReplicas = 4110;  // other replica IDs, or twice the same file
-inline constexpr int NoReplica = 4111;    // none on that server
-inline constexpr int NotesLeftOut = 4112;
+inline constexpr int NotReplicas = 4114;  // other replica IDs, or twice the same file
+inline constexpr int NoReplica = 4115;    // none on that server
+inline constexpr int NotesLeftOut = 4116;
 }  // namespace replicationfault
 
 struct ReplicationReport {

@@ -3,7 +3,7 @@
 #include <QSet>
 #include <algorithm>
 
-#include "embedded/formula_world/note_document.h"
+#include "embedded/formula_world/packed_document.h"
 
 namespace lens {
 namespace {
@@ -14,14 +14,16 @@ using formula::Formula;
 class Search {
  public:
   Search(const Database& documents, const SelectionRequest& request)
-      : documents_(documents), request_(request), evaluation_(request.formula, request.environment) {}
+      : documents_(documents),
+        request_(request),
+        evaluation_(request.formula, request.environment),
+        document_(request.formula->itemNames(), &documents) {}
 
   QVector<quint32> run() {
     const bool withResponses = request_.formula->responses() != Formula::Responses::None;
-    documents_.scan(noteclass::Document, [&](const Note& note) {
+    documents_.scanPacked(noteclass::Document, [&](const PackedNote& note) {
       if (isProfile(note) || !recentEnough(note)) return true;
-      NoteDocument document(note, &documents_, NoteDocument::Items::Summary);
-      if (matches(document)) {
+      if (matches(note)) {
         found_.push_back(note.header.id);
         if (withResponses) selected_.insert(note.header.unid.text());
       }
@@ -33,14 +35,18 @@ class Search {
   }
 
  private:
-  bool recentEnough(const Note& note) const {
+  bool recentEnough(const PackedNote& note) const {
     return !request_.since.isValid() || instantOf(note.header.modified) >= request_.since;
+  }
+  static bool mayBeResponse(const PackedNote& note) {
+    return !note.header.parent.isNull() || note.items.find(u"$REF") >= 0;
   }
   bool full() const { return request_.most > 0 && found_.size() >= request_.most; }
   // A formula without an end would have none over the next document either; and the user may have enough.
-  bool matches(NoteDocument& document) {
+  bool matches(const PackedNote& note) {
+    document_.show(note);
     const formula::Outcome outcome =
-        evaluation_.run(&document, request_.database, Evaluation::Writes::Pretend);
+        evaluation_.run(&document_, request_.database, Evaluation::Writes::Pretend);
     const bool endless = outcome.value.isError() && outcome.value.errorCode() == formula::fault::TooMuchTime;
     if (endless || request_.environment.interrupted())
       throw RuntimeError(
@@ -52,14 +58,12 @@ class Search {
   // Responses are asked again when it is known which documents were selected: a response may stand
   // before the document that it answers.
   void addResponses() {
-    const auto isSelected = [this](const Unid& unid) { return selected_.contains(unid.text()); };
+    document_.setSelected([this](const Unid& unid) { return selected_.contains(unid.text()); });
     const qsizetype first = found_.size();
-    documents_.scan(noteclass::Document, [&](const Note& note) {
-      if (parentOf(note).isNull() || isProfile(note) || !recentEnough(note)) return true;
+    documents_.scanPacked(noteclass::Document, [&](const PackedNote& note) {
+      if (!mayBeResponse(note) || isProfile(note) || !recentEnough(note)) return true;
       if (selected_.contains(note.header.unid.text())) return true;
-      NoteDocument document(note, &documents_, NoteDocument::Items::Summary);
-      document.setSelected(isSelected);
-      if (matches(document)) found_.push_back(note.header.id);
+      if (matches(note)) found_.push_back(note.header.id);
       return true;
     });
     std::inplace_merge(found_.begin(), found_.begin() + first, found_.end());
@@ -68,6 +72,7 @@ class Search {
   const Database& documents_;
   const SelectionRequest& request_;
   Evaluation evaluation_;
+  PackedDocument document_;
   QVector<quint32> found_;
   QSet<QString> selected_;
 };

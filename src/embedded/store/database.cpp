@@ -210,6 +210,10 @@ sqlite3* Database::handle() const {
   return impl_->connection.handle();
 }
 
+const Connection& Database::connection() const {
+  return impl_->connection;
+}
+
 // A transaction that SQLite had to give up (a full disk) must not go on statement by statement.
 void Database::Impl::checkWritable() const {
   if (depth > 0 && sqlite3_get_autocommit(connection.handle()))

@@ -21,6 +21,9 @@ struct sqlite3;
 
 namespace lens {
 
+class Connection;   // sqlite_statement.h
+struct PackedNote;  // packed_note.h
+
 // Properties of a database that are no notes.
 struct DatabaseInfo {
   QString title;
@@ -87,6 +90,11 @@ class Database {
   // Each live note of the mask in order of note ID, items included, until the visitor returns false.
   // A damaged note is passed over.
   void scan(quint16 classMask, const std::function<bool(const Note&)>& visit) const;
+  // The same with the items still packed, for what looks at a few items of many notes. What the visitor
+  // gets is valid during its call. It may change the database: notes are read some at a time, and what is
+  // saved or removed meanwhile may still be shown as it was.
+  using PackedVisitor = std::function<bool(const PackedNote&)>;
+  void scanPacked(quint16 classMask, const PackedVisitor& visit) const;
   // The single note of a special class (icon, ACL, About, ...); 0 when there is none. With a mark in
   // the class only a note with that mark counts (the default form, the default view).
   quint32 specialNote(quint16 noteClass) const;
@@ -173,6 +181,8 @@ class Database {
   bool isRemoved() const;
 
   sqlite3* handle() const;
+  // For what keeps tables of its own in the file (indexes), with statements of its own.
+  const Connection& connection() const;
 
  private:
   struct Impl;
@@ -180,6 +190,9 @@ class Database {
   static std::unique_ptr<Impl> openFile(const QString& path);
   bool isOnlyUser();
   QVector<quint16> classesIn(quint16 classMask) const;
+  enum class Scan { Whole, Enough, Damaged };
+  Scan scanRows(quint16 mask, quint32& last, const PackedVisitor& visit) const;
+  void scanOneByOne(quint16 mask, quint32 after, const PackedVisitor& visit) const;
   void insertNote(NoteHeader& header, const QByteArray& items);
   void updateNote(const NoteHeader& header, const QByteArray& items, const NoteHeader& before);
   QString path_;

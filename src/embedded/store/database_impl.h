@@ -41,6 +41,9 @@ struct Database::Impl {
   };
 
   // Header columns in the order that readHeader expects, behind them the items.
+  static constexpr int kItemsColumn = 10;
+  // False when the UNID is cut.
+  static bool readHeader(const Statement::Run& row, NoteHeader& header);
   bool readRow(Statement::Run& row, Note& note) const;
   qint64 nextChange();
   quint32 nextId();
@@ -83,6 +86,11 @@ struct Database::Impl {
   Statement readById{connection, "SELECT " LENS_NOTE_COLUMNS " FROM note WHERE id = ? AND state = 0", kRead};
   Statement readByUnid{connection, "SELECT " LENS_NOTE_COLUMNS " FROM note WHERE unid = ? AND state = 0",
                        kRead};
+  // Walks over the rows as they lie: an index would send it from page to page.
+  Statement scanRows{connection,
+                     "SELECT " LENS_NOTE_COLUMNS
+                     " FROM note NOT INDEXED WHERE id > ? AND state = 0 AND class & ? ORDER BY id",
+                     kRead};
   Statement readItems{connection, "SELECT items FROM note WHERE id = ? AND state = 0", kRead};
   Statement readState{connection, "SELECT state, items FROM note WHERE id = ?", kRead};
   Statement highestId{connection,

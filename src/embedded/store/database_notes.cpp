@@ -40,25 +40,29 @@ void completeNewHeader(NoteHeader& header) {
 
 }  // namespace
 
-bool Database::Impl::readRow(Statement::Run& row, Note& note) const {
-  if (!row.step()) return false;
-  NoteHeader& header = note.header;
+bool Database::Impl::readHeader(const Statement::Run& row, NoteHeader& header) {
   header.id = quint32(row.integer(0));
   header.noteClass = quint16(row.integer(1));
-  const QByteArrayView unid = row.blob(2), parent = row.blob(3);
-  if (unid.size() != 16) damagedNote(connection.path(), header.id, QStringLiteral("its UNID is cut"));
+  const QByteArrayView unid = row.blob(2);
   header.unid = Unid::fromBytes(unid);
-  header.parent = Unid::fromBytes(parent);
+  header.parent = Unid::fromBytes(row.blob(3));
   header.sequence = quint32(row.integer(4));
   header.sequenceTime = fromStored(row.integer(5));
   header.created = fromStored(row.integer(6));
   header.modified = fromStored(row.integer(7));
   header.added = fromStored(row.integer(8));
   header.accessed = fromStored(row.integer(9));
+  return unid.size() == 16;
+}
+
+bool Database::Impl::readRow(Statement::Run& row, Note& note) const {
+  if (!row.step()) return false;
+  if (!readHeader(row, note.header))
+    damagedNote(connection.path(), note.header.id, QStringLiteral("its UNID is cut"));
   try {
-    note.items = unpackItems(row.blob(10));
+    note.items = unpackItems(row.blob(kItemsColumn));
   } catch (const RuntimeError& error) {
-    damagedNote(connection.path(), header.id, error.description());
+    damagedNote(connection.path(), note.header.id, error.description());
   }
   return true;
 }

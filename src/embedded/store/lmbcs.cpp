@@ -147,4 +147,10 @@ QString fromLmbcs(QByteArrayView bytes) {
   return out;
 }
 
+bool isPlainLmbcs(QByteArrayView bytes) {
+  bool plain = true;
+  for (char byte : bytes) plain &= quint8(byte - 0x20) < 0x5F;
+  return plain;
+}
+
 }  // namespace lens

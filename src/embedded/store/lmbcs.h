@@ -13,5 +13,7 @@ QByteArray toLmbcs(QStringView text);
 // Malformed sequences become U+FFFD; nothing is read outside the bytes. A NUL stays U+0000: callers
 // decide whether it ends the text or breaks the line.
 QString fromLmbcs(QByteArrayView bytes);
+// Whether every byte is a printable ASCII character and stands for itself.
+bool isPlainLmbcs(QByteArrayView bytes);
 
 }  // namespace lens

@@ -3,6 +3,8 @@
 #include <QRandomGenerator>
 #include <QtEndian>
 
+#include "embedded/store/packed_note.h"
+
 namespace lens {
 namespace {
 
@@ -83,15 +85,32 @@ Item* Note::find(QStringView name) {
   return &items[index];
 }
 
-QString Note::text(QStringView name) const {
-  const Item* const item = find(name);
-  if (!item || item->value.size() < 2 || item->type() >> 8 != itemtype::Text >> 8) return QString();
-  const Value values = itemValues(*item);
+namespace {
+
+QString firstText(const Item& item) {
+  if (item.value.size() < 2 || item.type() >> 8 != itemtype::Text >> 8) return QString();
+  const Value values = itemValues(item);
   return values.isArray() && values.upperBound() >= 0 ? values.at(0).text() : QString();
 }
 
+bool isProfileName(const QString& name) {
+  return name.startsWith(u"$profile_", Qt::CaseInsensitive);
+}
+
+}  // namespace
+
+QString Note::text(QStringView name) const {
+  const Item* const item = find(name);
+  return item ? firstText(*item) : QString();
+}
+
 bool isProfile(const Note& note) {
-  return note.text(u"$Name").startsWith(u"$profile_", Qt::CaseInsensitive);
+  return isProfileName(note.text(u"$Name"));
+}
+
+bool isProfile(const PackedNote& note) {
+  const qsizetype place = note.items.find(u"$Name");
+  return place >= 0 && isProfileName(firstText(note.items[place].toItem()));
 }
 
 }  // namespace lens

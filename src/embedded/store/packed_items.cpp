@@ -99,16 +99,10 @@ quint8 lower(quint8 byte) {
   return byte >= 'A' && byte <= 'Z' ? quint8(byte | 0x20) : byte;
 }
 
-// Plain names are compared in place; the first other character sends both to the full comparison.
-bool matches(QByteArrayView utf8, QStringView name) {
-  const qsizetype common = qMin(utf8.size(), name.size());
-  for (qsizetype i = 0; i < common; ++i) {
-    const quint8 stored = quint8(utf8[i]);
-    const char16_t asked = name[i].unicode();
-    if (stored >= 0x80 || asked >= 0x80) return sameItemName(QString::fromUtf8(utf8), name);
-    if (lower(stored) != lower(quint8(asked))) return false;
-  }
-  return utf8.size() == name.size();
+bool isPlain(QByteArrayView name) {
+  char bits = 0;
+  for (char byte : name) bits = char(bits | byte);
+  return !(bits & 0x80);
 }
 
 qsizetype roomFor(const QVector<Item>& items) {
@@ -174,15 +168,90 @@ void checkPackedItems(QByteArrayView packed) {
   for (qsizetype i = 0; i < directory.count(); ++i) budget.spend(directory.entry(i));
 }
 
+// Plain names are compared in place; the first other character sends both to the full comparison.
+bool isPackedName(QByteArrayView utf8, QStringView name) {
+  const qsizetype common = qMin(utf8.size(), name.size());
+  for (qsizetype i = 0; i < common; ++i) {
+    const quint8 stored = quint8(utf8[i]);
+    const char16_t asked = name[i].unicode();
+    if (stored >= 0x80 || asked >= 0x80) return sameItemName(QString::fromUtf8(utf8), name);
+    if (lower(stored) != lower(quint8(asked))) return false;
+  }
+  return utf8.size() == name.size();
+}
+
 bool findPackedItem(QByteArrayView packed, QStringView name, Item& item) {
   const Directory directory(packed);
   for (qsizetype i = 0; i < directory.count(); ++i) {
     const Entry entry = directory.entry(i);
-    if (!matches(directory.name(entry), name)) continue;
+    if (!isPackedName(directory.name(entry), name)) continue;
     item = itemAt(directory, entry);
     return true;
   }
   return false;
+}
+
+// --- Items where they lie ------------------------------------------------------------------------------
+
+PackedItems::PackedItems(QByteArrayView packed) : packed_(packed) {
+  checkPackedItems(packed);
+  count_ = qsizetype(qFromLittleEndian<quint32>(packed.data() + 4));
+}
+
+PackedItems::Entry PackedItems::operator[](qsizetype place) const {
+  const char* const at = packed_.data() + kHead + place * kEntry;
+  const auto number = [at](qsizetype offset) { return qFromLittleEndian<quint32>(at + offset); };
+  return {QByteArrayView(packed_.data() + number(0), qFromLittleEndian<quint16>(at + 4)),
+          qFromLittleEndian<quint16>(at + 6), QByteArrayView(packed_.data() + number(8), number(12))};
+}
+
+qsizetype PackedItems::find(QStringView name, quint16 flags) const {
+  for (qsizetype i = 0; i < count_; ++i) {
+    const Entry entry = (*this)[i];
+    if ((entry.flags & flags) == flags && isPackedName(entry.name, name)) return i;
+  }
+  return -1;
+}
+
+WantedItems::WantedItems(const QStringList& names) : names_(names), next_(std::size_t(names.size()), -1) {
+  first_.fill(-1);
+  for (int n = 0; n < int(names.size()); ++n) {
+    const QByteArray utf8 = names[n].toUtf8();
+    if (utf8.isEmpty() || !isPlain(utf8)) {
+      others_.push_back(n);
+      continue;
+    }
+    int& bucket = first_[std::size_t(bucketOf(utf8.front(), utf8.back(), utf8.size()))];
+    next_[std::size_t(n)] = std::exchange(bucket, n);
+  }
+}
+
+int WantedItems::bucketOf(char first, char last, qsizetype length) {
+  return int(lower(quint8(first)) * 5 + lower(quint8(last)) * 11 + length) % kBuckets;
+}
+
+void WantedItems::note(int name, qint32 place, std::vector<qint32>& places) const {
+  qint32& known = places[std::size_t(name)];
+  if (known < 0) known = place;
+}
+
+void WantedItems::find(const PackedItems& items, quint16 flags, std::vector<qint32>& places) const {
+  places.assign(std::size_t(names_.size()), -1);
+  for (qsizetype i = 0; i < items.count(); ++i) {
+    const PackedItems::Entry entry = items[i];
+    if ((entry.flags & flags) != flags) continue;
+    const QByteArrayView name = entry.name;
+    if (name.isEmpty() || !isPlain(name)) {
+      for (int n = 0; n < int(names_.size()); ++n)
+        if (isPackedName(name, names_[n])) note(n, qint32(i), places);
+      continue;
+    }
+    for (int n = first_[std::size_t(bucketOf(name.front(), name.back(), name.size()))]; n >= 0;
+         n = next_[std::size_t(n)])
+      if (isPackedName(name, names_[n])) note(n, qint32(i), places);
+    for (int n : others_)
+      if (isPackedName(name, names_[n])) note(n, qint32(i), places);
+  }
 }
 
 }  // namespace lens

@@ -53,7 +53,7 @@ void Connection::requireFile() const {
 }
 
 Connection::~Connection() {
-  sqlite3_close_v2(handle_);
+  if (!borrowed_) sqlite3_close_v2(handle_);
 }
 
 void Connection::execute(const char* sql, int fault) const {

@@ -17,6 +17,8 @@ class Connection {
   Connection(const QString& path, int flags, bool constant = false);
   // Stands for a file that was removed: every statement raises 53.
   explicit Connection(const QString& path);
+  // Statements of one's own on a connection that somebody else holds open; he must outlive this.
+  Connection(sqlite3* handle, const QString& path) : path_(path), handle_(handle), borrowed_(true) {}
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
@@ -34,6 +36,7 @@ class Connection {
   QString path_;
   sqlite3* handle_ = nullptr;
   bool removed_ = false;
+  bool borrowed_ = false;
 };
 
 // Prepared at its first use, finalised with its owner. The connection must outlive it.
@@ -64,6 +67,7 @@ class Statement {
     // True with a row, false at the end.
     bool step();
     qint64 integer(int column) const { return sqlite3_column_int64(statement_.handle_, column); }
+    double real(int column) const { return sqlite3_column_double(statement_.handle_, column); }
     bool isNull(int column) const { return sqlite3_column_type(statement_.handle_, column) == SQLITE_NULL; }
     // Valid until the next step.
     QByteArrayView blob(int column) const;
@@ -74,6 +78,7 @@ class Statement {
     void bind(int place, Number number) {
       check(sqlite3_bind_int64(statement_.handle_, place, qint64(number)));
     }
+    void bind(int place, double number) { check(sqlite3_bind_double(statement_.handle_, place, number)); }
     void bind(int place, std::nullptr_t) { check(sqlite3_bind_null(statement_.handle_, place)); }
     void bind(int place, QByteArrayView bytes);
     void bind(int place, const QByteArray& bytes) { bind(place, QByteArrayView(bytes)); }

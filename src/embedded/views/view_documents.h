@@ -1,23 +1,15 @@
-// The documents of a view, as long as views have no index of their own.
-//
-// The selection formula is run over all documents. A view whose formula is there in compiled form only,
-// or cannot be compiled, shows all of them. Profile documents are in no view, and a folder, whose
-// documents are put there by hand, has none. Documents stand in order of their note ID.
+// The documents of a view, for those who need no more of it.
 #pragma once
 
-#include <QString>
 #include <QVector>
 
 #include "embedded/store/database.h"
+#include "embedded/views/view_design.h"
 
 namespace lens {
 
+// Note IDs in the order of the view, each once; its index is brought up to date first. A view whose
+// formula is there in compiled form only, or cannot be compiled, shows all documents.
 QVector<quint32> viewDocuments(const Database& database, const Note& view);
-
-// The selection of a view note as text; false when the note holds it only in compiled form or not at
-// all.
-bool selectionSource(const Note& view, QString& source);
-
-bool isFolder(const Note& view);
 
 }  // namespace lens

@@ -71,11 +71,7 @@ TEST_F(RemoteConsole, ReadsTheCodePageAndWritesTheStoredCharacterSet) {
   EXPECT_TRUE(directory.contains(toLmbcs(u"Ω")));
 }
 
-TEST_F(RemoteConsole, RunsTheTasksThatItIsGiven) {
-  int runs = 0;
-  ServerTasks tasks;
-  tasks.updateIndexes = [&](Database&, bool) { return QString(++runs, u'u'); };
-  api.setServerTasks(tasks);
-  EXPECT_EQ(reply("Hub1/Acme", toCodePage(u"updall größe")), toLmbcs(u" Updall: größe.nsf: u"));
-  EXPECT_EQ(runs, 1);
+TEST_F(RemoteConsole, BringsAFullTextIndexUpToDate) {
+  EXPECT_EQ(reply("Hub1/Acme", toCodePage(u"updall größe -x")),
+            toLmbcs(u" Updall: größe.nsf: the full-text index was made anew"));
 }

@@ -1,5 +1,6 @@
 // What administrators type at the console, and what it does.
 #include "embedded/console/console.h"
+#include "embedded/search/full_text.h"
 
 #include <gtest/gtest.h>
 
@@ -29,7 +30,7 @@ struct Console : ::testing::Test {
   }
   std::shared_ptr<Database> orders() { return t.workspace->database(kHub, u"apps/orders.nsf"_s); }
   QString pathOf(const QString& path) { return t.workspace->absolutePath(t.workspace->place(kHub, path)); }
-  QString run(const QString& command) { return runConsoleCommand(*t.workspace, kHub, command, tasks); }
+  QString run(const QString& command) { return runConsoleCommand(*t.workspace, kHub, command); }
   ::testing::AssertionResult says(const QString& command, const QString& part) {
     const QString reply = run(command);
     if (reply.contains(part)) return ::testing::AssertionSuccess();
@@ -42,7 +43,6 @@ struct Console : ::testing::Test {
     database.remove(note.header.id);
   }
   TestWorkspace t;
-  ServerTasks tasks;
 };
 
 }  // namespace
@@ -158,26 +158,30 @@ TEST_F(Console, DbcopyMakesADatabaseOfItsOwn) {
 }
 
 TEST_F(Console, TasksThatAreNotThereAreNotFound) {
-  for (const QString& command : {u"updall"_s, u"replicate Hub2"_s, u"load updall names.nsf"_s})
-    EXPECT_TRUE(says(command, u"not installed"_s));
-  EXPECT_TRUE(says(u"show tasks"_s, u"not installed"_s));
   EXPECT_TRUE(says(u"load amgr"_s, u"Unable to find a task of this name: amgr"_s));
   EXPECT_TRUE(says(u"load"_s, u"needs the name"_s));
   EXPECT_TRUE(says(u"tell amgr quit"_s, u"Unable to find a task"_s));
   EXPECT_TRUE(says(u"tell compact quit"_s, u"compact is not running"_s));
 }
 
-TEST_F(Console, UpdallUpdatesTheNamedDatabasesAndMakesFullTextOnDemand) {
-  QStringList updated;
-  tasks.updateIndexes = [&](Database& database, bool makeFullText) {
-    updated.append(database.info().title + (makeFullText ? u" anew"_s : u""_s));
-    return u"indexes are up to date"_s;
-  };
-  EXPECT_TRUE(says(u"updall apps/orders.nsf"_s, u"indexes are up to date"_s));
-  run(u"load updall apps/orders.nsf -X"_s);
-  EXPECT_EQ(updated, QStringList({u"Orders"_s, u"Orders anew"_s}));
-  run(u"updall"_s);
-  EXPECT_EQ(updated.size(), 4);
+TEST_F(Console, UpdallMakesAFullTextIndexOnlyOnDemand) {
+  Note note = noteOf({{u"A"_s, textValue(u"pump")}});
+  orders()->save(note);
+  EXPECT_TRUE(says(u"updall apps/orders.nsf"_s, u"there is no full-text index"_s));
+  EXPECT_FALSE(hasFullTextIndex(*orders()));
+  EXPECT_TRUE(says(u"load updall apps/orders.nsf -X"_s, u"the full-text index was made anew"_s));
+  EXPECT_EQ(fullTextSearch(*orders(), u"pump", 0).size(), 1);
+  EXPECT_TRUE(says(u"updall apps/orders.nsf"_s, u"the full-text index is up to date"_s));
+  EXPECT_EQ(run(u"updall"_s).split(u"\r\n"_s).size(), 2);
+}
+
+TEST_F(Console, SearchesGoOnBehindACompaction) {
+  Note note = noteOf({{u"A"_s, textValue(u"pump")}});
+  orders()->save(note);
+  run(u"updall apps/orders.nsf -x"_s);
+  EXPECT_EQ(fullTextSearch(*orders(), u"pump", 0).size(), 1);
+  EXPECT_TRUE(says(u"compact apps/orders.nsf"_s, u"recovered"_s));
+  EXPECT_EQ(fullTextSearch(*orders(), u"pump", 0).size(), 1);
 }
 
 TEST_F(Console, ReplicateBringsReplicasTogetherAndLeavesOthers) {
@@ -185,24 +189,30 @@ TEST_F(Console, ReplicateBringsReplicasTogetherAndLeavesOthers) {
   create(u"a.nsf"_s, u"A here"_s, kHub, u"C125000000000001"_s);
   create(u"b.nsf"_s, u"A there"_s, u"Hub2/Acme"_s, u"C125000000000001"_s);
   create(u"c.nsf"_s, u"other"_s, u"Hub2/Acme"_s, u"C125000000000002"_s);
-  QStringList pairs, changed;
-  tasks.replicate = [&](Database& here, Database& there) -> ReplicationReport {
-    pairs.append(here.info().title + u" + "_s + there.info().title);
-    return {3, 2, 1, 0};
-  };
+  const auto here = t.workspace->database(kHub, u"a.nsf"_s);
+  const auto there = t.workspace->database(u"Hub2/Acme"_s, u"b.nsf"_s);
+  Note note = noteOf({{u"A"_s, textValue(u"x")}});
+  here->save(note);
+  QStringList changed;
   t.workspace->setChangeListener([&](const DatabasePlace& place) { changed.append(place.path); });
-  EXPECT_TRUE(says(u"replicate hub2/acme"_s, u"3 added, 2 updated, 1 deleted, 0 conflicts"_s));
-  EXPECT_EQ(pairs, QStringList(u"A here + A there"_s));
+  EXPECT_TRUE(says(u"replicate hub2/acme"_s, u"1 added, 0 updated, 0 deleted, 0 conflicts"_s));
+  EXPECT_EQ(there->noteCount(noteclass::Document), 1);
   EXPECT_EQ(changed, QStringList({u"a.nsf"_s, u"b.nsf"_s}));
   EXPECT_TRUE(says(u"replicate Hub2/Acme names.nsf"_s, u"no replica"_s));
   EXPECT_TRUE(says(u"replicate Hub9/Acme"_s, u"Hub9/Acme"_s));
   EXPECT_TRUE(says(u"replicate Hub1/Acme"_s, u"another server"_s));
   EXPECT_TRUE(says(u"replicate"_s, u"needs the name"_s));
-  EXPECT_EQ(pairs.size(), 1);
-  tasks.replicate = [](Database&, Database&) -> ReplicationReport {
-    throw RuntimeError(4064, u"full disk"_s);
-  };
-  EXPECT_TRUE(says(u"load repl Hub2/Acme a.nsf"_s, u"full disk"_s));
+}
+
+TEST_F(Console, AFailedReplicationNamesTheFile) {
+  t.workspace->addServer(u"CN=Hub2/O=Acme"_s);
+  create(u"a.nsf"_s, u"A here"_s, kHub, u"C125000000000001"_s);
+  create(u"b.nsf"_s, u"A there"_s, u"Hub2/Acme"_s, u"C125000000000001"_s);
+  const QString file = t.workspace->absolutePath(t.workspace->place(u"Hub2/Acme"_s, u"b.nsf"_s));
+  QFile::setPermissions(file, QFile::ReadOwner);
+  Note note = noteOf({{u"A"_s, textValue(u"x")}});
+  t.workspace->database(kHub, u"a.nsf"_s)->save(note);
+  EXPECT_TRUE(says(u"load repl Hub2/Acme a.nsf"_s, file));
 }
 
 TEST(ConsoleReply, IsTextInTheStoredCharacterSetBehindOneBlank) {
@@ -251,7 +261,6 @@ TEST_F(Console, AnythingTypedHasAReplyOfPlainText) {
                            u"/etc/x"_s,
                            u"'; DROP TABLE note"_s,
                            u"new.nsf"_s};
-  tasks.updateIndexes = [](Database&, bool) { return u"done"_s; };
   for (int i = 0; i < 300; ++i) {
     QStringList words;
     for (quint32 n = random() % 5 + 1; n > 0; --n) words.append(pieces[random() % pieces.size()]);

@@ -91,6 +91,24 @@ TEST_F(DxlImport, ViewKeepsSelectionAsSourceAndColumnsAsRecords) {
   EXPECT_FALSE(note.has(u"$DXL_column"));
 }
 
+TEST_F(DxlImport, ViewKeepsWhatItsIndexNeeds) {
+  const Note note = design(
+      "<view name='v' showresponsehierarchy='false'><column itemname='Kind' categorized='true' "
+      "sort='ascending'/><column itemname='Who' sort='ascending' separatemultiplevalues='true'/><column "
+      "itemname='$3' responsesonly='true'><code "
+      "event='value'><formula>Subject</formula></code></column></view>",
+      noteclass::View);
+  const QByteArrayView format = note.find(u"$ViewFormat")->data();
+  EXPECT_EQ(hex(format.first(10)), "01 00 03 00 00 00 02 00 00 00") << "no hierarchy of responses";
+  EXPECT_EQ(hex(format.sliced(10, 4)), "56 43 03 00");
+  EXPECT_EQ(hex(format.sliced(42 + 18, 2)), "00 01") << "each value a row";
+  EXPECT_EQ(hex(format.sliced(74, 4)), "56 43 10 00");
+  EXPECT_EQ(hex(note.find(u"$Collation")->data().first(20)),
+            "1b 00 02 00 00 44 08 66 07 00 00 04 00 08 66 00 04 00 03 00");
+  EXPECT_FALSE(note.has(u"$DXL_column"));
+  EXPECT_FALSE(note.has(u"$DXL_attributes"));
+}
+
 TEST_F(DxlImport, ColumnOfMoreThanARecordHoldsIsKeptToo) {
   const Note note = design(
       "<view name='v'><column itemname='a' align='right'/><column "

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "embedded/dxl/view_elements.h"
 #include "embedded/formula/formula.h"
 #include "embedded/formula_world/store_database.h"
 #include "embedded/formula_world/workspace_environment.h"
@@ -72,9 +73,31 @@ TEST_F(StoreWorld, ProfilesAreFoundAgainAfterAChange) {
   EXPECT_EQ(run(u"@GetProfileField(\"Settings\"; \"Color\")"_s), u"blue"_s);
 }
 
-TEST_F(StoreWorld, ColumnsAreRefused) {
-  EXPECT_EQ(run(u"@DbColumn(\"\"; \"\"; \"All\"; 1)"_s), u"error 0558"_s);
-  EXPECT_EQ(run(u"@DbLookup(\"\"; \"\"; \"All\"; \"k\"; 1)"_s), u"error 0558"_s);
+TEST_F(StoreWorld, ColumnsAndLookupsReadViews) {
+  ViewColumn name, size;
+  name.item = u"Name"_s;
+  name.sorted = true;
+  size.item = u"Size"_s;
+  t.add({{u"$TITLE"_s, textValue(u"People|p")},
+         {u"$ViewFormat"_s, viewFormatValue({name, size})},
+         {u"$Collation"_s, collationValue({name, size})}},
+        noteclass::View);
+  t.add({{u"Name"_s, textValue(u"Bo")}, {u"Size"_s, numberValue(2)}, {u"Town"_s, textValue(u"Rom")}});
+  const QString ada = unidOf(
+      t.add({{u"Name"_s, textValue(u"Ada")}, {u"Size"_s, numberValue(1)}, {u"Town"_s, textValue(u"Ulm")}}));
+  EXPECT_EQ(run(u"@DbColumn(\"\"; \"\"; \"people\"; 1)"_s), u"Ada|Bo"_s);
+  EXPECT_EQ(run(u"@DbColumn(\"Notes\" : \"NoCache\"; \"mail.nsf\"; \"P\"; 2)"_s), u"1|2"_s);
+  EXPECT_EQ(run(u"@DbColumn(\"\"; \"\"; \"P\"; 3)"_s), u"error 055f"_s);
+  EXPECT_EQ(run(u"@DbColumn(\"\"; \"\"; \"none\"; 1)"_s), u"error 0538"_s);
+  EXPECT_EQ(run(u"@DbColumn(\"\"; \"none.nsf\"; \"P\"; 1)"_s), u"error 0538"_s);
+  EXPECT_EQ(run(u"@DbLookup(\"\"; \"\"; \"P\"; \"ADA\"; 2)"_s), u"1"_s);
+  EXPECT_EQ(run(u"@DbLookup(\"\"; \"\"; \"P\"; \"bo\" : \"ada\"; \"Town\")"_s), u"Rom|Ulm"_s);
+  EXPECT_EQ(run(u"@DbLookup(\"\"; \"\"; \"P\"; \"A\"; 1)"_s), u"error 054c"_s);
+  EXPECT_EQ(run(u"@DbLookup(\"\"; \"\"; \"P\"; \"A\"; 1; [FailSilent])"_s), QString());
+  EXPECT_EQ(run(u"@DbLookup(\"\"; \"\"; \"P\"; \"A\"; 1; [PartialMatch])"_s), u"Ada"_s);
+  EXPECT_EQ(run(u"@DbLookup(\"\"; \"\"; \"P\"; \"Ada\"; 1; [ReturnDocumentUniqueID])"_s), ada);
+  t.add({{u"Name"_s, textValue(u"Cy")}});
+  EXPECT_EQ(run(u"@DbColumn(\"\"; \"\"; \"p\"; 1)"_s), u"Ada|Bo|Cy"_s);
 }
 
 TEST_F(StoreWorld, SettingsComeFromNotesIni) {

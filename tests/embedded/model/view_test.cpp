@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include "embedded/dxl/dxl_importer.h"
+#include "embedded/dxl/view_elements.h"
 #include "embedded/model/support/test_workspace.h"
 #include "embedded/views/design_notes.h"
 #include "embedded/views/view_documents.h"
@@ -61,7 +63,7 @@ TEST(ViewObject, IsFoundByNameAndMissingOnesAreNothing) {
   EXPECT_TRUE(mail.call(u"GETVIEW"_s, u""_s).object().isNothing());
 }
 
-TEST(ViewObject, WalksItsDocumentsInOrderOfTheirId) {
+TEST(ViewObject, WalksItsDocuments) {
   TestWorkspace t;
   t.addView(u"Memos"_s, sourceFormulaValue(u"SELECT Form = \"Memo\""_s));
   t.addView(u"All"_s, sourceFormulaValue(u"SELECT @All"_s));
@@ -132,4 +134,169 @@ TEST(ViewObject, AnImportedViewKeepsItsFormulaAndItsAliases) {
   EXPECT_EQ(view.get(u"Name"_s).text(), u"By Form"_s);
   EXPECT_EQ(view.get(u"SELECTIONFORMULA"_s).text(), u"SELECT Form = \"Memo\""_s);
   EXPECT_EQ(subjects(view), QStringList(u"in"_s));
+}
+
+// --- Entries -------------------------------------------------------------------------------------------
+
+namespace {
+
+class ViewEntries : public ::testing::Test {
+ protected:
+  // By category, and below that by subject; the categories are lists.
+  void makeView(bool categorized = true) {
+    ViewColumn kind, subject;
+    kind.item = u"Kind"_s;
+    kind.categorized = categorized;
+    subject.item = u"Subject"_s;
+    subject.sorted = true;
+    const QVector<ViewColumn> columns =
+        categorized ? QVector<ViewColumn>{kind, subject} : QVector<ViewColumn>{kind};
+    t.add({{u"$TITLE"_s, textValue(u"By Kind|kinds")},
+           {u"$Formula"_s, sourceFormulaValue(u"SELECT Form = \"Memo\"")},
+           {u"$ViewFormat"_s, viewFormatValue(columns)},
+           {u"$Collation"_s, collationValue(columns)}},
+          noteclass::View);
+  }
+  quint32 memo(const QString& subject, const QStringList& kinds) {
+    return t.add({{u"Form"_s, textValue(u"Memo")},
+                  {u"Subject"_s, textValue(subject)},
+                  {u"Kind"_s, textListValue(kinds)}});
+  }
+  Object view() { return t.mail().call(u"GetView"_s, u"KINDS"_s).object(); }
+  QString entries(const Object& collection) {
+    QStringList texts;
+    for (Object entry = collection.call(u"GETFIRSTENTRY"_s).object(); entry;
+         entry = collection.call(u"getNextEntry"_s, entry).object()) {
+      const Object document = entry.get(u"Document"_s).object();
+      EXPECT_EQ(entry.get(u"IsDocument"_s).boolean(), bool(document));
+      texts.append(document ? document.call(u"GETITEMVALUE"_s, u"Subject"_s).at(0).text() : u"-"_s);
+    }
+    return texts.join(u' ');
+  }
+  TestWorkspace t;
+};
+
+}  // namespace
+
+TEST_F(ViewEntries, AreTheRowsOfTheViewWithItsCategories) {
+  makeView();
+  memo(u"b"_s, {u"X"_s, u"Y"_s});
+  memo(u"a"_s, {u"X"_s});
+  t.add({{u"Form"_s, textValue(u"Task")}});
+  const Object all = view().get(u"AllEntries"_s).object();
+  EXPECT_EQ(entries(all), u"- a b - b"_s);
+  EXPECT_EQ(all.get(u"Count"_s).number(), 5);
+  EXPECT_EQ(all.get(u"EntryCount"_s).number(), 5);
+  EXPECT_EQ(view().get(u"EntryCount"_s).number(), 5);
+  EXPECT_EQ(subjects(view()), QStringList({u"a"_s, u"b"_s})) << "documents in view order, each once";
+}
+
+TEST_F(ViewEntries, AreAsTheyWereAtTheCall) {
+  makeView();
+  const quint32 a = memo(u"a"_s, {u"X"_s});
+  const Object before = view().get(u"ALLENTRIES"_s).object();
+  const quint32 b = memo(u"b"_s, {u"X"_s});
+  t.store->remove(a);
+  EXPECT_EQ(before.get(u"count"_s).number(), 2);
+  const Object first = before.call(u"GetFirstEntry"_s).object();
+  EXPECT_FALSE(first.get(u"ISDOCUMENT"_s).boolean());
+  EXPECT_TRUE(first.get(u"DOCUMENT"_s).object().isNothing());
+  const Object gone = before.call(u"GetNextEntry"_s, first).object();
+  EXPECT_FALSE(gone.get(u"ISDOCUMENT"_s).boolean());
+  EXPECT_TRUE(gone.get(u"DOCUMENT"_s).object().isNothing());
+  EXPECT_TRUE(before.call(u"GetNextEntry"_s, gone).object().isNothing());
+  EXPECT_EQ(entries(view().get(u"ALLENTRIES"_s).object()), u"- b"_s);
+  (void)b;
+}
+
+TEST_F(ViewEntries, GiveDocumentsReadAnew) {
+  makeView();
+  const quint32 a = memo(u"a"_s, {u"X"_s});
+  const Object all = view().get(u"ALLENTRIES"_s).object();
+  const Object entry = all.call(u"GETNEXTENTRY"_s, all.call(u"GETFIRSTENTRY"_s)).object();
+  Note note;
+  ASSERT_TRUE(t.store->read(a, note));
+  note.find(u"Subject")->value = textValue(u"new");
+  t.store->save(note);
+  EXPECT_EQ(entry.get(u"Document"_s).object().call(u"GETITEMVALUE"_s, u"Subject"_s).at(0).text(), u"new"_s);
+}
+
+TEST_F(ViewEntries, OfAnEmptyViewAreNone) {
+  makeView();
+  const Object all = view().get(u"ALLENTRIES"_s).object();
+  EXPECT_EQ(all.get(u"count"_s).number(), 0);
+  EXPECT_TRUE(all.call(u"GETFIRSTENTRY"_s).object().isNothing());
+  EXPECT_TRUE(view().call(u"GETFIRSTDOCUMENT"_s).object().isNothing());
+  all.call(u"REMOVEALL"_s, true);
+}
+
+TEST_F(ViewEntries, AreRemovedAllAtOnceEachDocumentOnceWithStubs) {
+  makeView();
+  const quint32 a = memo(u"a"_s, {u"X"_s, u"Y"_s}), b = memo(u"b"_s, {u"Y"_s});
+  const Object held = view();
+  const Object all = held.get(u"ALLENTRIES"_s).object();
+  const quint32 copy = memo(u"copy"_s, {u"X"_s});
+  t.store->remove(b, false);
+  const qint64 change = t.store->changeSequence();
+  all.call(u"RemoveAll"_s, true);
+  EXPECT_EQ(t.store->changeSequence(), change + 1);
+  EXPECT_EQ(all.get(u"Count"_s).number(), 0);
+  EXPECT_EQ(t.store->state(a), NoteState::Stub);
+  EXPECT_EQ(t.store->state(b), NoteState::Gone);
+  EXPECT_EQ(t.store->state(copy), NoteState::Live) << "it was not in the view when the entries were taken";
+  EXPECT_EQ(held.get(u"ENTRYCOUNT"_s).number(), 2) << "the view stays";
+}
+
+TEST_F(ViewEntries, AreRemovedAllOrNone) {
+  makeView();
+  const quint32 a = memo(u"a"_s, {u"X"_s}), b = memo(u"b"_s, {u"X"_s});
+  const Object all = view().get(u"ALLENTRIES"_s).object();
+  sqlite3_exec(t.store->handle(),
+               qPrintable(u"CREATE TEMP TRIGGER refuse BEFORE UPDATE ON main.note WHEN old.id = %1"
+                          " BEGIN SELECT raise(ABORT, 'disk'); END"_s.arg(b)),
+               nullptr, nullptr, nullptr);
+  EXPECT_EQ(raised([&] { all.call(u"REMOVEALL"_s, true); }), enginefault::NotSaved);
+  EXPECT_EQ(t.store->state(a), NoteState::Live);
+  EXPECT_EQ(t.store->state(b), NoteState::Live);
+  EXPECT_EQ(all.get(u"count"_s).number(), 3);
+}
+
+TEST_F(ViewEntries, AreFoundByTheKeyOfTheFirstSortedColumn) {
+  makeView();
+  memo(u"b"_s, {u"Smith"_s});
+  memo(u"a"_s, {u"Smithers"_s});
+  const Object held = view();
+  const auto found = [&](const QString& key, bool exact) {
+    const Object entry = held.call(u"GetEntryByKey"_s, key, exact).object();
+    if (!entry) return QString();
+    EXPECT_TRUE(entry.get(u"IsDocument"_s).boolean());
+    return entry.get(u"Document"_s).object().call(u"GETITEMVALUE"_s, u"Subject"_s).at(0).text();
+  };
+  EXPECT_EQ(found(u"SMITH"_s, true), u"b"_s);
+  EXPECT_EQ(found(u"Smit"_s, true), QString());
+  EXPECT_EQ(found(u"smithe"_s, false), u"a"_s);
+  memo(u"c"_s, {u"Zoe"_s});
+  EXPECT_EQ(found(u"zoe"_s, true), u"c"_s) << "the index is brought up to date first";
+}
+
+TEST_F(ViewEntries, AreNotFoundByKeyWithoutASortedColumn) {
+  makeView(false);
+  memo(u"b"_s, {u"Smith"_s});
+  EXPECT_TRUE(view().call(u"GETENTRYBYKEY"_s, u"Smith"_s, true).object().isNothing());
+}
+
+TEST_F(ViewEntries, AWalkEndsAlthoughItChangesWhatItWalksOver) {
+  makeView();
+  for (int i = 0; i < 5; ++i) memo(u"m%1"_s.arg(i), {u"X"_s});
+  const Object held = view();
+  int seen = 0;
+  for (Object document = held.call(u"GETFIRSTDOCUMENT"_s).object(); document;
+       document = held.call(u"GETNEXTDOCUMENT"_s, document).object()) {
+    ++seen;
+    memo(u"n%1"_s.arg(seen), {u"X"_s});
+  }
+  EXPECT_EQ(seen, 5);
+  const Object stranger = t.document(t.add({{u"Form"_s, textValue(u"Task")}}));
+  EXPECT_NE(raised([&] { held.call(u"GETNEXTDOCUMENT"_s, stranger); }), 0);
+  EXPECT_NE(raised([&] { held.get(u"ALLENTRIES"_s).object().call(u"GETNEXTENTRY"_s, stranger); }), 0);
 }

@@ -109,6 +109,53 @@ TEST(PackedItems, EntriesThatShareOneLargeValueAreRefused) {
   EXPECT_EQ(errorNumber([&] { unpackItems(packed); }), enginefault::Damaged);
 }
 
+TEST(PackedItems, LookedAtWhereTheyLieTheySayTheSame) {
+  QRandomGenerator random(8);
+  for (int round = 0; round < 300; ++round) {
+    const QVector<Item> items = randomItems(random);
+    const QByteArray packed = packItems(items);
+    const PackedItems view(packed);
+    ASSERT_EQ(view.count(), items.size());
+    QVector<Item> seen;
+    for (qsizetype i = 0; i < view.count(); ++i) seen.push_back(view[i].toItem());
+    EXPECT_TRUE(same(seen, items)) << round;
+  }
+  EXPECT_EQ(errorNumber([] { PackedItems(QByteArrayView("TLI1\1\0\0\0", 8)); }), enginefault::Damaged);
+}
+
+// Short names of few letters, so that many collide; with letters whose other case is not ASCII.
+QString shortName(QRandomGenerator& random) {
+  static const QString letters = QStringLiteral(u"aAbB_kKsS\u212A\u017FéÉ");
+  QString name;
+  for (int length = random.bounded(4); length >= 0; --length) name += letters[random.bounded(letters.size())];
+  return name;
+}
+
+TEST(PackedItems, WantedItemsAreTheFirstOnesOfTheirNames) {
+  QRandomGenerator random(9);
+  for (int round = 0; round < 2000; ++round) {
+    QVector<Item> items;
+    for (int count = random.bounded(15); count > 0; --count)
+      items.push_back(
+          {shortName(random), random.bounded(2) ? itemflag::Summary : quint16(0), textValue(u"x")});
+    QStringList names;
+    for (int count = random.bounded(15); count > 0; --count) names.append(shortName(random));
+    const QByteArray packed = packItems(items);
+    const PackedItems view(packed);
+    std::vector<qint32> places;
+    WantedItems(names).find(view, itemflag::Summary, places);
+    for (qsizetype n = 0; n < names.size(); ++n) {
+      qsizetype expected = 0;
+      while (expected < items.size() &&
+             !((items[expected].flags & itemflag::Summary) && sameItemName(items[expected].name, names[n])))
+        ++expected;
+      if (expected == items.size()) expected = -1;
+      EXPECT_EQ(places[std::size_t(n)], expected) << names[n].toStdString();
+      EXPECT_EQ(view.find(names[n], itemflag::Summary), expected) << names[n].toStdString();
+    }
+  }
+}
+
 TEST(PackedItems, ValueWithoutATypeIsNotPacked) {
   EXPECT_EQ(errorNumber([] { packItems({{QStringLiteral("a"), 0, QByteArray("x")}}); }), err::InvalidCall);
 }

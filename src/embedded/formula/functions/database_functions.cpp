@@ -215,8 +215,10 @@ Value userAccess(const Call& call) {
 // -------------------------------------------------------------------------------------------------------
 
 constexpr const char* kClassNote =
-    "Views of this program's own databases keep no columns yet, so it is an error there; so are \"ODBC\" and "
-    "other sources outside. Nothing is kept between two calls, whatever the second text of the class says. "
+    "An error for \"ODBC\" and other sources outside, and where no database is at hand, as in the formulas "
+    "of "
+    "a view. A column whose formula is there in compiled form only gives the items of its name. Nothing is "
+    "kept between two calls, whatever the second text of the class says. "
     "Arguments that only other classes have are taken and not looked at.";
 
 constexpr Function kRows[] = {

@@ -1,0 +1,51 @@
+#include "embedded/formula_world/packed_document.h"
+
+#include "embedded/formula_world/item_conversion.h"
+
+namespace lens {
+namespace {
+
+QStringList textsOf(const std::vector<formula::Name>& names) {
+  QStringList texts;
+  for (const formula::Name& name : names) texts.append(name.text);
+  return texts;
+}
+
+}  // namespace
+
+PackedDocument::PackedDocument(std::vector<formula::Name> names, const Database* database)
+    : names_(std::move(names)), wanted_(textsOf(names_)), database_(database) {}
+
+void PackedDocument::show(const PackedNote& note) {
+  packed_ = &note;
+  places_.clear();
+  whole_.reset();
+}
+
+qsizetype PackedDocument::placeOf(const formula::Name& name) const {
+  for (std::size_t n = 0; n < names_.size(); ++n) {
+    if (names_[n].hash != name.hash || names_[n].text != name.text) continue;
+    if (places_.empty()) wanted_.find(packed_->items, itemflag::Summary, places_);
+    return places_[n];
+  }
+  return packed_->items.find(name.text, itemflag::Summary);
+}
+
+bool PackedDocument::item(const formula::Name& name, formula::Value& value) const {
+  const qsizetype place = packed_ ? placeOf(name) : -1;
+  if (place < 0) return false;
+  const QByteArrayView stored = packed_->items[place].value;
+  if (ByteReader(stored).u16() == itemtype::Unavailable) return false;
+  formulaValue(stored, value);
+  return true;
+}
+
+const NoteDocument& PackedDocument::whole() const {
+  if (whole_) return *whole_;
+  note_ = packed_ ? packed_->unpack() : Note();
+  whole_.emplace(note_, database_, NoteDocument::Items::Summary);
+  whole_->setSelected(selected_);
+  return *whole_;
+}
+
+}  // namespace lens

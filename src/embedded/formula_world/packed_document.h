@@ -1,0 +1,47 @@
+// A packed note as the document of a formula: what searches and views show to their formulas, note after
+// note. Only the items that are asked for are read.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "embedded/formula_world/note_document.h"
+#include "embedded/store/packed_note.h"
+
+namespace lens {
+
+// Says the same as a NoteDocument of summary items. Reads only; writing is refused.
+class PackedDocument : public formula::Document {
+ public:
+  // The names that the formulas may ask for (Formula::itemNames()) are found fast, all others too. The
+  // database may be null and tells the parents of parents.
+  explicit PackedDocument(std::vector<formula::Name> names, const Database* database = nullptr);
+
+  // From now on the document is this note, as long as that is there.
+  void show(const PackedNote& note);
+  void setSelected(NoteDocument::Selected selected) { selected_ = std::move(selected); }
+
+  bool item(const formula::Name& name, formula::Value& value) const override;
+  QStringList itemNames() const override { return whole().itemNames(); }
+  QStringList authorItems() const override { return whole().authorItems(); }
+  formula::DocumentProperties properties() const override { return whole().properties(); }
+  QVector<formula::Attachment> attachments() const override { return whole().attachments(); }
+  QString richText(const formula::Name& name) const override { return whole().richText(name); }
+  bool respondsToSelected(bool everyLevel) const override { return whole().respondsToSelected(everyLevel); }
+
+ private:
+  qsizetype placeOf(const formula::Name& name) const;
+  // What is seldom asked is answered by the unpacked note.
+  const NoteDocument& whole() const;
+
+  std::vector<formula::Name> names_;
+  WantedItems wanted_;
+  const Database* database_;
+  NoteDocument::Selected selected_;
+  const PackedNote* packed_ = nullptr;
+  mutable std::vector<qint32> places_;  // of the names in this note; empty until one is asked for
+  mutable Note note_;
+  mutable std::optional<NoteDocument> whole_;
+};
+
+}  // namespace lens

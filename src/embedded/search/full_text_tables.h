@@ -1,0 +1,68 @@
+// The tables of the full-text index, and how words stand in them.
+//
+// A document is one row of an FTS5 table with two columns of words, folded and parted by blanks. "words" has
+// every word once; "fields" has it again with the number of its field before it, which makes a query for one
+// field exact and as fast as any other. The characters between are from the private use area, which no word
+// contains. FTS5 keeps no copy of the two; what it needs to forget a document is kept packed beside it, since
+// the copy would be the greater part of the file.
+#pragma once
+
+#include "embedded/store/engine_fault.h"
+#include "embedded/store/sqlite_statement.h"
+
+namespace lens::fulltext {
+
+inline constexpr QChar kFieldMark(0xE000);   // mark, number of the field, mark, word
+inline constexpr QChar kNowhere(0xE001);     // is in no document
+inline constexpr QChar kEverywhere(0xE002);  // in the fields of every document
+inline constexpr QChar kEnd(0xE003);         // behind each entry: no phrase goes over it
+
+// What stands before each word of a field.
+QString fieldPrefix(qint64 field);
+// Field names match without regard to case.
+QString fieldKey(QStringView name);
+
+// How a value is kept for comparing: a number, an instant in milliseconds UTC, a date as Julian day.
+enum class ValueKind { Number, Instant, Day };
+
+struct Tables {
+  explicit Tables(const Connection& connection) : connection(connection) {}
+
+  bool exist();
+  void create();
+  void drop();
+  // The change of the database up to which the index goes; -1 when it is not told.
+  qint64 change();
+  void setChange(qint64 change);
+  // 0: no document has such a field.
+  qint64 fieldNumber(const QString& key);
+
+  const Connection& connection;
+  static constexpr int kRead = enginefault::CannotOpen, kWrite = enginefault::NotSaved;
+  Statement definition{connection, "SELECT sql FROM sqlite_master WHERE name = 'full_text'", kRead};
+  Statement readChange{connection, "SELECT value FROM info WHERE key = 'full text change'", kRead};
+  Statement writeChange{connection, "INSERT OR REPLACE INTO info (key, value) VALUES ('full text change', ?)",
+                        kWrite};
+  Statement findField{connection, "SELECT id FROM full_text_field WHERE name = ?", kRead};
+  Statement addField{connection, "INSERT INTO full_text_field (name) VALUES (?)", kWrite};
+  Statement addWords{connection, "INSERT INTO full_text (rowid, words, fields) VALUES (?, ?, ?)", kWrite};
+  Statement removeWords{connection,
+                        "INSERT INTO full_text (full_text, rowid, words, fields) VALUES ('delete', ?, ?, ?)",
+                        kWrite};
+  Statement keep{connection, "INSERT INTO full_text_kept (note, fields) VALUES (?, ?)", kWrite};
+  Statement kept{connection, "SELECT fields FROM full_text_kept WHERE note = ?", kWrite};
+  Statement forget{connection, "DELETE FROM full_text_kept WHERE note = ?", kWrite};
+  Statement addValue{connection,
+                     "INSERT OR IGNORE INTO full_text_value (field, kind, value, note) VALUES (?, ?, ?, ?)",
+                     kWrite};
+  Statement removeValues{connection, "DELETE FROM full_text_value WHERE note = ?", kWrite};
+  Statement match{connection, "SELECT rowid, rank FROM full_text WHERE full_text MATCH ?", kRead};
+  Statement compare{connection,
+                    "SELECT DISTINCT note FROM full_text_value"
+                    " WHERE field = ? AND kind = ? AND value BETWEEN ? AND ? ORDER BY note",
+                    kRead};
+  Statement vocabulary{connection, "SELECT term FROM temp.full_text_word WHERE term >= ? AND term < ?",
+                       kRead};
+};
+
+}  // namespace lens::fulltext

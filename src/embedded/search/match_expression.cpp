@@ -1,0 +1,147 @@
+#include "embedded/search/match_expression.h"
+
+#include <algorithm>
+
+#include "embedded/search/words.h"
+
+namespace lens {
+namespace {
+
+using Node = QueryNode;
+
+// FTS5 gives up beyond some thirty groups within each other.
+constexpr int kHighest = 8;
+constexpr qsizetype kMostFitting = 500;  // words, or phrases made of them
+
+int heightOf(const Node& node) {
+  int height = 0;
+  for (const Node& child : node.children) height = qMax(height, heightOf(child));
+  return height + 1;
+}
+
+bool comparesIn(const Node& node) {
+  return node.kind == Node::Kind::Compare ||
+         std::any_of(node.children.begin(), node.children.end(), comparesIn);
+}
+
+QString quoted(const QString& word) {
+  return u'"' + word + u'"';
+}
+
+bool isPrefix(QStringView word) {
+  return word.endsWith(u'*') && !isPattern(word.chopped(1));
+}
+
+[[noreturn]] void tooMany(const Node& node) {
+  raiseQueryError(QStringLiteral("More than %1 words fit").arg(kMostFitting), node.place, node.text);
+}
+
+// The same phrases with one more word behind each.
+QStringList extended(const QStringList& phrases, const QStringList& words, const Node& node) {
+  if (phrases.size() * words.size() > kMostFitting) tooMany(node);
+  QStringList longer;
+  for (const QString& phrase : phrases)
+    for (const QString& word : words)
+      longer.append(phrase.isEmpty() ? word : phrase + QStringLiteral(" + ") + word);
+  return longer;
+}
+
+}  // namespace
+
+bool MatchExpressions::canHold(const Node& node) {
+  return heightOf(node) <= kHighest && !comparesIn(node);
+}
+
+QString MatchExpressions::everywhere() {
+  return QStringLiteral("fields : ") + quoted(QString(fulltext::kEverywhere));
+}
+
+QString MatchExpressions::of(const Node& node) {
+  switch (node.kind) {
+    case Node::Kind::And:
+      return all(node);
+    case Node::Kind::Or:
+      return any(node);
+    case Node::Kind::Not:
+      return u'(' + everywhere() + QStringLiteral(" NOT ") + of(node.children.front()) + u')';
+    default:
+      return phrase(node);
+  }
+}
+
+// FTS5 knows "this but not that" only, so what is not wanted goes to the end.
+QString MatchExpressions::all(const Node& node) {
+  QStringList wanted, unwanted;
+  for (const Node& child : node.children) {
+    const bool isNot = child.kind == Node::Kind::Not;
+    (isNot ? unwanted : wanted).append(of(isNot ? child.children.front() : child));
+  }
+  if (wanted.isEmpty()) wanted.append(everywhere());
+  const QString together = u'(' + wanted.join(QStringLiteral(" AND ")) + u')';
+  if (unwanted.isEmpty()) return together;
+  return u'(' + together + QStringLiteral(" NOT (") + unwanted.join(QStringLiteral(" OR ")) +
+         QStringLiteral("))");
+}
+
+QString MatchExpressions::any(const Node& node) {
+  QStringList parts;
+  for (const Node& child : node.children) parts.append(of(child));
+  return u'(' + parts.join(QStringLiteral(" OR ")) + u')';
+}
+
+QString MatchExpressions::phrase(const Node& node) {
+  const QString column = node.field.isEmpty() ? QStringLiteral("words : ") : QStringLiteral("fields : ");
+  const QString nowhere = column + quoted(QString(fulltext::kNowhere));
+  QString prefix;
+  if (!node.field.isEmpty()) {
+    const qint64 field = tables_.fieldNumber(fulltext::fieldKey(node.field));
+    if (field == 0) return nowhere;
+    prefix = fulltext::fieldPrefix(field);
+  }
+  const QStringList words = patternWords(node.text);
+  QStringList phrases{QString()};
+  for (qsizetype i = 0; i < words.size() && !phrases.isEmpty(); ++i) {
+    const QString& word = words[i];
+    if (i == words.size() - 1 && isPrefix(word))
+      phrases = extended(phrases, {quoted(prefix + word.chopped(1)) + u'*'}, node);
+    else
+      phrases = extended(
+          phrases, isPattern(word) ? fitting(word, node, prefix) : QStringList(quoted(prefix + word)), node);
+  }
+  if (phrases.isEmpty()) return nowhere;
+  for (QString& phrase : phrases) phrase.prepend(column);
+  return u'(' + phrases.join(QStringLiteral(" OR ")) + u')';
+}
+
+// The words of the index that fit, quoted.
+QStringList MatchExpressions::fitting(const QString& pattern, const Node& node, const QString& prefix) {
+  const auto wildcard =
+      std::find_if(pattern.begin(), pattern.end(), [](QChar c) { return c == u'*' || c == u'?'; });
+  const QString begin = prefix + pattern.left(wildcard - pattern.begin());
+  const QString last = QString::fromUcs4(U"\U0010FFFF");
+  QStringList words;
+  // Words of fields stand together at their marks; a search over all words goes around them.
+  if (begin.isEmpty()) {
+    addFitting(QString(), QString(fulltext::kFieldMark), pattern, prefix, node, words);
+    addFitting(QString(QChar(fulltext::kEnd.unicode() + 1)), last, pattern, prefix, node, words);
+  } else {
+    addFitting(begin, begin + last, pattern, prefix, node, words);
+  }
+  return words;
+}
+
+void MatchExpressions::addFitting(const QString& from, const QString& to, const QString& pattern,
+                                  const QString& prefix, const Node& node, QStringList& words) {
+  tables_.connection.execute(
+      "CREATE VIRTUAL TABLE IF NOT EXISTS temp.full_text_word USING fts5vocab(main, full_text, row)",
+      fulltext::Tables::kRead);
+  Statement::Run row(tables_.vocabulary, from, to);
+  while (row.step()) {
+    const QString term = row.text(0);
+    if (!fitsPattern(QStringView(term).sliced(prefix.size()), pattern)) continue;
+    if (words.size() == kMostFitting) tooMany(node);
+    words.append(quoted(term));
+  }
+}
+
+}  // namespace lens

@@ -1,0 +1,290 @@
+#include "embedded/views/document_rows.h"
+
+#include <QSet>
+#include <algorithm>
+
+#include "embedded/formula/program.h"
+#include "embedded/search/selection.h"
+#include "embedded/views/sort_key.h"
+
+namespace lens {
+namespace {
+
+using formula::Evaluation;
+using formula::Formula;
+using formula::Type;
+using FormulaValue = formula::Value;
+
+constexpr qsizetype kMostShown = 2048;  // characters of a category
+
+}  // namespace
+
+// --- Categories as they are kept -----------------------------------------------------------------------
+
+QByteArray packCategories(const std::vector<RowCategory>& categories) {
+  QByteArray packed;
+  for (const RowCategory& category : categories) {
+    appendU16(packed, category.end);
+    appendU16(packed, category.column);
+    appendU32(packed, quint32(category.shown.size()));
+    packed.append(category.shown);
+  }
+  return packed;
+}
+
+void readCategories(QByteArrayView packed, std::vector<PackedCategory>& categories) {
+  categories.clear();
+  ByteReader reader(packed);
+  while (reader.left() > 0) {
+    PackedCategory category;
+    category.end = reader.u16();
+    category.column = reader.u16();
+    const quint32 size = reader.u32();
+    if (reader.failed() || !reader.has(size)) break;
+    category.shown = reader.take(size);
+    categories.push_back(category);
+  }
+}
+
+QStringList categoryPath(QStringView text) {
+  QStringList parts;
+  for (const QStringView part : text.split(u'\\'))
+    if (!part.trimmed().isEmpty()) parts.append(part.trimmed().toString());
+  if (parts.isEmpty()) parts.append(QString());
+  return parts;
+}
+
+QByteArray shownBytes(const FormulaValue& value, qsizetype element) {
+  QByteArray bytes;
+  switch (value.type()) {
+    case Type::Number:
+      appendF64(bytes.append('n'), value.number(element));
+      return bytes;
+    case Type::Time:
+      appendTimeDate(bytes.append('t'), value.time(element));
+      return bytes;
+    case Type::TimeRange:
+      appendTimeDate(bytes.append('t'), value.range(element).from);
+      return bytes;
+    case Type::Text:
+    case Type::Keyword:
+      return bytes.append('x').append(value.text(element).toString().left(kMostShown).toUtf8());
+    default:
+      return bytes.append('x');
+  }
+}
+
+FormulaValue shownValue(QByteArrayView bytes) {
+  ByteReader reader(bytes);
+  const char kind = char(reader.u8());
+  if (kind == 'n' && reader.has(8)) return FormulaValue::number(reader.f64());
+  if (kind == 't' && reader.has(8)) return FormulaValue::time(reader.time());
+  return FormulaValue::text(QString::fromUtf8(reader.take(reader.left())));
+}
+
+// --- Formulas ------------------------------------------------------------------------------------------
+
+DocumentRows::DocumentRows(const ViewDesign& design, formula::Environment& environment)
+    : design_(design), environment_(environment), columns_(std::size_t(design.columns.size())) {
+  QSet<QString> known;
+  const auto need = [&](const formula::Name& name) {
+    const qsizetype before = known.size();
+    known.insert(name.folded);
+    if (known.size() > before) keyNames_.push_back(name);
+  };
+  const auto compile = [&](const QString& source) {
+    return formula::compile(source, {&environment_}).formula;
+  };
+  if (design.hasSelection && !design.folder) selectionFormula_ = compile(design.selection);
+  if (selectionFormula_) {
+    selection_ = std::make_unique<Evaluation>(selectionFormula_, environment_);
+    noteClock(*selectionFormula_);
+    for (const formula::Name& name : selectionFormula_->itemNames()) need(name);
+  }
+  for (int i = 0; i < design_.columns.size(); ++i) {
+    const DesignColumn& column = design_.columns[i];
+    columns_[std::size_t(i)].item = formula::Name(column.item);
+    const auto compiled = column.formula.isEmpty() ? nullptr : compile(column.formula);
+    const bool sorts = std::any_of(design_.keys.begin(), design_.keys.end(),
+                                   [i](const DesignKey& key) { return key.column == i; });
+    if (compiled) columns_[std::size_t(i)].evaluation = std::make_unique<Evaluation>(compiled, environment_);
+    if (!sorts) continue;
+    if (!compiled) need(columns_[std::size_t(i)].item);
+    if (!compiled) continue;
+    noteClock(*compiled);
+    for (const formula::Name& name : compiled->itemNames()) need(name);
+  }
+}
+
+// What asks for the day changes with the day, what asks for the time with each minute. (A formula that is
+// put together while it runs is not looked into.)
+void DocumentRows::noteClock(const Formula& formula) {
+  for (const formula::Function* function : formula.program().functions) {
+    const QLatin1String name(function->name);
+    if (name == QLatin1String("@Now"))
+      clock_ = Clock::EveryMinute;
+    else if (clock_ == Clock::Never &&
+             (name == QLatin1String("@Today") || name == QLatin1String("@Tomorrow") ||
+              name == QLatin1String("@Yesterday")))
+      clock_ = Clock::Daily;
+  }
+}
+
+qint64 DocumentRows::moment() const {
+  if (clock_ == Clock::Never) return 0;
+  const qint64 now = formula::instantOf(environment_.now(), zone());
+  if (clock_ == Clock::EveryMinute) return now / 6000;
+  return formula::hundredthsOf(formula::civilAt(now + 100 * qint64(zone().offsetAt(now)))) /
+         formula::kHundredthsOfDay;
+}
+
+Formula::Responses DocumentRows::responses() const {
+  return selectionFormula_ ? selectionFormula_->responses() : Formula::Responses::None;
+}
+
+std::vector<formula::Name> DocumentRows::names() const {
+  return keyNames_;
+}
+
+// A formula without an end would have none over the next document either.
+FormulaValue DocumentRows::evaluated(Evaluation& evaluation, formula::Document& document, bool* matches) {
+  formula::Outcome outcome = evaluation.run(&document, nullptr, Evaluation::Writes::Pretend);
+  if (outcome.value.isError() && outcome.value.errorCode() == formula::fault::TooMuchTime)
+    throw RuntimeError(kFormulaError,
+                       QStringLiteral("View \"%1\": %2")
+                           .arg(design_.title, formula::faultText(formula::fault::TooMuchTime)));
+  if (matches) *matches = outcome.matches;
+  return std::move(outcome.value);
+}
+
+bool DocumentRows::selects(formula::Document& document) {
+  if (!selection_) return true;
+  bool matches = false;
+  evaluated(*selection_, document, &matches);
+  return matches;
+}
+
+FormulaValue DocumentRows::column(int column, formula::Document& document) {
+  Column& each = columns_[std::size_t(column)];
+  if (each.evaluation) return evaluated(*each.evaluation, document, nullptr);
+  FormulaValue value;
+  return document.item(each.item, value) ? value : FormulaValue::text(u"");
+}
+
+FormulaValue DocumentRows::column(int column, formula::Document& document, QByteArrayView rowKey) {
+  if (design_.columns[column].responsesOnly && !document.properties().isResponse)
+    return FormulaValue::text(u"");
+  FormulaValue value = this->column(column, document);
+  for (std::size_t key = 0; key < std::size_t(design_.keys.size()); ++key) {
+    if (design_.keys[qsizetype(key)].column != column || !design_.keys[qsizetype(key)].separateValues)
+      continue;
+    for (const DocumentRow& row : rows(document))
+      if (rowKey.startsWith(row.key) && row.choice[key] < value.count())
+        return value.element(row.choice[key]);
+  }
+  return value;
+}
+
+// --- Rows ----------------------------------------------------------------------------------------------
+
+// One value of one sort key.
+struct DocumentRows::Part {
+  QByteArray key;
+  std::vector<RowCategory> categories;  // ends counted from the part's start
+  qint32 choice = -1;
+};
+
+std::vector<DocumentRows::Part> DocumentRows::partsOf(int keyPlace, formula::Document& document) {
+  const DesignKey& key = design_.keys[keyPlace];
+  const FormulaValue value = column(key.column, document);
+  const auto finished = [&](Part part) {
+    part.key.append(char(sortkey::End));
+    cut(part.key, 0);
+    if (key.descending) invert(part.key, 0);
+    return part;
+  };
+  std::vector<Part> parts;
+  if (!key.separateValues) {
+    Part part;
+    part.key = sortKey(value, zone());
+    if (key.descending) invert(part.key, 0);
+    parts.push_back(std::move(part));
+    return parts;
+  }
+  QSet<QByteArray> known;
+  const qsizetype count = qMax<qsizetype>(1, value.count());
+  for (qsizetype i = 0; i < count && parts.size() < kMostRows; ++i) {
+    Part part;
+    part.choice = qint32(i);
+    if (key.category && (value.isText() || value.count() == 0)) {
+      const QStringList path = categoryPath(value.isText() ? value.text(i) : QStringView());
+      for (const QString& each : path) {
+        if (part.key.size() >= kMostKeyBytes) break;
+        appendTextKey(part.key, each);
+        part.categories.push_back({quint16(qMin(part.key.size(), kMostKeyBytes)), quint16(key.column),
+                                   shownBytes(FormulaValue::text(each), 0)});
+      }
+    } else {
+      appendElementKey(part.key, value, i, zone());
+      if (key.category)
+        part.categories.push_back({quint16(part.key.size()), quint16(key.column), shownBytes(value, i)});
+    }
+    part = finished(std::move(part));
+    // A value that stands twice in a list makes one row.
+    const qsizetype before = known.size();
+    known.insert(part.key);
+    if (known.size() > before) parts.push_back(std::move(part));
+  }
+  return parts;
+}
+
+// What most views are: sorted, each document in one place.
+DocumentRow DocumentRows::onlyRow(formula::Document& document) {
+  DocumentRow row;
+  for (const DesignKey& key : design_.keys) {
+    const qsizetype start = row.key.size();
+    row.key.append(sortKey(column(key.column, document), zone()));
+    if (key.descending) invert(row.key, start);
+  }
+  row.choice.assign(std::size_t(design_.keys.size()), -1);
+  return row;
+}
+
+std::vector<DocumentRow> DocumentRows::rows(formula::Document& document) {
+  const bool several = std::any_of(design_.keys.begin(), design_.keys.end(),
+                                   [](const DesignKey& key) { return key.separateValues; });
+  if (!several) return {onlyRow(document)};
+  struct Growing {
+    DocumentRow row;
+    std::vector<RowCategory> categories;
+  };
+  std::vector<Growing> rows(1);
+  for (int place = 0; place < design_.keys.size(); ++place) {
+    const std::vector<Part> parts = partsOf(place, document);
+    std::vector<Growing> longer;
+    longer.reserve(qMin(rows.size() * parts.size(), kMostRows));
+    for (const Growing& row : rows)
+      for (const Part& part : parts) {
+        if (longer.size() >= kMostRows) break;
+        Growing next = row;
+        const qsizetype start = next.row.key.size();
+        next.row.key.append(part.key);
+        next.row.choice.push_back(part.choice);
+        for (RowCategory category : part.categories) {
+          category.end = quint16(category.end + start);
+          next.categories.push_back(std::move(category));
+        }
+        longer.push_back(std::move(next));
+      }
+    rows = std::move(longer);
+  }
+  std::vector<DocumentRow> finished;
+  finished.reserve(rows.size());
+  for (Growing& row : rows) {
+    row.row.categories = packCategories(row.categories);
+    finished.push_back(std::move(row.row));
+  }
+  return finished;
+}
+
+}  // namespace lens

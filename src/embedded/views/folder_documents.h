@@ -1,0 +1,29 @@
+// The documents that people put into folders.
+//
+// They are kept in a table of the database (folder_document) by UNID, so that a copy of the file has them
+// too; what was taken out stays written down as such. DXL knows nothing of it.
+#pragma once
+
+#include <QVector>
+
+#include "embedded/store/database.h"
+
+namespace lens {
+
+// Raise kNoFolder when the note is no folder, UnknownNote when the folder or one of the documents is not
+// there; nothing is changed then. A document that is in the folder already stays.
+void addToFolder(Database& database, quint32 folder, const QVector<quint32>& documents);
+// Documents that are not in it, or not there, are passed over.
+void removeFromFolder(Database& database, quint32 folder, const QVector<quint32>& documents);
+
+inline constexpr int kNoFolder = 4119;
+
+// Number that grows with every change of what is in the folder; 0 for none yet.
+qint64 folderChange(const Database& database, const Unid& folder);
+// Note IDs of what was put in or taken out since then, each once; documents that are there.
+QVector<quint32> folderChangesSince(const Database& database, const Unid& folder, qint64 change);
+// Those that are in it, by note ID.
+QVector<quint32> folderDocuments(const Database& database, const Unid& folder);
+bool isInFolder(const Database& database, const Unid& folder, const Unid& document);
+
+}  // namespace lens

@@ -1,0 +1,126 @@
+// The tables of the view indexes, in the database's own file, and the statements on them.
+//
+//   view_index  one row for each index: the design that it was made of, the change and the moment up to
+//               which it is right
+//   view_note   the documents that an index knows: the selected ones and, where the selection asks for
+//               responses, all that answer others
+//   view_row    the rows in their order. A key is the sort key of the document and its note ID; below a
+//               parent the parent's key goes before
+//
+// All of it is derived and may be dropped at any time. Where the file cannot be written, tables of the same
+// names are made for this connection only; they hide those of the file.
+#pragma once
+
+#include <QByteArray>
+#include <QVector>
+
+#include "embedded/store/database.h"
+#include "embedded/store/sqlite_statement.h"
+
+namespace lens {
+
+// What an index was made of.
+struct IndexHead {
+  QByteArray digest;
+  qint64 change = 0;  // of the database
+  qint64 moment = 0;
+  qint64 folderChange = 0;
+  bool operator==(const IndexHead&) const = default;
+};
+
+// A document in view_note.
+struct IndexedNote {
+  QByteArray unid;       // only where the selection asks for responses
+  QByteArray parent;     // empty for a main document
+  bool matched = false;  // by the selection itself
+  bool shown = false;    // by it, or as a response of what is
+  QByteArray rows;       // packed, see view_builder
+};
+
+// A row of the view. The note ID stands at the key's end.
+struct IndexedRow {
+  QByteArray key;
+  int level = 0;  // of the hierarchy of responses
+  QByteArray categories;
+};
+quint32 noteIdOf(QByteArrayView key);
+
+class IndexTables {
+ public:
+  // The database must outlive this.
+  explicit IndexTables(const Database& database);
+
+  // Makes the tables where they are missing, for this connection only if asked so.
+  void create(bool temporary);
+  bool exist() const;
+  // Indexes of views that are no longer there.
+  void removeOrphans();
+
+  bool readHead(quint32 view, IndexHead& head);
+  void writeHead(quint32 view, const IndexHead& head);
+  void clear(quint32 view);
+
+  bool readNote(quint32 view, quint32 note, IndexedNote& found);
+  void writeNote(quint32 view, quint32 note, const IndexedNote& written);
+  // One that is not there yet.
+  void addNote(quint32 view, quint32 note, const IndexedNote& written);
+  void removeNote(quint32 view, quint32 note);
+  QVector<quint32> responsesTo(quint32 view, const QByteArray& unid);
+  QVector<quint32> allResponses(quint32 view);
+  // The note of that UNID, deleted ones too; 0 when there is none.
+  quint32 noteOf(const QByteArray& unid);
+  QByteArray unidOf(quint32 note);
+
+  void writeRow(quint32 view, const IndexedRow& row);
+  void addRow(quint32 view, QByteArrayView key, QByteArrayView categories);
+  // The row and all below it.
+  void removeRows(quint32 view, const QByteArray& key);
+  qint64 countRows(quint32 view);
+  // Rows in their order from the first key that is not less, until the visitor returns false. The
+  // visitor must not ask these tables for rows.
+  template <class Visit>
+  void eachRow(quint32 view, const QByteArray& from, Visit&& visit) {
+    Statement::Run run(rowsFrom_, view, from);
+    while (run.step())
+      if (!visit(run.blob(0), int(run.integer(1)), run.blob(2))) return;
+  }
+
+ private:
+  void putNote(Statement& put, quint32 view, quint32 note, const IndexedNote& written);
+  Connection connection_;
+  static constexpr int kRead = enginefault::CannotOpen;
+  static constexpr int kWrite = enginefault::NotSaved;
+  Statement readHead_{connection_,
+                      "SELECT digest, change, moment, folder_change FROM view_index WHERE view = ?", kRead};
+  Statement writeHead_{connection_, "INSERT OR REPLACE INTO view_index VALUES (?, ?, ?, ?, ?)", kWrite};
+  Statement removeHead_{connection_, "DELETE FROM view_index WHERE view = ?", kWrite};
+  Statement clearNotes_{connection_, "DELETE FROM view_note WHERE view = ?", kWrite};
+  Statement clearRows_{connection_, "DELETE FROM view_row WHERE view = ?", kWrite};
+  Statement orphans_{connection_,
+                     "SELECT view FROM view_index WHERE NOT EXISTS"
+                     " (SELECT 1 FROM note WHERE id = view AND state = 0)",
+                     kRead};
+  Statement readNote_{connection_,
+                      "SELECT unid, parent, state, rows FROM view_note WHERE view = ? AND note = ?", kRead};
+  Statement writeNote_{connection_, "INSERT OR REPLACE INTO view_note VALUES (?, ?, ?, ?, ?, ?)", kWrite};
+  Statement addNote_{connection_, "INSERT INTO view_note VALUES (?, ?, ?, ?, ?, ?)", kWrite};
+  Statement removeNote_{connection_, "DELETE FROM view_note WHERE view = ? AND note = ?", kWrite};
+  Statement responsesTo_{connection_,
+                         "SELECT note FROM view_note WHERE view = ? AND parent = ? ORDER BY note", kRead};
+  Statement allResponses_{
+      connection_, "SELECT note FROM view_note WHERE view = ? AND parent IS NOT NULL ORDER BY note", kRead};
+  Statement noteOf_{connection_, "SELECT id FROM note WHERE unid = ?", kRead};
+  Statement unidOf_{connection_, "SELECT unid FROM note WHERE id = ?", kRead};
+  Statement writeRow_{connection_, "INSERT OR REPLACE INTO view_row VALUES (?, ?, ?, ?)", kWrite};
+  Statement addRow_{connection_, "INSERT INTO view_row VALUES (?, ?, 0, ?)", kWrite};
+  Statement removeRows_{connection_, "DELETE FROM view_row WHERE view = ? AND key >= ? AND key < ?", kWrite};
+  Statement countRows_{connection_, "SELECT count(*) FROM view_row WHERE view = ?", kRead};
+  Statement rowsFrom_{connection_,
+                      "SELECT key, level, categories FROM view_row WHERE view = ? AND key >= ? ORDER BY key",
+                      kRead};
+};
+
+// Takes all view indexes out of the database; each is made anew when it is asked for.
+void dropViewIndexes(Database& database);
+
+}  // namespace lens

@@ -1,0 +1,34 @@
+// Rows on their way into a view's table: sorted before they are written, since rows that come in order are
+// written several times as fast.
+#pragma once
+
+#include <vector>
+
+#include "embedded/views/index_tables.h"
+
+namespace lens {
+
+class RowBuffer {
+ public:
+  RowBuffer(IndexTables& tables, quint32 view) : tables_(tables), view_(view) {}
+  // The note's ID is put behind the key. What is still held when the buffer goes is lost: flush() writes
+  // it.
+  void add(QByteArrayView key, quint32 note, QByteArrayView categories);
+  void flush();
+
+ private:
+  struct Row {
+    quint64 first = 0;  // the key's first bytes, which tell most rows apart
+    qsizetype at = 0;
+    quint32 keySize = 0, categoriesSize = 0;
+  };
+  QByteArrayView keyOf(const Row& row) const { return QByteArrayView(bytes_).sliced(row.at, row.keySize); }
+
+  static constexpr qsizetype kMostBytes = 64 * 1024 * 1024;
+  IndexTables& tables_;
+  const quint32 view_;
+  QByteArray bytes_;
+  std::vector<Row> rows_;
+};
+
+}  // namespace lens

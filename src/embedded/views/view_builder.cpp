@@ -1,0 +1,275 @@
+#include "embedded/views/view_builder.h"
+
+#include <QtEndian>
+
+#include "embedded/formula_world/packed_document.h"
+#include "embedded/views/folder_documents.h"
+
+namespace lens {
+namespace {
+
+constexpr int kDeepestAnswer = 32;
+
+void appendNoteId(QByteArray& key, quint32 note) {
+  char bytes[4];
+  qToBigEndian(note, bytes);
+  key.append(bytes, 4);
+}
+
+// Responses stand in the order in which they were made.
+QByteArray creationKey(const TimeDate& created) {
+  QByteArray key(8, '\0');
+  qToBigEndian(created.innards[1] & 0x00FFFFFF, key.data());
+  qToBigEndian(created.innards[0], key.data() + 4);
+  return key;
+}
+
+void appendRow(QByteArray& packed, QByteArrayView key, QByteArrayView categories) {
+  appendU32(packed, quint32(key.size()));
+  packed.append(key);
+  appendU32(packed, quint32(categories.size()));
+  packed.append(categories);
+}
+
+// As parentOf says it of an unpacked note.
+Unid parentOf(const PackedNote& note) {
+  if (!note.header.parent.isNull()) return note.header.parent;
+  const qsizetype place = note.items.find(u"$REF");
+  return place < 0 ? Unid() : lens::parentOf(Note{note.header, {note.items[place].toItem()}});
+}
+
+// Visits key and categories of each packed row; ends where the bytes do.
+template <class Visit>
+void eachPacked(QByteArrayView packed, const Visit& visit) {
+  ByteReader reader(packed);
+  while (reader.left() > 0) {
+    const QByteArrayView key = reader.take(reader.u32());
+    const QByteArrayView categories = reader.take(reader.u32());
+    if (reader.failed()) return;
+    visit(key, categories);
+  }
+}
+
+}  // namespace
+
+ViewBuilder::ViewBuilder(const Database& database, const ViewDesign& design, DocumentRows& rows,
+                         IndexTables& tables)
+    : database_(database),
+      design_(design),
+      rows_(rows),
+      tables_(tables),
+      view_(design.noteId),
+      withResponses_(rows.responses() != formula::Formula::Responses::None),
+      isMatched_([this](const Unid& unid) {
+        IndexedNote note;
+        return tables_.readNote(view_, tables_.noteOf(unid.bytes()), note) && note.matched;
+      }) {}
+
+// --- Documents -----------------------------------------------------------------------------------------
+
+bool ViewBuilder::readNote(quint32 noteId, Note& note) const {
+  try {
+    note = {};
+    return database_.read(noteId, note);
+  } catch (const RuntimeError& error) {
+    if (error.number() != enginefault::Damaged) throw;
+    return false;
+  }
+}
+
+bool ViewBuilder::isOfTheClass(const Note& note) const {
+  return (noteclass::base(note.header.noteClass) & design_.noteClass) && !isProfile(note);
+}
+
+bool ViewBuilder::belongs(const Note& note) const {
+  return isOfTheClass(note) && (!design_.folder || isInFolder(database_, design_.unid, note.header.unid));
+}
+
+QByteArray ViewBuilder::packedRows(const NoteHeader& header, const Unid& parent,
+                                   formula::Document& document) {
+  QByteArray packed;
+  if (design_.hierarchy && !parent.isNull()) {
+    appendRow(packed, creationKey(header.created), {});
+    return packed;
+  }
+  for (const DocumentRow& row : rows_.rows(document)) appendRow(packed, row.key, row.categories);
+  return packed;
+}
+
+// Asks the selection, writes down what it says, and hands on the rows of what stands for itself. Without a
+// buffer the rows are placed later.
+void ViewBuilder::take(const NoteHeader& header, const Unid& parent, formula::Document& document,
+                       RowBuffer* buffer) {
+  IndexedNote indexed;
+  indexed.matched = indexed.shown = rows_.selects(document);
+  if (tree() && !parent.isNull()) indexed.parent = parent.bytes();
+  const bool known = indexed.shown || (withResponses_ && !indexed.parent.isEmpty());
+  if (!known) {
+    if (!buffer) tables_.removeNote(view_, header.id);
+    return;
+  }
+  if (withResponses_) indexed.unid = header.unid.bytes();
+  if (indexed.shown) indexed.rows = packedRows(header, parent, document);
+  if (!buffer) return tables_.writeNote(view_, header.id, indexed);
+  tables_.addNote(view_, header.id, indexed);
+  addTo(*buffer, header.id, indexed);
+}
+
+void ViewBuilder::addTo(RowBuffer& buffer, quint32 note, const IndexedNote& indexed) const {
+  if (!indexed.shown || isBelow(indexed.parent)) return;
+  eachPacked(indexed.rows,
+             [&](QByteArrayView key, QByteArrayView categories) { buffer.add(key, note, categories); });
+}
+
+// A document that the selection did not take for itself is asked again as a response.
+void ViewBuilder::takeResponse(quint32 noteId, RowBuffer* buffer) {
+  IndexedNote indexed;
+  if (!tables_.readNote(view_, noteId, indexed) || indexed.matched || indexed.parent.isEmpty()) return;
+  Note note;
+  if (!readNote(noteId, note)) return;
+  NoteDocument document(note, &database_, NoteDocument::Items::Summary);
+  document.setSelected(isMatched_);
+  indexed.shown = rows_.selects(document);
+  indexed.rows = indexed.shown ? packedRows(note.header, parentOf(note), document) : QByteArray();
+  tables_.writeNote(view_, noteId, indexed);
+  if (buffer) addTo(*buffer, noteId, indexed);
+}
+
+// --- Everything ----------------------------------------------------------------------------------------
+
+void ViewBuilder::scan(RowBuffer& buffer) {
+  PackedDocument document(rows_.names(), &database_);
+  database_.scanPacked(design_.noteClass, [&](const PackedNote& note) {
+    if (isProfile(note)) return true;
+    document.show(note);
+    take(note.header, tree() ? parentOf(note) : Unid(), document, &buffer);
+    return true;
+  });
+}
+
+void ViewBuilder::takeFolder(RowBuffer& buffer) {
+  Note note;
+  for (const quint32 id : folderDocuments(database_, design_.unid)) {
+    if (!readNote(id, note) || !isOfTheClass(note)) continue;
+    NoteDocument document(note, &database_, NoteDocument::Items::Summary);
+    take(note.header, tree() ? parentOf(note) : Unid(), document, &buffer);
+  }
+}
+
+void ViewBuilder::rebuild() {
+  tables_.clear(view_);
+  tables_.removeOrphans();
+  RowBuffer buffer(tables_, view_);
+  if (design_.folder)
+    takeFolder(buffer);
+  else
+    scan(buffer);
+  const QVector<quint32> responses = tree() ? tables_.allResponses(view_) : QVector<quint32>();
+  if (withResponses_)
+    for (const quint32 note : responses) takeResponse(note, &buffer);
+  buffer.flush();
+  if (!design_.hierarchy) return;
+  // Each document without a parent is placed once, and all below it with it.
+  QSet<quint32> done;
+  IndexedNote indexed;
+  for (const quint32 response : responses) {
+    if (!tables_.readNote(view_, response, indexed)) continue;
+    const quint32 parent = tables_.noteOf(indexed.parent);
+    const qsizetype before = done.size();
+    done.insert(parent);
+    if (done.size() == before || !tables_.readNote(view_, parent, indexed)) continue;
+    if (indexed.shown && indexed.parent.isEmpty())
+      placeBelow(tables_.unidOf(parent), ownRows(parent, indexed));
+  }
+}
+
+// --- What changed --------------------------------------------------------------------------------------
+
+// Where responses are selected with what they answer, a change concerns all below: as they were and as they
+// are now.
+void ViewBuilder::withDescendants(QVector<quint32>& notes) {
+  QSet<quint32> known(notes.begin(), notes.end());
+  IndexedNote indexed;
+  for (qsizetype i = 0; i < notes.size(); ++i) {
+    QVector<QByteArray> unids{tables_.unidOf(notes[i])};
+    if (tables_.readNote(view_, notes[i], indexed) && indexed.unid != unids.front())
+      unids.push_back(indexed.unid);
+    for (const QByteArray& unid : std::as_const(unids)) {
+      if (unid.isEmpty()) continue;
+      for (const quint32 response : tables_.responsesTo(view_, unid)) {
+        const qsizetype before = known.size();
+        known.insert(response);
+        if (known.size() > before) notes.push_back(response);
+      }
+    }
+  }
+}
+
+void ViewBuilder::update(const QVector<quint32>& changed) {
+  QVector<quint32> notes = changed;
+  if (withResponses_) withDescendants(notes);
+  // All rows go before anything is written down anew: where they stand is told by the old state.
+  for (const quint32 note : std::as_const(notes))
+    for (const IndexedRow& row : placed(note)) tables_.removeRows(view_, row.key);
+  Note note;
+  for (const quint32 id : std::as_const(notes)) {
+    if (!readNote(id, note) || !belongs(note)) {
+      tables_.removeNote(view_, id);
+      continue;
+    }
+    NoteDocument document(note, &database_, NoteDocument::Items::Summary);
+    take(note.header, tree() ? parentOf(note) : Unid(), document, nullptr);
+  }
+  if (withResponses_)
+    for (const quint32 id : std::as_const(notes)) takeResponse(id, nullptr);
+  for (const quint32 id : std::as_const(notes)) place(id);
+}
+
+// --- Rows ----------------------------------------------------------------------------------------------
+
+ViewBuilder::Rows ViewBuilder::ownRows(quint32 note, const IndexedNote& indexed) const {
+  Rows rows;
+  eachPacked(indexed.rows, [&](QByteArrayView key, QByteArrayView categories) {
+    IndexedRow row{key.toByteArray(), 0, categories.toByteArray()};
+    appendNoteId(row.key, note);
+    rows.push_back(std::move(row));
+  });
+  return rows;
+}
+
+ViewBuilder::Rows ViewBuilder::rowsBelow(const Rows& parents, quint32 note,
+                                         const IndexedNote& indexed) const {
+  Rows rows;
+  for (const IndexedRow& parent : parents) {
+    if (parent.level >= kDeepestAnswer) continue;
+    for (IndexedRow& row : ownRows(note, indexed))
+      rows.push_back({parent.key + row.key, parent.level + 1, parent.categories});
+  }
+  return rows;
+}
+
+// The rows that a document has by what the tables say of it and of what it answers. A circle has none.
+ViewBuilder::Rows ViewBuilder::placed(quint32 note, int depth) {
+  IndexedNote indexed;
+  if (depth > kDeepestAnswer || !tables_.readNote(view_, note, indexed) || !indexed.shown) return {};
+  if (!isBelow(indexed.parent)) return ownRows(note, indexed);
+  return rowsBelow(placed(tables_.noteOf(indexed.parent), depth + 1), note, indexed);
+}
+
+void ViewBuilder::place(quint32 note) {
+  const Rows rows = placed(note);
+  for (const IndexedRow& row : rows) tables_.writeRow(view_, row);
+  if (design_.hierarchy && !rows.isEmpty()) placeBelow(tables_.unidOf(note), rows);
+}
+
+void ViewBuilder::placeBelow(const QByteArray& unid, const Rows& parents) {
+  IndexedNote indexed;
+  for (const quint32 response : tables_.responsesTo(view_, unid)) {
+    if (!tables_.readNote(view_, response, indexed) || !indexed.shown) continue;
+    const Rows rows = rowsBelow(parents, response, indexed);
+    for (const IndexedRow& row : rows) tables_.writeRow(view_, row);
+    if (!rows.isEmpty()) placeBelow(tables_.unidOf(response), rows);
+  }
+}
+
+}  // namespace lens

@@ -1,0 +1,57 @@
+// Makes a view's index and brings it up to date. Who calls it holds a transaction.
+//
+// In a view with a hierarchy a response stands below each row of the document that it answers, in the order
+// in which responses were made; where that document is not in the view, neither is the response. Answers to
+// answers go as deep as the platform lets them.
+#pragma once
+
+#include <QSet>
+
+#include "embedded/formula_world/note_document.h"
+#include "embedded/views/document_rows.h"
+#include "embedded/views/index_tables.h"
+#include "embedded/views/row_buffer.h"
+
+namespace lens {
+
+class ViewBuilder {
+ public:
+  ViewBuilder(const Database& database, const ViewDesign& design, DocumentRows& rows, IndexTables& tables);
+
+  void rebuild();
+  // These notes are not as they were.
+  void update(const QVector<quint32>& changed);
+
+ private:
+  bool tree() const { return design_.hierarchy || withResponses_; }
+  // Phases of both.
+  void take(const NoteHeader& header, const Unid& parent, formula::Document& document, RowBuffer* buffer);
+  void takeResponse(quint32 note, RowBuffer* buffer);
+  void addTo(RowBuffer& buffer, quint32 note, const IndexedNote& indexed) const;
+  void scan(RowBuffer& buffer);
+  void takeFolder(RowBuffer& buffer);
+  bool isOfTheClass(const Note& note) const;
+  bool belongs(const Note& note) const;
+  bool readNote(quint32 noteId, Note& note) const;
+
+  QByteArray packedRows(const NoteHeader& header, const Unid& parent, formula::Document& document);
+  bool isBelow(const QByteArray& parent) const { return design_.hierarchy && !parent.isEmpty(); }
+
+  using Rows = QVector<IndexedRow>;
+  Rows ownRows(quint32 note, const IndexedNote& indexed) const;
+  Rows rowsBelow(const Rows& parents, quint32 note, const IndexedNote& indexed) const;
+  Rows placed(quint32 note, int depth = 0);
+  void place(quint32 note);
+  void placeBelow(const QByteArray& unid, const Rows& parents);
+  void withDescendants(QVector<quint32>& notes);
+
+  const Database& database_;
+  const ViewDesign& design_;
+  DocumentRows& rows_;
+  IndexTables& tables_;
+  const quint32 view_;
+  const bool withResponses_;
+  NoteDocument::Selected isMatched_;
+};
+
+}  // namespace lens

@@ -1,0 +1,59 @@
+// The design of a view or folder as its index needs it, read from the view's note.
+//
+// $Formula holds the selection, $ViewFormat the columns, $Collation the sorting; where $Collation cannot be
+// read, the columns' own marks count. A formula that is there in compiled form only cannot be computed: such
+// a selection shows all documents, and such a column the item of its own name.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVector>
+
+#include "embedded/store/note.h"
+
+namespace lens {
+
+struct DesignColumn {
+  QString item, title;
+  QString formula;            // its source; "": the column shows the item
+  bool compiledOnly = false;  // there is a formula, but no source
+  bool hidden = false, categorized = false, responsesOnly = false, separateValues = false;
+  int width = 0;  // eighths of a character
+};
+
+// One level of sorting.
+struct DesignKey {
+  int column = 0;  // place among the columns
+  bool descending = false, category = false;
+  bool separateValues = false;  // each of several values makes a row
+};
+
+struct ViewDesign {
+  quint32 noteId = 0;
+  QString title;
+  Unid unid;
+  bool folder = false;
+  bool hierarchy = false;  // responses stand below what they answer
+  quint16 noteClass = noteclass::Document;
+  bool hasSelection = false;  // its source is known
+  QString selection;
+  QVector<DesignColumn> columns;
+  QVector<DesignKey> keys;
+  QByteArray digest;  // differs when anything does that the index depends on
+
+  bool categorized() const {
+    for (const DesignKey& key : keys)
+      if (key.category) return true;
+    return false;
+  }
+};
+
+ViewDesign readViewDesign(const Note& view);
+
+// The selection of a view note as text; false when the note holds it only in compiled form or not at
+// all.
+bool selectionSource(const Note& view, QString& source);
+
+bool isFolder(const Note& view);
+
+}  // namespace lens

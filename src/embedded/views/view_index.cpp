@@ -1,0 +1,189 @@
+#include "embedded/views/view_index.h"
+
+#include <QSet>
+#include <cstring>
+
+#include "embedded/views/folder_documents.h"
+#include "embedded/views/view_builder.h"
+
+namespace lens {
+namespace {
+
+// From so many changes on, and with a quarter of all documents changed, one scan is faster.
+constexpr qsizetype kManyChanges = 2000;
+
+// Somebody else keeps the file locked, or there is no room: what is there can be read all the same.
+bool cannotWrite(const RuntimeError& error) {
+  return error.number() == enginefault::NotSaved || error.number() == err::PermissionDenied;
+}
+
+// A transaction that writes to tables of this connection only: it asks for no right to write to the file.
+class TemporaryTransaction {
+ public:
+  explicit TemporaryTransaction(const Database& database) : connection_(database.handle(), database.path()) {
+    connection_.execute("SAVEPOINT view_index", enginefault::NotSaved);
+  }
+  ~TemporaryTransaction() {
+    if (open_)
+      sqlite3_exec(connection_.handle(), "ROLLBACK TO view_index; RELEASE view_index", nullptr, nullptr,
+                   nullptr);
+  }
+  TemporaryTransaction(const TemporaryTransaction&) = delete;
+  TemporaryTransaction& operator=(const TemporaryTransaction&) = delete;
+  void commit() {
+    connection_.execute("RELEASE view_index", enginefault::NotSaved);
+    open_ = false;
+  }
+
+ private:
+  Connection connection_;
+  bool open_ = true;
+};
+
+}  // namespace
+
+ViewIndex::ViewIndex(const Database& database, quint32 view)
+    : database_(database),
+      view_(view),
+      tables_(database),
+      temporary_(sqlite3_db_readonly(database.handle(), "main") == 1) {
+  readDesign();
+}
+
+ViewIndex::~ViewIndex() = default;
+
+void ViewIndex::readDesign() {
+  const qint64 change = database_.changeSequence();
+  if (change == designOf_) return;
+  Note note;
+  if (!database_.read(view_, note) || noteclass::base(note.header.noteClass) != noteclass::View)
+    throw RuntimeError(enginefault::UnknownNote,
+                       QStringLiteral("%1: there is no view %2 (it may have been deleted)")
+                           .arg(database_.path(), QString::number(view_, 16).toUpper()));
+  ViewDesign design = readViewDesign(note);
+  design_.title = design.title;
+  designOf_ = change;
+  if (rows_ && design.digest == design_.digest) return;
+  design_ = std::move(design);
+  rows_ = std::make_unique<DocumentRows>(design_, environment_);
+}
+
+IndexHead ViewIndex::wanted() {
+  return {design_.digest, database_.changeSequence(), rows_->moment(),
+          design_.folder ? folderChange(database_, design_.unid) : 0};
+}
+
+bool ViewIndex::isFresh() {
+  IndexHead head;
+  return tables_.exist() && tables_.readHead(view_, head) && head == wanted();
+}
+
+void ViewIndex::refresh() {
+  readDesign();
+  if (isFresh()) return;
+  if (!temporary_) {
+    try {
+      // What is written is derived from what everybody can read: for its users the database stays the same.
+      Database::Transaction transaction(const_cast<Database&>(database_));
+      bringUpToDate();
+      return transaction.commit();
+    } catch (const RuntimeError& error) {
+      if (!cannotWrite(error)) throw;
+      temporary_ = true;
+    }
+  }
+  TemporaryTransaction transaction(database_);
+  bringUpToDate();
+  transaction.commit();
+}
+
+void ViewIndex::bringUpToDate() {
+  tables_.create(temporary_);
+  readDesign();
+  const IndexHead goal = wanted();
+  IndexHead head;
+  const bool known = tables_.readHead(view_, head);
+  if (known && head == goal) return;
+  if (known && head.digest == goal.digest && head.moment == goal.moment && head.change <= goal.change)
+    catchUp(head);
+  else
+    ViewBuilder(database_, design_, *rows_, tables_).rebuild();
+  tables_.writeHead(view_, goal);
+}
+
+void ViewIndex::catchUp(const IndexHead& from) {
+  QVector<quint32> changed;
+  for (const NoteChange& change : database_.changesSince(from.change)) changed.push_back(change.id);
+  if (design_.folder) {
+    const QSet<quint32> known(changed.begin(), changed.end());
+    for (const quint32 note : folderChangesSince(database_, design_.unid, from.folderChange))
+      if (!known.contains(note)) changed.push_back(note);
+  }
+  ViewBuilder builder(database_, design_, *rows_, tables_);
+  if (changed.size() > kManyChanges && changed.size() > database_.noteCount(design_.noteClass) / 4)
+    builder.rebuild();
+  else
+    builder.update(changed);
+}
+
+// --- Reading -------------------------------------------------------------------------------------------
+
+// Categories are told from the keys: one begins where a row does not share the key's beginning with the row
+// before it.
+template <class Category, class Document>
+void ViewIndex::walk(const Category& category, const Document& document) {
+  QByteArray before;
+  std::vector<PackedCategory> categories;
+  tables_.eachRow(view_, {}, [&](QByteArrayView key, int level, QByteArrayView packed) {
+    if (key.size() < 4) return true;
+    readCategories(packed, categories);
+    bool shared = true;
+    for (std::size_t i = 0; i < categories.size(); ++i) {
+      const qsizetype end = qMin<qsizetype>(categories[i].end, key.size());
+      shared =
+          shared && before.size() >= end && std::memcmp(before.constData(), key.data(), size_t(end)) == 0;
+      if (!shared) category(int(i), categories[i]);
+    }
+    if (!categories.empty()) before = key.toByteArray();
+    document(key, level, int(categories.size()));
+    return true;
+  });
+}
+
+QVector<quint32> ViewIndex::notes() {
+  QVector<quint32> notes;
+  walk([&](int, const PackedCategory&) { notes.push_back(0); },
+       [&](QByteArrayView key, int, int) { notes.push_back(noteIdOf(key)); });
+  return notes;
+}
+
+qint64 ViewIndex::count() {
+  return design_.categorized() ? notes().size() : tables_.countRows(view_);
+}
+
+QVector<ViewLine> ViewIndex::lines() {
+  QVector<ViewLine> lines;
+  walk(
+      [&](int level, const PackedCategory& category) {
+        lines.push_back({0, level, category.column, shownValue(category.shown), {}});
+      },
+      [&](QByteArrayView key, int level, int above) {
+        lines.push_back({noteIdOf(key), above + level, 0, {}, key.toByteArray()});
+      });
+  return lines;
+}
+
+QVector<quint32> ViewIndex::documents() {
+  QVector<quint32> documents;
+  QSet<quint32> known;
+  tables_.eachRow(view_, {}, [&](QByteArrayView key, int, QByteArrayView) {
+    const quint32 note = noteIdOf(key);
+    const qsizetype before = known.size();
+    known.insert(note);
+    if (known.size() > before) documents.push_back(note);
+    return true;
+  });
+  return documents;
+}
+
+}  // namespace lens

@@ -1,0 +1,67 @@
+// A view's index: its rows in their order, kept in the database from one use to the next.
+//
+// It is brought up to date from the changes of the database since the last time; a new design, a machine with
+// another zone or region, or very many changes make it anew. An index whose formulas ask for the day is made
+// anew when the day is another one, and for the time (@Now) when the minute is. Profiles are in no view, and
+// documents that cannot be read drop out. Where the file cannot be written, the index lives as long as the
+// connection.
+#pragma once
+
+#include <memory>
+
+#include "embedded/views/document_rows.h"
+#include "embedded/views/index_tables.h"
+
+namespace lens {
+
+// What stands in a view: a category or a document.
+struct ViewLine {
+  quint32 note = 0;  // 0: a category
+  int level = 0;     // of categories among themselves, of responses below documents
+  int column = 0;    // of a category: the column that it stands in
+  formula::Value category;
+  QByteArray key;  // of a document's row
+};
+
+class ViewIndex {
+ public:
+  // The database must outlive this; it may be one that was opened for reading, since an index says nothing
+  // that its documents do not say. Raises UnknownNote when there is no such view.
+  ViewIndex(const Database& database, quint32 view);
+  ~ViewIndex();
+
+  const ViewDesign& design() const { return design_; }
+  const Database& database() const { return database_; }
+  DocumentRows& rows() { return *rows_; }
+  IndexTables& tables() { return tables_; }
+
+  // The design may have changed too. Raises UnknownNote when the view has gone.
+  void refresh();
+
+  // As of the last refresh. The note of each line, 0 for a category.
+  QVector<quint32> notes();
+  qint64 count();
+  QVector<ViewLine> lines();
+  // Documents in view order; one that stands in several places at its first.
+  QVector<quint32> documents();
+
+ private:
+  template <class Category, class Document>
+  void walk(const Category& category, const Document& document);
+  void readDesign();
+  IndexHead wanted();
+  bool isFresh();
+  void bringUpToDate();
+  void catchUp(const IndexHead& from);
+
+  const Database& database_;
+  const quint32 view_;
+  formula::MachineEnvironment environment_;
+  ViewDesign design_;
+  qint64 designOf_ = -1;  // the change of the database that it was read at
+  std::unique_ptr<DocumentRows> rows_;
+  IndexTables tables_;
+  bool temporary_ = false;
+};
+
+}  // namespace lens

@@ -1,0 +1,397 @@
+// The full-text index of a database and what queries find in it.
+#include "embedded/search/full_text.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <QRandomGenerator>
+#include <thread>
+
+#include "embedded/model/support/test_workspace.h"
+
+namespace lens {
+namespace {
+using namespace Qt::StringLiterals;
+using testing::noteOf;
+using testing::raised;
+using testing::richValue;
+using testing::TestWorkspace;
+
+// Every word of the index with its document, column and place.
+QStringList contentsOf(const Database& database) {
+  const auto rows = [&](const char* sql, QStringList& lines) {
+    sqlite3_stmt* statement = nullptr;
+    EXPECT_EQ(sqlite3_prepare_v2(database.handle(), sql, -1, &statement, nullptr), SQLITE_OK)
+        << sqlite3_errmsg(database.handle());
+    while (sqlite3_step(statement) == SQLITE_ROW) {
+      QStringList cells;
+      for (int column = 0; column < sqlite3_column_count(statement); ++column)
+        cells.append(
+            QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(statement, column))));
+      lines.append(cells.join(u' '));
+    }
+    sqlite3_finalize(statement);
+  };
+  sqlite3_exec(
+      database.handle(),
+      "CREATE VIRTUAL TABLE IF NOT EXISTS temp.every_word USING fts5vocab(main, full_text, instance)",
+      nullptr, nullptr, nullptr);
+  QStringList lines;
+  rows("SELECT doc, col, offset, term FROM temp.every_word ORDER BY 1, 2, 3", lines);
+  rows(
+      "SELECT v.note, f.name, v.kind, v.value FROM full_text_value v JOIN full_text_field f ON f.id = v.field"
+      " ORDER BY 1, 2, 3, 4",
+      lines);
+  return lines;
+}
+
+struct FullText : ::testing::Test {
+  quint32 add(const QString& subject, const QString& body = {}) {
+    QVector<testing::NamedValue> items{{u"Form"_s, textValue(u"Memo")}, {u"Subject"_s, textValue(subject)}};
+    if (!body.isEmpty()) items.push_back({u"Body"_s, richValue(body), 0});
+    return t.add(items);
+  }
+  QVector<quint32> find(const QString& query, qsizetype most = 0) {
+    return fullTextSearch(*t.store, query, most);
+  }
+  // In order of the ID.
+  QVector<quint32> found(const QString& query) {
+    QVector<quint32> ids = find(query);
+    std::sort(ids.begin(), ids.end());
+    return ids;
+  }
+  using Ids = QVector<quint32>;
+  TestWorkspace t;
+};
+
+struct LetterBox : FullText {
+  quint32 pump = add(u"Pump house report"_s, u"The old harbour needs a new pump"_s);
+  quint32 house = add(u"House of the pump"_s, u"nothing else"_s);
+  quint32 harbour = add(u"Harbour dues"_s, u"Ships pay for the quay"_s);
+  quint32 accents = add(u"R\u00E9sum\u00E9 f\u00FCr \u00C5sa"_s);
+  quint32 amounts = t.add({{u"Amount"_s, numberListValue({10, 20.5})},
+                           {u"Due"_s, timeValue(timeDateOfDate(QDate(2024, 3, 18)))},
+                           {u"Tags"_s, textListValue({u"red wine"_s, u"glass house"_s})}});
+  quint32 sent = t.add({{u"Sent"_s, timeValue(timeDateOf(DateTime{QDate(2024, 3, 18), QTime(14, 30)}))},
+                        {u"Amount"_s, numberValue(-3)}});
+  quint32 attached = t.addFile(u"Quarterly Figures.xlsx"_s, "x");
+  quint32 mime = t.addMime("Content-Type: text/html\r\n\r\n<p class=\"hidden\">Visible <b>words</b></p>");
+  quint32 profile =
+      t.add({{u"$Name"_s, textValue(u"$profile_005pumps_")}, {u"Subject"_s, textValue(u"pump")}});
+  quint32 form = t.add({{u"$TITLE"_s, textValue(u"pump form")}}, noteclass::Form);
+  LetterBox() { createFullTextIndex(*t.store); }
+};
+
+TEST_F(LetterBox, FindsDocumentsByWords) {
+  EXPECT_EQ(found(u"pump"_s), Ids({pump, house}));
+  EXPECT_EQ(found(u"PUMP house"_s), Ids({pump})) << "side by side in this order";
+  EXPECT_EQ(found(u"pump and harbour"_s), Ids({pump})) << "in different items";
+  EXPECT_EQ(found(u"ships or report"_s), Ids({pump, harbour}));
+  EXPECT_EQ(found(u"ships, report"_s), Ids({pump, harbour}));
+  EXPECT_EQ(found(u"house and not harbour"_s), Ids({house, amounts}));
+  EXPECT_EQ(found(u"house not harbour"_s), Ids({house, amounts}));
+  EXPECT_EQ(found(u"not (pump or quay or house)"_s), Ids({accents, sent, attached, mime}));
+  EXPECT_EQ(found(u"not pump or pump"_s).size(), 8);
+  EXPECT_EQ(found(u"(ships or pump) & (old | dues)"_s), Ids({pump, harbour}));
+  EXPECT_EQ(found(u"harbor"_s), Ids());
+}
+
+TEST_F(LetterBox, FindsWordsOfAField) {
+  EXPECT_EQ(found(u"FIELD Subject CONTAINS pump"_s), Ids({pump, house}));
+  EXPECT_EQ(found(u"FIELD body CONTAINS pump"_s), Ids({pump}));
+  EXPECT_EQ(found(u"[SUBJECT] = harbour"_s), Ids({harbour}));
+  EXPECT_EQ(found(u"FIELD Subject CONTAINS (pump and not report)"_s), Ids({house}));
+  EXPECT_EQ(found(u"FIELD Subject CONTAINS \"pump house\""_s), Ids({pump}));
+  EXPECT_EQ(found(u"FIELD Nowhere CONTAINS pump"_s), Ids());
+  EXPECT_EQ(found(u"NOT FIELD Nowhere CONTAINS pump"_s).size(), 8);
+  EXPECT_EQ(found(u"FIELD Subject CONTAINS Memo"_s), Ids());
+}
+
+TEST_F(LetterBox, FindsWordsByWildcards) {
+  EXPECT_EQ(found(u"pum*"_s), Ids({pump, house}));
+  EXPECT_EQ(found(u"h?rbour"_s), Ids({pump, harbour}));
+  EXPECT_EQ(found(u"*bour"_s), Ids({pump, harbour}));
+  EXPECT_EQ(found(u"*u?e"_s), Ids({pump, house, accents, amounts})) << "house, resume";
+  EXPECT_EQ(found(u"p?mp ho*"_s), Ids({pump}));
+  EXPECT_EQ(found(u"p* house"_s), Ids({pump}));
+  EXPECT_EQ(found(u"field Subject contains har*"_s), Ids({harbour}));
+  EXPECT_EQ(found(u"field Subject contains *our"_s), Ids({harbour}));
+  EXPECT_EQ(found(u"zz?z"_s), Ids());
+}
+
+TEST_F(LetterBox, NeitherCaseNorAccentsCount) {
+  EXPECT_EQ(found(u"resume"_s), Ids({accents}));
+  EXPECT_EQ(found(u"R\u00C9SUM\u00C9 fur asa"_s), Ids({accents}));
+  EXPECT_EQ(found(u"h\u00E4rbour"_s), Ids({pump, harbour}));
+}
+
+TEST_F(LetterBox, NumbersAndDatesAreWordsAndCanBeCompared) {
+  EXPECT_EQ(found(u"20.5"_s), Ids({amounts}));
+  EXPECT_EQ(found(u"2024-03-18"_s), Ids({amounts, sent}));
+  EXPECT_EQ(found(u"[Amount] = 10"_s), Ids({amounts}));
+  EXPECT_EQ(found(u"[Amount] > 10"_s), Ids({amounts})) << "one of its values";
+  EXPECT_EQ(found(u"[Amount] >= 20.5"_s), Ids({amounts}));
+  EXPECT_EQ(found(u"[Amount] > 20.5"_s), Ids());
+  EXPECT_EQ(found(u"[Amount] < 10"_s), Ids({sent}));
+  EXPECT_EQ(found(u"[Amount] <= 10"_s), Ids({amounts, sent}));
+  EXPECT_EQ(found(u"[Amount] < 0 or pump"_s), Ids({pump, house, sent}));
+  EXPECT_EQ(found(u"[Amount] < 100 and not [Amount] < 0"_s), Ids({amounts}));
+  EXPECT_EQ(found(u"not [Amount] < 0 and [Due] = 2024-03-18"_s), Ids({amounts}));
+  EXPECT_EQ(found(u"[Sent] = 2024-03-18"_s), Ids({sent})) << "any time of the day";
+  EXPECT_EQ(found(u"[Sent] > 2024-03-18"_s), Ids());
+  EXPECT_EQ(found(u"[Sent] >= 2024-03-18"_s), Ids({sent}));
+  EXPECT_EQ(found(u"[Due] < 2024-03-19"_s), Ids({amounts}));
+  EXPECT_EQ(found(u"[Due] < 2024-03-18"_s), Ids());
+  EXPECT_EQ(raised([&] { find(u"[Subject] < pump"_s); }), kQueryError);
+}
+
+TEST_F(LetterBox, FindsListsAttachmentsAndMimeBodies) {
+  EXPECT_EQ(found(u"red wine"_s), Ids({amounts}));
+  EXPECT_EQ(found(u"wine glass"_s), Ids()) << "a phrase ends with its entry";
+  EXPECT_EQ(found(u"report memo"_s), Ids());
+  EXPECT_EQ(found(u"memo pump"_s), Ids()) << "and with its item";
+  EXPECT_EQ(found(u"quarterly figures"_s), Ids({attached}));
+  EXPECT_EQ(found(u"field $FILE contains xlsx"_s), Ids({attached}));
+  EXPECT_EQ(found(u"visible words"_s), Ids({mime}));
+  EXPECT_EQ(found(u"hidden"_s), Ids());
+}
+
+TEST_F(LetterBox, GivesTheBestFirstAndNoMoreThanAsked) {
+  const quint32 best = add(u"quay quay quay"_s);
+  const QVector<quint32> all = find(u"quay"_s);
+  EXPECT_EQ(all, Ids({best, harbour}));
+  EXPECT_EQ(find(u"quay"_s, 1), Ids({best}));
+  EXPECT_EQ(find(u"quay"_s, 10), all);
+}
+
+TEST_F(LetterBox, NothingIsFoundByNothing) {
+  EXPECT_EQ(find(QString()), Ids());
+  EXPECT_EQ(find(u" \t\r\n"_s), Ids());
+}
+
+TEST_F(LetterBox, LearnsOfEveryChange) {
+  const quint32 late = add(u"pump again"_s);
+  EXPECT_EQ(found(u"pump"_s), Ids({pump, house, late}));
+  Note note;
+  ASSERT_TRUE(t.store->read(house, note));
+  note.find(u"Subject")->value = textValue(u"Castle");
+  t.store->save(note);
+  t.store->remove(pump);
+  EXPECT_EQ(found(u"pump"_s), Ids({late}));
+  t.store->remove(late, false);
+  EXPECT_EQ(found(u"pump"_s), Ids());
+  EXPECT_EQ(found(u"castle"_s), Ids({house}));
+  note.add(u"$Name"_s, itemflag::Summary, textValue(u"$profile_001x_"));
+  t.store->save(note);
+  EXPECT_EQ(found(u"castle"_s), Ids()) << "it became a profile";
+}
+
+// What users may send to get at more than words: all of it is words, or a mistake that is told.
+TEST_F(LetterBox, NothingOfAQueryReachesTheIndexUnquoted) {
+  for (const QString& query : {u"NEAR(pump house)"_s,
+                               u"words:pump"_s,
+                               u"{words fields} pump"_s,
+                               u"pump^2"_s,
+                               u"-pump"_s,
+                               u"^pump"_s,
+                               u"pump + house"_s,
+                               u"a\"b"_s,
+                               u"\"pump\"\"house\""_s,
+                               u"'; DROP TABLE note; --"_s,
+                               u"pump\0house"_s,
+                               u"pump \" OR 1=1"_s,
+                               u"\uE0001\uE000pump"_s,
+                               u"\uE002"_s,
+                               u"field \" contains x"_s,
+                               u"\xD800 pump"_s,
+                               u"pump*house*"_s,
+                               u"*\""_s,
+                               u"col:*"_s,
+                               u"[a\"b] contains pump"_s}) {
+    const int number = raised([&] { find(query); });
+    EXPECT_TRUE(number == 0 || number == kQueryError) << query.toStdString() << ": " << number;
+  }
+  EXPECT_EQ(found(u"-pump"_s), Ids({pump, house}));
+  EXPECT_EQ(found(u"pump + house"_s), Ids({pump}));
+  EXPECT_EQ(found(u"words:pump"_s), Ids());
+  EXPECT_EQ(raised([&] { find(QString(1024 * 1024, u'p')); }), kQueryError);
+  EXPECT_EQ(raised([&] { find(QString(100'000, u'(')); }), kQueryError);
+  EXPECT_EQ(t.store->noteCount(noteclass::Document), 9);
+}
+
+TEST_F(LetterBox, DeepAndWideQueriesAreAnswered) {
+  QString deep = u"pump"_s, wide = u"pump"_s;
+  for (int i = 0; i < 25; ++i) deep = u"(nothing%1 or (x%1, (not y%1 & %2)))"_s.arg(i).arg(deep);
+  for (int i = 0; i < 1500; ++i) wide += u" or w%1"_s.arg(i);
+  EXPECT_EQ(raised([&] { find(deep); }), kQueryError) << "75 groups";
+  deep = u"pump"_s;
+  for (int i = 0; i < 20; ++i) deep = u"(zzz%1 or (x%1, (not y%1 & %2)))"_s.arg(i).arg(deep);
+  EXPECT_EQ(found(deep), Ids({pump, house}));
+  EXPECT_EQ(found(wide), Ids({pump, house}));
+  EXPECT_EQ(found(wide.replace(u" or "_s, u" not "_s)), Ids({pump, house}));
+}
+
+TEST_F(LetterBox, AWildcardThatFitsTooMuchIsAMistake) {
+  for (int i = 0; i < 6; ++i) {
+    QString many;
+    for (int n = 0; n < 100; ++n) many += u" q%1%2z"_s.arg(i).arg(n);
+    add(many);
+  }
+  EXPECT_EQ(raised([&] { find(u"q*z"_s); }), kQueryError);
+  EXPECT_EQ(raised([&] { find(u"q1*z"_s); }), 0);
+  EXPECT_EQ(raised([&] { find(u"q1*z q2*z"_s); }), kQueryError);
+  EXPECT_EQ(found(u"q*"_s).size(), 8) << "the end of a word needs no list; there are quay and quarterly, too";
+}
+
+TEST_F(FullText, WithoutAnIndexASearchNamesTheDatabase) {
+  EXPECT_FALSE(hasFullTextIndex(*t.store));
+  try {
+    find(u"pump"_s);
+    FAIL() << "nothing was raised";
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.number(), kNoFullTextIndex);
+    EXPECT_TRUE(error.description().contains(u"mail.nsf"_s));
+  }
+  EXPECT_EQ(raised([&] { find(QString()); }), kNoFullTextIndex);
+  createFullTextIndex(*t.store);
+  EXPECT_TRUE(hasFullTextIndex(*t.store));
+  EXPECT_EQ(find(u"pump"_s), Ids());
+  dropFullTextIndex(*t.store);
+  EXPECT_FALSE(hasFullTextIndex(*t.store));
+}
+
+TEST_F(FullText, ATableOfThatNameFromElsewhereIsNoIndex) {
+  const quint32 id = add(u"pump"_s);
+  sqlite3_exec(t.store->handle(), "CREATE TABLE full_text (words, fields)", nullptr, nullptr, nullptr);
+  EXPECT_FALSE(hasFullTextIndex(*t.store));
+  createFullTextIndex(*t.store);
+  EXPECT_EQ(find(u"pump"_s), Ids({id}));
+}
+
+TEST_F(FullText, AfterAnyChangesTheIndexIsWhatAFreshOneWouldBe) {
+  QRandomGenerator random(3);
+  QVector<quint32> ids;
+  createFullTextIndex(*t.store);
+  const auto text = [&] {
+    QString words;
+    for (int n = random.bounded(6); n > 0; --n) words += u"word%1 "_s.arg(random.bounded(40));
+    return words;
+  };
+  for (int round = 0; round < 30; ++round) {
+    for (int n = random.bounded(12); n > 0; --n) {
+      const quint32 old = ids.isEmpty() ? 0 : ids[random.bounded(int(ids.size()))];
+      Note note;
+      switch (random.bounded(4)) {
+        case 0:
+          t.store->remove(old, random.bounded(2));
+          break;
+        case 1:
+          if (t.store->read(old, note)) {
+            note.items[0].value = textValue(text());
+            note.add(u"Number"_s, itemflag::Summary, numberValue(random.bounded(10)));
+            t.store->save(note);
+          }
+          break;
+        default:
+          ids.push_back(add(text(), text()));
+      }
+    }
+    if (random.bounded(2)) refreshFullTextIndex(*t.store);
+  }
+  refreshFullTextIndex(*t.store);
+  const QStringList kept = contentsOf(*t.store);
+  dropFullTextIndex(*t.store);
+  createFullTextIndex(*t.store);
+  EXPECT_GT(kept.size(), 100);
+  // Numbers of fields are given in the order in which they are met, which is the same here.
+  EXPECT_EQ(kept, contentsOf(*t.store));
+}
+
+TEST_F(FullText, WhatIsUndoneWasNeverIndexed) {
+  createFullTextIndex(*t.store);
+  const quint32 before = add(u"pump"_s);
+  {
+    Database::Transaction transaction(*t.store);
+    add(u"pump"_s);
+    EXPECT_EQ(found(u"pump"_s).size(), 2);
+  }
+  EXPECT_EQ(found(u"pump"_s), Ids({before}));
+}
+
+TEST_F(FullText, AFileThatCannotBeWrittenIsSearchedAsItsIndexIs) {
+  const quint32 one = add(u"pump"_s), two = add(u"pump"_s);
+  createFullTextIndex(*t.store);
+  add(u"pump, too late"_s);
+  t.store->remove(two);
+  const QString path = t.store->path(), copy = t.file(u"copy.nsf"_s);
+  ASSERT_EQ(
+      sqlite3_wal_checkpoint_v2(t.store->handle(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr),
+      SQLITE_OK);
+  ASSERT_TRUE(QFile::copy(path, copy));
+  ASSERT_TRUE(QFile::setPermissions(copy, QFile::ReadOwner));
+  const auto sealed = Database::open(copy);
+  EXPECT_TRUE(hasFullTextIndex(*sealed));
+  EXPECT_EQ(fullTextSearch(*sealed, u"pump", 0), Ids({one}));
+  EXPECT_EQ(fullTextSearch(*sealed, u"p?mp", 0), Ids({one}));
+  EXPECT_EQ(raised([&] { createFullTextIndex(*sealed); }), enginefault::NotSaved);
+}
+
+TEST_F(FullText, TwoConnectionsKeepOneIndex) {
+  createFullTextIndex(*t.store);
+  const quint32 one = add(u"pump"_s);
+  QVector<quint32> elsewhere;
+  quint32 two = 0;
+  std::thread([&] {
+    const auto other = Database::open(t.store->path());
+    elsewhere = fullTextSearch(*other, u"pump", 0);
+    Note note = noteOf({{u"Subject"_s, textValue(u"pump")}});
+    other->save(note);
+    two = note.header.id;
+    refreshFullTextIndex(*other);
+  }).join();
+  EXPECT_EQ(elsewhere, Ids({one}));
+  EXPECT_EQ(found(u"pump"_s), Ids({one, two}));
+}
+
+TEST_F(FullText, ADamagedDocumentIsLeftOut) {
+  const quint32 good = add(u"pump"_s), bad = add(u"pump"_s);
+  createFullTextIndex(*t.store);
+  const QByteArray sql = "UPDATE note SET items = x'544C49310100000000', change = change + 10 WHERE id = " +
+                         QByteArray::number(bad);
+  ASSERT_EQ(sqlite3_exec(t.store->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+  EXPECT_EQ(found(u"pump"_s), Ids({good}));
+}
+
+TEST_F(FullText, ADamagedIndexIsToldAndCanBeMadeAnew) {
+  const quint32 id = add(u"pump"_s);
+  createFullTextIndex(*t.store);
+  for (const char* sql :
+       {"UPDATE full_text_kept SET fields = x'FFFFFFFF00'", "UPDATE full_text_kept SET fields = x'0102'",
+        "UPDATE full_text_kept SET fields = 5"}) {
+    ASSERT_EQ(sqlite3_exec(t.store->handle(), sql, nullptr, nullptr, nullptr), SQLITE_OK);
+    EXPECT_EQ(found(u"pump"_s), Ids({id}));
+    Note note;
+    ASSERT_TRUE(t.store->read(id, note));
+    t.store->save(note);
+    EXPECT_EQ(raised([&] { find(u"pump"_s); }), enginefault::Damaged);
+    createFullTextIndex(*t.store);
+    EXPECT_EQ(found(u"pump"_s), Ids({id}));
+  }
+}
+
+TEST_F(LetterBox, IsAskedOfADatabaseInTheObjectModel) {
+  const Object database = t.mail();
+  EXPECT_TRUE(database.get(u"ISindexed"_s).boolean());
+  const Object documents = database.call(u"FtSearch"_s, u"field subject contains harbour"_s, 0).object();
+  ASSERT_EQ(documents.get(u"Count"_s).number(), 1);
+  EXPECT_EQ(documents.call(u"GetFirstDocument"_s).object().get(u"NOTEID"_s).text(), t.hex(harbour));
+  EXPECT_EQ(database.call(u"FTSEARCH"_s, u"pump"_s, 1).object().get(u"count"_s).number(), 1);
+  EXPECT_EQ(database.call(u"FTSEARCH"_s, QString(), 0).object().get(u"count"_s).number(), 0);
+  EXPECT_EQ(raised([&] { database.call(u"FTSEARCH"_s, u"pump and"_s, 0); }), kQueryError);
+  dropFullTextIndex(*t.store);
+  EXPECT_FALSE(database.get(u"isIndexed"_s).boolean());
+  EXPECT_EQ(raised([&] { database.call(u"FTSEARCH"_s, u"pump"_s, 0); }), kNoFullTextIndex);
+}
+
+}  // namespace
+}  // namespace lens

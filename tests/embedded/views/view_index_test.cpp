@@ -1,0 +1,422 @@
+// Which documents a view shows, and in which order.
+#include <sqlite3.h>
+
+#include <QFile>
+#include <thread>
+
+#include "embedded/search/selection.h"
+#include "embedded/views/view_documents.h"
+#include "view_fixture.h"
+
+namespace lens::testing {
+namespace {
+
+using ViewOrder = ViewTest;
+
+TEST_F(ViewOrder, IsThatOfTheNoteIdWithoutASortedColumn) {
+  const quint32 view = addView({.columns = {column(u"Subject"_s)}});
+  add(u"b"_s);
+  add(u"a"_s);
+  EXPECT_EQ(lines(view), u"b a"_s);
+}
+
+TEST_F(ViewOrder, SortsTextsWithoutCaseAndAccentsBehindTheirLetter) {
+  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  for (const QString& text : {u"Zebra"_s, u"äpfel"_s, u"apfel"_s, u"Birne"_s, u"APFELMUS"_s, u"-dash"_s,
+                              u"'quote"_s, u"9"_s, u"apfel"_s})
+    add(text);
+  EXPECT_EQ(lines(view), u"'quote -dash 9 apfel apfel APFELMUS äpfel Birne Zebra"_s);
+}
+
+TEST_F(ViewOrder, NumbersGoBeforeTimesAndTimesBeforeTextsAndAMissingValueIsTheFirstText) {
+  const quint32 up = addView({.columns = {sorted(u"Value"_s)}});
+  const quint32 down = addView({.columns = {descending(u"Value"_s)}});
+  add(u"text"_s, {{u"Value"_s, textValue(u"a")}});
+  add(u"missing"_s);
+  add(u"late"_s, {{u"Value"_s, timeValue(timeDateOfDate({2024, 2, 1}))}});
+  add(u"early"_s, {{u"Value"_s, timeValue(timeDateOfDate({1931, 2, 1}))}});
+  add(u"ten"_s, {{u"Value"_s, numberValue(10)}});
+  add(u"minus"_s, {{u"Value"_s, numberValue(-2.5)}});
+  add(u"nine"_s, {{u"Value"_s, numberValue(9)}});
+  add(u"rich"_s, {{u"Value"_s, rawValue(itemtype::RichText, QByteArray(4, 'x'))}});
+  EXPECT_EQ(lines(up), u"minus nine ten early late missing rich text"_s);
+  EXPECT_EQ(lines(down), u"text missing rich late early ten nine minus"_s);
+}
+
+TEST_F(ViewOrder, TheSecondColumnDecidesWhereTheFirstIsEqual) {
+  const quint32 view = addView({.columns = {sorted(u"Name"_s), descending(u"Age"_s)}});
+  const auto person = [&](const QString& subject, const QString& name, double age) {
+    add(subject, {{u"Name"_s, textValue(name)}, {u"Age"_s, numberValue(age)}});
+  };
+  person(u"1"_s, u"Bo"_s, 5);
+  person(u"2"_s, u"Al"_s, 5);
+  person(u"3"_s, u"AL"_s, 50);
+  person(u"4"_s, u"Bob"_s, 70);
+  EXPECT_EQ(lines(view), u"3 2 1 4"_s);
+}
+
+TEST_F(ViewOrder, ColumnsAreComputedByTheirFormula) {
+  const quint32 view = addView({.columns = {computed(sorted(u"$1"_s), u"@Length(Subject)"_s)}});
+  add(u"three"_s);
+  add(u"a"_s);
+  add(u"bb"_s);
+  EXPECT_EQ(lines(view), u"a bb three"_s);
+}
+
+TEST_F(ViewOrder, AColumnInCompiledFormOnlyCountsByTheItemOfItsName) {
+  ViewColumn compiled = sorted(u"Subject"_s);
+  compiled.formula = QByteArray("\x12\x00\x01\x02", 4);
+  const quint32 view = addView({.columns = {compiled}});
+  add(u"b"_s);
+  add(u"a"_s);
+  EXPECT_EQ(lines(view), u"a b"_s);
+  EXPECT_TRUE(readViewDesign(read(view)).columns[0].compiledOnly);
+}
+
+TEST_F(ViewOrder, ItemsThatAreNoSummaryAreNotSeen) {
+  const quint32 view = addView({.columns = {sorted(u"Hidden"_s)}});
+  for (const QString& subject : {u"b"_s, u"a"_s}) {
+    const quint32 id = add(subject);
+    Note note = read(id);
+    note.add(u"Hidden"_s, 0, textValue(subject));
+    database->save(note);
+  }
+  EXPECT_EQ(lines(view), u"b a"_s);
+}
+
+TEST_F(ViewOrder, LongTextsThatDifferFarBehindStayByTheirId) {
+  const quint32 view = addView({.columns = {sorted(u"Long"_s)}});
+  const QString common(2000, u'x');
+  add(u"first"_s, {{u"Long"_s, textValue(QString(common + u'b'))}});
+  add(u"second"_s, {{u"Long"_s, textValue(QString(common + u'a'))}});
+  add(u"short"_s, {{u"Long"_s, textValue(u"xx")}});
+  EXPECT_EQ(lines(view), u"short first second"_s);
+}
+
+// --- Categories ----------------------------------------------------------------------------------------
+
+TEST_F(ViewOrder, CategoriesStandAboveTheirDocumentsAndBackslashesMakeLevels) {
+  const quint32 view = addView({.columns = {category(u"Kind"_s), sorted(u"Subject"_s)}});
+  const auto put = [&](const QString& subject, const QString& kind) {
+    return add(subject, {{u"Kind"_s, textValue(kind)}});
+  };
+  put(u"2"_s, u"Fruit\\Apple"_s);
+  put(u"1"_s, u"Fruit\\Apple"_s);
+  put(u"3"_s, u"fruit"_s);
+  put(u"4"_s, u"Bread"_s);
+  put(u"5"_s, u"Fruit\\Pear\\Ripe"_s);
+  add(u"6"_s);
+  EXPECT_EQ(lines(view), u"[] >6 [Bread] >4 [fruit] >3 >[Apple] >>1 >>2 >[Pear] >>[Ripe] >>>5"_s);
+}
+
+TEST_F(ViewOrder, EachValueOfACategoryIsARowOfItsOwn) {
+  const quint32 view = addView({.columns = {category(u"Kind"_s)}});
+  add(u"two"_s, {{u"Kind"_s, textListValue({u"B"_s, u"A"_s, u"a"_s})}});
+  add(u"one"_s, {{u"Kind"_s, textValue(u"A")}});
+  EXPECT_EQ(lines(view), u"[A] >two >one [B] >two"_s);
+  EXPECT_EQ(viewDocuments(*database, read(view)).size(), 2) << "each document once";
+}
+
+TEST_F(ViewOrder, CategoriesMayBeNumbersAndNested) {
+  ViewColumn year = category(u"Year"_s);
+  year.descending = true;
+  const quint32 view = addView({.columns = {year, category(u"Kind"_s)}});
+  const auto put = [&](const QString& subject, double number, const QString& kind) {
+    add(subject, {{u"Year"_s, numberValue(number)}, {u"Kind"_s, textValue(kind)}});
+  };
+  put(u"1"_s, 1999, u"A"_s);
+  put(u"2"_s, 2024, u"B"_s);
+  put(u"3"_s, 2024, u"A"_s);
+  EXPECT_EQ(lines(view), u"[2024] >[A] >>3 >[B] >>2 [1999] >[A] >>1"_s);
+}
+
+TEST_F(ViewOrder, SeparateValuesMakeRowsWithoutCategories) {
+  ViewColumn names = sorted(u"Names"_s);
+  names.separateValues = true;
+  const quint32 apart = addView({.columns = {names}});
+  const quint32 together = addView({.columns = {sorted(u"Names"_s)}});
+  add(u"x"_s, {{u"Names"_s, textListValue({u"c"_s, u"a"_s})}});
+  add(u"y"_s, {{u"Names"_s, textValue(u"b")}});
+  EXPECT_EQ(lines(apart), u"x y x"_s);
+  EXPECT_EQ(lines(together), u"y x"_s);
+}
+
+// --- Responses -----------------------------------------------------------------------------------------
+
+TEST_F(ViewOrder, ResponsesStandBelowWhatTheyAnswerAndOrphansAreNotShown) {
+  const Design design{.columns = {sorted(u"Subject"_s)}, .hierarchy = true};
+  const quint32 view = addView(design);
+  Design flat = design;
+  flat.hierarchy = false;
+  const quint32 flatView = addView(flat);
+  const quint32 b = add(u"b"_s), a = add(u"a"_s);
+  const quint32 answer = add(u"z"_s, {}, unidOf(b));
+  add(u"y"_s, {}, unidOf(b));
+  add(u"x"_s, {}, unidOf(answer));
+  add(u"orphan"_s, {}, Unid::create());
+  EXPECT_EQ(lines(view), u"a b >z >>x >y"_s);
+  EXPECT_EQ(lines(flatView), u"a b orphan x y z"_s);
+  // The parent moves, goes, and comes back: its responses follow.
+  change(b, u"Subject"_s, textValue(u"0"));
+  EXPECT_EQ(lines(view), u"0 >z >>x >y a"_s);
+  Note kept = read(b);
+  database->remove(b);
+  EXPECT_EQ(lines(view), u"a"_s);
+  database->saveAsGiven(kept);
+  EXPECT_EQ(lines(view), u"0 >z >>x >y a"_s);
+  database->remove(answer, false);
+  EXPECT_EQ(lines(view), u"0 >y a"_s);
+  database->remove(a);
+}
+
+TEST_F(ViewOrder, AReferenceItemMakesAResponseToo) {
+  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}, .hierarchy = true});
+  const quint32 main = add(u"b"_s);
+  add(u"a"_s, {{u"$REF"_s, noteRefsValue({unidOf(main).text()})}});
+  EXPECT_EQ(lines(view), u"b >a"_s);
+}
+
+TEST_F(ViewOrder, ResponsesFollowTheirParentIntoEachOfItsCategories) {
+  const quint32 view = addView({.columns = {category(u"Kind"_s)}, .hierarchy = true});
+  const quint32 main = add(u"m"_s, {{u"Kind"_s, textListValue({u"A"_s, u"B"_s})}});
+  add(u"r"_s, {{u"Kind"_s, textValue(u"C")}}, unidOf(main));
+  EXPECT_EQ(lines(view), u"[A] >m >>r [B] >m >>r"_s);
+}
+
+TEST_F(ViewOrder, CirclesOfResponsesAreNotShownAndEndNothing) {
+  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}, .hierarchy = true});
+  const quint32 a = add(u"a"_s, {}, Unid::create());
+  const quint32 b = add(u"b"_s, {}, unidOf(a));
+  Note note = read(a);
+  note.header.parent = unidOf(b);
+  database->save(note);
+  add(u"c"_s);
+  EXPECT_EQ(lines(view), u"c"_s);
+}
+
+TEST_F(ViewOrder, AnswersOfAnswersEndAtThirtyTwo) {
+  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}, .hierarchy = true});
+  quint32 last = add(u"main"_s);
+  ViewIndex index(*database, view);
+  index.refresh();
+  for (int i = 0; i < 40; ++i) last = add(u"r"_s, {}, unidOf(last));
+  index.refresh();
+  EXPECT_EQ(index.count(), 33);
+}
+
+TEST_F(ViewOrder, DescendantsAreSelectedWithTheirParentAndLeaveWithIt) {
+  const quint32 all =
+      addView({.formula = u"SELECT Kind = \"in\" | @AllDescendants"_s, .columns = {column(u"Subject"_s)}});
+  const quint32 near =
+      addView({.formula = u"SELECT Kind = \"in\" | @AllChildren"_s, .columns = {column(u"Subject"_s)}});
+  const quint32 main = add(u"m"_s, {{u"Kind"_s, textValue(u"out")}});
+  const quint32 first = add(u"r"_s, {}, unidOf(main));
+  add(u"rr"_s, {}, unidOf(first));
+  EXPECT_EQ(lines(all), QString());
+  change(main, u"Kind"_s, textValue(u"in"));
+  EXPECT_EQ(lines(all), u"m r rr"_s);
+  EXPECT_EQ(lines(near), u"m r"_s);
+  change(main, u"Kind"_s, textValue(u"out"));
+  EXPECT_EQ(lines(all), QString());
+  EXPECT_EQ(lines(near), QString());
+}
+
+// --- What is in a view ---------------------------------------------------------------------------------
+
+using ViewContent = ViewTest;
+
+TEST_F(ViewContent, FollowsEveryChange) {
+  const quint32 view = addView({.formula = u"SELECT Kind = \"x\""_s, .columns = {sorted(u"Subject"_s)}});
+  const quint32 b = add(u"b"_s, {{u"Kind"_s, textValue(u"x")}});
+  EXPECT_EQ(lines(view), u"b"_s);
+  const quint32 a = add(u"a"_s, {{u"Kind"_s, textValue(u"x")}});
+  add(u"c"_s, {{u"Kind"_s, textValue(u"y")}});
+  EXPECT_EQ(lines(view), u"a b"_s);
+  change(b, u"Kind"_s, textValue(u"y"));
+  EXPECT_EQ(lines(view), u"a"_s);
+  change(b, u"Kind"_s, textValue(u"x"));
+  change(b, u"Subject"_s, textValue(u"0"));
+  EXPECT_EQ(lines(view), u"0 a"_s);
+  database->remove(a);
+  EXPECT_EQ(lines(view), u"0"_s);
+  database->remove(b, false);
+  EXPECT_EQ(lines(view), QString());
+}
+
+TEST_F(ViewContent, HasNoProfilesAndNoDesign) {
+  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  const quint32 id = add(u"a"_s);
+  add(u"profile"_s, {{u"$Name"_s, textValue(u"$profile_003abc_")}});
+  EXPECT_EQ(lines(view), u"a"_s);
+  change(id, u"$Name"_s, textValue(u"$profile_003abd_"));
+  EXPECT_EQ(lines(view), QString());
+}
+
+TEST_F(ViewContent, ADamagedDocumentDropsOut) {
+  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  const quint32 id = add(u"a"_s);
+  add(u"b"_s);
+  EXPECT_EQ(lines(view), u"a b"_s);
+  sqlite3_exec(database->handle(),
+               qPrintable(u"UPDATE note SET items = x'0102', change = 900 WHERE id = %1"_s.arg(id)), nullptr,
+               nullptr, nullptr);
+  EXPECT_EQ(lines(view), u"b"_s);
+  dropViewIndexes(*database);
+  EXPECT_EQ(lines(view), u"b"_s);
+}
+
+TEST_F(ViewContent, ANewDesignMakesTheIndexAnew) {
+  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  add(u"a"_s);
+  add(u"b"_s);
+  ViewIndex index(*database, view);
+  index.refresh();
+  Note changed =
+      viewNote(u"View"_s, {.formula = u"SELECT Subject != \"c\""_s, .columns = {descending(u"Subject"_s)}});
+  changed.header = read(view).header;
+  database->save(changed);
+  add(u"c"_s);
+  index.refresh();
+  EXPECT_EQ(index.documents().size(), 2);
+  EXPECT_EQ(lines(view), u"b a"_s);
+}
+
+TEST_F(ViewContent, AViewThatIsGoneSaysSoAndItsIndexGoesToo) {
+  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}}), other = addView({});
+  add(u"a"_s);
+  ViewIndex index(*database, view);
+  index.refresh();
+  database->remove(view);
+  try {
+    index.refresh();
+    FAIL();
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.number(), enginefault::UnknownNote);
+    EXPECT_TRUE(error.description().contains(path()));
+  }
+  lines(other);
+  IndexHead head;
+  EXPECT_FALSE(IndexTables(*database).readHead(view, head));
+}
+
+TEST_F(ViewContent, IsKeptFromOneUseToTheNext) {
+  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  add(u"a"_s);
+  EXPECT_EQ(lines(view), u"a"_s);
+  IndexHead head;
+  ASSERT_TRUE(IndexTables(*database).readHead(view, head));
+  EXPECT_EQ(head.change, database->changeSequence());
+  database.reset();
+  database = Database::open(path());
+  // What is kept is used: a row that nobody would make shows it.
+  IndexTables(*database).writeRow(view, {QByteArray("\x01\x00\x00\x00\x01", 5), 0, {}});
+  EXPECT_EQ(lines(view), u"(gone) a"_s);
+  dropViewIndexes(*database);
+  EXPECT_EQ(lines(view), u"a"_s);
+}
+
+TEST_F(ViewContent, IsUndoneWithTheTransactionThatChangedTheDocuments) {
+  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  add(u"a"_s);
+  EXPECT_EQ(lines(view), u"a"_s);
+  {
+    Database::Transaction transaction(*database);
+    add(u"b"_s);
+    EXPECT_EQ(lines(view), u"a b"_s);
+  }
+  EXPECT_EQ(lines(view), u"a"_s);
+}
+
+TEST_F(ViewContent, AFormulaThatAsksForTheDayIsAskedAgainTheNextDay) {
+  const quint32 view = addView({.formula = u"SELECT Subject != \"\" & @Today != \"\""_s});
+  const quint32 often = addView({.formula = u"SELECT @Now != \"\""_s});
+  const quint32 never = addView({.formula = u"SELECT \"@Today\" != \"\""_s});
+  for (const auto& [id, clock] :
+       {std::pair{view, DocumentRows::Clock::Daily}, std::pair{often, DocumentRows::Clock::EveryMinute},
+        std::pair{never, DocumentRows::Clock::Never}}) {
+    ViewIndex index(*database, id);
+    EXPECT_EQ(index.rows().clock(), clock);
+  }
+  add(u"a"_s);
+  EXPECT_EQ(lines(view), u"a"_s);
+  IndexTables tables(*database);
+  IndexHead head;
+  ASSERT_TRUE(tables.readHead(view, head));
+  const qint64 today = head.moment;
+  head.moment = today - 1;
+  tables.writeHead(view, head);
+  tables.clear(view);
+  EXPECT_EQ(lines(view), u"a"_s);
+  ASSERT_TRUE(tables.readHead(view, head));
+  EXPECT_EQ(head.moment, today);
+}
+
+TEST_F(ViewContent, ManyChangesAtOnceGiveTheSame) {
+  const quint32 view = addView({.columns = {descending(u"Number"_s)}});
+  add(u"a"_s);
+  EXPECT_EQ(lines(view), u"a"_s);
+  Database::Transaction transaction(*database);
+  for (int i = 0; i < 2500; ++i) add(u"n"_s, {{u"Number"_s, numberValue(i)}});
+  transaction.commit();
+  ViewIndex index(*database, view);
+  index.refresh();
+  EXPECT_EQ(index.count(), 2501);
+  EXPECT_EQ(read(index.documents()[1]).find(u"Number")->value, numberValue(2499));
+}
+
+// --- Files ---------------------------------------------------------------------------------------------
+
+using ViewFiles = ViewTest;
+
+TEST_F(ViewFiles, TwoConnectionsSeeEachOthersDocumentsAndIndexes) {
+  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  add(u"b"_s);
+  EXPECT_EQ(lines(view), u"b"_s);
+  // A thread opens the file for itself.
+  QString seen;
+  std::thread other([&] {
+    const auto second = Database::open(path());
+    Note note;
+    note.add(u"Subject"_s, itemflag::Summary, textValue(u"a"));
+    second->save(note);
+    seen = linesOf(*second, view);
+  });
+  other.join();
+  EXPECT_EQ(seen, u"a b"_s);
+  EXPECT_EQ(lines(view), u"a b"_s);
+}
+
+TEST_F(ViewFiles, AFileThatCannotBeWrittenHasViewsToo) {
+  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  add(u"b"_s);
+  add(u"a"_s);
+  const quint32 indexed = addView({.columns = {descending(u"Subject"_s)}});
+  EXPECT_EQ(lines(indexed), u"b a"_s);
+  database.reset();
+  QFile file(path());
+  ASSERT_TRUE(file.setPermissions(QFile::ReadOwner));
+  const QByteArray before = [&] { return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray(); }();
+  file.close();
+  database = Database::open(path());
+  EXPECT_EQ(lines(view), u"a b"_s);
+  EXPECT_EQ(lines(indexed), u"b a"_s);
+  database.reset();
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  EXPECT_EQ(file.readAll(), before);
+  file.close();
+  file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+}
+
+TEST_F(ViewFiles, AFileThatSomebodyElseKeepsLockedHasViewsToo) {
+  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  add(u"a"_s);
+  sqlite3_busy_timeout(database->handle(), 10);
+  sqlite3* other = nullptr;
+  ASSERT_EQ(sqlite3_open(path().toUtf8().constData(), &other), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+  EXPECT_EQ(lines(view), u"a"_s);
+  sqlite3_close(other);
+}
+
+}  // namespace
+}  // namespace lens::testing
