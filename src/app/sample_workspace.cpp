@@ -4,6 +4,7 @@
 
 #include "embedded/dxl/dxl_importer.h"
 #include "embedded/help/help_database.h"
+#include "embedded/search/full_text.h"
 
 // The samples lie in a library, which the linker leaves out unless somebody asks for them.
 static void loadSamples() {
@@ -52,7 +53,9 @@ void makeHelp(Workspace& workspace) {
   if (isFilled(workspace, help)) return;
   DatabaseInfo info;
   info.title = QStringLiteral("Designer help");
-  fillHelpDatabase(*workspace.createDatabase(help.server, help.path, info, true));
+  const auto database = workspace.createDatabase(help.server, help.path, info, true);
+  fillHelpDatabase(*database);
+  createFullTextIndex(*database);
 }
 
 // A second copy on a server, so that there is something to replicate with.

@@ -109,9 +109,12 @@ bool ClientWindow::dropEmpty(ImportTarget& target) {
   const std::weak_ptr<Database> watched = target.database;
   target.database.reset();
   if (!watched.expired()) return false;
-  const QString file = workspace_->absolutePath(target.place);
-  for (const QString& ending : {QStringLiteral("-wal"), QStringLiteral("-shm")}) QFile::remove(file + ending);
-  return QFile::remove(file);
+  try {
+    workspace_->removeDatabase(target.place);
+    return true;
+  } catch (const RuntimeError&) {
+    return false;  // somebody else has it open by now
+  }
 }
 
 void ClientWindow::showReport(const ImportReport& report, const ImportTarget& target, bool removed) {

@@ -20,7 +20,8 @@ struct ViewEntry {
 // All documents and design notes first, then the views by title. A damaged view is listed by its ID.
 QVector<ViewEntry> viewEntries(const Database& database);
 
-// Note IDs: those of a view in its order, all others ascending. Raises UnknownNote when the view has gone meanwhile.
+// Note IDs: those of a view in its order, all others ascending. Raises UnknownNote when the view has gone
+// meanwhile.
 QVector<quint32> documentsOf(const Database& database, const ViewEntry& entry);
 
 }  // namespace lens

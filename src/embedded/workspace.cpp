@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "notes/abbreviate_name.h"
+
 namespace lens {
 namespace {
 
@@ -61,17 +63,36 @@ QStringList pathParts(const QString& directory, const QString& path) {
   return parts;
 }
 
-// A link inside the directory may still lead out of it.
+// A link inside the directory may still lead out of it. Of a file that is not there yet the deepest folder
+// that is counts.
 void checkInside(const QString& directory, const QString& file, const QString& path) {
-  const QString canonical = QFileInfo(file).canonicalFilePath();
   const QString root = QFileInfo(directory).canonicalFilePath();
-  if (!canonical.isEmpty() && !canonical.startsWith(root + u'/'))
+  if (root.isEmpty()) return;
+  QFileInfo there(file);
+  while (!there.exists() && !there.isSymLink()) there.setFile(there.path());
+  const QString canonical = there.canonicalFilePath();
+  if (canonical != root && !canonical.startsWith(root + u'/'))
     refusePath(path, QStringLiteral("the file lies outside the directory of databases"));
 }
 
 // A journal that is left beside another file of the same name would be played into it.
+bool sameName(const QString& a, const QString& b) {
+  return a.compare(b, Qt::CaseInsensitive) == 0;
+}
+
 void removeJournals(const QString& file) {
   for (const char* suffix : {"-wal", "-shm", "-journal"}) QFile::remove(file + QLatin1String(suffix));
+}
+
+// A database that another program has open is left alone; one that nobody can open any more is not.
+void removeOld(const QString& file) {
+  try {
+    Database::open(file)->removeFile();
+  } catch (const RuntimeError& error) {
+    if (error.number() != enginefault::Damaged) throw;
+    removeJournals(file);
+    QFile::remove(file);
+  }
 }
 
 }  // namespace
@@ -164,9 +185,11 @@ void Workspace::addServer(const QString& canonicalName) {
 
 QString Workspace::canonicalServer(const QString& name) const {
   if (name.isEmpty()) return {};
-  const QString wanted = abbreviatedName(name);
+  // Lists show names in either short form.
   for (const Server& server : servers_)
-    if (abbreviatedName(server.name).compare(wanted, Qt::CaseInsensitive) == 0) return server.name;
+    if (sameName(abbreviateName(server.name), abbreviateName(name)) ||
+        sameName(abbreviatedName(server.name), abbreviatedName(name)))
+      return server.name;
   fail(workspacefault::UnknownServer, name,
        QStringLiteral("Unable to find path to server. No server of this name is in the workspace."));
 }
@@ -222,9 +245,10 @@ QString Workspace::absolutePath(const DatabasePlace& place) const {
 
 std::shared_ptr<Database> Workspace::database(const QString& server, const QString& path) {
   const QString file = absolutePath(place(server, path));
-  if (std::shared_ptr<Database> known = open_.value(file).lock(); known && !known->isRemoved()) return known;
+  // Also for who has it open: what is saved to a file that somebody deleted would be lost.
   if (!QFileInfo(file).isFile())
     fail(workspacefault::NoSuchFile, file, QStringLiteral("File does not exist"));
+  if (std::shared_ptr<Database> known = open_.value(file).lock(); known && !known->isRemoved()) return known;
   std::shared_ptr<Database> opened = Database::open(file);
   open_.insert(file, opened);
   return opened;
@@ -244,10 +268,15 @@ std::shared_ptr<Database> Workspace::createDatabase(const QString& server, const
     QFile::remove(fresh);
     removeJournals(fresh);
     Database::create(fresh, info);  // closed at once, so that nothing stays in its journal
-    removeJournals(file);
-    std::error_code error;
-    std::filesystem::rename(fresh.toStdU16String(), file.toStdU16String(), error);
-    if (error) fail(workspacefault::InUse, file, QString::fromStdString(error.message()));
+    try {
+      removeOld(file);
+      std::error_code error;
+      std::filesystem::rename(fresh.toStdU16String(), file.toStdU16String(), error);
+      if (error) fail(workspacefault::InUse, file, QString::fromStdString(error.message()));
+    } catch (const RuntimeError&) {
+      QFile::remove(fresh);
+      throw;
+    }
     return database(server, path);
   }
   std::shared_ptr<Database> created = Database::create(file, info);

@@ -67,8 +67,12 @@ QVector<DatabasePlace> Workspace::addressBooks() const {
     return books;
   }
   for (const QString& server : QStringList(QString()) + serverNames()) {
-    const DatabasePlace book = place(server, QStringLiteral("names.nsf"));
-    if (QFileInfo(absolutePath(book)).isFile()) add(book);
+    try {
+      const DatabasePlace book = place(server, QStringLiteral("names.nsf"));
+      if (QFileInfo(absolutePath(book)).isFile()) add(book);
+    } catch (const RuntimeError&) {
+      // A link that leads outside is no book, and the other servers have theirs.
+    }
   }
   return books;
 }

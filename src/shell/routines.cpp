@@ -2,6 +2,7 @@
 
 #include <QScreen>
 
+#include "notes/abbreviate_name.h"
 #include "notes/code_page.h"
 #include "shell/text_routines.h"
 

@@ -55,13 +55,6 @@ QString element(QString& text, const QString& separator) {
   return QStringLiteral(" ");
 }
 
-QString abbreviateName(const QString& name) {
-  QString result = name;
-  for (const char16_t* label : {u"CN=", u"O=", u"OU=", u"OU1=", u"OU2=", u"C="})
-    result = replaceAllText(result, QString::fromUtf16(label), QString());
-  return result;
-}
-
 QString unsignedDec2Hex(const Value& number) {
   constexpr double kTwoTo32 = 4294967296.0;
   const double value = number.number();

@@ -21,8 +21,6 @@ QString replaceAllText(const QString& text, const QString& find, const QString& 
 // Cuts the first element off the text. A leading separator gives " ", which stands for an empty
 // element.
 QString element(QString& text, const QString& separator);
-// The name without the labels of its components, wherever they stand.
-QString abbreviateName(const QString& name);
 // Hexadecimal text of a number of 32 bits without leading zeros; "-1" outside 0 to 2^32 - 1. Raises
 // 13 when a text is no number as a whole; fractions round half to even.
 QString unsignedDec2Hex(const Value& number);

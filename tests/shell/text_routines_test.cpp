@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "notes/abbreviate_name.h"
 #include "notes/numbers.h"
 #include "support/printers.h"
 

@@ -53,8 +53,7 @@ Status EmbeddedCApi::NotesInitExtended(int, const QByteArray&) {
 }
 
 void EmbeddedCApi::NotesTerm() {
-  if (inits_ > 0) --inits_;
-  if (inits_ == 0) closeAll();
+  if (inits_ > 0 && --inits_ == 0) closeAll();
 }
 
 void EmbeddedCApi::closeAll() {

@@ -2,6 +2,7 @@
 // callers keep it, lock it and free it like any other memory, and never look inside.
 #include <algorithm>
 
+#include "embedded/capi/call_support.h"
 #include "embedded/capi/embedded_capi.h"
 #include "embedded/capi/status.h"
 #include "embedded/dxl/source_formula.h"
@@ -71,22 +72,20 @@ Status EmbeddedCApi::NSFComputeEvaluate(MemHandle compute, NoteHandle note, MemH
   formula::Evaluation* evaluation = computations_.find(compute);
   OpenNote* open = note ? notes_.find(note) : nullptr;
   if (!evaluation || (note && !open)) return status::BadHandle;
-  const formula::Outcome outcome = evaluate(*evaluation, open);
-  matches = outcome.matches;
-  deletes = outcome.deletes;
-  modified = outcome.modified;
-  // A failed evaluation leaves no block to read.
-  if (outcome.value.isError()) return outcome.value.errorCode();
-  try {
+  return guarded([&]() -> Status {
+    const formula::Outcome outcome = evaluate(*evaluation, open);
+    matches = outcome.matches;
+    deletes = outcome.deletes;
+    modified = outcome.modified;
+    // A failed evaluation leaves no block to read.
+    if (outcome.value.isError()) return outcome.value.errorCode();
     const QByteArray block = storedValue(outcome.value);
     if (block.size() > 0xFFFF) return formula::fault::ResultTooLong;
     result = memory_.add(block);
     if (result == 0) return status::NoMemory;
     length = quint16(block.size());
     return status::Ok;
-  } catch (const RuntimeError& error) {
-    return statusOf(error);
-  }
+  });
 }
 
 formula::Outcome EmbeddedCApi::evaluate(formula::Evaluation& evaluation, OpenNote* note) {

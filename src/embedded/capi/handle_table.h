@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QtGlobal>
+#include <deque>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -19,8 +20,9 @@ class HandleTable {
   quint32 add(std::unique_ptr<Thing> thing) {
     size_t place = 0;
     if (!free_.empty()) {
-      place = free_.back();
-      free_.pop_back();
+      // The one that has been free for longest: a stale handle to it is told apart for longest too.
+      place = free_.front();
+      free_.pop_front();
     } else if (rows_.size() < 0x10000) {
       place = rows_.size();
       rows_.emplace_back();
@@ -61,7 +63,7 @@ class HandleTable {
 
   quint32 kind_;
   std::vector<Row> rows_;
-  std::vector<size_t> free_;
+  std::deque<size_t> free_;
 };
 
 }  // namespace lens

@@ -197,13 +197,14 @@ void waitUntilAfter(const TimeDate& time) {
 }  // namespace
 
 AgentRun runAgent(const AgentPlace& at, quint32 agentId) {
+  // From here on nobody else changes the agent, which is written back at the end.
+  Database::Transaction all(*at.store);
   Note note;
   if (!at.store->read(agentId, note))
     throw RuntimeError(agentfault::CannotRun,
                        QStringLiteral("%1: the agent is no longer there").arg(at.store->path()));
   const Agent agent = readFormulaAgent(note, at.store->path());
   Run run(at, agent);
-  Database::Transaction all(*at.store);
   AgentRun done;
   if (agent.target() == AgentTarget::Once)
     run.once();

@@ -1,6 +1,8 @@
 #include "embedded/design/design_elements.h"
 
-#include "embedded/design/profiles.h"
+#include <algorithm>
+
+#include "embedded/store/packed_note.h"
 #include "embedded/views/design_notes.h"
 
 namespace lens {
@@ -14,12 +16,18 @@ QString textItem(const Database& database, quint32 noteId, QStringView name) {
   return only.text(name);
 }
 
+// Of a design note; documents are told apart while they are scanned.
 NoteKinds kindsOf(const Database& database, const NoteSummary& note) {
-  if (noteclass::base(note.noteClass) != noteclass::Document)
-    return kindsOfDesign(note.noteClass, textItem(database, note.id, u"$Flags"));
-  Item name;
-  const bool profile = database.readItem(note.id, u"$Name", name) && isProfileName(name);
-  return {profile ? NoteKind::Profiles : NoteKind::Documents};
+  return kindsOfDesign(note.noteClass, textItem(database, note.id, u"$Flags"));
+}
+
+void addDocuments(const Database& database, NoteKinds kinds, QVector<quint32>& found) {
+  const bool documents = kinds.has(NoteKind::Documents);
+  const bool profiles = kinds.has(NoteKind::Profiles);
+  database.scanPacked(noteclass::Document, [&](const PackedNote& note) {
+    if (isProfile(note) ? profiles : documents) found.push_back(note.header.id);
+    return true;
+  });
 }
 
 template <class Visit>
@@ -38,10 +46,13 @@ void eachReadable(const QVector<NoteSummary>& notes, const Visit& visit) {
 QVector<quint32> notesOfKinds(const Database& database, NoteKinds kinds) {
   QVector<quint32> found;
   if (kinds.isEmpty()) return found;
-  eachReadable(database.list(classesOf(kinds)), [&](const NoteSummary& note) {
+  const quint16 classes = classesOf(kinds);
+  eachReadable(database.list(classes & ~noteclass::Document), [&](const NoteSummary& note) {
     if (kindsOf(database, note).meets(kinds)) found.push_back(note.id);
     return true;
   });
+  if (classes & noteclass::Document) addDocuments(database, kinds, found);
+  std::sort(found.begin(), found.end());
   return found;
 }
 

@@ -1,5 +1,7 @@
 #include "embedded/design/profiles.h"
 
+#include "embedded/store/packed_note.h"
+
 namespace lens {
 namespace {
 
@@ -7,26 +9,12 @@ constexpr qsizetype kMark = 9, kLengthDigits = 3;  // "$profile_", "015"
 
 }  // namespace
 
-bool isProfileName(const Item& item) {
-  Note only;
-  only.items.push_back(item);
-  return isProfile(only);
-}
-
 QVector<Profile> profilesOf(const Database& database) {
   QVector<Profile> profiles;
-  const QVector<NoteSummary> documents = database.list(noteclass::Document);
-  for (const NoteSummary& document : documents) {
-    try {
-      Note named;
-      Item name;
-      if (!database.readItem(document.id, u"$Name", name)) continue;
-      named.items.push_back(std::move(name));
-      if (isProfile(named)) profiles.push_back({document.id, named.text(u"$Name")});
-    } catch (const RuntimeError& error) {
-      if (error.number() != enginefault::Damaged) throw;  // one damaged note does not hide the others
-    }
-  }
+  database.scanPacked(noteclass::Document, [&](const PackedNote& note) {
+    if (isProfile(note)) profiles.push_back({note.header.id, note.unpack().text(u"$Name")});
+    return true;
+  });
   return profiles;
 }
 

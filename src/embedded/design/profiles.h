@@ -17,7 +17,5 @@ struct Profile {
 QVector<Profile> profilesOf(const Database& database);
 // Whether a profile's "$Name" is that of a profile so called, for whatever user. Without regard to case.
 bool isProfileCalled(QStringView name, QStringView profile);
-// Whether this "$Name" item makes its document a profile.
-bool isProfileName(const Item& item);
 
 }  // namespace lens

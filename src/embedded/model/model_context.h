@@ -12,7 +12,7 @@ namespace lens {
 namespace modelfault {
 inline constexpr int NotInitialized = 4100;
 inline constexpr int DatabaseClosed = 4101;
-inline constexpr int NoFormulaSource = 4102;
+// 4102: a view whose selection is there in compiled form only (views)
 inline constexpr int WrongKind = 4103;
 inline constexpr int NoSuchDocument = 4104;  // 4105: a formula that cannot be compiled (search)
 }  // namespace modelfault

@@ -16,7 +16,7 @@ Value NotesDatabase::search(const Arguments& arguments) {
   WorkspaceEnvironment environment(workspace);
   StoreDatabase properties(workspace, database_->place, database_->store);
   SelectionRequest request{
-      compiledFormula(arguments[0].text(), environment), environment, &properties, {}, 0};
+      searchFormula(notes, arguments[0].text(), environment), environment, &properties, {}, 0};
   if (arguments[1].kind() == Value::Kind::DateTime) {
     const DateTime& since = arguments[1].dateTime();
     request.since = QDateTime(since.date, since.time.isValid() ? since.time : QTime(0, 0));

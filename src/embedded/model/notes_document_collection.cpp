@@ -55,9 +55,9 @@ Value NotesDocumentCollection::nthDocument(const Arguments& arguments) {
   if (position < 1 || position > noteIds_.size()) return nothing();
   const Value found = NotesDocument::read(database_, noteIds_[position - 1]);
   if (!found.object())
-    throw RuntimeError(
-        modelfault::NoSuchDocument,
-        QStringLiteral("%1: document %2 of the collection is gone").arg(database_->place.path).arg(position));
+    throw RuntimeError(modelfault::NoSuchDocument,
+                       QStringLiteral("%1: document %2 of the collection is gone")
+                           .arg(database_->place.path, QString::number(position)));
   return found;
 }
 

@@ -11,7 +11,11 @@ Value NotesForm::read(const std::shared_ptr<OpenDatabase>& database, quint32 not
 }
 
 NotesForm::NotesForm(std::shared_ptr<OpenDatabase> database, const Note& note)
-    : database_(std::move(database)), fields_(fieldsOf(note)) {}
+    : database_(std::move(database)), fields_(fieldsOf(note)) {
+  for (const DesignField& field : fields_)
+    if (const QString name = field.name.toCaseFolded(); !types_.contains(name))
+      types_.insert(name, field.type);
+}
 
 const MemberTable& NotesForm::members() const {
   static const MemberTable table{
@@ -30,10 +34,7 @@ Value NotesForm::fields() {
 
 // A name that is no field has the code of the unknown type.
 Value NotesForm::fieldType(const Arguments& arguments) {
-  const QString name = arguments[0].text();
-  for (const DesignField& field : fields_)
-    if (sameItemName(field.name, name)) return field.type;
-  return int(itemtype::Unknown);
+  return types_.value(arguments[0].text().toCaseFolded(), int(itemtype::Unknown));
 }
 
 }  // namespace lens

@@ -1,6 +1,8 @@
 // NotesForm: a form or subform and the fields that it defines.
 #pragma once
 
+#include <QHash>
+
 #include "embedded/design/form_fields.h"
 #include "embedded/model/member_table.h"
 #include "embedded/model/model_context.h"
@@ -22,6 +24,7 @@ class NotesForm : public ModelObject {
 
   std::shared_ptr<OpenDatabase> database_;
   QVector<DesignField> fields_;
+  QHash<QString, int> types_;  // by folded name; the first field of a name counts
 };
 
 }  // namespace lens

@@ -124,6 +124,7 @@ void NotesItem::setProtected(const Value& on) {
 void NotesItem::setReaders(const Value& on) {
   const bool wanted = on.boolean();
   const quint16 type = item().type();
+  if (type == itemtype::RichText) return;  // as with the summary: it cannot be one
   if (wanted && type != itemtype::Text && type != itemtype::TextList)
     throw RuntimeError(err::TypeMismatch, QStringLiteral("%1: the item \"%2\" holds no text, so no readers")
                                               .arg(open_->database->place.path, item().name.left(64)));

@@ -98,8 +98,9 @@ QVector<quint32> NotesNoteCollection::formulaDocuments() const {
   Workspace& workspace = *database_->context->workspace;
   WorkspaceEnvironment environment(workspace);
   StoreDatabase properties(workspace, database_->place, database_->store);
-  return selectDocuments(*database_->store,
-                         {compiledFormula(formula_, environment), environment, &properties, {}, 0});
+  const Database& store = *database_->store;
+  return selectDocuments(store,
+                         {searchFormula(store, formula_, environment), environment, &properties, {}, 0});
 }
 
 // The index does not tell the time of a note, so this is the one thing for which notes are read.

@@ -70,14 +70,14 @@ Value NotesRichTextItem::embedObject(const Arguments& arguments) {
 // Those that this item shows, in the order in which they stand there.
 Value NotesRichTextItem::embeddedObjects() {
   QVector<Value> objects;
-  QVector<quint32> known;
+  QSet<quint32> known;
   const RichText text = richText();
   for (const RichElement& element : text.elements()) {
     FileObject file;
     if (element.kind != RichElement::Kind::Attachment ||
         !findAttachedFile(open()->note, attachmentName(element.text), file) || known.contains(file.objectId))
       continue;
-    known.push_back(file.objectId);
+    known.insert(file.objectId);
     objects.push_back(newObject<NotesEmbeddedObject>(open(), file));
   }
   return objects.isEmpty() ? Value() : Value::array(std::move(objects));

@@ -30,8 +30,7 @@ Value NotesUiWorkspace::currentDatabase() {
 Value NotesUiWorkspace::openDatabase(const Arguments& arguments) {
   Workspace& workspace = *context_->workspace;
   const DatabasePlace place = workspace.place(arguments[0].text(), arguments[1].text());
-  // Held while the client shows it, so that it is not opened twice.
-  const auto opened = workspace.database(place.server, place.path);
+  workspace.database(place.server, place.path);  // raises where it cannot be opened
   workspace.client().showDatabase(place);
   return {};
 }

@@ -40,10 +40,7 @@ Value NotesView::selectionFormula() {
   QString source;
   if (selectionSource(note_, source)) return source;
   if (!note_.has(u"$Formula")) return QString();
-  throw RuntimeError(
-      modelfault::NoFormulaSource,
-      QStringLiteral("%1: the selection formula of the view \"%2\" is there in compiled form only")
-          .arg(database_->store->path(), note_.text(u"$TITLE")));
+  raiseHiddenSelection(database_->store->path(), note_.text(u"$TITLE"));
 }
 
 ViewIndex& NotesView::refreshed() {

@@ -3,6 +3,7 @@
 #include "embedded/replication/conflict.h"
 #include "embedded/replication/note_transfer.h"
 #include "embedded/replication/version_walk.h"
+#include "embedded/store/packed_note.h"
 
 namespace lens {
 namespace {
@@ -196,8 +197,8 @@ Unid Replicator::rivalOf(const Note& note, Side& side) {
 
 const QHash<QString, Unid>& Replicator::profilesOf(Side& side) {
   if (side.profilesKnown) return side.profiles;
-  side.store.scan(noteclass::Document, [&](const Note& note) {
-    if (isProfile(note)) side.profiles.insert(profileName(note), note.header.unid);
+  side.store.scanPacked(noteclass::Document, [&](const PackedNote& note) {
+    if (isProfile(note)) side.profiles.insert(profileName(note.unpack()), note.header.unid);
     return true;
   });
   side.profilesKnown = true;

@@ -101,6 +101,12 @@ class Search {
     }
   }
 
+  // A mistake is one also where there is nothing to compare.
+  void checkComparisons(const Node& node) {
+    if (node.kind == Node::Kind::Compare && node.relation != Relation::Equal) compare(node);
+    for (const Node& child : node.children) checkComparisons(child);
+  }
+
  private:
   Hits match(const QString& expression) {
     Hits hits;
@@ -207,7 +213,9 @@ QVector<quint32> fullTextSearch(Database& database, QStringView query, qsizetype
   if (query.trimmed().isEmpty()) return {};
   const QueryNode tree = parseQuery(query);
   refreshIfPossible(database);
-  Hits hits = Search(tables).find(tree);
+  Search search(tables);
+  search.checkComparisons(tree);
+  Hits hits = search.find(tree);
   removeDeleted(database, tables.change(), hits);
   std::sort(hits.begin(), hits.end(),
             [](const Hit& a, const Hit& b) { return a.rank != b.rank ? a.rank < b.rank : a.id < b.id; });

@@ -96,4 +96,13 @@ std::shared_ptr<const Formula> compiledFormula(QStringView source, const formula
   throw RuntimeError(kFormulaError, text);
 }
 
+std::shared_ptr<const Formula> searchFormula(const Database& database, QStringView source,
+                                             const formula::Environment& environment) {
+  try {
+    return compiledFormula(source, environment);
+  } catch (const RuntimeError& error) {
+    throw RuntimeError(error.number(), QStringLiteral("%1: %2").arg(database.path(), error.description()));
+  }
+}
+
 }  // namespace lens

@@ -29,5 +29,8 @@ QVector<quint32> selectDocuments(const Database& documents, const SelectionReque
 // fault.
 std::shared_ptr<const formula::Formula> compiledFormula(QStringView source,
                                                         const formula::Environment& environment);
+// The same for the formula of a search, with the database's name in front.
+std::shared_ptr<const formula::Formula> searchFormula(const Database& database, QStringView source,
+                                                      const formula::Environment& environment);
 
 }  // namespace lens

@@ -161,7 +161,7 @@ bool Database::isRemoved() const {
 
 // Only who is alone with a file can take it out of WAL mode, so that tells whether others have it open.
 bool Database::isOnlyUser() {
-  sqlite3_busy_timeout(handle(), 0);
+  sqlite3_busy_timeout(handle(), 0);  // whoever has it open will not close it in the meantime
   bool alone = false;
   try {
     Statement::Run row(impl_->leaveWal);
@@ -169,7 +169,25 @@ bool Database::isOnlyUser() {
   } catch (const RuntimeError&) {
     // Somebody has it open.
   }
+  sqlite3_busy_timeout(handle(), kBusyTimeoutMs);
   return alone;
+}
+
+// A refusal leaves the connection as it was: views and statements of others hang on it.
+bool Database::removeOpenFile() {
+  if (QFile::remove(path_)) {
+    impl_ = std::make_unique<Impl>(path_);
+    return true;
+  }
+#ifdef Q_OS_WIN
+  // An open file cannot be deleted there.
+  impl_ = std::make_unique<Impl>(path_);
+  if (QFile::remove(path_)) return true;
+  impl_ = openFile(path_);
+#else
+  impl_->connection.execute("PRAGMA journal_mode = WAL", enginefault::CannotOpen);
+#endif
+  return false;
 }
 
 void Database::removeFile() {
@@ -180,14 +198,9 @@ void Database::removeFile() {
   impl_->connection.requireFile();
   if (impl_->depth > 0) refuse(QStringLiteral("a change of it is under way"));
   if (!isWritable()) refuse(QStringLiteral("the file is write-protected"));
-  const bool alone = isOnlyUser();
+  if (!isOnlyUser()) refuse(QStringLiteral("it is in use elsewhere"));
   const QString file = trueFile(path_);
-  // An open file cannot be deleted everywhere.
-  impl_ = std::make_unique<Impl>(path_);
-  if (!alone || !QFile::remove(path_)) {
-    impl_ = openFile(path_);
-    refuse(alone ? QStringLiteral("the file cannot be deleted") : QStringLiteral("it is in use elsewhere"));
-  }
+  if (!removeOpenFile()) refuse(QStringLiteral("the file cannot be deleted"));
   for (const char* journal : {"-wal", "-shm", "-journal"}) QFile::remove(path_ + QLatin1String(journal));
   openDatabases().forget(file);
 }

@@ -189,10 +189,11 @@ class Database {
   explicit Database(const QString& path);
   static std::unique_ptr<Impl> openFile(const QString& path);
   bool isOnlyUser();
+  bool removeOpenFile();
   QVector<quint16> classesIn(quint16 classMask) const;
   enum class Scan { Whole, Enough, Damaged };
-  Scan scanRows(quint16 mask, quint32& last, const PackedVisitor& visit) const;
-  void scanOneByOne(quint16 mask, quint32 after, const PackedVisitor& visit) const;
+  Scan scanRows(quint16 mask, qint64& last, const PackedVisitor& visit) const;
+  void scanOneByOne(quint16 mask, qint64 after, const PackedVisitor& visit) const;
   void insertNote(NoteHeader& header, const QByteArray& items);
   void updateNote(const NoteHeader& header, const QByteArray& items, const NoteHeader& before);
   QString path_;

@@ -100,9 +100,7 @@ void requireDatabaseFile(const QString& path) {
   if (schema > quint32(kSchemaVersion))
     throw RuntimeError(enginefault::NewerSchema,
                        QStringLiteral("%1: the database has schema %2, this program knows schemas up to %3")
-                           .arg(path)
-                           .arg(schema)
-                           .arg(kSchemaVersion));
+                           .arg(path, QString::number(schema), QString::number(kSchemaVersion)));
 }
 
 // Schema 1 did not write down what was erased without a stub, schema 2 not which version of a note came

@@ -42,7 +42,7 @@ struct Database::Impl {
 
   // Header columns in the order that readHeader expects, behind them the items.
   static constexpr int kItemsColumn = 10;
-  // False when the UNID is cut.
+  // False when the UNID is cut or the row's number is no note ID.
   static bool readHeader(const Statement::Run& row, NoteHeader& header);
   bool readRow(Statement::Run& row, Note& note) const;
   qint64 nextChange();

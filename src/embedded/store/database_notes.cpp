@@ -41,7 +41,8 @@ void completeNewHeader(NoteHeader& header) {
 }  // namespace
 
 bool Database::Impl::readHeader(const Statement::Run& row, NoteHeader& header) {
-  header.id = quint32(row.integer(0));
+  const qint64 id = row.integer(0);
+  header.id = quint32(id);
   header.noteClass = quint16(row.integer(1));
   const QByteArrayView unid = row.blob(2);
   header.unid = Unid::fromBytes(unid);
@@ -52,7 +53,7 @@ bool Database::Impl::readHeader(const Statement::Run& row, NoteHeader& header) {
   header.modified = fromStored(row.integer(7));
   header.added = fromStored(row.integer(8));
   header.accessed = fromStored(row.integer(9));
-  return unid.size() == 16;
+  return unid.size() == 16 && id > 0 && id <= kLastId;
 }
 
 bool Database::Impl::readRow(Statement::Run& row, Note& note) const {

@@ -10,8 +10,9 @@ namespace {
 constexpr int kDeviceFault = 57;
 
 [[noreturn]] void objectFault(const QString& path, quint32 objectId, const QString& fault) {
-  throw RuntimeError(enginefault::Damaged,
-                     QStringLiteral("%1: attachment object %2 %3").arg(path).arg(objectId).arg(fault));
+  throw RuntimeError(
+      enginefault::Damaged,
+      QStringLiteral("%1: attachment object %2 %3").arg(path, QString::number(objectId), fault));
 }
 
 void writeAll(QIODevice& target, QByteArrayView bytes) {
@@ -29,9 +30,8 @@ void writeAll(QIODevice& target, QByteArrayView bytes) {
 Database::Impl::Pending& Database::Impl::pending(quint32 objectId) {
   const auto found = objects.constFind(objectId);
   if (found == objects.constEnd())
-    throw RuntimeError(
-        err::InvalidCall,
-        QStringLiteral("%1: attachment object %2 is not being written").arg(connection.path()).arg(objectId));
+    throw RuntimeError(err::InvalidCall, QStringLiteral("%1: attachment object %2 is not being written")
+                                             .arg(connection.path(), QString::number(objectId)));
   return **found;
 }
 

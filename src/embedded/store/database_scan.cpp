@@ -50,7 +50,7 @@ class Batch {
 }  // namespace
 
 // The visitor may change the database or search it in turn: no statement stays open while it works.
-Database::Scan Database::scanRows(quint16 mask, quint32& last, const PackedVisitor& visit) const {
+Database::Scan Database::scanRows(quint16 mask, qint64& last, const PackedVisitor& visit) const {
   Batch batch;
   for (bool more = true; more; batch.next()) {
     Scan state = Scan::Whole;
@@ -59,7 +59,7 @@ Database::Scan Database::scanRows(quint16 mask, quint32& last, const PackedVisit
       while (!batch.isFull() && (more = row.step())) {
         NoteHeader header;
         if (Impl::readHeader(row, header)) batch.add(header, row.blob(Impl::kItemsColumn));
-        last = header.id;
+        last = row.integer(0);  // the number of the row: a damaged one may be no note ID
       }
     } catch (const RuntimeError& error) {
       if (error.number() != enginefault::Damaged) throw;
@@ -71,7 +71,7 @@ Database::Scan Database::scanRows(quint16 mask, quint32& last, const PackedVisit
   return Scan::Whole;
 }
 
-void Database::scanOneByOne(quint16 mask, quint32 after, const PackedVisitor& visit) const {
+void Database::scanOneByOne(quint16 mask, qint64 after, const PackedVisitor& visit) const {
   const QVector<NoteSummary> notes = list(mask);
   for (const NoteSummary& summary : notes) {
     if (summary.id <= after) continue;
@@ -91,7 +91,7 @@ void Database::scanOneByOne(quint16 mask, quint32 after, const PackedVisitor& vi
 // damaged the walk ends, and what lies behind is asked for note by note.
 void Database::scanPacked(quint16 classMask, const PackedVisitor& visit) const {
   const quint16 mask = noteclass::base(classMask);
-  quint32 last = 0;
+  qint64 last = 0;
   if ((mask & noteclass::Document) && scanRows(mask, last, visit) != Scan::Damaged) return;
   scanOneByOne(mask, last, visit);
 }

@@ -9,8 +9,6 @@
 namespace lens {
 namespace {
 
-constexpr int kBusyTimeoutMs = 5000;
-
 bool meansDamage(int status) {
   return status == SQLITE_CORRUPT || status == SQLITE_NOTADB || status == SQLITE_FORMAT;
 }
@@ -53,7 +51,7 @@ void Connection::requireFile() const {
 }
 
 Connection::~Connection() {
-  if (!borrowed_) sqlite3_close_v2(handle_);
+  sqlite3_close_v2(handle_);
 }
 
 void Connection::execute(const char* sql, int fault) const {

@@ -10,6 +10,9 @@
 
 namespace lens {
 
+// How long a statement waits for others that write.
+inline constexpr int kBusyTimeoutMs = 5000;
+
 class Connection {
  public:
   // flags are those of sqlite3_open_v2. A constant file is one that nobody writes; it is read without
@@ -17,8 +20,6 @@ class Connection {
   Connection(const QString& path, int flags, bool constant = false);
   // Stands for a file that was removed: every statement raises 53.
   explicit Connection(const QString& path);
-  // Statements of one's own on a connection that somebody else holds open; he must outlive this.
-  Connection(sqlite3* handle, const QString& path) : path_(path), handle_(handle), borrowed_(true) {}
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
@@ -36,7 +37,6 @@ class Connection {
   QString path_;
   sqlite3* handle_ = nullptr;
   bool removed_ = false;
-  bool borrowed_ = false;
 };
 
 // Prepared at its first use, finalised with its owner. The connection must outlive it.

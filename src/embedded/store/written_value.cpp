@@ -9,7 +9,7 @@ namespace {
   throw RuntimeError(number, reason);
 }
 
-// Line ends of every kind are one NUL in stored text.
+// A line end is one NUL in stored text; a lone carriage return stays what it is.
 QString storedLines(QString text) {
   text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
   text.replace(u'\n', QChar(u'\0'));

@@ -95,7 +95,8 @@ DocumentRows::DocumentRows(const ViewDesign& design, formula::Environment& envir
   const auto compile = [&](const QString& source) {
     return formula::compile(source, {&environment_}).formula;
   };
-  if (design.hasSelection && !design.folder) selectionFormula_ = compile(design.selection);
+  if (design.hasSelection && !design.folder)
+    selectionFormula_ = compiledFormula(design.selection, environment_);
   if (selectionFormula_) {
     selection_ = std::make_unique<Evaluation>(selectionFormula_, environment_);
     noteClock(*selectionFormula_);

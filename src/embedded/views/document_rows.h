@@ -43,7 +43,7 @@ formula::Value shownValue(QByteArrayView bytes);
 
 class DocumentRows {
  public:
-  // The environment must outlive this.
+  // The environment must outlive this. Raises kFormulaError for a selection with a mistake.
   DocumentRows(const ViewDesign& design, formula::Environment& environment);
 
   // Whether the selection takes in responses of selected documents.

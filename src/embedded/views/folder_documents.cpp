@@ -42,7 +42,7 @@ void write(Database& database, quint32 folder, const QVector<quint32>& documents
            Missing missing) {
   Database::Transaction transaction(database);
   const QByteArray folderUnid = requireFolder(database, folder).bytes();
-  const Connection connection(database.handle(), database.path());
+  const Connection& connection = database.connection();
   connection.execute(kTable, enginefault::NotSaved);
   Statement find(connection, "SELECT unid FROM note WHERE id = ? AND state = 0", enginefault::NotSaved);
   // What is so already keeps its change: nobody has to look at it again.
@@ -77,7 +77,7 @@ void removeFromFolder(Database& database, quint32 folder, const QVector<quint32>
 
 qint64 folderChange(const Database& database, const Unid& folder) {
   if (!hasTable(database)) return 0;
-  const Connection connection(database.handle(), database.path());
+  const Connection& connection = database.connection();
   Statement highest(connection, "SELECT max(change) FROM folder_document WHERE folder = ?",
                     enginefault::CannotOpen);
   const QByteArray unid = folder.bytes();
@@ -87,7 +87,7 @@ qint64 folderChange(const Database& database, const Unid& folder) {
 
 QVector<quint32> folderChangesSince(const Database& database, const Unid& folder, qint64 change) {
   if (!hasTable(database)) return {};
-  const Connection connection(database.handle(), database.path());
+  const Connection& connection = database.connection();
   Statement changed(connection,
                     "SELECT note.id FROM folder_document JOIN note ON note.unid = document AND state = 0"
                     " WHERE folder = ? AND folder_document.change > ?",
@@ -99,7 +99,7 @@ QVector<quint32> folderChangesSince(const Database& database, const Unid& folder
 
 QVector<quint32> folderDocuments(const Database& database, const Unid& folder) {
   if (!hasTable(database)) return {};
-  const Connection connection(database.handle(), database.path());
+  const Connection& connection = database.connection();
   Statement present(connection,
                     "SELECT note.id FROM folder_document JOIN note ON note.unid = document AND state = 0"
                     " WHERE folder = ? AND present = 1 ORDER BY note.id",
@@ -111,7 +111,7 @@ QVector<quint32> folderDocuments(const Database& database, const Unid& folder) {
 
 bool isInFolder(const Database& database, const Unid& folder, const Unid& document) {
   if (!hasTable(database)) return false;
-  const Connection connection(database.handle(), database.path());
+  const Connection& connection = database.connection();
   Statement find(connection,
                  "SELECT 1 FROM folder_document WHERE folder = ? AND document = ? AND present = 1",
                  enginefault::CannotOpen);

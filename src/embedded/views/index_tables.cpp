@@ -23,8 +23,12 @@ CREATE TABLE IF NOT EXISTS %1view_row (
 CREATE INDEX IF NOT EXISTS %1view_note_parent ON view_note (view, parent) WHERE parent IS NOT NULL;
 )";
 
+// In the file and, where they hide it, on this connection.
 constexpr char kDrop[] =
-    "DROP TABLE IF EXISTS view_row; DROP TABLE IF EXISTS view_note; DROP TABLE IF EXISTS view_index";
+    "DROP TABLE IF EXISTS temp.view_row; DROP TABLE IF EXISTS temp.view_note;"
+    "DROP TABLE IF EXISTS temp.view_index;"
+    "DROP TABLE IF EXISTS main.view_row; DROP TABLE IF EXISTS main.view_note;"
+    "DROP TABLE IF EXISTS main.view_index";
 
 }  // namespace
 
@@ -32,7 +36,7 @@ quint32 noteIdOf(QByteArrayView key) {
   return key.size() < 4 ? 0 : qFromBigEndian<quint32>(key.data() + key.size() - 4);
 }
 
-IndexTables::IndexTables(const Database& database) : connection_(database.handle(), database.path()) {}
+IndexTables::IndexTables(const Database& database) : connection_(database.connection()) {}
 
 void IndexTables::create(bool temporary) {
   const QByteArray place(temporary ? "temp." : "main.");
@@ -154,7 +158,7 @@ qint64 IndexTables::countRows(quint32 view) {
 
 void dropViewIndexes(Database& database) {
   Database::Transaction transaction(database);
-  Connection(database.handle(), database.path()).execute(kDrop, enginefault::NotSaved);
+  database.connection().execute(kDrop, enginefault::NotSaved);
   transaction.commit();
 }
 

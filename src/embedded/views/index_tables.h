@@ -87,7 +87,7 @@ class IndexTables {
 
  private:
   void putNote(Statement& put, quint32 view, quint32 note, const IndexedNote& written);
-  Connection connection_;
+  const Connection& connection_;
   static constexpr int kRead = enginefault::CannotOpen;
   static constexpr int kWrite = enginefault::NotSaved;
   Statement readHead_{connection_,

@@ -99,6 +99,7 @@ ViewDesign readViewDesign(const Note& view) {
   design.folder = isFolder(view);
   design.noteClass = classOf(view);
   design.hasSelection = selectionSource(view, design.selection);
+  design.hiddenSelection = !design.folder && !design.hasSelection && view.has(u"$Formula");
   design.digest = digestOf(view);
   const Item* const item = view.find(u"$ViewFormat");
   StoredViewFormat format;
@@ -110,6 +111,13 @@ ViewDesign readViewDesign(const Note& view) {
     design.columns.push_back(designColumn(column));
   design.keys = keysOf(view, format.columns);
   return design;
+}
+
+void raiseHiddenSelection(const QString& databasePath, const QString& title) {
+  throw RuntimeError(
+      kNoFormulaSource,
+      QStringLiteral("%1: the selection formula of the view \"%2\" is there in compiled form only")
+          .arg(databasePath, title));
 }
 
 bool selectionSource(const Note& view, QString& source) {

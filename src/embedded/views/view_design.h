@@ -35,7 +35,8 @@ struct ViewDesign {
   bool folder = false;
   bool hierarchy = false;  // responses stand below what they answer
   quint16 noteClass = noteclass::Document;
-  bool hasSelection = false;  // its source is known
+  bool hasSelection = false;     // its source is known
+  bool hiddenSelection = false;  // there is one, in compiled form only
   QString selection;
   QVector<DesignColumn> columns;
   QVector<DesignKey> keys;
@@ -49,6 +50,11 @@ struct ViewDesign {
 };
 
 ViewDesign readViewDesign(const Note& view);
+
+inline constexpr int kNoFormulaSource = 4102;
+// Raises kNoFormulaSource for a view whose selection nobody can read. Which documents it holds cannot be
+// told, and to show all of them would be wrong: who removes all documents of a view means those of the view.
+[[noreturn]] void raiseHiddenSelection(const QString& databasePath, const QString& title);
 
 // The selection of a view note as text; false when the note holds it only in compiled form or not at
 // all.

@@ -20,7 +20,7 @@ bool cannotWrite(const RuntimeError& error) {
 // A transaction that writes to tables of this connection only: it asks for no right to write to the file.
 class TemporaryTransaction {
  public:
-  explicit TemporaryTransaction(const Database& database) : connection_(database.handle(), database.path()) {
+  explicit TemporaryTransaction(const Database& database) : connection_(database.connection()) {
     connection_.execute("SAVEPOINT view_index", enginefault::NotSaved);
   }
   ~TemporaryTransaction() {
@@ -36,7 +36,7 @@ class TemporaryTransaction {
   }
 
  private:
-  Connection connection_;
+  const Connection& connection_;
   bool open_ = true;
 };
 
@@ -61,11 +61,20 @@ void ViewIndex::readDesign() {
                        QStringLiteral("%1: there is no view %2 (it may have been deleted)")
                            .arg(database_.path(), QString::number(view_, 16).toUpper()));
   ViewDesign design = readViewDesign(note);
-  design_.title = design.title;
-  designOf_ = change;
-  if (rows_ && design.digest == design_.digest) return;
+  if (design.hiddenSelection) raiseHiddenSelection(database_.path(), design.title);
+  if (!rows_ || design.digest != design_.digest) rows_ = makeRows(design);
   design_ = std::move(design);
-  rows_ = std::make_unique<DocumentRows>(design_, environment_);
+  designOf_ = change;
+}
+
+std::unique_ptr<DocumentRows> ViewIndex::makeRows(const ViewDesign& design) {
+  try {
+    return std::make_unique<DocumentRows>(design, environment_);
+  } catch (const RuntimeError& error) {
+    throw RuntimeError(
+        error.number(),
+        QStringLiteral("%1: the view \"%2\": %3").arg(database_.path(), design.title, error.description()));
+  }
 }
 
 IndexHead ViewIndex::wanted() {
@@ -99,6 +108,7 @@ void ViewIndex::refresh() {
 
 void ViewIndex::bringUpToDate() {
   tables_.create(temporary_);
+  designOf_ = -1;  // what was read in a transaction that was undone counts for nothing
   readDesign();
   const IndexHead goal = wanted();
   IndexHead head;

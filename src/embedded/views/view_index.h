@@ -49,6 +49,7 @@ class ViewIndex {
   template <class Category, class Document>
   void walk(const Category& category, const Document& document);
   void readDesign();
+  std::unique_ptr<DocumentRows> makeRows(const ViewDesign& design);
   IndexHead wanted();
   bool isFresh();
   void bringUpToDate();

@@ -5,7 +5,9 @@
 #include <functional>
 #include <map>
 
+#include "embedded/dxl/agent_records.h"
 #include "embedded/model/support/test_workspace.h"
+#include "embedded/search/full_text.h"
 
 using namespace lens;
 using namespace lens::testing;
@@ -50,7 +52,6 @@ struct Everything : ::testing::Test {
                    {u"Body"_s, richValue(u"Some text"_s), 0}});
     t.addView(u"All"_s, sourceFormulaValue(u"SELECT @All"_s));
     t.add({{u"$TITLE"_s, textValue(u"Memo")}}, noteclass::Form);
-    t.add({{u"$TITLE"_s, textValue(u"Tidy")}, {u"$Flags"_s, textValue(u"f3")}}, noteclass::Filter);
     message = t.addMime(
         "Content-Type: multipart/mixed; boundary=b\r\n\r\n--b\r\n\r\none\r\n--b\r\n\r\ntwo\r\n--b--\r\n");
     t.workspace->client().showDatabase(t.workspace->place({}, u"mail.nsf"_s));
@@ -121,8 +122,8 @@ TEST_F(Everything, OfADirectoryIsThere) {
 }
 
 TEST_F(Everything, OfADatabaseIsThere) {
-  const quint32 unidOf = other;
-  const QString unid = t.document(unidOf).get(u"UNIVERSALID"_s).text();
+  createFullTextIndex(*t.store);
+  const QString unid = t.document(other).get(u"UNIVERSALID"_s).text();
   expect([&] { return t.mail(); }, {get(u"server"_s),
                                     get(u"FILEPATH"_s),
                                     get(u"Size"_s),
@@ -140,7 +141,7 @@ TEST_F(Everything, OfADatabaseIsThere) {
                                     call(u"GETDOCUMENTBYUNID"_s, {unid}),
                                     call(u"GETPROFILEDOCCOLLECTION"_s),
                                     call(u"GETFORM"_s, {u"Memo"}),
-                                    call(u"GETAGENT"_s, {u"Tidy"}),
+                                    call(u"GETAGENT"_s, {u"none"}),
                                     call(u"SEARCH"_s, {u"@All", Value(Object()), 0}),
                                     call(u"FTSEARCH"_s, {u"", 0}),
                                     call(u"CREATENOTECOLLECTION"_s, {false}),
@@ -281,7 +282,20 @@ TEST_F(Everything, OfAMimeEntityIsThere) {
           call(u"GETNEXTSIBLING"_s)});
 }
 
-TEST_F(Everything, OfAFormAndAnAgentIsThere) {
-  expect([&] { return t.mail().call(u"GETFORM"_s, u"Memo"_s).object(); }, {get(u"FIELDS"_s)});
-  expect([&] { return t.mail().call(u"GETAGENT"_s, u"Tidy"_s).object(); }, {get(u"Name"_s)});
+TEST_F(Everything, OfAFormIsThere) {
+  expect([&] { return t.mail().call(u"GETFORM"_s, u"Memo"_s).object(); },
+         {get(u"FIELDS"_s), call(u"GETFIELDTYPE"_s, {u"Subject"})});
+}
+
+TEST_F(Everything, OfAnAgentIsThere) {
+  AgentSchedule all;
+  all.trigger = 4;
+  all.search = 1;
+  t.add({{u"$TITLE"_s, textValue(u"Mark")},
+         {u"$Flags"_s, textValue(u"f3")},
+         {u"$AssistInfo"_s, assistInfoValue(all), 0},
+         {u"$AssistQuery"_s, emptyQueryValue(), 0},
+         {u"$AssistAction"_s, formulaActionValue(sourceFormula(u"SELECT @All; FIELD Mark := 1"_s)), 0}},
+        noteclass::Filter);
+  expect([&] { return t.mail().call(u"GETAGENT"_s, u"Mark"_s).object(); }, {get(u"Name"_s), call(u"RUN"_s)});
 }

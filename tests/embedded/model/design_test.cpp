@@ -173,7 +173,8 @@ TEST_F(DesignModel, NavigatorsAndSharedColumnsAreNoViews) {
 }
 
 TEST_F(DesignModel, OfADatabaseThatIsNotOpenIsRefused) {
-  const Object missing = t.session().call(u"GETDATABASE"_s, QString(), u"missing.nsf"_s).object();
+  const Object directory = t.session().call(u"GETDBDIRECTORY"_s, QString()).object();
+  const Object missing = directory.call(u"OpenDatabaseByReplicaID"_s, u"0"_s).object();
   for (const QString& member :
        {u"AGENTS"_s, u"VIEWS"_s, u"GETPROFILEDOCCOLLECTION"_s, u"CREATENOTECOLLECTION"_s})
     EXPECT_EQ(raised([&] { missing.get(member); }), modelfault::DatabaseClosed) << member.toStdString();

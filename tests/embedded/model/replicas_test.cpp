@@ -159,6 +159,23 @@ TEST_F(ReplicaMembers, ADatabaseThatIsHeldElsewhereIsNotRemoved) {
   EXPECT_FALSE(QFile::exists(mailFile()));
 }
 
+TEST_F(ReplicaMembers, AViewWorksOnBehindARefusedRemoval) {
+  t.addView(u"All"_s, sourceFormulaValue(u"SELECT @All"_s));
+  const Object view = t.mail().call(u"GETVIEW"_s, u"All"_s).object();
+  const double before = view.get(u"ENTRYCOUNT"_s).number();
+  sqlite3* elsewhere = nullptr;
+  ASSERT_EQ(sqlite3_open(mailFile().toUtf8().constData(), &elsewhere), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(elsewhere, "SELECT count(*) FROM note", nullptr, nullptr, nullptr), SQLITE_OK);
+  EXPECT_EQ(raised([&] { t.mail().call(u"REMOVE"_s); }), err::PermissionDenied);
+  sqlite3_close(elsewhere);
+  t.add({{u"A"_s, textValue(u"x")}});
+  EXPECT_EQ(view.get(u"ENTRYCOUNT"_s).number(), before + 1);
+  EXPECT_FALSE(view.call(u"GETFIRSTDOCUMENT"_s).object().isNothing());
+  t.mail().call(u"REMOVE"_s);
+  EXPECT_FALSE(QFile::exists(mailFile()));
+  EXPECT_NE(raised([&] { view.get(u"ENTRYCOUNT"_s); }), 0);
+}
+
 #ifdef Q_OS_UNIX
 TEST_F(ReplicaMembers, ADatabaseOfAnotherProcessIsNotRemoved) {
   t.store.reset();

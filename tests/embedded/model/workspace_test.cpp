@@ -1,6 +1,7 @@
 #include "embedded/workspace.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include "embedded/model/support/test_workspace.h"
 
@@ -103,6 +104,37 @@ TEST(Workspace, ALinkThatLeadsOutsideIsRefused) {
   EXPECT_FALSE(t.workspace->databases({}).contains(u"link.nsf"_s));
 }
 
+TEST(Workspace, ANewFileBehindALinkedFolderIsRefused) {
+  TestWorkspace t;
+  ASSERT_TRUE(QDir().mkpath(t.file(u"outside"_s)));
+  ASSERT_TRUE(QFile::link(t.file(u"outside"_s), t.workspace->dataDirectory() + u"/link"_s));
+  EXPECT_EQ(raised([&] { t.workspace->createDatabase({}, u"link/new.nsf"_s, {}); }), workspacefault::BadPath);
+  EXPECT_EQ(raised([&] { t.workspace->createDatabase({}, u"link/more/new.nsf"_s, {}); }),
+            workspacefault::BadPath);
+  EXPECT_TRUE(QDir(t.file(u"outside"_s)).isEmpty());
+}
+
+TEST(Workspace, AFileThatSomebodyDeletedIsMissingAlsoForWhoHasItOpen) {
+  TestWorkspace t;
+  ASSERT_TRUE(QFile::remove(t.workspace->dataDirectory() + u"/mail.nsf"_s));
+  EXPECT_EQ(raised([&] { t.workspace->database({}, u"mail.nsf"_s); }), workspacefault::NoSuchFile);
+}
+
+TEST(Workspace, ADatabaseThatAnotherProgramHasOpenIsNotReplaced) {
+  TestWorkspace t;
+  t.workspace->createDatabase({}, u"spare.nsf"_s, {});
+  const QString file = t.workspace->dataDirectory() + u"/spare.nsf"_s;
+  sqlite3* elsewhere = nullptr;
+  ASSERT_EQ(sqlite3_open(file.toUtf8().constData(), &elsewhere), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(elsewhere, "SELECT count(*) FROM note", nullptr, nullptr, nullptr), SQLITE_OK);
+  EXPECT_EQ(raised([&] { t.workspace->createDatabase({}, u"spare.nsf"_s, {}, true); }),
+            err::PermissionDenied);
+  EXPECT_FALSE(QFile::exists(file + u".new"_s));
+  EXPECT_EQ(sqlite3_exec(elsewhere, "SELECT count(*) FROM note", nullptr, nullptr, nullptr), SQLITE_OK);
+  sqlite3_close(elsewhere);
+  EXPECT_NE(t.workspace->createDatabase({}, u"spare.nsf"_s, {}, true), nullptr);
+}
+
 TEST(Workspace, ListsOurDatabasesInFoldersSortedAndNothingElse) {
   TestWorkspace t;
   t.workspace->createDatabase({}, u"b.nsf"_s, {});
@@ -163,6 +195,9 @@ TEST(Workspace, ServersAnswerToCanonicalAndAbbreviatedNames) {
   EXPECT_EQ(again->serverNames(), QStringList({u"CN=Hub1/OU=Ops/O=Acme"_s, u"CN=Plain"_s}));
   EXPECT_EQ(again->canonicalServer(u"hub1/ops/acme"_s), u"CN=Hub1/OU=Ops/O=Acme"_s);
   EXPECT_EQ(again->canonicalServer(u""_s), u""_s);
+  // Lists drop labels wherever they stand in a name.
+  t.workspace->addServer(u"CN=RADIO=1/O=Acme"_s);
+  EXPECT_EQ(t.workspace->canonicalServer(u"RADI1/acme"_s), u"CN=RADIO=1/O=Acme"_s);
   EXPECT_EQ(raised([&] { again->canonicalServer(u"Hub2/Acme"_s); }), workspacefault::UnknownServer);
 }
 

@@ -143,6 +143,8 @@ TEST_F(LetterBox, NumbersAndDatesAreWordsAndCanBeCompared) {
   EXPECT_EQ(found(u"[Due] < 2024-03-19"_s), Ids({amounts}));
   EXPECT_EQ(found(u"[Due] < 2024-03-18"_s), Ids());
   EXPECT_EQ(raised([&] { find(u"[Subject] < pump"_s); }), kQueryError);
+  // A mistake is told whatever the rest of the query finds.
+  EXPECT_EQ(raised([&] { find(u"nosuchword & [Subject] < pump"_s); }), kQueryError);
 }
 
 TEST_F(LetterBox, FindsListsAttachmentsAndMimeBodies) {

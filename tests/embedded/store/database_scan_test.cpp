@@ -98,6 +98,16 @@ TEST_F(DatabaseScan, GoesOnBehindAPageThatIsNone) {
   EXPECT_EQ(found.last(), whole.last());
 }
 
+TEST_F(DatabaseScan, EndsWhereRowsHaveNumbersThatAreNoNoteIds) {
+  fill(40);
+  const QVector<quint32> before = ids(noteclass::Document);
+  for (int i = 0; i < 600; ++i) saved(QStringLiteral("far"));
+  const QByteArray move =
+      "UPDATE note SET id = id + 4294967296 WHERE id > " + QByteArray::number(before.last());
+  ASSERT_EQ(sqlite3_exec(database->handle(), move.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+  EXPECT_EQ(ids(noteclass::Document), before);
+}
+
 TEST_F(DatabaseScan, EndsWhenTheVisitorHasEnough) {
   fill(100);
   int shown = 0;

@@ -24,10 +24,9 @@ class NoteCopy : public StoreTest {
     file.size = quint32(size);
     return fileObjectValue(file);
   }
+  // Of an attachment, or of an object of any other kind.
   QByteArray bytesOf(const Database& store, const Item& item) const {
-    FileObject file;
-    EXPECT_TRUE(readFileObject(item.data(), file));
-    store.extractObject(file.objectId, path(u"out.bin"_s));
+    store.extractObject(objectIdOf(item.data()), path(u"out.bin"_s));
     return contentOf(path(u"out.bin"_s));
   }
   int count(Database& store, const char* sql) {
@@ -88,6 +87,23 @@ TEST_F(NoteCopy, TakesObjectsAlongUnderNumbersOfTheTarget) {
   // One object for both, one for the run data, one that was there.
   EXPECT_EQ(count(*target, "SELECT count(*) FROM object"), 3);
   EXPECT_NE(copy.items[2].value, note.items[2].value);
+}
+
+TEST_F(NoteCopy, TakesObjectsOfAnyKindAlongAndLeavesNumbersThatMeanNone) {
+  objectOf("another one first", *target);
+  const auto ofKind = [](quint16 kind, quint32 number) {
+    QByteArray value;
+    appendU16(value, kind);
+    appendU32(value, number);
+    return rawValue(itemtype::Object, value);
+  };
+  Note note;
+  note.add(u"Kept"_s, 0, ofKind(0xFFFF, objectOf("of a kind of its own", *database)));
+  note.add(u"None"_s, 0, ofKind(0xFFFF, 77));
+  database->save(note);
+  const Note copy = copyNote(note, *database, *target);
+  EXPECT_EQ(bytesOf(*target, copy.items[0]), "of a kind of its own");
+  EXPECT_EQ(copy.items[1].value, note.items[1].value);
 }
 
 TEST_F(NoteCopy, WorksWithinOneDatabase) {
