@@ -20,7 +20,8 @@ const MemberTable& NotesDbDirectory::members() const {
 Value NotesDbDirectory::firstDatabase(const Arguments& arguments) {
   const double type = arguments[0].number();
   if (type != kDatabasesAndTemplates && type != kDatabases)
-    throw RuntimeError(err::InvalidCall, QStringLiteral("%1 is no type of database").arg(type));
+    throw RuntimeError(err::InvalidCall, QStringLiteral("The directory of \"%1\": %2 is no type of database")
+                                             .arg(server_, QString::number(type)));
   const Workspace& workspace = *context_->workspace;
   const QString server = workspace.canonicalServer(server_);
   places_.clear();

@@ -38,7 +38,10 @@ Value NotesDocument::save(const Arguments& arguments) {
 Value NotesDocument::copyToDatabase(const Arguments& arguments) {
   if (arguments[0].object().isNothing()) throw RuntimeError(err::ObjectNotSet);
   const auto target = argumentAs<NotesDatabase>(arguments[0]);
-  if (!target) throw RuntimeError(modelfault::WrongKind, QStringLiteral("COPYTODATABASE expects a database"));
+  if (!target)
+    throw RuntimeError(
+        modelfault::WrongKind,
+        QStringLiteral("%1: COPYTODATABASE expects a database").arg(open_->database->place.path));
   const std::shared_ptr<OpenDatabase> database = target->opened();
   Note copy = copyNote(open_->note, requireStore(*open_->database), requireStore(*database));
   tellChanged(*database);

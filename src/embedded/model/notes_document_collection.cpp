@@ -46,7 +46,8 @@ Value NotesDocumentCollection::nextDocument(const Arguments& arguments) {
   const auto current = argumentAs<NotesDocument>(arguments[0]);
   if (!current || !places_.contains(current->noteNumber()))
     throw RuntimeError(modelfault::WrongKind,
-                       QStringLiteral("GETNEXTDOCUMENT expects a document of the collection"));
+                       QStringLiteral("%1: GETNEXTDOCUMENT expects a document of the collection")
+                           .arg(database_->place.path));
   return readableFrom(places_.value(current->noteNumber()) + 1);
 }
 

@@ -39,8 +39,8 @@ Value NotesEmbeddedObject::fileSize() {
 Value NotesEmbeddedObject::extractFile(const Arguments& arguments) {
   const QString path = arguments[0].text();
   if (path.isEmpty())
-    throw RuntimeError(err::PathFileAccess,
-                       QStringLiteral("\"%1\" needs a file to be extracted to").arg(file_.name));
+    throw RuntimeError(err::PathFileAccess, QStringLiteral("%1: \"%2\" needs a file to be extracted to")
+                                                .arg(open_->database->place.path, file_.name));
   requireStore(*open_->database).extractObject(file_.objectId, path);
   return {};
 }

@@ -60,7 +60,8 @@ Value NotesRichTextItem::embedObject(const Arguments& arguments) {
   if (const qint32 kind = roundToInt32(arguments[0].number()); kind != kAttachment)
     throw RuntimeError(
         err::InvalidCall,
-        QStringLiteral("EMBEDOBJECT attaches files (%1), nothing of kind %2").arg(kAttachment).arg(kind));
+        QStringLiteral("%1: EMBEDOBJECT attaches files (%2), nothing of kind %3")
+            .arg(open()->database->place.path, QString::number(kAttachment), QString::number(kind)));
   RichText text = richText();
   const FileObject file = attachFile(*open(), arguments[2].text(), text);
   setRichText(text);

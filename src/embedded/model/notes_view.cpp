@@ -82,7 +82,8 @@ Value NotesView::nextDocument(const Arguments& arguments) {
   if (current && !places_.contains(current->noteNumber())) readDocuments();
   if (!current || !places_.contains(current->noteNumber()))
     throw RuntimeError(modelfault::WrongKind,
-                       QStringLiteral("GETNEXTDOCUMENT expects a document of the view"));
+                       QStringLiteral("%1: GETNEXTDOCUMENT expects a document of the view \"%2\"")
+                           .arg(database_->place.path, note_.text(u"$TITLE")));
   return readableFrom(places_.value(current->noteNumber()) + 1);
 }
 

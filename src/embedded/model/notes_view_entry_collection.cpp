@@ -36,7 +36,9 @@ Value NotesViewEntryCollection::nextEntry(const Arguments& arguments) {
                           : current->place() >= 0 ? current->place()
                                                   : notes_.indexOf(current->noteNumber());
   if (place < 0)
-    throw RuntimeError(modelfault::WrongKind, QStringLiteral("GETNEXTENTRY expects an entry of the view"));
+    throw RuntimeError(
+        modelfault::WrongKind,
+        QStringLiteral("%1: GETNEXTENTRY expects an entry of the view").arg(database_->place.path));
   return entryAt(place + 1);
 }
 

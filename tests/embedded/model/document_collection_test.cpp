@@ -83,3 +83,15 @@ TEST_F(Collections, RemoveAllOfAReadOnlyDatabaseIsAFailure) {
   EXPECT_EQ(all.get(u"count"_s).number(), 5);
   EXPECT_EQ(live(), 5);
 }
+
+TEST(CollectionFailures, NameTheDatabase) {
+  TestWorkspace t;
+  t.add({{u"Form"_s, textValue(u"Memo")}});
+  const Object all = t.mail().call(u"SEARCH"_s, u"@All"_s, Value(), 0).object();
+  try {
+    all.call(u"GetNextDocument"_s, t.mail());
+    FAIL() << "no failure";
+  } catch (const RuntimeError& error) {
+    EXPECT_TRUE(error.description().contains(u"mail.nsf"_s)) << error.description().toStdString();
+  }
+}
