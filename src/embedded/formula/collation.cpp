@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <utility>
 
 namespace lens::formula {
 namespace {
@@ -187,15 +188,21 @@ void appendCollationBytes(QByteArray& bytes, QStringView text, const CollationRu
   constexpr int kKeyBytes = (kClassShift + 3 + 7) / 8;
   const Buckets& buckets = Buckets::of(rules);
   const quint64 mask = maskFor(rules);
+  // Plain characters, which nearly all are, go over together.
+  std::array<char, 128> plain;
+  qsizetype plains = 0;
+  const auto flush = [&] { bytes.append(plain.data(), std::exchange(plains, 0)); };
   qsizetype at = 0;
   while (at < text.size()) {
     const char16_t unit = text[at].unicode();
-    const quint8 plain = unit < kTableSize ? buckets.ofCharacter(unit) : quint8(1);
-    if (plain % 2 == 0) {
-      bytes.append(char(plain));
+    const quint8 own = unit < kTableSize ? buckets.ofCharacter(unit) : quint8(1);
+    if (own % 2 == 0) {
+      plain[std::size_t(plains++)] = char(own);
+      if (plains == qsizetype(plain.size())) flush();
       ++at;
       continue;
     }
+    flush();
     Keys rest(text, at, mask, !rules.accentSensitive);
     const quint64 key = rest.next(keyTable());
     at = rest.at();
@@ -205,6 +212,7 @@ void appendCollationBytes(QByteArray& bytes, QStringView text, const CollationRu
     if (bucket % 2 == 0) continue;
     for (int shift = 8 * (kKeyBytes - 1); shift >= 0; shift -= 8) bytes.append(char(quint8(key >> shift)));
   }
+  flush();
   bytes.append('\0');
 }
 

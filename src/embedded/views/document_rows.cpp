@@ -85,7 +85,11 @@ FormulaValue shownValue(QByteArrayView bytes) {
 // --- Formulas ------------------------------------------------------------------------------------------
 
 DocumentRows::DocumentRows(const ViewDesign& design, formula::Environment& environment)
-    : design_(design), environment_(environment), columns_(std::size_t(design.columns.size())) {
+    : design_(design),
+      environment_(environment),
+      columns_(std::size_t(design.columns.size())),
+      makesOneRow_(std::none_of(design.keys.begin(), design.keys.end(),
+                                [](const DesignKey& key) { return key.separateValues; })) {
   QSet<QString> known;
   const auto need = [&](const formula::Name& name) {
     const qsizetype before = known.size();
@@ -207,7 +211,7 @@ std::vector<DocumentRows::Part> DocumentRows::partsOf(int keyPlace, formula::Doc
   std::vector<Part> parts;
   if (!key.separateValues) {
     Part part;
-    part.key = sortKey(value, zone());
+    appendSortKey(part.key, value, zone());
     if (key.descending) invert(part.key, 0);
     parts.push_back(std::move(part));
     return parts;
@@ -239,22 +243,21 @@ std::vector<DocumentRows::Part> DocumentRows::partsOf(int keyPlace, formula::Doc
   return parts;
 }
 
-// What most views are: sorted, each document in one place.
-DocumentRow DocumentRows::onlyRow(formula::Document& document) {
-  DocumentRow row;
+void DocumentRows::appendOnlyKey(formula::Document& document, QByteArray& bytes) {
   for (const DesignKey& key : design_.keys) {
-    const qsizetype start = row.key.size();
-    row.key.append(sortKey(column(key.column, document), zone()));
-    if (key.descending) invert(row.key, start);
+    const qsizetype start = bytes.size();
+    appendSortKey(bytes, column(key.column, document), zone());
+    if (key.descending) invert(bytes, start);
   }
-  row.choice.assign(std::size_t(design_.keys.size()), -1);
-  return row;
 }
 
 std::vector<DocumentRow> DocumentRows::rows(formula::Document& document) {
-  const bool several = std::any_of(design_.keys.begin(), design_.keys.end(),
-                                   [](const DesignKey& key) { return key.separateValues; });
-  if (!several) return {onlyRow(document)};
+  if (makesOneRow_) {
+    std::vector<DocumentRow> rows(1);
+    appendOnlyKey(document, rows[0].key);
+    rows[0].choice.assign(std::size_t(design_.keys.size()), -1);
+    return rows;
+  }
   struct Growing {
     DocumentRow row;
     std::vector<RowCategory> categories;

@@ -59,6 +59,9 @@ class DocumentRows {
   // Raises kFormulaError when the formula takes too much time. A document over which it fails is not
   // selected.
   bool selects(formula::Document& document);
+  // Whether each document stands in one place, as in most views; then its key goes to the end of the bytes.
+  bool makesOneRow() const { return makesOneRow_; }
+  void appendOnlyKey(formula::Document& document, QByteArray& bytes);
   // One row for each combination of the values of its categories and the like; at most kMostRows.
   std::vector<DocumentRow> rows(formula::Document& document);
   // What a column shows; of a column that makes rows for its values the value of that row. Columns for
@@ -77,7 +80,6 @@ class DocumentRows {
   };
   struct Part;
   std::vector<Part> partsOf(int key, formula::Document& document);
-  DocumentRow onlyRow(formula::Document& document);
   formula::Value evaluated(formula::Evaluation& evaluation, formula::Document& document, bool* matches);
   void noteClock(const formula::Formula& formula);
 
@@ -88,6 +90,7 @@ class DocumentRows {
   std::vector<Column> columns_;
   std::vector<formula::Name> keyNames_;
   Clock clock_ = Clock::Never;
+  const bool makesOneRow_;
 };
 
 }  // namespace lens

@@ -1,6 +1,8 @@
 #include "embedded/views/index_tables.h"
 
 #include <QtEndian>
+#include <algorithm>
+#include <tuple>
 
 #include "embedded/views/sort_key.h"
 
@@ -9,26 +11,45 @@ namespace {
 
 constexpr int kMatched = 1, kShown = 2;
 
-// %1 is the file, or this connection only.
-constexpr char kTables[] = R"(
-CREATE TABLE IF NOT EXISTS %1view_index (
-  view INTEGER PRIMARY KEY, digest BLOB NOT NULL, change INTEGER NOT NULL, moment INTEGER NOT NULL,
-  folder_change INTEGER NOT NULL);
-CREATE TABLE IF NOT EXISTS %1view_note (
-  view INTEGER NOT NULL, note INTEGER NOT NULL, unid BLOB, parent BLOB, state INTEGER NOT NULL,
-  rows BLOB NOT NULL, PRIMARY KEY (view, note)) WITHOUT ROWID;
-CREATE TABLE IF NOT EXISTS %1view_row (
-  view INTEGER NOT NULL, key BLOB NOT NULL, level INTEGER NOT NULL, categories BLOB,
-  PRIMARY KEY (view, key)) WITHOUT ROWID;
-CREATE INDEX IF NOT EXISTS %1view_note_parent ON view_note (view, parent) WHERE parent IS NOT NULL;
-)";
+struct Table {
+  const char* name;
+  const char* definition;
+};
+constexpr Table kTables[] = {
+    {"view_index",
+     "(view INTEGER PRIMARY KEY, digest BLOB NOT NULL, change INTEGER NOT NULL, moment INTEGER NOT NULL,"
+     " folder_change INTEGER NOT NULL, rows INTEGER NOT NULL)"},
+    {"view_note",
+     "(view INTEGER NOT NULL, note INTEGER NOT NULL, unid BLOB, parent BLOB, state INTEGER NOT NULL,"
+     " rows BLOB NOT NULL, PRIMARY KEY (view, note)) WITHOUT ROWID"},
+    {"view_block", "(place INTEGER PRIMARY KEY, notes BLOB NOT NULL)"},
+    {"view_row",
+     "(view INTEGER NOT NULL, key BLOB NOT NULL, level INTEGER NOT NULL, categories BLOB,"
+     " PRIMARY KEY (view, key)) WITHOUT ROWID"},
+};
+// Rows longer than this stand alone: to change one document of a block means to write all of it.
+constexpr qsizetype kMostInBlock = 1024;
+
+// Blocks of a view stand together.
+qint64 placeOf(quint32 view, quint32 block) {
+  return qint64(view) << 24 | block;
+}
 
 // In the file and, where they hide it, on this connection.
-constexpr char kDrop[] =
-    "DROP TABLE IF EXISTS temp.view_row; DROP TABLE IF EXISTS temp.view_note;"
-    "DROP TABLE IF EXISTS temp.view_index;"
-    "DROP TABLE IF EXISTS main.view_row; DROP TABLE IF EXISTS main.view_note;"
-    "DROP TABLE IF EXISTS main.view_index";
+void drop(const Connection& connection) {
+  for (const char* place : {"temp.", "main."})
+    for (const Table& table : kTables)
+      connection.execute(QByteArray("DROP TABLE IF EXISTS ").append(place).append(table.name).constData(),
+                         enginefault::NotSaved);
+}
+
+// Whether the file has the table as an older program made it.
+bool isOutdated(const Connection& connection, const Table& table) {
+  Statement read(connection, "SELECT sql FROM main.sqlite_master WHERE name = ? AND type = 'table'",
+                 enginefault::CannotOpen);
+  Statement::Run run(read, QString::fromLatin1(table.name));
+  return run.step() && !run.text(0).endsWith(QLatin1String(table.definition));
+}
 
 }  // namespace
 
@@ -40,7 +61,17 @@ IndexTables::IndexTables(const Database& database) : connection_(database.connec
 
 void IndexTables::create(bool temporary) {
   const QByteArray place(temporary ? "temp." : "main.");
-  connection_.execute(QByteArray(kTables).replace("%1", place).constData(), kWrite);
+  if (!temporary && std::any_of(std::begin(kTables), std::end(kTables),
+                                [this](const Table& table) { return isOutdated(connection_, table); }))
+    drop(connection_);
+  for (const Table& table : kTables)
+    connection_.execute(
+        QByteArray("CREATE TABLE IF NOT EXISTS " + place + table.name + ' ' + table.definition).constData(),
+        kWrite);
+  connection_.execute(QByteArray("CREATE INDEX IF NOT EXISTS " + place +
+                                 "view_note_parent ON view_note (view, parent) WHERE parent IS NOT NULL")
+                          .constData(),
+                      kWrite);
 }
 
 bool IndexTables::exist() const {
@@ -70,16 +101,45 @@ bool IndexTables::readHead(quint32 view, IndexHead& head) {
   return true;
 }
 
-void IndexTables::writeHead(quint32 view, const IndexHead& head) {
-  Statement::Run(writeHead_, view, head.digest, head.change, head.moment, head.folderChange).step();
+void IndexTables::writeHead(quint32 view, const IndexHead& head, qint64 rows) {
+  Statement::Run(writeHead_, view, head.digest, head.change, head.moment, head.folderChange, rows).step();
 }
 
 void IndexTables::clear(quint32 view) {
   Statement::Run(clearNotes_, view).step();
+  Statement::Run(clearBlocks_, placeOf(view, 0), placeOf(view + 1, 0)).step();
   Statement::Run(clearRows_, view).step();
 }
 
+// --- Documents -----------------------------------------------------------------------------------------
+
+bool IndexTables::isInBlock(const IndexedNote& note) const {
+  return note.plain() && note.rows.size() <= kMostInBlock;
+}
+
+NoteBlock IndexTables::readBlock(quint32 view, quint32 block) {
+  Statement::Run run(readBlock_, placeOf(view, block));
+  return NoteBlock(run.step() ? run.blob(0).toByteArray() : QByteArray());
+}
+
+void IndexTables::writeBlock(quint32 view, quint32 block, const NoteBlock& written) {
+  if (written.isEmpty())
+    Statement::Run(removeBlock_, placeOf(view, block)).step();
+  else
+    Statement::Run(writeBlock_, placeOf(view, block), written.bytes()).step();
+}
+
+void IndexTables::takeOutOfBlock(quint32 view, quint32 note) {
+  NoteBlock block = readBlock(view, NoteBlock::of(note));
+  if (block.remove(note)) writeBlock(view, NoteBlock::of(note), block);
+}
+
 bool IndexTables::readNote(quint32 view, quint32 note, IndexedNote& found) {
+  const NoteBlock block = readBlock(view, NoteBlock::of(note));
+  if (QByteArrayView rows; block.find(note, rows)) {
+    found = {{}, {}, true, true, rows.toByteArray()};
+    return true;
+  }
   Statement::Run run(readNote_, view, note);
   if (!run.step()) return false;
   const qint64 state = run.integer(2);
@@ -97,14 +157,30 @@ void IndexTables::putNote(Statement& put, quint32 view, quint32 note, const Inde
 }
 
 void IndexTables::writeNote(quint32 view, quint32 note, const IndexedNote& written) {
-  putNote(writeNote_, view, note, written);
+  if (!isInBlock(written)) {
+    takeOutOfBlock(view, note);
+    return putNote(writeNote_, view, note, written);
+  }
+  NoteBlock block = readBlock(view, NoteBlock::of(note));
+  block.put(note, written.rows);
+  writeBlock(view, NoteBlock::of(note), block);
+  Statement::Run(removeNote_, view, note).step();
 }
 
-void IndexTables::addNote(quint32 view, quint32 note, const IndexedNote& written) {
-  putNote(addNote_, view, note, written);
+void IndexTables::addNote(quint32 view, quint32 note, const IndexedNote& added) {
+  if (!isInBlock(added)) return putNote(addNote_, view, note, added);
+  if (NoteBlock::of(note) != growingBlock_) finishNotes(view);
+  growingBlock_ = NoteBlock::of(note);
+  growing_.append(note, added.rows);
+}
+
+void IndexTables::finishNotes(quint32 view) {
+  if (!growing_.isEmpty()) writeBlock(view, growingBlock_, growing_);
+  growing_.clear();
 }
 
 void IndexTables::removeNote(quint32 view, quint32 note) {
+  takeOutOfBlock(view, note);
   Statement::Run(removeNote_, view, note).step();
 }
 
@@ -132,33 +208,34 @@ quint32 IndexTables::noteOf(const QByteArray& unid) {
   return run.step() ? quint32(run.integer(0)) : 0;
 }
 
-void IndexTables::writeRow(quint32 view, const IndexedRow& row) {
+// --- Rows ----------------------------------------------------------------------------------------------
+
+bool IndexTables::writeRow(quint32 view, const IndexedRow& row) {
   if (row.categories.isEmpty())
     Statement::Run(writeRow_, view, row.key, row.level, nullptr).step();
   else
     Statement::Run(writeRow_, view, row.key, row.level, row.categories).step();
+  return sqlite3_changes(connection_.handle()) > 0;
 }
 
-void IndexTables::addRow(quint32 view, QByteArrayView key, QByteArrayView categories) {
-  if (categories.isEmpty())
-    Statement::Run(addRow_, view, key, nullptr).step();
-  else
-    Statement::Run(addRow_, view, key, categories).step();
+void IndexTables::addRows(quint32 view, const RowsAtOnce& rows) {
+  std::apply([&](const auto&... bytes) { Statement::Run(addRows_, view, bytes...).step(); }, rows);
 }
 
-void IndexTables::removeRows(quint32 view, const QByteArray& key) {
+qint64 IndexTables::removeRows(quint32 view, const QByteArray& key) {
   const QByteArray end = behindAll(key);
   Statement::Run(removeRows_, view, key, end).step();
+  return sqlite3_changes(connection_.handle());
 }
 
-qint64 IndexTables::countRows(quint32 view) {
-  Statement::Run run(countRows_, view);
+qint64 IndexTables::rowCount(quint32 view) {
+  Statement::Run run(rowCount_, view);
   return run.step() ? run.integer(0) : 0;
 }
 
 void dropViewIndexes(Database& database) {
   Database::Transaction transaction(database);
-  database.connection().execute(kDrop, enginefault::NotSaved);
+  drop(database.connection());
   transaction.commit();
 }
 

@@ -1,9 +1,11 @@
 // The tables of the view indexes, in the database's own file, and the statements on them.
 //
 //   view_index  one row for each index: the design that it was made of, the change and the moment up to
-//               which it is right
+//               which it is right, and how many rows it has
 //   view_note   the documents that an index knows: the selected ones and, where the selection asks for
 //               responses, all that answer others
+//   view_block  the same for selected documents of which nothing has to be known but their rows, which in
+//               most views are all of them (see note_block.h); a document stands in one of both
 //   view_row    the rows in their order. A key is the sort key of the document and its note ID; below a
 //               parent the parent's key goes before
 //
@@ -13,9 +15,11 @@
 
 #include <QByteArray>
 #include <QVector>
+#include <array>
 
 #include "embedded/store/database.h"
 #include "embedded/store/sqlite_statement.h"
+#include "embedded/views/note_block.h"
 
 namespace lens {
 
@@ -28,13 +32,16 @@ struct IndexHead {
   bool operator==(const IndexHead&) const = default;
 };
 
-// A document in view_note.
+// A document that the index knows.
 struct IndexedNote {
   QByteArray unid;       // only where the selection asks for responses
   QByteArray parent;     // empty for a main document
   bool matched = false;  // by the selection itself
   bool shown = false;    // by it, or as a response of what is
   QByteArray rows;       // packed, see view_builder
+
+  // Whether its rows say all of it.
+  bool plain() const { return matched && shown && parent.isEmpty() && unid.isEmpty(); }
 };
 
 // A row of the view. The note ID stands at the key's end.
@@ -50,20 +57,22 @@ class IndexTables {
   // The database must outlive this.
   explicit IndexTables(const Database& database);
 
-  // Makes the tables where they are missing, for this connection only if asked so.
+  // Makes the tables where they are missing or an older program laid them out, for this connection only if
+  // asked so.
   void create(bool temporary);
   bool exist() const;
   // Indexes of views that are no longer there.
   void removeOrphans();
 
   bool readHead(quint32 view, IndexHead& head);
-  void writeHead(quint32 view, const IndexHead& head);
+  void writeHead(quint32 view, const IndexHead& head, qint64 rows);
   void clear(quint32 view);
 
   bool readNote(quint32 view, quint32 note, IndexedNote& found);
   void writeNote(quint32 view, quint32 note, const IndexedNote& written);
-  // One that is not there yet.
-  void addNote(quint32 view, quint32 note, const IndexedNote& written);
+  // Documents of an empty index, in the order of their IDs; they are there after finishNotes().
+  void addNote(quint32 view, quint32 note, const IndexedNote& added);
+  void finishNotes(quint32 view);
   void removeNote(quint32 view, quint32 note);
   QVector<quint32> responsesTo(quint32 view, const QByteArray& unid);
   QVector<quint32> allResponses(quint32 view);
@@ -71,11 +80,16 @@ class IndexTables {
   quint32 noteOf(const QByteArray& unid);
   QByteArray unidOf(quint32 note);
 
-  void writeRow(quint32 view, const IndexedRow& row);
-  void addRow(quint32 view, QByteArrayView key, QByteArrayView categories);
-  // The row and all below it.
-  void removeRows(quint32 view, const QByteArray& key);
-  qint64 countRows(quint32 view);
+  // False when that row is there already.
+  bool writeRow(quint32 view, const IndexedRow& row);
+  // Rows without a level, many at once; they are not there yet. Key and categories in turn.
+  static constexpr std::size_t kRowsAtOnce = 16;
+  using RowsAtOnce = std::array<QByteArrayView, 2 * kRowsAtOnce>;
+  void addRows(quint32 view, const RowsAtOnce& rows);
+  // The row and all below it; how many there were.
+  qint64 removeRows(quint32 view, const QByteArray& key);
+  // As the head says it.
+  qint64 rowCount(quint32 view);
   // Rows in their order from the first key that is not less, until the visitor returns false. The
   // visitor must not ask these tables for rows.
   template <class Visit>
@@ -87,14 +101,23 @@ class IndexTables {
 
  private:
   void putNote(Statement& put, quint32 view, quint32 note, const IndexedNote& written);
+  bool isInBlock(const IndexedNote& note) const;
+  NoteBlock readBlock(quint32 view, quint32 block);
+  void writeBlock(quint32 view, quint32 block, const NoteBlock& written);
+  void takeOutOfBlock(quint32 view, quint32 note);
+
   const Connection& connection_;
+  NoteBlock growing_;  // of addNote
+  quint32 growingBlock_ = 0;
+
   static constexpr int kRead = enginefault::CannotOpen;
   static constexpr int kWrite = enginefault::NotSaved;
   Statement readHead_{connection_,
                       "SELECT digest, change, moment, folder_change FROM view_index WHERE view = ?", kRead};
-  Statement writeHead_{connection_, "INSERT OR REPLACE INTO view_index VALUES (?, ?, ?, ?, ?)", kWrite};
+  Statement writeHead_{connection_, "INSERT OR REPLACE INTO view_index VALUES (?, ?, ?, ?, ?, ?)", kWrite};
   Statement removeHead_{connection_, "DELETE FROM view_index WHERE view = ?", kWrite};
   Statement clearNotes_{connection_, "DELETE FROM view_note WHERE view = ?", kWrite};
+  Statement clearBlocks_{connection_, "DELETE FROM view_block WHERE place >= ? AND place < ?", kWrite};
   Statement clearRows_{connection_, "DELETE FROM view_row WHERE view = ?", kWrite};
   Statement orphans_{connection_,
                      "SELECT view FROM view_index WHERE NOT EXISTS"
@@ -105,16 +128,24 @@ class IndexTables {
   Statement writeNote_{connection_, "INSERT OR REPLACE INTO view_note VALUES (?, ?, ?, ?, ?, ?)", kWrite};
   Statement addNote_{connection_, "INSERT INTO view_note VALUES (?, ?, ?, ?, ?, ?)", kWrite};
   Statement removeNote_{connection_, "DELETE FROM view_note WHERE view = ? AND note = ?", kWrite};
+  Statement readBlock_{connection_, "SELECT notes FROM view_block WHERE place = ?", kRead};
+  Statement writeBlock_{connection_, "INSERT OR REPLACE INTO view_block VALUES (?, ?)", kWrite};
+  Statement removeBlock_{connection_, "DELETE FROM view_block WHERE place = ?", kWrite};
   Statement responsesTo_{connection_,
                          "SELECT note FROM view_note WHERE view = ? AND parent = ? ORDER BY note", kRead};
   Statement allResponses_{
       connection_, "SELECT note FROM view_note WHERE view = ? AND parent IS NOT NULL ORDER BY note", kRead};
   Statement noteOf_{connection_, "SELECT id FROM note WHERE unid = ?", kRead};
   Statement unidOf_{connection_, "SELECT unid FROM note WHERE id = ?", kRead};
-  Statement writeRow_{connection_, "INSERT OR REPLACE INTO view_row VALUES (?, ?, ?, ?)", kWrite};
-  Statement addRow_{connection_, "INSERT INTO view_row VALUES (?, ?, 0, ?)", kWrite};
+  Statement writeRow_{connection_, "INSERT OR IGNORE INTO view_row VALUES (?, ?, ?, ?)", kWrite};
+  Statement addRows_{connection_,
+                     "INSERT INTO view_row VALUES (?1, ?, 0, ?), (?1, ?, 0, ?), (?1, ?, 0, ?), (?1, ?, 0, ?),"
+                     " (?1, ?, 0, ?), (?1, ?, 0, ?), (?1, ?, 0, ?), (?1, ?, 0, ?), (?1, ?, 0, ?),"
+                     " (?1, ?, 0, ?), (?1, ?, 0, ?), (?1, ?, 0, ?), (?1, ?, 0, ?), (?1, ?, 0, ?),"
+                     " (?1, ?, 0, ?), (?1, ?, 0, ?)",
+                     kWrite};
   Statement removeRows_{connection_, "DELETE FROM view_row WHERE view = ? AND key >= ? AND key < ?", kWrite};
-  Statement countRows_{connection_, "SELECT count(*) FROM view_row WHERE view = ?", kRead};
+  Statement rowCount_{connection_, "SELECT rows FROM view_index WHERE view = ?", kRead};
   Statement rowsFrom_{connection_,
                       "SELECT key, level, categories FROM view_row WHERE view = ? AND key >= ? ORDER BY key",
                       kRead};

@@ -15,20 +15,27 @@ class RowBuffer {
   // it.
   void add(QByteArrayView key, quint32 note, QByteArrayView categories);
   void flush();
+  // How many were written.
+  qint64 count() const { return count_; }
 
  private:
   struct Row {
-    quint64 first = 0;  // the key's first bytes, which tell most rows apart
+    quint64 first = 0;  // the key's first bytes behind those that all keys share; they tell most rows apart
     qsizetype at = 0;
     quint32 keySize = 0, categoriesSize = 0;
   };
   QByteArrayView keyOf(const Row& row) const { return QByteArrayView(bytes_).sliced(row.at, row.keySize); }
+  QByteArrayView categoriesOf(const Row& row) const {
+    return QByteArrayView(bytes_).sliced(row.at + row.keySize, row.categoriesSize);
+  }
+  void sort();
 
   static constexpr qsizetype kMostBytes = 64 * 1024 * 1024;
   IndexTables& tables_;
   const quint32 view_;
   QByteArray bytes_;
   std::vector<Row> rows_;
+  qint64 count_ = 0;
 };
 
 }  // namespace lens

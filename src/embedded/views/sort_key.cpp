@@ -64,15 +64,13 @@ void appendElementKey(QByteArray& key, const formula::Value& value, qsizetype el
   }
 }
 
-QByteArray sortKey(const formula::Value& value, const formula::LocalZone& zone) {
-  QByteArray key;
-  key.reserve(24);
-  for (qsizetype i = 0; i < value.count() && key.size() <= kMostKeyBytes; ++i)
+void appendSortKey(QByteArray& key, const formula::Value& value, const formula::LocalZone& zone) {
+  const qsizetype start = key.size();
+  for (qsizetype i = 0; i < value.count() && key.size() - start <= kMostKeyBytes; ++i)
     appendElementKey(key, value, i, zone);
   if (value.count() == 0) appendTextKey(key, u"");
   key.append(char(sortkey::End));
-  cut(key, 0);
-  return key;
+  cut(key, start);
 }
 
 QByteArray textKeyBeginning(QStringView text) {

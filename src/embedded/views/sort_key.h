@@ -26,7 +26,7 @@ void appendElementKey(QByteArray& key, const formula::Value& value, qsizetype el
                       const formula::LocalZone& zone);
 void appendTextKey(QByteArray& key, QStringView text);
 // The whole value with its end.
-QByteArray sortKey(const formula::Value& value, const formula::LocalZone& zone);
+void appendSortKey(QByteArray& key, const formula::Value& value, const formula::LocalZone& zone);
 // Key of a text that begins so: the beginning of the keys of all these texts.
 QByteArray textKeyBeginning(QStringView text);
 

@@ -85,31 +85,33 @@ bool ViewBuilder::belongs(const Note& note) const {
   return isOfTheClass(note) && (!design_.folder || isInFolder(database_, design_.unid, note.header.unid));
 }
 
-QByteArray ViewBuilder::packedRows(const NoteHeader& header, const Unid& parent,
-                                   formula::Document& document) {
-  QByteArray packed;
-  if (design_.hierarchy && !parent.isNull()) {
-    appendRow(packed, creationKey(header.created), {});
-    return packed;
+void ViewBuilder::packRows(const NoteHeader& header, const Unid& parent, formula::Document& document,
+                           QByteArray& packed) {
+  if (design_.hierarchy && !parent.isNull()) return appendRow(packed, creationKey(header.created), {});
+  if (!rows_.makesOneRow()) {
+    for (const DocumentRow& row : rows_.rows(document)) appendRow(packed, row.key, row.categories);
+    return;
   }
-  for (const DocumentRow& row : rows_.rows(document)) appendRow(packed, row.key, row.categories);
-  return packed;
+  onlyKey_.resize(0);
+  rows_.appendOnlyKey(document, onlyKey_);
+  appendRow(packed, onlyKey_, {});
 }
 
 // Asks the selection, writes down what it says, and hands on the rows of what stands for itself. Without a
 // buffer the rows are placed later.
 void ViewBuilder::take(const NoteHeader& header, const Unid& parent, formula::Document& document,
                        RowBuffer* buffer) {
-  IndexedNote indexed;
+  IndexedNote& indexed = taken_;
   indexed.matched = indexed.shown = rows_.selects(document);
-  if (tree() && !parent.isNull()) indexed.parent = parent.bytes();
+  indexed.parent = tree() && !parent.isNull() ? parent.bytes() : QByteArray();
   const bool known = indexed.shown || (withResponses_ && !indexed.parent.isEmpty());
   if (!known) {
     if (!buffer) tables_.removeNote(view_, header.id);
     return;
   }
-  if (withResponses_) indexed.unid = header.unid.bytes();
-  if (indexed.shown) indexed.rows = packedRows(header, parent, document);
+  indexed.unid = withResponses_ ? header.unid.bytes() : QByteArray();
+  indexed.rows.resize(0);
+  if (indexed.shown) packRows(header, parent, document, indexed.rows);
   if (!buffer) return tables_.writeNote(view_, header.id, indexed);
   tables_.addNote(view_, header.id, indexed);
   addTo(*buffer, header.id, indexed);
@@ -130,7 +132,8 @@ void ViewBuilder::takeResponse(quint32 noteId, RowBuffer* buffer) {
   NoteDocument document(note, &database_, NoteDocument::Items::Summary);
   document.setSelected(isMatched_);
   indexed.shown = rows_.selects(document);
-  indexed.rows = indexed.shown ? packedRows(note.header, parentOf(note), document) : QByteArray();
+  indexed.rows.clear();
+  if (indexed.shown) packRows(note.header, parentOf(note), document, indexed.rows);
   tables_.writeNote(view_, noteId, indexed);
   if (buffer) addTo(*buffer, noteId, indexed);
 }
@@ -164,10 +167,12 @@ void ViewBuilder::rebuild() {
     takeFolder(buffer);
   else
     scan(buffer);
+  tables_.finishNotes(view_);
   const QVector<quint32> responses = tree() ? tables_.allResponses(view_) : QVector<quint32>();
   if (withResponses_)
     for (const quint32 note : responses) takeResponse(note, &buffer);
   buffer.flush();
+  growth_ = buffer.count();
   if (!design_.hierarchy) return;
   // Each document without a parent is placed once, and all below it with it.
   QSet<quint32> done;
@@ -210,7 +215,7 @@ void ViewBuilder::update(const QVector<quint32>& changed) {
   if (withResponses_) withDescendants(notes);
   // All rows go before anything is written down anew: where they stand is told by the old state.
   for (const quint32 note : std::as_const(notes))
-    for (const IndexedRow& row : placed(note)) tables_.removeRows(view_, row.key);
+    for (const IndexedRow& row : placed(note)) growth_ -= tables_.removeRows(view_, row.key);
   Note note;
   for (const quint32 id : std::as_const(notes)) {
     if (!readNote(id, note) || !belongs(note)) {
@@ -256,9 +261,14 @@ ViewBuilder::Rows ViewBuilder::placed(quint32 note, int depth) {
   return rowsBelow(placed(tables_.noteOf(indexed.parent), depth + 1), note, indexed);
 }
 
+// What is below a changed document may have been written with it already.
+void ViewBuilder::write(const Rows& rows) {
+  for (const IndexedRow& row : rows) growth_ += tables_.writeRow(view_, row) ? 1 : 0;
+}
+
 void ViewBuilder::place(quint32 note) {
   const Rows rows = placed(note);
-  for (const IndexedRow& row : rows) tables_.writeRow(view_, row);
+  write(rows);
   if (design_.hierarchy && !rows.isEmpty()) placeBelow(tables_.unidOf(note), rows);
 }
 
@@ -267,7 +277,7 @@ void ViewBuilder::placeBelow(const QByteArray& unid, const Rows& parents) {
   for (const quint32 response : tables_.responsesTo(view_, unid)) {
     if (!tables_.readNote(view_, response, indexed) || !indexed.shown) continue;
     const Rows rows = rowsBelow(parents, response, indexed);
-    for (const IndexedRow& row : rows) tables_.writeRow(view_, row);
+    write(rows);
     if (!rows.isEmpty()) placeBelow(tables_.unidOf(response), rows);
   }
 }

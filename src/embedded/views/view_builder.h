@@ -21,6 +21,8 @@ class ViewBuilder {
   void rebuild();
   // These notes are not as they were.
   void update(const QVector<quint32>& changed);
+  // By how many rows the index has grown; after a rebuild, how many it has.
+  qint64 growth() const { return growth_; }
 
  private:
   bool tree() const { return design_.hierarchy || withResponses_; }
@@ -34,13 +36,15 @@ class ViewBuilder {
   bool belongs(const Note& note) const;
   bool readNote(quint32 noteId, Note& note) const;
 
-  QByteArray packedRows(const NoteHeader& header, const Unid& parent, formula::Document& document);
+  void packRows(const NoteHeader& header, const Unid& parent, formula::Document& document,
+                QByteArray& packed);
   bool isBelow(const QByteArray& parent) const { return design_.hierarchy && !parent.isEmpty(); }
 
   using Rows = QVector<IndexedRow>;
   Rows ownRows(quint32 note, const IndexedNote& indexed) const;
   Rows rowsBelow(const Rows& parents, quint32 note, const IndexedNote& indexed) const;
   Rows placed(quint32 note, int depth = 0);
+  void write(const Rows& rows);
   void place(quint32 note);
   void placeBelow(const QByteArray& unid, const Rows& parents);
   void withDescendants(QVector<quint32>& notes);
@@ -52,6 +56,10 @@ class ViewBuilder {
   const quint32 view_;
   const bool withResponses_;
   NoteDocument::Selected isMatched_;
+  // Kept for the memory that they have.
+  IndexedNote taken_;
+  QByteArray onlyKey_;
+  qint64 growth_ = 0;
 };
 
 }  // namespace lens

@@ -115,13 +115,18 @@ void ViewIndex::bringUpToDate() {
   const bool known = tables_.readHead(view_, head);
   if (known && head == goal) return;
   if (known && head.digest == goal.digest && head.moment == goal.moment && head.change <= goal.change)
-    catchUp(head);
+    catchUp(head, goal);
   else
-    ViewBuilder(database_, design_, *rows_, tables_).rebuild();
-  tables_.writeHead(view_, goal);
+    makeAnew(goal);
 }
 
-void ViewIndex::catchUp(const IndexHead& from) {
+void ViewIndex::makeAnew(const IndexHead& goal) {
+  ViewBuilder builder(database_, design_, *rows_, tables_);
+  builder.rebuild();
+  tables_.writeHead(view_, goal, builder.growth());
+}
+
+void ViewIndex::catchUp(const IndexHead& from, const IndexHead& goal) {
   QVector<quint32> changed;
   for (const NoteChange& change : database_.changesSince(from.change)) changed.push_back(change.id);
   if (design_.folder) {
@@ -129,11 +134,11 @@ void ViewIndex::catchUp(const IndexHead& from) {
     for (const quint32 note : folderChangesSince(database_, design_.unid, from.folderChange))
       if (!known.contains(note)) changed.push_back(note);
   }
-  ViewBuilder builder(database_, design_, *rows_, tables_);
   if (changed.size() > kManyChanges && changed.size() > database_.noteCount(design_.noteClass) / 4)
-    builder.rebuild();
-  else
-    builder.update(changed);
+    return makeAnew(goal);
+  ViewBuilder builder(database_, design_, *rows_, tables_);
+  builder.update(changed);
+  tables_.writeHead(view_, goal, tables_.rowCount(view_) + builder.growth());
 }
 
 // --- Reading -------------------------------------------------------------------------------------------
@@ -168,7 +173,7 @@ QVector<quint32> ViewIndex::notes() {
 }
 
 qint64 ViewIndex::count() {
-  return design_.categorized() ? notes().size() : tables_.countRows(view_);
+  return design_.categorized() ? notes().size() : tables_.rowCount(view_);
 }
 
 QVector<ViewLine> ViewIndex::lines() {

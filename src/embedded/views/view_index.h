@@ -53,7 +53,8 @@ class ViewIndex {
   IndexHead wanted();
   bool isFresh();
   void bringUpToDate();
-  void catchUp(const IndexHead& from);
+  void makeAnew(const IndexHead& goal);
+  void catchUp(const IndexHead& from, const IndexHead& goal);
 
   const Database& database_;
   const quint32 view_;

@@ -14,7 +14,9 @@ const formula::LocalZone& zone() {
   return local;
 }
 QByteArray keyOf(const formula::Value& value) {
-  return sortKey(value, zone());
+  QByteArray key;
+  appendSortKey(key, value, zone());
+  return key;
 }
 int signOf(int number) {
   return (number > 0) - (number < 0);

@@ -38,6 +38,11 @@ inline ViewColumn category(const QString& item) {
   made.categorized = true;
   return made;
 }
+inline ViewColumn separate(const QString& item) {
+  ViewColumn made = sorted(item);
+  made.separateValues = true;
+  return made;
+}
 inline ViewColumn computed(ViewColumn column, const QString& formula) {
   column.formula = sourceFormula(formula);
   return column;

@@ -99,8 +99,7 @@ TEST_F(ViewLookup, ResponsesAreNotFoundByTheKeyOfTheirParent) {
 }
 
 TEST_F(ViewLookup, AColumnIsReadInViewOrderAndACategoryOnce) {
-  ViewColumn tags = sorted(u"Tags"_s);
-  tags.separateValues = true;
+  ViewColumn tags = separate(u"Tags"_s);
   const quint32 view = addView({.columns = {category(u"Kind"_s), sorted(u"Subject"_s), column(u"Size"_s)}});
   const quint32 apart = addView({.columns = {tags}});
   add(u"c"_s, {{u"Kind"_s, textValue(u"y\\z")}, {u"Size"_s, numberValue(3)}});

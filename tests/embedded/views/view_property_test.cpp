@@ -9,8 +9,7 @@ namespace lens::testing {
 namespace {
 
 QVector<Design> designs() {
-  ViewColumn apart = sorted(u"Tags"_s);
-  apart.separateValues = true;
+  ViewColumn apart = separate(u"Tags"_s);
   const QVector<ViewColumn> plain{sorted(u"Subject"_s)};
   return {
       {.columns = plain},
