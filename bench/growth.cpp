@@ -11,6 +11,7 @@
 #include <functional>
 
 #include "embedded/dxl/source_formula.h"
+#include "embedded/dxl/view_elements.h"
 #include "embedded/model/embedded_gateway.h"
 #include "embedded/search/full_text.h"
 #include "embedded/store/database.h"
@@ -55,6 +56,11 @@ void fill(Database& database, int documents) {
   view.header.noteClass = noteclass::View;
   view.add(u"$TITLE"_s, itemflag::Summary, textValue(u"By subject"_s));
   view.add(u"$Formula"_s, itemflag::Summary, sourceFormulaValue(u"SELECT Form = \"Memo\""_s));
+  ViewColumn subject;
+  subject.item = u"Subject"_s;
+  subject.sorted = true;
+  view.add(u"$ViewFormat"_s, itemflag::Summary, viewFormatValue({subject}));
+  view.add(u"$Collation"_s, itemflag::Summary, collationValue({subject}));
   database.save(view);
 }
 

@@ -35,12 +35,10 @@ qint64 placeOf(quint32 view, quint32 block) {
   return qint64(view) << 24 | block;
 }
 
-// In the file and, where they hide it, on this connection.
-void drop(const Connection& connection) {
-  for (const char* place : {"temp.", "main."})
-    for (const Table& table : kTables)
-      connection.execute(QByteArray("DROP TABLE IF EXISTS ").append(place).append(table.name).constData(),
-                         enginefault::NotSaved);
+void drop(const Connection& connection, const char* place) {
+  for (const Table& table : kTables)
+    connection.execute(QByteArray("DROP TABLE IF EXISTS ").append(place).append(table.name).constData(),
+                       enginefault::NotSaved);
 }
 
 // Whether the file has the table as an older program made it.
@@ -63,7 +61,7 @@ void IndexTables::create(bool temporary) {
   const QByteArray place(temporary ? "temp." : "main.");
   if (!temporary && std::any_of(std::begin(kTables), std::end(kTables),
                                 [this](const Table& table) { return isOutdated(connection_, table); }))
-    drop(connection_);
+    drop(connection_, "main.");
   for (const Table& table : kTables)
     connection_.execute(
         QByteArray("CREATE TABLE IF NOT EXISTS " + place + table.name + ' ' + table.definition).constData(),
@@ -72,6 +70,10 @@ void IndexTables::create(bool temporary) {
                                  "view_note_parent ON view_note (view, parent) WHERE parent IS NOT NULL")
                           .constData(),
                       kWrite);
+}
+
+void IndexTables::dropTemporary() {
+  drop(connection_, "temp.");
 }
 
 bool IndexTables::exist() const {
@@ -235,7 +237,8 @@ qint64 IndexTables::rowCount(quint32 view) {
 
 void dropViewIndexes(Database& database) {
   Database::Transaction transaction(database);
-  drop(database.connection());
+  drop(database.connection(), "temp.");
+  drop(database.connection(), "main.");
   transaction.commit();
 }
 

@@ -60,6 +60,8 @@ class IndexTables {
   // Makes the tables where they are missing or an older program laid them out, for this connection only if
   // asked so.
   void create(bool temporary);
+  // The tables of this connection, which hide those of the file.
+  void dropTemporary();
   bool exist() const;
   // Indexes of views that are no longer there.
   void removeOrphans();

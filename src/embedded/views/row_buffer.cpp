@@ -50,6 +50,7 @@ void RowBuffer::flush() {
       several[i + 1] = categoriesOf(rows_[at]);
     }
     tables_.addRows(view_, several);
+    pause_();
   }
   for (; at < rows_.size(); ++at)
     tables_.writeRow(view_, {keyOf(rows_[at]).toByteArray(), 0, categoriesOf(rows_[at]).toByteArray()});

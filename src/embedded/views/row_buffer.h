@@ -2,6 +2,7 @@
 // written several times as fast.
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "embedded/views/index_tables.h"
@@ -10,7 +11,9 @@ namespace lens {
 
 class RowBuffer {
  public:
-  RowBuffer(IndexTables& tables, quint32 view) : tables_(tables), view_(view) {}
+  // The pause is called between writes.
+  RowBuffer(IndexTables& tables, quint32 view, const std::function<bool()>& pause)
+      : tables_(tables), view_(view), pause_(pause) {}
   // The note's ID is put behind the key. What is still held when the buffer goes is lost: flush() writes
   // it.
   void add(QByteArrayView key, quint32 note, QByteArrayView categories);
@@ -33,6 +36,7 @@ class RowBuffer {
   static constexpr qsizetype kMostBytes = 64 * 1024 * 1024;
   IndexTables& tables_;
   const quint32 view_;
+  const std::function<bool()>& pause_;
   QByteArray bytes_;
   std::vector<Row> rows_;
   qint64 count_ = 0;

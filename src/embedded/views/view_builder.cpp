@@ -140,41 +140,49 @@ void ViewBuilder::takeResponse(quint32 noteId, RowBuffer* buffer) {
 
 // --- Everything ----------------------------------------------------------------------------------------
 
-void ViewBuilder::scan(RowBuffer& buffer) {
+void ViewBuilder::scan(RowBuffer& buffer, const Pause& pause) {
   PackedDocument document(rows_.names(), &database_);
   database_.scanPacked(design_.noteClass, [&](const PackedNote& note) {
     if (isProfile(note)) return true;
     document.show(note);
     take(note.header, tree() ? parentOf(note) : Unid(), document, &buffer);
+    pause();
     return true;
   });
 }
 
-void ViewBuilder::takeFolder(RowBuffer& buffer) {
+void ViewBuilder::takeFolder(RowBuffer& buffer, const Pause& pause) {
   Note note;
   for (const quint32 id : folderDocuments(database_, design_.unid)) {
     if (!readNote(id, note) || !isOfTheClass(note)) continue;
     NoteDocument document(note, &database_, NoteDocument::Items::Summary);
     take(note.header, tree() ? parentOf(note) : Unid(), document, &buffer);
+    pause();
   }
 }
 
-void ViewBuilder::rebuild() {
+void ViewBuilder::rebuild(const Pause& pause) {
   tables_.clear(view_);
   tables_.removeOrphans();
-  RowBuffer buffer(tables_, view_);
+  RowBuffer buffer(tables_, view_, pause);
   if (design_.folder)
-    takeFolder(buffer);
+    takeFolder(buffer, pause);
   else
-    scan(buffer);
+    scan(buffer, pause);
   tables_.finishNotes(view_);
   const QVector<quint32> responses = tree() ? tables_.allResponses(view_) : QVector<quint32>();
-  if (withResponses_)
-    for (const quint32 note : responses) takeResponse(note, &buffer);
+  for (const quint32 note : responses) {
+    if (!withResponses_) break;
+    takeResponse(note, &buffer);
+    pause();
+  }
   buffer.flush();
   growth_ = buffer.count();
-  if (!design_.hierarchy) return;
-  // Each document without a parent is placed once, and all below it with it.
+  if (design_.hierarchy) placeResponses(responses, pause);
+}
+
+// Each document without a parent is placed once, and all below it with it.
+void ViewBuilder::placeResponses(const QVector<quint32>& responses, const Pause& pause) {
   QSet<quint32> done;
   IndexedNote indexed;
   for (const quint32 response : responses) {
@@ -185,6 +193,7 @@ void ViewBuilder::rebuild() {
     if (done.size() == before || !tables_.readNote(view_, parent, indexed)) continue;
     if (indexed.shown && indexed.parent.isEmpty())
       placeBelow(tables_.unidOf(parent), ownRows(parent, indexed));
+    pause();
   }
 }
 

@@ -1,4 +1,5 @@
-// Makes a view's index and brings it up to date. Who calls it holds a transaction.
+// Makes a view's index and brings it up to date. Who calls it holds a transaction, and may let others write
+// in the pauses of a rebuild: what they change has to be brought in afterwards.
 //
 // In a view with a hierarchy a response stands below each row of the document that it answers, in the order
 // in which responses were made; where that document is not in the view, neither is the response. Answers to
@@ -6,6 +7,7 @@
 #pragma once
 
 #include <QSet>
+#include <functional>
 
 #include "embedded/formula_world/note_document.h"
 #include "embedded/views/document_rows.h"
@@ -18,7 +20,9 @@ class ViewBuilder {
  public:
   ViewBuilder(const Database& database, const ViewDesign& design, DocumentRows& rows, IndexTables& tables);
 
-  void rebuild();
+  // Asked after every step; what it says is its caller's affair.
+  using Pause = std::function<bool()>;
+  void rebuild(const Pause& pause);
   // These notes are not as they were.
   void update(const QVector<quint32>& changed);
   // By how many rows the index has grown; after a rebuild, how many it has.
@@ -30,8 +34,9 @@ class ViewBuilder {
   void take(const NoteHeader& header, const Unid& parent, formula::Document& document, RowBuffer* buffer);
   void takeResponse(quint32 note, RowBuffer* buffer);
   void addTo(RowBuffer& buffer, quint32 note, const IndexedNote& indexed) const;
-  void scan(RowBuffer& buffer);
-  void takeFolder(RowBuffer& buffer);
+  void scan(RowBuffer& buffer, const Pause& pause);
+  void takeFolder(RowBuffer& buffer, const Pause& pause);
+  void placeResponses(const QVector<quint32>& responses, const Pause& pause);
   bool isOfTheClass(const Note& note) const;
   bool belongs(const Note& note) const;
   bool readNote(quint32 noteId, Note& note) const;

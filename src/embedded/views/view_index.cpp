@@ -1,16 +1,19 @@
 #include "embedded/views/view_index.h"
 
 #include <QSet>
+#include <QUuid>
 #include <cstring>
 
+#include "embedded/store/paced_transaction.h"
 #include "embedded/views/folder_documents.h"
-#include "embedded/views/view_builder.h"
 
 namespace lens {
 namespace {
 
 // From so many changes on, and with a quarter of all documents changed, one scan is faster.
 constexpr qsizetype kManyChanges = 2000;
+// How long to wait for others that write before the index is made for this connection only.
+constexpr int kWaitMs = 250;
 
 // Somebody else keeps the file locked, or there is no room: what is there can be read all the same.
 bool cannotWrite(const RuntimeError& error) {
@@ -46,7 +49,7 @@ ViewIndex::ViewIndex(const Database& database, quint32 view)
     : database_(database),
       view_(view),
       tables_(database),
-      temporary_(sqlite3_db_readonly(database.handle(), "main") == 1) {
+      readOnly_(sqlite3_db_readonly(database.handle(), "main") == 1) {
   readDesign();
 }
 
@@ -90,24 +93,40 @@ bool ViewIndex::isFresh() {
 void ViewIndex::refresh() {
   readDesign();
   if (isFresh()) return;
-  if (!temporary_) {
+  if (!readOnly_) {
     try {
-      // What is written is derived from what everybody can read: for its users the database stays the same.
-      Database::Transaction transaction(const_cast<Database&>(database_));
-      bringUpToDate();
-      return transaction.commit();
+      return refreshInFile();
     } catch (const RuntimeError& error) {
       if (!cannotWrite(error)) throw;
-      temporary_ = true;
     }
   }
-  TemporaryTransaction transaction(database_);
-  bringUpToDate();
+  refreshForConnection();
+}
+
+// What others changed during a pause is brought in by another round.
+void ViewIndex::refreshInFile() {
+  // What is written is derived from what everybody can read: for its users the database stays the same.
+  PacedTransaction transaction(const_cast<Database&>(database_), kWaitMs);
+  tables_.dropTemporary();
+  tables_.create(false);
+  bool othersWrote = true;
+  while (std::exchange(othersWrote, false))
+    bringUpToDate([&] {
+      if (!transaction.pause()) return false;
+      othersWrote = true;
+      return true;
+    });
   transaction.commit();
 }
 
-void ViewIndex::bringUpToDate() {
-  tables_.create(temporary_);
+void ViewIndex::refreshForConnection() {
+  TemporaryTransaction transaction(database_);
+  tables_.create(true);
+  bringUpToDate([] { return false; });
+  transaction.commit();
+}
+
+void ViewIndex::bringUpToDate(const ViewBuilder::Pause& pause) {
   designOf_ = -1;  // what was read in a transaction that was undone counts for nothing
   readDesign();
   const IndexHead goal = wanted();
@@ -115,18 +134,29 @@ void ViewIndex::bringUpToDate() {
   const bool known = tables_.readHead(view_, head);
   if (known && head == goal) return;
   if (known && head.digest == goal.digest && head.moment == goal.moment && head.change <= goal.change)
-    catchUp(head, goal);
+    catchUp(head, goal, pause);
   else
-    makeAnew(goal);
+    makeAnew(goal, pause);
 }
 
-void ViewIndex::makeAnew(const IndexHead& goal) {
+void ViewIndex::makeAnew(const IndexHead& goal, const ViewBuilder::Pause& pause) {
+  IndexHead unfinished = goal;
+  unfinished.digest = QUuid::createUuid().toRfc4122();
+  tables_.writeHead(view_, unfinished, 0);
   ViewBuilder builder(database_, design_, *rows_, tables_);
-  builder.rebuild();
+  builder.rebuild([&] {
+    if (!pause()) return false;
+    IndexHead head;
+    if (!tables_.readHead(view_, head) || head != unfinished)
+      throw RuntimeError(enginefault::NotSaved,
+                         QStringLiteral("%1: the index of the view \"%2\" is being made by somebody else")
+                             .arg(database_.path(), design_.title));
+    return true;
+  });
   tables_.writeHead(view_, goal, builder.growth());
 }
 
-void ViewIndex::catchUp(const IndexHead& from, const IndexHead& goal) {
+void ViewIndex::catchUp(const IndexHead& from, const IndexHead& goal, const ViewBuilder::Pause& pause) {
   QVector<quint32> changed;
   for (const NoteChange& change : database_.changesSince(from.change)) changed.push_back(change.id);
   if (design_.folder) {
@@ -135,7 +165,7 @@ void ViewIndex::catchUp(const IndexHead& from, const IndexHead& goal) {
       if (!known.contains(note)) changed.push_back(note);
   }
   if (changed.size() > kManyChanges && changed.size() > database_.noteCount(design_.noteClass) / 4)
-    return makeAnew(goal);
+    return makeAnew(goal, pause);
   ViewBuilder builder(database_, design_, *rows_, tables_);
   builder.update(changed);
   tables_.writeHead(view_, goal, tables_.rowCount(view_) + builder.growth());

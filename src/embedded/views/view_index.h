@@ -4,13 +4,18 @@
 // another zone or region, or very many changes make it anew. An index whose formulas ask for the day is made
 // anew when the day is another one, and for the time (@Now) when the minute is. Profiles are in no view, and
 // documents that cannot be read drop out. Where the file cannot be written, the index lives as long as the
-// connection.
+// connection; where it only could not be written just then, no longer than until it can be.
+//
+// While an index is made, others may write to the database: what they change is brought in afterwards. Until
+// it is whole its head names who makes it, so that nobody takes it for finished; who needs it meanwhile, or
+// finds it left by somebody who died, begins again.
 #pragma once
 
 #include <memory>
 
 #include "embedded/views/document_rows.h"
 #include "embedded/views/index_tables.h"
+#include "embedded/views/view_builder.h"
 
 namespace lens {
 
@@ -52,9 +57,11 @@ class ViewIndex {
   std::unique_ptr<DocumentRows> makeRows(const ViewDesign& design);
   IndexHead wanted();
   bool isFresh();
-  void bringUpToDate();
-  void makeAnew(const IndexHead& goal);
-  void catchUp(const IndexHead& from, const IndexHead& goal);
+  void refreshInFile();
+  void refreshForConnection();
+  void bringUpToDate(const ViewBuilder::Pause& pause);
+  void makeAnew(const IndexHead& goal, const ViewBuilder::Pause& pause);
+  void catchUp(const IndexHead& from, const IndexHead& goal, const ViewBuilder::Pause& pause);
 
   const Database& database_;
   const quint32 view_;
@@ -63,7 +70,7 @@ class ViewIndex {
   qint64 designOf_ = -1;  // the change of the database that it was read at
   std::unique_ptr<DocumentRows> rows_;
   IndexTables tables_;
-  bool temporary_ = false;
+  const bool readOnly_;
 };
 
 }  // namespace lens

@@ -2,6 +2,7 @@
 #include <sqlite3.h>
 
 #include <QFile>
+#include <atomic>
 #include <thread>
 
 #include "embedded/search/selection.h"
@@ -465,15 +466,73 @@ TEST_F(ViewFiles, AFileThatCannotBeWrittenHasViewsToo) {
   file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
 }
 
-TEST_F(ViewFiles, AFileThatSomebodyElseKeepsLockedHasViewsToo) {
+TEST_F(ViewFiles, AFileThatSomebodyElseKeepsLockedHasViewsTooAndKeepsThemOnceItCan) {
   const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
   add(u"a"_s);
-  sqlite3_busy_timeout(database->handle(), 10);
   sqlite3* other = nullptr;
   ASSERT_EQ(sqlite3_open(path().toUtf8().constData(), &other), SQLITE_OK);
   ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
   EXPECT_EQ(lines(view), u"a"_s);
+  const auto isKept = [&] {
+    const Connection second(path(), SQLITE_OPEN_READONLY);
+    Statement read(second, "SELECT count(*) FROM sqlite_master WHERE name = 'view_row'",
+                   enginefault::CannotOpen);
+    Statement::Run run(read);
+    return run.step() && run.integer(0) == 1;
+  };
+  EXPECT_FALSE(isKept());
   sqlite3_close(other);
+  EXPECT_EQ(lines(view), u"a"_s);
+  EXPECT_FALSE(isKept()) << "what is right already is not made again";
+  add(u"b"_s);
+  EXPECT_EQ(lines(view), u"a b"_s);
+  EXPECT_TRUE(isKept());
+}
+
+// The selection takes some milliseconds for each document, so that the index takes much longer than one
+// turn; somebody else asks for the file all the time.
+TEST_F(ViewFiles, OthersMayWriteWhileAnIndexIsMade) {
+  const quint32 view = addView({.formula = u"@For(i := 0; i < 30000; i := i + 1; x := i); SELECT @All"_s,
+                                .columns = {sorted(u"Subject"_s)}});
+  Database::Transaction transaction(*database);
+  for (int i = 0; i < 400; ++i) add(u"z"_s);
+  transaction.commit();
+  std::atomic<bool> made = false, savedMeanwhile = false;
+  std::thread other([&] {
+    const auto second = Database::open(path());
+    sqlite3_busy_handler(
+        second->handle(), [](void*, int turn) { return sqlite3_sleep(1), turn < 60'000 ? 1 : 0; }, nullptr);
+    const auto hasBegun = [&] {
+      return sqlite3_exec(second->handle(), "SELECT view FROM view_index", nullptr, nullptr, nullptr) ==
+             SQLITE_OK;
+    };
+    while (!made && !hasBegun()) sqlite3_sleep(1);
+    Note note;
+    note.add(u"Subject"_s, itemflag::Summary, textValue(u"a"));
+    second->save(note);
+    savedMeanwhile = !made;
+  });
+  ViewIndex index(*database, view);
+  index.refresh();
+  made = true;
+  other.join();
+  EXPECT_TRUE(savedMeanwhile);
+  EXPECT_EQ(index.documents().size(), 401) << "what was saved meanwhile is there";
+  EXPECT_EQ(subjectOf(*database, index.documents().front()), u"a"_s);
+}
+
+TEST_F(ViewFiles, AnIndexThatNobodyFinishedIsMadeAnew) {
+  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  add(u"a"_s);
+  add(u"b"_s);
+  EXPECT_EQ(lines(view), u"a b"_s);
+  IndexTables tables(*database);
+  IndexHead head;
+  ASSERT_TRUE(tables.readHead(view, head));
+  head.digest = "somebody who died";
+  tables.writeHead(view, head, 0);
+  tables.writeRow(view, {QByteArray("\x01\x00\x00\x00\x01", 5), 0, {}});
+  EXPECT_EQ(lines(view), u"a b"_s);
 }
 
 }  // namespace
