@@ -6,8 +6,10 @@
 #include "embedded/design/design_elements.h"
 #include "embedded/formula_world/note_document.h"
 #include "embedded/formula_world/store_database.h"
+#include "embedded/formula_world/unid_set.h"
 #include "embedded/formula_world/workspace_environment.h"
 #include "embedded/search/selection.h"
+#include "embedded/store/set_item.h"
 #include "embedded/views/design_notes.h"
 #include "embedded/views/view_documents.h"
 
@@ -141,15 +143,14 @@ class Run {
     Note note;
     if (!read(id, note)) return;
     NoteDocument document(note, at_.store.get());
-    if (evaluate(document, id, Evaluation::Writes::Pretend).matches)
-      selected_.insert(note.header.unid.text());
+    if (evaluate(document, id, Evaluation::Writes::Pretend).matches) selected_.insert(note.header.unid);
   }
 
   void process(quint32 id) {
     Note note;
     if (!read(id, note)) return;
     NoteDocument document(&note, at_.store.get());
-    document.setSelected([this](const Unid& unid) { return selected_.contains(unid.text()); });
+    document.setSelected([this](const Unid& unid) { return selected_.contains(unid); });
     const formula::Outcome outcome = evaluate(document, id, Evaluation::Writes::Apply);
     if (formula_->hasSelect() && !outcome.matches) return;
     ++run_.processed;
@@ -169,21 +170,14 @@ class Run {
   std::shared_ptr<const formula::Formula> formula_;
   Evaluation evaluation_;
   QDateTime lastRun_;
-  QSet<QString> selected_;  // UNIDs, for a selection that takes in responses
+  UnidSet selected_;  // for a selection that takes in responses
   AgentRun run_;
 };
 
-void setItem(Note& note, const QString& name, QByteArray value) {
-  if (Item* const item = note.find(name))
-    item->value = std::move(value);
-  else
-    note.add(name, 0, std::move(value));
-}
-
 // Each replica has its own last run, so the note keeps its sequence and times.
 void recordRun(Database& store, Note note, const TimeDate& now, const AgentRun& run) {
-  setItem(note, QStringLiteral("$AssistLastRun"), timeValue(now));
-  setItem(note, QStringLiteral("$AssistDocCount"), numberValue(run.processed));
+  setItem(note, QStringLiteral("$AssistLastRun"), timeValue(now), 0);
+  setItem(note, QStringLiteral("$AssistDocCount"), numberValue(run.processed), 0);
   store.saveAsGiven(note);
 }
 

@@ -67,4 +67,8 @@ quint32 findDesignElement(const Database& database, NoteKinds kinds, QStringView
   return found;
 }
 
+quint32 findView(const Database& database, QStringView name) {
+  return findDesignElement(database, kViewsAndFolders, name);
+}
+
 }  // namespace lens

@@ -15,5 +15,9 @@ QVector<quint32> notesOfKinds(const Database& database, NoteKinds kinds);
 // The first note of the kinds whose title answers to the name (views/design_notes.h tells how); 0 when
 // there is none.
 quint32 findDesignElement(const Database& database, NoteKinds kinds, QStringView name);
+// What a program or a formula means by the name of a view: a view or folder. Navigators and the like are
+// notes of the same class, and may bear the same name.
+inline constexpr NoteKinds kViewsAndFolders{NoteKind::Views, NoteKind::Folders};
+quint32 findView(const Database& database, QStringView name);
 
 }  // namespace lens

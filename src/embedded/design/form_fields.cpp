@@ -3,6 +3,7 @@
 #include <QHash>
 
 #include "embedded/richtext/rich_text.h"
+#include "embedded/store/case_key.h"
 #include "embedded/store/lmbcs.h"
 
 namespace lens {
@@ -12,24 +13,19 @@ constexpr quint8 kFieldRecord = 138;
 // Of the field record: what a text field holds.
 constexpr quint16 kAuthors = 0x0001, kNames = 0x0004, kReaders = 0x0010;
 
-QString folded(QString name) {
-  for (QChar& c : name) c = c.toCaseFolded();
-  return name;
-}
-
 class Fields {
  public:
   void add(const QString& name, int type) {
     if (name.isEmpty()) return;
-    const auto place = places_.constFind(folded(name));
+    const auto place = places_.constFind(caseKey(name));
     if (place == places_.cend()) {
-      places_.insert(folded(name), list_.size());
+      places_.insert(caseKey(name), list_.size());
       list_.push_back({name, type});
     } else if (list_[*place].type == 0) {
       list_[*place].type = type;
     }
   }
-  bool has(const QString& name) const { return places_.contains(folded(name)); }
+  bool has(const QString& name) const { return places_.contains(caseKey(name)); }
   QVector<DesignField> take() {
     for (DesignField& field : list_)
       if (field.type == 0) field.type = itemtype::Text;

@@ -1,13 +1,9 @@
 #include "embedded/design/profiles.h"
 
 #include "embedded/store/packed_note.h"
+#include "embedded/store/profile_name.h"
 
 namespace lens {
-namespace {
-
-constexpr qsizetype kMark = 9, kLengthDigits = 3;  // "$profile_", "015"
-
-}  // namespace
 
 QVector<Profile> profilesOf(const Database& database) {
   QVector<Profile> profiles;
@@ -18,14 +14,9 @@ QVector<Profile> profilesOf(const Database& database) {
   return profiles;
 }
 
-// The length parts the name from the user, since both may hold a "_".
 bool isProfileCalled(QStringView name, QStringView profile) {
-  if (name.size() < kMark + kLengthDigits) return false;
-  bool isNumber = false;
-  const int length = name.sliced(kMark, kLengthDigits).toInt(&isNumber);
-  const QStringView rest = name.sliced(kMark + kLengthDigits);
-  if (!isNumber || length < 0 || length >= rest.size() || rest[length] != u'_') return false;
-  return rest.first(length).compare(profile, Qt::CaseInsensitive) == 0;
+  const auto parts = profileNameParts(name);
+  return parts && parts->profile.compare(profile, Qt::CaseInsensitive) == 0;
 }
 
 }  // namespace lens

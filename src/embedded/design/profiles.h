@@ -10,7 +10,7 @@ namespace lens {
 
 struct Profile {
   quint32 id = 0;
-  QString name;  // "$Name": "$profile_", three digits, the profile's name of so many characters, "_", a user
+  QString name;  // "$Name", see store/profile_name.h
 };
 
 // In order of note ID. Costs one look at the item "$Name" of each document: the others are not unpacked.

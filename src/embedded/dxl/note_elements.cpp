@@ -6,6 +6,7 @@
 #include "embedded/dxl/design_elements.h"
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/item_elements.h"
+#include "embedded/store/profile_name.h"
 
 namespace lens {
 
@@ -191,12 +192,6 @@ bool removeOtherInstance(Database& target, const Note& note) {
 }
 
 }  // namespace
-
-QString profileName(const QString& name, const QString& user) {
-  return QStringLiteral("$profile_%1%2_%3")
-      .arg(name.size(), 3, 10, QLatin1Char('0'))
-      .arg(name.toLower(), user.toLower());
-}
 
 Unid referredNote(const Note& note) {
   const Item* reference = note.find(u"$REF");

@@ -22,7 +22,4 @@ Unid referredNote(const Note& note);
 // Name of a class without its marks, or its number in hexadecimal.
 QString className(quint16 baseClass);
 
-// "$Name" of a profile document.
-QString profileName(const QString& name, const QString& user);
-
 }  // namespace lens

@@ -4,6 +4,7 @@
 
 #include "embedded/formula_world/item_conversion.h"
 #include "embedded/richtext/rich_text.h"
+#include "embedded/store/case_key.h"
 
 namespace lens {
 namespace {
@@ -14,22 +15,22 @@ namespace fault = formula::fault;
 // Answers to answers go no deeper than this in the platform; it also ends a circle.
 constexpr int kDeepestAnswer = 32;
 
-// An attachment's item, if this is one.
-bool readAttachment(const Item& item, FileObject& file) {
-  return item.value.size() >= 2 && item.type() == itemtype::Object && sameItemName(item.name, u"$FILE") &&
-         readFileObject(item.data(), file);
+// The file that a stored value stands for, if it is one.
+bool readAttachedFile(QByteArrayView stored, FileObject& file) {
+  ByteReader reader(stored);
+  return reader.u16() == itemtype::Object && readFileObject(stored.sliced(2), file);
 }
 
-// The header, the items with their names, and the attached files.
-qint64 sizeOf(const Note& note) {
-  constexpr qint64 kHeaderSize = 100, kItemSize = 20;
-  qint64 size = kHeaderSize;
-  FileObject file;
-  for (const Item& item : note.items) {
-    size += kItemSize + item.name.size() + item.value.size();
-    if (readAttachment(item, file)) size += file.size;
-  }
-  return size;
+bool isFileItem(const Item& item) {
+  return sameItemName(item.name, u"$FILE");
+}
+
+// The first note that a stored value refers to.
+Unid referenceIn(QByteArrayView stored) {
+  ByteReader reader(stored);
+  if (reader.u16() != itemtype::NoteRefs) return {};
+  reader.skip(2);
+  return Unid::fromBytes(reader.take(16));
 }
 
 void removeAll(Note& note, const QString& name) {
@@ -49,10 +50,51 @@ QByteArray bytesOf(const formula::Value& value) {
 Unid parentOf(const Note& note) {
   if (!note.header.parent.isNull()) return note.header.parent;
   const Item* reference = note.find(u"$REF");
-  if (!reference || reference->value.size() < 2 || reference->type() != itemtype::NoteRefs) return {};
-  ByteReader reader(reference->data());
-  reader.skip(2);
-  return Unid::fromBytes(reader.take(16));
+  return reference ? referenceIn(reference->value) : Unid();
+}
+
+Unid parentOf(const PackedNote& note) {
+  if (!note.header.parent.isNull()) return note.header.parent;
+  const qsizetype place = note.items.find(u"$REF");
+  return place < 0 ? Unid() : referenceIn(note.items[place].value);
+}
+
+formula::DocumentProperties propertiesOf(const NoteHeader& header, const Unid& parent, qint64 size) {
+  formula::DocumentProperties properties;
+  properties.created = header.created;
+  properties.modified = header.modified;
+  properties.accessed = header.accessed;
+  if (!header.unid.isNull()) properties.unid = header.unid.text();
+  if (!parent.isNull()) properties.parentUnid = parent.text();
+  properties.noteId = header.id;
+  properties.size = size;
+  properties.isNew = header.id == 0;
+  properties.isResponse = !parent.isNull();
+  return properties;
+}
+
+void NoteSize::add(qsizetype nameLength, QByteArrayView value, bool isFile) {
+  constexpr qint64 kItemSize = 20;
+  bytes_ += kItemSize + nameLength + value.size();
+  FileObject file;
+  if (isFile && readAttachedFile(value, file)) bytes_ += file.size;
+}
+
+bool answersSelected(Unid parent, const NoteDocument::Selected& selected, const Database* database,
+                     bool everyLevel) {
+  if (!selected) return false;
+  Note above;
+  for (int level = 0; level < kDeepestAnswer && !parent.isNull(); ++level) {
+    if (selected(parent)) return true;
+    if (!everyLevel || !database) return false;
+    try {
+      if (!database->read(parent, above)) return false;
+    } catch (const RuntimeError&) {
+      return false;  // a damaged note leads no further
+    }
+    parent = parentOf(above);
+  }
+  return false;
 }
 
 const Item* NoteDocument::find(QStringView name) const {
@@ -68,24 +110,25 @@ bool NoteDocument::item(const formula::Name& name, formula::Value& value) const 
   return true;
 }
 
-QStringList NoteDocument::itemNames() const {
+template <class Wanted>
+QStringList NoteDocument::namesOf(const Wanted& wanted) const {
   QStringList names;
   QSet<QString> known;
   for (const Item& item : note_.items) {
-    if (!visible(item)) continue;
+    if (!wanted(item)) continue;
     const qsizetype before = known.size();
-    known.insert(formula::foldedName(item.name));
+    known.insert(caseKey(item.name));
     if (known.size() > before) names.append(item.name);
   }
   return names;
 }
 
+QStringList NoteDocument::itemNames() const {
+  return namesOf([this](const Item& item) { return visible(item); });
+}
+
 QStringList NoteDocument::authorItems() const {
-  QStringList names;
-  for (const Item& item : note_.items)
-    if ((item.flags & itemflag::Authors) && visible(item) && !names.contains(item.name, Qt::CaseInsensitive))
-      names.append(item.name);
-  return names;
+  return namesOf([this](const Item& item) { return (item.flags & itemflag::Authors) && visible(item); });
 }
 
 Note& NoteDocument::writable() const {
@@ -114,26 +157,17 @@ void NoteDocument::removeItem(const QString& name) {
 }
 
 formula::DocumentProperties NoteDocument::properties() const {
-  const NoteHeader& header = note_.header;
-  const Unid parent = parentOf(note_);
-  formula::DocumentProperties properties;
-  properties.created = header.created;
-  properties.modified = header.modified;
-  properties.accessed = header.accessed;
-  if (!header.unid.isNull()) properties.unid = header.unid.text();
-  if (!parent.isNull()) properties.parentUnid = parent.text();
-  properties.noteId = header.id;
-  properties.size = sizeOf(note_);
-  properties.isNew = header.id == 0;
-  properties.isResponse = !parent.isNull();
-  return properties;
+  NoteSize size;
+  for (const Item& item : note_.items) size.add(item.name.size(), item.value, isFileItem(item));
+  return propertiesOf(note_.header, parentOf(note_), size.bytes());
 }
 
 QVector<formula::Attachment> NoteDocument::attachments() const {
   QVector<formula::Attachment> files;
   FileObject file;
   for (const Item& item : note_.items)
-    if (readAttachment(item, file)) files.push_back({file.name, file.size, file.modified});
+    if (isFileItem(item) && readAttachedFile(item.value, file))
+      files.push_back({file.name, file.size, file.modified});
   return files;
 }
 
@@ -151,20 +185,7 @@ QString NoteDocument::richText(const formula::Name& name) const {
 }
 
 bool NoteDocument::respondsToSelected(bool everyLevel) const {
-  if (!selected_) return false;
-  Unid parent = parentOf(note_);
-  Note above;
-  for (int level = 0; level < kDeepestAnswer && !parent.isNull(); ++level) {
-    if (selected_(parent)) return true;
-    if (!everyLevel || !database_) return false;
-    try {
-      if (!database_->read(parent, above)) return false;
-    } catch (const RuntimeError&) {
-      return false;  // a damaged note leads no further
-    }
-    parent = parentOf(above);
-  }
-  return false;
+  return answersSelected(parentOf(note_), selected_, database_, everyLevel);
 }
 
 }  // namespace lens

@@ -5,6 +5,7 @@
 
 #include "embedded/formula/world.h"
 #include "embedded/store/database.h"
+#include "embedded/store/packed_note.h"
 
 namespace lens {
 
@@ -40,6 +41,9 @@ class NoteDocument : public formula::Document {
     return items_ == Items::All || (item.flags & itemflag::Summary) != 0;
   }
   const Item* find(QStringView name) const;
+  // Each once, as it stands first.
+  template <class Wanted>
+  QStringList namesOf(const Wanted& wanted) const;
   Note& writable() const;
 
   const Note& note_;
@@ -51,5 +55,23 @@ class NoteDocument : public formula::Document {
 
 // The document that a note answers: as its header says, or else its item $REF. Null for a main document.
 Unid parentOf(const Note& note);
+Unid parentOf(const PackedNote& note);
+
+// What the two kinds of documents say alike. The size is that of all items.
+formula::DocumentProperties propertiesOf(const NoteHeader& header, const Unid& parent, qint64 size);
+// Header, items with their names, and attached files.
+class NoteSize {
+ public:
+  // The length of the name in characters.
+  void add(qsizetype nameLength, QByteArrayView value, bool isFile);
+  qint64 bytes() const { return bytes_; }
+
+ private:
+  qint64 bytes_ = 100;
+};
+// Whether the note of that parent was selected, or, with every level, one further up; the database, which may
+// be null, tells the parents of parents.
+bool answersSelected(Unid parent, const NoteDocument::Selected& selected, const Database* database,
+                     bool everyLevel);
 
 }  // namespace lens

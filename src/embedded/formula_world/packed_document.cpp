@@ -11,6 +11,13 @@ QStringList textsOf(const std::vector<formula::Name>& names) {
   return texts;
 }
 
+// As QString counts them: a character beyond the first plane is two.
+qsizetype charactersOf(QByteArrayView utf8) {
+  qsizetype count = 0;
+  for (const char byte : utf8) count += (quint8(byte) & 0xC0) != 0x80 ? (quint8(byte) >= 0xF0 ? 2 : 1) : 0;
+  return count;
+}
+
 }  // namespace
 
 PackedDocument::PackedDocument(std::vector<formula::Name> names, const Database* database)
@@ -40,11 +47,24 @@ bool PackedDocument::item(const formula::Name& name, formula::Value& value) cons
   return true;
 }
 
+formula::DocumentProperties PackedDocument::properties() const {
+  if (!packed_) return whole().properties();
+  NoteSize size;
+  for (qsizetype place = 0; place < packed_->items.count(); ++place) {
+    const PackedItems::Entry item = packed_->items[place];
+    size.add(charactersOf(item.name), item.value, isPackedName(item.name, u"$FILE"));
+  }
+  return propertiesOf(packed_->header, parentOf(*packed_), size.bytes());
+}
+
+bool PackedDocument::respondsToSelected(bool everyLevel) const {
+  return packed_ && answersSelected(parentOf(*packed_), selected_, database_, everyLevel);
+}
+
 const NoteDocument& PackedDocument::whole() const {
   if (whole_) return *whole_;
   note_ = packed_ ? packed_->unpack() : Note();
   whole_.emplace(note_, database_, NoteDocument::Items::Summary);
-  whole_->setSelected(selected_);
   return *whole_;
 }
 

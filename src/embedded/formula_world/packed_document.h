@@ -24,10 +24,10 @@ class PackedDocument : public formula::Document {
   bool item(const formula::Name& name, formula::Value& value) const override;
   QStringList itemNames() const override { return whole().itemNames(); }
   QStringList authorItems() const override { return whole().authorItems(); }
-  formula::DocumentProperties properties() const override { return whole().properties(); }
+  formula::DocumentProperties properties() const override;
   QVector<formula::Attachment> attachments() const override { return whole().attachments(); }
   QString richText(const formula::Name& name) const override { return whole().richText(name); }
-  bool respondsToSelected(bool everyLevel) const override { return whole().respondsToSelected(everyLevel); }
+  bool respondsToSelected(bool everyLevel) const override;
 
  private:
   qsizetype placeOf(const formula::Name& name) const;

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "embedded/dxl/note_elements.h"
+#include "embedded/design/design_elements.h"
 #include "embedded/formula_world/note_document.h"
 #include "embedded/store/packed_note.h"
-#include "embedded/views/design_notes.h"
+#include "embedded/store/profile_name.h"
 #include "embedded/views/view_lookup.h"
 
 namespace lens {
@@ -142,7 +142,7 @@ ViewIndex& StoreDatabase::openView(const formula::ViewPlace& place) const {
   }
   const qint64 change = view.store->changeSequence();
   if (!view.index || view.change != change) {
-    const quint32 note = findDesignNote(*view.store, noteclass::View, place.view);
+    const quint32 note = findView(*view.store, place.view);
     if (note == 0) throw Fault{fault::CannotCompute};
     if (!view.index || view.index->design().noteId != note)
       view.index = std::make_shared<ViewIndex>(*view.store, note);

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "embedded/store/attachment_name.h"
+#include "embedded/store/case_key.h"
 #include "embedded/store/lmbcs.h"
 
 namespace lens {
@@ -14,15 +15,13 @@ namespace {
 constexpr quint16 kShownInDocument = 2;
 
 [[noreturn]] void refuse(int number, const QString& path, const QString& reason) {
-  throw RuntimeError(number,
-                     QStringLiteral("%1: %2").arg(path.isEmpty() ? QStringLiteral("\"\"") : path, reason));
+  throw RuntimeError(number, QStringLiteral("%1: %2").arg(path, reason));
 }
 
 void openFile(QFile& file) {
   const QString path = file.fileName();
   const QFileInfo info(path);
-  if (path.isEmpty() || !info.exists())
-    refuse(err::FileNotFound, path, QStringLiteral("the file to attach does not exist"));
+  if (!info.exists()) refuse(err::FileNotFound, path, QStringLiteral("the file to attach does not exist"));
   if (!info.isFile()) refuse(err::PathFileAccess, path, QStringLiteral("this is no file"));
   if (info.size() > std::numeric_limits<quint32>::max())
     refuse(err::Overflow, path, QStringLiteral("the file is larger than an attachment can be"));
@@ -46,17 +45,20 @@ QString freeAttachmentName(const Note& note, const QString& fileName) {
   QSet<QString> taken;
   FileObject file;
   for (const Item& item : note.items)
-    if (readAttachedFile(item, file)) taken.insert(file.name.toCaseFolded());
-  if (!taken.contains(wanted.toCaseFolded())) return wanted;
+    if (readAttachedFile(item, file)) taken.insert(caseKey(file.name));
+  if (!taken.contains(caseKey(wanted))) return wanted;
   const QString suffix = QFileInfo(wanted).suffix();
   for (int number = 1;; ++number) {
     QString name = QStringLiteral("ATT%1").arg(number, 5, 10, QLatin1Char('0'));
     if (!suffix.isEmpty()) name += u'.' + suffix;
-    if (!taken.contains(name.toCaseFolded())) return name;
+    if (!taken.contains(caseKey(name))) return name;
   }
 }
 
 FileObject attachFile(OpenNote& open, const QString& path, RichText& text) {
+  if (path.isEmpty())
+    refuse(err::FileNotFound, open.database->place.path,
+           QStringLiteral("EMBEDOBJECT needs a file to attach"));
   QFile source(path);
   openFile(source);
   const QFileInfo info(path);

@@ -142,9 +142,12 @@ Value NotesDatabase::isOpen() {
   return bool(!closed_ && database_->store && !database_->store->isRemoved());
 }
 
-// Known from the place alone, so a listing of address books opens none of them.
+// A listing of address books opens none of them: the settings name them, and one of this machine is its
+// user's own. Any other database on a server is asked what it is.
 Value NotesDatabase::isPublicAddressBook() {
-  return database_->context->workspace->isPublicAddressBook(database_->place);
+  const DatabasePlace& place = database_->place;
+  if (place.server.isEmpty()) return false;
+  return database_->context->workspace->isPublicAddressBook(place) || info().publicAddressBook;
 }
 
 Value NotesDatabase::unprocessedDocuments() {

@@ -11,8 +11,6 @@
 namespace lens {
 namespace {
 
-constexpr NoteKinds kViews{NoteKind::Views, NoteKind::Folders};
-
 // One object of the class for each note that can be read.
 template <class Class>
 QVector<Value> objectsOf(const std::shared_ptr<OpenDatabase>& database, NoteKinds kinds) {
@@ -26,11 +24,11 @@ QVector<Value> objectsOf(const std::shared_ptr<OpenDatabase>& database, NoteKind
 
 Value NotesDatabase::views() {
   store();
-  return Value::array(objectsOf<NotesView>(database_, kViews));
+  return Value::array(objectsOf<NotesView>(database_, kViewsAndFolders));
 }
 
 Value NotesDatabase::view(const Arguments& arguments) {
-  const quint32 id = findDesignElement(store(), kViews, arguments[0].text());
+  const quint32 id = findView(store(), arguments[0].text());
   return id == 0 ? nothing() : NotesView::read(database_, id);
 }
 

@@ -5,6 +5,7 @@
 #include "embedded/model/notes_embedded_object.h"
 #include "embedded/model/notes_item.h"
 #include "embedded/model/notes_mime_entity.h"
+#include "embedded/store/case_key.h"
 
 namespace lens {
 namespace {
@@ -118,9 +119,9 @@ Value NotesDocument::itemValue(const Arguments& arguments) {
 }
 
 Value NotesDocument::attachment(const Arguments& arguments) {
-  FileObject file;
-  if (!findAttachedFile(open_->note, arguments[0].text(), file)) return nothing();
-  return newObject<NotesEmbeddedObject>(open_, file);
+  const QHash<QString, FileObject> files = attachedFilesByKey(open_->note);
+  const auto file = files.constFind(caseKey(arguments[0].text()));
+  return file == files.cend() ? nothing() : newObject<NotesEmbeddedObject>(open_, *file);
 }
 
 // The document's first entity, whatever item is meant.

@@ -62,19 +62,11 @@ Value NotesDocumentCollection::nthDocument(const Arguments& arguments) {
   return found;
 }
 
-// All of them or, after a failure, none: a half emptied collection would be worse than a full one. What
-// somebody else removed already is no failure.
 Value NotesDocumentCollection::removeAll(const Arguments& arguments) {
   arguments[0].boolean();
-  Database& store = requireStore(*database_);
-  {
-    Database::Transaction transaction(store);
-    for (const quint32 id : std::as_const(noteIds_)) store.remove(id);
-    transaction.commit();
-  }
+  removeNotes(*database_, noteIds_);
   noteIds_.clear();
   places_.clear();
-  tellChanged(*database_);
   return {};
 }
 

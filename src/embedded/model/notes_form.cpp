@@ -1,6 +1,7 @@
 #include "embedded/model/notes_form.h"
 
 #include "embedded/model/notes_document.h"
+#include "embedded/store/case_key.h"
 
 namespace lens {
 
@@ -13,8 +14,7 @@ Value NotesForm::read(const std::shared_ptr<OpenDatabase>& database, quint32 not
 NotesForm::NotesForm(std::shared_ptr<OpenDatabase> database, const Note& note)
     : database_(std::move(database)), fields_(fieldsOf(note)) {
   for (const DesignField& field : fields_)
-    if (const QString name = field.name.toCaseFolded(); !types_.contains(name))
-      types_.insert(name, field.type);
+    if (const QString name = caseKey(field.name); !types_.contains(name)) types_.insert(name, field.type);
 }
 
 const MemberTable& NotesForm::members() const {
@@ -34,7 +34,7 @@ Value NotesForm::fields() {
 
 // A name that is no field has the code of the unknown type.
 Value NotesForm::fieldType(const Arguments& arguments) {
-  return types_.value(arguments[0].text().toCaseFolded(), int(itemtype::Unknown));
+  return types_.value(caseKey(arguments[0].text()), int(itemtype::Unknown));
 }
 
 }  // namespace lens

@@ -34,11 +34,13 @@ MemberTable withSwitches(const MemberTable& rest, std::index_sequence<kRows...>)
 }
 
 // A number is a moment as automation counts it: days since 1899-12-30.
-DateTime momentOf(const Value& value) {
+DateTime momentOf(const Value& value, const QString& database) {
   if (value.kind() == Value::Kind::DateTime) return value.dateTime();
   constexpr double kMostDays = 2'958'465, kMillisecondsADay = 86'400'000;
   const double days = value.number();
-  if (!(std::abs(days) <= kMostDays)) throw RuntimeError(err::Overflow);
+  if (!(std::abs(days) <= kMostDays))
+    throw RuntimeError(err::Overflow, QStringLiteral("%1: SINCETIME can be no moment %2 days from 1899-12-30")
+                                          .arg(database, QString::number(days)));
   const QDateTime moment = QDate(1899, 12, 30).startOfDay().addMSecs(qint64(days * kMillisecondsADay));
   return {moment.date(), moment.time()};
 }
@@ -89,7 +91,7 @@ void NotesNoteCollection::setSinceTime(const Value& value) {
     sinceInstant_ = {};
     return;
   }
-  const DateTime moment = momentOf(value);
+  const DateTime moment = momentOf(value, database_->place.path);
   since_ = moment;
   sinceInstant_ = QDateTime(moment.date, moment.time.isValid() ? moment.time : QTime(0, 0));
 }

@@ -8,6 +8,7 @@
 #include "embedded/model/notes_rich_text_range.h"
 #include "embedded/richtext/rich_text.h"
 #include "embedded/store/attachment_name.h"
+#include "embedded/store/case_key.h"
 #include "notes/numbers.h"
 
 namespace lens {
@@ -73,13 +74,13 @@ Value NotesRichTextItem::embeddedObjects() {
   QVector<Value> objects;
   QSet<quint32> known;
   const RichText text = richText();
+  const QHash<QString, FileObject> files = attachedFilesByKey(open()->note);
   for (const RichElement& element : text.elements()) {
-    FileObject file;
-    if (element.kind != RichElement::Kind::Attachment ||
-        !findAttachedFile(open()->note, attachmentName(element.text), file) || known.contains(file.objectId))
-      continue;
-    known.insert(file.objectId);
-    objects.push_back(newObject<NotesEmbeddedObject>(open(), file));
+    if (element.kind != RichElement::Kind::Attachment) continue;
+    const auto file = files.constFind(caseKey(attachmentName(element.text)));
+    if (file == files.cend() || known.contains(file->objectId)) continue;
+    known.insert(file->objectId);
+    objects.push_back(newObject<NotesEmbeddedObject>(open(), *file));
   }
   return objects.isEmpty() ? Value() : Value::array(std::move(objects));
 }

@@ -15,6 +15,7 @@ class NotesRichTextItem : public NotesItem {
   // the document is saved.
   RichText richText() const;
   void setRichText(const RichText& text);
+  const QString& databasePath() const { return open()->database->place.path; }
 
  protected:
   const MemberTable& members() const override;

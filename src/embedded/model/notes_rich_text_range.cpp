@@ -23,7 +23,8 @@ Value NotesRichTextRange::findAndReplace(const Arguments& arguments) {
   const qint32 options = roundToInt32(arguments[2].number());
   if (options & ~(kIgnoreCase | kAll))
     throw RuntimeError(err::InvalidCall,
-                       QStringLiteral("FINDANDREPLACE knows the options 1 and 16, not %1").arg(options));
+                       QStringLiteral("%1: FINDANDREPLACE knows the options 1 and 16, not %2")
+                           .arg(item_->databasePath(), QString::number(options)));
   RichText text = item_->richText();
   const int most = options & kAll ? std::numeric_limits<int>::max() : 1;
   const int replaced = text.replace(search, replacement,

@@ -1,6 +1,7 @@
 #include "embedded/model/notes_view_entry_collection.h"
 
 #include "embedded/model/notes_view_entry.h"
+#include "embedded/model/open_note.h"
 
 namespace lens {
 
@@ -10,7 +11,7 @@ const MemberTable& NotesViewEntryCollection::members() const {
       property<&NotesViewEntryCollection::count>(u"ENTRYCOUNT"),
       property<&NotesViewEntryCollection::firstEntry>(u"GETFIRSTENTRY"),
       method<&NotesViewEntryCollection::nextEntry>(u"GETNEXTENTRY", 1, 1),
-      method<&NotesViewEntryCollection::removeAll>(u"REMOVEALL", 0, 1),
+      method<&NotesViewEntryCollection::removeAll>(u"REMOVEALL", 1, 1),
   };
   return table;
 }
@@ -42,15 +43,11 @@ Value NotesViewEntryCollection::nextEntry(const Arguments& arguments) {
   return entryAt(place + 1);
 }
 
-// All or none. Documents that have gone already are passed over; a document in several rows goes once.
-Value NotesViewEntryCollection::removeAll(const Arguments&) {
-  Database& store = *database_->store;
-  Database::Transaction transaction(store);
-  for (const quint32 note : std::as_const(notes_))
-    if (note != 0) store.remove(note);
-  transaction.commit();
+// A document in several rows goes once.
+Value NotesViewEntryCollection::removeAll(const Arguments& arguments) {
+  arguments[0].boolean();
+  removeNotes(*database_, notes_);
   notes_.clear();
-  database_->context->workspace->notifyChanged(database_->place);
   return {};
 }
 

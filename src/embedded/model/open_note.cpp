@@ -2,16 +2,12 @@
 
 #include <algorithm>
 
+#include "embedded/store/case_key.h"
+
 namespace lens {
 namespace {
 
 constexpr quint16 kSetByForms = itemflag::Sign | itemflag::Seal | itemflag::Summary | itemflag::Protected;
-
-// One unit for one, as sameItemName compares.
-QString folded(QString name) {
-  for (QChar& c : name) c = c.toCaseFolded();
-  return name;
-}
 
 void requireName(const OpenNote& open, const QString& name) {
   if (name.isEmpty())
@@ -42,14 +38,30 @@ void tellChanged(const OpenDatabase& database) {
   database.context->workspace->notifyChanged(database.place);
 }
 
+void removeNotes(const OpenDatabase& database, const QVector<quint32>& notes) {
+  Database& store = requireStore(database);
+  {
+    Database::Transaction transaction(store);
+    for (const quint32 note : notes)
+      if (note != 0) store.remove(note);
+    transaction.commit();
+  }
+  tellChanged(database);
+}
+
 bool readAttachedFile(const Item& item, FileObject& file) {
   return item.type() == itemtype::Object && readFileObject(item.data(), file);
 }
 
-bool findAttachedFile(const Note& note, const QString& name, FileObject& file) {
-  for (const Item& item : note.items)
-    if (readAttachedFile(item, file) && file.name.compare(name, Qt::CaseInsensitive) == 0) return true;
-  return false;
+QHash<QString, FileObject> attachedFilesByKey(const Note& note) {
+  QHash<QString, FileObject> files;
+  FileObject file;
+  for (const Item& item : note.items) {
+    if (!readAttachedFile(item, file)) continue;
+    const QString key = caseKey(file.name);
+    if (!files.contains(key)) files.insert(key, file);
+  }
+  return files;
 }
 
 void OpenNote::requirePresent() const {
@@ -86,7 +98,7 @@ void OpenNote::index() const {
   if (!names_.isEmpty()) return;
   count();
   for (qsizetype place = note.items.size() - 1; place >= 0; --place) {
-    Named& named = names_[folded(note.items[place].name)];
+    Named& named = names_[caseKey(note.items[place].name)];
     named.first = numbers_[place];
     ++named.count;
   }
@@ -97,7 +109,7 @@ const Item* OpenNote::find(const QString& name) const {
   if (name.isEmpty()) return nullptr;
   if (names_.isEmpty() && note.items.size() < kManyItems) return note.find(name);
   index();
-  const auto found = names_.constFind(folded(name));
+  const auto found = names_.constFind(caseKey(name));
   return found == names_.cend() ? nullptr : &note.items[placeOf(found->first)];
 }
 
@@ -105,7 +117,7 @@ quint32 OpenNote::add(Item item) {
   requireName(*this, item.name);
   index();
   const quint32 number = next_++;
-  Named& named = names_[folded(item.name)];
+  Named& named = names_[caseKey(item.name)];
   if (named.count++ == 0) named.first = number;
   note.items.push_back(std::move(item));
   numbers_.push_back(number);
@@ -115,7 +127,7 @@ quint32 OpenNote::add(Item item) {
 quint32 OpenNote::replace(const QString& name, QByteArray value) {
   requireName(*this, name);
   index();
-  const Named named = names_.value(folded(name));
+  const Named named = names_.value(caseKey(name));
   if (named.count == 0) return add({name, itemflag::Summary, std::move(value)});
   const qsizetype first = placeOf(named.first);
   qsizetype left = named.count;
@@ -142,13 +154,13 @@ void OpenNote::removeOthers(const QString& name, qsizetype first) {
   }
   items.resize(kept);
   numbers_.resize(kept);
-  names_[folded(name)].count = 1;
+  names_[caseKey(name)].count = 1;
 }
 
 void OpenNote::removeFirst(const QString& name) {
   if (!find(name)) return;
   index();
-  const auto named = names_.find(folded(name));
+  const auto named = names_.find(caseKey(name));
   const qsizetype place = placeOf(named->first);
   note.items.removeAt(place);
   numbers_.removeAt(place);

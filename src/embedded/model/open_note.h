@@ -19,8 +19,11 @@ inline constexpr int ChangedMeanwhile =
 Database& requireStore(const OpenDatabase& database);
 // The attached file that an item stands for; false for every other item.
 bool readAttachedFile(const Item& item, FileObject& file);
-// The first one of that name, in any case.
-bool findAttachedFile(const Note& note, const QString& name, FileObject& file);
+// Of each name, in any case, the first one: where a text shows its files, they are looked up by name.
+QHash<QString, FileObject> attachedFilesByKey(const Note& note);  // see caseKey
+// Deletes the notes, all of them or, after a failure, none: a list that is half done would be worse than one
+// that is whole. What somebody else deleted already is no failure, nor is a 0, which stands for no note.
+void removeNotes(const OpenDatabase& database, const QVector<quint32>& notes);
 // Tells the client's window that documents of the database are no longer as it shows them.
 void tellChanged(const OpenDatabase& database);
 

@@ -1,9 +1,9 @@
 #include "embedded/search/selection.h"
 
-#include <QSet>
 #include <algorithm>
 
 #include "embedded/formula_world/packed_document.h"
+#include "embedded/formula_world/unid_set.h"
 
 namespace lens {
 namespace {
@@ -25,7 +25,7 @@ class Search {
       if (isProfile(note) || !recentEnough(note)) return true;
       if (matches(note)) {
         found_.push_back(note.header.id);
-        if (withResponses) selected_.insert(note.header.unid.text());
+        if (withResponses) selected_.insert(note.header.unid);
       }
       return withResponses || !full();
     });
@@ -37,9 +37,6 @@ class Search {
  private:
   bool recentEnough(const PackedNote& note) const {
     return !request_.since.isValid() || instantOf(note.header.modified) >= request_.since;
-  }
-  static bool mayBeResponse(const PackedNote& note) {
-    return !note.header.parent.isNull() || note.items.find(u"$REF") >= 0;
   }
   bool full() const { return request_.most > 0 && found_.size() >= request_.most; }
   // A formula without an end would have none over the next document either; and the user may have enough.
@@ -58,11 +55,11 @@ class Search {
   // Responses are asked again when it is known which documents were selected: a response may stand
   // before the document that it answers.
   void addResponses() {
-    document_.setSelected([this](const Unid& unid) { return selected_.contains(unid.text()); });
+    document_.setSelected([this](const Unid& unid) { return selected_.contains(unid); });
     const qsizetype first = found_.size();
     documents_.scanPacked(noteclass::Document, [&](const PackedNote& note) {
-      if (!mayBeResponse(note) || isProfile(note) || !recentEnough(note)) return true;
-      if (selected_.contains(note.header.unid.text())) return true;
+      if (parentOf(note).isNull() || isProfile(note) || !recentEnough(note)) return true;
+      if (selected_.contains(note.header.unid)) return true;
       if (matches(note)) found_.push_back(note.header.id);
       return true;
     });
@@ -74,7 +71,7 @@ class Search {
   Evaluation evaluation_;
   PackedDocument document_;
   QVector<quint32> found_;
-  QSet<QString> selected_;
+  UnidSet selected_;
 };
 
 }  // namespace

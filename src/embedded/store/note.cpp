@@ -4,6 +4,7 @@
 #include <QtEndian>
 
 #include "embedded/store/packed_note.h"
+#include "embedded/store/profile_name.h"
 
 namespace lens {
 namespace {
@@ -91,10 +92,6 @@ QString firstText(const Item& item) {
   if (item.value.size() < 2 || item.type() >> 8 != itemtype::Text >> 8) return QString();
   const Value values = itemValues(item);
   return values.isArray() && values.upperBound() >= 0 ? values.at(0).text() : QString();
-}
-
-bool isProfileName(const QString& name) {
-  return name.startsWith(u"$profile_", Qt::CaseInsensitive);
 }
 
 }  // namespace

@@ -155,9 +155,9 @@ std::vector<formula::Name> DocumentRows::names() const {
 FormulaValue DocumentRows::evaluated(Evaluation& evaluation, formula::Document& document, bool* matches) {
   formula::Outcome outcome = evaluation.run(&document, nullptr, Evaluation::Writes::Pretend);
   if (outcome.value.isError() && outcome.value.errorCode() == formula::fault::TooMuchTime)
-    throw RuntimeError(kFormulaError,
-                       QStringLiteral("View \"%1\": %2")
-                           .arg(design_.title, formula::faultText(formula::fault::TooMuchTime)));
+    throw RuntimeError(kFormulaError, QStringLiteral("%1: the view \"%2\": %3")
+                                          .arg(design_.database, design_.title,
+                                               formula::faultText(formula::fault::TooMuchTime)));
   if (matches) *matches = outcome.matches;
   return std::move(outcome.value);
 }
@@ -176,18 +176,34 @@ FormulaValue DocumentRows::column(int column, formula::Document& document) {
   return document.item(each.item, value) ? value : FormulaValue::text(u"");
 }
 
-FormulaValue DocumentRows::column(int column, formula::Document& document, QByteArrayView rowKey) {
+std::vector<DocumentRow> DocumentRows::sortedRows(formula::Document& document) {
+  std::vector<DocumentRow> sorted = rows(document);
+  std::stable_sort(sorted.begin(), sorted.end(),
+                   [](const DocumentRow& a, const DocumentRow& b) { return a.key < b.key; });
+  return sorted;
+}
+
+std::vector<FormulaValue> DocumentRows::column(int column, formula::Document& document,
+                                               const QVector<QByteArray>& rowKeys) {
   if (design_.columns[column].responsesOnly && !document.properties().isResponse)
-    return FormulaValue::text(u"");
-  FormulaValue value = this->column(column, document);
-  for (std::size_t key = 0; key < std::size_t(design_.keys.size()); ++key) {
-    if (design_.keys[qsizetype(key)].column != column || !design_.keys[qsizetype(key)].separateValues)
-      continue;
-    for (const DocumentRow& row : rows(document))
-      if (rowKey.startsWith(row.key) && row.choice[key] < value.count())
-        return value.element(row.choice[key]);
+    return std::vector<FormulaValue>(std::size_t(rowKeys.size()), FormulaValue::text(u""));
+  const FormulaValue value = this->column(column, document);
+  std::vector<FormulaValue> values(std::size_t(rowKeys.size()), value);
+  const auto key = std::find_if(design_.keys.begin(), design_.keys.end(), [column](const DesignKey& each) {
+    return each.column == column && each.separateValues;
+  });
+  if (key == design_.keys.end()) return values;
+  // No row's key begins another one, so the row of a key is the last one that does not stand behind it.
+  const std::vector<DocumentRow> rows = sortedRows(document);
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const QByteArray& rowKey = rowKeys[qsizetype(i)];
+    const auto behind = std::upper_bound(rows.begin(), rows.end(), rowKey,
+                                         [](const QByteArray& a, const DocumentRow& b) { return a < b.key; });
+    if (behind == rows.begin() || !rowKey.startsWith(std::prev(behind)->key)) continue;
+    const qint32 choice = std::prev(behind)->choice[std::size_t(key - design_.keys.begin())];
+    if (choice < value.count()) values[i] = value.element(choice);
   }
-  return value;
+  return values;
 }
 
 // --- Rows ----------------------------------------------------------------------------------------------

@@ -64,10 +64,12 @@ class DocumentRows {
   void appendOnlyKey(formula::Document& document, QByteArray& bytes);
   // One row for each combination of the values of its categories and the like; at most kMostRows.
   std::vector<DocumentRow> rows(formula::Document& document);
-  // What a column shows; of a column that makes rows for its values the value of that row. Columns for
-  // responses only show nothing for other documents.
+  // What a column shows.
   formula::Value column(int column, formula::Document& document);
-  formula::Value column(int column, formula::Document& document, QByteArrayView rowKey);
+  // The same in rows of the document: of a column that makes rows for its values the value of each row.
+  // Columns for responses only show nothing for other documents.
+  std::vector<formula::Value> column(int column, formula::Document& document,
+                                     const QVector<QByteArray>& rowKeys);
 
   const formula::LocalZone& zone() const { return environment_.zone(); }
 
@@ -80,6 +82,7 @@ class DocumentRows {
   };
   struct Part;
   std::vector<Part> partsOf(int key, formula::Document& document);
+  std::vector<DocumentRow> sortedRows(formula::Document& document);
   formula::Value evaluated(formula::Evaluation& evaluation, formula::Document& document, bool* matches);
   void noteClock(const formula::Formula& formula);
 

@@ -31,13 +31,6 @@ void appendRow(QByteArray& packed, QByteArrayView key, QByteArrayView categories
   packed.append(categories);
 }
 
-// As parentOf says it of an unpacked note.
-Unid parentOf(const PackedNote& note) {
-  if (!note.header.parent.isNull()) return note.header.parent;
-  const qsizetype place = note.items.find(u"$REF");
-  return place < 0 ? Unid() : lens::parentOf(Note{note.header, {note.items[place].toItem()}});
-}
-
 // Visits key and categories of each packed row; ends where the bytes do.
 template <class Visit>
 void eachPacked(QByteArrayView packed, const Visit& visit) {

@@ -30,6 +30,7 @@ struct DesignKey {
 
 struct ViewDesign {
   quint32 noteId = 0;
+  QString database;  // its path, for messages
   QString title;
   Unid unid;
   bool folder = false;

@@ -64,6 +64,7 @@ void ViewIndex::readDesign() {
                        QStringLiteral("%1: there is no view %2 (it may have been deleted)")
                            .arg(database_.path(), QString::number(view_, 16).toUpper()));
   ViewDesign design = readViewDesign(note);
+  design.database = database_.path();
   if (design.hiddenSelection) raiseHiddenSelection(database_.path(), design.title);
   if (!rows_ || design.digest != design_.digest) rows_ = makeRows(design);
   design_ = std::move(design);

@@ -1,5 +1,8 @@
 #include "embedded/views/view_lookup.h"
 
+#include <QHash>
+#include <utility>
+
 #include "embedded/formula_world/note_document.h"
 #include "embedded/views/sort_key.h"
 #include "notes/numbers.h"
@@ -154,19 +157,42 @@ class ValueRow {
   qsizetype elements_ = 0, bytes_ = 0;
 };
 
-// False when the document cannot be read.
+// Nothing happens when the document cannot be read.
 template <class Read>
-bool withDocument(ViewIndex& index, quint32 note, const Read& read) {
+void withDocument(ViewIndex& index, quint32 note, const Read& read) {
   Note found;
   try {
-    if (!index.database().read(note, found)) return false;
+    if (!index.database().read(note, found)) return;
   } catch (const RuntimeError& error) {
     if (error.number() != enginefault::Damaged) throw;
-    return false;
+    return;
   }
   NoteDocument document(found, &index.database(), NoteDocument::Items::Summary);
   read(found, document);
-  return true;
+}
+
+// What rows show, in their order. A document that stands in many rows is read once and asked for all of them:
+// it may have as many values as rows.
+template <class Read>
+ValueRow valuesOf(ViewIndex& index, const QVector<QByteArray>& rowKeys, const Read& read) {
+  struct Shown {
+    QVector<QByteArray> keys;
+    std::vector<FormulaValue> values;
+    std::size_t next = 0;
+    bool asked = false;
+  };
+  QHash<quint32, Shown> documents;
+  for (const QByteArray& key : rowKeys) documents[noteIdOf(key)].keys.push_back(key);
+  ValueRow values;
+  for (const QByteArray& key : rowKeys) {
+    Shown& shown = documents[noteIdOf(key)];
+    if (!std::exchange(shown.asked, true))
+      withDocument(index, noteIdOf(key), [&](const Note& note, NoteDocument& document) {
+        shown.values = read(note, document, shown.keys);
+      });
+    if (shown.next < shown.values.size() && !values.add(std::move(shown.values[shown.next++]))) break;
+  }
+  return values;
 }
 
 // Categories with all their levels, each once.
@@ -205,15 +231,15 @@ quint32 findByKey(ViewIndex& index, const ViewKey& key, const Regional& regional
 FormulaValue viewColumn(ViewIndex& index, int column, const Regional& regional) {
   for (const DesignKey& key : index.design().keys)
     if (key.column == column && key.category) return categoryColumn(index, column, regional);
-  ValueRow values;
-  bool more = true;
+  QVector<QByteArray> keys;
   for (const ViewLine& line : index.lines()) {
-    if (!more) break;
-    if (line.note == 0) continue;
-    withDocument(index, line.note, [&](const Note&, NoteDocument& document) {
-      more = values.add(index.rows().column(column, document, line.key));
-    });
+    if (keys.size() == formula::kMaxElements) break;
+    if (line.note != 0) keys.push_back(line.key);
   }
+  const ValueRow values =
+      valuesOf(index, keys, [&](const Note&, NoteDocument& document, const auto& rowKeys) {
+        return index.rows().column(column, document, rowKeys);
+      });
   return values.isEmpty() ? FormulaValue::text(u"") : values.take(index.rows().zone(), regional);
 }
 
@@ -224,22 +250,17 @@ bool viewLookup(ViewIndex& index, const formula::Database::Lookup& lookup, const
     keys.push_back(key.toByteArray());
     return keys.size() < formula::kMaxElements;
   });
-  ValueRow values;
   const formula::Name item(lookup.item);
-  bool more = true;
-  for (const QByteArray& key : std::as_const(keys)) {
-    if (!more) break;
-    withDocument(index, noteIdOf(key), [&](const Note& note, NoteDocument& document) {
-      FormulaValue found = FormulaValue::text(u"");
-      if (lookup.unids)
-        found = FormulaValue::text(note.header.unid.text());
-      else if (lookup.column > 0)
-        found = index.rows().column(lookup.column - 1, document, key);
-      else
-        NoteDocument(note).item(item, found);
-      more = values.add(std::move(found));
-    });
-  }
+  const auto shown = [&](const Note& note, NoteDocument& document, const QVector<QByteArray>& rowKeys) {
+    if (lookup.column > 0 && !lookup.unids) return index.rows().column(lookup.column - 1, document, rowKeys);
+    FormulaValue found = FormulaValue::text(u"");
+    if (lookup.unids)
+      found = FormulaValue::text(note.header.unid.text());
+    else
+      NoteDocument(note).item(item, found);
+    return std::vector<FormulaValue>(std::size_t(rowKeys.size()), found);
+  };
+  const ValueRow values = valuesOf(index, keys, shown);
   if (values.isEmpty()) return false;
   value = values.take(index.rows().zone(), regional);
   return true;

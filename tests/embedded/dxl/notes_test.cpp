@@ -98,7 +98,6 @@ TEST_F(DxlImport, ProfileDocumentGetsItsName) {
   const Note note = onlyNote(
       run("<profiledocument name='CalendarProfile' username='CN=Karin Meier/O=Acme'/>"), noteclass::Document);
   EXPECT_EQ(valuesText(note, u"$Name"), "$profile_015calendarprofile_cn=karin meier/o=acme");
-  EXPECT_EQ(profileName(QStringLiteral("a"), {}).toStdString(), "$profile_001a_");
 }
 
 TEST_F(DxlImport, UnknownElementOfANoteIsKept) {

@@ -18,7 +18,8 @@ using formula::Value;
 const QStringList& someNames() {
   static const QStringList names{u"Form"_s,   u"FORM"_s, u"Subject"_s, u"Amount"_s,    u"Größe"_s,
                                  u"GRÖSSE"_s, u"$REF"_s, u"Mask"_s,    u"ma\u017Fk"_s, u"$FILE"_s,
-                                 u"Body"_s,   u"When"_s, u"$Name"_s,   u"Gone"_s,      u"x"_s};
+                                 u"Body"_s,   u"When"_s, u"$Name"_s,   u"Gone"_s,      u"\U00010400\u20AC"_s,
+                                 u"x"_s,      u"y"_s,    u"z"_s};
   return names;
 }
 
@@ -34,8 +35,12 @@ QString randomText(QRandomGenerator& random) {
   return text;
 }
 
+TimeDate randomTime(QRandomGenerator& random) {
+  return {{random.generate() % 8640000, 0x00258000 + random.generate() % 0x1000}};
+}
+
 QByteArray randomValue(QRandomGenerator& random) {
-  const TimeDate time{{random.generate() % 8640000, 0x00258000 + random.generate() % 0x1000}};
+  const TimeDate time = randomTime(random);
   QByteArray bytes(random.bounded(40), Qt::Uninitialized);
   for (char& byte : bytes) byte = char(random.bounded(256));
   static constexpr quint16 kTypes[] = {itemtype::Text,     itemtype::TextList,    itemtype::Number,
@@ -60,8 +65,33 @@ QByteArray randomValue(QRandomGenerator& random) {
   }
 }
 
+Unid randomUnid(QRandomGenerator& random) {
+  QByteArray bytes(16, char(random.bounded(2)));
+  bytes[15] = char(random.bounded(4));
+  return Unid::fromBytes(bytes);
+}
+
+QByteArray randomFile(QRandomGenerator& random) {
+  FileObject file;
+  file.name = u"a.txt"_s;
+  file.size = random.generate();
+  QByteArray value = fileObjectValue(file);
+  if (random.bounded(4) == 0) value.chop(random.bounded(int(value.size()) - 2));
+  return value;
+}
+
 Note randomNote(QRandomGenerator& random) {
   Note note;
+  note.header.id = random.bounded(3);
+  note.header.unid = randomUnid(random);
+  if (random.bounded(2)) note.header.parent = randomUnid(random);
+  note.header.created = randomTime(random);
+  note.header.modified = randomTime(random);
+  note.header.accessed = randomTime(random);
+  if (random.bounded(3) == 0) note.add(u"$file"_s, itemflag::Summary, randomFile(random));
+  if (random.bounded(3) == 0)
+    note.add(u"$Ref"_s, random.bounded(2) ? itemflag::Summary : 0,
+             noteRefsValue({randomUnid(random).text()}));
   for (int count = random.bounded(12); count > 0; --count)
     note.add(
         one(someNames(), random),
@@ -89,7 +119,11 @@ void expectSame(const formula::Document& a, const formula::Document& b) {
   EXPECT_EQ(left.size, right.size);
   EXPECT_EQ(left.noteId, right.noteId);
   EXPECT_EQ(left.isResponse, right.isResponse);
+  EXPECT_EQ(left.isNew, right.isNew);
   EXPECT_EQ(timeDateHex(left.created), timeDateHex(right.created));
+  EXPECT_EQ(timeDateHex(left.modified), timeDateHex(right.modified));
+  EXPECT_EQ(timeDateHex(left.accessed), timeDateHex(right.accessed));
+  EXPECT_EQ(a.respondsToSelected(false), b.respondsToSelected(false));
   EXPECT_EQ(a.attachments().size(), b.attachments().size());
 }
 
@@ -97,16 +131,24 @@ TEST(PackedDocument, SaysTheSameAsTheNoteOfSummaryItems) {
   QRandomGenerator random(21);
   std::vector<Name> prepared;
   for (int n = 0; n < 6; ++n) prepared.emplace_back(someNames()[2 * n]);
+  const auto even = [](const Unid& unid) { return unid.bytes().back() % 2 == 0; };
   PackedDocument packed(prepared);
+  packed.setSelected(even);
   for (int round = 0; round < 1500; ++round) {
     const Note note = randomNote(random);
     const QByteArray bytes = packItems(note.items);
     const PackedNote shown{note.header, PackedItems(bytes)};
     packed.show(shown);
-    const NoteDocument whole(note, nullptr, NoteDocument::Items::Summary);
+    NoteDocument whole(note, nullptr, NoteDocument::Items::Summary);
+    whole.setSelected(even);
     for (const QString& name : someNames()) expectSame(packed, whole, name);
     if (round % 3 == 0) expectSame(packed, whole);
   }
+}
+
+TEST(PackedDocument, BeforeItsFirstNoteIsTheEmptyDocument) {
+  const Note none;
+  expectSame(PackedDocument({}), NoteDocument(none));
 }
 
 TEST(PackedDocument, CannotBeWritten) {

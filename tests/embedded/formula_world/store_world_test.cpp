@@ -100,6 +100,27 @@ TEST_F(StoreWorld, ColumnsAndLookupsReadViews) {
   EXPECT_EQ(run(u"@DbColumn(\"\"; \"\"; \"p\"; 1)"_s), u"Ada|Bo|Cy"_s);
 }
 
+TEST_F(StoreWorld, ANavigatorDoesNotHideTheViewOfItsName) {
+  ViewColumn name;
+  name.item = u"Name"_s;
+  name.sorted = true;
+  const auto addView = [&](const QString& title, const QString& flags) {
+    t.add({{u"$TITLE"_s, textValue(title)},
+           {u"$Flags"_s, textValue(flags)},
+           {u"$ViewFormat"_s, viewFormatValue({name})},
+           {u"$Collation"_s, collationValue({name})}},
+          noteclass::View);
+  };
+  t.add({{u"Name"_s, textValue(u"Ada")}});
+  addView(u"People"_s, u"G"_s);
+  EXPECT_EQ(run(u"@DbColumn(\"\"; \"\"; \"People\"; 1)"_s), u"error 0538"_s);
+  EXPECT_TRUE(t.mail().call(u"GetView"_s, u"People"_s).object().isNothing());
+  addView(u"people"_s, u"Y"_s);
+  EXPECT_EQ(run(u"@DbColumn(\"\"; \"\"; \"People\"; 1)"_s), u"Ada"_s);
+  EXPECT_EQ(run(u"@DbLookup(\"\"; \"\"; \"People\"; \"ada\"; 1)"_s), u"Ada"_s);
+  EXPECT_EQ(t.mail().call(u"GetView"_s, u"People"_s).object().get(u"Name"_s).text(), u"people"_s);
+}
+
 TEST_F(StoreWorld, SettingsComeFromNotesIni) {
   t.workspace->setIniValue(u"$Region"_s, u"North"_s);
   EXPECT_EQ(run(u"@Environment(\"Region\")"_s), u"North"_s);

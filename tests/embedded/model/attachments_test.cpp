@@ -103,6 +103,7 @@ TEST_F(Attaching, WhatIsNoFileIsRefusedAndNothingChanges) {
     EXPECT_EQ(raised([&] { embed(row.path); }), row.number) << row.path.toStdString();
     EXPECT_TRUE(reasonOf([&] { embed(row.path); }).contains(row.path));
   }
+  EXPECT_TRUE(reasonOf([&] { embed(QString()); }).startsWith(u"mail.nsf: "_s));
   const QString file = write(u"a.txt"_s, "x");
   for (const int kind : {1452, 1453, 0})
     EXPECT_EQ(raised([&] { body.call(u"EMBEDOBJECT"_s, kind, u""_s, file); }), err::InvalidCall);
@@ -252,6 +253,35 @@ TEST_F(Attaching, ObjectsOfOtherProgramsAreNoAttachments) {
   EXPECT_EQ(document.call(u"GETATTACHMENT"_s, u"sheet"_s).object().get(u"Type"_s).number(), 1453);
   document.call(u"RemoveItem"_s, u"$FILE"_s);
   EXPECT_FALSE(document.get(u"HASEMBEDDED"_s).boolean());
+}
+
+TEST_F(Attaching, ATextShowsTheFirstFileOfEachNameInItsOwnOrderAndEachOnce) {
+  Note note;
+  const auto addFile = [&](const QString& name, quint32 object) {
+    FileObject file;
+    file.name = name;
+    file.objectId = object;
+    note.add(u"$FILE"_s, itemflag::Summary, fileObjectValue(file));
+  };
+  constexpr quint32 kFiles = 3000;
+  for (quint32 i = 1; i <= kFiles; ++i) addFile(u"file%1.txt"_s.arg(i), i);
+  addFile(u"FILE1.txt"_s, kFiles + 1);
+  addFile(u"\u00DF.txt"_s, kFiles + 2);
+  addFile(u"ss.txt"_s, kFiles + 3);
+  RichText text;
+  for (quint32 i = kFiles; i > 0; --i) text.appendAttachment(u"File%1.TXT"_s.arg(i), {});
+  for (const QString& name : {u"file1.txt"_s, u"SS.txt"_s, u"none.txt"_s}) text.appendAttachment(name, {});
+  note.add(u"Body"_s, 0, rawValue(itemtype::RichText, text.toBytes()));
+  t.store->save(note);
+  const Object shown = t.document(note.header.id);
+  const Value all = itemOf(shown, u"Body"_s).get(u"EmbeddedObjects"_s);
+  ASSERT_EQ(all.upperBound(), int(kFiles));
+  EXPECT_EQ(all.at(0).object().get(u"NAME"_s).text(), u"file3000.txt"_s);
+  EXPECT_EQ(all.at(kFiles - 1).object().get(u"NAME"_s).text(), u"file1.txt"_s) << "the first of two";
+  EXPECT_EQ(all.at(kFiles).object().get(u"NAME"_s).text(), u"ss.txt"_s);
+  const Object sharp = shown.call(u"GetAttachment"_s, u"\u00DF.TXT"_s).object();
+  EXPECT_EQ(sharp.get(u"Name"_s).text(), u"\u00DF.txt"_s);
+  EXPECT_TRUE(shown.call(u"GETATTACHMENT"_s, u"none"_s).object().isNothing());
 }
 
 TEST_F(Attaching, FreeNamesPassOverThoseThatAreTaken) {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "embedded/model/support/test_workspace.h"
 #include "embedded/search/selection.h"
 
@@ -167,4 +169,11 @@ TEST_F(NoteCollections, MayBeLimitedToWhatIsRecent) {
   EXPECT_TRUE(notes.get(u"SINCETIME"_s).isEmpty());
   EXPECT_EQ(built().size(), 2);
   EXPECT_EQ(raised([&] { notes.set(u"SINCETIME"_s, u"yesterday"_s); }), err::TypeMismatch);
+  for (const double days : {1e7, -1e300, std::numeric_limits<double>::quiet_NaN()}) try {
+      notes.set(u"SINCETIME"_s, days);
+      ADD_FAILURE() << "nothing was raised for " << days;
+    } catch (const RuntimeError& error) {
+      EXPECT_EQ(error.number(), err::Overflow);
+      EXPECT_TRUE(error.description().startsWith(u"mail.nsf: "_s)) << error.description().toStdString();
+    }
 }

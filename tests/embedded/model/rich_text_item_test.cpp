@@ -57,6 +57,7 @@ TEST_F(RichTextItems, OptionsTellCaseAndHowMany) {
   EXPECT_EQ(text(), u"The old nn1, the nn2\r\na nname"_s);
   EXPECT_EQ(raised([&] { replace(u"n"_s, u""_s, 17 | 4); }), err::InvalidCall);
   EXPECT_EQ(raised([&] { replace(u"n"_s, u""_s, -1); }), err::InvalidCall);
+  EXPECT_TRUE(reasonOf([&] { replace(u"n"_s, u""_s, 2); }).startsWith(u"mail.nsf: "_s));
 }
 
 TEST_F(RichTextItems, AnEmptySearchFindsNothing) {

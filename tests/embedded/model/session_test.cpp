@@ -87,6 +87,30 @@ TEST(Session, AddressBooksAreEmptyOrAnArray) {
   EXPECT_FALSE(everybodys.get(u"ISOPEN"_s).boolean());
 }
 
+TEST(Session, ADatabaseOnAServerThatIsAnAddressBookSaysSoThoughNoSettingNamesIt) {
+  TestWorkspace t;
+  const QString hub = u"CN=Hub1/O=Acme"_s;
+  t.workspace->addServer(hub);
+  t.workspace->setIniValue(u"Names"_s, u"names.nsf"_s);
+  DatabaseInfo book;
+  book.publicAddressBook = true;
+  t.workspace->createDatabase({}, u"people.nsf"_s, book);
+  t.workspace->createDatabase(hub, u"people.nsf"_s, book);
+  t.workspace->createDatabase(hub, u"plain.nsf"_s, {});
+  const auto isBook = [&](const QString& server, const QString& path) {
+    const Object opened = t.session().call(u"GETDATABASE"_s, server, path).object();
+    return opened.get(u"IsPublicAddressBook"_s).boolean();
+  };
+  EXPECT_TRUE(isBook(hub, u"people.nsf"_s));
+  EXPECT_FALSE(isBook(hub, u"plain.nsf"_s));
+  EXPECT_FALSE(isBook({}, u"people.nsf"_s)) << "on this machine it is its user's own";
+  const Object directory = t.session().call(u"GETDBDIRECTORY"_s, hub).object();
+  const Object listed = directory.call(u"GetFirstDatabase"_s, 1247).object();
+  EXPECT_FALSE(listed.get(u"ISOPEN"_s).boolean());
+  EXPECT_EQ(listed.get(u"FILEPATH"_s).text(), u"people.nsf"_s);
+  EXPECT_TRUE(listed.get(u"isPublicAddressBook"_s).boolean());
+}
+
 TEST(Session, AnAddressBookIsKnownWithoutItsFile) {
   TestWorkspace t;
   t.workspace->addServer(u"CN=Hub1/O=Acme"_s);

@@ -268,6 +268,11 @@ TEST_F(ViewEntries, AreRemovedAllAtOnceEachDocumentOnceWithStubs) {
   EXPECT_EQ(t.store->state(b), NoteState::Gone);
   EXPECT_EQ(t.store->state(copy), NoteState::Live) << "it was not in the view when the entries were taken";
   EXPECT_EQ(held.get(u"ENTRYCOUNT"_s).number(), 2) << "the view stays";
+  constexpr int kMissingArgument = 449;
+  EXPECT_EQ(raised([&] { all.call(u"REMOVEALL"_s); }), kMissingArgument) << "as a collection of documents";
+  const Object documents = t.mail().call(u"SEARCH"_s, u"@All"_s, Object(), 0).object();
+  EXPECT_EQ(raised([&] { documents.call(u"RemoveAll"_s); }), kMissingArgument);
+  EXPECT_EQ(t.store->state(copy), NoteState::Live);
 }
 
 TEST_F(ViewEntries, AreRemovedAllOrNone) {
@@ -282,6 +287,26 @@ TEST_F(ViewEntries, AreRemovedAllOrNone) {
   EXPECT_EQ(t.store->state(a), NoteState::Live);
   EXPECT_EQ(t.store->state(b), NoteState::Live);
   EXPECT_EQ(all.get(u"count"_s).number(), 3);
+}
+
+// An index is kept in the file and read by all: were anything in it one user's, the next would see it.
+TEST_F(ViewEntries, AreTheSameForEveryUser) {
+  ViewColumn who;
+  who.item = u"$1"_s;
+  who.formula = sourceFormula(u"Kind + @UserName + @Environment(\"Zone\")"_s);
+  who.categorized = who.sorted = true;
+  t.add({{u"$TITLE"_s, textValue(u"By Kind|kinds")},
+         {u"$Formula"_s, sourceFormulaValue(u"SELECT Form = \"Memo\" & @UserName = \"\"")},
+         {u"$ViewFormat"_s, viewFormatValue({who})},
+         {u"$Collation"_s, collationValue({who})}},
+        noteclass::View);
+  t.workspace->setIniValue(u"$Zone"_s, u"North"_s);
+  memo(u"a"_s, {u"X"_s});
+  EXPECT_EQ(entries(view().get(u"ALLENTRIES"_s).object()), u"- a"_s);
+  t.workspace->setIniValue(u"UserName"_s, u"CN=Otto Braun/O=Acme"_s);
+  t.workspace->setIniValue(u"$Zone"_s, u"South"_s);
+  memo(u"b"_s, {u"X"_s});
+  EXPECT_EQ(entries(view().get(u"ALLENTRIES"_s).object()), u"- a b"_s) << "one category for both";
 }
 
 TEST_F(ViewEntries, AreFoundByTheKeyOfTheFirstSortedColumn) {

@@ -94,6 +94,14 @@ TEST_F(Selection, TakesInResponsesThatStandBeforeTheirParent) {
             QVector<quint32>({answer, parent.header.id}));
 }
 
+TEST_F(Selection, TakesInResponsesThatNameTheirParentInAnItem) {
+  const quint32 topic = addMemo(u"topic"_s);
+  const QByteArray reference = noteRefsValue({last.text()});
+  const quint32 answer = t.add({{u"Subject"_s, textValue(u"answer")}, {u"$REF"_s, reference}});
+  t.add({{u"Subject"_s, textValue(u"no answer")}, {u"$REF"_s, textValue(last.text())}});
+  EXPECT_EQ(select(u"SELECT Subject = \"topic\" | @AllChildren"_s), QVector<quint32>({topic, answer}));
+}
+
 TEST_F(Selection, LooksAtDocumentsModifiedSinceThen) {
   addMemo(u"now"_s);
   const QDateTime now = QDateTime::currentDateTimeUtc();

@@ -5,6 +5,8 @@
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/export/item_writer.h"
 #include "embedded/dxl/note_elements.h"
+#include "embedded/store/case_key.h"
+#include "embedded/store/profile_name.h"
 
 namespace lens {
 
@@ -12,13 +14,11 @@ namespace {
 
 // The two halves of the "$Name" of a profile document, or false for a name that does not come from them.
 bool profileParts(const Note& note, QString& name, QString& user) {
-  static const QString kPrefix = QStringLiteral("$profile_");
   const QString whole = note.text(u"$Name");
-  bool good = false;
-  const qsizetype length = whole.mid(kPrefix.size(), 3).toInt(&good);
-  if (!good || length < 0) return false;
-  name = whole.mid(kPrefix.size() + 3, length);
-  user = whole.mid(kPrefix.size() + 3 + length + 1);
+  const auto parts = profileNameParts(whole);
+  if (!parts) return false;
+  name = parts->profile.toString();
+  user = parts->user.toString();
   return isXmlText(whole) && profileName(name, user) == whole;
 }
 
@@ -75,7 +75,7 @@ void writeItems(ExportContext& context, const Note& note) {
   for (const Item& item : note.items) {
     bool joined = false;
     if (item.type() == itemtype::RichText) {
-      const QString name = item.name.toCaseFolded();
+      const QString name = caseKey(item.name);
       joined = richTexts.contains(name);
       richTexts.insert(name);
     }
