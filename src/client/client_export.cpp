@@ -2,12 +2,12 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QPointer>
-#include <QSaveFile>
 #include <QStatusBar>
 
 #include "client/client_window.h"
 #include "client/import_bar.h"
 #include "embedded/dxl/dxl_exporter.h"
+#include "embedded/store/save_file.h"
 #include "ui_client_window.h"
 
 namespace lens {
@@ -18,7 +18,7 @@ bool writeFile(const QString& path, const std::function<bool(QIODevice&)>& write
   QSaveFile file(path);
   const bool opened = file.open(QIODevice::WriteOnly);
   if (opened && !write(file)) return false;
-  if (!opened || !file.commit())
+  if (!opened || !commitWhole(file))
     throw RuntimeError(err::PathFileAccess,
                        QObject::tr("the file cannot be written (%1)").arg(file.errorString()));
   return true;

@@ -1,15 +1,17 @@
 #include "embedded/ini_file.h"
 
 #include <QFile>
-#include <QSaveFile>
 #include <QStringDecoder>
 
+#include "embedded/store/file_lock.h"
+#include "embedded/store/save_file.h"
 #include "notes/runtime_error.h"
 
 namespace lens {
 namespace {
 
 constexpr qint64 kLargest = 1 << 20;
+constexpr int kLongestWaitMs = 5000;
 
 [[noreturn]] void fail(const QString& path, const QString& reason) {
   throw RuntimeError(err::PathFileAccess, QStringLiteral("%1: %2").arg(path, reason));
@@ -89,11 +91,23 @@ void IniFile::setValue(const QString& name, const QString& value) {
     lines_.insert(sectionEnd(), line);
 }
 
-void IniFile::save() {
+void IniFile::change(const std::function<void(IniFile&)>& changes) {
+  const FileLock lock(path_, kLongestWaitMs);
+  if (lock.state() == FileLock::State::Taken)
+    fail(path_, QStringLiteral("another program is changing the file"));
+  if (lock.state() == FileLock::State::Impossible)
+    fail(path_, QStringLiteral("the file cannot be changed, for no lock can be made beside it"));
+  IniFile now(path_, section_);
+  changes(now);
+  now.write();
+  *this = now;
+}
+
+void IniFile::write() const {
   QSaveFile file(path_);
   if (!file.open(QIODevice::WriteOnly)) fail(path_, file.errorString());
   const QByteArray bytes = (lines_.join(u'\n') + u'\n').toUtf8();
-  if (file.write(bytes) != bytes.size() || !file.commit()) fail(path_, file.errorString());
+  if (file.write(bytes) != bytes.size() || !commitWhole(file)) fail(path_, file.errorString());
 }
 
 }  // namespace lens

@@ -1,11 +1,13 @@
 // A small text file of "name=value" lines under one "[Section]" head, such as notes.ini.
 //
 // Lines that are not understood, comments and other sections stay as they are when it is written.
-// Names match without regard to case.
+// Names match without regard to case. It is read once; a change is made to what is in the file by then, so
+// that several programs may change their entries of one file.
 #pragma once
 
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 namespace lens {
 
@@ -19,12 +21,15 @@ class IniFile {
   // "" when there is no such entry.
   QString value(QStringView name) const;
   bool has(QStringView name) const { return find(name) >= 0; }
-  // Line ends inside the value become blanks.
+
+  // Reads the file again, lets the changes be made, and writes it aside and renames it, so that a failure
+  // leaves the old file. Other programs wait meanwhile. Raises 75, and then nothing is changed here either.
+  void change(const std::function<void(IniFile&)>& changes);
+  // For change() only. Line ends inside the value become blanks.
   void setValue(const QString& name, const QString& value);
-  // Writes aside and renames, so that a failure leaves the old file. Raises 75.
-  void save();
 
  private:
+  void write() const;
   qsizetype find(QStringView name) const;
   qsizetype sectionEnd();
 

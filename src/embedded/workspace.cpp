@@ -4,7 +4,6 @@
 #include <QDirIterator>
 #include <QFileInfo>
 #include <algorithm>
-#include <filesystem>
 
 #include "notes/abbreviate_name.h"
 
@@ -75,24 +74,8 @@ void checkInside(const QString& directory, const QString& file, const QString& p
     refusePath(path, QStringLiteral("the file lies outside the directory of databases"));
 }
 
-// A journal that is left beside another file of the same name would be played into it.
 bool sameName(const QString& a, const QString& b) {
   return a.compare(b, Qt::CaseInsensitive) == 0;
-}
-
-void removeJournals(const QString& file) {
-  for (const char* suffix : {"-wal", "-shm", "-journal"}) QFile::remove(file + QLatin1String(suffix));
-}
-
-// A database that another program has open is left alone; one that nobody can open any more is not.
-void removeOld(const QString& file) {
-  try {
-    Database::open(file)->removeFile();
-  } catch (const RuntimeError& error) {
-    if (error.number() != enginefault::Damaged) throw;
-    removeJournals(file);
-    QFile::remove(file);
-  }
 }
 
 }  // namespace
@@ -128,9 +111,11 @@ Workspace::Workspace(const QString& directory, const Regional& regional)
       regional_(regional),
       ini_(directory + QStringLiteral("/notes.ini"), QStringLiteral("Notes")) {
   if (!QFileInfo::exists(ini_.path())) {
-    ini_.setValue(QStringLiteral("Directory"), QStringLiteral("data"));
-    ini_.setValue(QStringLiteral("UserName"), kDefaultUser);
-    ini_.save();
+    ini_.change([](IniFile& ini) {
+      // Another program may be making the same workspace.
+      if (!ini.has(u"Directory")) ini.setValue(QStringLiteral("Directory"), QStringLiteral("data"));
+      if (!ini.has(u"UserName")) ini.setValue(QStringLiteral("UserName"), kDefaultUser);
+    });
   }
   const QString data = ini_.value(u"Directory");
   dataDirectory_ =
@@ -149,8 +134,7 @@ QString Workspace::programDirectory() const {
 }
 
 void Workspace::setIniValue(const QString& name, const QString& value) {
-  ini_.setValue(name, value);
-  ini_.save();
+  ini_.change([&](IniFile& ini) { ini.setValue(name, value); });
 }
 
 void Workspace::readServers() {
@@ -178,8 +162,7 @@ void Workspace::addServer(const QString& canonicalName) {
   for (int i = 2; QFileInfo::exists(path); ++i) path = base + QString::number(i);
   makeDirectory(path);
   IniFile ini(path + QStringLiteral("/server.ini"), QStringLiteral("Server"));
-  ini.setValue(QStringLiteral("Name"), canonicalName);
-  ini.save();
+  ini.change([&](IniFile& file) { file.setValue(QStringLiteral("Name"), canonicalName); });
   readServers();
 }
 
@@ -252,36 +235,6 @@ std::shared_ptr<Database> Workspace::database(const QString& server, const QStri
   std::shared_ptr<Database> opened = Database::open(file);
   open_.insert(file, opened);
   return opened;
-}
-
-std::shared_ptr<Database> Workspace::createDatabase(const QString& server, const QString& path,
-                                                    const DatabaseInfo& info, bool replace) {
-  const QString file = absolutePath(place(server, path));
-  makeDirectory(QFileInfo(file).path());
-  if (QFileInfo::exists(file)) {
-    if (!replace) fail(workspacefault::FileExists, file, QStringLiteral("File already exists"));
-    if (!Database::looksLikeDatabase(file))
-      fail(enginefault::NotADatabase, file, QStringLiteral("the file is no database and is not replaced"));
-    if (open_.value(file).lock())
-      fail(workspacefault::InUse, file, QStringLiteral("the database is open and is not replaced"));
-    const QString fresh = file + QStringLiteral(".new");
-    QFile::remove(fresh);
-    removeJournals(fresh);
-    Database::create(fresh, info);  // closed at once, so that nothing stays in its journal
-    try {
-      removeOld(file);
-      std::error_code error;
-      std::filesystem::rename(fresh.toStdU16String(), file.toStdU16String(), error);
-      if (error) fail(workspacefault::InUse, file, QString::fromStdString(error.message()));
-    } catch (const RuntimeError&) {
-      QFile::remove(fresh);
-      throw;
-    }
-    return database(server, path);
-  }
-  std::shared_ptr<Database> created = Database::create(file, info);
-  open_.insert(file, created);
-  return created;
 }
 
 }  // namespace lens

@@ -83,7 +83,11 @@ class Workspace {
 
   // The databases of a server with that replica ID, in order of their paths. Raises UnknownServer.
   QVector<DatabasePlace> replicas(const QString& server, const QString& replicaId) const;
+  // A copy under a replica ID of its own (store/database_copy.h), and the folders that lead to it. A failure
+  // leaves none.
+  void copyDatabase(const DatabasePlace& from, const DatabasePlace& to);
   // Makes a replica, and the folders that lead to it. Raises when there is a file; a failure leaves none.
+  // Raises NotesLeftOut behind the finished replica when damaged notes could not go along.
   DatabasePlace createReplica(Database& source, const QString& server, const QString& path);
   // Deletes a database with its journals. Everything in this process that holds it raises from then on, and
   // the client closes it. Raises when it is in use by another process, and then leaves it alone.

@@ -1,11 +1,80 @@
 // Databases as a whole: their properties, their replicas, their end; and which of them are address books.
-#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
+#include "embedded/made_folders.h"
 #include "embedded/replication/replication.h"
+#include "embedded/store/aside_file.h"
+#include "embedded/store/database_copy.h"
 #include "embedded/workspace.h"
 
 namespace lens {
+namespace {
+
+[[noreturn]] void fail(int number, const QString& what, const QString& reason) {
+  throw RuntimeError(number, QStringLiteral("%1: %2").arg(what, reason));
+}
+
+// What makes a new file and leaves nothing of it on failure, its folders included.
+template <class Make>
+auto withFolders(const QString& file, const Make& make) {
+  const QString folder = QFileInfo(file).path();
+  MadeFolders folders(folder);
+  if (!folders.areReady())
+    fail(workspacefault::CannotOpen, folder, QStringLiteral("the directory cannot be made"));
+  auto made = make();
+  folders.keep();
+  return made;
+}
+
+// A database that another program has open is left alone; one that nobody can open any more is not. A
+// journal that stayed beside another file of the same name would be played into it.
+void removeOld(const QString& file) {
+  try {
+    Database::open(file)->removeFile();
+  } catch (const RuntimeError& error) {
+    if (error.number() != enginefault::Damaged) throw;
+    for (const char* suffix : {"-wal", "-shm", "-journal", ""}) QFile::remove(file + QLatin1String(suffix));
+  }
+}
+
+std::shared_ptr<Database> replaceDatabase(const QString& file, const DatabaseInfo& info) {
+  if (!Database::looksLikeDatabase(file))
+    fail(enginefault::NotADatabase, file, QStringLiteral("the file is no database and is not replaced"));
+  AsideFile fresh(file, AsideFile::Old::Replace);
+  Database::create(fresh.path(), info);  // closed at once, so that nothing stays in its journal
+  fresh.requireWhole();
+  removeOld(file);
+  fresh.putInPlace();
+  return Database::open(file);
+}
+
+}  // namespace
+
+std::shared_ptr<Database> Workspace::createDatabase(const QString& server, const QString& path,
+                                                    const DatabaseInfo& info, bool replace) {
+  const QString file = absolutePath(place(server, path));
+  const auto created = withFolders(file, [&] {
+    if (!QFileInfo::exists(file)) return Database::create(file, info);
+    if (!replace) fail(workspacefault::FileExists, file, QStringLiteral("File already exists"));
+    if (open_.value(file).lock())
+      fail(workspacefault::InUse, file, QStringLiteral("the database is open and is not replaced"));
+    return replaceDatabase(file, info);
+  });
+  open_.insert(file, created);
+  client_.changeDatabases();
+  return created;
+}
+
+void Workspace::copyDatabase(const DatabasePlace& from, const DatabasePlace& to) {
+  const std::shared_ptr<Database> source = database(from.server, from.path);
+  const QString file = absolutePath(to);
+  withFolders(file, [&] {
+    lens::copyDatabase(*source, file);
+    return true;
+  });
+  client_.changeDatabases();
+}
 
 DatabaseInfo Workspace::infoOf(const DatabasePlace& place) const {
   try {
@@ -28,14 +97,10 @@ QVector<DatabasePlace> Workspace::replicas(const QString& server, const QString&
 DatabasePlace Workspace::createReplica(Database& source, const QString& server, const QString& path) {
   const DatabasePlace target = place(server, path);
   const QString file = absolutePath(target);
-  if (QFileInfo::exists(file))
-    throw RuntimeError(workspacefault::FileExists, QStringLiteral("%1: File already exists").arg(file));
-  const QString folder = QFileInfo(file).path();
-  if (!QDir().mkpath(folder))
-    throw RuntimeError(workspacefault::CannotOpen,
-                       QStringLiteral("%1: the directory cannot be made").arg(folder));
-  lens::createReplica(source, file);
+  if (QFileInfo::exists(file)) fail(workspacefault::FileExists, file, QStringLiteral("File already exists"));
+  const ReplicationReport report = withFolders(file, [&] { return lens::createReplica(source, file); });
   client_.changeDatabases();
+  requireNothingLeftOut(file, report.leftOut);
   return target;
 }
 

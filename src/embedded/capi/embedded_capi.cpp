@@ -1,10 +1,11 @@
 #include "embedded/capi/embedded_capi.h"
 
-#include "embedded/console/console.h"
-
 #include <algorithm>
 
 #include "embedded/capi/call_support.h"
+#include "embedded/console/console.h"
+#include "embedded/formula_world/note_document.h"
+#include "embedded/store/packed_note.h"
 #include "embedded/views/design_notes.h"
 #include "notes/code_page.h"
 
@@ -33,11 +34,19 @@ Status whyMissing(const Database& store, quint32 noteId) {
   }
 }
 
+// A response tells its parent in its header, or else in an item that has to be looked for in all documents.
 bool hasResponses(const Database& store, quint32 noteId) {
   const QVector<NoteSummary> notes = store.list(noteclass::Document);
   const auto note = std::find_if(notes.begin(), notes.end(), [&](const auto& n) { return n.id == noteId; });
-  return note != notes.end() &&
-         std::any_of(notes.begin(), notes.end(), [&](const auto& n) { return n.parent == note->unid; });
+  if (note == notes.end()) return false;
+  const Unid unid = note->unid;
+  if (std::any_of(notes.begin(), notes.end(), [&](const auto& n) { return n.parent == unid; })) return true;
+  bool found = false;
+  store.scanPacked(noteclass::Document, [&](const PackedNote& other) {
+    found = other.items.find(u"$REF") >= 0 && parentOf(other.unpack()) == unid;
+    return !found;
+  });
+  return found;
 }
 
 }  // namespace
@@ -48,12 +57,23 @@ EmbeddedCApi::EmbeddedCApi(std::shared_ptr<Workspace> workspace)
 EmbeddedCApi::~EmbeddedCApi() = default;
 
 Status EmbeddedCApi::NotesInitExtended(int, const QByteArray&) {
-  ++inits_;
+  routines_.emplace_back();
+  memory_.setLevel(int(routines_.size()));
   return status::Ok;
 }
 
 void EmbeddedCApi::NotesTerm() {
-  if (inits_ > 0 && --inits_ == 0) closeAll();
+  if (routines_.empty()) return;
+  const std::vector<quint32> opened = std::move(routines_.back());
+  routines_.pop_back();
+  if (routines_.empty()) closeAll();
+  // A handle tells its kind, so it is closed by the one call that knows it.
+  for (const quint32 handle : opened) {
+    closeNote(handle);
+    computations_.take(handle);
+    NSFDbClose(handle);
+  }
+  memory_.setLevel(int(routines_.size()));
 }
 
 void EmbeddedCApi::closeAll() {
@@ -70,7 +90,7 @@ Status EmbeddedCApi::NSFDbOpen(const QByteArray& path, DbHandle& db) {
     auto open = std::make_unique<OpenDb>();
     open->place = place;
     open->store = workspace_->database(place.server, place.path);
-    db = dbs_.add(std::move(open));
+    db = give(dbs_, std::move(open));
     return db ? status::Ok : status::NoMemory;
   });
 }
@@ -105,7 +125,7 @@ Status EmbeddedCApi::NSFNoteOpen(DbHandle db, qint32 noteId, quint16, NoteHandle
     if (!open->store->read(id, opened->note)) {
       return whyMissing(*open->store, id);
     }
-    note = notes_.add(std::move(opened));
+    note = give(notes_, std::move(opened));
     return note ? status::Ok : status::NoMemory;
   });
 }

@@ -1,14 +1,17 @@
 // The embedded side of the C API's door: the functions that the tool needs, on a workspace.
 //
 // Handles come from tables, so zero, stale and wrong ones give a status or nothing. Closing a
-// database closes its notes and frees the memory of their items; the last NotesTerm closes and frees
-// everything. Calls work without NotesInitExtended too, and a NotesTerm too many does no harm.
+// database closes its notes and frees the memory of their items. NotesTerm closes and frees what was opened
+// since its NotesInitExtended, so that a routine which failed on its way to its NotesTerm does not keep the
+// handles of all later ones open; the last NotesTerm closes everything. Calls work without NotesInitExtended
+// too, and a NotesTerm too many does no harm.
 //
 // Texts that memory of the library holds are LMBCS: lists, and what a console replies.
 #pragma once
 
 #include <QHash>
 #include <memory>
+#include <vector>
 
 #include "embedded/capi/handle_table.h"
 #include "embedded/capi/memory_pool.h"
@@ -89,11 +92,18 @@ class EmbeddedCApi : public CApi {
   };
   void closeNote(NoteHandle handle);
   void closeAll();
+  // A new handle, which belongs to the innermost routine.
+  template <class Table, class Thing>
+  quint32 give(Table& table, std::unique_ptr<Thing> thing) {
+    const quint32 handle = table.add(std::move(thing));
+    if (!routines_.empty()) routines_.back().push_back(handle);
+    return handle;
+  }
   qsizetype offsetOfEntry(const char* lengths, quint32 entries, quint16 index);
   formula::Outcome evaluate(formula::Evaluation& evaluation, OpenNote* note);
 
   std::shared_ptr<Workspace> workspace_;
-  int inits_ = 0;
+  std::vector<std::vector<quint32>> routines_;  // between their init and their term: what they opened
   HandleTable<OpenDb> dbs_{1};
   HandleTable<OpenNote> notes_{2};
   HandleTable<formula::Evaluation> computations_{3};

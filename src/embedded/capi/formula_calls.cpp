@@ -60,7 +60,7 @@ Status EmbeddedCApi::NSFComputeStart(quint16, const char* formula, MemHandle& co
   if (!readSourceFormula(bytes, source)) return status::BadHandle;
   const formula::Compiled compiled = formula::compile(source, {&environment_});
   if (!compiled) return compiled.error.reason;
-  compute = computations_.add(std::make_unique<formula::Evaluation>(compiled.formula, environment_));
+  compute = give(computations_, std::make_unique<formula::Evaluation>(compiled.formula, environment_));
   return compute ? status::Ok : status::NoMemory;
 }
 

@@ -1,5 +1,7 @@
 #include "embedded/capi/memory_pool.h"
 
+#include <QVector>
+
 #include "embedded/capi/status.h"
 
 namespace lens {
@@ -21,6 +23,7 @@ MemHandle MemoryPool::add(QByteArrayView bytes, bool owned) {
   block.bytes.append(bytes.data(), bytes.size());
   block.bytes.append(padding, '\0');
   block.owned = owned;
+  block.level = level_;
   byAddress_.emplace(block.bytes.constData(), last_);
   blocks_.insert(last_, std::move(block));
   ++changes_;
@@ -39,6 +42,16 @@ void MemoryPool::clear() {
   blocks_.clear();
   byAddress_.clear();
   ++changes_;
+}
+
+void MemoryPool::setLevel(int level) {
+  if (level < level_) {
+    QVector<MemHandle> deeper;
+    for (auto block = blocks_.cbegin(); block != blocks_.cend(); ++block)
+      if (!block->owned && block->level > level) deeper.push_back(block.key());
+    for (const MemHandle handle : std::as_const(deeper)) drop(handle);
+  }
+  level_ = level;
 }
 
 const char* MemoryPool::lock(MemHandle handle) {

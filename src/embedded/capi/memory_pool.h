@@ -28,6 +28,8 @@ class MemoryPool {
   // Frees whatever it is, for the owner.
   void drop(MemHandle handle);
   void clear();
+  // How deep routines are nested that use the memory. What callers got on a deeper level goes.
+  void setLevel(int level);
   qsizetype count() const { return blocks_.size(); }
 
   // Bytes that may be read from the address on, padding included; -1 when it is in no block.
@@ -40,6 +42,7 @@ class MemoryPool {
     QByteArray bytes;
     int locks = 0;
     bool owned = false;
+    int level = 0;
   };
   MemHandle add(QByteArrayView bytes, bool owned);
 
@@ -47,6 +50,7 @@ class MemoryPool {
   std::map<const char*, MemHandle, std::less<const char*>> byAddress_;
   quint64 changes_ = 0;
   MemHandle last_ = 0;
+  int level_ = 0;
 };
 
 }  // namespace lens

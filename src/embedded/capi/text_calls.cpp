@@ -105,7 +105,10 @@ quint16 EmbeddedCApi::OSTranslate(quint16 mode, const QByteArray& source, quint1
 }
 
 quint16 EmbeddedCApi::OSLoadString(int, Status status, QByteArray& buffer, quint16 limit) {
-  return put(toLmbcs(statusText(status)), buffer, limit - 1);
+  const quint16 length = put(toLmbcs(statusText(status)), buffer, limit - 1);
+  // Callers read up to the NUL, whatever their buffer held before.
+  if (length < limit && length < buffer.size()) buffer[length] = '\0';
+  return length;
 }
 
 }  // namespace lens

@@ -104,7 +104,11 @@ QString runConsoleCommand(Workspace& workspace, const QString& server, const QSt
 QByteArray consoleReply(const QString& text) {
   constexpr qsizetype kRoomForTheEnd = 64;
   const QString parting = QStringLiteral("\r\n");
-  const QStringList lines = text.split(parting);
+  QStringList lines = text.split(parting);
+  // A reply says something in any case. No character takes more than three bytes.
+  constexpr qsizetype kLongestLine = (kLongestReply - kRoomForTheEnd) / 3 - 8;
+  if (lines.first().size() > kLongestLine)
+    lines.first() = lines.first().left(kLongestLine) + QStringLiteral("...");
   QByteArray reply(" ");
   for (qsizetype i = 0; i < lines.size(); ++i) {
     const QByteArray line = toLmbcs(i == 0 ? lines[i] : parting + lines[i]);

@@ -21,7 +21,8 @@ inline constexpr qsizetype kLongestReply = 0x4000;
 // "" when there is nothing to reply to.
 QString runConsoleCommand(Workspace& workspace, const QString& server, const QString& command);
 
-// A reply as memory of the C API: one blank, the text in the stored character set, a NUL.
+// A reply as memory of the C API: one blank, which readers skip, the text in the stored character set, a NUL.
+// A first line that is too long for a reply is cut, so that there is always something to read.
 QByteArray consoleReply(const QString& text);
 
 }  // namespace lens

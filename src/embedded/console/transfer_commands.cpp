@@ -1,10 +1,6 @@
 // Commands that bring data from one database to another: dbcopy, replicate.
-#include <QDir>
-#include <QFileInfo>
-
 #include "embedded/console/console_call.h"
 #include "embedded/replication/replication.h"
-#include "embedded/store/database_copy.h"
 
 namespace lens {
 namespace {
@@ -57,11 +53,7 @@ Lines copyCommand(const ConsoleCall& call) {
   if (call.words.size() != 2) return {QStringLiteral("Dbcopy needs two names: the database and its copy")};
   const DatabasePlace from = call.workspace.place(call.server, call.words[0]);
   const DatabasePlace to = call.workspace.place(call.server, call.words[1]);
-  const std::shared_ptr<Database> source = call.workspace.database(from.server, from.path);
-  const QString target = call.workspace.absolutePath(to);
-  if (!QDir().mkpath(QFileInfo(target).path()))
-    throw RuntimeError(err::PathFileAccess, QStringLiteral("%1: the directory cannot be made").arg(target));
-  copyDatabase(*source, target);
+  call.workspace.copyDatabase(from, to);
   return {QStringLiteral("Dbcopy: %1 was copied to %2").arg(from.path, to.path)};
 }
 

@@ -3,15 +3,6 @@
 #include "embedded/replication/replication.h"
 
 namespace lens {
-namespace {
-
-[[noreturn]] void leftOut(const Database& store, const QStringList& notes) {
-  throw RuntimeError(replicationfault::NotesLeftOut,
-                     QStringLiteral("%1: everything was replicated but %2 damaged notes (%3)")
-                         .arg(store.path(), QString::number(notes.size()), notes.first()));
-}
-
-}  // namespace
 
 Value NotesDatabase::createReplica(const Arguments& arguments) {
   Workspace& workspace = *database_->context->workspace;
@@ -42,7 +33,7 @@ Value NotesDatabase::replicate(const Arguments& arguments) {
   }
   workspace.notifyChanged(database_->place);
   if (failure) throw *failure;
-  if (!damaged.isEmpty()) leftOut(here, damaged);
+  requireNothingLeftOut(here.path(), damaged);
   return true;
 }
 

@@ -1,7 +1,8 @@
 // What an open document does to its database.
-#include <algorithm>
+#include <utility>
 
 #include "embedded/model/open_note.h"
+#include "embedded/replication/conflict.h"
 
 namespace lens {
 namespace {
@@ -35,21 +36,12 @@ bool changedSince(const Database& store, const NoteHeader& header) {
                          .arg(store.path(), QString::number(header.id, 16).toUpper()));
 }
 
-void setItem(Note& note, const QString& name, QByteArray value) {
-  if (Item* const present = note.find(name))
-    present->value = std::move(value);
-  else
-    note.add(name, itemflag::Summary, std::move(value));
-}
-
 // A new note that answers the one it came from.
 void makeConflict(Note& note) {
-  NoteHeader header;
-  header.noteClass = note.header.noteClass;
-  header.parent = note.header.unid;
-  note.header = header;
-  setItem(note, QStringLiteral("$REF"), noteRefsValue({header.parent.text()}));
-  setItem(note, QStringLiteral("$Conflict"), textValue(u""));
+  NoteHeader fresh;
+  fresh.noteClass = note.header.noteClass;
+  const Unid staying = std::exchange(note.header, fresh).unid;
+  answerAsConflict(note, staying);
 }
 
 }  // namespace

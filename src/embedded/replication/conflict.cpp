@@ -20,6 +20,14 @@ Unid conflictUnid(const VersionStamp& stamp, const TimeDate& time) {
   return Unid::fromBytes(bytes);
 }
 
+// The first item of that name, or a new one at the end.
+void setItem(Note& note, const QString& name, QByteArray value) {
+  if (Item* const present = note.find(name))
+    present->value = std::move(value);
+  else
+    note.add(name, itemflag::Summary, std::move(value));
+}
+
 }  // namespace
 
 bool outranks(const NoteVersion& a, const NoteVersion& b) {
@@ -34,16 +42,17 @@ bool leavesConflict(const Note& note) {
   return noteclass::base(note.header.noteClass) == noteclass::Document && !isProfile(note);
 }
 
+void answerAsConflict(Note& note, const Unid& staying) {
+  note.header.parent = staying;
+  setItem(note, QStringLiteral("$REF"), noteRefsValue({staying.text()}));
+  setItem(note, QStringLiteral("$Conflict"), textValue(u""));
+}
+
 Note conflictDocument(const Note& loser, const VersionStamp& stamp) {
   Note conflict = loser;
   conflict.header.id = 0;
   conflict.header.unid = conflictUnid(stamp, loser.header.sequenceTime);
-  conflict.header.parent = loser.header.unid;
-  conflict.items.removeIf([](const Item& item) {
-    return sameItemName(item.name, u"$REF") || sameItemName(item.name, u"$Conflict");
-  });
-  conflict.add(QStringLiteral("$REF"), itemflag::Summary, noteRefsValue({loser.header.unid.text()}));
-  conflict.add(QStringLiteral("$Conflict"), itemflag::Summary, textValue(u""));
+  answerAsConflict(conflict, loser.header.unid);
   return conflict;
 }
 

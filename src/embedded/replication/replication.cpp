@@ -1,10 +1,7 @@
 #include "embedded/replication/replication.h"
 
-#include <QFileInfo>
-#include <QLockFile>
-
 #include "embedded/replication/replicator.h"
-#include "embedded/store/database_file.h"
+#include "embedded/store/aside_file.h"
 
 namespace lens {
 
@@ -20,30 +17,22 @@ ReplicationReport replicate(Database& here, Database& there) {
   return Replicator(here, there).run();
 }
 
-void createReplica(Database& source, const QString& path) {
-  if (QFileInfo::exists(path))
-    throw RuntimeError(58, QStringLiteral("%1: the file exists already").arg(path));
-  // Two processes that make the same replica would write one into the other.
-  QLockFile lock(path + QStringLiteral(".lock"));
-  lock.setStaleLockTime(0);
-  if (!lock.tryLock())
-    throw RuntimeError(err::PathFileAccess, QStringLiteral("%1: the file cannot be created").arg(path));
-  const QString aside = path + QStringLiteral(".replica");
-  removeAside(aside);
-  try {
-    {
-      const auto replica = Database::create(aside, source.info());
-      replicate(source, *replica);
-    }
-    // What the disk had no room for is still in the journal.
-    if (QFileInfo(aside + QStringLiteral("-wal")).size() > 0)
-      throw RuntimeError(enginefault::NotSaved,
-                         QStringLiteral("%1: the replica could not be written to its end").arg(path));
-    putInPlace(aside, path);
-  } catch (...) {
-    removeAside(aside);
-    throw;
+ReplicationReport createReplica(Database& source, const QString& path) {
+  AsideFile file(path);
+  ReplicationReport report;
+  {
+    const auto replica = Database::create(file.path(), source.info());
+    report = replicate(source, *replica);
   }
+  file.putInPlace();
+  return report;
+}
+
+void requireNothingLeftOut(const QString& path, const QStringList& leftOut) {
+  if (leftOut.isEmpty()) return;
+  throw RuntimeError(replicationfault::NotesLeftOut,
+                     QStringLiteral("%1: everything was replicated but %2 damaged notes (%3)")
+                         .arg(path, QString::number(leftOut.size()), leftOut.first()));
 }
 
 }  // namespace lens

@@ -10,8 +10,10 @@
 // one is kept as a conflict document, a response of it with the item $Conflict. Its UNID follows from what
 // it keeps, so that replicas that settle the same conflict apart from each other make one document. Equal
 // contents are no conflict. Design notes and profiles leave no conflict document, for they are found by
-// their names. A database has one icon, one access list, one about and one using document and one profile
-// of a name: of two the one that would stay is kept, and the other one gets a stub.
+// their names. A database has one icon, one access list, one about document (store/single_notes.h) and one
+// profile of a name: of two the one that would stay is kept, and the other one gets a stub.
+//
+// What people put into folders and took out of them goes both ways too (views/folder_documents.h).
 //
 // Properties that are no notes (title, template names) stay what they are on each side.
 #pragma once
@@ -41,8 +43,12 @@ struct ReplicationReport {
 // all it has before that raises.
 ReplicationReport replicate(Database& here, Database& there);
 
-// Makes a new file with the same replica ID and all notes and stubs. It is written aside, so that a
-// failure leaves nothing. Raises 58 when there is a file at the path.
-void createReplica(Database& source, const QString& path);
+// Makes a new file with the same replica ID and all notes and stubs that can be read; the report tells what
+// was left out. It is written aside, so that a failure leaves nothing. Raises 58 when there is a file at the
+// path.
+ReplicationReport createReplica(Database& source, const QString& path);
+
+// Raises NotesLeftOut when notes were left out, for callers that take everything for granted otherwise.
+void requireNothingLeftOut(const QString& path, const QStringList& leftOut);
 
 }  // namespace lens

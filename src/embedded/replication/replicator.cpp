@@ -4,6 +4,8 @@
 #include "embedded/replication/note_transfer.h"
 #include "embedded/replication/version_walk.h"
 #include "embedded/store/packed_note.h"
+#include "embedded/store/single_notes.h"
+#include "embedded/views/folder_documents.h"
 
 namespace lens {
 namespace {
@@ -12,13 +14,6 @@ constexpr qsizetype kMostLeftOut = 1000;  // then it is no longer single notes t
 
 bool comesBefore(const Unid& a, const Unid& b) {
   return a.bytes() < b.bytes();
-}
-
-// A database has one of each at most.
-bool isSingle(quint16 noteClass) {
-  constexpr quint16 kSingle =
-      noteclass::Icon | noteclass::Acl | noteclass::Design | noteclass::About | noteclass::Using;
-  return noteclass::base(noteClass) & kSingle;
 }
 
 QString profileName(const Note& note) {
@@ -62,6 +57,7 @@ ReplicationReport Replicator::run() {
     throw;
   }
   batch_.commit();
+  shareFolders(here_.store, there_.store);
   if (!cannotWrite_.isEmpty())
     throw RuntimeError(
         enginefault::NotSaved,
@@ -165,7 +161,11 @@ bool Replicator::keepLoser(Side& winnerSide, const NoteVersion& winner, Side& lo
       originalStamp(conflict.header.unid, conflict.header.sequence, conflict.header.sequenceTime));
   for (Side* side : {&loserSide, &winnerSide}) {
     NoteVersion there;
-    if (!side->writable || side->store.findVersion(conflict.header.unid, there)) continue;
+    if (side->store.findVersion(conflict.header.unid, there)) continue;
+    if (!side->writable) {
+      cannotWrite_ = side->store.path();
+      continue;
+    }
     Note copy = conflict;
     bringObjects(copy, loserSide.store, side->store, nullptr);
     side->store.saveVersion(copy, lineage);
@@ -185,7 +185,7 @@ bool Replicator::makeRoom(Side& from, const NoteVersion& version, const Note& no
 }
 
 Unid Replicator::rivalOf(const Note& note, Side& side) {
-  if (isSingle(note.header.noteClass)) {
+  if (isSingleInstance(note.header.noteClass)) {
     for (const NoteSummary& summary : side.store.list(noteclass::base(note.header.noteClass)))
       if (summary.unid != note.header.unid) return summary.unid;
     return {};

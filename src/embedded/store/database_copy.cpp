@@ -1,13 +1,12 @@
 #include "embedded/store/database_copy.h"
 
-#include <QFileInfo>
-
+#include "embedded/store/aside_file.h"
 #include "embedded/store/database_file.h"
 
 namespace lens {
 namespace {
 
-void writeCopy(sqlite3* source, const QString& sourcePath, const QString& aside) {
+void writeCopy(sqlite3* source, const QString& sourcePath, const QString& aside, const QString& to) {
   sqlite3_stmt* statement = nullptr;
   const QByteArray target = aside.toUtf8();
   int status = sqlite3_prepare_v2(source, "VACUUM INTO ?", -1, &statement, nullptr);
@@ -17,8 +16,9 @@ void writeCopy(sqlite3* source, const QString& sourcePath, const QString& aside)
   const QString reason = QString::fromUtf8(sqlite3_errmsg(source));
   sqlite3_finalize(statement);
   if (status != SQLITE_DONE)
-    throw RuntimeError(enginefault::NotSaved,
-                       QStringLiteral("%1: the database cannot be copied (%2)").arg(sourcePath, reason));
+    throw RuntimeError(
+        enginefault::NotSaved,
+        QStringLiteral("%1: the database cannot be copied to %2 (%3)").arg(sourcePath, to, reason));
 }
 
 // The last write also brings what was copied onto the disk.
@@ -35,20 +35,10 @@ void giveReplicaId(const QString& aside) {
 }  // namespace
 
 void copyDatabase(const Database& from, const QString& to) {
-  const QFileInfo target(to);
-  if (target.exists()) throw RuntimeError(58, QStringLiteral("%1: the file exists already").arg(to));
-  if (!QFileInfo(target.absolutePath()).isDir())
-    throw RuntimeError(err::PathNotFound, QStringLiteral("%1: there is no such directory").arg(to));
-  const QString aside = to + QStringLiteral(".new");
-  removeAside(aside);
-  try {
-    writeCopy(from.handle(), from.path(), aside);
-    giveReplicaId(aside);
-    putInPlace(aside, to);
-  } catch (...) {
-    removeAside(aside);
-    throw;
-  }
+  AsideFile file(to);
+  writeCopy(from.handle(), from.path(), file.path(), to);
+  giveReplicaId(file.path());
+  file.putInPlace();
 }
 
 }  // namespace lens

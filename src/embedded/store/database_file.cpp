@@ -5,11 +5,7 @@
 #include <QMutex>
 #include <QtEndian>
 
-#ifdef Q_OS_UNIX
-#include <fcntl.h>
-#include <unistd.h>
-#endif
-
+#include "embedded/store/aside_file.h"
 #include "embedded/store/engine_fault.h"
 #include "embedded/store/sqlite_statement.h"
 #include "notes/runtime_error.h"
@@ -62,16 +58,6 @@ bool isOurs(const QByteArray& head) {
   static const QByteArray magic("SQLite format 3", 16);
   return head.size() == kHeadSize && head.startsWith(magic) &&
          qFromBigEndian<quint32>(head.constData() + kApplicationOffset) == kApplicationId;
-}
-
-// A renamed file is only safe once its directory is written too.
-void syncDirectory([[maybe_unused]] const QString& directory) {
-#ifdef Q_OS_UNIX
-  const int handle = ::open(QFile::encodeName(directory).constData(), O_RDONLY | O_DIRECTORY);
-  if (handle < 0) return;
-  ::fsync(handle);
-  ::close(handle);
-#endif
 }
 
 void writeSchema(const QString& aside) {
@@ -153,34 +139,10 @@ FileAccess accessTo(const QString& path) {
   return protectedFromAll || sealedDirectory ? FileAccess::Constant : FileAccess::ReadOnly;
 }
 
-void removeAside(const QString& aside) {
-  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) QFile::remove(aside + QLatin1String(suffix));
-}
-
-void putInPlace(const QString& aside, const QString& path) {
-  const QFileInfo file(path);
-  if (file.exists() || file.isSymLink())
-    throw RuntimeError(58, QStringLiteral("%1: the file exists already").arg(path));
-  if (!QFile::rename(aside, path))
-    throw RuntimeError(err::PathFileAccess, QStringLiteral("%1: the file cannot be created").arg(path));
-  syncDirectory(file.absolutePath());
-}
-
 void createDatabaseFile(const QString& path) {
-  const QFileInfo file(path);
-  if (file.exists() || file.isSymLink())
-    throw RuntimeError(58, QStringLiteral("%1: the file exists already").arg(path));
-  if (!QFileInfo(file.absolutePath()).isDir())
-    throw RuntimeError(err::PathNotFound, QStringLiteral("%1: there is no such directory").arg(path));
-  const QString aside = path + QStringLiteral(".new");
-  removeAside(aside);
-  try {
-    writeSchema(aside);
-    putInPlace(aside, path);
-  } catch (...) {
-    removeAside(aside);
-    throw;
-  }
+  AsideFile file(path);
+  writeSchema(file.path());
+  file.putInPlace();
 }
 
 }  // namespace lens

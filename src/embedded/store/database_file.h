@@ -26,13 +26,8 @@ FileAccess accessTo(const QString& path);
 // Gives a database of an older schema what it lacks.
 void bringUpToDate(const Connection& connection, FileAccess access);
 
-// What is being written beside its final name: moved there when it is whole, never over a file that is
-// there (58, 75), or removed with its journals.
-void putInPlace(const QString& aside, const QString& path);
-void removeAside(const QString& aside);
-
-// Writes an empty database aside and renames it; raises 58 when there is a file, 76 without a
-// directory. On failure nothing is left.
+// Writes an empty database aside (AsideFile); raises 58 when there is a file, 76 without a directory. On
+// failure nothing is left.
 void createDatabaseFile(const QString& path);
 
 // Replica IDs are times. This is now, or a little later where two are asked for within a hundredth of a

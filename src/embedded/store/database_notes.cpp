@@ -23,6 +23,19 @@ void fill(TimeDate& time, const TimeDate& with) {
       QStringLiteral("%1: note %2 is damaged (%3)").arg(path, QString::number(noteId, 16).toUpper(), fault));
 }
 
+// What cannot be packed is told with the file that it was meant for.
+QByteArray packedFor(const QString& path, const Note& note) {
+  try {
+    return packItems(note.items);
+  } catch (const RuntimeError& error) {
+    throw RuntimeError(error.number(), QStringLiteral("%1: note %2 was not saved (%3)")
+                                           .arg(path,
+                                                note.header.id ? QString::number(note.header.id, 16).toUpper()
+                                                               : QStringLiteral("(new)"),
+                                                error.description()));
+  }
+}
+
 // A new note gets what it lacks; its UNID tells when it was made.
 void completeNewHeader(NoteHeader& header) {
   const TimeDate now = timeDateNow();
@@ -271,7 +284,7 @@ bool Database::Impl::readIdentity(quint32 noteId, NoteHeader& header) {
 }
 
 void Database::save(Note& note) {
-  const QByteArray items = packItems(note.items);
+  const QByteArray items = packedFor(path_, note);
   NoteHeader header = note.header;
   Transaction transaction(*this);
   if (header.id == 0) {
@@ -295,7 +308,7 @@ void Database::save(Note& note) {
 }
 
 bool Database::saveAsGiven(Note& note) {
-  const QByteArray items = packItems(note.items);
+  const QByteArray items = packedFor(path_, note);
   NoteHeader header = note.header;
   if (header.unid.isNull()) header.unid = Unid::create();
   Transaction transaction(*this);

@@ -1,8 +1,9 @@
+#include <QFileDevice>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <limits>
 
 #include "embedded/store/database_impl.h"
+#include "embedded/store/save_file.h"
 
 namespace lens {
 namespace {
@@ -15,12 +16,18 @@ constexpr int kDeviceFault = 57;
       QStringLiteral("%1: attachment object %2 %3").arg(path, QString::number(objectId), fault));
 }
 
-void writeAll(QIODevice& target, QByteArrayView bytes) {
+// The file that a device stands for, or else the database that it is read for or written from.
+QString fileOf(const QIODevice& device, const QString& databasePath) {
+  const auto* file = qobject_cast<const QFileDevice*>(&device);
+  return file && !file->fileName().isEmpty() ? file->fileName() : databasePath;
+}
+
+void writeAll(QIODevice& target, QByteArrayView bytes, const QString& databasePath) {
   while (!bytes.isEmpty()) {
     const qint64 written = target.write(bytes.data(), bytes.size());
     if (written <= 0)
-      throw RuntimeError(kDeviceFault,
-                         QStringLiteral("The attachment cannot be written (%1)").arg(target.errorString()));
+      throw RuntimeError(kDeviceFault, QStringLiteral("%1: the attachment cannot be written (%2)")
+                                           .arg(fileOf(target, databasePath), target.errorString()));
     bytes = bytes.sliced(written);
   }
 }
@@ -94,8 +101,8 @@ Database::StoredObject Database::addObject(QIODevice& source) {
   for (;;) {
     const qint64 count = source.read(piece.data(), piece.size());
     if (count < 0)
-      throw RuntimeError(kDeviceFault,
-                         QStringLiteral("The file to attach cannot be read (%1)").arg(source.errorString()));
+      throw RuntimeError(kDeviceFault, QStringLiteral("%1: the file to attach cannot be read (%2)")
+                                           .arg(fileOf(source, path_), source.errorString()));
     if (count == 0) break;
     appendObject(id, QByteArrayView(piece).first(count));
   }
@@ -131,7 +138,7 @@ void Database::readObject(quint32 objectId, QIODevice& target) const {
     total += bytes.size();
     if (total > size) break;
     hash.addData(bytes);
-    writeAll(target, bytes);
+    writeAll(target, bytes, path_);
   }
   if (total != size || hash.result() != checksum)
     objectFault(path_, objectId, QStringLiteral("is damaged: its checksum does not hold"));
@@ -146,7 +153,7 @@ void Database::extractObject(quint32 objectId, const QString& filePath) const {
         QStringLiteral("%1: the file cannot be written (%2)").arg(filePath, file.errorString()));
   }
   readObject(objectId, file);
-  if (!file.commit())
+  if (!commitWhole(file))
     throw RuntimeError(
         err::PathFileAccess,
         QStringLiteral("%1: the file cannot be written (%2)").arg(filePath, file.errorString()));

@@ -3,6 +3,7 @@
 #include <QHash>
 
 #include "embedded/store/object_copy.h"
+#include "embedded/store/single_notes.h"
 
 namespace lens {
 namespace {
@@ -14,13 +15,27 @@ bool hasObject(const Item& item, const Database& database) {
   return ByteReader(item.data()).u16() == kFile || database.objectSize(objectOf(item)) >= 0;
 }
 
+QString singleName(quint16 noteClass) {
+  switch (noteClass) {
+    case noteclass::Icon:
+      return QStringLiteral("icon");
+    case noteclass::Acl:
+      return QStringLiteral("ACL");
+    case noteclass::About:
+      return QStringLiteral("About");
+    case noteclass::Design:
+      return QStringLiteral("design collection");
+    default:
+      return QStringLiteral("help index");
+  }
+}
+
 void requireRoomForSingle(const Note& note, const Database& target) {
   const quint16 noteClass = noteclass::base(note.header.noteClass);
-  if ((noteClass & (noteclass::Icon | noteclass::Acl)) == 0 || target.specialNote(noteClass) == 0) return;
-  throw RuntimeError(
-      kSecondSingleNote,
-      QStringLiteral("%1: the database has its %2 note already, a second one is not possible")
-          .arg(target.path(), noteClass & noteclass::Icon ? QStringLiteral("icon") : QStringLiteral("ACL")));
+  if (!isSingleInstance(noteClass) || target.specialNote(noteClass) == 0) return;
+  throw RuntimeError(kSecondSingleNote,
+                     QStringLiteral("%1: the database has its %2 note already, a second one is not possible")
+                         .arg(target.path(), singleName(noteClass)));
 }
 
 }  // namespace

@@ -9,8 +9,8 @@ namespace lens {
 inline constexpr int kSecondSingleNote = 4113;
 
 // Saves a copy as a new note with a new UNID and note ID; class, parent, items and their order stay. Its
-// attachments are copied piece by piece. All or nothing: a failure leaves the target as it was. A database
-// has one icon note and one ACL note, so a second one is refused.
+// attachments are copied piece by piece. All or nothing: a failure leaves the target as it was. A second
+// note of a class that a database has once only (icon, ACL, About, ...) is refused.
 Note copyNote(const Note& note, const Database& source, Database& target);
 
 }  // namespace lens

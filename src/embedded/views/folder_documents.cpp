@@ -1,22 +1,85 @@
 #include "embedded/views/folder_documents.h"
 
+#include <QDateTime>
+
 #include "embedded/store/sqlite_statement.h"
 #include "embedded/views/view_design.h"
 
 namespace lens {
 namespace {
 
+// The row without a document holds the highest change of its folder, which must not be given again when the
+// row that had it goes with its document.
 constexpr char kTable[] =
     "CREATE TABLE IF NOT EXISTS folder_document ("
     "  folder BLOB NOT NULL, document BLOB NOT NULL, change INTEGER NOT NULL, present INTEGER NOT NULL,"
-    "  PRIMARY KEY (folder, document)) WITHOUT ROWID;"
-    "CREATE INDEX IF NOT EXISTS folder_document_change ON folder_document (folder, change);";
+    "  time INTEGER NOT NULL DEFAULT 0, PRIMARY KEY (folder, document)) WITHOUT ROWID;"
+    "CREATE INDEX IF NOT EXISTS folder_document_change ON folder_document (folder, change);"
+    "CREATE INDEX IF NOT EXISTS folder_document_document ON folder_document (document);"
+    "CREATE TRIGGER IF NOT EXISTS folder_document_stub AFTER UPDATE OF state ON note WHEN new.state <> 0"
+    " BEGIN"
+    "  DELETE FROM folder_document WHERE folder = old.unid;"
+    "  DELETE FROM folder_document WHERE document = old.unid;"
+    " END;"
+    "CREATE TRIGGER IF NOT EXISTS folder_document_erased AFTER DELETE ON note BEGIN"
+    "  DELETE FROM folder_document WHERE folder = old.unid;"
+    "  DELETE FROM folder_document WHERE document = old.unid;"
+    " END;";
+
+bool hasColumn(const Database& database, const char* column) {
+  return sqlite3_table_column_metadata(database.handle(), "main", "folder_document", column, nullptr, nullptr,
+                                       nullptr, nullptr, nullptr) == SQLITE_OK;
+}
 
 // Databases in which nobody ever filled a folder lack the table.
 bool hasTable(const Database& database) {
-  return sqlite3_table_column_metadata(database.handle(), "main", "folder_document", nullptr, nullptr,
-                                       nullptr, nullptr, nullptr, nullptr) == SQLITE_OK;
+  return hasColumn(database, nullptr);
 }
+
+// In a transaction. A table of an earlier kind kept what belonged to deleted documents, and no times.
+void makeTable(const Database& database) {
+  if (hasTable(database) && !hasColumn(database, "time"))
+    database.connection().execute(
+        "ALTER TABLE folder_document ADD COLUMN time INTEGER NOT NULL DEFAULT 0;"
+        "INSERT INTO folder_document SELECT folder, x'', max(change), 0, 0 FROM folder_document"
+        " GROUP BY folder;"
+        "DELETE FROM folder_document WHERE document NOT IN (SELECT unid FROM note WHERE state = 0)",
+        enginefault::NotSaved);
+  database.connection().execute(kTable, enginefault::NotSaved);
+}
+
+// Writes what was done with documents in folders, in the order in which the index has to look at it.
+class Writer {
+ public:
+  explicit Writer(const Database& database) : connection_(database.connection()) {}
+
+  // At the same moment a document is rather in than out.
+  void put(QByteArrayView folder, QByteArrayView document, bool present, qint64 time) {
+    qint64 change = 1;
+    {
+      Statement::Run run(highest_, folder);
+      if (run.step()) change += run.integer(0);
+    }
+    Statement::Run(put_, folder, document, change, present ? 1 : 0, time).step();
+    if (sqlite3_changes(connection_.handle()) > 0) Statement::Run(keep_, folder, change).step();
+  }
+
+ private:
+  const Connection& connection_;
+  Statement highest_{connection_, "SELECT max(change) FROM folder_document WHERE folder = ?",
+                     enginefault::NotSaved};
+  Statement put_{connection_,
+                 "INSERT INTO folder_document (folder, document, change, present, time)"
+                 " VALUES (?1, ?2, ?3, ?4, ?5) ON CONFLICT (folder, document) DO UPDATE SET"
+                 " change = excluded.change, present = excluded.present, time = excluded.time"
+                 " WHERE (excluded.time, excluded.present) > (folder_document.time, folder_document.present)",
+                 enginefault::NotSaved};
+  Statement keep_{connection_,
+                  "INSERT INTO folder_document (folder, document, change, present, time)"
+                  " VALUES (?1, x'', ?2, 0, 0) ON CONFLICT (folder, document) DO UPDATE SET"
+                  " change = excluded.change",
+                  enginefault::NotSaved};
+};
 
 QVector<quint32> noteIds(Statement::Run& run) {
   QVector<quint32> ids;
@@ -42,30 +105,79 @@ void write(Database& database, quint32 folder, const QVector<quint32>& documents
            Missing missing) {
   Database::Transaction transaction(database);
   const QByteArray folderUnid = requireFolder(database, folder).bytes();
-  const Connection& connection = database.connection();
-  connection.execute(kTable, enginefault::NotSaved);
-  Statement find(connection, "SELECT unid FROM note WHERE id = ? AND state = 0", enginefault::NotSaved);
-  // What is so already keeps its change: nobody has to look at it again.
-  Statement put(connection,
-                "INSERT INTO folder_document SELECT ?1, ?2,"
-                " 1 + coalesce((SELECT max(change) FROM folder_document WHERE folder = ?1), 0), ?3 WHERE true"
-                " ON CONFLICT (folder, document) DO UPDATE SET change = excluded.change,"
-                " present = excluded.present WHERE present <> excluded.present",
-                enginefault::NotSaved);
+  makeTable(database);
+  Statement find(database.connection(),
+                 "SELECT unid, present, time FROM note LEFT JOIN folder_document ON folder = ?2 AND"
+                 " document = unid WHERE id = ?1 AND state = 0",
+                 enginefault::NotSaved);
+  Writer writer(database);
+  const qint64 now = QDateTime::currentMSecsSinceEpoch();
   for (const quint32 document : documents) {
-    Statement::Run run(find, document);
+    Statement::Run run(find, document, folderUnid);
     if (!run.step()) {
       if (missing == Missing::PassOver) continue;
       throw RuntimeError(enginefault::UnknownNote,
                          QStringLiteral("%1: there is no document %2 for the folder")
                              .arg(database.path(), QString::number(document, 16).toUpper()));
     }
-    Statement::Run(put, folderUnid, run.blob(0), present ? 1 : 0).step();
+    // What is so already stays as it is: nobody has to look at it again.
+    if (!run.isNull(1) ? (run.integer(1) != 0) == present : !present) continue;
+    writer.put(folderUnid, run.blob(0), present, std::max(now, run.integer(2) + 1));
   }
   transaction.commit();
 }
 
+struct Entry {
+  QByteArray folder, document;
+  bool present = false;
+  qint64 time = 0;
+};
+
+// Behind that place, in pieces: a folder may hold a whole database.
+QVector<Entry> entriesAfter(const Database& database, const Entry& place) {
+  Statement read(
+      database.connection(),
+      "SELECT folder, document, present, time FROM folder_document"
+      " WHERE (folder, document) > (?, ?) AND document <> x'' ORDER BY folder, document LIMIT 1000",
+      enginefault::CannotOpen);
+  QVector<Entry> entries;
+  Statement::Run run(read, place.folder, place.document);
+  while (run.step())
+    entries.push_back(
+        {run.blob(0).toByteArray(), run.blob(1).toByteArray(), run.integer(2) != 0, run.integer(3)});
+  return entries;
+}
+
+void take(Database& database, const QVector<Entry>& entries) {
+  Database::Transaction transaction(database);
+  makeTable(database);
+  Statement isThere(database.connection(), "SELECT 1 FROM note WHERE unid = ? AND state = 0",
+                    enginefault::NotSaved);
+  const auto live = [&](const QByteArray& unid) {
+    Statement::Run run(isThere, unid);
+    return run.step();
+  };
+  Writer writer(database);
+  for (const Entry& entry : entries)
+    if (live(entry.folder) && live(entry.document))
+      writer.put(entry.folder, entry.document, entry.present, entry.time);
+  transaction.commit();
+}
+
+void give(const Database& from, Database& to) {
+  if (!hasColumn(from, "time")) return;
+  for (QVector<Entry> entries = entriesAfter(from, {}); !entries.isEmpty();
+       entries = entriesAfter(from, entries.last()))
+    take(to, entries);
+}
+
 }  // namespace
+
+void shareFolders(Database& a, Database& b) {
+  if (!a.isWritable() || !b.isWritable()) return;
+  give(a, b);
+  give(b, a);
+}
 
 void addToFolder(Database& database, quint32 folder, const QVector<quint32>& documents) {
   write(database, folder, documents, true, Missing::Refuse);

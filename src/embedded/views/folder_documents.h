@@ -1,7 +1,9 @@
 // The documents that people put into folders.
 //
 // They are kept in a table of the database (folder_document) by UNID, so that a copy of the file has them
-// too; what was taken out stays written down as such. DXL knows nothing of it.
+// too; what was taken out stays written down as such. What belongs to a document goes with it, and so does
+// what belongs to a folder: a document that comes back is in no folder. Replicas tell each other
+// (shareFolders). DXL has no place for it, so an export leaves it out.
 #pragma once
 
 #include <QVector>
@@ -17,6 +19,10 @@ void addToFolder(Database& database, quint32 folder, const QVector<quint32>& doc
 void removeFromFolder(Database& database, quint32 folder, const QVector<quint32>& documents);
 
 inline constexpr int kNoFolder = 4119;
+
+// Two replicas: of what was done with a document in a folder, the later counts on both sides. Folders and
+// documents that only one side has are passed over; a side that can only be read gives and takes nothing.
+void shareFolders(Database& a, Database& b);
 
 // Number that grows with every change of what is in the folder; 0 for none yet.
 qint64 folderChange(const Database& database, const Unid& folder);

@@ -84,6 +84,18 @@ TEST_F(NoteDelete, ADocumentWithResponsesGoesWithoutAStubOnlyByForce) {
   EXPECT_EQ(remove(response.header.id, kForce), 0);
 }
 
+TEST_F(NoteDelete, AResponseMayTellItsParentInAnItem) {
+  const quint32 parent = plain(), other = plain();
+  Note main;
+  ASSERT_TRUE(t.store->read(parent, main));
+  const quint32 response =
+      t.add({{u"A"_s, textValue(u"answer")}, {u"$Ref"_s, noteRefsValue({main.header.unid.text()})}});
+  EXPECT_EQ(remove(parent, kNoStub), 0x02F0);
+  EXPECT_EQ(remove(other, kNoStub), 0);
+  EXPECT_EQ(remove(response, kNoStub), 0);
+  EXPECT_EQ(remove(parent, kNoStub), 0);
+}
+
 TEST_F(NoteDelete, ChangesNothingInAReadOnlyDatabase) {
   const QString file = t.workspace->dataDirectory() + u"/locked.nsf"_s;
   Note note = noteOf({{u"A"_s, textValue(u"x")}});

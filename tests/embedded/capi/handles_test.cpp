@@ -103,10 +103,10 @@ TEST_F(Handles, ClosingADatabaseClosesItsNotesAndFreesTheirItems) {
 }
 
 TEST_F(Handles, TheLastTermClosesEverythingAndSurplusTermsDoNoHarm) {
-  api.NotesInitExtended(0, "");
   const DbHandle db = open();
-  openNote(db);
+  api.NotesInitExtended(0, "");
   api.NotesTerm();
+  EXPECT_NE(openNote(db), 0u);
   EXPECT_GT(api.openHandles(), 0);
   api.NotesTerm();
   EXPECT_EQ(api.openHandles(), 0);
@@ -114,6 +114,54 @@ TEST_F(Handles, TheLastTermClosesEverythingAndSurplusTermsDoNoHarm) {
   api.NotesTerm();
   api.NotesInitExtended(0, "");
   EXPECT_NE(open(), 0u);
+}
+
+TEST_F(Handles, ARoutineThatNeverCameToItsTermKeepsNothingOfLaterOnesOpen) {
+  // The routine of the fixture fails: its term never comes.
+  const DbHandle failed = open();
+  const qsizetype left = api.openHandles();
+  const QByteArray source("A + 1");
+  for (int i = 0; i < 3; ++i) {
+    api.NotesInitExtended(0, "");
+    info(openNote(open()), "Subject");
+    MemHandle list = 0, code = 0, compute = 0;
+    EXPECT_EQ(api.NSGetServerList(0, list), 0);
+    Status error = 0;
+    quint16 size = 0, line = 0, column = 0, offset = 0, errorLength = 0;
+    EXPECT_EQ(api.NSFFormulaCompile(source, quint16(source.size()), code, size, error, line, column, offset,
+                                    errorLength),
+              0);
+    EXPECT_EQ(api.NSFComputeStart(0, api.OSLockObject(code), compute), 0);
+    EXPECT_GT(api.openHandles(), left + 4);
+    api.NotesTerm();
+    EXPECT_EQ(api.openHandles(), left);
+  }
+  EXPECT_NE(openNote(failed), 0u);
+}
+
+TEST_F(Handles, ItemsReadByARoutineInsideStayWithTheirNote) {
+  const NoteHandle note = openNote(open());
+  api.NotesInitExtended(0, "");
+  EXPECT_EQ(info(note, "Subject"), 0);
+  const MemHandle pool = value.pool;
+  api.NotesTerm();
+  EXPECT_NE(api.OSLockObject(pool), nullptr);
+  EXPECT_EQ(info(note, "Subject"), 0);
+  EXPECT_EQ(value.pool, pool);
+}
+
+TEST_F(Handles, NewDatabasesAreToldToTheClient) {
+  struct Listener : ClientListener {
+    int told = 0;
+    void refreshView() override {}
+    void documentClosed() override {}
+    void databaseClosed() override {}
+    void databasesChanged() override { ++told; }
+  } listener;
+  t.workspace->client().setListener(&listener);
+  EXPECT_EQ(api.NSFDbCreate("told.nsf", 0xFF03, 0), 0);
+  EXPECT_EQ(listener.told, 1);
+  t.workspace->client().setListener(nullptr);
 }
 
 TEST_F(Handles, NoteIdsTellWhyTheyLeadNowhere) {

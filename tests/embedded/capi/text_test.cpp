@@ -185,6 +185,19 @@ TEST_F(Text, EveryStatusHasItsTextWithAndWithoutMarks) {
   EXPECT_EQ(api.OSLoadString(0, 0x0222, buffer, 0), 0);
 }
 
+TEST_F(Text, ATextThatFillsItsBufferEndsThere) {
+  for (const quint16 limit : {20, 19, 5, 1}) {
+    QByteArray buffer(256, 'x');
+    const quint16 length = api.OSLoadString(0, 0x0222, buffer, limit);
+    EXPECT_EQ(length, limit - 1);
+    EXPECT_EQ(buffer[length], '\0') << limit;
+    EXPECT_EQ(buffer[length + 1], 'x') << limit;
+  }
+  QByteArray untouched(8, 'x');
+  api.OSLoadString(0, 0x0222, untouched, 0);
+  EXPECT_EQ(untouched, QByteArray(8, 'x'));
+}
+
 TEST_F(Text, EveryStatusOfTheEngineHasATextOfItsOwn) {
   struct Row {
     Status status;

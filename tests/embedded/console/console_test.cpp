@@ -157,6 +157,27 @@ TEST_F(Console, DbcopyMakesADatabaseOfItsOwn) {
   EXPECT_TRUE(says(u"dbcopy one"_s, u"needs two names"_s));
 }
 
+TEST_F(Console, DbcopyTellsTheClient) {
+  struct Listener : ClientListener {
+    int told = 0;
+    void refreshView() override {}
+    void documentClosed() override {}
+    void databaseClosed() override {}
+    void databasesChanged() override { ++told; }
+  } listener;
+  t.workspace->client().setListener(&listener);
+  run(u"dbcopy names.nsf copy.nsf"_s);
+  EXPECT_EQ(listener.told, 1);
+  run(u"dbcopy names.nsf copy.nsf"_s);
+  EXPECT_EQ(listener.told, 1);
+  t.workspace->client().setListener(nullptr);
+}
+
+TEST_F(Console, ACopyThatCannotBeMadeLeavesNoFolders) {
+  EXPECT_TRUE(says(u"dbcopy names.nsf new/er/%1.nsf"_s.arg(QString(300, u'n')), u"cannot be created"_s));
+  EXPECT_FALSE(QFile::exists(QFileInfo(pathOf(u"names.nsf"_s)).path() + u"/new"_s));
+}
+
 TEST_F(Console, TasksThatAreNotThereAreNotFound) {
   EXPECT_TRUE(says(u"load amgr"_s, u"Unable to find a task of this name: amgr"_s));
   EXPECT_TRUE(says(u"load"_s, u"needs the name"_s));
@@ -231,7 +252,14 @@ TEST(ConsoleReply, IsCutBetweenLinesAndSaysSo) {
   EXPECT_EQ(kept.last(), "More lines than a reply can hold: " + QByteArray::number(1001 - kept.size()));
   // The first two bytes of a reply stand for its length to some readers: never less than what is there.
   EXPECT_LE(cut.size(), quint8(cut[0]) | 'A' << 8);
-  EXPECT_LE(consoleReply(QString(40'000, u'x')).size(), kLongestReply);
+}
+
+TEST(ConsoleReply, AFirstLineThatIsTooLongIsCutAndTheOthersFollow) {
+  const QByteArray one = consoleReply(QString(40'000, u'x'));
+  EXPECT_TRUE(one.startsWith(" xxxxx") && one.endsWith(QByteArray("xx...\0", 6)));
+  EXPECT_LE(one.size(), kLongestReply);
+  EXPECT_TRUE(consoleReply(QString(40'000, u'x') + u"\r\nmore"_s).endsWith(QByteArray("...\r\nmore\0", 10)));
+  EXPECT_LE(consoleReply(QString(40'000, u'\u20AC')).size(), kLongestReply);
 }
 
 // Whatever is typed: a reply that begins with a letter, in lines of plain text, and no file outside.

@@ -15,11 +15,8 @@ int changesSeen = 0;
 int deathAt = kNever;
 int fullAt = kNever;
 
-// False when the disk is full. Everything that changes a file comes by here.
 bool mayChange() {
-  ++changesSeen;
-  if (changesSeen >= deathAt) _exit(kDied);
-  return changesSeen < fullAt;
+  return FaultyDisk::mayChange();
 }
 
 // A file of the real file system stands behind each of ours, in the same piece of memory.
@@ -147,6 +144,12 @@ void FaultyDisk::dieAt(int change) {
 }
 void FaultyDisk::fullFrom(int change) {
   set(kNever, change);
+}
+// Everything that changes a file comes by here.
+bool FaultyDisk::mayChange() {
+  ++changesSeen;
+  if (changesSeen >= deathAt) _exit(kDied);
+  return changesSeen < fullAt;
 }
 int FaultyDisk::changes() {
   return changesSeen;

@@ -1,8 +1,8 @@
-// A disk that fails, below SQLite: every change of a file is counted, and at a chosen one the process dies
-// or the disk is full. So a test can try each single moment of a piece of work, not only lucky ones.
+// A disk that fails, below SQLite and below whoever else writes or renames a file: every change of a file is
+// counted, and at a chosen one the process dies or the disk is full. So a test can try each single moment of
+// a piece of work, not only lucky ones.
 //
-// Works for the whole process and for databases that are opened afterwards. What the work writes past
-// SQLite (extracted files) is not counted.
+// Works for the whole process; for databases that are opened after the first of these calls.
 #pragma once
 
 namespace lens::testing {
@@ -17,6 +17,8 @@ class FaultyDisk {
   static void fullFrom(int change);
   // Changes since the last of these calls.
   static int changes();
+  // A change is about to be made: the process may end here. False when the disk is full.
+  static bool mayChange();
 };
 
 // Exit code of a process that the disk ended.

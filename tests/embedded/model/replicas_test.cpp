@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <QDir>
+
 #include "embedded/model/support/test_workspace.h"
 #include "embedded/replication/replication.h"
 
@@ -72,6 +74,29 @@ TEST_F(ReplicaMembers, AnExistingFileIsNeverOverwritten) {
   EXPECT_EQ(t.workspace->database(hub, u"mail.nsf"_s)->noteCount(0x7FFF), 0);
   EXPECT_EQ(raised([&] { t.mail().call(u"CREATEREPLICA"_s, u"Hub9/Acme"_s, u"x.nsf"_s); }),
             workspacefault::UnknownServer);
+}
+
+TEST_F(ReplicaMembers, ANoteThatCannotGoAlongIsToldBehindTheFinishedReplica) {
+  const quint32 damaged = t.add({{u"A"_s, textValue(u"x")}});
+  const QByteArray sql = "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(damaged);
+  ASSERT_EQ(sqlite3_exec(t.store->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+  Listener listener;
+  t.workspace->client().setListener(&listener);
+  EXPECT_EQ(raised([&] { t.mail().call(u"CreateReplica"_s, hub, u"copies/mail.nsf"_s); }),
+            replicationfault::NotesLeftOut);
+  t.workspace->client().setListener(nullptr);
+  EXPECT_EQ(listener.told, QStringList(u"changed"_s));
+  EXPECT_EQ(subject(replica()), u"One"_s);
+}
+
+TEST_F(ReplicaMembers, AReplicaThatCannotBeMadeLeavesNoFolders) {
+  const QString longName = QString(300, u'n') + u".nsf"_s;
+  ASSERT_TRUE(QDir().mkpath(t.workspace->dataDirectory() + u"/there"_s));
+  EXPECT_GT(raised([&] { t.mail().call(u"CREATEREPLICA"_s, u""_s, u"there/new/er/"_s + longName); }), 0);
+  EXPECT_TRUE(QDir(t.workspace->dataDirectory() + u"/there"_s).isEmpty());
+  EXPECT_TRUE(QFileInfo(t.workspace->dataDirectory() + u"/there"_s).isDir());
+  t.mail().call(u"CREATEREPLICA"_s, u""_s, u"there/new/er/mail.nsf"_s);
+  EXPECT_TRUE(QFile::exists(t.workspace->dataDirectory() + u"/there/new/er/mail.nsf"_s));
 }
 
 TEST_F(ReplicaMembers, ReplicationGoesBothWaysWithAllReplicasOfTheServer) {

@@ -88,6 +88,23 @@ TEST_F(Saving, AChangedDocumentCanBecomeAConflictThatAnswersTheOther) {
   EXPECT_EQ(t.store->noteCount(noteclass::Document), 2);
 }
 
+TEST_F(Saving, AConflictOfAnAnswerKeepsThePlacesOfItsItems) {
+  Note answer = stored(id);
+  answer.items.insert(0, {u"$Ref"_s, itemflag::Summary, noteRefsValue({Unid::create().text()})});
+  t.store->save(answer);
+  document = t.document(id);
+  const Object form = itemOf(document, u"Form"_s), other = t.document(id);
+  set(other, u"other"_s);
+  saveForced(other);
+  set(document, u"mine"_s);
+  document.call(u"SAVE"_s, false, true);
+  EXPECT_EQ(valueOf(document, u"$REF"_s), listOf({stored(id).header.unid.text()}));
+  EXPECT_EQ(form.get(u"Text"_s).text(), u"mine"_s);
+  const Note conflict = stored(document.get(u"NOTEID"_s).text().toUInt(nullptr, 16));
+  EXPECT_EQ(conflict.items.first().name, u"$Ref"_s);
+  EXPECT_EQ(conflict.items.last().name, u"$Conflict"_s);
+}
+
 TEST_F(Saving, ADeletedDocumentIsNotSaved) {
   t.store->remove(id);
   set(document, u"mine"_s);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "embedded/model/support/test_workspace.h"
 
@@ -76,6 +78,94 @@ TEST(Workspace, WritingAnEntryKeepsForeignLines) {
   workspace->setIniValue(u"Y"_s, u"3\n4"_s);
   EXPECT_EQ(contentOf(root.filePath(u"notes.ini"_s)),
             "; mine\n[Other]\nUserName=no\n[notes]\nusername=CN=A/O=B\nx=2\nY=3 4\n");
+}
+
+TEST(Workspace, TwoThatAreOpenKeepEachOthersEntries) {
+  QTemporaryDir root;
+  const auto first = Workspace::open(root.path(), german()), second = Workspace::open(root.path(), german());
+  first->setIniValue(u"$A"_s, u"1"_s);
+  second->setIniValue(u"$B"_s, u"2"_s);
+  EXPECT_EQ(second->iniValue(u"$A"), u"1"_s);
+  first->setIniValue(u"$C"_s, u"3"_s);
+  const auto third = Workspace::open(root.path(), german());
+  for (const auto& [name, value] : {std::pair(u"$A"_s, u"1"_s), {u"$B"_s, u"2"_s}, {u"$C"_s, u"3"_s}})
+    EXPECT_EQ(third->iniValue(name), value) << name.toStdString();
+}
+
+TEST(Workspace, TwoProcessesKeepEachOthersEntries) {
+  QTemporaryDir root;
+  Workspace::open(root.path(), german());
+  constexpr int kEntries = 40;
+  QVector<pid_t> children;
+  for (int process = 0; process < 2; ++process) {
+    children.push_back(fork());
+    if (children.back() != 0) continue;
+    try {
+      const auto workspace = Workspace::open(root.path(), german());
+      for (int i = 0; i < kEntries; ++i)
+        workspace->setIniValue(u"$%1_%2"_s.arg(process).arg(i), QString::number(i));
+    } catch (const RuntimeError&) {
+      _exit(1);
+    }
+    _exit(0);
+  }
+  for (const pid_t child : std::as_const(children)) {
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+  }
+  const auto workspace = Workspace::open(root.path(), german());
+  for (int process = 0; process < 2; ++process)
+    for (int i = 0; i < kEntries; ++i)
+      EXPECT_EQ(workspace->iniValue(u"$%1_%2"_s.arg(process).arg(i)), QString::number(i)) << process;
+  EXPECT_FALSE(QFile::exists(root.filePath(u"notes.ini.lock"_s)));
+}
+
+TEST(Workspace, AnEntryThatCannotBeWrittenIsNotThereEither) {
+  QTemporaryDir root;
+  const auto workspace = Workspace::open(root.path(), german());
+  const QByteArray before("[Notes]\nUserName=\xff\xfe\n");
+  write(root.filePath(u"notes.ini"_s), before);
+  QString why;
+  try {
+    workspace->setIniValue(u"$A"_s, u"1"_s);
+  } catch (const RuntimeError& error) {
+    why = error.description();
+    EXPECT_EQ(error.number(), err::PathFileAccess);
+  }
+  EXPECT_TRUE(why.contains(u"notes.ini"_s));
+  EXPECT_EQ(workspace->iniValue(u"$A"), QString());
+  EXPECT_EQ(contentOf(root.filePath(u"notes.ini"_s)), before);
+}
+
+TEST(Workspace, TellsTheClientOfEveryNewDatabase) {
+  struct Listener : ClientListener {
+    int told = 0;
+    void refreshView() override {}
+    void documentClosed() override {}
+    void databaseClosed() override {}
+    void databasesChanged() override { ++told; }
+  } listener;
+  TestWorkspace t;
+  t.workspace->client().setListener(&listener);
+  t.workspace->createDatabase({}, u"a.nsf"_s, {});
+  EXPECT_EQ(listener.told, 1);
+  t.workspace->createDatabase({}, u"a.nsf"_s, {}, true);
+  EXPECT_EQ(listener.told, 2);
+  t.workspace->copyDatabase({{}, u"a.nsf"_s}, {{}, u"b.nsf"_s});
+  EXPECT_EQ(listener.told, 3);
+  EXPECT_GT(raised([&] { t.workspace->createDatabase({}, u"a.nsf"_s, {}); }), 0);
+  EXPECT_EQ(listener.told, 3);
+  t.workspace->client().setListener(nullptr);
+}
+
+TEST(Workspace, AFailureLeavesNoFolders) {
+  TestWorkspace t;
+  const QString path = u"new/er/"_s + QString(300, u'n') + u".nsf"_s;
+  EXPECT_GT(raised([&] { t.workspace->createDatabase({}, path, {}); }), 0);
+  EXPECT_FALSE(QFile::exists(t.workspace->dataDirectory() + u"/new"_s));
+  EXPECT_GT(raised([&] { t.workspace->copyDatabase({{}, u"mail.nsf"_s}, {{}, path}); }), 0);
+  EXPECT_FALSE(QFile::exists(t.workspace->dataDirectory() + u"/new"_s));
 }
 
 TEST(Workspace, PathsTakeBothSeparatorsAndTheEndingMayLack) {

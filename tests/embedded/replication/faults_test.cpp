@@ -62,6 +62,30 @@ TEST_F(Faults, AConflictWithAReadOnlySideLosesNothing) {
   expectAlike();
 }
 
+TEST_F(Faults, AReadOnlySideWhoseVersionStaysIsNamedToo) {
+  edit(*a, unid, u"by a"_s);
+  edit(*b, unid, u"by b"_s);
+  edit(*b, unid, u"by b again"_s);
+  b.reset();
+  protect(u"b"_s);
+  b = Database::open(path(u"b"_s));
+  QString why;
+  // The conflict document has no place there.
+  EXPECT_EQ(errorNumber([&] { replicate(*a, *b); }, &why), enginefault::NotSaved);
+  EXPECT_TRUE(why.contains(path(u"b"_s))) << why.toStdString();
+  EXPECT_EQ(subject(*a, unid), u"by b again"_s);
+  EXPECT_EQ(conflictsIn(*a).size(), 1);
+}
+
+TEST_F(Faults, AReplicaTellsWhatCouldNotGoAlong) {
+  const Unid damaged = add(*a, u"damaged"_s);
+  Note note;
+  ASSERT_TRUE(a->read(damaged, note));
+  limitPages(*a, "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(note.header.id));
+  EXPECT_EQ(createReplica(*a, path(u"new"_s)).leftOut.size(), 1);
+  EXPECT_EQ(subject(*Database::open(path(u"new"_s)), unid), u"first"_s);
+}
+
 TEST_F(Faults, AFullDiskEndsTheRunAndTheNextOneGoesOn) {
   for (int i = 0; i < 60; ++i)
     attach(*a, add(*a, u"note %1"_s.arg(i)), QByteArray(20000, char('a' + i % 20)));

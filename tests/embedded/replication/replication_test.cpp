@@ -250,8 +250,9 @@ TEST_F(Pair, DesignNotesTravelAndLeaveNoConflict) {
   expectAlike();
 }
 
-TEST_F(Pair, ThereIsOneIconAndOneAccessList) {
-  for (const quint16 noteClass : {noteclass::Icon, noteclass::Acl}) {
+TEST_F(Pair, ThereIsOneIconAndOneAccessListAndOneOfOtherSingleNotes) {
+  for (const quint16 noteClass :
+       {noteclass::Icon, noteclass::Acl, noteclass::About, noteclass::Design, noteclass::HelpIndex}) {
     add(*a, u"a"_s, noteClass);
     const Unid stays = add(*b, u"b"_s, noteClass);
     edit(*b, stays, u"b, changed"_s);
@@ -262,6 +263,25 @@ TEST_F(Pair, ThereIsOneIconAndOneAccessList) {
       EXPECT_EQ(subject(*side, stays), u"b, changed"_s);
     }
   }
+  expectAlike();
+}
+
+TEST_F(Pair, AConflictDocumentKeepsThePlacesOfItsItemsAndAnswersTheOtherOne) {
+  Note note;
+  ASSERT_TRUE(a->read(unid, note));
+  note.items.insert(0, {u"$Ref"_s, itemflag::Summary, noteRefsValue({Unid::create().text()})});
+  a->save(note);
+  replicate(*a, *b);
+  edit(*a, unid, u"by a"_s);
+  edit(*b, unid, u"by b"_s);
+  edit(*b, unid, u"by b again"_s);
+  replicate(*a, *b);
+  const QVector<Note> conflicts = conflictsIn(*a);
+  ASSERT_EQ(conflicts.size(), 1);
+  QStringList names;
+  for (const Item& item : conflicts[0].items) names << item.name;
+  EXPECT_EQ(names.join(u' '), u"$Ref Subject $Conflict"_s);
+  EXPECT_EQ(itemValues(conflicts[0].items[0]).at(0).text(), unid.text());
   expectAlike();
 }
 

@@ -59,7 +59,8 @@ TEST_F(Copy, ReplacesNoFileAndLeavesNothingBehind) {
   QFile::remove(target());
   {
     Database::Transaction transaction(*database);
-    EXPECT_EQ(errorNumber([&] { copyDatabase(*database, target()); }), enginefault::NotSaved);
+    EXPECT_EQ(errorNumber([&] { copyDatabase(*database, target()); }, &description), enginefault::NotSaved);
+    EXPECT_TRUE(description.contains(path()) && description.contains(target())) << description.toStdString();
   }
   database.reset();
   EXPECT_EQ(files(), QStringList(QStringLiteral("letters.nsf")));

@@ -124,7 +124,23 @@ TEST_F(DatabaseObject, TargetThatFailsIsTold) {
   const auto object = stored(QByteArray(1000000, 'x'));
   FailingDevice sink(1000000);
   ASSERT_TRUE(sink.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-  EXPECT_EQ(errorNumber([&] { database->readObject(object.id, sink); }), 57);
+  QString why;
+  EXPECT_EQ(errorNumber([&] { database->readObject(object.id, sink); }, &why), 57);
+  EXPECT_TRUE(why.contains(path())) << why.toStdString();
+#ifdef Q_OS_LINUX
+  QFile full(QStringLiteral("/dev/full"));
+  ASSERT_TRUE(full.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+  EXPECT_EQ(errorNumber([&] { database->readObject(object.id, full); }, &why), 57);
+  EXPECT_TRUE(why.contains(full.fileName())) << why.toStdString();
+#endif
+}
+
+TEST_F(DatabaseObject, SourceThatFailsIsToldWithTheDatabase) {
+  FailingDevice source(1000000);
+  ASSERT_TRUE(source.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
+  QString why;
+  EXPECT_EQ(errorNumber([&] { database->addObject(source); }, &why), 57);
+  EXPECT_TRUE(why.contains(path())) << why.toStdString();
 }
 
 TEST_F(DatabaseObject, ObjectOfAnUndoneTransactionIsGone) {

@@ -305,6 +305,19 @@ TEST_F(StoreTest, FailedSaveInsideATransactionLeavesTheRest) {
   EXPECT_EQ(database->noteCount(0xFFFF), 1);
 }
 
+TEST_F(StoreTest, ItemsThatCannotBeStoredAreToldWithTheFileAndTheNote) {
+  Note note = noteWith(QStringLiteral("a"));
+  database->save(note);
+  note.add(QString(70'000, u'n'), 0, textValue(u"x"));
+  QString description;
+  EXPECT_EQ(errorNumber([&] { database->save(note); }, &description), enginefault::NotSaved);
+  EXPECT_TRUE(description.startsWith(path()) && description.contains(u"8FA")) << description.toStdString();
+  note.items.last() = {QStringLiteral("B"), 0, QByteArray("x")};
+  EXPECT_EQ(errorNumber([&] { database->saveAsGiven(note); }, &description), err::InvalidCall);
+  EXPECT_TRUE(description.startsWith(path()) && description.contains(u"\"B\"")) << description.toStdString();
+  EXPECT_EQ(subjectOf(note.header.id), QStringLiteral("a"));
+}
+
 TEST_F(StoreTest, DamagedNoteIsToldAndCanBeRemoved) {
   const quint32 id = saved(QStringLiteral("a")), whole = saved(QStringLiteral("b"));
   damage("UPDATE note SET items = x'544C49310100000000' WHERE id = 2298");

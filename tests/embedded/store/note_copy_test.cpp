@@ -134,8 +134,9 @@ TEST_F(NoteCopy, AMissingAttachmentIsAFailure) {
   EXPECT_TRUE(targetIsEmpty());
 }
 
-TEST_F(NoteCopy, ASecondIconOrAclNoteIsRefused) {
-  for (const quint16 noteClass : {noteclass::Icon, noteclass::Acl}) {
+TEST_F(NoteCopy, ASecondNoteOfAClassThatADatabaseHasOnceIsRefused) {
+  for (const quint16 noteClass :
+       {noteclass::Icon, noteclass::Acl, noteclass::About, noteclass::Design, noteclass::HelpIndex}) {
     Note note = noteWith(u"first"_s, noteClass);
     database->save(note);
     copyNote(note, *database, *target);

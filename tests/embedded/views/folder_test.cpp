@@ -1,5 +1,7 @@
 // Documents that people put into folders.
+#include <sqlite3.h>
 #include "embedded/views/folder_documents.h"
+
 #include "view_fixture.h"
 
 namespace lens::testing {
@@ -38,16 +40,67 @@ TEST_F(Folders, HoldWhatWasPutIntoThemInTheirOrder) {
   EXPECT_EQ(lines(folder), u"c z"_s);
 }
 
-TEST_F(Folders, LoseADocumentWithItsDeletionAndHaveItAgainWhenItComesBack) {
-  const quint32 folder = addFolder(), other = addFolder(), a = add(u"a"_s);
-  addToFolder(*database, folder, {a});
+TEST_F(Folders, LoseADocumentForGoodWithItsDeletion) {
+  const quint32 folder = addFolder(), other = addFolder(), a = add(u"a"_s), b = add(u"b"_s);
+  addToFolder(*database, folder, {b, a});
   Note kept = read(a);
-  EXPECT_EQ(lines(folder), u"a"_s);
+  EXPECT_EQ(lines(folder), u"a b"_s);
   EXPECT_EQ(lines(other), QString());
   database->remove(a);
-  EXPECT_EQ(lines(folder), QString());
+  EXPECT_EQ(lines(folder), u"b"_s);
   database->saveAsGiven(kept);
+  EXPECT_EQ(lines(folder), u"b"_s);
+  addToFolder(*database, folder, {kept.header.id});
+  EXPECT_EQ(lines(folder), u"a b"_s);
+  database->remove(b, false);
   EXPECT_EQ(lines(folder), u"a"_s);
+}
+
+TEST_F(Folders, KeepNothingOfWhatWasDeleted) {
+  const auto rows = [&] {
+    sqlite3_stmt* count = nullptr;
+    sqlite3_prepare_v2(database->handle(), "SELECT count(*) FROM folder_document WHERE document <> x''", -1,
+                       &count, nullptr);
+    sqlite3_step(count);
+    const int number = sqlite3_column_int(count, 0);
+    sqlite3_finalize(count);
+    return number;
+  };
+  const quint32 folder = addFolder(), other = addFolder();
+  const quint32 a = add(u"a"_s), b = add(u"b"_s), c = add(u"c"_s);
+  addToFolder(*database, folder, {a, b, c});
+  addToFolder(*database, other, {a, b});
+  EXPECT_EQ(rows(), 5);
+  {
+    const Database::Transaction undone(*database);
+    database->remove(a);
+    EXPECT_EQ(rows(), 3);
+  }
+  EXPECT_EQ(rows(), 5);
+  database->remove(a);
+  database->remove(b, false);
+  EXPECT_EQ(rows(), 1);
+  database->remove(folder);
+  EXPECT_EQ(rows(), 0);
+}
+
+TEST_F(Folders, ATableOfAnEarlierKindIsBroughtUpToDate) {
+  const quint32 folder = addFolder(), a = add(u"a"_s), b = add(u"b"_s), gone = add(u"gone"_s);
+  const QByteArray f = unidOf(folder).bytes().toHex(), x = unidOf(a).bytes().toHex(),
+                   y = unidOf(gone).bytes().toHex();
+  const QByteArray sql =
+      "CREATE TABLE folder_document (folder BLOB NOT NULL, document BLOB NOT NULL, change INTEGER NOT NULL,"
+      " present INTEGER NOT NULL, PRIMARY KEY (folder, document)) WITHOUT ROWID;"
+      "INSERT INTO folder_document VALUES (x'" +
+      f + "', x'" + x + "', 1, 1), (x'" + f + "', x'" + y + "', 2, 1)";
+  ASSERT_EQ(sqlite3_exec(database->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+  EXPECT_EQ(lines(folder), u"a gone"_s);
+  database->remove(gone);
+  EXPECT_EQ(lines(folder), u"a"_s);
+  addToFolder(*database, folder, {b});
+  EXPECT_EQ(lines(folder), u"a b"_s);
+  removeFromFolder(*database, folder, {a});
+  EXPECT_EQ(lines(folder), u"b"_s);
 }
 
 TEST_F(Folders, TakeDocumentsThatAreThereAndNothingElse) {
