@@ -43,7 +43,8 @@ void makeTable(const Database& database) {
         "ALTER TABLE folder_document ADD COLUMN time INTEGER NOT NULL DEFAULT 0;"
         "INSERT INTO folder_document SELECT folder, x'', max(change), 0, 0 FROM folder_document"
         " GROUP BY folder;"
-        "DELETE FROM folder_document WHERE document NOT IN (SELECT unid FROM note WHERE state = 0)",
+        "DELETE FROM folder_document WHERE document <> x'' AND document NOT IN"
+        " (SELECT unid FROM note WHERE state = 0)",
         enginefault::NotSaved);
   database.connection().execute(kTable, enginefault::NotSaved);
 }
