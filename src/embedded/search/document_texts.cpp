@@ -24,12 +24,15 @@ void readNumbers(const Item& item, FieldSink& sink) {
 
 void readTimes(const Item& item, FieldSink& sink) {
   ByteReader bytes(item.data());
-  qsizetype count = 1;
-  if (item.type() == itemtype::TimeRange) {
-    const qsizetype singles = bytes.u16(), pairs = bytes.u16();
-    count = singles + 2 * pairs;
+  qsizetype singles = 1, pairs = 0;
+  if (item.type() == itemtype::TimeRange) singles = bytes.u16(), pairs = bytes.u16();
+  for (; singles > 0 && bytes.has(8); --singles) sink.time(item.name, bytes.time());
+  for (; pairs > 0 && bytes.has(16); --pairs) {
+    const TimeDate from = bytes.time(), to = bytes.time();
+    sink.time(item.name, from);
+    sink.time(item.name, to);
+    sink.span(item.name, from, to);
   }
-  for (; count > 0 && bytes.has(8); --count) sink.time(item.name, bytes.time());
 }
 
 // The text between the tags; entities stay as they are.

@@ -12,6 +12,8 @@ class FieldSink {
   virtual void text(const QString& field, QStringView text) = 0;
   virtual void number(const QString& field, double number) = 0;
   virtual void time(const QString& field, const TimeDate& time) = 0;
+  // What lies between two times, which are told as times as well.
+  virtual void span(const QString& field, const TimeDate& from, const TimeDate& to) = 0;
 };
 
 // Bytes that end early give what can be read of them.

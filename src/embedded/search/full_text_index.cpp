@@ -1,188 +1,135 @@
 // Making the index of full text and keeping it up to date.
-#include <QHash>
-#include <QtEndian>
+#include <QElapsedTimer>
+#include <QThread>
 #include <algorithm>
-#include <cmath>
+#include <optional>
 
-#include "embedded/search/document_texts.h"
 #include "embedded/search/full_text.h"
 #include "embedded/search/full_text_tables.h"
-#include "embedded/search/words.h"
-#include "embedded/store/packed_note.h"
+#include "embedded/search/full_text_writer.h"
+#include "notes/runtime_error.h"
 
 namespace lens {
 namespace {
 
+using fulltext::Mark;
 using fulltext::Tables;
-using fulltext::ValueKind;
 
-// The column of words: those of the fields without their numbers.
-QString wordsOf(const QString& fields) {
-  QString words;
-  words.reserve(fields.size());
-  for (QStringView word : QStringView(fields).split(u' ', Qt::SkipEmptyParts)) {
-    if (word.front() == fulltext::kEverywhere) continue;
-    if (word.front() == fulltext::kFieldMark) word = word.sliced(word.indexOf(fulltext::kFieldMark, 1) + 1);
-    words += word;
-    words += u' ';
+// Who waits for the file looks after it every now and then only: a shorter pause would go unnoticed.
+constexpr int kPauseMs = 30;
+
+enum class Existing { Keep, Replace };
+
+void makeTables(Database& database, Tables& tables, Existing existing) {
+  Database::Transaction transaction(database);
+  if (existing == Existing::Replace || !tables.exist()) {
+    tables.create();
+    tables.setMark({0, false});
   }
-  return words;
+  transaction.commit();
 }
 
-// False when the bytes are not what was packed; a length from a foreign file may be any number.
-bool unpack(QByteArrayView packed, QString& fields) {
-  constexpr qsizetype kHead = 4, kDensest = 1100;  // zlib's densest packing, and a little
-  if (packed.size() < kHead || qFromBigEndian<quint32>(packed.data()) > packed.size() * kDensest)
-    return false;
-  fields = QString::fromUtf8(qUncompress(reinterpret_cast<const uchar*>(packed.data()), packed.size()));
-  return fields.startsWith(fulltext::kEverywhere);
-}
-
-class Index : FieldSink {
+// Takes in what changed, oldest change first: a first build is the changes of all notes. Others may save in
+// between, which makes changes that come later, and may bring the same index up to date.
+class CatchUp {
  public:
-  explicit Index(Tables& tables) : tables_(tables) {}
+  CatchUp(Database& database, Tables& tables, const IndexWork& work)
+      : database_(database), tables_(tables), work_(work) {}
 
-  void add(const Note& note) {
-    note_ = note.header.id;
-    fields_.resize(0);
-    fields_ += fulltext::kEverywhere;
-    readDocument(note, *this);
-    const QString words = wordsOf(fields_);
-    Statement::Run(tables_.addWords, note_, words, fields_).step();
-    const QByteArray packed = qCompress(fields_.toUtf8(), 1);
-    Statement::Run(tables_.keep, note_, packed).step();
-  }
-  void remove(quint32 note) {
-    QString fields;
-    {
-      Statement::Run row(tables_.kept, note);
-      if (!row.step()) return;
-      if (!unpack(row.blob(0), fields))
-        throw RuntimeError(enginefault::Damaged,
-                           QStringLiteral("%1: the full-text index is damaged at note %2")
-                               .arg(tables_.connection.path(), QString::number(note, 16).toUpper()));
-    }
-    const QString words = wordsOf(fields);
-    Statement::Run(tables_.removeWords, note, words, fields).step();
-    Statement::Run(tables_.forget, note).step();
-    Statement::Run(tables_.removeValues, note).step();
+  // False when the work was ended early.
+  bool run() {
+    while (look())
+      while (step() && next_ < changes_.size())
+        if (!mayGoOn()) return false;
+    return true;
   }
 
  private:
-  struct Field {
-    qint64 number;
-    QString prefix;
-  };
-
-  // Numbers of fields are given once and never change.
-  const Field& field(const QString& name) {
-    const auto known = known_.constFind(name);
-    if (known != known_.constEnd()) return *known;
-    const QString key = fulltext::fieldKey(name);
-    qint64 number = tables_.fieldNumber(key);
-    if (number == 0) {
-      Statement::Run(tables_.addField, key).step();
-      number = tables_.fieldNumber(key);
+  // False when there is nothing to do.
+  bool look() {
+    if (!tables_.exist()) return false;
+    goal_ = database_.changeSequence();
+    mark_ = tables_.mark();
+    if (mark_.change > goal_) {
+      makeTables(database_, tables_, Existing::Replace);
+      mark_ = tables_.mark();
     }
-    return *known_.insert(name, {number, fulltext::fieldPrefix(number)});
-  }
-
-  void text(const QString& name, QStringView text) override {
-    const Field& of = field(name);
-    forEachWord(text, [&](QStringView word) {
-      fields_ += u' ';
-      fields_ += of.prefix;
-      fields_ += word;
-    });
-    fields_ += u' ';
-    fields_ += fulltext::kEnd;
-  }
-  void number(const QString& name, double number) override {
-    if (!std::isfinite(number)) return;
-    text(name, QString::number(number, 'g', 15));
-    value(name, ValueKind::Number, number);
-  }
-  void time(const QString& name, const TimeDate& time) override {
-    const DateTime local = localOf(time);
-    QString shown = local.date.isValid() ? local.date.toString(Qt::ISODate) : QString();
-    if (local.time.isValid()) shown += local.time.toString(QStringLiteral(" HH:mm"));
-    text(name, shown);
-    if (const QDateTime instant = instantOf(time); instant.isValid())
-      value(name, ValueKind::Instant, double(instant.toMSecsSinceEpoch()));
-    else if (local.date.isValid())
-      value(name, ValueKind::Day, double(local.date.toJulianDay()));
-  }
-  void value(const QString& name, ValueKind kind, double number) {
-    Statement::Run(tables_.addValue, field(name).number, int(kind), number, note_).step();
-  }
-
-  Tables& tables_;
-  QHash<QString, Field> known_;
-  quint32 note_ = 0;
-  QString fields_;
-};
-
-void build(Database& database, Tables& tables) {
-  tables.create();
-  Index index(tables);
-  database.scanPacked(noteclass::Document, [&](const PackedNote& note) {
-    if (!isProfile(note)) index.add(note.unpack());
+    if (start_ < 0) start_ = mark_.change;
+    if (mark_ == Mark{goal_, true}) return false;
+    changes_ = database_.changesSince(mark_.change);
+    next_ = 0;
+    writer_.emplace(tables_);
     return true;
-  });
-  tables.setChange(database.changeSequence());
-}
-
-bool readIndexed(const Database& database, const NoteChange& change, Note& note) {
-  try {
-    return change.state == NoteState::Live && database.read(change.id, note) &&
-           noteclass::base(note.header.noteClass) == noteclass::Document && !isProfile(note);
-  } catch (const RuntimeError& error) {
-    if (error.number() != enginefault::Damaged) throw;
-    return false;
   }
-}
 
-void update(Database& database, Tables& tables, qint64 since) {
-  Index index(tables);
-  const QVector<NoteChange> changes = database.changesSince(since);
-  for (const NoteChange& change : changes) {
-    index.remove(change.id);
-    Note note;
-    if (readIndexed(database, change, note)) index.add(note);
+  // One transaction. False when the index is no longer the one that it was.
+  bool step() {
+    Database::Transaction transaction(database_);
+    if (!tables_.exist() || !follow(tables_.mark())) return false;
+    QElapsedTimer held;
+    held.start();
+    for (bool more = next_ < changes_.size(); more;
+         more = next_ < changes_.size() && held.elapsed() < work_.holdMs)
+      writer_->bring(database_, changes_[next_++]);
+    const qint64 last = next_ > 0 ? changes_[next_ - 1].change : mark_.change;
+    mark_ = next_ < changes_.size() ? Mark{last, mark_.whole} : Mark{qMax(goal_, last), true};
+    tables_.setMark(mark_);
+    transaction.commit();
+    return true;
   }
-  tables.setChange(database.changeSequence());
-}
+
+  // What others took in since our last step is passed over.
+  bool follow(const Mark& now) {
+    if (now == mark_) return true;
+    if (now.whole != mark_.whole || now.change < mark_.change) return false;
+    const auto isBefore = [](qint64 change, const NoteChange& other) { return change < other.change; };
+    next_ = std::upper_bound(changes_.cbegin(), changes_.cend(), now.change, isBefore) - changes_.cbegin();
+    writer_.emplace(tables_);
+    mark_ = now;
+    return true;
+  }
+
+  // Nobody gets in between the steps of a transaction that is not ours.
+  bool mayGoOn() const {
+    if (work_.go && !work_.go(mark_.change - start_, qMax(goal_, mark_.change) - start_)) return false;
+    if (sqlite3_get_autocommit(database_.handle())) QThread::msleep(kPauseMs);
+    return true;
+  }
+
+  Database& database_;
+  Tables& tables_;
+  const IndexWork& work_;
+  std::optional<fulltext::Writer> writer_;
+  qint64 start_ = -1, goal_ = 0;
+  Mark mark_;
+  QVector<NoteChange> changes_;
+  qsizetype next_ = 0;
+};
 
 }  // namespace
 
 bool hasFullTextIndex(const Database& database) {
-  return Tables(database.connection()).exist();
+  Tables tables(database.connection());
+  return tables.exist() && tables.mark().whole;
 }
 
-void createFullTextIndex(Database& database) {
+bool createFullTextIndex(Database& database, const IndexWork& work) {
+  Tables tables(database.connection());
+  Existing existing = Existing::Keep;
   try {
-    if (hasFullTextIndex(database)) return refreshFullTextIndex(database);
+    if (tables.exist()) return CatchUp(database, tables, work).run();
   } catch (const RuntimeError& error) {
     if (error.number() != enginefault::Damaged) throw;
+    existing = Existing::Replace;
   }
-  Tables tables(database.connection());
-  Database::Transaction transaction(database);
-  build(database, tables);
-  transaction.commit();
+  makeTables(database, tables, existing);
+  return CatchUp(database, tables, work).run();
 }
 
-void refreshFullTextIndex(Database& database) {
+bool refreshFullTextIndex(Database& database, const IndexWork& work) {
   Tables tables(database.connection());
-  if (!tables.exist() || tables.change() == database.changeSequence()) return;
-  Database::Transaction transaction(database);
-  // Asked again: another process may have been faster.
-  const qint64 since = tables.change();
-  if (!tables.exist()) return;
-  if (since < 0 || since > database.changeSequence())
-    build(database, tables);
-  else
-    update(database, tables, since);
-  transaction.commit();
+  if (!tables.exist() || !tables.mark().whole) return true;
+  return CatchUp(database, tables, work).run();
 }
 
 void dropFullTextIndex(Database& database) {

@@ -14,12 +14,17 @@ constexpr char kCreate[] = LENS_FULL_TEXT
     "CREATE TABLE full_text_value ("
     "  field INTEGER NOT NULL, kind INTEGER NOT NULL, value REAL NOT NULL, note INTEGER NOT NULL,"
     "  PRIMARY KEY (field, kind, value, note)) WITHOUT ROWID;"
-    "CREATE INDEX full_text_value_note ON full_text_value (note);";
+    "CREATE INDEX full_text_value_note ON full_text_value (note);"
+    "CREATE TABLE full_text_span ("
+    "  field INTEGER NOT NULL, kind INTEGER NOT NULL, first REAL NOT NULL, last REAL NOT NULL,"
+    "  note INTEGER NOT NULL, PRIMARY KEY (field, kind, first, last, note)) WITHOUT ROWID;"
+    "CREATE INDEX full_text_span_note ON full_text_span (note);";
 constexpr char kDrop[] =
     "DROP TABLE IF EXISTS full_text;"
     "DROP TABLE IF EXISTS full_text_field;"
     "DROP TABLE IF EXISTS full_text_kept;"
     "DROP TABLE IF EXISTS full_text_value;"
+    "DROP TABLE IF EXISTS full_text_span;"
     "DELETE FROM info WHERE key = 'full text change';";
 
 }  // namespace
@@ -47,13 +52,15 @@ void Tables::drop() {
   connection.execute(kDrop, kWrite);
 }
 
-qint64 Tables::change() {
-  Statement::Run row(readChange);
-  return row.step() ? row.integer(0) : -1;
+// Kept in one number: below zero while the first build is under way.
+Mark Tables::mark() {
+  Statement::Run row(readMark);
+  const qint64 number = row.step() ? row.integer(0) : -1;
+  return number < 0 ? Mark{-1 - number, false} : Mark{number, true};
 }
 
-void Tables::setChange(qint64 change) {
-  Statement::Run(writeChange, change).step();
+void Tables::setMark(const Mark& mark) {
+  Statement::Run(writeMark, mark.whole ? mark.change : -1 - mark.change).step();
 }
 
 qint64 Tables::fieldNumber(const QString& key) {

@@ -25,24 +25,33 @@ QString fieldKey(QStringView name);
 // How a value is kept for comparing: a number, an instant in milliseconds UTC, a date as Julian day.
 enum class ValueKind { Number, Instant, Day };
 
+// How far an index goes. One whose first build has not ended is not whole: it cannot be asked yet.
+struct Mark {
+  qint64 change = 0;  // of the database
+  bool whole = false;
+  bool operator==(const Mark&) const = default;
+};
+
 struct Tables {
   explicit Tables(const Connection& connection) : connection(connection) {}
 
   bool exist();
   void create();
   void drop();
-  // The change of the database up to which the index goes; -1 when it is not told.
-  qint64 change();
-  void setChange(qint64 change);
+  Mark mark();
+  void setMark(const Mark& mark);
   // 0: no document has such a field.
   qint64 fieldNumber(const QString& key);
 
   const Connection& connection;
   static constexpr int kRead = enginefault::CannotOpen, kWrite = enginefault::NotSaved;
-  Statement definition{connection, "SELECT sql FROM sqlite_master WHERE name = 'full_text'", kRead};
-  Statement readChange{connection, "SELECT value FROM info WHERE key = 'full text change'", kRead};
-  Statement writeChange{connection, "INSERT OR REPLACE INTO info (key, value) VALUES ('full text change', ?)",
-                        kWrite};
+  Statement definition{connection,
+                       "SELECT sql FROM sqlite_master WHERE name = 'full_text' AND EXISTS"
+                       " (SELECT 1 FROM sqlite_master WHERE name = 'full_text_span')",
+                       kRead};
+  Statement readMark{connection, "SELECT value FROM info WHERE key = 'full text change'", kRead};
+  Statement writeMark{connection, "INSERT OR REPLACE INTO info (key, value) VALUES ('full text change', ?)",
+                      kWrite};
   Statement findField{connection, "SELECT id FROM full_text_field WHERE name = ?", kRead};
   Statement addField{connection, "INSERT INTO full_text_field (name) VALUES (?)", kWrite};
   Statement addWords{connection, "INSERT INTO full_text (rowid, words, fields) VALUES (?, ?, ?)", kWrite};
@@ -56,10 +65,16 @@ struct Tables {
                      "INSERT OR IGNORE INTO full_text_value (field, kind, value, note) VALUES (?, ?, ?, ?)",
                      kWrite};
   Statement removeValues{connection, "DELETE FROM full_text_value WHERE note = ?", kWrite};
+  Statement addSpan{connection, "INSERT OR IGNORE INTO full_text_span VALUES (?, ?, ?, ?, ?)", kWrite};
+  Statement removeSpans{connection, "DELETE FROM full_text_span WHERE note = ?", kWrite};
   Statement match{connection, "SELECT rowid, rank FROM full_text WHERE full_text MATCH ?", kRead};
   Statement compare{connection,
                     "SELECT DISTINCT note FROM full_text_value"
                     " WHERE field = ? AND kind = ? AND value BETWEEN ? AND ? ORDER BY note",
+                    kRead};
+  Statement overlap{connection,
+                    "SELECT DISTINCT note FROM full_text_span"
+                    " WHERE field = ? AND kind = ? AND first <= ? AND last >= ? ORDER BY note",
                     kRead};
   Statement vocabulary{connection, "SELECT term FROM temp.full_text_word WHERE term >= ? AND term < ?",
                        kRead};

@@ -12,6 +12,8 @@ using Node = QueryNode;
 // FTS5 gives up beyond some thirty groups within each other.
 constexpr int kHighest = 8;
 constexpr qsizetype kMostFitting = 500;  // words, or phrases made of them
+constexpr int kMostPatterns = 50;
+constexpr qsizetype kMostWords = 20'000;  // more than any query without wildcards can have
 
 int heightOf(const Node& node) {
   int height = 0;
@@ -107,14 +109,21 @@ QString MatchExpressions::phrase(const Node& node) {
     else
       phrases = extended(
           phrases, isPattern(word) ? fitting(word, node, prefix) : QStringList(quoted(prefix + word)), node);
+    if (words_ + phrases.size() * words.size() > kMostWords)
+      raiseQueryError(QStringLiteral("The wildcards stand for more than %1 words").arg(kMostWords),
+                      node.place, node.text);
   }
   if (phrases.isEmpty()) return nowhere;
+  words_ += phrases.size() * words.size();
   for (QString& phrase : phrases) phrase.prepend(column);
   return u'(' + phrases.join(QStringLiteral(" OR ")) + u')';
 }
 
 // The words of the index that fit, quoted.
 QStringList MatchExpressions::fitting(const QString& pattern, const Node& node, const QString& prefix) {
+  if (++patterns_ > kMostPatterns)
+    raiseQueryError(QStringLiteral("More than %1 words have wildcards within them").arg(kMostPatterns),
+                    node.place, node.text);
   const auto wildcard =
       std::find_if(pattern.begin(), pattern.end(), [](QChar c) { return c == u'*' || c == u'?'; });
   const QString begin = prefix + pattern.left(wildcard - pattern.begin());

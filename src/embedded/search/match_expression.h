@@ -12,7 +12,8 @@ class MatchExpressions {
 
   // Whether the query has one: no comparison in it, and no more groups than FTS5 reads.
   static bool canHold(const QueryNode& node);
-  // Raises kQueryError when too many words fit a wildcard.
+  // Raises kQueryError when too many words fit a wildcard, or there are too many wildcards in all that was
+  // asked: each may walk over all words of the index.
   QString of(const QueryNode& node);
   // Finds every document of the index.
   static QString everywhere();
@@ -25,6 +26,8 @@ class MatchExpressions {
   void addFitting(const QString& from, const QString& to, const QString& pattern, const QString& prefix,
                   const QueryNode& node, QStringList& words);
   fulltext::Tables& tables_;
+  int patterns_ = 0;
+  qsizetype words_ = 0;  // in all phrases
 };
 
 }  // namespace lens
