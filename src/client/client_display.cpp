@@ -91,7 +91,7 @@ void ClientWindow::showTitle() {
 void ClientWindow::showCounts() {
   const ViewEntry* entry = currentEntry();
   if (!place_ || !entry) return ui_->statusBar->showMessage(tr("No database is open"));
-  const int count = documents_->rowCount();
+  const int count = documents_->documentCount();
   QString label = tr("Doc&uments: %1").arg(count);
   if (count == 0)
     label = entry->kind == ViewEntry::Kind::Folder

@@ -29,9 +29,11 @@ bool ClientWindow::isImporting() const {
 
 bool ClientWindow::refuseWhileBusy() {
   if (!importBar_->isRunning()) return false;
-  showError(importBar_->work() == ImportBar::Work::Import
-                ? tr("An import is running: wait for its end or cancel it first")
-                : tr("An export is running: wait for its end or cancel it first"));
+  const ImportBar::Work work = importBar_->work();
+  showError(work == ImportBar::Work::Import ? tr("An import is running: wait for its end or cancel it first")
+            : work == ImportBar::Work::Export
+                ? tr("An export is running: wait for its end or cancel it first")
+                : tr("An index is being made: wait for its end or cancel it first"));
   return true;
 }
 

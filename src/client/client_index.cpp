@@ -1,6 +1,7 @@
 // The full-text index of the database that the client window shows.
-#include <QGuiApplication>
+#include <QPointer>
 
+#include "client/beside_window.h"
 #include "client/client_window.h"
 #include "client/report_dialog.h"
 #include "embedded/search/full_text.h"
@@ -9,14 +10,24 @@
 namespace lens {
 namespace {
 
-// While a long piece of work holds the window.
-class WaitPointer {
- public:
-  WaitPointer() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-  ~WaitPointer() { QGuiApplication::restoreOverrideCursor(); }
-  WaitPointer(const WaitPointer&) = delete;
-  WaitPointer& operator=(const WaitPointer&) = delete;
+struct IndexResult {
+  bool finished = false;
+  QString failure;
 };
+
+IndexResult runIndexing(const QString& databasePath, ImportBar* bar) {
+  IndexResult result;
+  runBesideWindow(bar, [&](WorkProgress& progress) {
+    const auto go = [&](qint64 done, qint64 total) { return progress.go(databasePath, done, total); };
+    try {
+      const auto database = Database::open(databasePath);
+      result.finished = go(0, 0) && createFullTextIndex(*database, {go});
+    } catch (const RuntimeError& error) {
+      result.failure = error.description();
+    }
+  });
+  return result;
+}
 
 }  // namespace
 
@@ -33,19 +44,22 @@ void ClientWindow::offerIndex() {
 }
 
 void ClientWindow::indexDatabase() {
-  if (isImporting()) return showError(tr("An import is running: wait for its end or cancel it first"));
-  if (!database_) return;
+  if (refuseWhileBusy() || !database_) return;
+  const DatabasePlace place = *place_;  // the user may open another meanwhile
   clearError();
-  try {
-    const WaitPointer wait;
-    createFullTextIndex(*database_);
-  } catch (const RuntimeError& error) {
-    return showError(error.description());
-  }
+  importBar_->begin(ImportBar::Work::Index);
+  const QPointer<ClientWindow> self(this);
+  const IndexResult result = runIndexing(database_->path(), importBar_);
+  if (!self) return;  // destroyed by what ran meanwhile
+  importBar_->finish();
   offerIndex();
-  const QString heading = tr("Full-text index of %1 on %2").arg(place_->path, serverLabel(place_->server));
-  auto* dialog =
-      new ReportDialog(heading, tr("The index holds the words of all documents as they are now"), this);
+  if (!result.failure.isEmpty()) return showError(result.failure);
+  auto* dialog = new ReportDialog(
+      tr("Full-text index of %1 on %2").arg(place.path, serverLabel(place.server)),
+      result.finished
+          ? tr("The index holds the words of all documents as they are now")
+          : tr("Cancelled. What is done of the index is kept: the next time it goes on from there"),
+      this);
   dialog->setWindowTitle(tr("Full-text index"));
   dialog->show();
 }

@@ -1,13 +1,11 @@
 #include "client/client_window.h"
 
 #include <QFileInfo>
-#include <QHeaderView>
-#include <QItemSelection>
 #include <QScopedValueRollback>
-#include <QSet>
 
 #include "client/document_model.h"
 #include "client/import_bar.h"
+#include "client/note_texts.h"
 #include "client/panes.h"
 #include "controls/look.h"
 #include "controls/pictures.h"
@@ -61,10 +59,7 @@ void ClientWindow::setUpPanes() {
   QTableView& table = *ui_->documentTable;
   prepareTable(table);
   table.setModel(documents_);
-  table.setColumnWidth(DocumentModel::Form, 120);
-  table.setColumnWidth(DocumentModel::Modified, 160);
-  table.setColumnWidth(DocumentModel::NoteId, 90);
-  table.horizontalHeader()->setSectionResizeMode(DocumentModel::Subject, QHeaderView::Stretch);
+  layOutColumns();
   ui_->panes->setSizes({260, 820});
   ui_->panes->setStretchFactor(1, 1);
   ui_->viewPanes->setSizes({190, 630});
@@ -166,84 +161,6 @@ void ClientWindow::unload(const QString& why) {
   if (!why.isEmpty()) showError(why);
   showTitle();
   showPage();
-}
-
-const ViewEntry* ClientWindow::currentEntry() const {
-  const int row = ui_->viewList->currentRow();
-  return row >= 0 && row < entries_.size() ? &entries_[row] : nullptr;
-}
-
-// Keeps the current view when it is still there.
-void ClientWindow::loadViews() {
-  const QVector<ViewEntry> fresh = viewEntries(*database_);
-  const ViewEntry* old = currentEntry();
-  int row = 0;
-  for (int i = 0; old && i < fresh.size(); ++i)
-    if (fresh[i].sameAs(*old)) row = i;
-  entries_ = fresh;
-  {
-    const QScopedValueRollback quiet(loading_, true);
-    ui_->viewList->clear();
-    for (const ViewEntry& entry : entries_)
-      ui_->viewList->addItem(entry.kind == ViewEntry::Kind::Folder ? tr("%1 (folder)").arg(entry.title)
-                                                                   : entry.title);
-    ui_->viewList->setCurrentRow(row);
-  }
-  loadDocuments();
-}
-
-void ClientWindow::loadDocuments() {
-  const ViewEntry* entry = currentEntry();
-  if (!entry || !database_) return;
-  workspace_->client().showView(entry->noteId);
-  const QVector<quint32> marked = markedDocuments();
-  const quint32 current = documents_->noteId(ui_->documentTable->currentIndex().row());
-  QVector<quint32> ids;
-  try {
-    ids = documentsOf(*database_, *entry);
-    stale_ = false;
-  } catch (const RuntimeError& error) {
-    showError(error.description());
-  }
-  {
-    const QScopedValueRollback quiet(loading_, true);
-    documents_->show(database_, ids);
-    markDocuments(marked, current);
-  }
-  workspace_->client().select(markedDocuments());
-  showCounts();
-}
-
-// Marks as few ranges as there are: a view may hold very many documents.
-void ClientWindow::markDocuments(const QVector<quint32>& noteIds, quint32 current) {
-  const QSet<quint32> wanted(noteIds.begin(), noteIds.end());
-  const QVector<quint32>& rows = documents_->noteIds();
-  QItemSelection selection;
-  for (int row = 0; row < rows.size() && !wanted.isEmpty(); ++row) {
-    if (!wanted.contains(rows[row])) continue;
-    const int first = row;
-    while (row + 1 < rows.size() && wanted.contains(rows[row + 1])) ++row;
-    selection.append(QItemSelectionRange(documents_->index(first, 0),
-                                         documents_->index(row, DocumentModel::ColumnCount - 1)));
-  }
-  QItemSelectionModel* marks = ui_->documentTable->selectionModel();
-  marks->select(selection, QItemSelectionModel::ClearAndSelect);
-  const qsizetype row = current == kNone ? 0 : qMax<qsizetype>(0, rows.indexOf(current));
-  marks->setCurrentIndex(documents_->index(int(row), 0), QItemSelectionModel::NoUpdate);
-}
-
-QVector<quint32> ClientWindow::markedDocuments() const {
-  QVector<std::pair<int, int>> ranges;
-  for (const QItemSelectionRange& range : ui_->documentTable->selectionModel()->selection())
-    ranges.push_back({range.top(), range.bottom()});
-  std::sort(ranges.begin(), ranges.end());
-  QVector<quint32> ids;
-  int next = 0;
-  for (const auto& [top, bottom] : ranges) {
-    for (int row = qMax(top, next); row <= bottom; ++row) ids.push_back(documents_->noteId(row));
-    next = qMax(next, bottom + 1);
-  }
-  return ids;
 }
 
 bool ClientWindow::openDocument(quint32 noteId) {

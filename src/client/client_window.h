@@ -79,6 +79,8 @@ class ClientWindow : public QMainWindow, private ClientListener {
   void unload(const QString& why = {});
   void loadViews();
   void loadDocuments();
+  void showRows(const ViewEntry& entry);
+  void layOutColumns();
   bool readDocument(quint32 noteId);
   void refreshDocument();
   void markDocuments(const QVector<quint32>& noteIds, quint32 current);
@@ -107,8 +109,9 @@ class ClientWindow : public QMainWindow, private ClientListener {
   std::shared_ptr<Database> database_;  // what the window shows
   std::optional<DatabasePlace> place_;
   QVector<ViewEntry> entries_;
-  bool loading_ = false;  // marks that come and go while rows are read are not the user's
-  bool stale_ = false;    // documents were changed since they were read
+  QVector<int> columnWidths_;  // that the table was laid out for
+  bool loading_ = false;       // marks that come and go while rows are read are not the user's
+  bool stale_ = false;         // documents were changed since they were read
 };
 
 }  // namespace lens

@@ -1,5 +1,8 @@
 #include "client/document_model.h"
 
+#include <QFont>
+
+#include "client/note_texts.h"
 #include "client/panes.h"
 
 namespace lens {
@@ -13,12 +16,31 @@ DocumentModel::DocumentModel(const Regional& regional, QObject* parent)
     : QAbstractTableModel(parent), regional_(regional), cache_(kCachedRows) {}
 
 void DocumentModel::show(std::shared_ptr<Database> database, QVector<quint32> noteIds) {
+  take(std::move(database), nullptr, std::move(noteIds));
+}
+
+void DocumentModel::show(std::unique_ptr<ViewRows> view) {
+  QVector<quint32> noteIds = view->noteIds();
+  take(nullptr, std::move(view), std::move(noteIds));
+}
+
+void DocumentModel::take(std::shared_ptr<Database> database, std::unique_ptr<ViewRows> view,
+                         QVector<quint32> noteIds) {
   beginResetModel();
   database_ = std::move(database);
+  view_ = std::move(view);
   noteIds_ = std::move(noteIds);
+  documentCount_ = int(noteIds_.size() - noteIds_.count(0));
   cache_.clear();
   notesRead_ = 0;
   endResetModel();
+}
+
+QVector<int> DocumentModel::columnWidths() const {
+  if (!view_) return {14, 0, 19, 10};
+  QVector<int> widths;
+  for (const ViewRows::Column& column : view_->columns()) widths.push_back(column.width);
+  return widths;
 }
 
 int DocumentModel::rowCount(const QModelIndex& parent) const {
@@ -26,11 +48,13 @@ int DocumentModel::rowCount(const QModelIndex& parent) const {
 }
 
 int DocumentModel::columnCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : ColumnCount;
+  if (parent.isValid()) return 0;
+  return view_ ? int(view_->columns().size()) : ColumnCount;
 }
 
 QVariant DocumentModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  if (view_) return view_->columns().value(section).title;
   switch (section) {
     case Form:
       return tr("Form");
@@ -45,35 +69,50 @@ QVariant DocumentModel::headerData(int section, Qt::Orientation orientation, int
   }
 }
 
-QVariant DocumentModel::data(const QModelIndex& index, int role) const {
-  const bool wanted = role == Qt::DisplayRole || role == Qt::ToolTipRole;
-  if (!wanted || !index.isValid() || index.row() >= noteIds_.size()) return {};
-  const quint32 id = noteIds_[index.row()];
-  if (index.column() == NoteId) return role == Qt::ToolTipRole ? QString() : noteIdText(id);
-  const NoteTexts& row = texts(id);
-  const QString& text = index.column() == Form       ? row.form
-                        : index.column() == Modified ? row.modified
-                                                     : row.subject;
-  return role == Qt::ToolTipRole ? plainTip(text) : text;
+// A category is passed over by marks and cannot be opened.
+Qt::ItemFlags DocumentModel::flags(const QModelIndex& index) const {
+  const Qt::ItemFlags usual = QAbstractTableModel::flags(index);
+  return noteId(index.row()) == 0 ? usual & ~Qt::ItemIsSelectable : usual;
 }
 
-const NoteTexts& DocumentModel::texts(quint32 noteId) const {
-  if (const NoteTexts* known = cache_.object(noteId)) return *known;
-  auto* fresh = new NoteTexts(read(noteId));
-  cache_.insert(noteId, fresh);
+QVariant DocumentModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid() || index.row() >= noteIds_.size()) return {};
+  if (role == Qt::FontRole && noteId(index.row()) == 0) {
+    QFont strong;
+    strong.setBold(true);
+    return strong;
+  }
+  if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
+  const QString text = texts(index.row()).value(index.column());
+  return role == Qt::ToolTipRole ? plainTip(text.trimmed()) : text;
+}
+
+const QStringList& DocumentModel::texts(int row) const {
+  if (const QStringList* known = cache_.object(row)) return *known;
+  auto* fresh = new QStringList(read(row));
+  cache_.insert(row, fresh);
   return *fresh;
 }
 
 // A row must say what is wrong with its note: an exception cannot cross the painting of a table.
-NoteTexts DocumentModel::read(quint32 noteId) const {
+QStringList DocumentModel::read(int row) const {
   ++notesRead_;
+  QString problem;
   try {
-    Note note;
-    if (database_ && database_->read(noteId, note)) return textsOf(note, regional_);
-    return {{}, tr("(deleted since the view was read)"), {}};
+    return view_ ? view_->texts(row) : readNote(noteId(row));
   } catch (const RuntimeError& error) {
-    return {{}, tr("(damaged) %1").arg(error.description()), {}};
+    problem = error.number() == enginefault::UnknownNote ? tr("(deleted since the view was read)")
+                                                         : tr("(damaged) %1").arg(error.description());
   }
+  if (view_) return {problem};
+  return {QString(), problem, QString(), noteIdText(noteId(row))};
+}
+
+QStringList DocumentModel::readNote(quint32 noteId) const {
+  Note note;
+  if (!database_->read(noteId, note)) throw RuntimeError(enginefault::UnknownNote);
+  const NoteTexts texts = textsOf(note, regional_);
+  return {texts.form, texts.subject, texts.modified, noteIdText(noteId)};
 }
 
 }  // namespace lens

@@ -34,10 +34,23 @@ ImportBar::ImportBar(QWidget* parent)
 }
 
 void ImportBar::begin(Work work) {
-  const bool import = work == Work::Import;
-  cancel_->setText(import ? tr("Cancel &import") : tr("Cancel e&xport"));
-  cancel_->setToolTip(import ? tr("Ends the import; the file at hand leaves nothing in the database")
-                             : tr("Ends the export; no file is written"));
+  switch (work) {
+    case Work::Import:
+      text_ = tr("Importing %1");
+      cancel_->setText(tr("Cancel &import"));
+      cancel_->setToolTip(tr("Ends the import; the file at hand leaves nothing in the database"));
+      break;
+    case Work::Export:
+      text_ = tr("Exporting to %1");
+      cancel_->setText(tr("Cancel e&xport"));
+      cancel_->setToolTip(tr("Ends the export; no file is written"));
+      break;
+    case Work::Index:
+      text_ = tr("Indexing %1");
+      cancel_->setText(tr("Cancel &index"));
+      cancel_->setToolTip(tr("Ends the work; what is done of the index is kept"));
+      break;
+  }
   work_ = work;
   running_ = true;
   cancelled_ = false;
@@ -54,8 +67,7 @@ void ImportBar::finish() {
 }
 
 void ImportBar::showProgress(const QString& file, qint64 done, qint64 total) {
-  const QString text = work_ == Work::Import ? tr("Importing %1") : tr("Exporting to %1");
-  file_->setText(text.arg(QFileInfo(file).fileName()));
+  file_->setText(text_.arg(QFileInfo(file).fileName()));
   bar_->setValue(total > 0 ? int(kSteps * (double(qBound<qint64>(0, done, total)) / double(total))) : 0);
 }
 

@@ -1,4 +1,4 @@
-// The progress of an import or export in the status bar, with a button that ends it.
+// The progress of an import, export or index in the status bar, with a button that ends it.
 #pragma once
 
 #include <QElapsedTimer>
@@ -16,7 +16,7 @@ class ImportBar : public QWidget {
  public:
   explicit ImportBar(QWidget* parent = nullptr);
 
-  enum class Work { Import, Export };
+  enum class Work { Import, Export, Index };
   // Shown and running from begin() to finish().
   void begin(Work work);
   void finish();
@@ -33,6 +33,7 @@ class ImportBar : public QWidget {
   QProgressBar* bar_;
   QPushButton* cancel_;
   Work work_ = Work::Import;
+  QString text_;  // about the file
   bool running_ = false;
   bool cancelled_ = false;
 };

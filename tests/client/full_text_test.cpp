@@ -1,4 +1,5 @@
 #include <QMenu>
+#include <QTimer>
 
 #include "client/client_fixture.h"
 #include "embedded/search/full_text.h"
@@ -38,6 +39,71 @@ TEST_F(Client, OffersWhatFitsTheIndexThatIsThereNow) {
   window->closeDatabase();
   EXPECT_FALSE(part<QAction>("createIndexAction").isEnabled());
   EXPECT_FALSE(part<QAction>("updateIndexAction").isEnabled());
+}
+
+// Enough for several transactions of an index.
+void fillMail(Database& mail) {
+  Database::Transaction transaction(mail);
+  for (int i = 0; i < 2500; ++i) {
+    Note note;
+    note.add(u"Form"_s, itemflag::Summary, textValue(u"Memo"));
+    note.add(u"Subject"_s, itemflag::Summary, textValue(u"pump %1"_s.arg(i)));
+    note.add(u"Body"_s, 0,
+             textValue(u"A longer text of letter %1, with words and more words. "_s.arg(i).repeated(20)));
+    mail.save(note);
+  }
+  transaction.commit();
+}
+
+TEST_F(Client, TheWindowLivesOnWhileAnIndexIsMade) {
+  fillMail(*mail);
+  start();
+  openMail();
+  int beats = 0;
+  bool barSeen = false;
+  QString refused;
+  QTimer heart;
+  QObject::connect(&heart, &QTimer::timeout, window.get(), [&] {
+    if (++beats == 1) {
+      save(memo(u"pump, saved meanwhile"_s));
+      barSeen = part<QWidget>("importBar").isVisible();
+      trigger("importFilesAction");
+      refused = error();
+    }
+  });
+  heart.start(5);
+  trigger("createIndexAction");
+  EXPECT_GT(beats, 3);
+  EXPECT_TRUE(barSeen);
+  EXPECT_TRUE(refused.contains(u"An index is being made"_s)) << refused.toStdString();
+  EXPECT_EQ(choice->asked, 0);
+  EXPECT_FALSE(part<QWidget>("importBar").isVisible());
+  EXPECT_EQ(fullTextSearch(*mail, u"pump", 0).size(), 2501);
+  EXPECT_TRUE(report().contains(u"all documents"_s)) << report().toStdString();
+}
+
+TEST_F(Client, ACancelledIndexGoesOnTheNextTime) {
+  fillMail(*mail);
+  start();
+  openMail();
+  QTimer::singleShot(0, window.get(), [&] { part<QPushButton>("importCancel").click(); });
+  trigger("createIndexAction");
+  EXPECT_FALSE(hasFullTextIndex(*mail));
+  EXPECT_TRUE(report().contains(u"Cancelled"_s)) << report().toStdString();
+  EXPECT_TRUE(part<QAction>("createIndexAction").isEnabled());
+  trigger("createIndexAction");
+  EXPECT_EQ(fullTextSearch(*mail, u"pump", 0).size(), 2500);
+  EXPECT_TRUE(part<QAction>("updateIndexAction").isEnabled());
+}
+
+TEST_F(Client, AWindowDestroyedWhileAnIndexIsMadeEndsIt) {
+  fillMail(*mail);
+  start();
+  openMail();
+  QTimer::singleShot(0, qApp, [&] { window.reset(); });
+  trigger("createIndexAction");
+  EXPECT_EQ(window, nullptr);
+  EXPECT_FALSE(hasFullTextIndex(*mail));
 }
 
 TEST_F(Client, TellsWhyADatabaseCannotBeIndexed) {

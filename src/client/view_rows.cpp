@@ -1,0 +1,99 @@
+#include "client/view_rows.h"
+
+#include <algorithm>
+
+#include "client/note_texts.h"
+#include "embedded/formula/faults.h"
+#include "embedded/formula_world/item_conversion.h"
+#include "embedded/formula_world/note_document.h"
+
+namespace lens {
+namespace {
+
+constexpr int kEighths = 8;  // the unit of widths
+constexpr int kNarrow = 4, kWide = 60;
+// Designs keep columns of categories as narrow as a mark, since a category may stand over the whole row.
+constexpr int kCategoryWidth = 24;
+constexpr int kLongest = 500;  // characters of a cell
+
+bool isCategory(const ViewDesign& design, int column) {
+  return std::any_of(design.keys.begin(), design.keys.end(),
+                     [&](const DesignKey& key) { return key.category && key.column == column; });
+}
+
+// What stands lower stands further in, by its first text.
+QStringList indented(QStringList texts, int level) {
+  const auto first =
+      std::find_if(texts.begin(), texts.end(), [](const QString& text) { return !text.isEmpty(); });
+  if (first != texts.end()) first->prepend(QString(2 * level, u' '));
+  return texts;
+}
+
+}  // namespace
+
+ViewRows::ViewRows(std::shared_ptr<Database> database, quint32 view, const Regional& regional)
+    : database_(std::move(database)), index_(*database_, view), regional_(regional) {
+  index_.refresh();
+  const ViewDesign& design = index_.design();
+  for (int place = 0; place < design.columns.size(); ++place) {
+    const DesignColumn& column = design.columns[place];
+    if (column.hidden) continue;
+    const bool category = isCategory(design, place);
+    const int wanted = qMax(column.width / kEighths, int(column.title.size()) + 1);
+    const int width = qBound(category ? kCategoryWidth : kNarrow, wanted, kWide);
+    columns_.push_back({place, column.title, width, category});
+  }
+  if (columns_.isEmpty()) return;
+  lines_ = index_.lines();
+  // Categories have columns of their own, so documents begin at the left; only responses stand further in.
+  int categories = 0;
+  for (ViewLine& line : lines_) {
+    if (line.note == 0)
+      categories = line.level + 1;
+    else
+      line.level = qMax(0, line.level - categories);
+  }
+}
+
+QVector<quint32> ViewRows::noteIds() const {
+  QVector<quint32> ids;
+  ids.reserve(lines_.size());
+  for (const ViewLine& line : lines_) ids.push_back(line.note);
+  return ids;
+}
+
+QStringList ViewRows::texts(int row) {
+  const ViewLine& line = lines_[row];
+  return indented(line.note == 0 ? category(line) : document(line), line.level);
+}
+
+QString ViewRows::text(const formula::Value& value) const {
+  if (value.isError()) return formula::faultText(value.errorCode());
+  QString text = itemText({{}, 0, fieldValue(value)}, regional_);
+  return text.replace(u'\n', QStringLiteral(", ")).left(kLongest).simplified();
+}
+
+// In its own column, or in the first where that one is hidden.
+QStringList ViewRows::category(const ViewLine& line) const {
+  QStringList texts(columns_.size());
+  qsizetype at = 0;
+  for (qsizetype i = 0; i < columns_.size(); ++i)
+    if (columns_[i].place == line.column) at = i;
+  const QString own = text(line.category);
+  texts[at] = own.isEmpty() ? QStringLiteral("(not categorized)") : own;
+  return texts;
+}
+
+// What a category says is not said again.
+QStringList ViewRows::document(const ViewLine& line) {
+  Note note;
+  if (!database_->read(line.note, note)) throw RuntimeError(enginefault::UnknownNote);
+  NoteDocument document(note, database_.get(), NoteDocument::Items::Summary);
+  QStringList texts;
+  for (const Column& column : std::as_const(columns_))
+    texts.append(column.isCategory ? QString()
+                                   : text(index_.rows().column(column.place, document, line.key)));
+  return texts;
+}
+
+}  // namespace lens

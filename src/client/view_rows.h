@@ -1,0 +1,44 @@
+// A view as its columns show it: categories and documents in the view's order. The rows come from the view's
+// index; a document is read when the texts of its row are asked for.
+#pragma once
+
+#include <QStringList>
+#include <memory>
+
+#include "embedded/store/database.h"
+#include "embedded/views/view_index.h"
+#include "host/regional.h"
+
+namespace lens {
+
+class ViewRows {
+ public:
+  // Brings the view's index up to date; raises what that raises.
+  ViewRows(std::shared_ptr<Database> database, quint32 view, const Regional& regional);
+
+  struct Column {
+    int place = 0;  // among all of the view
+    QString title;
+    int width = 0;  // characters
+    bool isCategory = false;
+  };
+  // Those that are not hidden. A view may have none: it has no rows here then.
+  const QVector<Column>& columns() const { return columns_; }
+  // The note of each row, 0 for a category.
+  QVector<quint32> noteIds() const;
+  // One text for each column. Raises UnknownNote for a document that was deleted since.
+  QStringList texts(int row);
+
+ private:
+  QString text(const formula::Value& value) const;
+  QStringList category(const ViewLine& line) const;
+  QStringList document(const ViewLine& line);
+
+  std::shared_ptr<Database> database_;
+  ViewIndex index_;
+  Regional regional_;
+  QVector<Column> columns_;
+  QVector<ViewLine> lines_;
+};
+
+}  // namespace lens
