@@ -11,10 +11,8 @@
 #include <cstring>
 
 #include "app/program.h"
-#include "embedded/capi/embedded_capi.h"
-#include "embedded/model/embedded_gateway.h"
+#include "desk.h"
 #include "first_screen.h"
-#include "host/desktop_host.h"
 #include "ratio.h"
 
 namespace lens::bench {
@@ -59,37 +57,21 @@ void BM_FirstScreenBare(benchmark::State& state) {
 }
 BENCHMARK(BM_FirstScreenBare)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-// The application with a document of so many items open in the client.
-struct Desk {
-  explicit Desk(int items) {
-    workspace = Workspace::open(directory.filePath(QStringLiteral("workspace")), host.regional());
-    const auto database = workspace->createDatabase(QString(), QStringLiteral("a.nsf"), {});
-    Note note;
-    for (int i = 0; i < items; ++i)
-      note.add(QStringLiteral("Field%1").arg(i), itemflag::Summary,
-               textValue(QStringLiteral("value %1").arg(i)));
-    database->save(note);
-    workspace->client().showDatabase({QString(), QStringLiteral("a.nsf")});
-    workspace->client().showDocument(note.header.id);
-    notes = std::make_unique<EmbeddedGateway>(workspace);
-    capi = std::make_unique<EmbeddedCApi>(workspace);
-    application = std::make_unique<Application>(*notes, *capi, host, QString());
-    application->start();
-  }
-
-  QTemporaryDir directory;
-  DesktopHost host;
-  std::shared_ptr<Workspace> workspace;
-  std::unique_ptr<EmbeddedGateway> notes;
-  std::unique_ptr<EmbeddedCApi> capi;
-  std::unique_ptr<Application> application;
-};
+// A document of so many items is open in the client.
+void startWithItems(Desk& desk, int items) {
+  Note note;
+  for (int i = 0; i < items; ++i)
+    note.add(QStringLiteral("Field%1").arg(i), itemflag::Summary,
+             textValue(QStringLiteral("value %1").arg(i)));
+  desk.start(desk.save(note));
+}
 
 void click(benchmark::State& state, Button* Form1::*button, int times) {
-  Desk desk(int(state.range(0)));
+  Desk desk;
+  startWithItems(desk, int(state.range(0)));
   for (auto _ : state)
-    for (int i = 0; i < times; ++i) (desk.application->form.*button)->raiseClick();
-  if (desk.application->form.fldList->listCount() != state.range(0)) state.SkipWithError("rows are missing");
+    for (int i = 0; i < times; ++i) (desk.form().*button)->raiseClick();
+  if (desk.form().fldList->listCount() != state.range(0)) state.SkipWithError("rows are missing");
 }
 
 void BM_Capture(benchmark::State& state) {
