@@ -5,6 +5,7 @@
 #include "embedded/model/support/test_workspace.h"
 #include "notes/code_page.h"
 #include "notes/numbers.h"
+#include "support/counting_listener.h"
 
 using namespace lens;
 using namespace lens::testing;
@@ -151,13 +152,7 @@ TEST_F(Handles, ItemsReadByARoutineInsideStayWithTheirNote) {
 }
 
 TEST_F(Handles, NewDatabasesAreToldToTheClient) {
-  struct Listener : ClientListener {
-    int told = 0;
-    void refreshView() override {}
-    void documentClosed() override {}
-    void databaseClosed() override {}
-    void databasesChanged() override { ++told; }
-  } listener;
+  CountingListener listener;
   t.workspace->client().setListener(&listener);
   EXPECT_EQ(api.NSFDbCreate("told.nsf", 0xFF03, 0), 0);
   EXPECT_EQ(listener.told, 1);

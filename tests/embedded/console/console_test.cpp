@@ -9,6 +9,7 @@
 #include "embedded/console/command_line.h"
 #include "embedded/model/support/test_workspace.h"
 #include "embedded/store/lmbcs.h"
+#include "support/counting_listener.h"
 
 using namespace lens;
 using namespace lens::testing;
@@ -158,13 +159,7 @@ TEST_F(Console, DbcopyMakesADatabaseOfItsOwn) {
 }
 
 TEST_F(Console, DbcopyTellsTheClient) {
-  struct Listener : ClientListener {
-    int told = 0;
-    void refreshView() override {}
-    void documentClosed() override {}
-    void databaseClosed() override {}
-    void databasesChanged() override { ++told; }
-  } listener;
+  CountingListener listener;
   t.workspace->client().setListener(&listener);
   run(u"dbcopy names.nsf copy.nsf"_s);
   EXPECT_EQ(listener.told, 1);

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "embedded/model/support/test_workspace.h"
+#include "support/counting_listener.h"
 
 using namespace lens;
 using namespace lens::testing;
@@ -139,13 +140,7 @@ TEST(Workspace, AnEntryThatCannotBeWrittenIsNotThereEither) {
 }
 
 TEST(Workspace, TellsTheClientOfEveryNewDatabase) {
-  struct Listener : ClientListener {
-    int told = 0;
-    void refreshView() override {}
-    void documentClosed() override {}
-    void databaseClosed() override {}
-    void databasesChanged() override { ++told; }
-  } listener;
+  CountingListener listener;
   TestWorkspace t;
   t.workspace->client().setListener(&listener);
   t.workspace->createDatabase({}, u"a.nsf"_s, {});
