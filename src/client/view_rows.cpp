@@ -92,7 +92,7 @@ QStringList ViewRows::document(const ViewLine& line) {
   QStringList texts;
   for (const Column& column : std::as_const(columns_))
     texts.append(column.isCategory ? QString()
-                                   : text(index_.rows().column(column.place, document, line.key)));
+                                   : text(index_.rows().column(column.place, document, {line.key}).front()));
   return texts;
 }
 
