@@ -30,7 +30,13 @@ Application::Application(Gateway& notes, CApi& api, Host& host, const QString& s
       mainWindow(form, state, api, host, routines, sessions, servers, layout),
       capture(form, state, notes, host, routines),
       lowLevel(form, state, api, host, routines),
-      viewer(form, state, host, routines, sessions, lowLevel, layout) {
+      viewer(form, state, host, routines, sessions, lowLevel, layout),
+      addition(form, state, host, lowLevel),
+      overwriting(form, state, host, lowLevel),
+      searchReplace(form, state, host, routines),
+      contentBox(form, state, layout),
+      collection(form, state, host, routines),
+      filePane(form, state, host) {
   installUntrappedReport(host);
   mainWindow.addDocTypes = [this, &host] { addDocTypes(state, *form.cmbFieldType, host); };
   form.sbrMain->setPanelText(QStringLiteral("Source"), source);

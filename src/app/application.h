@@ -2,14 +2,20 @@
 // does is found in the subsystem, under the procedure's name.
 #pragma once
 
+#include "editing/collection_engine.h"
+#include "editing/content_box.h"
+#include "editing/field_addition.h"
+#include "editing/field_overwriting.h"
+#include "editing/file_pane.h"
+#include "editing/search_replace.h"
 #include "host/host.h"
 #include "inspector/document_capture.h"
 #include "inspector/field_viewer.h"
-#include "inspector/low_level_reading.h"
 #include "notes/bridge.h"
 #include "notes/capi.h"
 #include "shell/form1.h"
 #include "shell/globals.h"
+#include "shell/low_level_reading.h"
 #include "shell/main_window.h"
 #include "shell/routines.h"
 #include "shell/server_lists.h"
@@ -36,6 +42,12 @@ class Application {
   DocumentCapture capture;
   LowLevelReading lowLevel;
   FieldViewer viewer;
+  FieldAddition addition;
+  FieldOverwriting overwriting;
+  SearchReplace searchReplace;
+  ContentBox contentBox;
+  CollectionEngine collection;
+  FilePane filePane;
 };
 
 // Shows what no procedure handled as "Run-time error 'N':" and its description.

@@ -28,13 +28,15 @@ void ComboBox::setEditable(bool editable) {
   // Both would make a typed text that equals a row count as a picked row.
   disconnect(lineEdit(), &QLineEdit::editingFinished, this, nullptr);
   disconnect(lineEdit(), &QLineEdit::returnPressed, this, nullptr);
-  connect(lineEdit(), &QLineEdit::textChanged, this, [this] { textMayHaveChanged(); });
+  connect(lineEdit(), &QLineEdit::textChanged, this, [this] {
+    if (takeChange()) change.fire();
+  });
 }
 
 void ComboBox::setText(const QString& text) {
   if (!isEditable()) return setCurrentIndex(findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive));
   keepText(text);
-  textMayHaveChanged();
+  if (takeChange()) change.raise();
 }
 
 void ComboBox::addItem(const QString& text) {
@@ -59,10 +61,11 @@ void ComboBox::keepText(const QString& text) {
   if (isEditable()) setEditText(text);
 }
 
-void ComboBox::textMayHaveChanged() {
-  if (atWork_ || currentText() == lastText_) return;
+// True when the text has become another one since it was last asked.
+bool ComboBox::takeChange() {
+  if (atWork_ || currentText() == lastText_) return false;
   lastText_ = currentText();
-  change.fire();
+  return true;
 }
 
 void ComboBox::keyPressEvent(QKeyEvent* event) {

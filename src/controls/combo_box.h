@@ -48,7 +48,7 @@ class ComboBox : public QComboBox {
 
  private:
   void keepText(const QString& text);
-  void textMayHaveChanged();
+  bool takeChange();
 
   QString lastText_;
   bool atWork_ = false;

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QStorageInfo>
 #include <algorithm>
 
 #include "controls/keys.h"
@@ -18,11 +19,33 @@ QString existingDirectory(const QString& path) {
   return QDir::toNativeSeparators(QDir::cleanPath(directory.absolutePath()));
 }
 
-QString driveName(const QFileInfo& root) {
-  QString name = root.absoluteFilePath();
-  if (name.size() > 1 && name.endsWith(QChar(u'/'))) name.chop(1);
-  return name.toLower();
+#ifdef Q_OS_WIN
+QStringList driveNames() {
+  QStringList names;
+  for (const QFileInfo& root : QDir::drives()) {
+    QString name = root.absoluteFilePath();
+    if (name.size() > 1 && name.endsWith(QChar(u'/'))) name.chop(1);
+    names += name.toLower();
+  }
+  return names;
 }
+#else
+// A disk or a share of the network; not what the system only shows as files.
+bool holdsFiles(const QStorageInfo& volume) {
+  const QByteArray device = volume.device();
+  return volume.isValid() && QFileInfo(volume.rootPath()).isDir() &&
+         (device.startsWith("/dev/") || device.startsWith("//") || device.contains(':'));
+}
+
+QStringList driveNames() {
+  QStringList mounted;
+  for (const QStorageInfo& volume : QStorageInfo::mountedVolumes())
+    if (!volume.isRoot() && holdsFiles(volume)) mounted += volume.rootPath();
+  mounted.sort();
+  mounted.removeDuplicates();
+  return QStringList(QStringLiteral("/")) + mounted;
+}
+#endif
 
 QStringList sortedNames(QStringList names) {
   std::stable_sort(names.begin(), names.end(), sortsBefore);
@@ -32,17 +55,17 @@ QStringList sortedNames(QStringList names) {
 }  // namespace
 
 DriveList::DriveList(QWidget* parent) : ComboBox(parent) {
-  for (const QFileInfo& root : QDir::drives()) addItem(driveName(root));
+  for (const QString& name : driveNames()) addItem(name);
   if (listCount() > 0) setCurrentIndex(0);
   connect(this, &QComboBox::activated, this, [this] { change.fire(); });
 }
 
 void DriveList::setDrive(const QString& drive) {
-  const QString wanted = drive.isEmpty() ? list(0) : drive;
-  const int row = findText(wanted, Qt::MatchFixedString);
+  if (drive.isEmpty()) return;
+  const int row = findText(drive, Qt::MatchFixedString);
   if (row < 0) throw RuntimeError(kDeviceUnavailable);
   setCurrentIndex(row);
-  change.fire();
+  change.raise();
 }
 
 DirList::DirList(QWidget* parent) : ListBox(parent) {}
@@ -61,7 +84,7 @@ void DirList::setPath(const QString& path) {
   for (const QString& name : sortedNames(QDir(path_).entryList(QDir::Dirs | QDir::NoDotAndDotDot)))
     addItem(name);
   placeIndex(depth_ - 1);
-  if (differs) change.fire();
+  if (differs) change.raise();
 }
 
 QString DirList::directoryAt(int row) const {

@@ -6,7 +6,7 @@
 
 namespace lens {
 
-// Where drives have no letters there is one, the root.
+// Where drives have no letters they are the root and what is mounted below it.
 class DriveList : public ComboBox {
   Q_OBJECT
 
@@ -15,8 +15,8 @@ class DriveList : public ComboBox {
 
   // Like "c:" or "/".
   QString drive() const { return currentText(); }
-  // Empty is the root. Runs `change`, also for the drive that is chosen already; raises 68 for a
-  // drive that is not there.
+  // Runs `change`, also for the drive that is chosen already; raises 68 for a drive that is not there.
+  // Empty changes nothing.
   void setDrive(const QString& drive);
 };
 

@@ -72,7 +72,7 @@ void ListBox::setListIndex(int row) {
   if (row == -1) return;
   anchor_ = row;
   scrollTo(rows_->index(row, 0));
-  click.fire();
+  click.raise();
 }
 
 bool ListBox::selected(int row) const {
@@ -88,7 +88,7 @@ void ListBox::setSelected(int row, bool marked) {
     anchor_ = row;
     scrollTo(rows_->index(row, 0));
   }
-  click.fire();
+  click.raise();
 }
 
 int ListBox::selCount() const {

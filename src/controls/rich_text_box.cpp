@@ -31,6 +31,25 @@ quint32 bgrOf(const QColor& colour) {
   return quint32(colour.red()) | quint32(colour.green()) << 8 | quint32(colour.blue()) << 16;
 }
 
+// The toolkit looks through a whole word for each line that it breaks the word into: an encoded file in one
+// line would take minutes.
+bool hasEndlessWord(const QString& text) {
+  constexpr qsizetype kEndless = 10'000;
+  qsizetype start = 0;
+  for (qsizetype i = 0; i < text.size(); ++i) {
+    if (!text[i].isSpace()) continue;
+    if (i - start > kEndless) return true;
+    start = i + 1;
+  }
+  return text.size() - start > kEndless;
+}
+
+// Tab is a character of the text, so the keyboard leaves the box with Ctrl+Tab.
+bool leavesBox(const QKeyEvent& event) {
+  return (event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab) &&
+         (event.modifiers() & Qt::ControlModifier);
+}
+
 }  // namespace
 
 RichTextBox::RichTextBox(QWidget* parent) : QPlainTextEdit(parent) {
@@ -45,11 +64,12 @@ RichTextBox::RichTextBox(QWidget* parent) : QPlainTextEdit(parent) {
 }
 
 void RichTextBox::setText(const QString& text) {
-  if (text != text_.text()) text_.setText(text);
+  const bool differs = text != text_.text();
+  if (differs) text_.setText(text);
   looks_.clear();
   showAll();
   setSelection(0, 0);
-  change.fire();
+  if (differs) change.raise();
 }
 
 QString RichTextBox::upToNul(const QString& text) {
@@ -72,7 +92,7 @@ void RichTextBox::setSelection(int start, int length) {
   selLength_ = length;
   cursorIsOld_ = true;
   viewport()->update();
-  selChange.fire();
+  selChange.raise();
 }
 
 void RichTextBox::setSelText(const QString& text) {
@@ -87,7 +107,7 @@ void RichTextBox::setSelText(const QString& text) {
   else
     showPart(documentStart, documentEnd, start, int(text.size()));
   setSelection(start + int(text.size()), 0);
-  if (differs) change.fire();
+  if (differs) change.raise();
 }
 
 void RichTextBox::splice(int position, int removed, const QString& added) {
@@ -104,7 +124,12 @@ void RichTextBox::splice(int position, int removed, const QString& added) {
 void RichTextBox::showAll() {
   QScopedValueRollback<bool> working(ownWork_, true);
   documentIsOld_ = false;
-  setPlainText(text_.shown(0, length()));
+  const QString shown = text_.shown(0, length());
+  const bool anywhere = hasEndlessWord(shown);
+  // The old text is laid out once more on its way out, so it must not meet the slow mode either.
+  if (anywhere) setWordWrapMode(QTextOption::WrapAnywhere);
+  setPlainText(shown);
+  if (!anywhere) setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   cursorIsOld_ = true;
   looksFrom_ = looksTo_ = 0;
   touchLooks(0, length());
@@ -230,6 +255,11 @@ bool RichTextBox::viewportEvent(QEvent* event) {
 
 void RichTextBox::keyPressEvent(QKeyEvent* event) {
   keyDown.fire(keyCode(*event), shiftState(event->modifiers()));
+  if (leavesBox(*event)) {  // the editor itself refuses to
+    QAbstractScrollArea::focusNextPrevChild(event->key() == Qt::Key_Tab &&
+                                            !(event->modifiers() & Qt::ShiftModifier));
+    return event->accept();
+  }
   bringUpToDate();
   QPlainTextEdit::keyPressEvent(event);
   if (documentIsOld_) bringUpToDate();

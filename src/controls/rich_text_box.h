@@ -29,7 +29,7 @@ class RichTextBox : public QPlainTextEdit {
   Event<int, int> keyDown;
 
   const QString& text() const { return text_.text(); }
-  // Drops all looks, sets the selection to the start and runs `change`, also for the same text.
+  // Drops all looks, also for the same text, and sets the selection to the start.
   void setText(const QString& text);
   int length() const { return text_.length(); }
   static QString upToNul(const QString& text);

@@ -3,6 +3,7 @@
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <limits>
+#include <utility>
 
 #include "controls/keys.h"
 
@@ -10,7 +11,15 @@ namespace lens {
 
 TextBox::TextBox(QWidget* parent) : QLineEdit(parent) {
   setMaxLength(std::numeric_limits<int>::max());
-  connect(this, &QLineEdit::textChanged, this, [this] { change.fire(); });
+  connect(this, &QLineEdit::textChanged, this, [this] {
+    if (!std::exchange(setByCode_, false)) change.fire();
+  });
+}
+
+void TextBox::setText(const QString& text) {
+  setByCode_ = true;
+  QLineEdit::setText(text);
+  if (!std::exchange(setByCode_, false)) change.raise();
 }
 
 void TextBox::keyPressEvent(QKeyEvent* event) {

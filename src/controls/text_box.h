@@ -21,9 +21,14 @@ class TextBox : public QLineEdit {
   // Key code and shift state, see keys.h.
   Event<int, int> keyDown;
 
+  void setText(const QString& text);
+
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
+
+ private:
+  bool setByCode_ = false;  // while the toolkit's signal is not the user's
 };
 
 }  // namespace lens

@@ -16,6 +16,7 @@
 #endif
 
 #include "controls/pictures.h"
+#include "host/desktop_shell.h"
 #include "host/paths.h"
 
 namespace lens {
@@ -134,6 +135,26 @@ QString DesktopHost::tempDirectory() {
 QString DesktopHost::findFile(const QString& path) {
   const QString found = findPath(path);
   return QFileInfo(found).isFile() ? found : QString();
+}
+
+QString DesktopHost::joinPath(const QString& directory, const QString& name) {
+  return joinedPath(directory, name);
+}
+
+void DesktopHost::deleteFile(const QString& path) {
+  removeFile(path);
+}
+
+int DesktopHost::shellOpen(const QString& path) {
+  return openWithDesktop(path);
+}
+
+qint64 DesktopHost::openWith(const QString& path) {
+  return openWithChosenProgram(boxOwner(), path);
+}
+
+void DesktopHost::showProperties(const QString& path) {
+  showFileProperties(boxOwner(), path);
 }
 
 // Where the dynamic linker has no such call the C library is looked for by its full path.

@@ -21,6 +21,11 @@ class DesktopHost : public Host {
   QString programDirectory() override;
   QString tempDirectory() override;
   QString findFile(const QString& path) override;
+  QString joinPath(const QString& directory, const QString& name) override;
+  void deleteFile(const QString& path) override;
+  int shellOpen(const QString& path) override;
+  qint64 openWith(const QString& path) override;
+  void showProperties(const QString& path) override;
   void addLibraryDirectory(const QString& directory) override;
   bool addTrayIcon(const QString& tip, std::function<void(int)> callback) override;
   void removeTrayIcon() override;

@@ -59,6 +59,17 @@ class Host {
   // The existing file that a path means, "" when there is none. Where names are case-sensitive a
   // look-up that fails is repeated without regard to case.
   virtual QString findFile(const QString& path) = 0;
+  // Directory and name as one path: a separator between them, save where the directory ends in one.
+  virtual QString joinPath(const QString& directory, const QString& name) = 0;
+  // Deletes a file for good; raises 53 when there is none and 70 or 75 when it cannot be deleted.
+  virtual void deleteFile(const QString& path) = 0;
+  // Opens a file with the program that it belongs to, without waiting for it. Above 32 it was started;
+  // otherwise 2 no such file, 3 no such directory, 31 no program belongs to it.
+  virtual int shellOpen(const QString& path) = 0;
+  // Lets the user choose a program for a file and starts it; its process ID, 0 when none was started.
+  virtual qint64 openWith(const QString& path) = 0;
+  // Shows what the system knows of a file or directory.
+  virtual void showProperties(const QString& path) = 0;
   // Lets the dynamic linker look in a directory too; nothing where the platform has no such call.
   virtual void addLibraryDirectory(const QString& directory) = 0;
 

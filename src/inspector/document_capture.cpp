@@ -3,7 +3,8 @@
 #include <functional>
 
 #include "inspector/body_row.h"
-#include "inspector/list_rows.h"
+#include "shell/exact_texts.h"
+#include "shell/list_rows.h"
 #include "shell/text_routines.h"
 
 namespace lens {
@@ -37,7 +38,7 @@ void DocumentCapture::cmdGetDoc_Click() {
   Continue step;
   if (!openCurrentDatabase(step)) {
     step([&] { form_.cmdGetProfiels->raiseClick(); });
-    step([&] { host_.messageBox(QStringLiteral("Cann't open DB try again")); });
+    step([&] { host_.messageBox(exact::kNoDatabase); });
     state_.gUIWorkspace.release();
     state_.gSession.release();
     return;
@@ -80,7 +81,7 @@ void DocumentCapture::cmdGetDoc_Click() {
 void DocumentCapture::cmdFldtype_Click() {
   Continue step;
   if (!openCurrentDatabase(step)) {
-    step([&] { host_.messageBox(QStringLiteral("Cann't open DB try again")); });
+    step([&] { host_.messageBox(exact::kNoDatabase); });
     state_.gUIWorkspace.release();
     state_.gSession.release();
     return;
@@ -89,7 +90,7 @@ void DocumentCapture::cmdFldtype_Click() {
 
   takeOpenDocument(step);
   if (state_.gDoc.isNothing()) {
-    step([&] { host_.messageBox(QStringLiteral("Cann't open document try again")); });
+    step([&] { host_.messageBox(exact::kNoDocument); });
     return;
   }
   clearDocumentControls(step, false);
@@ -141,7 +142,7 @@ void DocumentCapture::takeSelectedDocument(Continue& step) {
 }
 
 void DocumentCapture::clearDocumentControls(Continue& step, bool clearType) {
-  form_.txtFieldContent->setText(QString());
+  step([&] { form_.txtFieldContent->setText(QString()); });
   form_.txtFieldName->setText(QString());
   if (clearType) form_.cmbFieldType->setText(QString());  // its rows stay
   form_.lblSize->setText(QString());
@@ -329,7 +330,7 @@ void DocumentCapture::NotesID_KeyPress(int& key) {
     if (!typed || form_.cmdDECHEX->text() != kHexMode || (key >= u'0' && key <= u'9')) return;
     const char16_t upper = QChar(char16_t(key)).toUpper().unicode();
     if (upper < u'0' || upper > u'F') {
-      host_.messageBox(QStringLiteral("Only Charachter between 'A' - 'F'  allowed"), box::Critical, kHexMode);
+      host_.messageBox(exact::kHexDigitsOnly, box::Critical, kHexMode);
       form_.NotesID->setText(QString());
       key = 13;
       return;

@@ -3,7 +3,7 @@
 #include <QScreen>
 
 #include "inspector/body_row.h"
-#include "inspector/list_rows.h"
+#include "shell/list_rows.h"
 #include "shell/text_routines.h"
 
 namespace lens {
@@ -15,10 +15,6 @@ constexpr quint32 kRed = 255;
 
 bool hasType(Continue& step, const Object& item, int type) {
   return step.holds([&] { return item.get(QStringLiteral("Type")).number() == type; });
-}
-
-QString sizeText(qint64 bytes) {
-  return QString::number(bytes) + u" bytes";
 }
 
 }  // namespace
@@ -38,7 +34,7 @@ FieldViewer::FieldViewer(Form1& form, Globals& state, Host& host, Routines& rout
 
 void FieldViewer::fldList_Click() {
   Continue step;
-  form_.txtFieldContent->setText(QString());
+  step([&] { form_.txtFieldContent->setText(QString()); });
   routines_.SetMousePtr(pointer::Hourglass);
   const QString name = fieldName(form_.fldList->text());
   Object item;
@@ -89,7 +85,7 @@ void FieldViewer::showItem(Continue& step, const QString& name, const Object& it
   if (upper == u"$FILE" || upper == u"$FORMULA") text = fieldText(form_.fldList->text());
 
   form_.txtFieldName->setText(name);
-  form_.txtFieldContent->setText(widenLineFeeds(text));
+  step([&] { form_.txtFieldContent->setText(widenLineFeeds(text)); });
   if (form_.width() >= form_.screen()->size().width())
     step([&] { layout_.ResizeOneControl(QStringLiteral("txtFieldContent")); });
   markSearchText(step);

@@ -5,12 +5,12 @@
 #include <QString>
 
 #include "host/host.h"
-#include "inspector/low_level_reading.h"
 #include "notes/bridge.h"
 #include "notes/numbers.h"
 #include "shell/error_modes.h"
 #include "shell/form1.h"
 #include "shell/globals.h"
+#include "shell/low_level_reading.h"
 #include "shell/routines.h"
 #include "shell/session_routines.h"
 #include "shell/window_layout.h"

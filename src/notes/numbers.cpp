@@ -36,6 +36,39 @@ double wholeNumberText(QStringView text) {
   return number;
 }
 
+double numberPrefix(QStringView text) {
+  qsizetype at = 0;
+  const auto isDigit = [&] { return at < text.size() && text[at] >= u'0' && text[at] <= u'9'; };
+  const auto passDigits = [&] {
+    const qsizetype from = at;
+    while (isDigit()) ++at;
+    return at - from;
+  };
+  const auto passSign = [&] {
+    if (at < text.size() && (text[at] == u'+' || text[at] == u'-')) ++at;
+  };
+  while (at < text.size() && text[at] == u' ') ++at;
+  const qsizetype start = at;
+  passSign();
+  qsizetype digits = passDigits();
+  if (at < text.size() && text[at] == u'.') {
+    ++at;
+    digits += passDigits();
+  }
+  if (digits == 0) return 0;
+  // An "E" without digits behind it belongs to what follows the number.
+  const qsizetype mantissaEnd = at;
+  if (at < text.size() && (text[at] == u'e' || text[at] == u'E')) {
+    ++at;
+    passSign();
+    if (passDigits() == 0) at = mantissaEnd;
+  }
+  bool ok = false;
+  const double number = text.mid(start, at - start).toDouble(&ok);
+  if (!ok || !std::isfinite(number)) throw RuntimeError(err::Overflow);
+  return number;
+}
+
 qint32 roundToInt32(double number) {
   const double rounded = std::nearbyint(number);  // the default rounding mode is half to even
   if (!(rounded >= std::numeric_limits<qint32>::min() && rounded <= std::numeric_limits<qint32>::max()))

@@ -14,6 +14,10 @@ QString numberText(double number);
 // The number that the whole text spells (blanks, CR and LF around it allowed); raises 13 otherwise.
 double wholeNumberText(QStringView text);
 
+// The number that the text begins with: blanks, a sign, digits, a point, an exponent. What follows is not
+// looked at; 0 where no number stands in front.
+double numberPrefix(QStringView text);
+
 // Rounds to the nearest integer, halves to the even one. Raises 6 outside 32 bits.
 qint32 roundToInt32(double number);
 // The integer that the whole text spells, rounded the same way: 13 when it is no number.

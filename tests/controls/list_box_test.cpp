@@ -358,14 +358,19 @@ TEST(ListBox, FindForgivesCapitalsAndStartsWhereTold) {
   EXPECT_EQ(shown.list.find(QStringLiteral("none")), -1);
 }
 
-TEST(ListBox, FailureOfAFiredClickIsReportedAndTheSetterSucceeds) {
+TEST(ListBox, FailureOfAClickGoesToTheCodeThatSetTheRowAndToTheReportBelowTheUser) {
   Untrapped untrapped;
-  ShownList shown(2);
+  ShownList shown(3);
   shown.list.click = [] { throw RuntimeError(91); };
-  shown.list.setListIndex(1);
+  EXPECT_EQ(errorOf([&] { shown.list.setListIndex(1); }), 91);
   EXPECT_EQ(shown.list.listIndex(), 1);
-  EXPECT_EQ(untrapped.numbers, QVector<int>{91});
+  EXPECT_EQ(errorOf([&] { shown.list.setSelected(2, true); }), 91);
+  EXPECT_EQ(shown.list.listIndex(), 2);
   EXPECT_EQ(errorOf([&] { shown.list.raiseClick(); }), 91);
+  EXPECT_TRUE(untrapped.numbers.isEmpty());
+  QTest::mouseClick(shown.list.viewport(), Qt::LeftButton, {}, shown.at(0));
+  EXPECT_EQ(shown.list.listIndex(), 0);
+  EXPECT_EQ(untrapped.numbers, QVector<int>{91});
 }
 
 TEST(ListBox, ProcedureMayClearTheListUnderTheMouse) {

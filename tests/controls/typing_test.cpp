@@ -25,13 +25,27 @@ TEST(TextBox, ChangeFiresWhenTheTextDiffersTypedOrSet) {
   EXPECT_EQ(changes.take(), 2);
 }
 
-TEST(TextBox, FailureInChangeIsReportedAndTheTextStands) {
+TEST(TextBox, FailureInChangeGoesToTheCodeThatSetTheTextAndToTheReportBelowTheUser) {
   Untrapped untrapped;
   TextBox box;
   box.change = [] { throw RuntimeError(6); };
-  box.setText(QStringLiteral("a"));
+  EXPECT_EQ(errorOf([&] { box.setText(QStringLiteral("a")); }), 6);
   EXPECT_EQ(box.text(), QStringLiteral("a"));
+  EXPECT_EQ(errorOf([&] { box.setText(QStringLiteral("a")); }), 0);
+  EXPECT_TRUE(untrapped.numbers.isEmpty());
+  showWithFocus(box);
+  QTest::keyClicks(&box, QStringLiteral("b"));
   EXPECT_EQ(untrapped.numbers, QVector<int>{6});
+}
+
+TEST(ComboBox, FailureInChangeGoesToTheCodeThatSetTheText) {
+  Untrapped untrapped;
+  ComboBox box;
+  box.setEditable(true);
+  box.change = [] { throw RuntimeError(6); };
+  EXPECT_EQ(errorOf([&] { box.setText(QStringLiteral("a")); }), 6);
+  EXPECT_EQ(box.text(), QStringLiteral("a"));
+  EXPECT_TRUE(untrapped.numbers.isEmpty());
 }
 
 TEST(TextBox, TakesTextOfAnyLength) {

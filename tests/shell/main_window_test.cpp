@@ -347,7 +347,7 @@ TEST_F(MainWindowTest, WaitingForAProcessThatIsGoneIsNoError) {
 TEST_F(MainWindowTest, AFailureThatNoProcedureHandledIsReportedAndTheProgramLivesOn) {
   startWithDocument();
   form().txtReplace->change = [] { throw RuntimeError(11); };
-  setText("txtReplace", u"x"_s);
+  type("txtReplace", u"x"_s);
   EXPECT_EQ(text("txtReplace"), "x");
   ASSERT_EQ(host.boxes.size(), 1);
   EXPECT_EQ(host.boxes[0],

@@ -15,10 +15,12 @@ class FaultyGateway : public Gateway {
  public:
   explicit FaultyGateway(Gateway& next) : next_(next) {}
 
-  int failAt = 0;                        // the call of this number (from 1) raises; 0 means none
-  QHash<QString, RuntimeError> failing;  // member or class name in upper case -> what it raises
-  QHash<QString, Value> replies;         // member in upper case -> what a read or call of it gives
-  QStringList log;                       // names in the order of the calls
+  int failAt = 0;                              // the call of this number (from 1) raises; 0 means none
+  int failNumber = 70;                         // what it raises
+  QHash<QString, RuntimeError> failing;        // member or class name in upper case -> what it raises
+  QHash<QString, Value> replies;               // member in upper case -> what a read or call of it gives
+  std::function<void(const QString&)> onCall;  // what happens elsewhere at the moment of a call
+  QStringList log;                             // names in the order of the calls
   int calls() const { return int(log.size()); }
 
   Object create(const QString& classId) override {
@@ -57,7 +59,8 @@ class FaultyGateway : public Gateway {
 
   void note(const QString& name) {
     log += name;
-    if (calls() == failAt) throw RuntimeError(70);
+    if (onCall) onCall(name);
+    if (calls() == failAt) throw RuntimeError(failNumber);
     if (const auto fault = failing.constFind(name.toUpper()); fault != failing.cend()) throw *fault;
   }
   Object wrap(const Object& object) {

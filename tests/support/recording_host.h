@@ -33,6 +33,7 @@ class RecordingHost : public Host {
   QQueue<int> answers;  // for boxes to come; an empty queue answers OK or Yes
   std::function<void(const ShownBox&)> whileBoxIsShown;
   int pointerCode = pointer::Default;
+  QVector<int> pointers;  // all that were set, in order
   QStringList sounds;
   int yields = 0;
   QDateTime clock = QDateTime(QDate(2024, 3, 11), QTime(14, 5, 9));
@@ -42,6 +43,9 @@ class RecordingHost : public Host {
   QString trayTip;
   QVector<qint64> waitedFor;
   int processEnds = 0;
+  int shellCode = 33;  // what opening a file gives
+  qint64 chosenProgram = 0;
+  QStringList opened, openedWith, propertiesShown;
 
   void setRegion(const QLocale& locale) { regional_ = Regional(locale); }
   QStringList boxTexts() const {
@@ -57,13 +61,29 @@ class RecordingHost : public Host {
     return (style & 0x0F) == box::YesNo ? answer::Yes : answer::Ok;
   }
   void yield() override { ++yields; }
-  void setPointer(int code) override { pointerCode = code; }
+  void setPointer(int code) override {
+    pointerCode = code;
+    pointers += code;
+  }
   void playSound(const QString& path) override { sounds += path; }
   QDateTime now() override { return clock; }
   const Regional& regional() override { return regional_; }
   QString programDirectory() override { return programDir; }
   QString tempDirectory() override { return tempDir; }
   QString findFile(const QString& path) override { return findPath(path); }
+  QString joinPath(const QString& directory, const QString& name) override {
+    return joinedPath(directory, name);
+  }
+  void deleteFile(const QString& path) override { removeFile(path); }
+  int shellOpen(const QString& path) override {
+    opened += path;
+    return shellCode;
+  }
+  qint64 openWith(const QString& path) override {
+    openedWith += path;
+    return chosenProgram;
+  }
+  void showProperties(const QString& path) override { propertiesShown += path; }
   void addLibraryDirectory(const QString&) override {}
   bool addTrayIcon(const QString& tip, std::function<void(int)> callback) override {
     if (!hasTray) return false;

@@ -10,18 +10,26 @@ namespace lens {
 
 inline const QString kNameEnd = QStringLiteral(": ");
 inline const QString kIdMark = QStringLiteral(" # ");
+inline const QString kShortIdMark = QStringLiteral("# ");
 
 // Width 0 leaves the text directly behind ": ".
 QString fieldRow(const QString& name, qsizetype width, const QString& text);
 // What stands before the first ": "; empty for a row without one.
 QString fieldName(const QString& row);
+// The same for those who cannot go on without a name: raises 5 for a row without ": ".
+QString requiredFieldName(const QString& row);
 // What stands behind the first ": ", trimmed.
 QString fieldText(const QString& row);
+
+// As lblSize shows the size of an item: "12 bytes".
+QString sizeText(qint64 bytes);
 
 struct CollectionRow {
   QString designName;  // trimmed, without aliases; empty when the row is a bare ID
   QString id;          // what stands behind " # ", or the whole row
 };
 CollectionRow collectionRow(const QString& row);
+// The note ID as those read it who ask for no name: what stands behind the first "# ", or the whole row.
+QString listedNoteId(const QString& row);
 
 }  // namespace lens

@@ -1,4 +1,4 @@
-#include "inspector/list_rows.h"
+#include "shell/list_rows.h"
 
 #include <gtest/gtest.h>
 

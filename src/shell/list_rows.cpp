@@ -1,5 +1,6 @@
-#include "inspector/list_rows.h"
+#include "shell/list_rows.h"
 
+#include "notes/runtime_error.h"
 #include "shell/text_routines.h"
 
 namespace lens {
@@ -11,6 +12,15 @@ QString fieldRow(const QString& name, qsizetype width, const QString& text) {
 QString fieldName(const QString& row) {
   const qsizetype end = row.indexOf(kNameEnd);
   return end < 0 ? QString() : row.left(end);
+}
+
+QString requiredFieldName(const QString& row) {
+  if (!row.contains(kNameEnd)) throw RuntimeError(err::InvalidCall);
+  return fieldName(row);
+}
+
+QString sizeText(qint64 bytes) {
+  return QString::number(bytes) + QStringLiteral(" bytes");
 }
 
 QString fieldText(const QString& row) {
@@ -25,6 +35,11 @@ CollectionRow collectionRow(const QString& row) {
   const QString name = row.left(mark);
   const qsizetype alias = name.indexOf(u'|');
   return {trimBlanks(alias < 0 ? name : name.left(alias)), row.mid(mark + kIdMark.size())};
+}
+
+QString listedNoteId(const QString& row) {
+  const qsizetype mark = row.indexOf(kShortIdMark);
+  return mark < 0 ? row : row.mid(mark + kShortIdMark.size());
 }
 
 }  // namespace lens

@@ -1,4 +1,4 @@
-#include "inspector/low_level_reading.h"
+#include "shell/low_level_reading.h"
 
 #include "notes/code_page.h"
 #include "notes/note_reading.h"

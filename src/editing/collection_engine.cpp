@@ -1,0 +1,235 @@
+#include "editing/collection_engine.h"
+
+#include "editing/item_types.h"
+#include "editing/place_replacement.h"
+#include "editing/rich_text_replacement.h"
+#include "editing/type_number.h"
+#include "editing/value_lines.h"
+#include "notes/numbers.h"
+#include "shell/exact_texts.h"
+#include "shell/list_rows.h"
+
+namespace lens {
+
+CollectionEngine::CollectionEngine(Form1& form, Globals& state, Host& host, Routines& routines)
+    : form_(form), state_(state), host_(host), routines_(routines) {
+  form_.cmdDelFieldInCol->click = [this] { cmdDelFieldInCol_Click(); };
+  form_.cmdAddFieldInColl->click = [this] { cmdAddFieldInColl_Click(); };
+  form_.cmdWriteDocsInColl->click = [this] { cmdWriteDocsInColl_Click(); };
+  form_.cmdReplAllFieldsInColl->click = [this] { cmdReplAllFieldsInColl_Click(); };
+  form_.cmdRemColl->click = [this] { cmdRemColl_Click(); };
+}
+
+void CollectionEngine::cmdDelFieldInCol_Click() {
+  const QString name = form_.txtFieldName->text();
+  if (name.isEmpty()) return;
+  procCollection(Delete, name, QString());
+  form_.cmdidList->raiseClick();
+}
+
+void CollectionEngine::cmdAddFieldInColl_Click() {
+  const QString name = form_.txtFieldName->text();
+  if (name.isEmpty()) return;
+  procCollection(Add, name, typeText(form_.cmbFieldType->text()));
+  form_.cmdidList->raiseClick();
+}
+
+void CollectionEngine::cmdWriteDocsInColl_Click() {
+  const QString name = form_.txtFieldName->text();
+  if (name.isEmpty()) return;
+  procCollection(Overwrite, name, form_.txtFieldContent->text());
+  form_.cmdidList->raiseClick();
+}
+
+void CollectionEngine::cmdReplAllFieldsInColl_Click() {
+  procCollection(ReplaceAll, form_.txtSearch->text(), form_.txtReplace->text());
+  form_.cmdidList->raiseClick();
+}
+
+void CollectionEngine::procCollection(int mode, const QString& fieldName, const QString& fieldValue) {
+  trapped(host_, {QStringLiteral("procCollection"), QStringLiteral("Modul Globals")}, [&] {
+    host_.setPointer(pointer::Hourglass);
+    const Int16 last = form_.idList->listCount() - 1;
+    Work work;
+    for (Int16 index; index <= last; index += 1) {
+      if (index >= form_.idList->listCount()) break;
+      const QString noteId = listedNoteId(form_.idList->list(index));
+      work.step([&] { state_.gDoc = state_.gDb.call(QStringLiteral("GETDOCUMENTBYID"), noteId).object(); });
+      if (state_.gDoc.isNothing()) continue;
+      if (changeDocument(work, mode, fieldName, fieldValue) == Run::Ends) break;
+    }
+  });
+  endOfRun();
+}
+
+CollectionEngine::Run CollectionEngine::changeDocument(Work& work, int mode, const QString& name,
+                                                       const QString& value) {
+  switch (mode) {
+    case Delete:
+      deleteItem(work, name);
+      break;
+    case Add:
+      addItem(work, name, value);
+      break;
+    case Overwrite:
+      overwriteItem(work, name, value);
+      break;
+    case ReplaceAll:
+      return replaceInDocument(work);
+  }
+  return Run::GoesOn;
+}
+
+// Without a trap, also after a failure: an empty list has no entry to mark, and that goes to the caller.
+void CollectionEngine::endOfRun() {
+  host_.setPointer(pointer::Default);
+  state_.gDoc.release();
+  routines_.playDoneSound();
+  form_.idList->setSelected(0, true);
+  form_.txtFieldContent->setText(QString());
+}
+
+void CollectionEngine::saveDocument(Work& work) {
+  work.step([&] { state_.gDoc.call(QStringLiteral("SAVE"), true, false); });
+}
+
+void CollectionEngine::fetchItem(Work& work, const QString& name) {
+  work.step([&] { work.item = state_.gDoc.call(QStringLiteral("GETFIRSTITEM"), name).object(); });
+}
+
+void CollectionEngine::replaceValue(Work& work, const QString& name, const Value& value) {
+  work.step([&] { state_.gDoc.call(QStringLiteral("REPLACEITEMVALUE"), name, value); });
+}
+
+void CollectionEngine::writeDates(Work& work, const QString& name, const QString& content) {
+  replaceValue(work, name, Value::array(dateLines(work.step, content, host_.regional())));
+}
+
+void CollectionEngine::deleteItem(Work& work, const QString& name) {
+  work.step([&] { state_.gDoc.call(QStringLiteral("RemoveItem"), name); });
+  saveDocument(work);
+}
+
+// An item that is there goes first, and the document is saved without it.
+void CollectionEngine::addItem(Work& work, const QString& name, const QString& typeText) {
+  if (work.step.holds([&] { return state_.gDoc.call(QStringLiteral("HASITEM"), name).boolean(); }))
+    deleteItem(work, name);
+  work.step([&] { work.type = typeNumber(typeText); });
+  addValue(work, name);
+  saveDocument(work);
+}
+
+void CollectionEngine::addValue(Work& work, const QString& name) {
+  const QString content = form_.txtFieldContent->text();
+  switch (work.type) {
+    case itemcode::RichText:
+      work.step([&] { work.item = state_.gDoc.call(QStringLiteral("CREATERICHTEXTITEM"), name).object(); });
+      work.step([&] { work.item.call(QStringLiteral("APPENDTEXT"), content); });
+      break;
+    case itemcode::Number:
+      work.step([&] { state_.gDoc.call(QStringLiteral("REPLACEITEMVALUE"), name, toInt32(content)); });
+      break;
+    case itemcode::Date:
+      writeDates(work, name, content);
+      break;
+    case itemcode::Readers:
+      addLines(work, name, content);
+      fetchItem(work, name);
+      work.step([&] { work.item.set(QStringLiteral("ISREADERS"), true); });
+      break;
+    case itemcode::Names:
+    case itemcode::Authors:
+    case itemcode::Text:
+      addLines(work, name, content);
+      break;
+  }
+}
+
+void CollectionEngine::addLines(Work& work, const QString& name, const QString& content) {
+  QStringList lines;
+  work.step([&] { lines = textLines(content); });
+  replaceValue(work, name, valueList(lines));
+}
+
+// A document without the item is left alone.
+void CollectionEngine::overwriteItem(Work& work, const QString& name, const QString& content) {
+  fetchItem(work, name);
+  if (work.item.isNothing()) return;
+  work.step([&] { work.type = itemType(work.item); });
+  overwriteValue(work, name, content);
+  saveDocument(work);
+}
+
+void CollectionEngine::overwriteValue(Work& work, const QString& name, const QString& content) {
+  switch (work.type) {
+    case itemcode::Text:
+    case itemcode::Names:
+    case itemcode::Readers:
+    case itemcode::Authors: {
+      QStringList lines;
+      work.step([&] { lines = overwriteLines(content); });
+      replaceValue(work, name, lines.isEmpty() ? Value(content) : valueList(lines));
+      break;
+    }
+    case itemcode::Date:
+      writeDates(work, name, content);
+      break;
+    case itemcode::RichText: {
+      const QString search = form_.txtSearch->text(), replace = form_.txtReplace->text();
+      if (!search.isEmpty() || !replace.isEmpty()) replaceInRichText(work.step, work.item, search, replace);
+      break;
+    }
+    case itemcode::Number: {
+      work.step([&] { work.values = state_.gDoc.call(QStringLiteral("GETITEMVALUE"), name); });
+      work.step([&] { work.values = valueList(numberLines(content, work.values.upperBound() + 1)); });
+      replaceValue(work, name, work.values);
+      break;
+    }
+  }
+}
+
+// A document without a hit is not saved. The texts are read anew for each document and item.
+CollectionEngine::Run CollectionEngine::replaceInDocument(Work& work) {
+  if (form_.txtSearch->text().isEmpty() || form_.txtReplace->text().isEmpty()) {
+    host_.messageBox(exact::kNoSearchTexts, box::Information, QStringLiteral("Replace all fields"));
+    return Run::Ends;
+  }
+  bool changed = false;
+  const Value items = state_.gDoc.get(QStringLiteral("ITEMS"));
+  for (const Value& item : items.values())
+    changed = replaceInItem(work, item.object()) || changed;
+  if (changed) {
+    state_.gDoc.call(QStringLiteral("SAVE"), true, false, true);
+    state_.gDoc.release();
+  }
+  return Run::GoesOn;
+}
+
+// True when the item was changed. Rich text is searched without regard to case, anything else exactly.
+bool CollectionEngine::replaceInItem(Work& work, const Object& item) {
+  const int type = itemType(item);
+  const Replacement replacement{form_.txtSearch->text(), form_.txtReplace->text()};
+  if (type == itemcode::RichText)
+    return replaceInRichText(work.step, item, replacement.search, replacement.replace);
+  const Value stored = item.get(QStringLiteral("Values"));
+  if (!stored.isArray()) return false;
+  QVector<Value> values = stored.values();
+  if (!replaceInValues(values, Places::AllButLast, type, replacement, host_.regional())) return false;
+  replaceValue(work, item.get(QStringLiteral("Name")).text(), Value::array(values));
+  return true;
+}
+
+void CollectionEngine::cmdRemColl_Click() {
+  if (form_.idList->listIndex() < 0) return;
+  for (int row = 0; row < form_.idList->listCount();) {
+    if (form_.idList->selected(row)) {
+      form_.idList->removeItem(row);
+      form_.lblCounter->setText(QString::number(form_.idList->listCount()));
+    } else {
+      ++row;
+    }
+  }
+  form_.idList->refresh();
+}
+
+}  // namespace lens

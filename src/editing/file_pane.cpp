@@ -1,0 +1,175 @@
+#include "editing/file_pane.h"
+
+#include <QDir>
+
+#include "editing/item_types.h"
+#include "host/paths.h"
+#include "shell/error_modes.h"
+#include "shell/exact_texts.h"
+
+namespace lens {
+namespace {
+
+constexpr int kAttachment = 1454;
+constexpr int kLeftButton = 1;
+constexpr int kStarted = 33;
+constexpr int kNoAssociation = 31;
+
+QString shellMessage(int code) {
+  switch (code) {
+    case 0:
+      return exact::kOutOfMemory;
+    case 2:
+      return exact::kFileNotFound;
+    case 3:
+      return exact::kPathNotFound;
+    case 11:
+      return exact::kBadFormat;
+  }
+  return {};
+}
+
+// The hourglass while file contents go to and fro.
+class WhileFilesMove {
+ public:
+  explicit WhileFilesMove(Host& host) : host_(host) { host_.setPointer(pointer::Hourglass); }
+  ~WhileFilesMove() { host_.setPointer(pointer::Default); }
+  Q_DISABLE_COPY(WhileFilesMove)
+
+ private:
+  Host& host_;
+};
+
+}  // namespace
+
+FilePane::FilePane(Form1& form, Globals& state, Host& host) : form_(form), state_(state), host_(host) {
+  form_.cmdExtractAtt->click = [this] { cmdExtractAtt_Click(); };
+  form_.cmdLoadAtt->click = [this] { cmdLoadAtt_Click(); };
+  form_.cmdRemoveFile->click = [this] { cmdRemoveFile_Click(); };
+  form_.Dir1->change = [this] { Dir1_Change(); };
+  form_.Drive1->change = [this] { Drive1_Change(); };
+  form_.Dir1->mouseDown = [this](int button, int) { Dir1_MouseDown(button); };
+  form_.File1->dblClick = [this] { File1_DblClick(); };
+  form_.File1->mouseDown = [this](int button, int) { File1_MouseDown(button); };
+}
+
+// The directory at the index; without one it is the open directory.
+QString FilePane::openDirectory() const {
+  const int row = form_.Dir1->listIndex();
+  return row < 0 ? form_.Dir1->path() : form_.Dir1->directoryAt(row);
+}
+
+int FilePane::selectedFile() const {
+  for (int row = 0; row < form_.File1->listCount(); ++row)
+    if (form_.File1->selected(row)) return row;
+  return -1;
+}
+
+QString FilePane::filePath(int row) const {
+  return host_.joinPath(form_.File1->path(), form_.File1->list(row));
+}
+
+// Attachments that belong to no rich text item are not reached.
+void FilePane::cmdExtractAtt_Click() {
+  const QString directory = openDirectory();
+  if (state_.gDoc.isNothing()) return;
+  const WhileFilesMove hourglass(host_);
+  const Value items = state_.gDoc.get(QStringLiteral("ITEMS"));
+  for (const Value& item : items.values())
+    if (itemType(item.object()) == itemcode::RichText) extractFrom(item.object(), directory);
+  form_.File1->refresh();
+}
+
+// Existing files are overwritten without a question.
+void FilePane::extractFrom(const Object& item, const QString& directory) {
+  const Value objects = item.get(QStringLiteral("EMBEDDEDOBJECTS"));
+  if (!objects.isArray()) return;
+  for (const Value& embedded : objects.values()) {
+    const Object object = embedded.object();
+    if (object.get(QStringLiteral("Type")).number() != kAttachment) continue;
+    const QString name = object.get(QStringLiteral("Name")).text();
+    object.call(QStringLiteral("EXTRACTFILE"), host_.joinPath(directory, fileNameOf(name)));
+  }
+}
+
+void FilePane::cmdLoadAtt_Click() {
+  trapped(host_, {QStringLiteral("cmdLoadAtt_Click")}, [this] {
+    if (state_.gDoc.isNothing()) return;
+    const int row = selectedFile();
+    if (row < 0) return;
+    const QString file = form_.File1->list(row);
+    // Always with a separator, also behind a root.
+    const QString path = form_.File1->path() + QDir::separator() + file;
+    const QString name = form_.txtFieldName->text();
+    const QString title = QStringLiteral("Load attachment");
+    if (host_.messageBox(QStringLiteral("Load attachment: ") + file + u" into field " + name, box::YesNo,
+                         title) == answer::No)
+      return;
+    if (form_.cmbFieldType->text() != u"RICHTEXT (1) means rich text") {
+      host_.messageBox(exact::kNoRichText, box::Critical, title);
+      return;
+    }
+    const Object item = state_.gDoc.call(QStringLiteral("GETFIRSTITEM"), name).object();
+    if (itemType(item) != itemcode::RichText) return;
+    const WhileFilesMove hourglass(host_);
+    item.call(QStringLiteral("EMBEDOBJECT"), kAttachment, QString(), path);
+    state_.gDoc.call(QStringLiteral("SAVE"), true, false, true);
+    form_.cmdGetDoc->raiseClick();
+  });
+}
+
+// No question, no way back. The file behind the deleted one is selected.
+void FilePane::cmdRemoveFile_Click() {
+  trapped(host_, {QStringLiteral("cmdRemoveFile_Click")}, [this] {
+    const int row = selectedFile();
+    if (row < 0) return;
+    host_.deleteFile(filePath(row));
+    form_.File1->refresh();
+    if (row < form_.File1->listCount()) form_.File1->setSelected(row, true);
+  });
+}
+
+void FilePane::showFirstFile() {
+  form_.File1->refresh();
+  if (form_.File1->listCount() >= 1) form_.File1->setSelected(0, true);
+}
+
+void FilePane::Dir1_Change() {
+  trapped(host_, {QStringLiteral("Dir1_Change")}, [this] {
+    form_.File1->setPath(form_.Dir1->path());
+    showFirstFile();
+  });
+}
+
+void FilePane::Drive1_Change() {
+  trapped(host_, {QStringLiteral("Drive1_Change")}, [this] {
+    form_.Dir1->setPath(form_.Drive1->drive());
+    showFirstFile();
+  });
+}
+
+void FilePane::File1_DblClick() {
+  ShellOpenFile(filePath(form_.File1->listIndex()));
+}
+
+void FilePane::Dir1_MouseDown(int button) {
+  if (button != kLeftButton) host_.showProperties(form_.Dir1->path());
+}
+
+void FilePane::File1_MouseDown(int button) {
+  if (button == kLeftButton) return;
+  const int row = form_.File1->listIndex();
+  if (!form_.File1->list(row).isEmpty()) host_.showProperties(filePath(row));
+}
+
+QString FilePane::ShellOpenFile(const QString& path) {
+  const int code = host_.shellOpen(path);
+  if (code >= kStarted) return QStringLiteral("-1");
+  if (code == kNoAssociation) return QString::number(host_.openWith(path) != 0 ? -1 : 0);
+  const QString message = shellMessage(code);
+  if (message.isEmpty()) return QString::number(code);
+  host_.messageBox(exact::kCannotExecute, box::Exclamation, QStringLiteral("Execute it"));
+  return QString::number(code) + u" , " + message;
+}
+
+}  // namespace lens

@@ -1,0 +1,13 @@
+// The four flag boxes of the window, written to an item.
+#pragma once
+
+#include "editing/statements.h"
+#include "notes/bridge.h"
+#include "shell/form1.h"
+
+namespace lens {
+
+// In the order of the window; any value but 0 counts as set.
+void writeFlags(Statements& step, const Form1& form, const Object& item);
+
+}  // namespace lens

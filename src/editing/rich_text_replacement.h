@@ -1,0 +1,15 @@
+// Search and replace inside a rich text item.
+#pragma once
+
+#include <QString>
+
+#include "editing/statements.h"
+#include "notes/bridge.h"
+
+namespace lens {
+
+// Replaces all hits over the whole item, without regard to case, and compacts the item when there were any.
+// Gives back whether there were.
+bool replaceInRichText(Statements& step, const Object& item, const QString& search, const QString& replace);
+
+}  // namespace lens

@@ -1,0 +1,37 @@
+// The frame "Search/replace text": finding the next item or list entry that holds a text, replacing in the
+// content box, and replacing in all items of the document on display.
+#pragma once
+
+#include "host/host.h"
+#include "notes/numbers.h"
+#include "shell/form1.h"
+#include "shell/globals.h"
+#include "shell/routines.h"
+
+namespace lens {
+
+class SearchReplace {
+ public:
+  SearchReplace(Form1& form, Globals& state, Host& host, Routines& routines);
+
+  void cmdSearch_Click();
+  void txtSearch_KeyDown(int keyCode, int shift);
+  void cmdReplace_Click();
+  void cmdSearchReplaceAll_Click();
+
+ private:
+  enum class Found { Yes, No };
+  Found searchCollection(Int16& row);
+  Found searchItems(Int16& row);
+  bool holdsSearchText(const QString& text) const;
+  QString joinedValues(const QString& itemName) const;
+  bool replaceInItem(const Object& item);
+
+  Form1& form_;
+  Globals& state_;
+  Host& host_;
+  Routines& routines_;
+  Int16 nextSearchIndex_;
+};
+
+}  // namespace lens

@@ -1,0 +1,253 @@
+#include <QTest>
+
+#include "editing/editing_fixture.h"
+#include "host/paths.h"
+
+namespace lens {
+namespace {
+
+const QString kRichType = QStringLiteral("RICHTEXT (1) means rich text");
+
+class FilePaneTest : public EditingTest {
+ protected:
+  FilePaneTest() : files(directory.filePath(u"files"_s)) { QDir().mkpath(files); }
+  QString makeFile(const QString& name, const QByteArray& content = "content") {
+    const QString path = files + u'/' + name;
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(content);
+    return path;
+  }
+  static QByteArray contentOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
+  }
+  void openDirectory() { control<DirList>("Dir1").setPath(files); }
+  FileList& fileList() { return control<FileList>("File1"); }
+  void pickFile(const QString& name) {
+    const int row = fileList().find(name);
+    ASSERT_GE(row, 0) << name.toStdString();
+    fileList().setSelected(row, true);
+  }
+
+  QString files;
+};
+
+TEST_F(FilePaneTest, FollowsTheDirectoryAndSelectsTheFirstFile) {
+  makeFile(u"a.txt"_s);
+  makeFile(u"b.txt"_s);
+  show(memo());
+  openDirectory();
+  EXPECT_EQ(fileList().path(), files);
+  EXPECT_EQ(rows("File1"), QStringList({u"a.txt"_s, u"b.txt"_s}));
+  EXPECT_TRUE(fileList().selected(0));
+}
+
+TEST_F(FilePaneTest, ADriveThatIsNotThereIsTold) {
+  show(memo());
+  openDirectory();
+  try {
+    control<DriveList>("Drive1").setDrive(u"q:"_s);
+  } catch (const RuntimeError&) {
+  }
+  EXPECT_EQ(control<DirList>("Dir1").path(), files);
+}
+
+TEST_F(FilePaneTest, ExtractsTheAttachmentsOfRichTextItems) {
+  show(withAttachment(u"report.pdf"_s, "the bytes"));
+  openDirectory();
+  makeFile(u"report.pdf"_s, "old");
+  click("cmdExtractAtt");
+  EXPECT_EQ(contentOf(files + u"/report.pdf"_s), QByteArray("the bytes"));
+  EXPECT_EQ(rows("File1"), QStringList(u"report.pdf"_s));
+  EXPECT_EQ(boxes(), QStringList());
+}
+
+TEST_F(FilePaneTest, AttachmentsOfNoRichTextItemAreNotReached) {
+  Note note = memo();
+  attach(note, u"report.pdf"_s, "x");
+  show(note);
+  openDirectory();
+  click("cmdExtractAtt");
+  EXPECT_EQ(rows("File1"), QStringList());
+}
+
+TEST_F(FilePaneTest, ANameWithSeparatorsStaysInTheDirectory) {
+  show(withAttachment(u"../../outside.txt"_s, "x"));
+  openDirectory();
+  click("cmdExtractAtt");
+  EXPECT_EQ(rows("File1"), QStringList(u"outside.txt"_s));
+}
+
+TEST_F(FilePaneTest, ANameOfADeviceIsRefused) {
+  show(withAttachment(u"NUL.txt"_s, "x"));
+  openDirectory();
+  press("cmdExtractAtt");
+  ASSERT_EQ(host.boxes.size(), 1);
+  EXPECT_TRUE(host.boxes[0].text.startsWith(u"Run-time error '75':"_s));
+  EXPECT_EQ(QDir(files).entryList(QDir::Files), QStringList());
+}
+
+TEST_F(FilePaneTest, LoadsTheSelectedFileIntoARichTextItem) {
+  makeFile(u"plan.txt"_s, "the plan");
+  Note note = memo();
+  note.add(u"Body"_s, 0, rich(u"Text"_s));
+  show(note);
+  openDirectory();
+  pickFile(u"plan.txt"_s);
+  setText("txtFieldName", u"Body"_s);
+  setText("cmbFieldType", kRichType);
+  click("cmdLoadAtt");
+  EXPECT_EQ(host.boxes, QVector<ShownBox>({{u"Load attachment: plan.txt into field Body"_s, box::YesNo,
+                                            u"Load attachment"_s}}));
+  EXPECT_TRUE(rows("fldList").join(u'|').contains(u"plan.txt"_s));
+  QDir(files).remove(u"plan.txt"_s);
+  click("cmdExtractAtt");
+  EXPECT_EQ(contentOf(files + u"/plan.txt"_s), QByteArray("the plan"));
+}
+
+TEST_F(FilePaneTest, NoLoadsNothing) {
+  makeFile(u"plan.txt"_s);
+  Note note = memo();
+  note.add(u"Body"_s, 0, rich(u"Text"_s));
+  show(note);
+  openDirectory();
+  setText("txtFieldName", u"Body"_s);
+  setText("cmbFieldType", kRichType);
+  host.answers.enqueue(answer::No);
+  click("cmdLoadAtt");
+  EXPECT_EQ(saves(), 0);
+}
+
+TEST_F(FilePaneTest, AnotherTypeIsRefusedBehindTheQuestion) {
+  makeFile(u"plan.txt"_s);
+  show(memo());
+  openDirectory();
+  setText("txtFieldName", u"Subject"_s);
+  setText("cmbFieldType", kTextType);
+  click("cmdLoadAtt");
+  ASSERT_EQ(host.boxes.size(), 2);
+  EXPECT_EQ(host.boxes[1],
+            (ShownBox{u"Field is not a rich text!! can't load."_s, box::Critical, u"Load attachment"_s}));
+}
+
+TEST_F(FilePaneTest, APlainItemOfTheNameEndsInSilence) {
+  makeFile(u"plan.txt"_s);
+  show(memo());
+  openDirectory();
+  setText("txtFieldName", u"Subject"_s);
+  setText("cmbFieldType", kRichType);
+  click("cmdLoadAtt");
+  EXPECT_EQ(host.boxes.size(), 1);
+  EXPECT_EQ(saves(), 0);
+}
+
+TEST_F(FilePaneTest, AnEmptyNameFails) {
+  makeFile(u"plan.txt"_s);
+  show(memo());
+  openDirectory();
+  setText("txtFieldName", QString());
+  setText("cmbFieldType", kRichType);
+  click("cmdLoadAtt");
+  ASSERT_EQ(host.boxes.size(), 2);
+  EXPECT_EQ(host.boxes[0].text, u"Load attachment: plan.txt into field "_s);
+  EXPECT_TRUE(host.boxes[1].text.endsWith(u") in procedure cmdLoadAtt_Click of Formular Form1"_s));
+}
+
+TEST_F(FilePaneTest, ADeletedFileGivesItsPlaceToTheNext) {
+  for (const QString& name : {u"a.txt"_s, u"b.txt"_s, u"c.txt"_s}) makeFile(name);
+  show(memo());
+  openDirectory();
+  pickFile(u"b.txt"_s);
+  click("cmdRemoveFile");
+  EXPECT_EQ(rows("File1"), QStringList({u"a.txt"_s, u"c.txt"_s}));
+  EXPECT_EQ(text("File1"), "c.txt");
+  click("cmdRemoveFile");
+  EXPECT_EQ(rows("File1"), QStringList(u"a.txt"_s));
+  EXPECT_EQ(fileList().selCount(), 0);
+  click("cmdRemoveFile");
+  EXPECT_EQ(rows("File1"), QStringList(u"a.txt"_s));
+  EXPECT_EQ(boxes(), QStringList());
+}
+
+TEST_F(FilePaneTest, AFileThatCannotBeDeletedIsTold) {
+  makeFile(u"a.txt"_s);
+  show(memo());
+  openDirectory();
+  QDir(files).remove(u"a.txt"_s);
+  click("cmdRemoveFile");
+  ASSERT_EQ(host.boxes.size(), 1);
+  EXPECT_TRUE(host.boxes[0].text.startsWith(u"Error 53 ("_s)) << host.boxes[0].text.toStdString();
+  EXPECT_TRUE(host.boxes[0].text.endsWith(u") in procedure cmdRemoveFile_Click of Formular Form1"_s));
+}
+
+TEST_F(FilePaneTest, ADirectoryOfThreeCharactersTakesASeparator) {
+  EXPECT_EQ(joinedPath(u"/ab"_s, u"x"_s), QDir::separator() == u'/' ? u"/ab/x"_s : u"/ab\\x"_s);
+  EXPECT_EQ(joinedPath(u"/"_s, u"x"_s), u"/x"_s);
+}
+
+TEST_F(FilePaneTest, ADoubleClickOpensTheFile) {
+  const QString path = makeFile(u"a.txt"_s);
+  show(memo());
+  openDirectory();
+  fileList().raiseDblClick();
+  EXPECT_EQ(host.opened, QStringList(path));
+  EXPECT_EQ(boxes(), QStringList());
+}
+
+TEST_F(FilePaneTest, WhatCannotBeOpenedIsToldInGeneralWords) {
+  show(memo());
+  for (const auto& [code, status] : {std::pair(0, u"0 , Error: Out of Memory/Resources. Couldn't Execute!"_s),
+                                     {2, u"2 , Error: File not found.  Couldn't Execute!"_s},
+                                     {3, u"3 , Error: Path not found. Couldn't Execute!"_s},
+                                     {11, u"11 , Error:  Bad File Format. Couldn't Execute!"_s}}) {
+    host.boxes.clear();
+    host.shellCode = code;
+    EXPECT_EQ(app->filePane.ShellOpenFile(u"x"_s), status);
+    EXPECT_EQ(host.boxes,
+              QVector<ShownBox>({{u"Can't execute the file !!"_s, box::Exclamation, u"Execute it"_s}}));
+  }
+}
+
+TEST_F(FilePaneTest, OtherCodesAreOnlyStatuses) {
+  show(memo());
+  for (const int code : {5, 32}) {
+    host.shellCode = code;
+    EXPECT_EQ(app->filePane.ShellOpenFile(u"x"_s), QString::number(code));
+  }
+  host.shellCode = 42;
+  EXPECT_EQ(app->filePane.ShellOpenFile(u"x"_s), u"-1"_s);
+  EXPECT_EQ(boxes(), QStringList());
+}
+
+TEST_F(FilePaneTest, AFileWithoutAProgramAsksForOne) {
+  show(memo());
+  host.shellCode = 31;
+  EXPECT_EQ(app->filePane.ShellOpenFile(u"x"_s), u"0"_s);
+  host.chosenProgram = 4711;
+  EXPECT_EQ(app->filePane.ShellOpenFile(u"x"_s), u"-1"_s);
+  EXPECT_EQ(host.openedWith, QStringList({u"x"_s, u"x"_s}));
+  EXPECT_EQ(boxes(), QStringList());
+}
+
+TEST_F(FilePaneTest, AnotherMouseButtonShowsProperties) {
+  const QString path = makeFile(u"a.txt"_s);
+  show(memo());
+  openDirectory();
+  app->filePane.File1_MouseDown(1);
+  app->filePane.Dir1_MouseDown(1);
+  EXPECT_EQ(host.propertiesShown, QStringList());
+  app->filePane.File1_MouseDown(2);
+  app->filePane.Dir1_MouseDown(2);
+  EXPECT_EQ(host.propertiesShown, QStringList({path, files}));
+}
+
+TEST_F(FilePaneTest, WithoutAFileNothingHasProperties) {
+  show(memo());
+  openDirectory();
+  app->filePane.File1_MouseDown(2);
+  EXPECT_EQ(host.propertiesShown, QStringList());
+}
+
+}  // namespace
+}  // namespace lens

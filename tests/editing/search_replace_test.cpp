@@ -1,0 +1,205 @@
+#include <QTest>
+
+#include "editing/editing_fixture.h"
+
+namespace lens {
+namespace {
+
+class SearchReplaceTest : public EditingTest {
+ protected:
+  // Three items, of which the first and the third hold "pump".
+  void showThree() {
+    Note note;
+    note.add(u"Aone"_s, itemflag::Summary, textValue(u"a pump"_s));
+    note.add(u"Btwo"_s, itemflag::Summary, textValue(u"nothing"_s));
+    note.add(u"Cthree"_s, itemflag::Summary, textValue(u"the Pump"_s));
+    show(note);
+  }
+  int search(const QString& wanted) {
+    setText("txtSearch", wanted);
+    click("cmdSearch");
+    return control<ListBox>("fldList").listIndex();
+  }
+  void replaceAll(const QString& search, const QString& replace) {
+    setText("txtSearch", search);
+    setText("txtReplace", replace);
+    click("cmdSearchReplaceAll");
+  }
+};
+
+TEST_F(SearchReplaceTest, EachClickGoesToTheNextHitAndRound) {
+  showThree();
+  EXPECT_EQ(search(u"pump"_s), 0);
+  EXPECT_EQ(search(u"pump"_s), 2);
+  EXPECT_EQ(search(u"pump"_s), 0);
+  EXPECT_EQ(text("txtFieldName"), "Aone");
+}
+
+TEST_F(SearchReplaceTest, OneHitAtTheEndIsFoundAgain) {
+  showThree();
+  EXPECT_EQ(search(u"the"_s), 2);
+  EXPECT_EQ(search(u"the"_s), 2);
+}
+
+TEST_F(SearchReplaceTest, NoHitEndsInSilence) {
+  showThree();
+  EXPECT_EQ(search(u"valve"_s), -1);
+  EXPECT_EQ(search(u"the"_s), 2);
+  EXPECT_EQ(search(u"valve"_s), 2);
+  EXPECT_EQ(search(u"a pump"_s), 0);
+  EXPECT_EQ(boxes(), QStringList());
+}
+
+TEST_F(SearchReplaceTest, TheCaseBoxAsksForExactCase) {
+  showThree();
+  control<CheckBox>("chkCase").setValue(1);
+  EXPECT_EQ(search(u"Pump"_s), 2);
+  EXPECT_EQ(search(u"PUMP"_s), 2);
+  control<CheckBox>("chkCase").setValue(2);  // grey
+  EXPECT_EQ(search(u"PUMP"_s), 0);
+}
+
+TEST_F(SearchReplaceTest, ATextAcrossTwoValuesIsFound) {
+  Note note;
+  note.add(u"List"_s, itemflag::Summary, textListValue({u"red"_s, u"dish"_s}));
+  show(note);
+  EXPECT_EQ(search(u"reddish"_s), 0);
+}
+
+TEST_F(SearchReplaceTest, WithoutATextNothingIsSearched) {
+  showThree();
+  notes().log.clear();
+  EXPECT_EQ(search(QString()), -1);
+  EXPECT_EQ(notes().calls(), 0);
+}
+
+TEST_F(SearchReplaceTest, EnterSearches) {
+  showThree();
+  setText("txtSearch", u"nothing"_s);
+  QTest::keyClick(&control<QWidget>("txtSearch"), Qt::Key_Return);
+  EXPECT_EQ(control<ListBox>("fldList").listIndex(), 1);
+}
+
+TEST_F(SearchReplaceTest, WithoutADocumentTheFirstRowWithoutAHitFails) {
+  showThree();
+  state().gDoc.release();
+  EXPECT_EQ(search(u"valve"_s), -1);
+  EXPECT_EQ(
+      host.boxes,
+      QVector<ShownBox>(
+          {{u"Error 91 (%1) in procedure cmdSearch_Click of Formular Form1"_s.arg(standardErrorText(91)),
+            box::Plain, QString()}}));
+}
+
+TEST_F(SearchReplaceTest, TheCollectionListIsSearchedByItsRows) {
+  Note first = memo(u"first"_s), second = memo(u"second"_s);
+  const quint32 one = save(first), two = save(second);
+  show(memo());
+  ListBox& list = control<ListBox>("idList");
+  list.clear();
+  for (const quint32 id : {one, two}) list.addItem(idRow(id));
+  control<CheckBox>("chkProfile").setValue(1);
+  setText("txtSearch", list.list(1).right(4));
+  click("cmdSearch");
+  EXPECT_EQ(list.listIndex(), 1);
+  EXPECT_TRUE(rows("fldList").join(u'|').contains(u"second"_s));
+}
+
+TEST_F(SearchReplaceTest, AnEmptyCollectionListEndsInSilence) {
+  showThree();
+  control<ListBox>("idList").clear();
+  control<CheckBox>("chkProfile").setValue(1);
+  search(u"pump"_s);
+  search(u"pump"_s);
+  EXPECT_EQ(boxes(), QStringList());
+}
+
+TEST_F(SearchReplaceTest, ReplaceChangesTheBoxOnlyAndWithExactCase) {
+  show(memo(u"a pump, a Pump"_s));
+  selectRow("fldList", u"Subject:"_s);
+  setText("txtSearch", u"pump"_s);
+  setText("txtReplace", u"valve"_s);
+  click("cmdReplace");
+  EXPECT_EQ(text("txtFieldContent"), "a valve, a Pump");
+  EXPECT_EQ(values(u"Subject"_s), QStringList(u"a pump, a Pump"_s));
+  EXPECT_EQ(saves(), 0);
+}
+
+TEST_F(SearchReplaceTest, ReplacingNothingChangesNothing) {
+  show(memo());
+  setText("txtFieldContent", u"a pump"_s);
+  setText("txtSearch", QString());
+  click("cmdReplace");
+  EXPECT_EQ(text("txtFieldContent"), "a pump");
+}
+
+TEST_F(SearchReplaceTest, ReplaceAllGoesThroughEachItemAndEachValue) {
+  Note note = memo(u"a pump"_s);
+  note.add(u"List"_s, itemflag::Summary, textListValue({u"pump"_s, u"Pump"_s, u"pumps"_s}));
+  note.add(u"Body"_s, 0, rich(u"PUMP and pump"_s));
+  show(note);
+  replaceAll(u"pump"_s, u"valve"_s);
+  EXPECT_EQ(values(u"Subject"_s), QStringList(u"a valve"_s));
+  EXPECT_EQ(values(u"List"_s), QStringList({u"valve"_s, u"Pump"_s, u"valves"_s}));
+  EXPECT_EQ(bodyText(stored()), u"valve and valve"_s);
+  EXPECT_EQ(saves(), 1);
+  EXPECT_EQ(boxes(), QStringList());
+}
+
+TEST_F(SearchReplaceTest, ReplaceAllKeepsNumbersNumbers) {
+  Note note = memo();
+  note.add(u"Count"_s, itemflag::Summary, numberValue(12));
+  show(note);
+  replaceAll(u"1"_s, u"2"_s);
+  EXPECT_EQ(stored().find(u"Count")->type(), itemtype::Number);
+  EXPECT_EQ(values(u"Count"_s), QStringList(u"22"_s));
+}
+
+TEST_F(SearchReplaceTest, ReplaceAllThatMakesNoDateFailsAndSavesNothing) {
+  Note note = memo();
+  note.add(u"Due"_s, itemflag::Summary, timeValue(timeDateOfDate(QDate(2024, 3, 11))));
+  show(note);
+  replaceAll(u"11.03"_s, u"someday"_s);
+  EXPECT_EQ(host.boxes, QVector<ShownBox>({{standardErrorText(13) + u" (please Reload the document again)",
+                                            box::Information, u"Error in SeachReplaceAll"_s}}));
+  EXPECT_EQ(saves(), 0);
+}
+
+TEST_F(SearchReplaceTest, ReplaceAllWithoutAHitSavesNothingAndKeepsTheDocument) {
+  show(memo());
+  replaceAll(u"valve"_s, u"pump"_s);
+  EXPECT_EQ(saves(), 0);
+  EXPECT_FALSE(state().gDoc.isNothing());
+}
+
+TEST_F(SearchReplaceTest, ReplaceAllNeedsBothTexts) {
+  show(memo());
+  replaceAll(QString(), u"x"_s);
+  replaceAll(u"x"_s, QString());
+  const ShownBox empty{u"Search or Replace fields are empty !!"_s, box::Information, u"Replace all fields"_s};
+  EXPECT_EQ(host.boxes, QVector<ShownBox>({empty, empty}));
+}
+
+TEST_F(SearchReplaceTest, ReplaceAllRefusesToTurnAnAttachmentIntoText) {
+  Note note = memo();
+  attach(note, u"report.pdf"_s, "bytes");
+  show(note);
+  replaceAll(u"report"_s, u"letter"_s);
+  ASSERT_EQ(host.boxes.size(), 1);
+  EXPECT_EQ(host.boxes[0].title, u"Error in SeachReplaceAll"_s);
+  EXPECT_EQ(stored().find(u"$FILE")->type(), itemtype::Object);
+}
+
+TEST_F(SearchReplaceTest, ReplaceAllWithTwoItemsOfAHitEndsUnsaved) {
+  Note note;
+  note.add(u"A"_s, itemflag::Summary, textValue(u"pump"_s));
+  note.add(u"A"_s, itemflag::Summary, textValue(u"pump"_s));
+  show(note);
+  replaceAll(u"pump"_s, u"valve"_s);
+  EXPECT_EQ(host.boxes.size(), 1);
+  EXPECT_EQ(saves(), 0);
+  EXPECT_EQ(values(u"A"_s), QStringList(u"pump"_s));
+}
+
+}  // namespace
+}  // namespace lens

@@ -1,0 +1,128 @@
+#include "editing/value_lines.h"
+
+#include <gtest/gtest.h>
+
+using namespace lens;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const Regional& german() {
+  static const Regional regional(QLocale(QLocale::German, QLocale::Germany));
+  return regional;
+}
+
+int raisedBy(const std::function<void()>& body) {
+  try {
+    body();
+  } catch (const RuntimeError& error) {
+    return error.number();
+  }
+  return 0;
+}
+
+Value day(int year, int month, int day) {
+  return Value(DateTime{QDate(year, month, day), QTime()});
+}
+
+}  // namespace
+
+TEST(TextLines, AreTheValues) {
+  EXPECT_EQ(textLines(u"a\r\nb"_s), QStringList({u"a"_s, u"b"_s}));
+  EXPECT_EQ(textLines(u"a"_s), QStringList(u"a"_s));
+  EXPECT_EQ(textLines(u""_s), QStringList());
+}
+
+TEST(TextLines, LastLineEndAddsNoValue) {
+  EXPECT_EQ(textLines(u"a\r\n"_s), QStringList(u"a"_s));
+  EXPECT_EQ(overwriteLines(u"a\r\nb\r\n"_s), QStringList({u"a"_s, u"b"_s}));
+}
+
+TEST(TextLines, EmptyLineBecomesABlankAndTheNextKeepsTheLineFeed) {
+  EXPECT_EQ(textLines(u"a\r\n\r\nb"_s), QStringList({u"a"_s, u" "_s, u"\nb"_s}));
+  EXPECT_EQ(overwriteLines(u"a\r\n\r\nb"_s), QStringList({u"a"_s, u" "_s, u"\nb"_s}));
+}
+
+TEST(TextLines, OnlyOverwritingCutsAtACarriageReturnToo) {
+  EXPECT_EQ(textLines(u"a\r\r\nb"_s), QStringList({u"a\r"_s, u"b"_s}));
+  EXPECT_EQ(overwriteLines(u"a\r\r\nb\r\r\n"_s), QStringList({u"a"_s, u"b"_s}));
+  EXPECT_EQ(overwriteLines(u"a\rb\r\nc"_s), QStringList({u"a"_s, u"c"_s}));
+}
+
+TEST(TextLines, LineEndTooFarAwayOverflows) {
+  const QString far = QString(33'000, u'x') + u"\r\nx";
+  EXPECT_EQ(raisedBy([&] { textLines(far); }), err::Overflow);
+  EXPECT_EQ(raisedBy([&] { overwriteLines(far); }), err::Overflow);
+  EXPECT_EQ(textLines(QString(32'766, u'x') + u"\r\nx").size(), 2);
+}
+
+TEST(TextLines, LineCounterOverflows) {
+  EXPECT_EQ(textLines(u"a\r\n"_s.repeated(32'767)).size(), 32'767);
+  EXPECT_EQ(raisedBy([] { textLines(u"a\r\n"_s.repeated(32'768)); }), err::Overflow);
+  EXPECT_EQ(raisedBy([] { overwriteLines(u"a\r\n"_s.repeated(32'768)); }), err::Overflow);
+}
+
+TEST(NumberLines, AreAsManyAsThereArePlaces) {
+  EXPECT_EQ(numberLines(u"1\r\n2"_s, 3), QVector<double>({1, 2, 0}));
+  EXPECT_EQ(numberLines(u"1\r\n2\r\n3"_s, 2), QVector<double>({1, 2}));
+  EXPECT_EQ(numberLines(u""_s, 1), QVector<double>({0}));
+}
+
+TEST(NumberLines, TakeTheNumberThatALineBeginsWith) {
+  EXPECT_EQ(numberLines(u"12abc\r\n  -1.5e2x\r\nabc\r\n1,5\r\nnan"_s, 5),
+            QVector<double>({12, -150, 0, 1, 0}));
+}
+
+TEST(NumberLines, LineEndsOfTheViewerDoNoHarm) {
+  EXPECT_EQ(numberLines(u"1.5\r\r\n2\r\r\n"_s, 2), QVector<double>({1.5, 2}));
+}
+
+TEST(DateLines, AreReadByTheRegion) {
+  Statements step;
+  EXPECT_EQ(dateLines(step, u"06.05.1949 07:08:09\r\n11.03.2024"_s, german()),
+            QVector<Value>({Value(DateTime{QDate(1949, 5, 6), QTime(7, 8, 9)}), day(2024, 3, 11)}));
+  EXPECT_EQ(step.switchTrapOff().number(), 0);
+}
+
+TEST(DateLines, OfTheViewerAreReadWithTheirCarriageReturns) {
+  Statements step;
+  EXPECT_EQ(dateLines(step, u"06.05.1949\r\r\n11.03.2024\r\r\n"_s, german()),
+            QVector<Value>({day(1949, 5, 6), day(2024, 3, 11)}));
+}
+
+TEST(DateLines, LineThatIsNoDateIsDropped) {
+  Statements step;
+  EXPECT_EQ(dateLines(step, u"11.03.2024\r\nsoon\r\n12.03.2024"_s, german()),
+            QVector<Value>({day(2024, 3, 11), day(2024, 3, 12)}));
+  EXPECT_EQ(dateLines(step, u"11.03.2024\r\nsoon"_s, german()), QVector<Value>({day(2024, 3, 11)}));
+}
+
+TEST(DateLines, FirstBadLineLeavesAnEmptyPlaceForTheNextGoodOne) {
+  Statements step;
+  EXPECT_EQ(dateLines(step, u"soon"_s, german()), QVector<Value>(1));
+  EXPECT_EQ(dateLines(step, u"soon\r\nlater\r\n12.03.2024"_s, german()), QVector<Value>({day(2024, 3, 12)}));
+  EXPECT_EQ(dateLines(step, QString(), german()), QVector<Value>());
+}
+
+TEST(DateLines, EarlierFailureTakesTheNextGoodLineAlong) {
+  Statements step;
+  step.switchTrapOff();
+  step([] { throw RuntimeError(err::ObjectNotSet); });
+  // The first line is stored, but not counted; the second one takes its place.
+  EXPECT_EQ(dateLines(step, u"11.03.2024\r\n12.03.2024"_s, german()), QVector<Value>({day(2024, 3, 12)}));
+}
+
+TEST(DateLines, SwitchTheTrapOffFromTheFirstLineOn) {
+  Statements step;
+  const auto fail = [&] { step([] { throw RuntimeError(err::ObjectNotSet); }); };
+  dateLines(step, QString(), german());
+  EXPECT_EQ(raisedBy(fail), err::ObjectNotSet);
+  dateLines(step, u"soon"_s, german());
+  EXPECT_EQ(raisedBy(fail), 0);
+}
+
+TEST(DateLines, LineEndTooFarAwayEndsTheReading) {
+  Statements step;
+  EXPECT_EQ(dateLines(step, QString(33'000, u'x') + u"\r\n11.03.2024", german()), QVector<Value>(1));
+  EXPECT_EQ(step.switchTrapOff().number(), 0);
+}
