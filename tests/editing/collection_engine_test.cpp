@@ -134,6 +134,75 @@ TEST_F(CollectionEngineTest, ATypeWithoutAParenthesisFailsUntrapped) {
   EXPECT_TRUE(host.boxes[0].text.startsWith(u"Run-time error '5':"_s));
 }
 
+TEST_F(CollectionEngineTest, ATypeMayLackItsOpeningParenthesisAndHasSixteenBits) {
+  collectTwo();
+  fillIn(u"City"_s, u"1280)"_s, u"Bern"_s);
+  click("cmdAddFieldInColl");
+  EXPECT_EQ(valuesOf(1, u"City"_s), QStringList(u"Bern"_s));
+  EXPECT_EQ(boxes(), QStringList());
+  fillIn(u"Other"_s, u"(70000)"_s, u"Bern"_s);
+  click("cmdAddFieldInColl");
+  expectBatchBox(6);
+}
+
+TEST_F(CollectionEngineTest, AnItemOfAnotherKindIsSavedUnchangedAndInSilence) {
+  Note note = memo();
+  attach(note, u"report.pdf"_s, "bytes");
+  collect({note});
+  fillIn(u"$FILE"_s, {}, u"x"_s);
+  click("cmdWriteDocsInColl");
+  EXPECT_EQ(boxes(), QStringList());
+  EXPECT_EQ(stored(ids[0]).header.sequence, 2u);
+  EXPECT_EQ(stored(ids[0]).find(u"$FILE")->type(), itemtype::Object);
+}
+
+TEST_F(CollectionEngineTest, AnyOtherModeVisitsAndChangesNothing) {
+  collectTwo();
+  app->collection.procCollection(9, u"Subject"_s, u"x"_s);
+  int visited = 0;
+  for (const QString& name : notes().log) visited += name == u"GETDOCUMENTBYID";
+  EXPECT_EQ(visited, 2);
+  EXPECT_EQ(saves(), 0);
+  EXPECT_EQ(boxes(), QStringList());
+}
+
+TEST_F(CollectionEngineTest, AListThatShrinksEndsTheRun) {
+  collect({memo(u"a"_s), memo(u"b"_s), memo(u"c"_s)});
+  fillIn(u"Subject"_s, {}, u"new"_s);
+  notes().onCall = [&](const QString& name) {
+    ListBox& list = control<ListBox>("idList");
+    if (name == u"SAVE" && list.listCount() == 3) list.removeItem(2);
+  };
+  click("cmdWriteDocsInColl");
+  notes().onCall = nullptr;
+  EXPECT_EQ(boxes(), QStringList());
+  EXPECT_EQ(saves(), 2);
+  EXPECT_EQ(valuesOf(2, u"Subject"_s), QStringList(u"c"_s));
+}
+
+TEST_F(CollectionEngineTest, ReplacingThatMakesNoDateEndsTheRun) {
+  Note note = document(u"A"_s);
+  note.add(u"Due"_s, itemflag::Summary,
+           timeListValue({timeDateOfDate(QDate(2024, 3, 11)), timeDateOfDate(QDate(2024, 3, 12))}));
+  collect({note, memo(u"11.03 and more"_s)});
+  setText("txtSearch", u"11.03"_s);
+  setText("txtReplace", u"someday"_s);
+  click("cmdReplAllFieldsInColl");
+  expectBatchBox(13);
+  EXPECT_EQ(saves(), 0);
+  EXPECT_EQ(valuesOf(1, u"Subject"_s), QStringList(u"11.03 and more"_s));
+}
+
+TEST_F(CollectionEngineTest, OfTwoEqualValuesOnlyTheFirstIsReplaced) {
+  Note note = document(u"A"_s);
+  note.add(u"List"_s, itemflag::Summary, textListValue({u"pump"_s, u"pump"_s}));
+  collect({note});
+  setText("txtSearch", u"pump"_s);
+  setText("txtReplace", u"valve"_s);
+  click("cmdReplAllFieldsInColl");
+  EXPECT_EQ(valuesOf(0, u"List"_s), QStringList({u"valve"_s, u"pump"_s}));
+}
+
 TEST_F(CollectionEngineTest, OverwritesOnlyDocumentsThatHaveTheItem) {
   collect({memo(u"first"_s), document(u"Memo"_s), memo(u"third"_s)});
   fillIn(u"Subject"_s, {}, u"new"_s);
@@ -278,7 +347,8 @@ TEST_F(CollectionEngineTest, AnEmptyListGivesOneReportBehindTheSound) {
   QFile sound(host.programDir + u"/done.wav"_s);
   ASSERT_TRUE(sound.open(QIODevice::WriteOnly));
   sound.close();
-  for (const char* button : {"cmdDelFieldInCol", "cmdWriteDocsInColl", "cmdReplAllFieldsInColl"}) {
+  for (const char* button :
+       {"cmdDelFieldInCol", "cmdAddFieldInColl", "cmdWriteDocsInColl", "cmdReplAllFieldsInColl"}) {
     host.boxes.clear();
     host.sounds.clear();
     fillIn(u"Subject"_s, kTextType, u"x"_s);

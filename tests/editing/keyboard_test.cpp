@@ -1,7 +1,9 @@
 // The window by keyboard alone: access keys, Tab and Ctrl+Tab, arrows, typed text. Nothing is set or
 // clicked by code here.
+#include <QAbstractButton>
 #include <QApplication>
 #include <QTest>
+#include <algorithm>
 
 #include "editing/editing_fixture.h"
 
@@ -19,7 +21,15 @@ class Keyboard : public EditingTest {
     QWidget* focus = QApplication::focusWidget();
     QTest::keyClick(focus ? focus : &form(), code, modifiers);
   }
-  void access(Qt::Key code) { key(code, Qt::AltModifier); }
+  // A button shows for a moment that it was pressed, and only then does it click.
+  void access(Qt::Key code) {
+    key(code, Qt::AltModifier);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !isAnyButtonDown(); }));
+  }
+  bool isAnyButtonDown() {
+    const auto buttons = form().findChildren<QAbstractButton*>();
+    return std::any_of(buttons.begin(), buttons.end(), [](const auto* button) { return button->isDown(); });
+  }
   void typeText(const QString& text) {
     for (const QChar c : text) {
       if (c == u'\n')

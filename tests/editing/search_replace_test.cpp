@@ -198,7 +198,71 @@ TEST_F(SearchReplaceTest, ReplaceAllWithTwoItemsOfAHitEndsUnsaved) {
   replaceAll(u"pump"_s, u"valve"_s);
   EXPECT_EQ(host.boxes.size(), 1);
   EXPECT_EQ(saves(), 0);
-  EXPECT_EQ(values(u"A"_s), QStringList(u"pump"_s));
+  int kept = 0;
+  for (const Item& item : stored().items) kept += item.name == u"A" && item.value == textValue(u"pump"_s);
+  EXPECT_EQ(kept, 2);
+}
+
+TEST_F(SearchReplaceTest, ReplaceAllRefusesToTurnAReferenceIntoText) {
+  Note parent = memo();
+  save(parent);
+  Note note = memo();
+  note.add(u"$REF"_s, itemflag::Summary, noteRefsValue({parent.header.unid.text()}));
+  show(note);
+  const QByteArray before = stored().find(u"$REF")->value;
+  replaceAll(parent.header.unid.text().left(8), u"x"_s);
+  ASSERT_EQ(host.boxes.size(), 1);
+  EXPECT_EQ(host.boxes[0].title, u"Error in SeachReplaceAll"_s);
+  EXPECT_EQ(stored().find(u"$REF")->value, before);
+  EXPECT_EQ(saves(), 0);
+}
+
+TEST_F(SearchReplaceTest, ReplacedRichTextIsNotSearchedAgain) {
+  Note note = memo();
+  note.add(u"Body"_s, 0, rich(u"a banana"_s));
+  show(note);
+  replaceAll(u"a"_s, u"aa"_s);
+  EXPECT_EQ(bodyText(stored()), u"aa baanaanaa"_s);
+}
+
+TEST_F(SearchReplaceTest, AValueThatIsNoTextEndsInTheBox) {
+  showThree();
+  setText("txtSearch", u"valve"_s);
+  notes().replies.insert(u"GETITEMVALUE"_s, Value::array({Value(), Value(Object())}));
+  click("cmdSearch");
+  ASSERT_EQ(host.boxes.size(), 1);
+  EXPECT_TRUE(host.boxes[0].text.endsWith(u") in procedure cmdSearch_Click of Formular Form1"_s));
+}
+
+TEST_F(SearchReplaceTest, AHitInTheListMayRewriteTheSearchText) {
+  Note pumps = memo();
+  pumps.add(u"Body"_s, 0, rich(u"text"_s));
+  const quint32 id = save(pumps);
+  show(memo());
+  ListBox& list = control<ListBox>("idList");
+  list.clear();
+  list.addItem(u"Weekly pumps  # "_s + idRow(id));
+  control<CheckBox>("chkProfile").setValue(1);
+  control<CheckBox>("chkCase").setValue(1);
+  setText("txtSearch", u"pumps"_s);
+  click("cmdSearch");
+  EXPECT_EQ(text("txtSearch"), "Weekly");
+  EXPECT_EQ(value("chkCase"), 0);
+}
+
+TEST_F(SearchReplaceTest, AFailingChangeIsOneReportBelowReplaceAndSilenceBelowTheList) {
+  show(memo());
+  control<RichTextBox>("txtFieldContent").change = [] { throw RuntimeError(err::Overflow); };
+  host.boxes.clear();
+  selectRow("fldList", u"Subject:"_s);
+  EXPECT_EQ(boxes(), QStringList());
+  EXPECT_EQ(text("txtFieldContent"), "Pumps");
+  setText("txtSearch", u"Pump"_s);
+  setText("txtReplace", u"Valve"_s);
+  press("cmdReplace");
+  ASSERT_EQ(host.boxes.size(), 1);
+  EXPECT_TRUE(host.boxes[0].text.startsWith(u"Run-time error '6':"_s));
+  EXPECT_EQ(text("txtFieldContent"), "Valves");
 }
 
 }  // namespace

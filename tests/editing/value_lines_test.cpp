@@ -73,6 +73,12 @@ TEST(NumberLines, TakeTheNumberThatALineBeginsWith) {
             QVector<double>({12, -150, 0, 1, 0}));
 }
 
+TEST(NumberLines, PlacesAndLineEndsHaveSixteenBits) {
+  EXPECT_EQ(numberLines(QString(), 32'767).size(), 32'767);
+  EXPECT_EQ(raisedBy([] { numberLines(QString(), 32'768); }), err::Overflow);
+  EXPECT_EQ(raisedBy([] { numberLines(QString(33'000, u'1') + u"\r\n2", 2); }), err::Overflow);
+}
+
 TEST(NumberLines, LineEndsOfTheViewerDoNoHarm) {
   EXPECT_EQ(numberLines(u"1.5\r\r\n2\r\r\n"_s, 2), QVector<double>({1.5, 2}));
 }
@@ -119,6 +125,16 @@ TEST(DateLines, SwitchTheTrapOffFromTheFirstLineOn) {
   EXPECT_EQ(raisedBy(fail), err::ObjectNotSet);
   dateLines(step, u"soon"_s, german());
   EXPECT_EQ(raisedBy(fail), 0);
+}
+
+TEST(DateLines, CounterThatOverflowsIsSilentAndDropsWhatFollows) {
+  const QString line = u"11.03.2024\r\n"_s;
+  Statements step;
+  EXPECT_EQ(dateLines(step, line.repeated(32'768), german()).size(), 32'768);
+  EXPECT_EQ(step.switchTrapOff().number(), err::Overflow);
+  Statements again;
+  // The next line meets the noted failure, and its place goes with it.
+  EXPECT_EQ(dateLines(again, line.repeated(32'769), german()).size(), 32'767);
 }
 
 TEST(DateLines, LineEndTooFarAwayEndsTheReading) {
