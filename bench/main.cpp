@@ -45,10 +45,15 @@ class Reporter : public benchmark::ConsoleReporter {
  public:
   void ReportRuns(const std::vector<Run>& runs) override {
     ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs)
+    for (const Run& run : runs) {
+      failed_ |= run.error_occurred;
       if (run.run_type == Run::RT_Iteration && !run.error_occurred)
         times_[nameOf(run)].push_back(run.real_accumulated_time / double(run.iterations));
+    }
   }
+
+  // A benchmark that did not do what it measures has no ratio, and must not pass unseen.
+  bool hasFailed() const { return failed_; }
 
   // 0 when the benchmark did not run.
   double median(const std::string& name) {
@@ -63,6 +68,7 @@ class Reporter : public benchmark::ConsoleReporter {
   }
 
   std::map<std::string, std::vector<double>> times_;
+  bool failed_ = false;
 };
 
 void printRatio(const std::string& name, double ratio, double target) {
@@ -119,5 +125,5 @@ int main(int argc, char** argv) {
   benchmark::RunSpecifiedBenchmarks(&reporter);
   lens::bench::printRatios(reporter);
   benchmark::Shutdown();
-  return 0;
+  return reporter.hasFailed() ? 1 : 0;
 }

@@ -19,10 +19,7 @@ void forEachLine(QString& content, const Use& use) {
 
 template <class List>
 Value arrayOf(const List& list) {
-  QVector<Value> values;
-  values.reserve(list.size());
-  for (const auto& entry : list) values.push_back(Value(entry));
-  return Value::array(std::move(values));
+  return Value::array(QVector<Value>(list.begin(), list.end()));
 }
 
 }  // namespace
