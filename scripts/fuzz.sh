@@ -25,13 +25,19 @@ seed_dxl() {
   grep -rhoE 'u"[a-z]{3,}"' src/embedded/dxl | sed 's/^u//' | sort -u >"$folder.dict"
 }
 
-# A labelled paragraph, runs of two fonts, an attachment, a table; records of all three widths.
-seed_rich_text() {
+# One file for each line of hexadecimal digits.
+seed_hex() {
   local folder=$1 number=0 hex
   while read -r hex; do
     number=$((number + 1))
     printf '%b' "$(sed 's/../\\x&/g' <<<"$hex")" >"$folder/text$number"
-  done <<'END'
+  done
+}
+
+# A labelled paragraph, runs of two fonts, an attachment, a table; records of all three widths.
+seed_rich_text() {
+  local folder=$1
+  seed_hex "$folder" <<'END'
 016181028304010085FF17000101000A8E6E646572756E6773646174756D3A00
 810285FF0A000100000A616285FF0A000101000A636485FF09000100000A0000
 0162A9FF13000400000000000700413100622E630000AA02
@@ -47,6 +53,40 @@ seed_query() {
   grep -hoE '^    \{u".*", u"' tests/embedded/search/query_test.cpp | sed 's/^    {u"//; s/", u"$//; s/\\"/"/g' |
     awk -v folder="$folder" '{ name = folder "/case" NR; printf "%s", $0 > name; close(name) }'
   printf '"%s"\n' AND OR NOT ACCRUE FIELD CONTAINS Subject Amount pump '[Amount]' '>=' '2024-03-18' >"$folder.dict"
+}
+
+# An agent run by hand, a weekly one with dates, one with all bits, a cut one.
+seed_agent_record() {
+  local folder=$1
+  seed_hex "$folder" <<'END'
+11000100040004000000000000000000000000000000000000000000000000000000000001000000
+11000100010001000300010080d978000400000000a82d0011812580a0d978001281258012000000
+ffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffffff
+110001000100
+END
+  printf '"\\x1F\\x00\\x00\\x00"\n"\\x20\\x00\\x00\\x00"\n"\\x00\\xD6\\x83\\x00"\n' >"$folder.dict"
+}
+
+# Flags as icon notes have them, minus pairs in several places, and a text of one's own behind a zero byte.
+seed_database_flags() {
+  local folder=$1 number=0 flags
+  for flags in 'J7!' rJ25 -Cx a-Cx a-C -C-N QU UQ lsZ 'C\000-C = a\rC = b\r' 'J\000J = x'; do
+    number=$((number + 1))
+    printf '%b' "$flags" >"$folder/flags$number"
+  done
+  printf '"%s"\n' -C -N -n -V -v QU ' = ' ls >"$folder.dict"
+}
+
+# A script record without flags, one whose flags leave its letters to be seen, a bare header.
+seed_action_text() {
+  local folder=$1
+  seed_hex "$folder" <<'END'
+1000810285ff7a05000000006e050000272b2b4c
+0800810285ff0c0001736179202268692220017e7d0d0a
+10008102
+0800000000000080000102
+END
+  printf '"\\x81\\x02"\n"\\x84\\xFF"\n"\\x85\\xFF"\n' >"$folder.dict"
 }
 
 # The sanitizer keeps freed memory for a while; a little of it, or the fuzzer takes that for a leak.

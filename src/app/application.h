@@ -9,6 +9,8 @@
 #include "editing/file_pane.h"
 #include "editing/search_replace.h"
 #include "host/host.h"
+#include "inspector/agent_info.h"
+#include "inspector/database_properties.h"
 #include "inspector/document_capture.h"
 #include "inspector/field_viewer.h"
 #include "notes/bridge.h"
@@ -41,7 +43,9 @@ class Application {
   MainWindow mainWindow;
   DocumentCapture capture;
   LowLevelReading lowLevel;
+  AgentInfo agentInfo;
   FieldViewer viewer;
+  DatabaseProperties properties;
   FieldAddition addition;
   FieldOverwriting overwriting;
   SearchReplace searchReplace;

@@ -35,6 +35,7 @@ void Label::mousePressEvent(QMouseEvent* event) {
 
 void Label::mouseDoubleClickEvent(QMouseEvent* event) {
   event->accept();
+  if (event->button() == Qt::LeftButton) dblClick.fire();
 }
 
 void Label::contextMenuEvent(QContextMenuEvent* event) {

@@ -16,7 +16,9 @@ class Label : public QLabel {
   explicit Label(QWidget* parent = nullptr);
 
   Event<> click;
+  Event<> dblClick;
   void raiseClick() const { click.raise(); }
+  void raiseDblClick() const { dblClick.raise(); }
 
   // Looks like a link: blue, underlined, with a pointing hand.
   bool isLink() const { return link_; }

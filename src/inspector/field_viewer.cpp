@@ -20,14 +20,16 @@ bool hasType(Continue& step, const Object& item, int type) {
 }  // namespace
 
 FieldViewer::FieldViewer(Form1& form, Globals& state, Host& host, Routines& routines,
-                         SessionRoutines& sessions, LowLevelReading& lowLevel, WindowLayout& layout)
+                         SessionRoutines& sessions, LowLevelReading& lowLevel, WindowLayout& layout,
+                         AgentInfo& agentInfo)
     : form_(form),
       state_(state),
       host_(host),
       routines_(routines),
       sessions_(sessions),
       lowLevel_(lowLevel),
-      layout_(layout) {
+      layout_(layout),
+      agentInfo_(agentInfo) {
   form_.fldList->click = [this] { fldList_Click(); };
   form_.cmdidList->click = [this] { cmdidList_Click(); };
 }
@@ -68,7 +70,10 @@ FieldViewer::Special FieldViewer::showSpecialItem(Continue& step, const QString&
   }
   if (name == u"$AssistInfo" || name == u"$FileData") {
     // Without a row of idList there is no design note to read from.
-    return form_.idList->text().isEmpty() ? Special::LeaveAtOnce : Special::Shown;
+    const QString row = form_.idList->text();
+    if (row.isEmpty()) return Special::LeaveAtOnce;
+    if (name == u"$AssistInfo") step([&] { agentInfo_.ShowAgentInfo(state_.gDb, designTitle(row)); });
+    return Special::Shown;
   }
   return Special::No;
 }

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include "host/host.h"
+#include "inspector/agent_info.h"
 #include "notes/bridge.h"
 #include "notes/numbers.h"
 #include "shell/error_modes.h"
@@ -20,7 +21,7 @@ namespace lens {
 class FieldViewer {
  public:
   FieldViewer(Form1& form, Globals& state, Host& host, Routines& routines, SessionRoutines& sessions,
-              LowLevelReading& lowLevel, WindowLayout& layout);
+              LowLevelReading& lowLevel, WindowLayout& layout, AgentInfo& agentInfo);
 
   void fldList_Click();
   void cmdidList_Click();
@@ -50,6 +51,7 @@ class FieldViewer {
   SessionRoutines& sessions_;
   LowLevelReading& lowLevel_;
   WindowLayout& layout_;
+  AgentInfo& agentInfo_;
 };
 
 }  // namespace lens

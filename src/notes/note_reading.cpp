@@ -11,6 +11,11 @@ QByteArray networkPath(CApi& api, const QString& server, const QString& filePath
   return buffer.trimmed().replace('\0', "").trimmed();
 }
 
+QByteArray networkPath(CApi& api, const Object& database) {
+  const QString server = database.get(QStringLiteral("server")).text();
+  return networkPath(api, server, database.get(QStringLiteral("FILEPATH")).text());
+}
+
 qint64 contentLength(quint16 itemType, quint32 valueLength) {
   constexpr quint16 kTextList = 0x501, kNoteRefs = 4;
   if (itemType == kTextList) return qint64(valueLength) - 6;
@@ -27,6 +32,11 @@ QString legibleText(QByteArrayView bytes, qint16 count) {
     text += byte > 125 || control ? QChar(u' ') : QChar(byte);
   }
   return text;
+}
+
+QString actionText(QByteArrayView value, qsizetype pointer, qint16 count) {
+  const bool inside = pointer >= 0 && pointer < value.size();
+  return inside ? legibleText(value.sliced(pointer + 1), count) : QString();
 }
 
 }  // namespace lens

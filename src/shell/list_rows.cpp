@@ -37,6 +37,12 @@ CollectionRow collectionRow(const QString& row) {
   return {trimBlanks(alias < 0 ? name : name.left(alias)), row.mid(mark + kIdMark.size())};
 }
 
+QString designTitle(const QString& row) {
+  const qsizetype mark = row.indexOf(kIdMark);
+  const QString title = mark > 0 ? trimBlanks(row.left(mark)) : row;
+  return title.left(title.indexOf(u'|'));
+}
+
 QString listedNoteId(const QString& row) {
   const qsizetype mark = row.indexOf(kShortIdMark);
   return mark < 0 ? row : row.mid(mark + kShortIdMark.size());

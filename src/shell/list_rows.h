@@ -29,6 +29,9 @@ struct CollectionRow {
   QString id;          // what stands behind " # ", or the whole row
 };
 CollectionRow collectionRow(const QString& row);
+// The title of a design note, as the agent reader takes it from a row that is not empty: a row without
+// " # ", or one that begins with it, is the title itself. Aliases are cut off in either case.
+QString designTitle(const QString& row);
 // The note ID as those read it who ask for no name: what stands behind the first "# ", or the whole row.
 QString listedNoteId(const QString& row);
 

@@ -10,34 +10,41 @@ namespace lens {
 LowLevelReading::LowLevelReading(Form1& form, Globals& state, CApi& api, Host& host, Routines& routines)
     : form_(form), state_(state), api_(api), host_(host), routines_(routines) {}
 
-// The note is not closed: closing the database ends it.
+// The note is not closed: closing the database ends it. A failure closes even what was never opened; a
+// database that could not be opened is passed over.
 void LowLevelReading::withStoredItem(const QString& name, const std::function<void(const StoredItem&)>& use) {
   // NotesTerm runs also where the library was never reached.
   const NotesTermAtEnd term(api_);
   DbHandle db = 0;
-  bool failed = false;
+  const bool failed = !withBox([&] { openStoredItem(name, db, use); });
+  if (db != 0 || failed) withBox([&] { api_.NSFDbClose(db); });
+}
+
+void LowLevelReading::openStoredItem(const QString& name, DbHandle& db,
+                                     const std::function<void(const StoredItem&)>& use) {
+  const Object database = state_.gDoc.get(QStringLiteral("PARENTDATABASE")).object();
+  api_.NotesInitExtended(0, QByteArray());
+  api_.NSFDbOpen(networkPath(api_, database), db);
+  if (db == 0) return;
+  NoteHandle note = 0;
+  api_.NSFNoteOpen(db, hexToInt32(state_.gDoc.get(QStringLiteral("NoteID")).text()), 0, note);
+  if (note == 0) return;
+  const QByteArray itemName = toCodePage(name);
+  StoredItem item;
+  BlockId block;
+  const Status status =
+      api_.NSFItemInfo(note, itemName, quint16(itemName.size()), block, item.type, item.value, item.length);
+  if (status == 0) use(item);
+}
+
+bool LowLevelReading::withBox(const std::function<void()>& statements) {
   try {
-    const Object database = state_.gDoc.get(QStringLiteral("PARENTDATABASE")).object();
-    api_.NotesInitExtended(0, QByteArray());
-    api_.NSFDbOpen(networkPath(api_, database.get(QStringLiteral("server")).text(),
-                               database.get(QStringLiteral("FILEPATH")).text()),
-                   db);
-    NoteHandle note = 0;
-    if (db != 0) api_.NSFNoteOpen(db, hexToInt32(state_.gDoc.get(QStringLiteral("NoteID")).text()), 0, note);
-    if (note != 0) {
-      const QByteArray itemName = toCodePage(name);
-      StoredItem item;
-      BlockId block;
-      if (api_.NSFItemInfo(note, itemName, quint16(itemName.size()), block, item.type, item.value,
-                           item.length) == 0)
-        use(item);
-    }
+    statements();
+    return true;
   } catch (const RuntimeError& error) {
     host_.messageBox(error.description());
-    failed = true;
+    return false;
   }
-  // A failure closes even what was never opened; a database that could not be opened is passed over.
-  if (db != 0 || failed) api_.NSFDbClose(db);
 }
 
 qint64 LowLevelReading::ItemSizeOf(const QString& name) {
@@ -67,9 +74,8 @@ QString LowLevelReading::readActionText(const StoredItem& item) {
   const char* pointer = start;
   quint16 fields[4] = {};
   for (quint16& field : fields) api_.ODSReadMemory(pointer, 0, &field, 1);
-  // The last field is the count; the byte at the pointer itself is never read.
-  const qsizetype left = qsizetype(item.length) - (pointer + 1 - start);
-  return left > 0 ? legibleText(QByteArrayView(pointer + 1, left), qint16(fields[3])) : QString();
+  // The last field is the count.
+  return actionText(QByteArrayView(start, qsizetype(item.length)), pointer - start, qint16(fields[3]));
 }
 
 }  // namespace lens

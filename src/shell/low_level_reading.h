@@ -31,6 +31,9 @@ class LowLevelReading {
     quint32 length = 0;  // type word included
   };
   void withStoredItem(const QString& name, const std::function<void(const StoredItem&)>& use);
+  void openStoredItem(const QString& name, DbHandle& db, const std::function<void(const StoredItem&)>& use);
+  // A failure ends the statements with a plain box. False when there was one.
+  bool withBox(const std::function<void()>& statements);
   QString readActionText(const StoredItem& item);
 
   Form1& form_;

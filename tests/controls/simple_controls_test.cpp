@@ -94,6 +94,16 @@ TEST(Label, MouseEventsEndAtTheLabel) {
   EXPECT_EQ(window.presses + window.releases, 0);
 }
 
+TEST(Label, ADoubleClickOfTheLeftButtonIsAnEventOfItsOwn) {
+  Label label;
+  Counter doubleClicks(label.dblClick);
+  QTest::mouseClick(&label, Qt::LeftButton);
+  QTest::mouseDClick(&label, Qt::RightButton);
+  EXPECT_EQ(doubleClicks.take(), 0);
+  QTest::mouseDClick(&label, Qt::LeftButton);
+  EXPECT_EQ(doubleClicks.take(), 1);
+}
+
 TEST(Label, MarkupIsShownAsItIs) {
   Label markup, plain;
   markup.setText(QStringLiteral("<b>x</b>"));

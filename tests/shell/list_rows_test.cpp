@@ -29,5 +29,15 @@ TEST(CollectionRow, IsABareIdOrANameWithoutAliasesAndAnId) {
   EXPECT_EQ(collectionRow(u"All   # 00000122"_s).designName, "All");
 }
 
+TEST(DesignTitle, IsTheRowUpToItsMarkerAndItsFirstAlias) {
+  EXPECT_EQ(designTitle(u"Clean up  # 0000011A"_s), "Clean up");
+  EXPECT_EQ(designTitle(u"Clean up|clean|c  # 0000011A"_s), "Clean up");
+  EXPECT_EQ(designTitle(u"Clean up|clean"_s), "Clean up");
+  EXPECT_EQ(designTitle(u"00000A12"_s), "00000A12");
+  EXPECT_EQ(designTitle(u" # 0000011A"_s), " # 0000011A");
+  EXPECT_EQ(designTitle(u"   # 0000011A"_s), "");
+  EXPECT_EQ(designTitle(u"# of pumps # 0000011A"_s), "# of pumps");
+}
+
 }  // namespace
 }  // namespace lens

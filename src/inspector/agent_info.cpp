@@ -1,0 +1,87 @@
+#include "inspector/agent_info.h"
+
+#include "notes/code_page.h"
+#include "notes/note_reading.h"
+#include "shell/text_routines.h"
+
+namespace lens {
+
+AgentInfo::AgentInfo(Form1& form, Globals& state, CApi& api, Host& host)
+    : form_(form), state_(state), api_(api), host_(host) {}
+
+// Each release has a box of its own, so that one that fails keeps no other handle open.
+void AgentInfo::ShowAgentInfo(const Object&, const QString& title) {
+  Opened opened;
+  Shown shown;
+  Left left = Left::NoteToClose;
+  withBox([&] { left = readAgent(title, opened, shown); });
+  if (left == Left::NoteToClose) {
+    withBox([&] { api_.OSUnlockObject(opened.pool); });
+    withBox([&] { api_.NSFNoteClose(opened.note); });
+  }
+  withBox([&] { api_.NSFDbClose(opened.db); });
+  withBox([&] { api_.NotesTerm(); });
+  form_.txtFieldContent->setText(
+      agentRecordText(shown.record, shown.startTime, shown.endTime, host_.regional()));
+}
+
+// What failed is told by the handles and the note ID alone; no status is looked at.
+AgentInfo::Left AgentInfo::readAgent(const QString& title, Opened& opened, Shown& shown) {
+  constexpr quint16 kAgents = 0x200;
+  const Object parent = state_.gDoc.get(QStringLiteral("PARENTDATABASE")).object();
+  api_.NotesInitExtended(0, QByteArray());
+  api_.NSFDbOpen(networkPath(api_, parent), opened.db);
+  if (opened.db == 0) {
+    host_.messageBox(QStringLiteral("Can't open database"), box::Critical);
+    return Left::NoteToClose;
+  }
+  const QString name = trimBlanks(title.left(title.indexOf(u'|')));
+  qint32 noteId = 0;
+  api_.NIFFindDesignNote(opened.db, toCodePage(name), kAgents, noteId);
+  if (noteId == 0) {
+    host_.messageBox(QStringLiteral("Can't find agent ") + name, box::Critical);
+    return Left::DatabaseToClose;
+  }
+  api_.NSFNoteOpen(opened.db, noteId, 0, opened.note);
+  const QByteArray itemName("$AssistInfo");
+  BlockId item, value;
+  quint16 type = 0;
+  quint32 length = 0;
+  api_.NSFItemInfo(opened.note, itemName, quint16(itemName.size()), item, type, value, length);
+  opened.pool = value.pool;
+  if (opened.pool != 0) readFields(opened, value, length, shown);
+  return Left::NoteToClose;
+}
+
+// A date that cannot be read leaves its field empty, and the reading goes on.
+void AgentInfo::readFields(const Opened& opened, BlockId block, quint32 length, Shown& shown) {
+  const char* const memory = api_.OSLockObject(opened.pool);
+  if (memory) shown.record = readAgentRecord(QByteArrayView(memory + block.block, qsizetype(length)));
+  Continue step;
+  shown.startTime = dateText(step, shown.record.startTime);
+  shown.endTime = dateText(step, shown.record.endTime);
+  api_.OSUnlockObject(opened.pool);
+}
+
+QString AgentInfo::dateText(Continue& step, const TimeDate& time) {
+  constexpr quint16 kLimit = 80;
+  QByteArray buffer(kLimit + 1, ' ');
+  quint16 length = 0;
+  QString text;
+  step([&] { api_.ConvertTIMEDATEToText(time, buffer, kLimit, length); });
+  if (length == 0) return text;
+  const Regional& regional = host_.regional();
+  step([&] { text = regional.text(regional.dateTime(fromCodePage(buffer.left(length)))); });
+  return text;
+}
+
+template <class Statements>
+void AgentInfo::withBox(Statements&& statements) {
+  try {
+    statements();
+  } catch (const RuntimeError& error) {
+    host_.messageBox(standardErrorText(error.number()));
+  }
+}
+
+}  // namespace lens

@@ -1,0 +1,57 @@
+#include "inspector/database_properties.h"
+
+#include "inspector/database_flags.h"
+#include "shell/error_modes.h"
+#include "shell/text_routines.h"
+
+namespace lens {
+
+DatabaseProperties::DatabaseProperties(Form1& form, Globals& state, Host& host)
+    : form_(form), state_(state), host_(host) {
+  form_.lastModified->dblClick = [this] { lastModified_DblClick(); };
+}
+
+void DatabaseProperties::lastModified_DblClick() {
+  if (state_.gDb.isNothing()) return;
+  state_.gDoc = state_.gDb.call(QStringLiteral("GETDOCUMENTBYID"), QStringLiteral("FFFF0010")).object();
+  clearDocumentControls();
+  form_.idList->addItem(eightDigits(state_.gDoc.get(QStringLiteral("NoteID")).text()));
+  form_.NotesUID->setText(state_.gDoc.get(QStringLiteral("UNIVERSALID")).text());
+  form_.idList->refresh();
+  form_.idList->setSelected(0, true);
+  form_.cmdidList->raiseClick();
+  // The listing may have shown an item in the content box; the legend takes its place.
+  const Value flags = state_.gDoc.call(QStringLiteral("GETITEMVALUE"), QStringLiteral("$Flags"));
+  loadDBInfo(textOf(flags.at(0), host_.regional()));
+}
+
+void DatabaseProperties::clearDocumentControls() {
+  form_.txtFieldContent->setText(QString());
+  form_.txtFieldName->setText(QString());
+  form_.lblSize->setText(QString());
+  form_.cmbFieldType->setText(QString());
+  for (CheckBox* flag : {form_.chkSummary, form_.chkEncrypted, form_.chkSigned, form_.chkProtected})
+    flag->setValue(0);
+  form_.idList->clear();
+  form_.fldList->clear();
+}
+
+void DatabaseProperties::loadDBInfo(const QString& flags) {
+  constexpr quint32 kRed = 255;
+  RichTextBox& content = *form_.txtFieldContent;
+  try {
+    content.setText(databaseLegend());
+    for (const Stretch& stretch : flagStretches(flags, content.text())) {
+      content.setSelStart(int(stretch.start));
+      content.setSelLength(int(stretch.length));
+      content.setSelColor(kRed);
+    }
+    content.setSelStart(1);
+    content.setSelLength(0);
+  } catch (const RuntimeError& error) {
+    const Procedure procedure{QStringLiteral("loadDBInfo"), QStringLiteral("Modul Globals")};
+    host_.messageBox(errorText(error, procedure) + u". Line 0");
+  }
+}
+
+}  // namespace lens
