@@ -54,7 +54,7 @@ struct Filled {
   QTemporaryDir directory;
   std::shared_ptr<Database> database;
   quint32 view = 0;
-  quint32 some = 0;  // a document
+  quint32 some = 0;  // a document without an "x" in its subject
 
   explicit Filled(int count)
       : database(Database::create(directory.filePath(QStringLiteral("views.nsf")), {})) {
@@ -62,7 +62,7 @@ struct Filled {
     for (int i = 0; i < count; ++i) {
       Note note = document(i);
       database->save(note);
-      if (i == count / 2) some = note.header.id;
+      if (i == count / 2 + 1) some = note.header.id;
     }
     Note note = sortedView();
     database->save(note);
