@@ -6,6 +6,9 @@ cd "$(dirname "$0")/.."
 scripts/install.sh build fuzz
 cmake --preset fuzz >/dev/null
 
+# Two texts and a number; in front of each block a byte that says where it lies.
+seed_evaluation() { printf '\0\1\5\2\0\1\0\3\0abcd' >"$1/texts"; printf '\0\1\3\1\0\0\0\0\0\0\0\0\0\360\77' >"$1/number"; printf '"\\x01\\x05"\n"\\x01\\x03"\n' >"$1.dict"; }
+
 # One file for each case of the tables; a pilcrow in them is a line feed.
 seed_formula() {
   local folder=$1 names

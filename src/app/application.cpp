@@ -38,8 +38,13 @@ Application::Application(Gateway& notes, CApi& api, Host& host, const QString& s
       searchReplace(form, state, host, routines),
       contentBox(form, state, layout),
       collection(form, state, host, routines),
-      filePane(form, state, host) {
+      filePane(form, state, host),
+      fieldTypes(form, state, host, routines),
+      fieldDump(form, host, routines),
+      formulaTools(form, state, api, host, routines),
+      helpLookup(form, state, host) {
   installUntrappedReport(host);
+  fieldDump.openFile = [this](const QString& path) { filePane.ShellOpenFile(path); };
   mainWindow.addDocTypes = [this, &host] { addDocTypes(state, *form.cmbFieldType, host); };
   form.sbrMain->setPanelText(QStringLiteral("Source"), source);
 }

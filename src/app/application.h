@@ -2,6 +2,9 @@
 // does is found in the subsystem, under the procedure's name.
 #pragma once
 
+#include "design/field_dump.h"
+#include "design/field_types.h"
+#include "design/formula_tools.h"
 #include "editing/collection_engine.h"
 #include "editing/content_box.h"
 #include "editing/field_addition.h"
@@ -13,6 +16,7 @@
 #include "inspector/database_properties.h"
 #include "inspector/document_capture.h"
 #include "inspector/field_viewer.h"
+#include "lookup/help_lookup.h"
 #include "notes/bridge.h"
 #include "notes/capi.h"
 #include "shell/form1.h"
@@ -52,6 +56,10 @@ class Application {
   ContentBox contentBox;
   CollectionEngine collection;
   FilePane filePane;
+  FieldTypes fieldTypes;
+  FieldDump fieldDump;
+  FormulaTools formulaTools;
+  HelpLookup helpLookup;
 };
 
 // Shows what no procedure handled as "Run-time error 'N':" and its description.

@@ -10,6 +10,8 @@ namespace {
 constexpr QRgb kInk = 0xFF1F5F9C;
 constexpr QRgb kDarkInk = 0xFF2C4A5E;
 constexpr QRgb kDestructive = 0xFF8E1F1F;
+constexpr QRgb kFolder = 0xFFF4E7B4;
+constexpr QRgb kFolderLine = 0xFF7A6A2B;
 
 // Draws on a 16 x 16 grid at the sizes that icons are asked for.
 template <class Draw>
@@ -88,6 +90,17 @@ QIcon clearHistory() {
     painter.setPen(QPen(QColor(kDestructive), 1.8, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(QPointF(6, 6), QPointF(10, 10));
     painter.drawLine(QPointF(10, 6), QPointF(6, 10));
+  });
+  return icon;
+}
+
+QIcon folder() {
+  static const QIcon icon = drawn([](QPainter& painter) {
+    painter.setPen(QPen(QColor(kFolderLine), 1));
+    painter.setBrush(QColor(kFolder));
+    painter.drawPolygon(
+        QPolygonF({{1.5, 13.5}, {1.5, 3.5}, {6.0, 3.5}, {7.5, 5.5}, {14.5, 5.5}, {14.5, 13.5}}));
+    painter.drawLine(QPointF(1.5, 7.5), QPointF(14.5, 7.5));
   });
   return icon;
 }

@@ -10,6 +10,7 @@ namespace lens::pictures {
 QIcon program();       // a document under a lens: window, tray and Picture1
 QIcon history();       // an arrow back: cmdScroll
 QIcon clearHistory();  // a page with a cross: cmdDelRT
+QIcon folder();        // a folder: choosing a file
 QPixmap about(const QSize& size);
 
 }  // namespace lens::pictures

@@ -19,6 +19,7 @@ struct Globals {
   Object gNoteColl;     // note collection of the design browser
 
   QString gDataDir;  // Notes data directory, read once at the start
+  QString gServer;   // server of the last listing of databases; empty for this machine
   QString gDocKind;  // "UIDOC", "PROFILE" or "DESIGN": what fldList shows
 
   KeyedCollection<QString> gDocTypes;         // item type code as text -> sentence

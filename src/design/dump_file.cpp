@@ -1,0 +1,61 @@
+#include "design/dump_file.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include "host/paths.h"
+#include "notes/code_page.h"
+#include "notes/runtime_error.h"
+
+namespace lens {
+namespace {
+
+#ifdef Q_OS_WIN
+constexpr char kLineEnd[] = "\r\n";
+constexpr bool kHasDrives = true;
+#else
+constexpr char kLineEnd[] = "\n";
+constexpr bool kHasDrives = false;
+#endif
+
+bool beginsWithDrive(const QString& path) {
+  const auto isLetter = [](QChar c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); };
+  return path.size() >= 2 && isLetter(path[0]) && path[1] == u':';
+}
+
+[[noreturn]] void fail(const QString& path, int number, const QString& reason) {
+  throw RuntimeError(number, QStringLiteral("%1: the file cannot be written (%2)").arg(path, reason));
+}
+
+// A directory that is missing is told apart, since the user can make it. A device would be replaced by a
+// file.
+void requirePlace(const QString& path) {
+  const QFileInfo info(path);
+  if (path.isEmpty()) fail(path, err::PathFileAccess, QStringLiteral("there is no name"));
+  if (info.isDir()) fail(path, err::PathFileAccess, QStringLiteral("this is a directory"));
+  if (info.exists() && !info.isFile()) fail(path, err::PathFileAccess, QStringLiteral("this is no file"));
+  if (!info.dir().exists()) fail(path, err::PathNotFound, QStringLiteral("there is no such directory"));
+}
+
+}  // namespace
+
+QString dumpPath(const QString& typed) {
+  if (kHasDrives) return typed;
+  const QString path = hostPath(typed);
+  if (!beginsWithDrive(typed)) return path;
+  // Nothing leads out of a drive.
+  QString inside = QDir::cleanPath(u'/' + path.mid(2));
+  while (inside.startsWith(u"/../")) inside.remove(0, 3);
+  return QDir::homePath() + inside;
+}
+
+void writeDump(const QString& path, const QStringList& lines) {
+  requirePlace(path);
+  QSaveFile file(path);
+  if (!file.open(QIODevice::WriteOnly)) fail(path, err::PathFileAccess, file.errorString());
+  for (const QString& line : lines) file.write(toCodePage(line) + kLineEnd);
+  if (!file.commit()) fail(path, err::PathFileAccess, file.errorString());
+}
+
+}  // namespace lens

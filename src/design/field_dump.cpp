@@ -1,0 +1,78 @@
+#include "design/field_dump.h"
+
+#include "design/dump_file.h"
+#include "notes/numbers.h"
+#include "shell/error_modes.h"
+
+namespace lens {
+namespace {
+
+constexpr int kUsualWidth = 80;
+
+Procedure ofWindow(const char16_t* name) {
+  return {QString::fromUtf16(name), QStringLiteral("Formular frmDumpToFile")};
+}
+
+int widthOf(const QString& text) {
+  const Int16 width = roundToInt32(numberPrefix(text));
+  return width > 0 ? int(width) : kUsualWidth;
+}
+
+}  // namespace
+
+FieldDump::FieldDump(Form1& form, Host& host, Routines& routines)
+    : form_(form), host_(host), routines_(routines) {
+  form_.cmdDump->click = [this] { cmdDump_Click(); };
+}
+
+void FieldDump::cmdDump_Click() {
+  if (form_.fldList->listCount() < 1) return;
+  auto* window = new DumpToFile(&form_);
+  window->cmdOpenFile->click = [this, window] { cmdOpenFile_Click(*window); };
+  window->cmdOK->click = [this, window] { cmdOK_Click(*window); };
+  window->cmdCancel->click = [this, window] { cmdCancel_Click(*window); };
+  Form_Load(*window);
+  // Before it is shown: a window that changes its place in the pile vanishes for a moment.
+  routines_.StayNotOnTop(*window);
+  window->show();
+}
+
+void FieldDump::Form_Load(DumpToFile& window) {
+  trapped(host_, ofWindow(u"Form_Load"), [&] { routines_.CenterForm(window); });
+}
+
+// Giving up empties the box.
+void FieldDump::cmdOpenFile_Click(DumpToFile& window) {
+  trapped(host_, ofWindow(u"cmdOpenFile_Click"), [&] {
+    window.cmdDialog1->showSave();
+    window.txtDumpFile->setText(window.cmdDialog1->fileName());
+  });
+}
+
+void FieldDump::cmdCancel_Click(DumpToFile& window) {
+  trapped(host_, ofWindow(u"cmdCancel_Click"), [&] { window.close(); });
+}
+
+void FieldDump::cmdOK_Click(DumpToFile& window) {
+  trapped(host_, ofWindow(u"cmdOK_Click"), [&] {
+    const int width = widthOf(window.txtWidth->text());
+    const QString path = dumpPath(window.txtDumpFile->text());
+    writeDump(path, lines(width, window.chkContent->value() == 1));
+    if (openFile) openFile(path);
+    window.hide();
+    window.close();
+  });
+}
+
+// The width counts before line ends are replaced, so a pair of them that it cuts apart leaves its half.
+QStringList FieldDump::lines(int width, bool content) {
+  QStringList lines;
+  for (int row = 0; row < form_.fldList->listCount(); ++row) {
+    const QString text = form_.fldList->list(row);
+    lines += content ? routines_.ReplaceAll(text.left(width), QStringLiteral("\r\n"), QStringLiteral(";"))
+                     : routines_.LeftFrom(text, QStringLiteral(":"));
+  }
+  return lines;
+}
+
+}  // namespace lens

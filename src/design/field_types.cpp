@@ -1,0 +1,110 @@
+#include "design/field_types.h"
+
+#include "notes/numbers.h"
+#include "shell/list_rows.h"
+#include "shell/text_routines.h"
+
+namespace lens {
+namespace {
+
+// The boxes of both buttons have the name of one of them.
+const QString kTitle = QStringLiteral("cmdChkFields");
+const QString kNameMark = QStringLiteral(" #");
+
+QString record(const QString& beginning, const QString& content) {
+  return beginning + u" --> " + content + u"\r\n";
+}
+
+// What stands before the mark, aliases included; empty for a row without a name.
+QString formName(const QString& row) {
+  if (!row.contains(kShortIdMark)) return {};
+  const qsizetype mark = row.indexOf(kNameMark);
+  return mark < 0 ? QString() : trimBlanks(row.left(mark));
+}
+
+}  // namespace
+
+FieldTypes::FieldTypes(Form1& form, Globals& state, Host& host, Routines& routines)
+    : form_(form), state_(state), host_(host), routines_(routines) {
+  form_.cmdFieldTypes->click = [this] { cmdFieldTypes_Click(); };
+  form_.cmdChkFields->click = [this] { cmdChkFields_Click(); };
+}
+
+// A failure ends the walk, and the report so far is not shown.
+template <class Statements>
+void FieldTypes::withBox(Statements&& statements) {
+  try {
+    statements();
+  } catch (const RuntimeError& error) {
+    host_.messageBox(error.description(), box::Critical, kTitle);
+  }
+}
+
+void FieldTypes::cmdFieldTypes_Click() {
+  withBox([this] {
+    form_.txtFieldContent->setText(QString());
+    if (form_.cmbFieldType->text().isEmpty()) {
+      host_.messageBox(QStringLiteral("Field type not specified!\nChoose a field from an open document."),
+                       box::Exclamation, kTitle);
+      return;
+    }
+    showReport(reportOf(&FieldTypes::fieldsOfForm));
+  });
+}
+
+// Rows that come while a box is shown on the way are not looked at.
+QString FieldTypes::reportOf(RecordsOfRow recordsOf) {
+  QString report;
+  const int rows = form_.idList->listCount();
+  for (int row = 0; row < rows && row < form_.idList->listCount(); ++row)
+    report += (this->*recordsOf)(form_.idList->list(row));
+  return report;
+}
+
+// A row that names no form of the database adds nothing.
+QString FieldTypes::fieldsOfForm(const QString& row) {
+  const QString name = formName(row);
+  if (name.isEmpty()) return {};
+  const Object form = state_.gDb.call(QStringLiteral("GETFORM"), name).object();
+  if (form.isNothing()) return {};
+  const QString beginning = row.left(row.indexOf(kNameMark) + 1);
+  QString report;
+  const Value fields = form.get(QStringLiteral("FIELDS"));
+  for (const Value& field : fields.values()) {
+    const double type = form.call(QStringLiteral("GETFIELDTYPE"), field).number();
+    if (type == wantedType()) report += record(beginning, field.text());
+  }
+  return report;
+}
+
+// "TEXT (1280) means text" gives 1280; without ")" it is 0, which no field has.
+int FieldTypes::wantedType() {
+  const QString sentence = form_.cmbFieldType->text();
+  const QString number =
+      routines_.RightFrom(routines_.LeftFrom(sentence, QStringLiteral(")")), QStringLiteral("("));
+  return Int16(roundToInt32(numberPrefix(number)));
+}
+
+void FieldTypes::cmdChkFields_Click() {
+  withBox([this] {
+    form_.txtFieldContent->setText(QString());
+    showReport(reportOf(&FieldTypes::contentOfNote));
+  });
+}
+
+// The current document becomes the note of the row, or nothing.
+QString FieldTypes::contentOfNote(const QString& row) {
+  const QString id = listedNoteId(row);
+  const QString name = form_.txtFieldName->text();
+  state_.gDoc = state_.gDb.call(QStringLiteral("GETDOCUMENTBYID"), id).object();
+  if (state_.gDoc.isNothing() || !state_.gDoc.call(QStringLiteral("HASITEM"), name).boolean()) return {};
+  const Value values = state_.gDoc.call(QStringLiteral("GETITEMVALUE"), name);
+  return record(id, textOf(values.at(0), host_.regional()));
+}
+
+// Records end in a line end already, so each ends in CR CR LF; existing tools split them there.
+void FieldTypes::showReport(const QString& report) {
+  form_.txtFieldContent->setText(routines_.ReplaceAll(report, QStringLiteral("\n"), QStringLiteral("\r\n")));
+}
+
+}  // namespace lens

@@ -1,0 +1,36 @@
+// Reports across the rows of the collection list: which fields of a type the listed forms have, and what
+// one field holds in every listed note. Both walk every row, marked or not, and put their report into the
+// content box, where it can be searched and copied.
+#pragma once
+
+#include "host/host.h"
+#include "shell/form1.h"
+#include "shell/globals.h"
+#include "shell/routines.h"
+
+namespace lens {
+
+class FieldTypes {
+ public:
+  FieldTypes(Form1& form, Globals& state, Host& host, Routines& routines);
+
+  void cmdFieldTypes_Click();
+  void cmdChkFields_Click();
+
+ private:
+  using RecordsOfRow = QString (FieldTypes::*)(const QString& row);
+  QString reportOf(RecordsOfRow recordsOf);
+  QString fieldsOfForm(const QString& row);
+  int wantedType();
+  QString contentOfNote(const QString& row);
+  void showReport(const QString& report);
+  template <class Statements>
+  void withBox(Statements&& statements);
+
+  Form1& form_;
+  Globals& state_;
+  Host& host_;
+  Routines& routines_;
+};
+
+}  // namespace lens

@@ -1,0 +1,198 @@
+#include "design/formula_tools.h"
+
+#include <utility>
+
+#include "design/evaluation.h"
+#include "notes/code_page.h"
+#include "notes/note_reading.h"
+#include "notes/numbers.h"
+#include "shell/error_modes.h"
+#include "shell/text_routines.h"
+
+namespace lens {
+namespace {
+
+constexpr Status kFormulaError = 0x0501;
+constexpr int kToLmbcs = 0, kFromLmbcs = 1;
+constexpr quint32 kRed = 0x0000FF;  // blue, green, red
+constexpr int kWithTypeWord = -1;
+constexpr qsizetype kMostPages = 1000;
+
+// The library's own walk over a list whose memory it gave out.
+class LibraryList : public TextListReader {
+ public:
+  LibraryList(CApi& api, const char* list) : api_(api), list_(list) {}
+
+  quint32 count() override { return api_.ListGetNumEntries(list_, kWithTypeWord); }
+  QByteArrayView entry(quint16 index) override {
+    const char* text = nullptr;
+    quint16 length = 0;
+    api_.ListGetText(list_, kWithTypeWord, index, text, length);
+    return QByteArrayView(text, text ? length : 0);
+  }
+
+ private:
+  CApi& api_;
+  const char* list_;
+};
+
+// Results as they come into the box, one after the other: each then has its page in the history of the box.
+// Thousands of them come at once, lest the pages fill the memory.
+QStringList newLines(const FormulaTools::Results& results) {
+  if (!results) return {};
+  QStringList lines;
+  for (const Value& result : *results) lines += u"\r\n" + result.text();
+  return lines.size() > kMostPages ? QStringList(lines.join(QString())) : lines;
+}
+
+}  // namespace
+
+FormulaTools::FormulaTools(Form1& form, Globals& state, CApi& api, Host& host, Routines& routines)
+    : form_(form), state_(state), api_(api), host_(host), routines_(routines) {
+  form_.cmdChkFormula->click = [this] { cmdChkFormula_Click(); };
+  form_.cmdCollbyFormula->click = [this] { cmdCollbyFormula_Click(); };
+}
+
+void FormulaTools::cmdChkFormula_Click() {
+  const QString formula = form_.txtFieldContent->text();
+  const CompileReport report = CheckFormula(formula);
+  if (report.error != 0)
+    showFault(report);
+  else if (state_.gDoc.isNothing())
+    for (const QString& lines : newLines(EvaluateFormula(QString(), formula))) append(lines);
+  else
+    evaluateOnDocument(formula);
+}
+
+// With a document at hand every failure is silent. One that has no ID, or cannot tell it, is left aside.
+void FormulaTools::evaluateOnDocument(const QString& formula) {
+  Continue step;
+  QString noteId;
+  step([&] { noteId = state_.gDoc.get(QStringLiteral("NoteID")).text(); });
+  QStringList lines;
+  step([&] { lines = newLines(EvaluateFormula(noteId, formula)); });
+  for (const QString& line : lines) step([&] { append(line); });
+}
+
+void FormulaTools::append(const QString& lines) {
+  form_.txtFieldContent->setText(form_.txtFieldContent->text() + lines);
+}
+
+void FormulaTools::showFault(const CompileReport& report) {
+  form_.txtFieldContent->setSelStart(report.offset);
+  form_.txtFieldContent->setSelLength(report.length);
+  form_.txtFieldContent->setSelColor(kRed);
+  const QString reason = routines_.GetAPIError(Status(report.error));
+  const Int16 end = report.offset + report.length;
+  host_.messageBox(reason + u"\nError starts at character: " + QString::number(report.offset) +
+                       u" and ends at character: " + QString::number(end),
+                   box::Plain, QStringLiteral("Formula error!"));
+}
+
+FormulaTools::Compiled FormulaTools::compile(const QByteArray& formula) {
+  const Int16 length = formula.size();
+  Compiled result;
+  Status error = 0;
+  quint16 codeLength = 0, line = 0, column = 0, offset = 0, errorLength = 0;
+  result.status = api_.NSFFormulaCompile(formula, quint16(length), result.code, codeLength, error, line,
+                                         column, offset, errorLength);
+  if (result.status == kFormulaError) result.report = {qint16(error), qint16(offset), qint16(errorLength)};
+  return result;
+}
+
+// Any other status counts as clean: it tells of the library and not of the text.
+FormulaTools::CompileReport FormulaTools::CheckFormula(const QString& text) {
+  const NotesInit init(api_);
+  const Compiled compiled = compile(toCodePage(text));
+  if (compiled.code != 0) api_.OSMemFree(compiled.code);
+  return compiled.report;
+}
+
+FormulaTools::Results FormulaTools::EvaluateFormula(const QString& noteId, const QString& formula) {
+  const QByteArray translated = toCodePage(routines_.ConvertTranslate(kToLmbcs, formula));
+  const NotesInit init(api_);
+  Run run;
+  try {
+    return evaluate(run, noteId, translated);
+  } catch (const RuntimeError&) {
+    releaseAfterFailure(run);
+    throw;
+  }
+}
+
+// Without database or note the compiled formula is left to the end of the library.
+FormulaTools::Results FormulaTools::evaluate(Run& run, const QString& noteId, const QByteArray& formula) {
+  run.code = compile(formula).code;
+  if (!noteId.isEmpty()) {
+    openNote(run);
+    if (run.db == 0) return {};
+  }
+  Results results;
+  if (noteId.isEmpty() || run.note != 0) results = compute(run);
+  api_.NSFDbClose(std::exchange(run.db, 0));
+  return results;
+}
+
+// The note is that of the current document. It is not closed: closing the database ends it.
+void FormulaTools::openNote(Run& run) {
+  const Object database = state_.gDoc.get(QStringLiteral("PARENTDATABASE")).object();
+  const QString server = database.get(QStringLiteral("server")).text();
+  const QString filePath = database.get(QStringLiteral("FILEPATH")).text();
+  api_.NSFDbOpen(networkPath(api_, server, filePath), run.db);
+  if (run.db != 0)
+    api_.NSFNoteOpen(run.db, hexToInt32(state_.gDoc.get(QStringLiteral("NoteID")).text()), 0, run.note);
+}
+
+QVector<Value> FormulaTools::compute(Run& run) {
+  api_.NSFComputeStart(0, api_.OSLockObject(run.code), run.compute);
+  quint16 length = 0;
+  bool matches = false, deletes = false, modified = false;
+  api_.NSFComputeEvaluate(run.compute, run.note, run.result, length, matches, deletes, modified);
+  // A failed evaluation leaves no block; then there is no memory to look at.
+  const char* block = api_.OSLockObject(run.result);
+  LibraryList list(api_, block);
+  const QVector<Value> values = readEvaluation(
+      QByteArrayView(block, block ? length : 0), list,
+      [this](QByteArrayView lmbcs) { return routines_.ConvertTranslate(kFromLmbcs, fromCodePage(lmbcs)); });
+  api_.NSFComputeStop(std::exchange(run.compute, 0));
+  api_.OSUnlockObject(run.result);
+  api_.OSMemFree(std::exchange(run.result, 0));
+  api_.OSUnlockObject(run.code);
+  api_.OSMemFree(std::exchange(run.code, 0));
+  return values;
+}
+
+void FormulaTools::releaseAfterFailure(Run& run) {
+  Continue step;
+  if (run.compute != 0) step([&] { api_.NSFComputeStop(run.compute); });
+  for (const MemHandle memory : {run.result, run.code}) {
+    if (memory == 0) continue;
+    step([&] { api_.OSUnlockObject(memory); });
+    step([&] { api_.OSMemFree(memory); });
+  }
+  if (run.db != 0) step([&] { api_.NSFDbClose(run.db); });
+}
+
+void FormulaTools::cmdCollbyFormula_Click() {
+  const QString formula = form_.txtFieldContent->text();
+  if (!formula.isEmpty()) {
+    const Object found = state_.gDb.call(QStringLiteral("SEARCH"), formula, Object(), 0).object();
+    if (!found.isNothing()) {
+      if (found.get(QStringLiteral("count")).number() > 0) listFound(found);
+      form_.lblCounter->setText(QString::number(form_.idList->listCount()));
+    }
+  }
+  host_.setPointer(pointer::Default);
+}
+
+void FormulaTools::listFound(const Object& found) {
+  form_.idList->clear();
+  host_.setPointer(pointer::Hourglass);
+  Object document = found.call(QStringLiteral("GETFIRSTDOCUMENT")).object();
+  while (!document.isNothing()) {
+    form_.idList->addItem(eightDigits(document.get(QStringLiteral("NoteID")).text()));
+    document = found.call(QStringLiteral("GETNEXTDOCUMENT"), document).object();
+  }
+}
+
+}  // namespace lens
