@@ -29,6 +29,10 @@ constexpr KeyPair kKeys[] = {
     {Qt::Key_Delete, key::Delete},
 };
 
+bool isLetter(int qtKey) {
+  return qtKey >= Qt::Key_A && qtKey <= Qt::Key_Z;
+}
+
 bool isTypedUnit(QChar unit) {
   return unit.isSurrogate() ||
          (unit.unicode() >= 32 && unit.unicode() != 127 && !(unit >= QChar(0x80) && unit < QChar(0xA0)));
@@ -38,7 +42,10 @@ bool isTypedUnit(QChar unit) {
 
 int keyCode(const QKeyEvent& event) {
   const int qtKey = event.key();
-  if (qtKey >= Qt::Key_Space && qtKey <= Qt::Key_Z) return qtKey;
+  // Other signs would pass for keys: "-" has the number of Insert, "." that of Delete.
+  const bool hasOwnNumber =
+      qtKey == Qt::Key_Space || (qtKey >= Qt::Key_0 && qtKey <= Qt::Key_9) || isLetter(qtKey);
+  if (hasOwnNumber) return qtKey;
   if (qtKey >= Qt::Key_F1 && qtKey <= Qt::Key_F12) return key::F1 + qtKey - Qt::Key_F1;
   for (const KeyPair& pair : kKeys)
     if (pair.qtKey == qtKey) return pair.code;

@@ -9,6 +9,7 @@
 
 #include "control_test.h"
 #include "controls/combo_box.h"
+#include "controls/keys.h"
 #include "controls/text_box.h"
 
 namespace lens {
@@ -52,6 +53,17 @@ TEST(TextBox, TakesTextOfAnyLength) {
   TextBox box;
   box.setText(QString(100000, QChar(u'x')));
   EXPECT_EQ(box.text().size(), 100000);
+}
+
+TEST(TextBox, SignsAreNoKeysOfAnotherKind) {
+  TextBox box;
+  showWithFocus(box);
+  QVector<int> codes;
+  box.keyDown = [&](int code, int) { codes += code; };
+  QTest::keyClicks(&box, QStringLiteral("a7 -.%'!"));
+  // Shift comes with some of them, depending on the keyboard.
+  codes.removeAll(16);
+  EXPECT_EQ(codes, QVector<int>({'A', '7', key::Space, 0, 0, 0, 0, 0}));
 }
 
 TEST(TextBox, KeyPressMayChangeOrSwallowTheCharacter) {
