@@ -11,6 +11,12 @@
 
 namespace lens::bench {
 
+// Nobody is there to close a box.
+class BenchHost : public DesktopHost {
+ public:
+  int messageBox(const QString&, int, const QString&) override { return answer::Ok; }
+};
+
 struct Desk {
   Desk() {
     workspace = Workspace::open(directory.filePath(QStringLiteral("workspace")), host.regional());
@@ -34,7 +40,7 @@ struct Desk {
   Form1& form() { return application->form; }
 
   QTemporaryDir directory;
-  DesktopHost host;
+  BenchHost host;
   std::shared_ptr<Workspace> workspace;
   std::shared_ptr<Database> database;
   std::unique_ptr<EmbeddedGateway> notes;

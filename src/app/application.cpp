@@ -39,6 +39,10 @@ Application::Application(Gateway& notes, CApi& api, Host& host, const QString& s
       contentBox(form, state, layout),
       collection(form, state, host, routines),
       filePane(form, state, host),
+      designs(form, state, notes, host, routines),
+      designDocs(form, state, host, routines),
+      profiles(form, state, notes, host, routines),
+      deletion(form, state, api, host, routines),
       fieldTypes(form, state, host, routines),
       fieldDump(form, host, routines),
       formulaTools(form, state, api, host, routines),
@@ -46,6 +50,7 @@ Application::Application(Gateway& notes, CApi& api, Host& host, const QString& s
   installUntrappedReport(host);
   fieldDump.openFile = [this](const QString& path) { filePane.ShellOpenFile(path); };
   mainWindow.addDocTypes = [this, &host] { addDocTypes(state, *form.cmbFieldType, host); };
+  deletion.refreshCurrentView = [this] { capture.RefreshCurrentView(); };
   form.sbrMain->setPanelText(QStringLiteral("Source"), source);
 }
 

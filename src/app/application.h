@@ -2,9 +2,13 @@
 // does is found in the subsystem, under the procedure's name.
 #pragma once
 
+#include "design/deletion.h"
+#include "design/design_docs.h"
+#include "design/design_list.h"
 #include "design/field_dump.h"
 #include "design/field_types.h"
 #include "design/formula_tools.h"
+#include "design/profiles.h"
 #include "editing/collection_engine.h"
 #include "editing/content_box.h"
 #include "editing/field_addition.h"
@@ -56,6 +60,10 @@ class Application {
   ContentBox contentBox;
   CollectionEngine collection;
   FilePane filePane;
+  DesignList designs;
+  DesignDocs designDocs;
+  Profiles profiles;
+  Deletion deletion;
   FieldTypes fieldTypes;
   FieldDump fieldDump;
   FormulaTools formulaTools;

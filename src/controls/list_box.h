@@ -1,6 +1,7 @@
 // A list of rows with an index and marks: single choice, extended choice, or a check in each row.
 #pragma once
 
+#include <QBasicTimer>
 #include <QListView>
 
 #include "controls/event.h"
@@ -111,6 +112,7 @@ class ListBox : public QListView {
   void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
   void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
                    const QVector<int>& roles) override;
+  void timerEvent(QTimerEvent* event) override;
 
   // Sets the index without an event.
   void placeIndex(int row);
@@ -135,7 +137,8 @@ class ListBox : public QListView {
   void copy() const;
   void selectAll() override;
 
-  ListRows* rows_;  // owned by this widget
+  ListRows* rows_;        // owned by this widget
+  QBasicTimer barTimer_;  // runs while the bar has yet to learn of rows below the view
   int anchor_ = 0;
   int rowHeight_ = 16;
   int extent_ = 0;

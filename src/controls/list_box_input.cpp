@@ -88,7 +88,8 @@ void ListBox::keyPressEvent(QKeyEvent* event) {
   if (typed == 0) return event->ignore();
   keyPress.fire(typed);
   const bool useful = code == key::Enter && dblClick.isConnected() && listIndex() >= 0;
-  if (useful && typed == key::Enter) dblClick.fire();
+  // A held key is one double click: what it runs may take events, and would begin again inside itself.
+  if (useful && typed == key::Enter && !event->isAutoRepeat()) dblClick.fire();
   if (code == key::Space && typed != 0) markByKey(event->modifiers());
   const bool letter = !text.isEmpty() && code != key::Space;
   if (letter && typed != 0) searchTyped(QString(QChar(char16_t(typed))));

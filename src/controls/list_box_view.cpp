@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyleOptionButton>
+#include <QTimerEvent>
 #include <QWheelEvent>
 #include <algorithm>
 
@@ -16,6 +17,7 @@ constexpr int kPadding = 3;   // above the first row and below the last one
 constexpr int kTextLeft = 5;  // from the border to the text
 // What no screen is wide enough for is not handed to the text layout.
 constexpr int kLongestShown = 4096;
+constexpr int kBarDelay = 50;  // milliseconds
 
 }  // namespace
 
@@ -84,7 +86,18 @@ QRegion ListBox::visualRegionForSelection(const QItemSelection&) const {
 
 void ListBox::rowsInserted(const QModelIndex& parent, int start, int end) {
   QAbstractItemView::rowsInserted(parent, start, end);
-  scheduleDelayedItemsLayout();
+  if (start <= topIndex() + rowsInView())
+    scheduleDelayedItemsLayout();
+  else if (!barTimer_.isActive())
+    barTimer_.start(kBarDelay, this);
+}
+
+// Rows below the view show in the bar alone. A list that takes events between its rows would otherwise be
+// painted for each of them, which costs more than the rows.
+void ListBox::timerEvent(QTimerEvent* event) {
+  if (event->timerId() != barTimer_.timerId()) return QListView::timerEvent(event);
+  barTimer_.stop();
+  updateGeometries();
 }
 
 void ListBox::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {

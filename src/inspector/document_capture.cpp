@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "inspector/body_row.h"
+#include "shell/client_facts.h"
 #include "shell/exact_texts.h"
 #include "shell/list_rows.h"
 #include "shell/text_routines.h"
@@ -58,10 +59,7 @@ void DocumentCapture::cmdGetDoc_Click() {
   }
 
   step([&] {
-    // A local database has no server, and its name part stays empty.
-    const QString server = state_.gDb.get(QStringLiteral("server")).text();
-    const QString commonName =
-        routines_.LeftFrom(routines_.RightFrom(server, QStringLiteral("CN=")), QStringLiteral("/"));
+    const QString commonName = serverCommonName(routines_, state_.gDb);
     form_.setWindowTitle(QStringLiteral("Current UI document in: ") +
                          state_.gDb.get(QStringLiteral("FILEPATH")).text() + u"!!" + commonName);
   });
@@ -113,13 +111,9 @@ bool DocumentCapture::openCurrentDatabase(Continue& step) {
   return !state_.gDb.isNothing();
 }
 
-// Only the note ID scan of old releases needs these controls. Releases compare as text, so one of
-// two digits counts as old.
+// Only the note ID scan of old releases needs these controls.
 void DocumentCapture::hideScanControls(Continue& step) {
-  const bool newRelease = step.holds([&] {
-    return state_.gSession.get(QStringLiteral("NOTESVERSION")).text().left(9) >= QStringLiteral("Release 5");
-  });
-  if (!newRelease) return;
+  if (!step.holds([&] { return hasNoteCollections(state_.gSession); })) return;
   form_.cmdStop->setVisible(false);
   form_.lfdIDNum->setVisible(false);
   form_.txtLfdNr->setVisible(false);

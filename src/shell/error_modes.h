@@ -1,7 +1,8 @@
-// The three error modes, as tools: a procedure says with them what a failure means to it.
+// The four error modes, as tools: a procedure says with them what a failure means to it.
 //
 //   trapped    any failure ends the statements and shows the error box; the procedure goes on behind
 //   Continue   a failing statement is passed over and the next one runs
+//   Told       a failing statement shows the error box and the next one runs
 //   (none)     plain code: the failure goes to the caller
 //
 // The end of the process (ProcessEnded in tests) is no failure and passes through all of them.
@@ -71,6 +72,30 @@ class Continue {
 
  private:
   std::optional<RuntimeError> last_;
+};
+
+// The mode in which a failing statement shows the error box, whatever its number, and the next one runs.
+class Told {
+ public:
+  Told(Host& host, Procedure procedure) : host_(host), procedure_(std::move(procedure)) {}
+
+  // Runs one statement. False when it failed.
+  template <class Statement>
+  bool operator()(Statement&& statement) {
+    return trapped(host_, procedure_, statement);
+  }
+
+  // A condition of an "if": one that cannot be told counts as false.
+  template <class Condition>
+  bool holds(Condition&& condition) {
+    bool result = false;
+    (*this)([&] { result = condition(); });
+    return result;
+  }
+
+ private:
+  Host& host_;
+  Procedure procedure_;
 };
 
 }  // namespace lens

@@ -16,6 +16,7 @@ inline const QString kNoRichText = QStringLiteral("Field is not a rich text!! ca
 inline const QString kCannotExecute = QStringLiteral("Can't execute the file !!");
 inline const QString kNoDatabase = QStringLiteral("Cann't open DB try again");
 inline const QString kNoDocument = QStringLiteral("Cann't open document try again");
+inline const QString kOlderProfilesLabel = QStringLiteral("ROFILES");
 inline const QString kHexDigitsOnly = QStringLiteral("Only Charachter between 'A' - 'F'  allowed");
 
 // Behind the status of a file that could not be opened. Blanks differ from one to the next.

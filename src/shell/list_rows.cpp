@@ -19,6 +19,10 @@ QString requiredFieldName(const QString& row) {
   return fieldName(row);
 }
 
+QString namedNoteRow(const QString& name, const QString& noteId) {
+  return name + u' ' + kIdMark + eightDigits(noteId);
+}
+
 QString sizeText(qint64 bytes) {
   return QString::number(bytes) + QStringLiteral(" bytes");
 }

@@ -21,6 +21,9 @@ QString requiredFieldName(const QString& row);
 // What stands behind the first ": ", trimmed.
 QString fieldText(const QString& row);
 
+// A row of idList for a note with a name; two blanks stand before the mark.
+QString namedNoteRow(const QString& name, const QString& noteId);
+
 // As lblSize shows the size of an item: "12 bytes".
 QString sizeText(qint64 bytes);
 

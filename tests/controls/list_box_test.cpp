@@ -332,6 +332,31 @@ TEST(ListBox, SidewaysExtentGivesAPermanentBarAsThickAsARow) {
   EXPECT_EQ(shown.list.horizontalScrollBar()->height(), 20);
 }
 
+TEST(ListBox, IsNotPaintedForRowsBelowTheView) {
+  ShownList shown(30);
+  int paints = 0;
+  class Counter : public QObject {
+   public:
+    explicit Counter(int& paints) : paints_(paints) {}
+    bool eventFilter(QObject*, QEvent* event) override {
+      if (event->type() == QEvent::Paint) ++paints_;
+      return false;
+    }
+
+   private:
+    int& paints_;
+  } counter(paints);
+  shown.list.viewport()->installEventFilter(&counter);
+  for (int i = 0; i < 100; ++i) {
+    shown.list.addItem(QStringLiteral("row"));
+    QCoreApplication::processEvents();
+  }
+  EXPECT_EQ(paints, 0);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return shown.list.verticalScrollBar()->maximum() == 124; }));
+  shown.list.addItem(QStringLiteral("first"), 0);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return paints > 0; }));
+}
+
 TEST(ListBox, WholeRowsFillTheDesignHeight) {
   ShownList shown(30);
   EXPECT_EQ(shown.list.verticalScrollBar()->maximum(), 24);

@@ -474,8 +474,7 @@ TEST_F(FieldViewerTest, AViewsFormulaIsShownWhileViewsAreListed) {
   const quint32 id = save(view);
   notes().replies.insert(u"SELECTIONFORMULA"_s, u"SELECT @All\n& x"_s);
   start();
-  control<ListBox>("lstDesigns").addItem(u"SELECTVIEWS"_s);
-  select("lstDesigns", 0);
+  selectRow("lstDesigns", u"SELECTVIEWS"_s);
   viewRow(u"All  # "_s + idText(id));
   EXPECT_EQ(boxes(), QStringList());
   EXPECT_EQ(rows("fldList").last(), "$Formula: SELECT @All\n& x");

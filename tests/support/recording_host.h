@@ -36,6 +36,7 @@ class RecordingHost : public Host {
   QVector<int> pointers;  // all that were set, in order
   QStringList sounds;
   int yields = 0;
+  std::function<void()> whileYielding;  // the events that wait, when the program takes them
   QDateTime clock = QDateTime(QDate(2024, 3, 11), QTime(14, 5, 9));
   QString programDir, tempDir;
   bool hasTray = true;
@@ -60,7 +61,10 @@ class RecordingHost : public Host {
     if (!answers.isEmpty()) return answers.dequeue();
     return (style & 0x0F) == box::YesNo ? answer::Yes : answer::Ok;
   }
-  void yield() override { ++yields; }
+  void yield() override {
+    ++yields;
+    if (whileYielding) whileYielding();
+  }
   void setPointer(int code) override {
     pointerCode = code;
     pointers += code;

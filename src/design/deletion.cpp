@@ -1,0 +1,121 @@
+#include "design/deletion.h"
+
+#include "notes/code_page.h"
+#include "notes/numbers.h"
+#include "shell/error_modes.h"
+#include "shell/exact_texts.h"
+#include "shell/list_rows.h"
+
+namespace lens {
+namespace {
+
+constexpr quint16 kForce = 0x0001, kNoStub = 0x0200;
+constexpr qint32 kWithoutTopBit = 0x7FFFFFFF;
+constexpr int kPathSize = 256;
+
+// All eight digits, so that no name that begins like a number is taken for another note's ID.
+qint32 eightDigitId(const QString& text) {
+  if (text.size() != 8) throw RuntimeError(err::TypeMismatch);
+  return hexToInt32(text) & kWithoutTopBit;
+}
+
+// A status is a signed number to the user.
+QString statusNumber(Status status) {
+  return QString::number(qint16(status));
+}
+
+}  // namespace
+
+Deletion::Deletion(Form1& form, Globals& state, CApi& api, Host& host, Routines& routines)
+    : form_(form), state_(state), api_(api), host_(host), routines_(routines) {
+  form_.cmdDelete->click = [this] { cmdDelete_Click(); };
+}
+
+void Deletion::cmdDelete_Click() {
+  try {
+    removeMarkedRows();
+  } catch (const RuntimeError& error) {
+    host_.messageBox(error.description(), box::Critical, QStringLiteral("Remove Profiles"));
+  }
+}
+
+// After a removal the walk begins again at the first row, unless the removed row was the last one.
+void Deletion::removeMarkedRows() {
+  const int last = form_.idList->listCount();
+  for (int row = 0; row < last && row < form_.idList->listCount();) {
+    const Walk walk = form_.idList->selected(row) ? removeNoteOf(row) : Walk::GoesOn;
+    if (walk == Walk::Ends) return;
+    if (walk == Walk::GoesOn)
+      ++row;
+    else if (row < form_.idList->listCount())
+      row = 0;
+  }
+  form_.idList->refresh();
+}
+
+Deletion::Walk Deletion::removeNoteOf(int row) {
+  const QString noteId = listedNoteId(form_.idList->list(row));
+  // Whatever is left here would be removed when the look-up fails.
+  state_.gDoc.release();
+  Continue lookup;
+  lookup([&] { state_.gDoc = state_.gDb.call(QStringLiteral("GETDOCUMENTBYID"), noteId).object(); });
+  if (state_.gDoc.isNothing()) return removeById(noteId);
+  removeDocument(row);
+  return Walk::StartsAnew;
+}
+
+// No part of the window shows the document afterwards.
+void Deletion::removeDocument(int row) {
+  state_.gDoc.call(QStringLiteral("Remove"), true);
+  state_.gDoc.release();
+  form_.idList->removeItem(row);
+  form_.idList->refresh();
+  form_.fldList->clear();
+  form_.NotesUID->setText(QString());
+  form_.txtFieldName->setText(QString());
+  form_.cmbFieldType->setText(QString());  // its rows stay
+  form_.txtFieldContent->setText(QString());
+  refreshCurrentView.raise();
+}
+
+Deletion::Walk Deletion::removeById(const QString& noteId) {
+  if (noteId.isEmpty()) return Walk::Ends;
+  if (state_.gDb.isNothing()) {
+    host_.messageBox(exact::kNoDatabase);
+    return Walk::Ends;
+  }
+  const QString failure = DeleteNoteLowLevel(state_.gDb, noteId);
+  const QString text = failure.isEmpty() ? QStringLiteral("Successfully deleted NoteID ") + noteId
+                                         : QString(failure + u' ' + noteId);
+  host_.messageBox(text, box::Information, QStringLiteral("Remove doc"));
+  return Walk::GoesOn;
+}
+
+// NotesTerm runs only where the note was asked for: after a database that cannot be opened, and after a
+// raised failure, the library stays open.
+QString Deletion::DeleteNoteLowLevel(const Object& database, const QString& noteIdText) {
+  DbHandle db = 0;
+  try {
+    api_.NotesInitExtended(0, QByteArray());
+    const QString server = database.get(QStringLiteral("server")).text();
+    const QString filePath = database.get(QStringLiteral("FILEPATH")).text();
+    QByteArray path(kPathSize, '\0');
+    api_.OSPathNetConstruct(0, toCodePage(server), toCodePage(filePath), path);
+    if (const Status status = api_.NSFDbOpen(upToNul(path), db); status != 0)
+      return QStringLiteral("Cannot open database ") + filePath + u" on server " + server + u". Error was " +
+             statusNumber(status) + u": " + routines_.GetAPIError(status);
+    QString result;
+    if (const Status status = api_.NSFNoteDelete(db, eightDigitId(noteIdText), kForce | kNoStub); status != 0)
+      result = QStringLiteral("Unable to delete doc. Error was ") + statusNumber(status) + u": " +
+               routines_.GetAPIError(status);
+    api_.NSFDbClose(db);
+    api_.NotesTerm();
+    return result;
+  } catch (const RuntimeError& error) {
+    if (db != 0) api_.NSFDbClose(db);
+    return QStringLiteral("Notes error ") + QString::number(error.number()) + u" occurred: " +
+           error.description();
+  }
+}
+
+}  // namespace lens

@@ -1,0 +1,42 @@
+// "Del marked documents": removes the notes of the marked rows of idList.
+//
+// A note that the object model finds is removed through it and its row goes. One that it does not find is
+// deleted by its ID through the C API, for good and without a stub; its row stays, marked, and is tried
+// again after each removal. Nothing is asked.
+#pragma once
+
+#include "controls/event.h"
+#include "host/host.h"
+#include "notes/capi.h"
+#include "shell/form1.h"
+#include "shell/globals.h"
+#include "shell/routines.h"
+
+namespace lens {
+
+class Deletion {
+ public:
+  Deletion(Form1& form, Globals& state, CApi& api, Host& host, Routines& routines);
+
+  // Refreshes the view on top in the client; the inspector knows how.
+  Event<> refreshCurrentView;
+
+  void cmdDelete_Click();
+  // Deletes a note by its ID of eight hexadecimal digits. Empty on success, otherwise what went wrong.
+  QString DeleteNoteLowLevel(const Object& database, const QString& noteIdText);
+
+ private:
+  enum class Walk { GoesOn, StartsAnew, Ends };
+  void removeMarkedRows();
+  Walk removeNoteOf(int row);
+  void removeDocument(int row);
+  Walk removeById(const QString& noteId);
+
+  Form1& form_;
+  Globals& state_;
+  CApi& api_;
+  Host& host_;
+  Routines& routines_;
+};
+
+}  // namespace lens

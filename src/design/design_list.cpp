@@ -1,0 +1,91 @@
+#include "design/design_list.h"
+
+#include "controls/keys.h"
+#include "design/note_listing.h"
+#include "notes/numbers.h"
+#include "shell/error_modes.h"
+#include "shell/exact_texts.h"
+#include "shell/list_rows.h"
+#include "shell/text_routines.h"
+
+namespace lens {
+
+DesignList::DesignList(Form1& form, Globals& state, Gateway& notes, Host& host, Routines& routines)
+    : form_(form), state_(state), notes_(notes), host_(host), routines_(routines) {
+  for (const DesignClass& row : designClasses()) form_.lstDesigns->addItem(row.property);
+  form_.lstDesigns->dblClick = [this] { lstDesigns_DblClick(); };
+  form_.lstDesigns->keyDown = [this](int code, int) { lstDesigns_KeyDown(code); };
+  form_.lstDesigns->keyPress = [this](int& key) { lstDesigns_KeyPress(key); };
+}
+
+// A failure leaves the hourglass and the rows so far.
+void DesignList::lstDesigns_DblClick() {
+  trapped(host_, {QStringLiteral("lstDesigns_DblClick")}, [this] {
+    host_.setPointer(pointer::Hourglass);
+    state_.gSession = notes_.create(QStringLiteral("Notes.NotesSession"));
+    state_.gDb = state_.gSession.get(QStringLiteral("CURRENTDATABASE")).object();
+    if (state_.gDb.isNothing()) {
+      host_.messageBox(exact::kNoDatabase);
+      host_.setPointer(pointer::Default);
+      return;
+    }
+    listClass();
+    host_.setPointer(pointer::Default);
+    state_.gDocKind = QStringLiteral("DESIGN");
+  });
+}
+
+void DesignList::listClass() {
+  state_.gDesignStop = false;
+  form_.idList->clear();
+  form_.fldList->clear();
+  form_.setWindowTitle(QStringLiteral("Documents in: ") + captionPlace(routines_, state_.gDb));
+  state_.gNoteColl = state_.gDb.call(QStringLiteral("CREATENOTECOLLECTION"), false).object();
+  state_.gNoteColl.call(QStringLiteral("SELECTALLNOTES"), false);
+  switchChosenClassOn(designClasses(), form_, state_, routines_);
+  state_.gNoteColl.call(QStringLiteral("BUILDCOLLECTION"));
+  listNotes();
+  state_.gDesignStop = false;
+  form_.idList->refresh();
+  // Once more: whatever refreshing takes in must not stop the next listing.
+  state_.gDesignStop = false;
+  form_.lblCounter->setText(QString::number(Int16(form_.idList->listCount())));
+}
+
+// Database, collection and document are those of the globals in each turn, whoever has set them since.
+void DesignList::listNotes() {
+  QString id = state_.gNoteColl.call(QStringLiteral("GETFIRSTNOTEID")).text();
+  const qint64 count = roundToInt32(state_.gNoteColl.get(QStringLiteral("count")).number());
+  for (qint64 i = 1; i <= count; ++i) {
+    state_.gDoc = state_.gDb.call(QStringLiteral("GETDOCUMENTBYID"), id).object();
+    addRow();
+    id = state_.gNoteColl.call(QStringLiteral("GETNEXTNOTEID"), id).text();
+    host_.yield();
+    if (state_.gDesignStop) return;
+  }
+}
+
+// Names may carry aliases; whoever reads the row cuts them.
+void DesignList::addRow() {
+  const QString id = state_.gDoc.get(QStringLiteral("NoteID")).text();
+  if (id.isEmpty()) return;
+  const auto has = [this](const QString& item) {
+    return state_.gDoc.call(QStringLiteral("HASITEM"), item).boolean();
+  };
+  if (has(kNameItem))
+    form_.idList->addItem(namedNoteRow(firstValueText(state_.gDoc, kNameItem, host_.regional()), id));
+  else if (has(kTitleItem))
+    form_.idList->addItem(namedNoteRow(firstValueText(state_.gDoc, kTitleItem, host_.regional()), id));
+  else
+    form_.idList->addItem(eightDigits(id));
+}
+
+void DesignList::lstDesigns_KeyDown(int code) {
+  if (code == key::Escape) state_.gDesignStop = true;
+}
+
+void DesignList::lstDesigns_KeyPress(int key) {
+  if (key == key::Escape) state_.gDesignStop = true;
+}
+
+}  // namespace lens
