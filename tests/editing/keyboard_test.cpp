@@ -2,6 +2,7 @@
 // clicked by code here.
 #include <QAbstractButton>
 #include <QApplication>
+#include <QSet>
 #include <QTest>
 #include <algorithm>
 
@@ -29,6 +30,10 @@ class Keyboard : public EditingTest {
   bool isAnyButtonDown() {
     const auto buttons = form().findChildren<QAbstractButton*>();
     return std::any_of(buttons.begin(), buttons.end(), [](const auto* button) { return button->isDown(); });
+  }
+  void readAgain() {
+    goTo("cmdGetDoc");
+    key(Qt::Key_Space);
   }
   void typeText(const QString& text) {
     for (const QChar c : text) {
@@ -76,7 +81,7 @@ TEST_F(Keyboard, CapturesAddsOverwritesReplacesReadsAgainAndDeletes) {
   Note note = memo();
   note.add(u"Body"_s, 0, rich(u"a pump"_s));
   showActive(note);
-  access(Qt::Key_D);
+  readAgain();
   EXPECT_TRUE(rows("fldList").join(u'|').contains(u"Subject:"_s));
 
   add(u"Text"_s, 1280, u"Bern\nGenf"_s);
@@ -121,7 +126,7 @@ TEST_F(Keyboard, CapturesAddsOverwritesReplacesReadsAgainAndDeletes) {
   access(Qt::Key_R);
   EXPECT_TRUE(text("txtFieldContent").startsWith(u"Thun"_s));
   EXPECT_EQ(values(u"Text"_s).first(), u"Basel"_s);
-  access(Qt::Key_D);
+  readAgain();
   chooseItem(u"Text"_s);
   EXPECT_TRUE(text("txtFieldContent").startsWith(u"Basel"_s));
   fill("txtSearch", u"Basel"_s);
@@ -137,13 +142,25 @@ TEST_F(Keyboard, CapturesAddsOverwritesReplacesReadsAgainAndDeletes) {
   EXPECT_EQ(boxes(), QStringList());
 }
 
+TEST_F(Keyboard, AnAccessKeyOfTwoButtonsMovesTheFocusFromOneToTheOther) {
+  showActive(memo());
+  goTo("txtFieldName");
+  QSet<QWidget*> reached;
+  for (int i = 0; i < 2; ++i) {
+    key(Qt::Key_D, Qt::AltModifier);
+    reached += QApplication::focusWidget();
+  }
+  EXPECT_EQ(reached, QSet<QWidget*>({form().cmdGetDoc, form().cmdDump}));
+  EXPECT_EQ(boxes(), QStringList());
+}
+
 TEST_F(Keyboard, ReadingAgainUndoesWhatWasNotSaved) {
   showActive(memo());
   notes().failing.insert(u"SAVE"_s, RuntimeError(70));
   overwrite(u"Subject"_s, u"unsaved"_s);
   ASSERT_EQ(host.boxes.size(), 1);
   notes().failing.clear();
-  access(Qt::Key_D);
+  readAgain();
   chooseItem(u"Subject"_s);
   EXPECT_EQ(text("txtFieldContent"), "Pumps");
 }
