@@ -1,9 +1,12 @@
 #include "controls/combo_box.h"
 
+#include <QAbstractItemView>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QScopedValueRollback>
+#include <QScreen>
+#include <QScrollBar>
 #include <QWheelEvent>
 #include <limits>
 
@@ -15,6 +18,7 @@ ComboBox::ComboBox(QWidget* parent) : QComboBox(parent) {
   setInsertPolicy(NoInsert);
   setMaxCount(std::numeric_limits<int>::max());
   connect(this, &QComboBox::activated, this, [this] {
+    showBeginning();
     if (!searching_) click.fire();
   });
 }
@@ -36,6 +40,7 @@ void ComboBox::setEditable(bool editable) {
 void ComboBox::setText(const QString& text) {
   if (!isEditable()) return setCurrentIndex(findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive));
   keepText(text);
+  showBeginning();
   if (takeChange()) change.raise();
 }
 
@@ -59,6 +64,19 @@ void ComboBox::keepText(const QString& text) {
   QScopedValueRollback<bool> working(atWork_, true);
   setCurrentIndex(-1);
   if (isEditable()) setEditText(text);
+}
+
+// A long text says more with its first words than with its last.
+void ComboBox::showBeginning() {
+  if (isEditable()) lineEdit()->home(false);
+}
+
+// As wide as its rows, which are often longer than the box.
+void ComboBox::showPopup() {
+  const int frame = view()->verticalScrollBar()->sizeHint().width() + 2 * view()->frameWidth();
+  const int widest = screen()->availableGeometry().width();
+  view()->setMinimumWidth(qMin(view()->sizeHintForColumn(0) + frame, widest));
+  QComboBox::showPopup();
 }
 
 // True when the text has become another one since it was last asked.

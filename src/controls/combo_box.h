@@ -41,6 +41,8 @@ class ComboBox : public QComboBox {
   QString list(int row) const { return itemText(row); }
   int listIndex() const { return currentIndex(); }
 
+  void showPopup() override;
+
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
@@ -48,6 +50,7 @@ class ComboBox : public QComboBox {
 
  private:
   void keepText(const QString& text);
+  void showBeginning();
   bool takeChange();
 
   QString lastText_;

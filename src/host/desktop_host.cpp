@@ -1,5 +1,6 @@
 #include "host/desktop_host.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCoreApplication>
 #include <QDir>
@@ -87,6 +88,8 @@ int DesktopHost::messageBox(const QString& text, int style, const QString& title
   box.setTextFormat(Qt::PlainText);
   box.setIcon(iconOf(style));
   box.setStandardButtons(buttonsOf(style));
+  // Some desktops paint arrows and crosses on them, in a look that is none of ours.
+  for (QAbstractButton* button : box.buttons()) button->setIcon(QIcon());
   box.setWindowTitle(title.isEmpty() ? kProgramTitle : title);
   box.setText(text);
   return answerOf(box.exec());

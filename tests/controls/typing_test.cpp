@@ -39,6 +39,21 @@ TEST(TextBox, FailureInChangeGoesToTheCodeThatSetTheTextAndToTheReportBelowTheUs
   EXPECT_EQ(untrapped.numbers, QVector<int>{6});
 }
 
+TEST(ComboBox, ShowsTheBeginningOfALongTextAndItsRowsWhole) {
+  const QString sentence =
+      QStringLiteral("DATETIMES (1024) means date-time value or range of date-time values");
+  ComboBox box;
+  box.setEditable(true);
+  box.addItem(sentence);
+  box.setFixedWidth(80);
+  showWithFocus(box);
+  box.setText(sentence);
+  EXPECT_EQ(box.lineEdit()->cursorPosition(), 0);
+  box.showPopup();
+  EXPECT_GE(box.view()->viewport()->width(), box.fontMetrics().horizontalAdvance(sentence));
+  box.hidePopup();
+}
+
 TEST(ComboBox, FailureInChangeGoesToTheCodeThatSetTheText) {
   Untrapped untrapped;
   ComboBox box;
