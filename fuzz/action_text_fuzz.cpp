@@ -1,18 +1,11 @@
 // Action values from the fuzzer: what is shown is legible, comes from behind the pointer byte for byte and
 // is never longer than the count or than what is there.
-#include <cstdio>
-#include <cstdlib>
 
+#include "check.h"
 #include "notes/note_reading.h"
 
 namespace lens {
 namespace {
-
-void check(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "%s\n", what);
-  std::abort();
-}
 
 bool isLegible(QChar c) {
   return (c >= u' ' && c <= u'}') || c == u'\r' || c == u'\n';

@@ -1,19 +1,12 @@
 // Agent records from the fuzzer: any bytes give ten lines, and the same as with zeros behind them.
-#include <cstdio>
-#include <cstdlib>
 
+#include "check.h"
 #include "inspector/agent_record.h"
 
 namespace lens {
 namespace {
 
 constexpr qsizetype kRecordSize = 40;
-
-void check(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "%s\n", what);
-  std::abort();
-}
 
 void tryRecord(QByteArrayView value) {
   static const Regional region(QLocale(QLocale::English, QLocale::UnitedStates));

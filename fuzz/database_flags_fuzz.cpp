@@ -1,18 +1,11 @@
 // Flags from the fuzzer, over the legend and over texts of the fuzzer's own: each part that is named lies
 // within the text, holds " = " behind its flag and ends with its line.
-#include <cstdio>
-#include <cstdlib>
 
+#include "check.h"
 #include "inspector/database_flags.h"
 
 namespace lens {
 namespace {
-
-void check(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "%s\n", what);
-  std::abort();
-}
 
 void checkStretches(QStringView flags, QStringView legend) {
   const QVector<Stretch> stretches = flagStretches(flags, legend);

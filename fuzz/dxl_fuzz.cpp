@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "check.h"
 #include "embedded/dxl/dxl_exporter.h"
 #include "embedded/dxl/dxl_importer.h"
 #include "embedded/dxl/export/database_compare.h"
@@ -36,10 +37,8 @@ QByteArray exported(const Database& database) {
   return buffer.data();
 }
 
-void check(const QString& fault, const QByteArray& dxl) {
-  if (fault.isEmpty()) return;
-  std::fprintf(stderr, "%s\n%s\n", fault.toUtf8().constData(), dxl.constData());
-  std::abort();
+void checkNone(const QString& fault, const QByteArray& dxl) {
+  check(fault.isEmpty(), fault.toUtf8().constData(), QString::fromUtf8(dxl));
 }
 
 void tryDxl(QByteArrayView bytes) {
@@ -47,9 +46,9 @@ void tryDxl(QByteArrayView bytes) {
   Database::Transaction one(*world.source), two(*world.target);
   if (!world.take(*world.source, "in.dxl", bytes).isEmpty()) return;
   const QByteArray dxl = exported(*world.source);
-  check(world.take(*world.target, "out.dxl", dxl), dxl);
-  check(difference(*world.source, *world.target), dxl);
-  check(exported(*world.source) == dxl ? QString() : QStringLiteral("two exports differ"), dxl);
+  checkNone(world.take(*world.target, "out.dxl", dxl), dxl);
+  checkNone(difference(*world.source, *world.target), dxl);
+  checkNone(exported(*world.source) == dxl ? QString() : QStringLiteral("two exports differ"), dxl);
 }
 
 }  // namespace

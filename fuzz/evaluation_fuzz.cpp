@@ -1,20 +1,13 @@
 // Results of evaluations from the fuzzer, with a library that walks the list as it is and with one that
 // tells anything: what is read lies in the block, and all of it is there.
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <functional>
 
+#include "check.h"
 #include "design/evaluation.h"
 
 namespace lens {
 namespace {
-
-void check(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "%s\n", what);
-  std::abort();
-}
 
 quint16 wordAt(QByteArrayView bytes, qsizetype at) {
   return at + 2 > bytes.size() ? quint16(0) : quint16(quint8(bytes[at]) | quint8(bytes[at + 1]) << 8);

@@ -1,8 +1,7 @@
 // Formula sources from the fuzzer: the compiler must place its errors inside the source, what it accepts
 // must survive printing, and what runs must end within its limits.
-#include <cstdio>
-#include <cstdlib>
 
+#include "check.h"
 #include "embedded/formula/support/test_world.h"
 #include "embedded/formula/tree.h"
 
@@ -10,12 +9,6 @@ namespace lens::formula {
 namespace {
 
 constexpr Limits kSmall{200'000, 8 * 1024 * 1024, 16};
-
-void check(bool holds, const char* what, QStringView source) {
-  if (holds) return;
-  std::fprintf(stderr, "%s\n%s\n", what, source.toUtf8().constData());
-  std::abort();
-}
 
 void checkPlace(const CompileError& error, QStringView source) {
   check(error.offset >= 0 && error.length >= 0 && error.offset + error.length <= source.size(),

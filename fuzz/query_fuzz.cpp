@@ -1,21 +1,14 @@
 // Full-text queries from the fuzzer: each is answered or refused as a mistake with its place, and never
 // reaches the index as anything but words.
 #include <QTemporaryDir>
-#include <cstdio>
-#include <cstdlib>
 
+#include "check.h"
 #include "embedded/search/full_text.h"
 #include "notes/runtime_error.h"
 
 namespace lens {
 namespace {
 using namespace Qt::StringLiterals;
-
-void check(bool holds, const char* what, QStringView query) {
-  if (holds) return;
-  std::fprintf(stderr, "%s\n%s\n", what, query.toUtf8().constData());
-  std::abort();
-}
 
 std::shared_ptr<Database> indexedDatabase() {
   static const QTemporaryDir directory;

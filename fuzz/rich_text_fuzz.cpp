@@ -1,18 +1,11 @@
 // Records of rich text from the fuzzer: what is read is written back byte for byte; after a replacement
 // and joined runs the bytes read back as the text that the object has.
-#include <cstdio>
-#include <cstdlib>
 
+#include "check.h"
 #include "embedded/richtext/rich_text.h"
 
 namespace lens {
 namespace {
-
-void check(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "%s\n", what);
-  std::abort();
-}
 
 void checkRereads(const RichText& text, const char* what) {
   if (text.complete()) check(RichText::fromBytes(text.toBytes()).plainText() == text.plainText(), what);
