@@ -196,8 +196,7 @@ CollectionEngine::Run CollectionEngine::replaceInDocument(Work& work) {
   }
   bool changed = false;
   const Value items = state_.gDoc.get(QStringLiteral("ITEMS"));
-  for (const Value& item : items.values())
-    changed = replaceInItem(work, item.object()) || changed;
+  for (const Value& item : items.values()) changed = replaceInItem(work, item.object()) || changed;
   if (changed) {
     state_.gDoc.call(QStringLiteral("SAVE"), true, false, true);
     state_.gDoc.release();

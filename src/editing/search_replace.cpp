@@ -99,8 +99,7 @@ void SearchReplace::cmdSearchReplaceAll_Click() {
     }
     bool changed = false;
     const Value items = state_.gDoc.get(QStringLiteral("ITEMS"));
-    for (const Value& item : items.values())
-      changed = replaceInItem(item.object()) || changed;
+    for (const Value& item : items.values()) changed = replaceInItem(item.object()) || changed;
     if (!changed) return;
     state_.gDoc.call(QStringLiteral("SAVE"), true, false, true);
     state_.gDoc.release();
