@@ -6,95 +6,55 @@
 
 #include "app/sample_workspace.h"
 #include "embedded/dxl/dxl_importer.h"
-#include "shell/text_routines.h"
+#include "shell/list_rows.h"
 #include "support/lens_fixture.h"
 
 namespace lens {
 namespace {
 
-const char16_t* const kClasses[] = {
-    u"SELECTACL",
-    u"SELECTACTIONS",
-    u"SELECTAGENTS",
-    u"SELECTDATABASESCRIPT",
-    u"SELECTDATACONNECTIONS",
-    u"SELECTDOCUMENTS",
-    u"SELECTFOLDERS",
-    u"SELECTFORMS",
-    u"SELECTFRAMESETS",
-    u"SELECTHELPABOUT",
-    u"SELECTHELPINDEX",
-    u"SELECTHELPUSING",
-    u"SELECTICON",
-    u"SELECTIMAGERESOURCES",
-    u"SELECTJAVARESOURCES",
-    u"SELECTMISCCODEELEMENTS",
-    u"SELECTMISCFORMATELEMENTS",
-    u"SELECTMISCINDEXELEMENTS",
-    u"SELECTNAVIGATORS",
-    u"SELECTOUTLINES",
-    u"SELECTPAGES",
-    u"SELECTPROFILES",
-    u"SELECTREPLICATIONFORMULAS",
-    u"SELECTSCRIPTLIBRARIES",
-    u"SELECTSHAREDFIELDS",
-    u"SELECTSTYLESHEETRESOURCES",
-    u"SELECTSUBFORMS",
-    u"SELECTVIEWS",
-};
-
 class EveryNoteTest : public LensFixture {
  protected:
   static constexpr quint16 kAllClasses = 0x7FFF;
 
-  // The note IDs of a class, as the object model collects them.
-  QStringList listed(const Object& source, const QString& noteClass) {
-    const Object notes = source.call(u"CREATENOTECOLLECTION"_s, false).object();
-    notes.call(u"SELECTALLNOTES"_s, false);
-    notes.set(noteClass, true);
-    notes.call(u"BUILDCOLLECTION"_s);
-    QStringList ids;
-    QString id = notes.call(u"GETFIRSTNOTEID"_s).text();
-    for (int i = 0; i < notes.get(u"count"_s).number(); ++i) {
-      ids += id;
-      id = notes.call(u"GETNEXTNOTEID"_s, id).text();
-    }
-    return ids;
-  }
-
-  // Views each note of each class by a row with its title; an agent's record too. Every note that is
-  // stored belongs to one class.
+  // Lists each class of a database by a double click, and views each row; an agent's record too. Every note
+  // that is stored belongs to one class.
   void viewClasses(const DatabasePlace& place) {
     workspace->client().showDatabase(place);
     const auto store = workspace->database(place.server, place.path);
-    const Object source = notes().create(u"Notes.NotesSession"_s).get(u"CURRENTDATABASE"_s).object();
-    state().gDb = source;
     QStringList all;
-    for (const char16_t* const noteClass : kClasses) {
-      const QStringList ids = listed(source, QString::fromUtf16(noteClass));
-      for (const QString& id : ids) viewRow(*store, id);
-      if (!ids.isEmpty())
-        std::printf("%s: %d of %s\n", place.path.toUtf8().constData(), int(ids.size()),
-                    QString::fromUtf16(noteClass).toUtf8().constData());
-      all += ids;
+    for (int row = 0; row < control<ListBox>("lstDesigns").listCount(); ++row) {
+      select("lstDesigns", row);
+      control<ListBox>("lstDesigns").raiseDblClick();
+      const QStringList listed = rows("idList");
+      if (!listed.isEmpty())
+        std::printf("%s: %d of %s\n", place.path.toUtf8().constData(), int(listed.size()),
+                    text("lstDesigns").toUtf8().constData());
+      for (int i = 0; i < listed.size(); ++i) viewRow(*store, i);
+      for (const QString& entry : listed) all += listedNoteId(entry);
     }
     EXPECT_EQ(all.removeDuplicates(), 0);
     EXPECT_EQ(all.size(), store->list(kAllClasses).size()) << place.path.toStdString();
   }
-  void viewRow(const Database& store, const QString& id) {
+  void viewRow(const Database& store, int row) {
+    const std::string shown = rows("idList")[row].toStdString();
     Note note;
-    ASSERT_TRUE(store.read(id.toUInt(nullptr, 16), note));
-    ListBox& list = control<ListBox>("idList");
-    list.clear();
-    list.addItem(note.text(u"$TITLE") + u"  # " + eightDigits(id));
-    list.setSelected(0, true);
+    ASSERT_TRUE(store.read(listedNoteId(rows("idList")[row]).toUInt(nullptr, 16), note));
+    EXPECT_EQ(rows("idList")[row].startsWith(note.text(u"$TITLE") + u"  # "), note.has(u"$TITLE")) << shown;
+    select("idList", row);
     click("cmdidList");
-    EXPECT_EQ(rows("fldList").size(), note.items.size()) << id.toStdString();
+    // The formula of a view without a name is asked of a view that nobody finds.
+    const bool nameless = text("lstDesigns") == u"SELECTVIEWS" && note.text(u"$TITLE").isEmpty();
+    if (nameless) {
+      EXPECT_EQ(host.boxes.size(), 1) << shown;
+      host.boxes.clear();
+      return;
+    }
+    EXPECT_EQ(rows("fldList").size(), note.items.size()) << shown;
     if (note.has(u"$AssistInfo")) {
       selectRow("fldList", u"$AssistInfo:"_s);
-      EXPECT_EQ(text("txtFieldContent").count(u'\n'), 9) << id.toStdString();
+      EXPECT_EQ(text("txtFieldContent").count(u'\n'), 9) << shown;
     }
-    EXPECT_EQ(boxes(), QStringList()) << id.toStdString();
+    EXPECT_EQ(boxes(), QStringList()) << shown;
     host.boxes.clear();
   }
   // Imports each folder within the folder of exports into a database of its own.
