@@ -171,7 +171,13 @@ void ListBox::searchTyped(const QString& typed) {
 
 void ListBox::contextMenuEvent(QContextMenuEvent* event) {
   event->accept();
-  if (mouseDown.isConnected()) return;
+  if (mouseDown.isConnected()) {
+    // The mouse has told of its button already; the menu key stands for it.
+    constexpr int kRightButton = 2;
+    if (event->reason() == QContextMenuEvent::Keyboard)
+      mouseDown.fire(kRightButton, shiftState(event->modifiers()));
+    return;
+  }
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   menu->addAction(QStringLiteral("Copy"), this, [this] { copy(); })->setEnabled(listCount() > 0);

@@ -46,6 +46,12 @@ QString DesignDocs::olderRow(const QString& noteId, const QString& name) const {
   return eightDigits(noteId) + u' ' + name;
 }
 
+// Empty where the item has no value: these listings go on, while others end there.
+QString DesignDocs::nameOf(const Object& document) const {
+  const Value names = document.call(QStringLiteral("GETITEMVALUE"), kNameItem);
+  return names.isEmpty() ? QString() : textOf(names.at(0), host_.regional());
+}
+
 void DesignDocs::listCollection() {
   state_.gNoteColl = state_.gDb.call(QStringLiteral("CREATENOTECOLLECTION"), false).object();
   switchChosenClassOn(designDocsClasses(), form_, state_, routines_);
@@ -56,9 +62,7 @@ void DesignDocs::listCollection() {
     state_.gDoc = state_.gDb.call(QStringLiteral("GETDOCUMENTBYID"), id).object();
     const QString noteId = state_.gDoc.get(QStringLiteral("NoteID")).text();
     if (!noteId.isEmpty()) {
-      const Value names = state_.gDoc.call(QStringLiteral("GETITEMVALUE"), kNameItem);
-      const QString name = names.isEmpty() ? QString() : textOf(names.at(0), host_.regional());
-      form_.idList->addItem(olderRow(noteId, name));
+      form_.idList->addItem(olderRow(noteId, nameOf(state_.gDoc)));
     }
     id = state_.gNoteColl.call(QStringLiteral("GETNEXTNOTEID"), id).text();
   }
@@ -91,7 +95,7 @@ void DesignDocs::tryNoteId(qint32 counter) {
   form_.lfdIDNum->repaint();
   state_.gDoc = state_.gDb.call(QStringLiteral("GETDOCUMENTBYID"), id).object();
   if (state_.gDoc.isNothing() || !state_.gDoc.call(QStringLiteral("HASITEM"), kNameItem).boolean()) return;
-  const QString name = firstValueText(state_.gDoc, kNameItem, host_.regional());
+  const QString name = nameOf(state_.gDoc);
   if (!name.startsWith(kProfileName)) return;
   form_.idList->addItem(olderRow(id, name));
   form_.idList->refresh();

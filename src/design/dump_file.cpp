@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include "host/paths.h"
 #include "notes/code_page.h"
@@ -50,12 +49,14 @@ QString dumpPath(const QString& typed) {
   return QDir::homePath() + inside;
 }
 
-void writeDump(const QString& path, const QStringList& lines) {
+DumpFile::DumpFile(const QString& path) : file_(path) {
   requirePlace(path);
-  QSaveFile file(path);
-  if (!file.open(QIODevice::WriteOnly)) fail(path, err::PathFileAccess, file.errorString());
-  for (const QString& line : lines) file.write(toCodePage(line) + kLineEnd);
-  if (!file.commit()) fail(path, err::PathFileAccess, file.errorString());
+  if (!file_.open(QIODevice::WriteOnly)) fail(path, err::PathFileAccess, file_.errorString());
+}
+
+void DumpFile::write(const QStringList& lines) {
+  for (const QString& line : lines) file_.write(toCodePage(line) + kLineEnd);
+  if (!file_.commit()) fail(file_.fileName(), err::PathFileAccess, file_.errorString());
 }
 
 }  // namespace lens

@@ -1,6 +1,7 @@
 // The text file that a list of fields is written to.
 #pragma once
 
+#include <QSaveFile>
 #include <QString>
 #include <QStringList>
 
@@ -10,9 +11,18 @@ namespace lens {
 // "\" separates directories, so that a path from another desk ends up where the user finds the file.
 QString dumpPath(const QString& typed);
 
-// Writes the lines in the system's code page with the system's line ends; characters that the code page
-// lacks become "?". An older file is replaced only when all lines are on disk. Raises 76 when the directory
-// is missing and 75 for any other trouble.
-void writeDump(const QString& path, const QStringList& lines);
+// Opened to be written. An older file is replaced only when all lines are on disk. Raises 76 when the
+// directory is missing and 75 for any other trouble.
+class DumpFile {
+ public:
+  explicit DumpFile(const QString& path);
+
+  // All of the file, in the system's code page with the system's line ends; characters that the code page
+  // lacks become "?".
+  void write(const QStringList& lines);
+
+ private:
+  QSaveFile file_;
+};
 
 }  // namespace lens

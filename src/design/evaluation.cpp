@@ -80,13 +80,20 @@ QVector<Value> readNumbers(QByteArrayView block) {
   return values;
 }
 
+quint16 typeOf(QByteArrayView block) {
+  return block.size() < kCountAt ? 0 : qFromLittleEndian<quint16>(block.data());
+}
+
 }  // namespace
+
+bool isTextList(QByteArrayView block) {
+  return typeOf(block) == kTextList;
+}
 
 QVector<Value> readEvaluation(QByteArrayView block, TextListReader& list,
                               const std::function<QString(QByteArrayView)>& textOf) {
-  const quint16 type = block.size() < kCountAt ? 0 : qFromLittleEndian<quint16>(block.data());
-  if (type == kTextList) return readTexts(block, list, textOf);
-  if (type == kNumberList) return readNumbers(block);
+  if (isTextList(block)) return readTexts(block, list, textOf);
+  if (typeOf(block) == kNumberList) return readNumbers(block);
   return {Value(QString())};
 }
 

@@ -24,6 +24,8 @@ class TextListReader {
   virtual QByteArrayView entry(quint16 index) = 0;
 };
 
+bool isTextList(QByteArrayView block);
+
 // Texts and numbers of the block; nothing outside of it is read, whatever its counts and lengths say. A text
 // that cannot be read is an empty value. Raises 9 when a list of numbers has none.
 QVector<Value> readEvaluation(QByteArrayView block, TextListReader& list,

@@ -57,7 +57,8 @@ void FieldDump::cmdOK_Click(DumpToFile& window) {
   trapped(host_, ofWindow(u"cmdOK_Click"), [&] {
     const int width = widthOf(window.txtWidth->text());
     const QString path = dumpPath(window.txtDumpFile->text());
-    writeDump(path, lines(width, window.chkContent->value() == 1));
+    DumpFile file(path);
+    file.write(lines(width, window.chkContent->value() == 1));
     if (openFile) openFile(path);
     window.hide();
     window.close();

@@ -129,7 +129,7 @@ FormulaTools::Results FormulaTools::evaluate(Run& run, const QString& noteId, co
   }
   Results results;
   if (noteId.isEmpty() || run.note != 0) results = compute(run);
-  api_.NSFDbClose(std::exchange(run.db, 0));
+  run.step([&] { api_.NSFDbClose(std::exchange(run.db, 0)); });
   return results;
 }
 
@@ -154,11 +154,13 @@ QVector<Value> FormulaTools::compute(Run& run) {
   const QVector<Value> values = readEvaluation(
       QByteArrayView(block, block ? length : 0), list,
       [this](QByteArrayView lmbcs) { return routines_.ConvertTranslate(kFromLmbcs, fromCodePage(lmbcs)); });
-  api_.NSFComputeStop(std::exchange(run.compute, 0));
-  api_.OSUnlockObject(run.result);
-  api_.OSMemFree(std::exchange(run.result, 0));
-  api_.OSUnlockObject(run.code);
-  api_.OSMemFree(std::exchange(run.code, 0));
+  // Texts were read without a trap, and it stays off: what was read is worth more than a failing release.
+  if (isTextList(QByteArrayView(block, block ? length : 0))) run.step.switchTrapOff();
+  run.step([&] { api_.NSFComputeStop(std::exchange(run.compute, 0)); });
+  run.step([&] { api_.OSUnlockObject(run.result); });
+  run.step([&] { api_.OSMemFree(std::exchange(run.result, 0)); });
+  run.step([&] { api_.OSUnlockObject(run.code); });
+  run.step([&] { api_.OSMemFree(std::exchange(run.code, 0)); });
   return values;
 }
 

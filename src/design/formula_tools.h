@@ -10,6 +10,7 @@
 #include "shell/form1.h"
 #include "shell/globals.h"
 #include "shell/routines.h"
+#include "shell/statements.h"
 
 namespace lens {
 
@@ -42,6 +43,7 @@ class FormulaTools {
     MemHandle code = 0, compute = 0, result = 0;
     DbHandle db = 0;
     NoteHandle note = 0;
+    Statements step;
   };
   struct Compiled {
     Status status = 0;

@@ -166,8 +166,9 @@ void CollectionEngine::overwriteValue(Work& work, const QString& name, const QSt
     case itemcode::Names:
     case itemcode::Readers:
     case itemcode::Authors: {
+      // A line that cannot be cut has no value, and a list with such a place is refused.
       QStringList lines;
-      work.step([&] { lines = overwriteLines(content); });
+      if (!work.step([&] { lines = overwriteLines(content); })) break;
       replaceValue(work, name, lines.isEmpty() ? Value(content) : valueList(lines));
       break;
     }

@@ -7,11 +7,11 @@
 // document is saved all the same. Lines, dates, numbers and places are read by the same rules.
 #pragma once
 
-#include "editing/statements.h"
 #include "host/host.h"
 #include "shell/form1.h"
 #include "shell/globals.h"
 #include "shell/routines.h"
+#include "shell/statements.h"
 
 namespace lens {
 

@@ -1,11 +1,11 @@
 // "Add new field": one new item in the document on display.
 #pragma once
 
-#include "editing/statements.h"
 #include "host/host.h"
 #include "shell/form1.h"
 #include "shell/globals.h"
 #include "shell/low_level_reading.h"
+#include "shell/statements.h"
 
 namespace lens {
 

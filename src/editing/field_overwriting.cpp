@@ -89,9 +89,9 @@ void FieldOverwriting::writeText(Statements& step, const QString& name) {
 
 // The number of values stays.
 void FieldOverwriting::writeNumbers(Statements& step, const QString& name) {
-  int places = 0;
-  step([&] { places = state_.gDoc.call(QStringLiteral("GETITEMVALUE"), name).upperBound() + 1; });
-  const Value numbers = valueList(numberLines(form_.txtFieldContent->text(), places));
+  Value values;
+  step([&] { values = state_.gDoc.call(QStringLiteral("GETITEMVALUE"), name); });
+  const Value numbers = valueList(numberLines(form_.txtFieldContent->text(), values.upperBound() + 1));
   step([&] { state_.gDoc.call(QStringLiteral("REPLACEITEMVALUE"), name, numbers); });
 }
 

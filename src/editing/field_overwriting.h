@@ -1,11 +1,11 @@
 // "Overwrite doc" and "Delete field": the item on display gets the content box as its new value, or goes.
 #pragma once
 
-#include "editing/statements.h"
 #include "host/host.h"
 #include "shell/form1.h"
 #include "shell/globals.h"
 #include "shell/low_level_reading.h"
+#include "shell/statements.h"
 
 namespace lens {
 

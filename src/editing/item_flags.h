@@ -1,9 +1,9 @@
 // The four flag boxes of the window, written to an item.
 #pragma once
 
-#include "editing/statements.h"
 #include "notes/bridge.h"
 #include "shell/form1.h"
+#include "shell/statements.h"
 
 namespace lens {
 

@@ -3,8 +3,8 @@
 
 #include <QString>
 
-#include "editing/statements.h"
 #include "notes/bridge.h"
+#include "shell/statements.h"
 
 namespace lens {
 

@@ -9,9 +9,9 @@
 #include <QStringList>
 #include <QVector>
 
-#include "editing/statements.h"
 #include "host/regional.h"
 #include "notes/bridge.h"
+#include "shell/statements.h"
 
 namespace lens {
 

@@ -10,7 +10,9 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QLocale>
+#include <QMimeDatabase>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QUrl>
 
 namespace lens {
@@ -30,12 +32,25 @@ QString sizeOf(const QFileInfo& file) {
   return QStringLiteral("%1 bytes").arg(QLocale().toString(file.size()));
 }
 
+// Whether the desktop has a program for files of this kind. Starting its opener succeeds even where there is
+// none. A desktop that cannot be asked is taken at its word.
+bool hasProgram(const QFileInfo& file) {
+  const QString asking = QStandardPaths::findExecutable(QStringLiteral("xdg-mime"));
+  if (asking.isEmpty()) return true;
+  QProcess process;
+  process.start(asking, {QStringLiteral("query"), QStringLiteral("default"),
+                         QMimeDatabase().mimeTypeForFile(file).name()});
+  if (!process.waitForFinished(3000) || process.exitCode() != 0) return true;
+  return !process.readAllStandardOutput().trimmed().isEmpty();
+}
+
 }  // namespace
 
 int openWithDesktop(const QString& path) {
   const QFileInfo file(path);
   if (!file.absoluteDir().exists()) return kNoSuchDirectory;
   if (!file.exists()) return kNoSuchFile;
+  if (!hasProgram(file)) return kNoAssociation;
   return QDesktopServices::openUrl(QUrl::fromLocalFile(file.absoluteFilePath())) ? kStarted : kNoAssociation;
 }
 

@@ -250,12 +250,14 @@ TEST_F(NoteIdScan, EndsInAnOverflowBehindTheHighestNumber) {
   EXPECT_EQ(host.boxes, Boxes({errorBox(kProcedure, err::Overflow)}));
 }
 
-TEST_F(NoteIdScan, EndsAtANameWithoutValues) {
-  const quint32 id = saved(noteWith(u"$Name"_s, textListValue({})));
+TEST_F(NoteIdScan, PassesOverANameWithoutValues) {
+  const quint32 nameless = saved(noteWith(u"$Name"_s, textListValue({})));
+  const quint32 profile = saved(noteWith(u"$Name"_s, textValue(u"$profile_005setup_"_s)));
   start();
-  scan(1000, QString::number(id - 1));
-  EXPECT_EQ(host.boxes, Boxes({errorBox(kProcedure, err::TypeMismatch)}));
-  EXPECT_EQ(rows("idList"), QStringList());
+  scan(int(profile - nameless) + 1, QString::number(nameless - 1));
+  EXPECT_EQ(host.boxes, Boxes());
+  EXPECT_EQ(rows("idList").size(), 1);
+  EXPECT_TRUE(rows("idList").join(u'|').contains(u"$profile_005setup_"_s));
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 // The list of fields as a text file, and the window that asks where to.
+#include <QApplication>
+#include <QFileDialog>
 #include <QPointer>
 #include <QTest>
+#include <QTimer>
 
 #include "design/dump_file.h"
 #include "design/tools_fixture.h"
@@ -368,6 +371,59 @@ TEST_F(FieldDumpTest, OtherPathsStayWhereTheyAre) {
   EXPECT_EQ(dumpPath(QString()), QString());
 }
 #endif
+
+TEST_F(FieldDumpTest, TheWindowHasItsPlaces) {
+  struct Place {
+    const char* name;
+    QRect place;
+    int tabIndex;
+  };
+  const Place places[] = {
+      {"lblFile", {16, 21, 56, 16}, 0},      {"txtDumpFile", {80, 16, 296, 26}, 1},
+      {"cmdOpenFile", {384, 16, 32, 26}, 2}, {"lblWidth", {16, 53, 56, 16}, 3},
+      {"txtWidth", {80, 48, 56, 26}, 4},     {"chkContent", {160, 48, 208, 26}, 5},
+      {"cmdOK", {240, 96, 80, 26}, 6},       {"cmdCancel", {336, 96, 80, 26}, 7},
+  };
+  DumpToFile& window = open();
+  for (const Place& place : places) {
+    const auto* control = window.findChild<QWidget*>(QString::fromLatin1(place.name));
+    ASSERT_TRUE(control) << place.name;
+    EXPECT_EQ(control->geometry(), place.place) << place.name;
+    EXPECT_EQ(control->property("tabIndex").toInt(), place.tabIndex) << place.name;
+  }
+  EXPECT_EQ(window.size(), QSize(432, 136));
+  EXPECT_EQ(window.minimumSize(), window.maximumSize());
+  EXPECT_TRUE(window.cmdOK->isDefault());
+  EXPECT_FALSE(window.cmdOpenFile->icon().isNull());
+}
+
+TEST_F(FieldDumpTest, TheFileIsOpenedBeforeALineIsMade) {
+  fill("fldList", {QString(40'000, u'x') + u":"});
+  DumpToFile& window = open();
+  window.txtDumpFile->setText(directory.filePath(u"none/dump.txt"_s));
+  window.chkContent->setValue(false);
+  window.cmdOK->click.fire();
+  ASSERT_EQ(host.boxes.size(), 1);
+  EXPECT_TRUE(host.boxes.first().text.startsWith(u"Error 76 ("_s)) << host.boxes.first().text.toStdString();
+}
+
+TEST_F(FieldDumpTest, TheFileDialogBlocksNoOtherProgramAndAsksNothing) {
+  DumpToFile& window = open();
+  QWidget other;
+  bool asked = false;
+  QTimer::singleShot(0, [&] {
+    auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    ASSERT_TRUE(dialog);
+    asked = true;
+    EXPECT_EQ(dialog->windowModality(), Qt::WindowModal);
+    EXPECT_EQ(dialog->acceptMode(), QFileDialog::AcceptSave);
+    EXPECT_TRUE(dialog->testOption(QFileDialog::DontConfirmOverwrite));
+    dialog->reject();
+  });
+  window.cmdOpenFile->click.fire();
+  EXPECT_TRUE(asked);
+  EXPECT_EQ(window.txtDumpFile->text(), "");
+}
 
 }  // namespace
 }  // namespace lens

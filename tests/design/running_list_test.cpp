@@ -58,11 +58,14 @@ TEST_F(RunningList, StopsAtEscInTheList) {
 
 TEST_F(RunningList, StopsAtEachOfTheTwoHandlersOfEsc) {
   startWith(4);
-  atNote(1, [&] { app->designs.lstDesigns_KeyDown(27); });
+  atNote(1, [&] { form().lstDesigns->keyDown.fire(27, 0); });
   list(u"SELECTDOCUMENTS"_s);
   expectStoppedAfter(1);
   host.yields = 0;
-  host.whileYielding = [&] { app->designs.lstDesigns_KeyPress(27); };
+  host.whileYielding = [&] {
+    int key = 27;
+    form().lstDesigns->keyPress.fire(key);
+  };
   doubleClick();
   expectStoppedAfter(1);
 }
@@ -70,9 +73,9 @@ TEST_F(RunningList, StopsAtEachOfTheTwoHandlersOfEsc) {
 TEST_F(RunningList, GoesOnAtOtherKeys) {
   startWith(3);
   host.whileYielding = [&] {
-    for (const int code : {13, 26, 28, 32}) {
-      app->designs.lstDesigns_KeyDown(code);
-      app->designs.lstDesigns_KeyPress(code);
+    for (int code : {13, 26, 28, 32}) {
+      form().lstDesigns->keyDown.fire(code, 0);
+      form().lstDesigns->keyPress.fire(code);
     }
   };
   list(u"SELECTDOCUMENTS"_s);

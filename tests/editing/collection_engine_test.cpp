@@ -321,6 +321,63 @@ TEST_F(CollectionEngineTest, AfterADateLineARefusedIdMeansThePreviousDocumentOnc
   EXPECT_EQ(stored(ids[2]).header.sequence, 2u);
 }
 
+TEST_F(CollectionEngineTest, AfterARefusedIdADateLineIsLostOnce) {
+  Note note = document(u"A"_s);
+  note.add(u"Due"_s, itemflag::Summary, timeValue(timeDateOfDate(QDate(2024, 3, 11))));
+  collect({note, note, note});
+  control<ListBox>("idList").setList(1, u"7FFFFFFC"_s);
+  fillIn(u"Due"_s, {}, u"12.03.2024\r\n13.03.2024"_s);
+  click("cmdWriteDocsInColl");
+  EXPECT_EQ(boxes(), QStringList());
+  EXPECT_EQ(valuesOf(0, u"Due"_s), QStringList(u"13.03.2024"_s));
+  EXPECT_EQ(valuesOf(2, u"Due"_s), QStringList({u"12.03.2024"_s, u"13.03.2024"_s}));
+}
+
+TEST_F(CollectionEngineTest, AddsDatesAndDropsWhatIsNone) {
+  collectTwo();
+  fillIn(u"Due"_s, typeSentence(1024), u"11.03.2024\r\nsoon\r\n12.03.2024"_s);
+  click("cmdAddFieldInColl");
+  for (int place : {0, 1})
+    EXPECT_EQ(valuesOf(place, u"Due"_s), QStringList({u"11.03.2024"_s, u"12.03.2024"_s})) << place;
+  EXPECT_EQ(boxes(), QStringList());
+}
+
+TEST_F(CollectionEngineTest, AddingDatesIsSilentBehindTheFirstLine) {
+  collectTwo();
+  fillIn(u"Due"_s, typeSentence(1024), u"11.03.2024"_s);
+  notes().failing.insert(u"SAVE"_s, RuntimeError(70));
+  click("cmdAddFieldInColl");
+  EXPECT_EQ(boxes(), QStringList());
+  notes().failing.clear();
+  fillIn(u"Due"_s, typeSentence(1024), {});
+  click("cmdAddFieldInColl");
+  EXPECT_EQ(host.boxes.size(), 1);
+}
+
+TEST_F(CollectionEngineTest, Number4000IsAFailureLikeAnyOther) {
+  for (const char* button : {"cmdDelFieldInCol", "cmdAddFieldInColl", "cmdWriteDocsInColl"}) {
+    collectTwo();
+    fillIn(u"Subject"_s, kTextType, u"new"_s);
+    notes().failing.insert(u"SAVE"_s, RuntimeError(4000));
+    click(button);
+    notes().failing.clear();
+    expectBatchBox(4000);
+    app.reset();
+  }
+}
+
+TEST_F(CollectionEngineTest, BehindADateATextThatCannotBeCutStaysAsItWas) {
+  Note due = document(u"A"_s);
+  due.add(u"Item"_s, itemflag::Summary, timeValue(timeDateOfDate(QDate(2024, 3, 11))));
+  Note text = document(u"A"_s);
+  text.add(u"Item"_s, itemflag::Summary, textValue(u"old"_s));
+  collect({due, text});
+  fillIn(u"Item"_s, {}, u"a\r\n"_s + QString(33'000, u'x') + u"\r\nb");
+  click("cmdWriteDocsInColl");
+  EXPECT_EQ(valuesOf(1, u"Item"_s), QStringList(u"old"_s));
+  EXPECT_EQ(boxes(), QStringList());
+}
+
 TEST_F(CollectionEngineTest, RowsWithANameGiveTheirNoteId) {
   collectTwo();
   control<ListBox>("idList").setList(0, u"Some name  # "_s + idRow(ids[0]));

@@ -20,6 +20,27 @@ TEST(DesktopShell, TellsAMissingFileFromAMissingDirectory) {
   EXPECT_EQ(openWithDesktop(directory.filePath(u"none/none.txt"_s)), 3);
 }
 
+#ifdef Q_OS_LINUX
+TEST(DesktopShell, AsksTheDesktopForAProgramAndSaysWhenThereIsNone) {
+  const QTemporaryDir directory;
+  const auto put = [&](const QString& name, const QByteArray& text) {
+    QFile file(directory.filePath(name));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(text);
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+  };
+  put(u"xdg-mime"_s, "#!/bin/sh\necho \"$@\" > \"$0.asked\"\n");
+  put(u"plan.txt"_s, "text");
+  const QByteArray path = qgetenv("PATH");
+  qputenv("PATH", directory.path().toLocal8Bit() + ":" + path);
+  EXPECT_EQ(openWithDesktop(directory.filePath(u"plan.txt"_s)), 31);
+  qputenv("PATH", path);
+  QFile asked(directory.filePath(u"xdg-mime.asked"_s));
+  ASSERT_TRUE(asked.open(QIODevice::ReadOnly));
+  EXPECT_EQ(asked.readAll().trimmed(), "query default text/plain");
+}
+#endif
+
 TEST(DesktopShell, ShowsWhatTheSystemKnowsOfAFileAndBlocksNothing) {
   const QTemporaryDir directory;
   QFile file(directory.filePath(u"<b>plan.txt"_s));

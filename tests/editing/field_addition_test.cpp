@@ -164,6 +164,14 @@ TEST_F(FieldAdditionTest, ALineEndTooFarAwayShowsOneBoxForTextAndNoneForDates) {
   EXPECT_EQ(boxes(), QStringList());
 }
 
+TEST_F(FieldAdditionTest, Number4000IsAFailureLikeAnyOther) {
+  show(memo());
+  notes().failing.insert(u"SAVE"_s, RuntimeError(4000));
+  add(u"City"_s, kTextType, u"Bern"_s);
+  ASSERT_EQ(host.boxes.size(), 1);
+  EXPECT_EQ(host.boxes[0].title, u"Error in AddField"_s);
+}
+
 TEST_F(FieldAdditionTest, TheOpenDocumentComesBackWhateverWasShown) {
   show(memo());
   Note other = memo(u"Other"_s);

@@ -252,10 +252,12 @@ TEST_F(FieldOverwritingTest, NothingSelectedAndNoDocumentDoNothing) {
 
 TEST_F(FieldOverwritingTest, OtherKindsOfDocumentsAreListedAnewByTheirRow) {
   show(memo());
-  state().gDocKind = u"DESIGN"_s;
-  overwrite(u"Subject"_s, u"new"_s);
-  EXPECT_EQ(state().gDocKind, u"DESIGN"_s);
-  EXPECT_TRUE(rows("fldList").join(u'|').contains(u"new"_s));
+  for (const QString& kind : {u"DESIGN"_s, u"PROFILE"_s}) {
+    state().gDocKind = kind;
+    overwrite(u"Subject"_s, u"of "_s + kind);
+    EXPECT_EQ(state().gDocKind, kind);
+    EXPECT_TRUE(rows("fldList").join(u'|').contains(u"of "_s + kind));
+  }
   state().gDocKind = u"ELSE"_s;
   overwrite(u"Subject"_s, u"newer"_s);
   EXPECT_FALSE(rows("fldList").join(u'|').contains(u"newer"_s));
@@ -267,7 +269,10 @@ TEST_F(FieldOverwritingTest, DeletingRemovesTheItemAndItsRow) {
   note.add(u"City"_s, itemflag::Summary, textValue(u"Bern"_s));
   show(note);
   selectRow("fldList", u"Subject:"_s);
+  const auto flags = {"chkSummary", "chkEncrypted", "chkSigned", "chkProtected"};
+  for (const char* flag : flags) control<CheckBox>(flag).setValue(1);
   click("cmdDelField");
+  for (const char* flag : flags) EXPECT_EQ(control<CheckBox>(flag).value(), 0) << flag;
   EXPECT_FALSE(stored().has(u"Subject"));
   EXPECT_TRUE(stored().has(u"City"));
   EXPECT_FALSE(rows("fldList").join(u'|').contains(u"Subject"_s));

@@ -197,6 +197,19 @@ TEST_F(Keyboard, ControlAndTabLeaveTheContentBoxBothWays) {
   EXPECT_NE(QApplication::focusWidget(), form().cmdAddField);
 }
 
+TEST_F(Keyboard, TheMenuKeyShowsTheProperties) {
+  showActive(memo());
+  QFile file(directory.filePath(u"a.txt"_s));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.close();
+  control<DirList>("Dir1").setPath(directory.path());
+  for (const char* list : {"Dir1", "File1"}) {
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(1, 1), QPoint(1, 1));
+    QApplication::sendEvent(&control<QWidget>(list), &event);
+  }
+  EXPECT_EQ(host.propertiesShown, QStringList({directory.path(), file.fileName()}));
+}
+
 TEST_F(Keyboard, PictureButtonsShowAPictureAndSayWhatTheyAre) {
   showActive(memo());
   for (const char* name : {"cmdScroll", "cmdDelRT"}) {

@@ -184,5 +184,26 @@ TEST_F(Limits, ALargeAttachmentShowsTheHourglassWhileItIsWritten) {
   EXPECT_EQ(QFileInfo(files + u"/film.bin"_s).size(), bytes.size());
 }
 
+TEST_F(Limits, AFileThatIsLoadedShowsTheHourglass) {
+  Note note = memo();
+  note.add(u"Body"_s, 0, rich(u"text"_s));
+  show(note);
+  const QString files = directory.filePath(u"files"_s);
+  QDir().mkpath(files);
+  QFile film(files + u"/film.bin"_s);
+  ASSERT_TRUE(film.open(QIODevice::WriteOnly));
+  film.write(QByteArray(30'000'000, 'x'));
+  film.close();
+  control<DirList>("Dir1").setPath(files);
+  setText("txtFieldName", u"Body"_s);
+  setText("cmbFieldType", u"RICHTEXT (1) means rich text"_s);
+  host.pointers.clear();
+  press("cmdLoadAtt");
+  ASSERT_FALSE(host.pointers.isEmpty());
+  EXPECT_EQ(host.pointers.first(), pointer::Hourglass);
+  EXPECT_EQ(host.pointerCode, pointer::Default);
+  EXPECT_TRUE(stored().has(u"$FILE"));
+}
+
 }  // namespace
 }  // namespace lens

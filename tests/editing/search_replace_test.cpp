@@ -50,6 +50,35 @@ TEST_F(SearchReplaceTest, NoHitEndsInSilence) {
   EXPECT_EQ(boxes(), QStringList());
 }
 
+TEST_F(SearchReplaceTest, AFailureLeavesTheNextSearchWhereItWas) {
+  showThree();
+  EXPECT_EQ(search(u"a pump"_s), 0);
+  notes().failing.insert(u"GETITEMVALUE"_s, RuntimeError(70));
+  setText("txtSearch", u"valve"_s);
+  click("cmdSearch");
+  EXPECT_EQ(host.boxes.size(), 1);
+  notes().failing.clear();
+  EXPECT_EQ(search(u"pump"_s), 2);
+}
+
+TEST_F(SearchReplaceTest, ReplaceAllReadsTheOpenDocumentWhateverWasShown) {
+  showThree();
+  Note other = memo(u"Other"_s);
+  openDocument(save(other));
+  state().gDocKind = u"PROFILE"_s;
+  replaceAll(u"pump"_s, u"valve"_s);
+  EXPECT_EQ(state().gDocKind, u"UIDOC"_s);
+  EXPECT_TRUE(rows("fldList").join(u'|').contains(u"Other"_s));
+}
+
+TEST_F(SearchReplaceTest, ReplaceAllTakes4000ForAFailureLikeAnyOther) {
+  showThree();
+  notes().failing.insert(u"SAVE"_s, RuntimeError(4000));
+  replaceAll(u"pump"_s, u"valve"_s);
+  ASSERT_EQ(host.boxes.size(), 1);
+  EXPECT_EQ(host.boxes[0].title, u"Error in SeachReplaceAll"_s);
+}
+
 TEST_F(SearchReplaceTest, TheCaseBoxAsksForExactCase) {
   showThree();
   control<CheckBox>("chkCase").setValue(1);

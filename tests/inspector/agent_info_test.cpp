@@ -1,6 +1,8 @@
 // The agent record in the content box: how the agent is found and read, and what is shown when it is not.
 #include "inspector/agent_info.h"
 
+#include <utility>
+
 #include "embedded/dxl/agent_records.h"
 #include "support/lens_fixture.h"
 
@@ -23,6 +25,22 @@ class CuttingCApi : public ForwardingCApi {
 
  private:
   quint32 length_;
+};
+
+// A library whose first text of a date is none.
+class DatelessCApi : public ForwardingCApi {
+ public:
+  using ForwardingCApi::ForwardingCApi;
+  Status ConvertTIMEDATEToText(const TimeDate& time, QByteArray& text, quint16 size,
+                               quint16& length) override {
+    if (std::exchange(told_, true)) return ForwardingCApi::ConvertTIMEDATEToText(time, text, size, length);
+    text.replace(0, 7, "no date");
+    length = 7;
+    return 0;
+  }
+
+ private:
+  bool told_ = false;
 };
 
 class AgentInfoTest : public LensFixture {
@@ -245,6 +263,16 @@ TEST_F(AgentInfoTest, DatesThatAreNoneStayEmptyAndTheReadingGoesOn) {
     EXPECT_EQ(boxes(), QStringList());
     app.reset();
   }
+}
+
+TEST_F(AgentInfoTest, ATextThatIsNoDateLeavesItsFieldEmptyAndTheReadingGoesOn) {
+  capiDoor = std::make_unique<DatelessCApi>(*engineCapi);
+  view(assistInfoValue(weekly()));
+  EXPECT_EQ(line(u"StartTime"_s), "StartTime:            --> (Time/Date)");
+  EXPECT_EQ(line(u"EndTime"_s), "EndTime:           24.12.2024   --> (Time/Date)");
+  EXPECT_TRUE(line(u"Flags"_s).startsWith(u"Flags:              18 "));
+  EXPECT_EQ(boxes(), QStringList());
+  EXPECT_EQ(engineCapi->openHandles(), 0);
 }
 
 TEST_F(AgentInfoTest, RecordsOfAnyLengthAreShown) {
