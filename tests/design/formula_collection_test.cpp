@@ -75,6 +75,32 @@ TEST_F(FormulaCollection, AMistakeInTheFormulaEndsInTheReport) {
   EXPECT_EQ(host.pointers, QVector<int>());
 }
 
+TEST_F(FormulaCollection, TakesFormulasOfAnyLength) {
+  const QString formula = u"Town = \"Ulm\" & Town != \"%1\""_s;
+  for (const int length : {32'767, 32'768}) {
+    fill("idList", {u"old"_s});
+    search(formula.arg(QString(length - formula.size() + 2, u'x')));
+    EXPECT_EQ(text("txtFieldContent").size(), length);
+    EXPECT_EQ(boxes(), QStringList());
+    EXPECT_EQ(rows("idList"), QStringList({digits(ids[0]), digits(ids[2])}));
+  }
+}
+
+TEST_F(FormulaCollection, ANulInTheFormulaIsAMistake) {
+  search(u"Town = \"Ulm\" "_s + QChar(0) + u" & 1");
+  ASSERT_EQ(host.boxes.size(), 1);
+  EXPECT_TRUE(host.boxes[0].text.startsWith(u"Run-time error '4105':"_s));
+  EXPECT_EQ(rows("idList"), QStringList(u"old"_s));
+  EXPECT_EQ(host.pointers, QVector<int>());
+}
+
+TEST_F(FormulaCollection, FindsWhatTheCodePageLacks) {
+  const quint32 far = memo(u"Town"_s, textValue(u"日本"));
+  memo(u"Town"_s, textValue(u"??"));
+  search(u"Town = \"日本\""_s);
+  EXPECT_EQ(rows("idList"), QStringList(digits(far)));
+}
+
 TEST_F(FormulaCollection, WithoutADatabaseTheReportTellsIt) {
   state().gDb.release();
   search(u"1"_s);
