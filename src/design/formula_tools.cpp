@@ -136,9 +136,7 @@ FormulaTools::Results FormulaTools::evaluate(Run& run, const QString& noteId, co
 // The note is that of the current document. It is not closed: closing the database ends it.
 void FormulaTools::openNote(Run& run) {
   const Object database = state_.gDoc.get(QStringLiteral("PARENTDATABASE")).object();
-  const QString server = database.get(QStringLiteral("server")).text();
-  const QString filePath = database.get(QStringLiteral("FILEPATH")).text();
-  api_.NSFDbOpen(networkPath(api_, server, filePath), run.db);
+  api_.NSFDbOpen(networkPath(api_, database), run.db);
   if (run.db != 0)
     api_.NSFNoteOpen(run.db, hexToInt32(state_.gDoc.get(QStringLiteral("NoteID")).text()), 0, run.note);
 }

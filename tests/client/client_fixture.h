@@ -19,6 +19,7 @@
 
 #include "client/client_window.h"
 #include "client/database_tree.h"
+#include "client/document_model.h"
 #include "client/document_reader.h"
 #include "embedded/model/embedded_gateway.h"
 #include "support/printers.h"
@@ -85,6 +86,19 @@ class Client : public testing::Test {
   // What the strip for failures says, "" while it is hidden.
   QString error() {
     return part<QWidget>("errorStrip").isVisible() ? part<QLabel>("errorText").text() : QString();
+  }
+  // Neither painting nor selecting all of so many documents reads more notes than are in sight.
+  void expectOnlyRowsInSightAreRead(int rows, int documents) {
+    window->grab();
+    auto* model = qobject_cast<DocumentModel*>(table().model());
+    EXPECT_EQ(model->rowCount(), rows);
+    EXPECT_GT(model->notesRead(), 0);
+    EXPECT_LT(model->notesRead(), 200);
+    trigger("selectAllAction");
+    EXPECT_EQ(workspace->client().visibleSelection().size(), documents);
+    window->refresh();
+    EXPECT_EQ(workspace->client().visibleSelection().size(), documents);
+    EXPECT_LT(model->notesRead(), 200);
   }
   void trigger(const char* action) { part<QAction>(action).trigger(); }
   void showView(const QString& title) {

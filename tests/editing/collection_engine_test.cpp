@@ -25,6 +25,15 @@ class CollectionEngineTest : public EditingTest {
     setText("cmbFieldType", type);
     setText("txtFieldContent", content);
   }
+  // Three documents with a date, of which the list gives the second an ID that is refused.
+  void overwriteDatesAroundARefusedId(const QString& content) {
+    Note note = document(u"A"_s);
+    note.add(u"Due"_s, itemflag::Summary, timeValue(timeDateOfDate(QDate(2024, 3, 11))));
+    collect({note, note, note});
+    control<ListBox>("idList").setList(1, u"7FFFFFFC"_s);
+    fillIn(u"Due"_s, {}, content);
+    click("cmdWriteDocsInColl");
+  }
   QStringList valuesOf(int place, const QString& name) { return values(stored(ids[place]), name); }
   void expectBatchBox(int number, const QString& description = {}) {
     ASSERT_EQ(host.boxes.size(), 1);
@@ -310,24 +319,14 @@ TEST_F(CollectionEngineTest, AFailureLeavesWhatWasDoneAndWhatWasNot) {
 }
 
 TEST_F(CollectionEngineTest, AfterADateLineARefusedIdMeansThePreviousDocumentOnceMore) {
-  Note note = document(u"A"_s);
-  note.add(u"Due"_s, itemflag::Summary, timeValue(timeDateOfDate(QDate(2024, 3, 11))));
-  collect({note, note, note});
-  control<ListBox>("idList").setList(1, u"7FFFFFFC"_s);
-  fillIn(u"Due"_s, {}, u"12.03.2024"_s);
-  click("cmdWriteDocsInColl");
+  overwriteDatesAroundARefusedId(u"12.03.2024"_s);
   EXPECT_EQ(boxes(), QStringList());
   EXPECT_EQ(stored(ids[0]).header.sequence, 3u);
   EXPECT_EQ(stored(ids[2]).header.sequence, 2u);
 }
 
 TEST_F(CollectionEngineTest, AfterARefusedIdADateLineIsLostOnce) {
-  Note note = document(u"A"_s);
-  note.add(u"Due"_s, itemflag::Summary, timeValue(timeDateOfDate(QDate(2024, 3, 11))));
-  collect({note, note, note});
-  control<ListBox>("idList").setList(1, u"7FFFFFFC"_s);
-  fillIn(u"Due"_s, {}, u"12.03.2024\r\n13.03.2024"_s);
-  click("cmdWriteDocsInColl");
+  overwriteDatesAroundARefusedId(u"12.03.2024\r\n13.03.2024"_s);
   EXPECT_EQ(boxes(), QStringList());
   EXPECT_EQ(valuesOf(0, u"Due"_s), QStringList(u"13.03.2024"_s));
   EXPECT_EQ(valuesOf(2, u"Due"_s), QStringList({u"12.03.2024"_s, u"13.03.2024"_s}));

@@ -27,6 +27,17 @@ class DiskAndOthers : private FailingDisk, public EditingTest {
     setText("txtFieldContent", content);
     press("cmdOverwrite");
   }
+  // The collection list, and boxes for any of the four buttons.
+  void fillIn(const QVector<quint32>& listed) {
+    ListBox& list = control<ListBox>("idList");
+    list.clear();
+    for (const quint32 id : listed) list.addItem(idRow(id));
+    setText("txtFieldName", u"Subject"_s);
+    setText("cmbFieldType", kTextType);
+    setText("txtFieldContent", u"new"_s);
+    setText("txtSearch", u"old"_s);
+    setText("txtReplace", u"new"_s);
+  }
   // Memos in the collection list, another one on display.
   void collect(int count) {
     for (int i = 0; i < count; ++i) {
@@ -34,14 +45,7 @@ class DiskAndOthers : private FailingDisk, public EditingTest {
       ids += save(note);
     }
     show(memo(u"on display"_s));
-    ListBox& list = control<ListBox>("idList");
-    list.clear();
-    for (const quint32 id : ids) list.addItem(idRow(id));
-    setText("txtFieldName", u"Subject"_s);
-    setText("cmbFieldType", kTextType);
-    setText("txtFieldContent", u"new"_s);
-    setText("txtSearch", u"old"_s);
-    setText("txtReplace", u"new"_s);
+    fillIn(ids);
   }
   bool isBatchBox(const ShownBox& shown) {
     return shown.text.startsWith(u"Error "_s) &&
@@ -153,14 +157,7 @@ TEST_F(DiskAndOthers, EveryRunEndsAtTheFirstDocumentOfAWriteProtectedDatabase) {
   start();
   for (const char* button :
        {"cmdDelFieldInCol", "cmdAddFieldInColl", "cmdWriteDocsInColl", "cmdReplAllFieldsInColl"}) {
-    ListBox& list = control<ListBox>("idList");
-    list.clear();
-    for (const quint32 id : all) list.addItem(idRow(id));
-    setText("txtFieldName", u"Subject"_s);
-    setText("cmbFieldType", kTextType);
-    setText("txtFieldContent", u"new"_s);
-    setText("txtSearch", u"old"_s);
-    setText("txtReplace", u"new"_s);
+    fillIn(all);
     host.boxes.clear();
     press(button);
     ASSERT_EQ(host.boxes.size(), 1) << button;

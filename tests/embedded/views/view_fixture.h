@@ -9,6 +9,7 @@
 #include "embedded/dxl/view_elements.h"
 #include "embedded/store/database.h"
 #include "embedded/views/view_index.h"
+#include "embedded/views/view_lookup.h"
 
 namespace lens::testing {
 using namespace Qt::StringLiterals;
@@ -88,6 +89,15 @@ class ViewTest : public ::testing::Test {
     EXPECT_TRUE(database->read(id, note));
     return note;
   }
+  // A column of the view as formulas read it.
+  QStringList columnOf(quint32 view, int column) {
+    ViewIndex index(*database, view);
+    index.refresh();
+    const formula::Value value = viewColumn(index, column, regional);
+    QStringList texts;
+    for (qsizetype i = 0; i < value.count(); ++i) texts.append(shown(value.element(i)));
+    return texts;
+  }
   Unid unidOf(quint32 id) const { return read(id).header.unid; }
   void change(quint32 id, const QString& name, const QByteArray& value) {
     Note note = read(id);
@@ -116,6 +126,7 @@ class ViewTest : public ::testing::Test {
   QString lines(quint32 view) const { return linesOf(*database, view); }
 
   QTemporaryDir directory;
+  const Regional regional{QLocale(QLocale::German, QLocale::Germany)};
   std::shared_ptr<Database> database;
 };
 

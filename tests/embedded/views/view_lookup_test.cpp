@@ -14,15 +14,6 @@ class ViewLookup : public ViewTest {
     const quint32 found = findByKey(index, {key, exact}, regional);
     return found == 0 ? QString() : subjectOf(*database, found);
   }
-  QStringList columnOf(quint32 view, int column) {
-    ViewIndex index(*database, view);
-    index.refresh();
-    const formula::Value value = viewColumn(index, column, regional);
-    QStringList texts;
-    for (qsizetype i = 0; i < value.count(); ++i) texts.append(shown(value.element(i)));
-    return texts;
-  }
-  const Regional regional{QLocale(QLocale::German, QLocale::Germany)};
 };
 
 TEST_F(ViewLookup, FindsWholeValuesWithoutCaseAndBeginningsOnDemand) {
