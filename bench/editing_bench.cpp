@@ -3,8 +3,8 @@
 #include <benchmark/benchmark.h>
 
 #include "desk.h"
+#include "embedded/format/packed_items.h"
 #include "embedded/richtext/rich_text.h"
-#include "embedded/store/packed_items.h"
 #include "ratio.h"
 #include "raw_sqlite.h"
 

@@ -10,12 +10,12 @@
 #include <cstdio>
 #include <functional>
 
-#include "embedded/dxl/source_formula.h"
 #include "embedded/dxl/view_elements.h"
+#include "embedded/format/source_formula.h"
 #include "embedded/model/embedded_gateway.h"
 #include "embedded/search/full_text.h"
 #include "embedded/store/database.h"
-#include "embedded/workspace.h"
+#include "embedded/workspace/workspace.h"
 
 namespace lens::bench {
 namespace {

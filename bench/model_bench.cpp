@@ -5,7 +5,7 @@
 #include <QTemporaryDir>
 
 #include "embedded/model/embedded_gateway.h"
-#include "embedded/workspace.h"
+#include "embedded/workspace/workspace.h"
 #include "ratio.h"
 
 namespace lens::bench {

@@ -3,8 +3,8 @@
 
 #include <QTemporaryDir>
 
+#include "embedded/format/packed_items.h"
 #include "embedded/store/database.h"
-#include "embedded/store/packed_items.h"
 #include "ratio.h"
 #include "raw_sqlite.h"
 

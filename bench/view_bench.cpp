@@ -5,8 +5,8 @@
 #include <QTemporaryDir>
 #include <map>
 
-#include "embedded/dxl/source_formula.h"
 #include "embedded/dxl/view_elements.h"
+#include "embedded/format/source_formula.h"
 #include "embedded/search/selection.h"
 #include "embedded/store/database.h"
 #include "embedded/views/view_index.h"

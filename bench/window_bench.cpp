@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "app/program.h"
+#include "app/launcher.h"
 #include "desk.h"
 #include "first_screen.h"
 #include "ratio.h"
@@ -113,7 +113,7 @@ bool ranFirstScreen(int argc, char** argv) {
     untilDrawn(window);
   }
   DesktopHost host;
-  Program program(host);
+  Launcher program(host);
   program.start();
   untilDrawn(program.application().form);
 }

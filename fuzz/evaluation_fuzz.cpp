@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "check.h"
-#include "design/evaluation.h"
+#include "design/evaluation_result.h"
 
 namespace lens {
 namespace {

@@ -2,7 +2,7 @@
 // must survive printing, and what runs must end within its limits.
 
 #include "check.h"
-#include "embedded/formula/support/test_world.h"
+#include "embedded/formula/support/test_context.h"
 #include "embedded/formula/tree.h"
 
 namespace lens::formula {
@@ -31,13 +31,13 @@ bool comparable(const Tree& tree, const Outcome& outcome) {
   return code != fault::TooMuchTime && code != fault::TooMuchMemory;
 }
 
-Outcome runInWorld(const Compiled& compiled) {
-  TestWorld world;
+Outcome runInContext(const Compiled& compiled) {
+  TestContext world;
   return Evaluation(compiled.formula, world.environment, kSmall).run(&world.document, &world.database);
 }
 
 void checkPrinted(const Tree& tree, const Compiled& compiled, QStringView source) {
-  const TestWorld world;
+  const TestContext world;
   const QString printed = print(tree, world.environment);
   const Parsed parsed = parse(printed, world.environment);
   // The parentheses that a print needs may go one level beyond what is allowed.
@@ -46,14 +46,14 @@ void checkPrinted(const Tree& tree, const Compiled& compiled, QStringView source
   check(sameTree(tree, parsed.tree), "The print reads back as another formula.", printed);
   const Compiled again = compile(printed, {&world.environment});
   check(bool(again), "The print does not compile.", printed);
-  const Outcome first = runInWorld(compiled), second = runInWorld(again);
+  const Outcome first = runInContext(compiled), second = runInContext(again);
   if (!comparable(tree, first) || !comparable(tree, second)) return;
   check(first.value.identical(second.value) && first.matches == second.matches,
         "The print gives another value.", source);
 }
 
 void tryFormula(const QString& source) {
-  TestWorld world;
+  TestContext world;
   const Compiled compiled = compile(source, {&world.environment});
   if (!compiled) {
     checkPlace(compiled.error, source);

@@ -3,6 +3,7 @@
 #include <QScreen>
 
 #include "inspector/type_table.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -27,7 +28,7 @@ Application::Application(Gateway& notes, CApi& api, Host& host, const QString& s
       sessions(state, notes, host),
       servers(state, host, api, routines),
       layout(form, host),
-      mainWindow(form, state, api, host, routines, sessions, servers, layout),
+      lifecycle(form, state, api, host, routines, sessions, servers, layout),
       capture(form, state, notes, host, routines),
       lowLevel(form, state, api, host, routines),
       agentInfo(form, state, api, host),
@@ -49,28 +50,27 @@ Application::Application(Gateway& notes, CApi& api, Host& host, const QString& s
       helpLookup(form, state, host) {
   installUntrappedReport(host);
   fieldDump.openFile = [this](const QString& path) { filePane.ShellOpenFile(path); };
-  mainWindow.addDocTypes = [this, &host] { addDocTypes(state, *form.cmbFieldType, host); };
+  lifecycle.addDocTypes = [this, &host] { addDocTypes(state, *form.cmbFieldType, host); };
   deletion.refreshCurrentView = [this] { capture.RefreshCurrentView(); };
-  form.sbrMain->setPanelText(QStringLiteral("Source"), source);
+  form.sbrMain->setPanelText(u"Source"_s, source);
 }
 
 void Application::start() {
   const QSize free = form.screen()->availableSize();
   const double scale = double(free.height()) / form.height();
   if (scale < 1) scaleDesign(form, qMax(scale, kSmallestScale));
-  mainWindow.Form_Load();
+  lifecycle.Form_Load();
   if (free.width() > kComfortableSize.width() && free.height() > kComfortableSize.height())
     form.resize(kComfortableSize);
   form.Timer2->setEnabled(true);
-  mainWindow.Timer2_Timer();
+  lifecycle.Timer2_Timer();
   form.show();
 }
 
 void installUntrappedReport(Host& host) {
   setUntrappedReport([&host](const RuntimeError& error) {
-    host.messageBox(
-        QStringLiteral("Run-time error '%1':").arg(error.number()) + u"\n\n" + error.description(),
-        box::Critical);
+    host.messageBox(u"Run-time error '%1':"_s.arg(error.number()) + u"\n\n" + error.description(),
+                    box::Critical);
   });
 }
 

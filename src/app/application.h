@@ -24,9 +24,9 @@
 #include "notes/bridge.h"
 #include "notes/capi.h"
 #include "shell/form1.h"
+#include "shell/form1_lifecycle.h"
 #include "shell/globals.h"
 #include "shell/low_level_reading.h"
-#include "shell/main_window.h"
 #include "shell/routines.h"
 #include "shell/server_lists.h"
 #include "shell/session_routines.h"
@@ -48,7 +48,7 @@ class Application {
   SessionRoutines sessions;
   ServerLists servers;
   WindowLayout layout;
-  MainWindow mainWindow;
+  Form1Lifecycle lifecycle;
   DocumentCapture capture;
   LowLevelReading lowLevel;
   AgentInfo agentInfo;

@@ -5,6 +5,7 @@
 #include "embedded/dxl/dxl_importer.h"
 #include "embedded/help/help_database.h"
 #include "embedded/search/full_text.h"
+#include "notes/literals.h"
 
 // The samples lie in a library, which the linker leaves out unless somebody asks for them.
 static void loadSamples() {
@@ -14,12 +15,12 @@ static void loadSamples() {
 namespace lens {
 namespace {
 
-const QString kSamples = QStringLiteral("Samples");  // entry of notes.ini
-const QString kFilling = QStringLiteral("filling");
-const QString kHub = QStringLiteral("CN=ACME-HUB01/O=Acme");
-const QString kApplications = QStringLiteral("CN=ACME-APP02/O=Acme");
-const QString kMail = QStringLiteral("mail/kmeier.nsf");
-const QString kDiscussion = QStringLiteral("disc/ideas.nsf");
+const QString kSamples = u"Samples"_s;  // entry of notes.ini
+const QString kFilling = u"filling"_s;
+const QString kHub = u"CN=ACME-HUB01/O=Acme"_s;
+const QString kApplications = u"CN=ACME-APP02/O=Acme"_s;
+const QString kMail = u"mail/kmeier.nsf"_s;
+const QString kDiscussion = u"disc/ideas.nsf"_s;
 
 struct Sample {
   QString resource;
@@ -49,10 +50,10 @@ void importSample(Workspace& workspace, const Sample& sample) {
 
 // The help is made anew from the program's own tables, as a database of every client with Designer.
 void makeHelp(Workspace& workspace) {
-  const Sample help{QString(), QString(), QStringLiteral("help/designer.nsf"), false};
+  const Sample help{QString(), QString(), u"help/designer.nsf"_s, false};
   if (isFilled(workspace, help)) return;
   DatabaseInfo info;
-  info.title = QStringLiteral("Designer help");
+  info.title = u"Designer help"_s;
   const auto database = workspace.createDatabase(help.server, help.path, info, true);
   fillHelpDatabase(*database);
   createFullTextIndex(*database);
@@ -80,16 +81,14 @@ void fillFirstTime(Workspace& workspace) {
   if (!cutShort && hasDatabases(workspace)) return;
   workspace.setIniValue(kSamples, kFilling);
   loadSamples();
-  for (const QString& server : {kHub, QStringLiteral("CN=ACME-MAIL01/O=Acme"), kApplications})
-    workspace.addServer(server);
-  importSample(workspace, {QStringLiteral(":/samples/names.dxl"), kHub, QStringLiteral("names.nsf"), true});
-  importSample(workspace, {QStringLiteral(":/samples/mail.dxl"), QString(), kMail, false});
-  importSample(workspace, {QStringLiteral(":/samples/discussion.dxl"), QString(), kDiscussion, false});
-  importSample(workspace,
-               {QStringLiteral(":/samples/template.dxl"), QString(), QStringLiteral("acmedisc.ntf"), false});
+  for (const QString& server : {kHub, u"CN=ACME-MAIL01/O=Acme"_s, kApplications}) workspace.addServer(server);
+  importSample(workspace, {u":/samples/names.dxl"_s, kHub, u"names.nsf"_s, true});
+  importSample(workspace, {u":/samples/mail.dxl"_s, QString(), kMail, false});
+  importSample(workspace, {u":/samples/discussion.dxl"_s, QString(), kDiscussion, false});
+  importSample(workspace, {u":/samples/template.dxl"_s, QString(), u"acmedisc.ntf"_s, false});
   makeReplica(workspace, kDiscussion, kApplications);
   makeHelp(workspace);
-  workspace.setIniValue(kSamples, QStringLiteral("filled"));
+  workspace.setIniValue(kSamples, u"filled"_s);
 }
 
 std::shared_ptr<Database> openSampleMail(Workspace& workspace) {

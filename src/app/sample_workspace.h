@@ -2,7 +2,7 @@
 // so that the first screen shows a real document.
 #pragma once
 
-#include "embedded/workspace.h"
+#include "embedded/workspace/workspace.h"
 
 namespace lens {
 

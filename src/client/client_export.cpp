@@ -7,7 +7,8 @@
 #include "client/client_window.h"
 #include "client/import_bar.h"
 #include "embedded/dxl/dxl_exporter.h"
-#include "embedded/store/save_file.h"
+#include "embedded/files/save_file.h"
+#include "notes/literals.h"
 #include "ui_client_window.h"
 
 namespace lens {
@@ -29,7 +30,7 @@ bool writeFile(const QString& path, const std::function<bool(QIODevice&)>& write
 void ClientWindow::askExport(ExportRange range) {
   if (refuseWhileBusy() || !place_) return;
   const QString name = QFileInfo(QDir::fromNativeSeparators(place_->path)).completeBaseName();
-  const QString file = choice_->exportFile(this, name + QStringLiteral(".dxl"));
+  const QString file = choice_->exportFile(this, name + u".dxl"_s);
   if (!file.isEmpty()) exportDxl(range, file);
 }
 

@@ -1,7 +1,7 @@
 // The full-text index of the database that the client window shows.
 #include <QPointer>
 
-#include "client/beside_window.h"
+#include "client/background_task.h"
 #include "client/client_window.h"
 #include "client/report_dialog.h"
 #include "embedded/search/full_text.h"
@@ -17,7 +17,7 @@ struct IndexResult {
 
 IndexResult runIndexing(const QString& databasePath, ImportBar* bar) {
   IndexResult result;
-  runBesideWindow(bar, [&](WorkProgress& progress) {
+  runInBackground(bar, [&](TaskProgress& progress) {
     const auto go = [&](qint64 done, qint64 total) { return progress.go(databasePath, done, total); };
     try {
       const auto database = Database::open(databasePath);

@@ -13,7 +13,7 @@
 #include "client/file_choice.h"
 #include "client/view_entries.h"
 #include "embedded/dxl/import_report.h"
-#include "embedded/workspace.h"
+#include "embedded/workspace/workspace.h"
 
 namespace Ui {
 class ClientWindow;

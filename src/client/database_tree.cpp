@@ -5,6 +5,7 @@
 #include <QSignalBlocker>
 
 #include "client/panes.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -24,7 +25,7 @@ void addHint(QTreeWidgetItem* server, const QString& text) {
 }  // namespace
 
 QString serverLabel(const QString& server) {
-  return server.isEmpty() ? QStringLiteral("Local") : abbreviatedName(server);
+  return server.isEmpty() ? u"Local"_s : nameWithoutLabels(server);
 }
 
 DatabaseTree::DatabaseTree(QWidget* parent) : QTreeWidget(parent) {

@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-#include "embedded/workspace.h"
+#include "embedded/workspace/workspace.h"
 
 namespace lens {
 

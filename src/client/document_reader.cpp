@@ -6,6 +6,7 @@
 
 #include "client/note_texts.h"
 #include "client/panes.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -22,7 +23,7 @@ DocumentReader::DocumentReader(QWidget* parent) : QWidget(parent) {
 
 QLayout* DocumentReader::makeHead() {
   subject_ = new QLabel(this);
-  subject_->setObjectName(QStringLiteral("readerSubject"));
+  subject_->setObjectName(u"readerSubject"_s);
   subject_->setTextFormat(Qt::PlainText);
   subject_->setWordWrap(true);
   QFont strong = subject_->font();
@@ -31,7 +32,7 @@ QLayout* DocumentReader::makeHead() {
   facts_ = new QLabel(this);
   facts_->setTextFormat(Qt::PlainText);
   close_ = new QPushButton(tr("&Close"), this);
-  close_->setObjectName(QStringLiteral("readerClose"));
+  close_->setObjectName(u"readerClose"_s);
   close_->setToolTip(tr("Closes the document and goes back to the view (Esc)"));
   connect(close_, &QPushButton::clicked, this, &DocumentReader::closeRequested);
   auto* words = new QVBoxLayout;
@@ -45,7 +46,7 @@ QLayout* DocumentReader::makeHead() {
 
 QWidget* DocumentReader::makeItems() {
   items_ = new QTableView(this);
-  items_->setObjectName(QStringLiteral("readerItems"));
+  items_->setObjectName(u"readerItems"_s);
   items_->setToolTip(tr("The items of the document; the value of the current one stands below"));
   prepareTable(*items_);
   items_->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -54,7 +55,7 @@ QWidget* DocumentReader::makeItems() {
 
 QWidget* DocumentReader::makeContent() {
   content_ = new QPlainTextEdit(this);
-  content_->setObjectName(QStringLiteral("readerContent"));
+  content_->setObjectName(u"readerContent"_s);
   content_->setReadOnly(true);
   content_->setTabChangesFocus(true);
   content_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

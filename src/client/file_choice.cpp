@@ -4,6 +4,8 @@
 #include <QFileInfo>
 #include <QInputDialog>
 
+#include "notes/literals.h"
+
 namespace lens {
 namespace {
 
@@ -35,7 +37,7 @@ QString DesktopFileChoice::folder(QWidget* owner) {
 QString DesktopFileChoice::exportFile(QWidget* owner, const QString& suggestion) {
   QFileDialog dialog(owner, QObject::tr("Export DXL"), lastFolder_, QObject::tr("DXL files (*.dxl)"));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
-  dialog.setDefaultSuffix(QStringLiteral("dxl"));
+  dialog.setDefaultSuffix(u"dxl"_s);
   dialog.selectFile(suggestion);
   const QString file = chosen(dialog).value(0);
   if (!file.isEmpty()) lastFolder_ = QFileInfo(file).path();
@@ -47,7 +49,7 @@ QString DesktopFileChoice::databaseName(QWidget* owner, const QString& where) {
   dialog.setWindowModality(Qt::WindowModal);
   dialog.setWindowTitle(QObject::tr("New database"));
   dialog.setLabelText(QObject::tr("File name on %1, folders included:").arg(where));
-  dialog.setTextValue(QStringLiteral("new.nsf"));
+  dialog.setTextValue(u"new.nsf"_s);
   return dialog.exec() == QDialog::Accepted ? dialog.textValue().trimmed() : QString();
 }
 

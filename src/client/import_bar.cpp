@@ -4,6 +4,8 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 
+#include "notes/literals.h"
+
 namespace lens {
 namespace {
 
@@ -14,11 +16,11 @@ constexpr int kYieldEvery = 40;  // milliseconds; more often would slow the expo
 
 ImportBar::ImportBar(QWidget* parent)
     : QWidget(parent), file_(new QLabel(this)), bar_(new QProgressBar(this)), cancel_(new QPushButton(this)) {
-  setObjectName(QStringLiteral("importBar"));
-  bar_->setObjectName(QStringLiteral("importProgress"));
+  setObjectName(u"importBar"_s);
+  bar_->setObjectName(u"importProgress"_s);
   bar_->setFixedWidth(180);
   bar_->setAccessibleName(tr("Progress of the file"));
-  cancel_->setObjectName(QStringLiteral("importCancel"));
+  cancel_->setObjectName(u"importCancel"_s);
   file_->setTextFormat(Qt::PlainText);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);

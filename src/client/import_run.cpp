@@ -1,6 +1,6 @@
 #include "client/import_run.h"
 
-#include "client/beside_window.h"
+#include "client/background_task.h"
 #include "embedded/dxl/dxl_importer.h"
 #include "embedded/store/database.h"
 
@@ -9,11 +9,11 @@ namespace {
 
 class ImportSteps : public ImportProgress {
  public:
-  explicit ImportSteps(WorkProgress& progress) : progress_(progress) {}
+  explicit ImportSteps(TaskProgress& progress) : progress_(progress) {}
   bool go(const QString& file, qint64 done, qint64 total) override { return progress_.go(file, done, total); }
 
  private:
-  WorkProgress& progress_;
+  TaskProgress& progress_;
 };
 
 }  // namespace
@@ -21,7 +21,7 @@ class ImportSteps : public ImportProgress {
 ImportReport runImport(const QString& databasePath, const QStringList& filesOrFolders,
                        bool applyDatabaseProperties, ImportBar* bar) {
   ImportReport report;
-  runBesideWindow(bar, [&](WorkProgress& progress) {
+  runInBackground(bar, [&](TaskProgress& progress) {
     try {
       const auto database = Database::open(databasePath);
       DxlImporter importer(*database);

@@ -8,7 +8,7 @@
 
 namespace lens {
 
-// Imports into the database at that path and returns when the import has ended; see runBesideWindow. A
+// Imports into the database at that path and returns when the import has ended; see runInBackground. A
 // cancelled import ends at the next element. Whatever cannot be opened or written is among the report's
 // failures.
 ImportReport runImport(const QString& databasePath, const QStringList& filesOrFolders,

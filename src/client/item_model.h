@@ -4,7 +4,7 @@
 #include <QAbstractTableModel>
 #include <QHash>
 
-#include "embedded/store/note.h"
+#include "embedded/format/note.h"
 #include "host/regional.h"
 
 namespace lens {

@@ -1,8 +1,9 @@
 #include "client/note_texts.h"
 
+#include "embedded/format/formula_source.h"
 #include "embedded/richtext/rich_text.h"
-#include "embedded/views/formula_source.h"
-#include "notes/item_types.h"
+#include "notes/item_type_sentences.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -10,29 +11,29 @@ namespace {
 QString kindOf(const Note& note) {
   switch (noteclass::base(note.header.noteClass)) {
     case noteclass::About:
-      return QStringLiteral("About document");
+      return u"About document"_s;
     case noteclass::Form:
-      return QStringLiteral("Form");
+      return u"Form"_s;
     case noteclass::View:
-      return note.text(u"$Flags").contains(u'F') ? QStringLiteral("Folder") : QStringLiteral("View");
+      return note.text(u"$Flags").contains(u'F') ? u"Folder"_s : u"View"_s;
     case noteclass::Icon:
-      return QStringLiteral("Icon");
+      return u"Icon"_s;
     case noteclass::Design:
-      return QStringLiteral("Design collection");
+      return u"Design collection"_s;
     case noteclass::Acl:
-      return QStringLiteral("Access control list");
+      return u"Access control list"_s;
     case noteclass::HelpIndex:
-      return QStringLiteral("Help index");
+      return u"Help index"_s;
     case noteclass::Using:
-      return QStringLiteral("Using document");
+      return u"Using document"_s;
     case noteclass::Filter:
-      return QStringLiteral("Agent or script");
+      return u"Agent or script"_s;
     case noteclass::SharedField:
-      return QStringLiteral("Shared field");
+      return u"Shared field"_s;
     case noteclass::ReplicationFormula:
-      return QStringLiteral("Replication formula");
+      return u"Replication formula"_s;
     default:
-      return QStringLiteral("Class %1").arg(note.header.noteClass, 4, 16, QChar(u'0'));
+      return u"Class %1"_s.arg(note.header.noteClass, 4, 16, QChar(u'0'));
   }
 }
 
@@ -40,7 +41,7 @@ bool isText(const Item& item) {
   return item.type() == itemtype::Text || item.type() == itemtype::TextList;
 }
 
-QString firstText(const Note& note) {
+QString firstReadableText(const Note& note) {
   for (const Item& item : note.items) {
     if (!isText(item) || item.name.startsWith(u'$') || sameItemName(item.name, u"Form")) continue;
     const QString text = note.text(item.name);
@@ -51,11 +52,11 @@ QString firstText(const Note& note) {
 
 QString subjectOf(const Note& note, bool isDocument) {
   const QString own = isDocument ? note.text(u"Subject") : note.text(u"$TITLE");
-  return own.trimmed().isEmpty() ? firstText(note) : own;
+  return own.trimmed().isEmpty() ? firstReadableText(note) : own;
 }
 
 QString sizeText(const Item& item) {
-  return QStringLiteral("(%1 bytes)").arg(item.data().size());
+  return u"(%1 bytes)"_s.arg(item.data().size());
 }
 
 }  // namespace
@@ -71,7 +72,7 @@ NoteTexts textsOf(const Note& note, const Regional& regional) {
 }
 
 QString noteIdText(quint32 noteId) {
-  return QStringLiteral("%1").arg(noteId, 8, 16, QChar(u'0')).toUpper();
+  return u"%1"_s.arg(noteId, 8, 16, QChar(u'0')).toUpper();
 }
 
 QString itemTypeName(const Item& item) {

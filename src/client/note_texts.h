@@ -3,7 +3,7 @@
 
 #include <QString>
 
-#include "embedded/store/note.h"
+#include "embedded/format/note.h"
 #include "host/regional.h"
 
 namespace lens {

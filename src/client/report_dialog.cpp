@@ -9,11 +9,12 @@
 #include <QVBoxLayout>
 
 #include "client/panes.h"
+#include "notes/literals.h"
 
 namespace lens {
 
 ReportDialog::ReportDialog(const QString& heading, const QString& report, QWidget* parent) : QDialog(parent) {
-  setObjectName(QStringLiteral("ImportReport"));
+  setObjectName(u"ImportReport"_s);
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(tr("Import report"));
   resize(640, 360);
@@ -21,7 +22,7 @@ ReportDialog::ReportDialog(const QString& heading, const QString& report, QWidge
   title->setTextFormat(Qt::PlainText);
   title->setWordWrap(true);
   auto* text = new QPlainTextEdit(report, this);
-  text->setObjectName(QStringLiteral("reportText"));
+  text->setObjectName(u"reportText"_s);
   text->setReadOnly(true);
   text->setTabChangesFocus(true);
   text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

@@ -4,13 +4,14 @@
 
 #include "embedded/design/note_kinds.h"
 #include "embedded/views/view_documents.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
 
 constexpr quint16 kDesign = quint16(~(noteclass::Document | noteclass::Private | noteclass::Default));
 
-QString firstText(const Database& database, quint32 noteId, QStringView name) {
+QString storedText(const Database& database, quint32 noteId, QStringView name) {
   Item item;
   if (!database.readItem(noteId, name, item)) return {};
   const Value value = itemValues(item);
@@ -20,21 +21,21 @@ QString firstText(const Database& database, quint32 noteId, QStringView name) {
 // Name of a title "name|alias"; a view without one is told by its ID.
 ViewEntry entryOf(const Database& database, quint32 noteId) {
   ViewEntry entry{ViewEntry::Kind::View, {}, noteId};
-  const QString id = QStringLiteral("%1").arg(noteId, 8, 16, QChar(u'0')).toUpper();
+  const QString id = u"%1"_s.arg(noteId, 8, 16, QChar(u'0')).toUpper();
   try {
-    entry.title = firstText(database, noteId, u"$TITLE").section(u'|', 0, 0).trimmed();
-    if (firstText(database, noteId, u"$Flags").contains(u'F')) entry.kind = ViewEntry::Kind::Folder;
+    entry.title = storedText(database, noteId, u"$TITLE").section(u'|', 0, 0).trimmed();
+    if (storedText(database, noteId, u"$Flags").contains(u'F')) entry.kind = ViewEntry::Kind::Folder;
   } catch (const RuntimeError&) {
-    entry.title = QStringLiteral("%1 (damaged)").arg(id);
+    entry.title = u"%1 (damaged)"_s.arg(id);
   }
-  if (entry.title.isEmpty()) entry.title = QStringLiteral("%1 (without a title)").arg(id);
+  if (entry.title.isEmpty()) entry.title = u"%1 (without a title)"_s.arg(id);
   return entry;
 }
 
 // Navigators and shared columns are notes of the same class, and show no documents.
 bool showsDocuments(const Database& database, quint32 noteId) {
   try {
-    const QString flags = firstText(database, noteId, u"$Flags");
+    const QString flags = storedText(database, noteId, u"$Flags");
     return kindsOfDesign(noteclass::View, flags).meets({NoteKind::Views, NoteKind::Folders});
   } catch (const RuntimeError&) {
     return true;  // a damaged one is listed as such
@@ -51,8 +52,8 @@ QVector<quint32> idsOf(const QVector<NoteSummary>& notes) {
 }  // namespace
 
 QVector<ViewEntry> viewEntries(const Database& database) {
-  QVector<ViewEntry> entries{{ViewEntry::Kind::AllDocuments, QStringLiteral("All documents"), 0},
-                             {ViewEntry::Kind::DesignNotes, QStringLiteral("Design notes"), 0}};
+  QVector<ViewEntry> entries{{ViewEntry::Kind::AllDocuments, u"All documents"_s, 0},
+                             {ViewEntry::Kind::DesignNotes, u"Design notes"_s, 0}};
   for (const NoteSummary& view : database.list(noteclass::View))
     if (showsDocuments(database, view.id)) entries.push_back(entryOf(database, view.id));
   std::stable_sort(entries.begin() + 2, entries.end(), [](const ViewEntry& a, const ViewEntry& b) {
@@ -66,9 +67,8 @@ QVector<quint32> documentsOf(const Database& database, const ViewEntry& entry) {
   if (entry.kind == ViewEntry::Kind::DesignNotes) return idsOf(database.list(kDesign));
   Note view;
   if (!database.read(entry.noteId, view))
-    throw RuntimeError(
-        enginefault::UnknownNote,
-        QStringLiteral("%1: the view \"%2\" is no longer there").arg(database.path(), entry.title));
+    throw RuntimeError(enginefault::UnknownNote,
+                       u"%1: the view \"%2\" is no longer there"_s.arg(database.path(), entry.title));
   return viewDocuments(database, view);
 }
 

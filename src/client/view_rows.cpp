@@ -4,8 +4,9 @@
 
 #include "client/note_texts.h"
 #include "embedded/formula/faults.h"
-#include "embedded/formula_world/item_conversion.h"
-#include "embedded/formula_world/note_document.h"
+#include "embedded/formula_context/evaluated_note.h"
+#include "embedded/formula_context/item_conversion.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -70,7 +71,7 @@ QStringList ViewRows::texts(int row) {
 QString ViewRows::text(const formula::Value& value) const {
   if (value.isError()) return formula::faultText(value.errorCode());
   QString text = itemText({{}, 0, fieldValue(value)}, regional_);
-  return text.replace(u'\n', QStringLiteral(", ")).left(kLongest).simplified();
+  return text.replace(u'\n', u", "_s).left(kLongest).simplified();
 }
 
 // In its own column, or in the first where that one is hidden.
@@ -80,7 +81,7 @@ QStringList ViewRows::category(const ViewLine& line) const {
   for (qsizetype i = 0; i < columns_.size(); ++i)
     if (columns_[i].place == line.column) at = i;
   const QString own = text(line.category);
-  texts[at] = own.isEmpty() ? QStringLiteral("(not categorized)") : own;
+  texts[at] = own.isEmpty() ? u"(not categorized)"_s : own;
   return texts;
 }
 
@@ -88,7 +89,7 @@ QStringList ViewRows::category(const ViewLine& line) const {
 QStringList ViewRows::document(const ViewLine& line) {
   Note note;
   if (!database_->read(line.note, note)) throw RuntimeError(enginefault::UnknownNote);
-  NoteDocument document(note, database_.get(), NoteDocument::Items::Summary);
+  EvaluatedNote document(note, database_.get(), EvaluatedNote::Items::Summary);
   QStringList texts;
   for (const Column& column : std::as_const(columns_))
     texts.append(column.isCategory ? QString()

@@ -3,7 +3,7 @@
 namespace lens {
 namespace {
 
-constexpr int kInvalidPropertyValue = 380;
+constexpr int kNoSuchCheckState = 380;
 
 }  // namespace
 
@@ -32,7 +32,7 @@ void CheckBox::setValue(int value) {
     case 2:
       return setCheckState(Qt::PartiallyChecked);
     default:
-      throw RuntimeError(kInvalidPropertyValue);
+      throw RuntimeError(kNoSuchCheckState);
   }
 }
 

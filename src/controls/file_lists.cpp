@@ -43,7 +43,7 @@ QStringList driveNames() {
     if (!volume.isRoot() && holdsFiles(volume)) mounted += volume.rootPath();
   mounted.sort();
   mounted.removeDuplicates();
-  return QStringList(QStringLiteral("/")) + mounted;
+  return QStringList(u"/"_s) + mounted;
 }
 #endif
 

@@ -3,6 +3,7 @@
 
 #include "controls/combo_box.h"
 #include "controls/list_box.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -70,7 +71,7 @@ class FileList : public ListBox {
 
  private:
   QString path_;
-  QString pattern_ = QStringLiteral("*");
+  QString pattern_ = u"*"_s;
 };
 
 }  // namespace lens

@@ -5,6 +5,8 @@
 #include <QScrollBar>
 #include <algorithm>
 
+#include "notes/literals.h"
+
 namespace lens {
 namespace {
 
@@ -101,7 +103,7 @@ QString ListBox::markedText() const {
   if (selCount() > 0)
     for (int row = 0; row < listCount(); ++row)
       if (isRowMarked(row)) texts << list(row);
-  return texts.isEmpty() ? text() : texts.join(QStringLiteral("\r\n"));
+  return texts.isEmpty() ? text() : texts.join(u"\r\n"_s);
 }
 
 void ListBox::refresh() {

@@ -8,6 +8,7 @@
 
 #include "controls/keys.h"
 #include "controls/list_box.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -180,9 +181,9 @@ void ListBox::contextMenuEvent(QContextMenuEvent* event) {
   }
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
-  menu->addAction(QStringLiteral("Copy"), this, [this] { copy(); })->setEnabled(listCount() > 0);
+  menu->addAction(u"Copy"_s, this, [this] { copy(); })->setEnabled(listCount() > 0);
   if (multiSelect_)
-    menu->addAction(QStringLiteral("Select all"), this, [this] { selectAll(); })->setEnabled(listCount() > 0);
+    menu->addAction(u"Select all"_s, this, [this] { selectAll(); })->setEnabled(listCount() > 0);
   menu->popup(event->globalPos());
 }
 

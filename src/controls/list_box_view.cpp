@@ -9,6 +9,7 @@
 
 #include "controls/list_box.h"
 #include "controls/look.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -173,7 +174,7 @@ void ListBox::paintCheck(QPainter& painter, int row, const QRect& place) const {
 // Line ends and tabs become blanks, so that every row is one line.
 QString ListBox::shownText(int row) const {
   QString shown = list(row).left(kLongestShown);
-  shown.replace(QStringLiteral("\r\n"), QStringLiteral(" "));
+  shown.replace(u"\r\n"_s, u" "_s);
   for (QChar& unit : shown)
     if (unit < QChar(' ') || unit == QChar::LineSeparator || unit == QChar::ParagraphSeparator)
       unit = QChar(' ');

@@ -3,6 +3,8 @@
 #include <QStyleFactory>
 #include <QTextDocument>
 
+#include "notes/literals.h"
+
 namespace lens {
 namespace {
 
@@ -38,13 +40,13 @@ QPalette lensPalette() {
 }
 
 void applyLook(QApplication& application) {
-  application.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  application.setStyle(QStyleFactory::create(u"Fusion"_s));
   application.setPalette(lensPalette());
 }
 
 void plainToolTip(QWidget& widget, const QString& text) {
   if (!Qt::mightBeRichText(text)) return widget.setToolTip(text);
-  widget.setToolTip(QStringLiteral("<span style='white-space:pre-wrap'>%1</span>").arg(text.toHtmlEscaped()));
+  widget.setToolTip(u"<span style='white-space:pre-wrap'>%1</span>"_s.arg(text.toHtmlEscaped()));
 }
 
 }  // namespace lens

@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "notes/literals.h"
+
 namespace lens::pictures {
 namespace {
 
@@ -121,15 +123,15 @@ QPixmap about(const QSize& size) {
             QColor(0xC4, 0xDB, 0xE8));
   drawLens(painter, {196, 84}, 40, 38);
 
-  QFont font(QStringLiteral("Inconsolata"));
+  QFont font(u"Inconsolata"_s);
   font.setStyleHint(QFont::Monospace);
   font.setPixelSize(14);
   painter.setFont(font);
   painter.setPen(QColor(kDarkInk));
-  painter.drawText(QPointF(172, 76), QStringLiteral("Form:"));
-  painter.drawText(QPointF(172, 93), QStringLiteral("Body:"));
+  painter.drawText(QPointF(172, 76), u"Form:"_s);
+  painter.drawText(QPointF(172, 93), u"Body:"_s);
   painter.setPen(QColor(kDestructive));
-  painter.drawText(QPointF(172, 110), QStringLiteral("$FILE"));
+  painter.drawText(QPointF(172, 110), u"$FILE"_s);
   return pixmap;
 }
 

@@ -9,6 +9,7 @@
 
 #include "controls/keys.h"
 #include "controls/look.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -172,7 +173,7 @@ void RichTextBox::onDocumentChange(int position, int removed, int added) {
   for (int place = start; place < newEnd; ++place) {
     const QChar character = unit(place);
     if (character == QChar(u'\n') || character == QChar::LineSeparator)
-      typed += QStringLiteral("\r\n");
+      typed += u"\r\n"_s;
     else
       typed += character;
   }

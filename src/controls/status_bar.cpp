@@ -12,7 +12,7 @@ namespace {
 constexpr QRgb kLine = 0xFFC9C98F;
 constexpr QRgb kText = 0xFF3B3B22;
 constexpr QRgb kDisabledText = 0xFFA3A36F;
-constexpr int kTextLeft = 8;
+constexpr int kPanelTextLeft = 8;
 
 }  // namespace
 
@@ -62,7 +62,7 @@ void StatusBar::paintEvent(QPaintEvent*) {
     const QRect place = placeOf(panel);
     if (panel.left > 0) painter.fillRect(place.left(), 3, 1, height() - 5, QColor(kLine));
     painter.setPen(QColor(panel.enabled ? kText : kDisabledText));
-    const QRect textPlace = place.adjusted(kTextLeft, 1, -2, 0);
+    const QRect textPlace = place.adjusted(kPanelTextLeft, 1, -2, 0);
     const QString shown = fontMetrics().elidedText(panel.text, Qt::ElideRight, textPlace.width());
     painter.drawText(textPlace, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown);
   }

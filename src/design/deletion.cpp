@@ -1,10 +1,11 @@
 #include "design/deletion.h"
 
 #include "notes/code_page.h"
+#include "notes/literals.h"
 #include "notes/numbers.h"
 #include "shell/error_modes.h"
 #include "shell/exact_texts.h"
-#include "shell/list_rows.h"
+#include "shell/row_texts.h"
 
 namespace lens {
 namespace {
@@ -35,7 +36,7 @@ void Deletion::cmdDelete_Click() {
   try {
     removeMarkedRows();
   } catch (const RuntimeError& error) {
-    host_.messageBox(error.description(), box::Critical, QStringLiteral("Remove Profiles"));
+    host_.messageBox(error.description(), box::Critical, u"Remove Profiles"_s);
   }
 }
 
@@ -58,7 +59,7 @@ Deletion::Walk Deletion::removeNoteOf(int row) {
   // Whatever is left here would be removed when the look-up fails.
   state_.gDoc.release();
   Continue lookup;
-  lookup([&] { state_.gDoc = state_.gDb.call(QStringLiteral("GETDOCUMENTBYID"), noteId).object(); });
+  lookup([&] { state_.gDoc = state_.gDb.call(u"GETDOCUMENTBYID"_s, noteId).object(); });
   if (state_.gDoc.isNothing()) return removeById(noteId);
   removeDocument(row);
   return Walk::StartsAnew;
@@ -66,7 +67,7 @@ Deletion::Walk Deletion::removeNoteOf(int row) {
 
 // No part of the window shows the document afterwards.
 void Deletion::removeDocument(int row) {
-  state_.gDoc.call(QStringLiteral("Remove"), true);
+  state_.gDoc.call(u"Remove"_s, true);
   state_.gDoc.release();
   form_.idList->removeItem(row);
   form_.idList->refresh();
@@ -85,9 +86,9 @@ Deletion::Walk Deletion::removeById(const QString& noteId) {
     return Walk::Ends;
   }
   const QString failure = DeleteNoteLowLevel(state_.gDb, noteId);
-  const QString text = failure.isEmpty() ? QStringLiteral("Successfully deleted NoteID ") + noteId
-                                         : QString(failure + u' ' + noteId);
-  host_.messageBox(text, box::Information, QStringLiteral("Remove doc"));
+  const QString text =
+      failure.isEmpty() ? u"Successfully deleted NoteID "_s + noteId : QString(failure + u' ' + noteId);
+  host_.messageBox(text, box::Information, u"Remove doc"_s);
   return Walk::GoesOn;
 }
 
@@ -97,24 +98,23 @@ QString Deletion::DeleteNoteLowLevel(const Object& database, const QString& note
   DbHandle db = 0;
   try {
     api_.NotesInitExtended(0, QByteArray());
-    const QString server = database.get(QStringLiteral("server")).text();
-    const QString filePath = database.get(QStringLiteral("FILEPATH")).text();
+    const QString server = database.get(u"server"_s).text();
+    const QString filePath = database.get(u"FILEPATH"_s).text();
     QByteArray path(kPathSize, '\0');
     api_.OSPathNetConstruct(0, toCodePage(server), toCodePage(filePath), path);
     if (const Status status = api_.NSFDbOpen(upToNul(path), db); status != 0)
-      return QStringLiteral("Cannot open database ") + filePath + u" on server " + server + u". Error was " +
+      return u"Cannot open database "_s + filePath + u" on server " + server + u". Error was " +
              statusNumber(status) + u": " + routines_.GetAPIError(status);
     QString result;
     if (const Status status = api_.NSFNoteDelete(db, eightDigitId(noteIdText), kForce | kNoStub); status != 0)
-      result = QStringLiteral("Unable to delete doc. Error was ") + statusNumber(status) + u": " +
+      result = u"Unable to delete doc. Error was "_s + statusNumber(status) + u": " +
                routines_.GetAPIError(status);
     api_.NSFDbClose(db);
     api_.NotesTerm();
     return result;
   } catch (const RuntimeError& error) {
     if (db != 0) api_.NSFDbClose(db);
-    return QStringLiteral("Notes error ") + QString::number(error.number()) + u" occurred: " +
-           error.description();
+    return u"Notes error "_s + QString::number(error.number()) + u" occurred: " + error.description();
   }
 }
 

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "design/note_listing.h"
+#include "notes/literals.h"
 #include "notes/numbers.h"
 #include "shell/client_facts.h"
 #include "shell/error_modes.h"
@@ -12,7 +13,7 @@
 namespace lens {
 namespace {
 
-const QString kProfileName = QStringLiteral("$profile_");
+const QString kProfileName = u"$profile_"_s;
 
 // A counter of 32 bits that says so when it is full.
 qint32 oneMore(qint32 counter) {
@@ -25,15 +26,15 @@ DesignDocs::DesignDocs(Form1& form, Globals& state, Host& host, Routines& routin
     : form_(form), state_(state), host_(host), routines_(routines) {}
 
 void DesignDocs::cmdDesignDocs_Click() {
-  trapped(host_, {QStringLiteral("cmdDesignDocs_Click")}, [this] {
-    state_.gDb = state_.gSession.get(QStringLiteral("CURRENTDATABASE")).object();
+  trapped(host_, {u"cmdDesignDocs_Click"_s}, [this] {
+    state_.gDb = state_.gSession.get(u"CURRENTDATABASE"_s).object();
     if (state_.gDb.isNothing()) {
       host_.messageBox(exact::kNoDatabase);
       return;
     }
     form_.idList->clear();
     form_.fldList->clear();
-    form_.setWindowTitle(QStringLiteral("Documents in: ") + captionPlace(routines_, state_.gDb));
+    form_.setWindowTitle(u"Documents in: "_s + captionPlace(routines_, state_.gDb));
     if (hasNoteCollections(state_.gSession))
       listCollection();
     else
@@ -48,23 +49,23 @@ QString DesignDocs::olderRow(const QString& noteId, const QString& name) const {
 
 // Empty where the item has no value: these listings go on, while others end there.
 QString DesignDocs::nameOf(const Object& document) const {
-  const Value names = document.call(QStringLiteral("GETITEMVALUE"), kNameItem);
+  const Value names = document.call(u"GETITEMVALUE"_s, kNameItem);
   return names.isEmpty() ? QString() : textOf(names.at(0), host_.regional());
 }
 
 void DesignDocs::listCollection() {
-  state_.gNoteColl = state_.gDb.call(QStringLiteral("CREATENOTECOLLECTION"), false).object();
+  state_.gNoteColl = state_.gDb.call(u"CREATENOTECOLLECTION"_s, false).object();
   switchChosenClassOn(designDocsClasses(), form_, state_, routines_);
-  state_.gNoteColl.call(QStringLiteral("BUILDCOLLECTION"));
-  QString id = state_.gNoteColl.call(QStringLiteral("GETFIRSTNOTEID")).text();
-  const qint64 count = roundToInt32(state_.gNoteColl.get(QStringLiteral("count")).number());
+  state_.gNoteColl.call(u"BUILDCOLLECTION"_s);
+  QString id = state_.gNoteColl.call(u"GETFIRSTNOTEID"_s).text();
+  const qint64 count = roundToInt32(state_.gNoteColl.get(u"count"_s).number());
   for (qint64 i = 1; i <= count; ++i) {
-    state_.gDoc = state_.gDb.call(QStringLiteral("GETDOCUMENTBYID"), id).object();
-    const QString noteId = state_.gDoc.get(QStringLiteral("NoteID")).text();
+    state_.gDoc = state_.gDb.call(u"GETDOCUMENTBYID"_s, id).object();
+    const QString noteId = state_.gDoc.get(u"NoteID"_s).text();
     if (!noteId.isEmpty()) {
       form_.idList->addItem(olderRow(noteId, nameOf(state_.gDoc)));
     }
-    id = state_.gNoteColl.call(QStringLiteral("GETNEXTNOTEID"), id).text();
+    id = state_.gNoteColl.call(u"GETNEXTNOTEID"_s, id).text();
   }
   form_.idList->refresh();
 }
@@ -93,8 +94,8 @@ void DesignDocs::tryNoteId(qint32 counter) {
   form_.lfdIDNum->setText(id);
   form_.txtLfdNr->setText(QString::number(counter));
   form_.lfdIDNum->repaint();
-  state_.gDoc = state_.gDb.call(QStringLiteral("GETDOCUMENTBYID"), id).object();
-  if (state_.gDoc.isNothing() || !state_.gDoc.call(QStringLiteral("HASITEM"), kNameItem).boolean()) return;
+  state_.gDoc = state_.gDb.call(u"GETDOCUMENTBYID"_s, id).object();
+  if (state_.gDoc.isNothing() || !state_.gDoc.call(u"HASITEM"_s, kNameItem).boolean()) return;
   const QString name = nameOf(state_.gDoc);
   if (!name.startsWith(kProfileName)) return;
   form_.idList->addItem(olderRow(id, name));

@@ -2,10 +2,11 @@
 
 #include "controls/keys.h"
 #include "design/note_listing.h"
+#include "notes/literals.h"
 #include "notes/numbers.h"
 #include "shell/error_modes.h"
 #include "shell/exact_texts.h"
-#include "shell/list_rows.h"
+#include "shell/row_texts.h"
 #include "shell/text_routines.h"
 
 namespace lens {
@@ -20,10 +21,10 @@ DesignList::DesignList(Form1& form, Globals& state, Gateway& notes, Host& host, 
 
 // A failure leaves the hourglass and the rows so far.
 void DesignList::lstDesigns_DblClick() {
-  trapped(host_, {QStringLiteral("lstDesigns_DblClick")}, [this] {
+  trapped(host_, {u"lstDesigns_DblClick"_s}, [this] {
     host_.setPointer(pointer::Hourglass);
-    state_.gSession = notes_.create(QStringLiteral("Notes.NotesSession"));
-    state_.gDb = state_.gSession.get(QStringLiteral("CURRENTDATABASE")).object();
+    state_.gSession = notes_.create(u"Notes.NotesSession"_s);
+    state_.gDb = state_.gSession.get(u"CURRENTDATABASE"_s).object();
     if (state_.gDb.isNothing()) {
       host_.messageBox(exact::kNoDatabase);
       host_.setPointer(pointer::Default);
@@ -31,7 +32,7 @@ void DesignList::lstDesigns_DblClick() {
     }
     listClass();
     host_.setPointer(pointer::Default);
-    state_.gDocKind = QStringLiteral("DESIGN");
+    state_.gDocKind = u"DESIGN"_s;
   });
 }
 
@@ -39,11 +40,11 @@ void DesignList::listClass() {
   state_.gDesignStop = false;
   form_.idList->clear();
   form_.fldList->clear();
-  form_.setWindowTitle(QStringLiteral("Documents in: ") + captionPlace(routines_, state_.gDb));
-  state_.gNoteColl = state_.gDb.call(QStringLiteral("CREATENOTECOLLECTION"), false).object();
-  state_.gNoteColl.call(QStringLiteral("SELECTALLNOTES"), false);
+  form_.setWindowTitle(u"Documents in: "_s + captionPlace(routines_, state_.gDb));
+  state_.gNoteColl = state_.gDb.call(u"CREATENOTECOLLECTION"_s, false).object();
+  state_.gNoteColl.call(u"SELECTALLNOTES"_s, false);
   switchChosenClassOn(designClasses(), form_, state_, routines_);
-  state_.gNoteColl.call(QStringLiteral("BUILDCOLLECTION"));
+  state_.gNoteColl.call(u"BUILDCOLLECTION"_s);
   listNotes();
   state_.gDesignStop = false;
   form_.idList->refresh();
@@ -54,12 +55,12 @@ void DesignList::listClass() {
 
 // Database, collection and document are those of the globals in each turn, whoever has set them since.
 void DesignList::listNotes() {
-  QString id = state_.gNoteColl.call(QStringLiteral("GETFIRSTNOTEID")).text();
-  const qint64 count = roundToInt32(state_.gNoteColl.get(QStringLiteral("count")).number());
+  QString id = state_.gNoteColl.call(u"GETFIRSTNOTEID"_s).text();
+  const qint64 count = roundToInt32(state_.gNoteColl.get(u"count"_s).number());
   for (qint64 i = 1; i <= count; ++i) {
-    state_.gDoc = state_.gDb.call(QStringLiteral("GETDOCUMENTBYID"), id).object();
+    state_.gDoc = state_.gDb.call(u"GETDOCUMENTBYID"_s, id).object();
     addRow();
-    id = state_.gNoteColl.call(QStringLiteral("GETNEXTNOTEID"), id).text();
+    id = state_.gNoteColl.call(u"GETNEXTNOTEID"_s, id).text();
     host_.yield();
     if (state_.gDesignStop) return;
   }
@@ -67,11 +68,9 @@ void DesignList::listNotes() {
 
 // Names may carry aliases; whoever reads the row cuts them.
 void DesignList::addRow() {
-  const QString id = state_.gDoc.get(QStringLiteral("NoteID")).text();
+  const QString id = state_.gDoc.get(u"NoteID"_s).text();
   if (id.isEmpty()) return;
-  const auto has = [this](const QString& item) {
-    return state_.gDoc.call(QStringLiteral("HASITEM"), item).boolean();
-  };
+  const auto has = [this](const QString& item) { return state_.gDoc.call(u"HASITEM"_s, item).boolean(); };
   if (has(kNameItem))
     form_.idList->addItem(namedNoteRow(firstValueText(state_.gDoc, kNameItem, host_.regional()), id));
   else if (has(kTitleItem))

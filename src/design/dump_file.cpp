@@ -5,6 +5,7 @@
 
 #include "host/paths.h"
 #include "notes/code_page.h"
+#include "notes/literals.h"
 #include "notes/runtime_error.h"
 
 namespace lens {
@@ -24,17 +25,17 @@ bool beginsWithDrive(const QString& path) {
 }
 
 [[noreturn]] void fail(const QString& path, int number, const QString& reason) {
-  throw RuntimeError(number, QStringLiteral("%1: the file cannot be written (%2)").arg(path, reason));
+  throw RuntimeError(number, u"%1: the file cannot be written (%2)"_s.arg(path, reason));
 }
 
 // A directory that is missing is told apart, since the user can make it. A device would be replaced by a
 // file.
 void requirePlace(const QString& path) {
   const QFileInfo info(path);
-  if (path.isEmpty()) fail(path, err::PathFileAccess, QStringLiteral("there is no name"));
-  if (info.isDir()) fail(path, err::PathFileAccess, QStringLiteral("this is a directory"));
-  if (info.exists() && !info.isFile()) fail(path, err::PathFileAccess, QStringLiteral("this is no file"));
-  if (!info.dir().exists()) fail(path, err::PathNotFound, QStringLiteral("there is no such directory"));
+  if (path.isEmpty()) fail(path, err::PathFileAccess, u"there is no name"_s);
+  if (info.isDir()) fail(path, err::PathFileAccess, u"this is a directory"_s);
+  if (info.exists() && !info.isFile()) fail(path, err::PathFileAccess, u"this is no file"_s);
+  if (!info.dir().exists()) fail(path, err::PathNotFound, u"there is no such directory"_s);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 
 #include "controls/pictures.h"
+#include "notes/literals.h"
 #include "shell/control_fonts.h"
 
 namespace lens {
@@ -14,9 +15,9 @@ DumpToFile::DumpToFile(QWidget* owner) : QDialog(owner), cmdDialog1(new CommonDi
   setFixedSize(size());
   setWindowIcon(pictures::program());
   useControlFonts(*this);
-  cmdDialog1->setObjectName(QStringLiteral("cmdDialog1"));
+  cmdDialog1->setObjectName(u"cmdDialog1"_s);
   cmdOpenFile->setIcon(pictures::folder());
-  cmdOpenFile->setAccessibleName(QStringLiteral("Choose a file"));
+  cmdOpenFile->setAccessibleName(u"Choose a file"_s);
 }
 
 void DumpToFile::closeEvent(QCloseEvent* event) {

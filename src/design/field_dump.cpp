@@ -1,6 +1,7 @@
 #include "design/field_dump.h"
 
 #include "design/dump_file.h"
+#include "notes/literals.h"
 #include "notes/numbers.h"
 #include "shell/error_modes.h"
 
@@ -10,7 +11,7 @@ namespace {
 constexpr int kUsualWidth = 80;
 
 Procedure ofWindow(const char16_t* name) {
-  return {QString::fromUtf16(name), QStringLiteral("Formular frmDumpToFile")};
+  return {QString::fromUtf16(name), u"Formular frmDumpToFile"_s};
 }
 
 int widthOf(const QString& text) {
@@ -70,8 +71,8 @@ QStringList FieldDump::lines(int width, bool content) {
   QStringList lines;
   for (int row = 0; row < form_.fldList->listCount(); ++row) {
     const QString text = form_.fldList->list(row);
-    lines += content ? routines_.ReplaceAll(text.left(width), QStringLiteral("\r\n"), QStringLiteral(";"))
-                     : routines_.LeftFrom(text, QStringLiteral(":"));
+    lines += content ? routines_.ReplaceAll(text.left(width), u"\r\n"_s, u";"_s)
+                     : routines_.LeftFrom(text, u":"_s);
   }
   return lines;
 }

@@ -1,15 +1,16 @@
 #include "design/field_types.h"
 
+#include "notes/literals.h"
 #include "notes/numbers.h"
-#include "shell/list_rows.h"
+#include "shell/row_texts.h"
 #include "shell/text_routines.h"
 
 namespace lens {
 namespace {
 
 // The boxes of both buttons have the name of one of them.
-const QString kTitle = QStringLiteral("cmdChkFields");
-const QString kNameMark = QStringLiteral(" #");
+const QString kTitle = u"cmdChkFields"_s;
+const QString kNameMark = u" #"_s;
 
 QString record(const QString& beginning, const QString& content) {
   return beginning + u" --> " + content + u"\r\n";
@@ -44,7 +45,7 @@ void FieldTypes::cmdFieldTypes_Click() {
   withBox([this] {
     form_.txtFieldContent->setText(QString());
     if (form_.cmbFieldType->text().isEmpty()) {
-      host_.messageBox(QStringLiteral("Field type not specified!\nChoose a field from an open document."),
+      host_.messageBox(u"Field type not specified!\nChoose a field from an open document."_s,
                        box::Exclamation, kTitle);
       return;
     }
@@ -65,13 +66,13 @@ QString FieldTypes::reportOf(RecordsOfRow recordsOf) {
 QString FieldTypes::fieldsOfForm(const QString& row) {
   const QString name = formName(row);
   if (name.isEmpty()) return {};
-  const Object form = state_.gDb.call(QStringLiteral("GETFORM"), name).object();
+  const Object form = state_.gDb.call(u"GETFORM"_s, name).object();
   if (form.isNothing()) return {};
   const QString beginning = row.left(row.indexOf(kNameMark) + 1);
   QString report;
-  const Value fields = form.get(QStringLiteral("FIELDS"));
+  const Value fields = form.get(u"FIELDS"_s);
   for (const Value& field : fields.values()) {
-    const double type = form.call(QStringLiteral("GETFIELDTYPE"), field).number();
+    const double type = form.call(u"GETFIELDTYPE"_s, field).number();
     if (type == wantedType()) report += record(beginning, field.text());
   }
   return report;
@@ -80,8 +81,7 @@ QString FieldTypes::fieldsOfForm(const QString& row) {
 // "TEXT (1280) means text" gives 1280; without ")" it is 0, which no field has.
 int FieldTypes::wantedType() {
   const QString sentence = form_.cmbFieldType->text();
-  const QString number =
-      routines_.RightFrom(routines_.LeftFrom(sentence, QStringLiteral(")")), QStringLiteral("("));
+  const QString number = routines_.RightFrom(routines_.LeftFrom(sentence, u")"_s), u"("_s);
   return Int16(roundToInt32(numberPrefix(number)));
 }
 
@@ -96,15 +96,15 @@ void FieldTypes::cmdChkFields_Click() {
 QString FieldTypes::contentOfNote(const QString& row) {
   const QString id = listedNoteId(row);
   const QString name = form_.txtFieldName->text();
-  state_.gDoc = state_.gDb.call(QStringLiteral("GETDOCUMENTBYID"), id).object();
-  if (state_.gDoc.isNothing() || !state_.gDoc.call(QStringLiteral("HASITEM"), name).boolean()) return {};
-  const Value values = state_.gDoc.call(QStringLiteral("GETITEMVALUE"), name);
+  state_.gDoc = state_.gDb.call(u"GETDOCUMENTBYID"_s, id).object();
+  if (state_.gDoc.isNothing() || !state_.gDoc.call(u"HASITEM"_s, name).boolean()) return {};
+  const Value values = state_.gDoc.call(u"GETITEMVALUE"_s, name);
   return record(id, textOf(values.at(0), host_.regional()));
 }
 
 // Records end in a line end already, so each ends in CR CR LF; existing tools split them there.
 void FieldTypes::showReport(const QString& report) {
-  form_.txtFieldContent->setText(routines_.ReplaceAll(report, QStringLiteral("\n"), QStringLiteral("\r\n")));
+  form_.txtFieldContent->setText(routines_.ReplaceAll(report, u"\n"_s, u"\r\n"_s));
 }
 
 }  // namespace lens

@@ -2,8 +2,9 @@
 
 #include <utility>
 
-#include "design/evaluation.h"
+#include "design/evaluation_result.h"
 #include "notes/code_page.h"
+#include "notes/literals.h"
 #include "notes/note_reading.h"
 #include "notes/numbers.h"
 #include "shell/error_modes.h"
@@ -68,7 +69,7 @@ void FormulaTools::cmdChkFormula_Click() {
 void FormulaTools::evaluateOnDocument(const QString& formula) {
   Continue step;
   QString noteId;
-  step([&] { noteId = state_.gDoc.get(QStringLiteral("NoteID")).text(); });
+  step([&] { noteId = state_.gDoc.get(u"NoteID"_s).text(); });
   QStringList lines;
   step([&] { lines = newLines(EvaluateFormula(noteId, formula)); });
   for (const QString& line : lines) step([&] { append(line); });
@@ -86,7 +87,7 @@ void FormulaTools::showFault(const CompileReport& report) {
   const Int16 end = report.offset + report.length;
   host_.messageBox(reason + u"\nError starts at character: " + QString::number(report.offset) +
                        u" and ends at character: " + QString::number(end),
-                   box::Plain, QStringLiteral("Formula error!"));
+                   box::Plain, u"Formula error!"_s);
 }
 
 FormulaTools::Compiled FormulaTools::compile(const QByteArray& formula) {
@@ -135,10 +136,9 @@ FormulaTools::Results FormulaTools::evaluate(Run& run, const QString& noteId, co
 
 // The note is that of the current document. It is not closed: closing the database ends it.
 void FormulaTools::openNote(Run& run) {
-  const Object database = state_.gDoc.get(QStringLiteral("PARENTDATABASE")).object();
+  const Object database = state_.gDoc.get(u"PARENTDATABASE"_s).object();
   api_.NSFDbOpen(networkPath(api_, database), run.db);
-  if (run.db != 0)
-    api_.NSFNoteOpen(run.db, hexToInt32(state_.gDoc.get(QStringLiteral("NoteID")).text()), 0, run.note);
+  if (run.db != 0) api_.NSFNoteOpen(run.db, hexToInt32(state_.gDoc.get(u"NoteID"_s).text()), 0, run.note);
 }
 
 QVector<Value> FormulaTools::compute(Run& run) {
@@ -176,9 +176,9 @@ void FormulaTools::releaseAfterFailure(Run& run) {
 void FormulaTools::cmdCollbyFormula_Click() {
   const QString formula = form_.txtFieldContent->text();
   if (!formula.isEmpty()) {
-    const Object found = state_.gDb.call(QStringLiteral("SEARCH"), formula, Object(), 0).object();
+    const Object found = state_.gDb.call(u"SEARCH"_s, formula, Object(), 0).object();
     if (!found.isNothing()) {
-      if (found.get(QStringLiteral("count")).number() > 0) listFound(found);
+      if (found.get(u"count"_s).number() > 0) listFound(found);
       form_.lblCounter->setText(QString::number(form_.idList->listCount()));
     }
   }
@@ -188,10 +188,10 @@ void FormulaTools::cmdCollbyFormula_Click() {
 void FormulaTools::listFound(const Object& found) {
   form_.idList->clear();
   host_.setPointer(pointer::Hourglass);
-  Object document = found.call(QStringLiteral("GETFIRSTDOCUMENT")).object();
+  Object document = found.call(u"GETFIRSTDOCUMENT"_s).object();
   while (!document.isNothing()) {
-    form_.idList->addItem(eightDigits(document.get(QStringLiteral("NoteID")).text()));
-    document = found.call(QStringLiteral("GETNEXTDOCUMENT"), document).object();
+    form_.idList->addItem(eightDigits(document.get(u"NoteID"_s).text()));
+    document = found.call(u"GETNEXTDOCUMENT"_s, document).object();
   }
 }
 

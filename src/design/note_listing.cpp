@@ -5,11 +5,11 @@
 namespace lens {
 
 QString captionPlace(Routines& routines, const Object& database) {
-  return serverCommonName(routines, database) + u"!!" + database.get(QStringLiteral("FILEPATH")).text();
+  return serverCommonName(routines, database) + u"!!" + database.get(u"FILEPATH"_s).text();
 }
 
 QString firstValueText(const Object& document, const QString& item, const Regional& regional) {
-  return textOf(document.call(QStringLiteral("GETITEMVALUE"), item).at(0), regional);
+  return textOf(document.call(u"GETITEMVALUE"_s, item).at(0), regional);
 }
 
 void switchChosenClassOn(const QVector<DesignClass>& classes, Form1& form, Globals& state,

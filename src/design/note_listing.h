@@ -7,14 +7,15 @@
 #include "design/design_classes.h"
 #include "host/host.h"
 #include "notes/bridge.h"
+#include "notes/literals.h"
 #include "shell/form1.h"
 #include "shell/globals.h"
 #include "shell/routines.h"
 
 namespace lens {
 
-inline const QString kNameItem = QStringLiteral("$Name");
-inline const QString kTitleItem = QStringLiteral("$Title");
+inline const QString kNameItem = u"$Name"_s;
+inline const QString kTitleItem = u"$Title"_s;
 
 // "Server!!path", as the window's caption names the database.
 QString captionPlace(Routines& routines, const Object& database);

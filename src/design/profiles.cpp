@@ -1,9 +1,10 @@
 #include "design/profiles.h"
 
 #include "design/note_listing.h"
+#include "notes/literals.h"
 #include "notes/numbers.h"
 #include "shell/exact_texts.h"
-#include "shell/list_rows.h"
+#include "shell/row_texts.h"
 
 namespace lens {
 
@@ -13,42 +14,38 @@ Profiles::Profiles(Form1& form, Globals& state, Gateway& notes, Host& host, Rout
 }
 
 void Profiles::cmdGetProfiels_Click() {
-  Told step(host_, {QStringLiteral("cmdGetProfiels_Click")});
+  Told step(host_, {u"cmdGetProfiels_Click"_s});
   // A client that does not answer must not leave the listing in the database of before.
   state_.gSession.release();
   state_.gUIWorkspace.release();
   state_.gDb.release();
-  step([&] { state_.gSession = notes_.create(QStringLiteral("Notes.NotesSession")); });
-  step([&] { state_.gDb = state_.gSession.get(QStringLiteral("CURRENTDATABASE")).object(); });
+  step([&] { state_.gSession = notes_.create(u"Notes.NotesSession"_s); });
+  step([&] { state_.gDb = state_.gSession.get(u"CURRENTDATABASE"_s).object(); });
   if (state_.gDb.isNothing()) {
     host_.messageBox(exact::kNoDatabase);
     return;
   }
   step([&] {
-    form_.lastModified->setText(QStringLiteral("Database size: ") +
-                                state_.gDb.get(QStringLiteral("Size")).text() + u" bytes");
+    form_.lastModified->setText(u"Database size: "_s + state_.gDb.get(u"Size"_s).text() + u" bytes");
   });
   form_.idList->clear();
   form_.fldList->clear();
-  step([&] {
-    form_.setWindowTitle(QStringLiteral("PROFILE documents in: ") + captionPlace(routines_, state_.gDb));
-  });
+  step([&] { form_.setWindowTitle(u"PROFILE documents in: "_s + captionPlace(routines_, state_.gDb)); });
   listProfiles(step);
   form_.idList->refresh();
   step([&] { form_.lblCounter->setText(QString::number(Int16(form_.idList->listCount()))); });
-  state_.gDocKind = QStringLiteral("PROFILE");
+  state_.gDocKind = u"PROFILE"_s;
 }
 
 void Profiles::listProfiles(Told& step) {
   Object profiles;
   qint64 count = 0;
-  step([&] { profiles = state_.gDb.call(QStringLiteral("GETPROFILEDOCCOLLECTION")).object(); });
-  step([&] { count = roundToInt32(profiles.get(QStringLiteral("count")).number()); });
+  step([&] { profiles = state_.gDb.call(u"GETPROFILEDOCCOLLECTION"_s).object(); });
+  step([&] { count = roundToInt32(profiles.get(u"count"_s).number()); });
   // A document that cannot be had must not stand for the one before, nor for what was shown.
   state_.gDoc.release();
   for (qint64 i = 1; i <= count; ++i) {
-    if (step([&] { state_.gDoc = profiles.call(QStringLiteral("GETNTHDOCUMENT"), i).object(); }))
-      addRow(step);
+    if (step([&] { state_.gDoc = profiles.call(u"GETNTHDOCUMENT"_s, i).object(); })) addRow(step);
     state_.gDoc.release();
   }
 }
@@ -56,7 +53,7 @@ void Profiles::listProfiles(Told& step) {
 void Profiles::addRow(Told& step) {
   QString id;
   if (!step.holds([&] {
-        id = state_.gDoc.get(QStringLiteral("NoteID")).text();
+        id = state_.gDoc.get(u"NoteID"_s).text();
         return !id.isEmpty();
       }))
     return;
@@ -66,8 +63,8 @@ void Profiles::addRow(Told& step) {
 }
 
 void Profiles::removeUnprocessedDocuments() {
-  const Object documents = state_.gDb.get(QStringLiteral("UNPROCESSEDDOCUMENTS")).object();
-  if (documents.get(QStringLiteral("count")).number() > 0) documents.call(QStringLiteral("REMOVEALL"), true);
+  const Object documents = state_.gDb.get(u"UNPROCESSEDDOCUMENTS"_s).object();
+  if (documents.get(u"count"_s).number() > 0) documents.call(u"REMOVEALL"_s, true);
 }
 
 }  // namespace lens

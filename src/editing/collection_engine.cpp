@@ -5,9 +5,10 @@
 #include "editing/rich_text_replacement.h"
 #include "editing/type_number.h"
 #include "editing/value_lines.h"
+#include "notes/literals.h"
 #include "notes/numbers.h"
 #include "shell/exact_texts.h"
-#include "shell/list_rows.h"
+#include "shell/row_texts.h"
 
 namespace lens {
 
@@ -47,14 +48,14 @@ void CollectionEngine::cmdReplAllFieldsInColl_Click() {
 }
 
 void CollectionEngine::procCollection(int mode, const QString& fieldName, const QString& fieldValue) {
-  trapped(host_, {QStringLiteral("procCollection"), QStringLiteral("Modul Globals")}, [&] {
+  trapped(host_, {u"procCollection"_s, u"Modul Globals"_s}, [&] {
     host_.setPointer(pointer::Hourglass);
     const Int16 last = form_.idList->listCount() - 1;
     Work work;
     for (Int16 index; index <= last; index += 1) {
       if (index >= form_.idList->listCount()) break;
       const QString noteId = listedNoteId(form_.idList->list(index));
-      work.step([&] { state_.gDoc = state_.gDb.call(QStringLiteral("GETDOCUMENTBYID"), noteId).object(); });
+      work.step([&] { state_.gDoc = state_.gDb.call(u"GETDOCUMENTBYID"_s, noteId).object(); });
       if (state_.gDoc.isNothing()) continue;
       if (changeDocument(work, mode, fieldName, fieldValue) == Run::Ends) break;
     }
@@ -90,15 +91,15 @@ void CollectionEngine::endOfRun() {
 }
 
 void CollectionEngine::saveDocument(Work& work) {
-  work.step([&] { state_.gDoc.call(QStringLiteral("SAVE"), true, false); });
+  work.step([&] { state_.gDoc.call(u"SAVE"_s, true, false); });
 }
 
 void CollectionEngine::fetchItem(Work& work, const QString& name) {
-  work.step([&] { work.item = state_.gDoc.call(QStringLiteral("GETFIRSTITEM"), name).object(); });
+  work.step([&] { work.item = state_.gDoc.call(u"GETFIRSTITEM"_s, name).object(); });
 }
 
 void CollectionEngine::replaceValue(Work& work, const QString& name, const Value& value) {
-  work.step([&] { state_.gDoc.call(QStringLiteral("REPLACEITEMVALUE"), name, value); });
+  work.step([&] { state_.gDoc.call(u"REPLACEITEMVALUE"_s, name, value); });
 }
 
 void CollectionEngine::writeDates(Work& work, const QString& name, const QString& content) {
@@ -106,14 +107,13 @@ void CollectionEngine::writeDates(Work& work, const QString& name, const QString
 }
 
 void CollectionEngine::deleteItem(Work& work, const QString& name) {
-  work.step([&] { state_.gDoc.call(QStringLiteral("RemoveItem"), name); });
+  work.step([&] { state_.gDoc.call(u"RemoveItem"_s, name); });
   saveDocument(work);
 }
 
 // An item that is there goes first, and the document is saved without it.
 void CollectionEngine::addItem(Work& work, const QString& name, const QString& typeText) {
-  if (work.step.holds([&] { return state_.gDoc.call(QStringLiteral("HASITEM"), name).boolean(); }))
-    deleteItem(work, name);
+  if (work.step.holds([&] { return state_.gDoc.call(u"HASITEM"_s, name).boolean(); })) deleteItem(work, name);
   work.step([&] { work.type = typeNumber(typeText); });
   addValue(work, name);
   saveDocument(work);
@@ -123,11 +123,11 @@ void CollectionEngine::addValue(Work& work, const QString& name) {
   const QString content = form_.txtFieldContent->text();
   switch (work.type) {
     case itemcode::RichText:
-      work.step([&] { work.item = state_.gDoc.call(QStringLiteral("CREATERICHTEXTITEM"), name).object(); });
-      work.step([&] { work.item.call(QStringLiteral("APPENDTEXT"), content); });
+      work.step([&] { work.item = state_.gDoc.call(u"CREATERICHTEXTITEM"_s, name).object(); });
+      work.step([&] { work.item.call(u"APPENDTEXT"_s, content); });
       break;
     case itemcode::Number:
-      work.step([&] { state_.gDoc.call(QStringLiteral("REPLACEITEMVALUE"), name, toInt32(content)); });
+      work.step([&] { state_.gDoc.call(u"REPLACEITEMVALUE"_s, name, toInt32(content)); });
       break;
     case itemcode::Date:
       writeDates(work, name, content);
@@ -135,7 +135,7 @@ void CollectionEngine::addValue(Work& work, const QString& name) {
     case itemcode::Readers:
       addLines(work, name, content);
       fetchItem(work, name);
-      work.step([&] { work.item.set(QStringLiteral("ISREADERS"), true); });
+      work.step([&] { work.item.set(u"ISREADERS"_s, true); });
       break;
     case itemcode::Names:
     case itemcode::Authors:
@@ -181,7 +181,7 @@ void CollectionEngine::overwriteValue(Work& work, const QString& name, const QSt
       break;
     }
     case itemcode::Number: {
-      work.step([&] { work.values = state_.gDoc.call(QStringLiteral("GETITEMVALUE"), name); });
+      work.step([&] { work.values = state_.gDoc.call(u"GETITEMVALUE"_s, name); });
       work.step([&] { work.values = valueList(numberLines(content, work.values.upperBound() + 1)); });
       replaceValue(work, name, work.values);
       break;
@@ -192,14 +192,14 @@ void CollectionEngine::overwriteValue(Work& work, const QString& name, const QSt
 // A document without a hit is not saved. The texts are read anew for each document and item.
 CollectionEngine::Run CollectionEngine::replaceInDocument(Work& work) {
   if (form_.txtSearch->text().isEmpty() || form_.txtReplace->text().isEmpty()) {
-    host_.messageBox(exact::kNoSearchTexts, box::Information, QStringLiteral("Replace all fields"));
+    host_.messageBox(exact::kNoSearchTexts, box::Information, u"Replace all fields"_s);
     return Run::Ends;
   }
   bool changed = false;
-  const Value items = state_.gDoc.get(QStringLiteral("ITEMS"));
+  const Value items = state_.gDoc.get(u"ITEMS"_s);
   for (const Value& item : items.values()) changed = replaceInItem(work, item.object()) || changed;
   if (changed) {
-    state_.gDoc.call(QStringLiteral("SAVE"), true, false, true);
+    state_.gDoc.call(u"SAVE"_s, true, false, true);
     state_.gDoc.release();
   }
   return Run::GoesOn;
@@ -211,11 +211,11 @@ bool CollectionEngine::replaceInItem(Work& work, const Object& item) {
   const Replacement replacement{form_.txtSearch->text(), form_.txtReplace->text()};
   if (type == itemcode::RichText)
     return replaceInRichText(work.step, item, replacement.search, replacement.replace);
-  const Value stored = item.get(QStringLiteral("Values"));
+  const Value stored = item.get(u"Values"_s);
   if (!stored.isArray()) return false;
   QVector<Value> values = stored.values();
   if (!replaceInValues(values, Places::AllButLast, type, replacement, host_.regional())) return false;
-  replaceValue(work, item.get(QStringLiteral("Name")).text(), Value::array(values));
+  replaceValue(work, item.get(u"Name"_s).text(), Value::array(values));
   return true;
 }
 

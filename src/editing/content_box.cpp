@@ -1,6 +1,7 @@
 #include "editing/content_box.h"
 
 #include "controls/keys.h"
+#include "notes/literals.h"
 #include "shell/text_routines.h"
 
 namespace lens {
@@ -37,8 +38,7 @@ void ContentBox::cmdScroll_Click() {
     if (++page > pages.size()) return;
   } while (pages[page - 1] == shown);
   form_.txtFieldContent->setText(pages[page - 1]);
-  if (form_.width() >= form_.screen()->size().width())
-    layout_.ResizeOneControl(QStringLiteral("txtFieldContent"));
+  if (form_.width() >= form_.screen()->size().width()) layout_.ResizeOneControl(u"txtFieldContent"_s);
 }
 
 void ContentBox::cmdDelRT_Click() {
@@ -54,17 +54,16 @@ void ContentBox::txtFieldContent_SelChange() {
   const int line = box.lineFromChar(position);
   int column = 0;
   LinesBackFromChar(box, line, position, column);
-  form_.sbrMain->setPanelText(QStringLiteral("MainText"),
-                              QStringLiteral("Line %1     Pos %2").arg(line + 1).arg(column + 1));
-  QString font = QStringLiteral("Font: ");
+  form_.sbrMain->setPanelText(u"MainText"_s, u"Line %1     Pos %2"_s.arg(line + 1).arg(column + 1));
+  QString font = u"Font: "_s;
   if (const auto name = box.selFontName()) font += *name;
   if (const auto size = box.selFontSize()) font += u' ' + QString::number(*size);
-  form_.sbrMain->setPanelText(QStringLiteral("FontInfo"), font);
+  form_.sbrMain->setPanelText(u"FontInfo"_s, font);
 }
 
 void ContentBox::txtFieldContent_KeyDown(int keyCode, int) {
   if (keyCode != key::Insert) return;
-  const QString panel = QStringLiteral("Overwrite");
+  const QString panel = u"Overwrite"_s;
   form_.sbrMain->setPanelEnabled(panel, !form_.sbrMain->isPanelEnabled(panel));
 }
 

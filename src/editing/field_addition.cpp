@@ -1,13 +1,14 @@
 #include "editing/field_addition.h"
 
-#include "editing/item_flags.h"
+#include "editing/flag_boxes.h"
 #include "editing/item_types.h"
 #include "editing/reload_box.h"
 #include "editing/type_number.h"
 #include "editing/value_lines.h"
+#include "notes/literals.h"
 #include "notes/numbers.h"
 #include "shell/exact_texts.h"
-#include "shell/list_rows.h"
+#include "shell/row_texts.h"
 
 namespace lens {
 
@@ -21,20 +22,20 @@ void FieldAddition::cmdAddField_Click() {
   Statements step;
   try {
     if (state_.gDoc.isNothing()) return;
-    if (state_.gDoc.call(QStringLiteral("HASITEM"), name).boolean()) {
-      host_.messageBox(exact::kItemExists, box::Plain, QStringLiteral("Add field"));
+    if (state_.gDoc.call(u"HASITEM"_s, name).boolean()) {
+      host_.messageBox(exact::kItemExists, box::Plain, u"Add field"_s);
       return;
     }
     addValue(step, name);
     Object item;
-    step([&] { item = state_.gDoc.call(QStringLiteral("GETFIRSTITEM"), name).object(); });
+    step([&] { item = state_.gDoc.call(u"GETFIRSTITEM"_s, name).object(); });
     writeFlags(step, form_, item);
     // Before the save: the size is that of the note as stored so far.
     if (name != u"$FILE") step([&] { form_.lblSize->setText(sizeText(lowLevel_.ItemSizeOf(name))); });
-    step([&] { state_.gDoc.call(QStringLiteral("SAVE"), true, false); });
+    step([&] { state_.gDoc.call(u"SAVE"_s, true, false); });
     readAnew(step);
   } catch (const RuntimeError& error) {
-    showReloadBox(host_, error, QStringLiteral("Error in AddField"));
+    showReloadBox(host_, error, u"Error in AddField"_s);
   }
 }
 
@@ -42,12 +43,12 @@ void FieldAddition::cmdAddField_Click() {
 void FieldAddition::addValue(Statements& step, const QString& name) {
   const QString content = form_.txtFieldContent->text();
   const auto replaceValue = [&](const Value& value) {
-    step([&] { state_.gDoc.call(QStringLiteral("REPLACEITEMVALUE"), name, value); });
+    step([&] { state_.gDoc.call(u"REPLACEITEMVALUE"_s, name, value); });
   };
   switch (typeNumber(typeText(form_.cmbFieldType->text()))) {
     case itemcode::RichText:
       // The new item stays empty, whatever the content box holds.
-      state_.gRTItem = state_.gDoc.call(QStringLiteral("CREATERICHTEXTITEM"), name).object();
+      state_.gRTItem = state_.gDoc.call(u"CREATERICHTEXTITEM"_s, name).object();
       break;
     case itemcode::Number:
       replaceValue(toInt32(content));
@@ -57,7 +58,7 @@ void FieldAddition::addValue(Statements& step, const QString& name) {
       break;
     case itemcode::Readers:
       replaceValue(valueList(textLines(content)));
-      state_.gDoc.call(QStringLiteral("GETFIRSTITEM"), name).object().set(QStringLiteral("ISREADERS"), true);
+      state_.gDoc.call(u"GETFIRSTITEM"_s, name).object().set(u"ISREADERS"_s, true);
       break;
     case itemcode::Names:
     case itemcode::Authors:
@@ -66,7 +67,7 @@ void FieldAddition::addValue(Statements& step, const QString& name) {
       break;
     default:
       // What follows fails on the missing item, and says so.
-      host_.messageBox(exact::kUnknownType, box::Exclamation, QStringLiteral("Doc Viewer"));
+      host_.messageBox(exact::kUnknownType, box::Exclamation, u"Doc Viewer"_s);
   }
 }
 

@@ -1,12 +1,13 @@
 #include "editing/field_overwriting.h"
 
-#include "editing/item_flags.h"
+#include "editing/flag_boxes.h"
 #include "editing/item_types.h"
 #include "editing/reload_box.h"
 #include "editing/rich_text_replacement.h"
 #include "editing/value_lines.h"
+#include "notes/literals.h"
 #include "shell/exact_texts.h"
-#include "shell/list_rows.h"
+#include "shell/row_texts.h"
 
 namespace lens {
 namespace {
@@ -36,19 +37,19 @@ void FieldOverwriting::cmdOverwrite_Click() {
       return;
     }
   } catch (const RuntimeError& error) {
-    showReloadBox(host_, error, QStringLiteral("Error in Overwrite"));
+    showReloadBox(host_, error, u"Error in Overwrite"_s);
   }
 }
 
 void FieldOverwriting::overwriteItem(Statements& step, const QString& name) {
   Object item;
-  step([&] { item = state_.gDoc.call(QStringLiteral("GETFIRSTITEM"), name).object(); });
+  step([&] { item = state_.gDoc.call(u"GETFIRSTITEM"_s, name).object(); });
   int type = 0;
   step([&] { type = itemType(item); });
   if (!writeValue(step, name, item, type)) return;
   // To the item as it was fetched, although its value may have been replaced since.
   writeFlags(step, form_, item);
-  step([&] { state_.gDoc.call(QStringLiteral("SAVE"), true, false); });
+  step([&] { state_.gDoc.call(u"SAVE"_s, true, false); });
   step([&] { form_.lblSize->setText(sizeText(lowLevel_.ItemSizeOf(name))); });
   readAnew(step);
 }
@@ -64,7 +65,7 @@ bool FieldOverwriting::writeValue(Statements& step, const QString& name, const O
       return true;
     case itemcode::Date: {
       const QVector<Value> dates = dateLines(step, form_.txtFieldContent->text(), host_.regional());
-      step([&] { state_.gDoc.call(QStringLiteral("REPLACEITEMVALUE"), name, Value::array(dates)); });
+      step([&] { state_.gDoc.call(u"REPLACEITEMVALUE"_s, name, Value::array(dates)); });
       return true;
     }
     case itemcode::Number:
@@ -74,7 +75,7 @@ bool FieldOverwriting::writeValue(Statements& step, const QString& name, const O
       return replaceText(step, item);
     default:
       // Flags are written and the document is saved all the same.
-      host_.messageBox(exact::kUnknownType, box::Exclamation, QStringLiteral("Doc Viewer"));
+      host_.messageBox(exact::kUnknownType, box::Exclamation, u"Doc Viewer"_s);
       return true;
   }
 }
@@ -84,22 +85,22 @@ void FieldOverwriting::writeText(Statements& step, const QString& name) {
   QStringList lines;
   step([&] { lines = overwriteLines(form_.txtFieldContent->text()); });
   const Value value = lines.isEmpty() ? Value(QString()) : valueList(lines);
-  step([&] { state_.gDoc.call(QStringLiteral("REPLACEITEMVALUE"), name, value); });
+  step([&] { state_.gDoc.call(u"REPLACEITEMVALUE"_s, name, value); });
 }
 
 // The number of values stays.
 void FieldOverwriting::writeNumbers(Statements& step, const QString& name) {
   Value values;
-  step([&] { values = state_.gDoc.call(QStringLiteral("GETITEMVALUE"), name); });
+  step([&] { values = state_.gDoc.call(u"GETITEMVALUE"_s, name); });
   const Value numbers = valueList(numberLines(form_.txtFieldContent->text(), values.upperBound() + 1));
-  step([&] { state_.gDoc.call(QStringLiteral("REPLACEITEMVALUE"), name, numbers); });
+  step([&] { state_.gDoc.call(u"REPLACEITEMVALUE"_s, name, numbers); });
 }
 
 bool FieldOverwriting::replaceText(Statements& step, const Object& item) {
   const QString search = form_.txtSearch->text(), replace = form_.txtReplace->text();
   if (search.isEmpty() && replace.isEmpty()) return true;
   if (replace.isEmpty()) {
-    host_.messageBox(exact::kNoReplaceText, box::Information, QStringLiteral("Error in Overwrite"));
+    host_.messageBox(exact::kNoReplaceText, box::Information, u"Error in Overwrite"_s);
     return false;
   }
   replaceInRichText(step, item, search, replace);
@@ -123,8 +124,8 @@ void FieldOverwriting::cmdDelField_Click() {
     QString name;
     const int row = selectedItem(name);
     if (row < 0) return;
-    state_.gDoc.call(QStringLiteral("RemoveItem"), name);
-    state_.gDoc.call(QStringLiteral("SAVE"), true, false);
+    state_.gDoc.call(u"RemoveItem"_s, name);
+    state_.gDoc.call(u"SAVE"_s, true, false);
     form_.fldList->removeItem(row);
     clearItemControls();
     form_.fldList->refresh();

@@ -4,6 +4,7 @@
 
 #include "editing/item_types.h"
 #include "host/paths.h"
+#include "notes/literals.h"
 #include "shell/error_modes.h"
 #include "shell/exact_texts.h"
 
@@ -74,7 +75,7 @@ void FilePane::cmdExtractAtt_Click() {
   const QString directory = openDirectory();
   if (state_.gDoc.isNothing()) return;
   const WhileFilesMove hourglass(host_);
-  const Value items = state_.gDoc.get(QStringLiteral("ITEMS"));
+  const Value items = state_.gDoc.get(u"ITEMS"_s);
   for (const Value& item : items.values())
     if (itemType(item.object()) == itemcode::RichText) extractFrom(item.object(), directory);
   form_.File1->refresh();
@@ -82,18 +83,18 @@ void FilePane::cmdExtractAtt_Click() {
 
 // Existing files are overwritten without a question.
 void FilePane::extractFrom(const Object& item, const QString& directory) {
-  const Value objects = item.get(QStringLiteral("EMBEDDEDOBJECTS"));
+  const Value objects = item.get(u"EMBEDDEDOBJECTS"_s);
   if (!objects.isArray()) return;
   for (const Value& embedded : objects.values()) {
     const Object object = embedded.object();
-    if (object.get(QStringLiteral("Type")).number() != kAttachment) continue;
-    const QString name = object.get(QStringLiteral("Name")).text();
-    object.call(QStringLiteral("EXTRACTFILE"), host_.joinPath(directory, fileNameOf(name)));
+    if (object.get(u"Type"_s).number() != kAttachment) continue;
+    const QString name = object.get(u"Name"_s).text();
+    object.call(u"EXTRACTFILE"_s, host_.joinPath(directory, fileNameOf(name)));
   }
 }
 
 void FilePane::cmdLoadAtt_Click() {
-  trapped(host_, {QStringLiteral("cmdLoadAtt_Click")}, [this] {
+  trapped(host_, {u"cmdLoadAtt_Click"_s}, [this] {
     if (state_.gDoc.isNothing()) return;
     const int row = selectedFile();
     if (row < 0) return;
@@ -101,26 +102,26 @@ void FilePane::cmdLoadAtt_Click() {
     // Always with a separator, also behind a root.
     const QString path = form_.File1->path() + QDir::separator() + file;
     const QString name = form_.txtFieldName->text();
-    const QString title = QStringLiteral("Load attachment");
-    if (host_.messageBox(QStringLiteral("Load attachment: ") + file + u" into field " + name, box::YesNo,
-                         title) == answer::No)
+    const QString title = u"Load attachment"_s;
+    if (host_.messageBox(u"Load attachment: "_s + file + u" into field " + name, box::YesNo, title) ==
+        answer::No)
       return;
     if (form_.cmbFieldType->text() != u"RICHTEXT (1) means rich text") {
       host_.messageBox(exact::kNoRichText, box::Critical, title);
       return;
     }
-    const Object item = state_.gDoc.call(QStringLiteral("GETFIRSTITEM"), name).object();
+    const Object item = state_.gDoc.call(u"GETFIRSTITEM"_s, name).object();
     if (itemType(item) != itemcode::RichText) return;
     const WhileFilesMove hourglass(host_);
-    item.call(QStringLiteral("EMBEDOBJECT"), kAttachment, QString(), path);
-    state_.gDoc.call(QStringLiteral("SAVE"), true, false, true);
+    item.call(u"EMBEDOBJECT"_s, kAttachment, QString(), path);
+    state_.gDoc.call(u"SAVE"_s, true, false, true);
     form_.cmdGetDoc->raiseClick();
   });
 }
 
 // No question, no way back. The file behind the deleted one is selected.
 void FilePane::cmdRemoveFile_Click() {
-  trapped(host_, {QStringLiteral("cmdRemoveFile_Click")}, [this] {
+  trapped(host_, {u"cmdRemoveFile_Click"_s}, [this] {
     const int row = selectedFile();
     if (row < 0) return;
     host_.deleteFile(filePath(row));
@@ -135,14 +136,14 @@ void FilePane::showFirstFile() {
 }
 
 void FilePane::Dir1_Change() {
-  trapped(host_, {QStringLiteral("Dir1_Change")}, [this] {
+  trapped(host_, {u"Dir1_Change"_s}, [this] {
     form_.File1->setPath(form_.Dir1->path());
     showFirstFile();
   });
 }
 
 void FilePane::Drive1_Change() {
-  trapped(host_, {QStringLiteral("Drive1_Change")}, [this] {
+  trapped(host_, {u"Drive1_Change"_s}, [this] {
     form_.Dir1->setPath(form_.Drive1->drive());
     showFirstFile();
   });
@@ -164,11 +165,11 @@ void FilePane::File1_MouseDown(int button) {
 
 QString FilePane::ShellOpenFile(const QString& path) {
   const int code = host_.shellOpen(path);
-  if (code >= kStarted) return QStringLiteral("-1");
+  if (code >= kStarted) return u"-1"_s;
   if (code == kNoAssociation) return QString::number(host_.openWith(path) != 0 ? -1 : 0);
   const QString message = shellMessage(code);
   if (message.isEmpty()) return QString::number(code);
-  host_.messageBox(exact::kCannotExecute, box::Exclamation, QStringLiteral("Execute it"));
+  host_.messageBox(exact::kCannotExecute, box::Exclamation, u"Execute it"_s);
   return QString::number(code) + u" , " + message;
 }
 

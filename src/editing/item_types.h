@@ -2,6 +2,7 @@
 #pragma once
 
 #include "notes/bridge.h"
+#include "notes/literals.h"
 #include "notes/numbers.h"
 
 namespace lens {
@@ -13,7 +14,7 @@ inline constexpr int RichText = 1, Number = 768, Date = 1024, Names = 1074, Read
 
 // The type of an item as a 16-bit number; raises 91 for no item.
 inline int itemType(const Object& item) {
-  return Int16(roundToInt32(item.get(QStringLiteral("Type")).number()));
+  return Int16(roundToInt32(item.get(u"Type"_s).number()));
 }
 
 }  // namespace lens

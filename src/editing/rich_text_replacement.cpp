@@ -1,5 +1,7 @@
 #include "editing/rich_text_replacement.h"
 
+#include "notes/literals.h"
+
 namespace lens {
 namespace {
 
@@ -12,15 +14,13 @@ constexpr int kAllHits = 16;
 bool replaceInRichText(Statements& step, const Object& item, const QString& search, const QString& replace) {
   // The range spans the whole item; the navigator's place plays no part in it.
   Object navigator, range;
-  step([&] { navigator = item.call(QStringLiteral("CREATENAVIGATOR")).object(); });
-  step([&] { navigator.call(QStringLiteral("FINDFIRSTELEMENT"), kTextParagraph); });
-  step([&] { range = item.call(QStringLiteral("CREATERANGE")).object(); });
+  step([&] { navigator = item.call(u"CREATENAVIGATOR"_s).object(); });
+  step([&] { navigator.call(u"FINDFIRSTELEMENT"_s, kTextParagraph); });
+  step([&] { range = item.call(u"CREATERANGE"_s).object(); });
   double hits = 0;
-  step([&] {
-    hits = range.call(QStringLiteral("FINDANDREPLACE"), search, replace, kIgnoreCase + kAllHits).number();
-  });
+  step([&] { hits = range.call(u"FINDANDREPLACE"_s, search, replace, kIgnoreCase + kAllHits).number(); });
   if (hits < 1) return false;
-  step([&] { item.call(QStringLiteral("COMPACT")); });
+  step([&] { item.call(u"COMPACT"_s); });
   return true;
 }
 

@@ -5,9 +5,10 @@
 #include "editing/place_replacement.h"
 #include "editing/reload_box.h"
 #include "editing/rich_text_replacement.h"
+#include "notes/literals.h"
 #include "shell/error_modes.h"
 #include "shell/exact_texts.h"
-#include "shell/list_rows.h"
+#include "shell/row_texts.h"
 
 namespace lens {
 
@@ -20,7 +21,7 @@ SearchReplace::SearchReplace(Form1& form, Globals& state, Host& host, Routines& 
 }
 
 void SearchReplace::cmdSearch_Click() {
-  trapped(host_, {QStringLiteral("cmdSearch_Click")}, [this] {
+  trapped(host_, {u"cmdSearch_Click"_s}, [this] {
     // Without a hit below a start further down it goes once more from the top.
     for (;;) {
       if (form_.txtSearch->text().isEmpty()) return;
@@ -68,7 +69,7 @@ bool SearchReplace::holdsSearchText(const QString& text) const {
 
 // All values without anything between them, so that a text across two of them is found.
 QString SearchReplace::joinedValues(const QString& itemName) const {
-  const Value values = state_.gDoc.call(QStringLiteral("GETITEMVALUE"), itemName);
+  const Value values = state_.gDoc.call(u"GETITEMVALUE"_s, itemName);
   if (values.typeName() == u"Empty") return {};
   if (values.upperBound() < 1) return textOf(values.at(0), host_.regional());
   QString text;
@@ -77,7 +78,7 @@ QString SearchReplace::joinedValues(const QString& itemName) const {
 }
 
 void SearchReplace::txtSearch_KeyDown(int keyCode, int) {
-  trapped(host_, {QStringLiteral("txtSearch_KeyDown")}, [&] {
+  trapped(host_, {u"txtSearch_KeyDown"_s}, [&] {
     if (keyCode == key::Enter) cmdSearch_Click();
   });
 }
@@ -94,14 +95,14 @@ void SearchReplace::cmdReplace_Click() {
 void SearchReplace::cmdSearchReplaceAll_Click() {
   try {
     if (form_.txtSearch->text().isEmpty() || form_.txtReplace->text().isEmpty()) {
-      host_.messageBox(exact::kNoSearchTexts, box::Information, QStringLiteral("Replace all fields"));
+      host_.messageBox(exact::kNoSearchTexts, box::Information, u"Replace all fields"_s);
       return;
     }
     bool changed = false;
-    const Value items = state_.gDoc.get(QStringLiteral("ITEMS"));
+    const Value items = state_.gDoc.get(u"ITEMS"_s);
     for (const Value& item : items.values()) changed = replaceInItem(item.object()) || changed;
     if (!changed) return;
-    state_.gDoc.call(QStringLiteral("SAVE"), true, false, true);
+    state_.gDoc.call(u"SAVE"_s, true, false, true);
     state_.gDoc.release();
     // Whatever the window showed: the document that is open in the client.
     form_.cmdGetDoc->raiseClick();
@@ -118,12 +119,11 @@ bool SearchReplace::replaceInItem(const Object& item) {
     Statements step;
     return replaceInRichText(step, item, replacement.search, replacement.replace);
   }
-  const Value stored = item.get(QStringLiteral("Values"));
+  const Value stored = item.get(u"Values"_s);
   if (!stored.isArray()) return false;
   QVector<Value> values = stored.values();
   if (!replaceInValues(values, Places::All, type, replacement, host_.regional())) return false;
-  state_.gDoc.call(QStringLiteral("REPLACEITEMVALUE"), item.get(QStringLiteral("Name")),
-                   Value::array(values));
+  state_.gDoc.call(u"REPLACEITEMVALUE"_s, item.get(u"Name"_s), Value::array(values));
   return true;
 }
 

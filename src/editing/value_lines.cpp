@@ -1,12 +1,13 @@
 #include "editing/value_lines.h"
 
+#include "notes/literals.h"
 #include "notes/numbers.h"
 #include "shell/text_routines.h"
 
 namespace lens {
 namespace {
 
-const QString kLineEnd = QStringLiteral("\r\n");
+const QString kLineEnd = u"\r\n"_s;
 
 template <class Use>
 void forEachLine(QString& content, const Use& use) {
@@ -32,7 +33,7 @@ QStringList textLines(QString content) {
 
 QStringList overwriteLines(QString content) {
   QStringList lines;
-  forEachLine(content, [&](QString line) { lines += element(line, QStringLiteral("\r")); });
+  forEachLine(content, [&](QString line) { lines += element(line, u"\r"_s); });
   return lines;
 }
 

@@ -19,11 +19,12 @@
 #include "controls/pictures.h"
 #include "host/desktop_shell.h"
 #include "host/paths.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
 
-const QString kProgramTitle = QStringLiteral("Tessaly Lens");
+const QString kProgramTitle = u"Tessaly Lens"_s;
 
 QMessageBox::Icon iconOf(int style) {
   switch (style & 0xF0) {

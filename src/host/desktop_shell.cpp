@@ -15,6 +15,8 @@
 #include <QStandardPaths>
 #include <QUrl>
 
+#include "notes/literals.h"
+
 namespace lens {
 namespace {
 
@@ -22,24 +24,23 @@ constexpr int kNoSuchFile = 2, kNoSuchDirectory = 3, kNoAssociation = 31, kStart
 
 QString permissionsOf(const QFileInfo& file) {
   QStringList may;
-  if (file.isReadable()) may += QStringLiteral("read");
-  if (file.isWritable()) may += QStringLiteral("write");
-  if (file.isExecutable()) may += QStringLiteral("run");
-  return may.isEmpty() ? QStringLiteral("none") : may.join(QStringLiteral(", "));
+  if (file.isReadable()) may += u"read"_s;
+  if (file.isWritable()) may += u"write"_s;
+  if (file.isExecutable()) may += u"run"_s;
+  return may.isEmpty() ? u"none"_s : may.join(u", "_s);
 }
 
 QString sizeOf(const QFileInfo& file) {
-  return QStringLiteral("%1 bytes").arg(QLocale().toString(file.size()));
+  return u"%1 bytes"_s.arg(QLocale().toString(file.size()));
 }
 
 // Whether the desktop has a program for files of this kind. Starting its opener succeeds even where there is
 // none. A desktop that cannot be asked is taken at its word.
 bool hasProgram(const QFileInfo& file) {
-  const QString asking = QStandardPaths::findExecutable(QStringLiteral("xdg-mime"));
+  const QString asking = QStandardPaths::findExecutable(u"xdg-mime"_s);
   if (asking.isEmpty()) return true;
   QProcess process;
-  process.start(asking, {QStringLiteral("query"), QStringLiteral("default"),
-                         QMimeDatabase().mimeTypeForFile(file).name()});
+  process.start(asking, {u"query"_s, u"default"_s, QMimeDatabase().mimeTypeForFile(file).name()});
   if (!process.waitForFinished(3000) || process.exitCode() != 0) return true;
   return !process.readAllStandardOutput().trimmed().isEmpty();
 }
@@ -56,8 +57,7 @@ int openWithDesktop(const QString& path) {
 
 qint64 openWithChosenProgram(QWidget* owner, const QString& path) {
   const QString program = QFileDialog::getOpenFileName(
-      owner, QStringLiteral("Choose a program to open %1").arg(QFileInfo(path).fileName()),
-      QStringLiteral("/usr/bin"));
+      owner, u"Choose a program to open %1"_s.arg(QFileInfo(path).fileName()), u"/usr/bin"_s);
   if (program.isEmpty()) return 0;
   qint64 processId = 0;
   return QProcess::startDetached(program, {path}, QFileInfo(path).absolutePath(), &processId) ? processId : 0;
@@ -67,8 +67,8 @@ void showFileProperties(QWidget* owner, const QString& path) {
   const QFileInfo file(path);
   auto* window = new QDialog(owner);
   window->setAttribute(Qt::WA_DeleteOnClose);
-  window->setObjectName(QStringLiteral("FileProperties"));
-  window->setWindowTitle(QStringLiteral("Properties of %1").arg(file.fileName()));
+  window->setObjectName(u"FileProperties"_s);
+  window->setWindowTitle(u"Properties of %1"_s.arg(file.fileName()));
   auto* rows = new QFormLayout(window);
   const auto add = [&](const QString& name, const QString& value) {
     auto* label = new QLabel(value, window);
@@ -76,12 +76,12 @@ void showFileProperties(QWidget* owner, const QString& path) {
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     rows->addRow(name, label);
   };
-  add(QStringLiteral("Path:"), QDir::toNativeSeparators(file.absoluteFilePath()));
-  add(QStringLiteral("Kind:"), file.isDir() ? QStringLiteral("directory") : QStringLiteral("file"));
-  if (!file.isDir()) add(QStringLiteral("Size:"), sizeOf(file));
-  add(QStringLiteral("Changed:"), QLocale().toString(file.lastModified(), QLocale::ShortFormat));
-  add(QStringLiteral("Owner:"), file.owner());
-  add(QStringLiteral("You may:"), permissionsOf(file));
+  add(u"Path:"_s, QDir::toNativeSeparators(file.absoluteFilePath()));
+  add(u"Kind:"_s, file.isDir() ? u"directory"_s : u"file"_s);
+  if (!file.isDir()) add(u"Size:"_s, sizeOf(file));
+  add(u"Changed:"_s, QLocale().toString(file.lastModified(), QLocale::ShortFormat));
+  add(u"Owner:"_s, file.owner());
+  add(u"You may:"_s, permissionsOf(file));
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, window);
   QObject::connect(buttons, &QDialogButtonBox::rejected, window, &QDialog::close);
   rows->addRow(buttons);

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include "notes/literals.h"
 #include "notes/runtime_error.h"
 
 namespace lens {
@@ -40,7 +41,7 @@ namespace {
 // On Windows these are devices, in any case of letters and with any ending.
 bool namesDevice(const QString& name) {
   static const QRegularExpression device(
-      QStringLiteral("^(con|prn|aux|nul|conin\\$|conout\\$|(com|lpt)[0-9\u00B9\u00B2\u00B3])[ .]*(\\..*)?$"),
+      u"^(con|prn|aux|nul|conin\\$|conout\\$|(com|lpt)[0-9\u00B9\u00B2\u00B3])[ .]*(\\..*)?$"_s,
       QRegularExpression::CaseInsensitiveOption);
   return device.match(name).hasMatch();
 }
@@ -62,21 +63,20 @@ QString fileNameOf(const QString& name) {
       qMax(qMax(name.lastIndexOf(u'/'), name.lastIndexOf(u'\\')), name.lastIndexOf(u':'));
   const QString last = name.mid(separator + 1);
   if (!namesFile(last))
-    throw RuntimeError(err::PathFileAccess,
-                       QStringLiteral("\"%1\" is no name that a file can have").arg(name));
+    throw RuntimeError(err::PathFileAccess, u"\"%1\" is no name that a file can have"_s.arg(name));
   return last;
 }
 
 void removeFile(const QString& path) {
   const QFileInfo info(path);
   if (info.isDir() && !info.isSymLink())
-    throw RuntimeError(err::PathFileAccess, QStringLiteral("%1: this is a directory").arg(path));
+    throw RuntimeError(err::PathFileAccess, u"%1: this is a directory"_s.arg(path));
   if (!info.exists() && !info.isSymLink())
-    throw RuntimeError(err::FileNotFound, QStringLiteral("%1: file not found").arg(path));
+    throw RuntimeError(err::FileNotFound, u"%1: file not found"_s.arg(path));
   QFile file(path);
   if (!file.remove())
     throw RuntimeError(err::PermissionDenied,
-                       QStringLiteral("%1: the file cannot be deleted (%2)").arg(path, file.errorString()));
+                       u"%1: the file cannot be deleted (%2)"_s.arg(path, file.errorString()));
 }
 
 }  // namespace lens

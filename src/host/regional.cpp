@@ -2,6 +2,8 @@
 
 #include <QRegularExpression>
 
+#include "notes/literals.h"
+
 namespace lens {
 namespace {
 
@@ -15,12 +17,12 @@ QString plainBlanks(QString text) {
 // Day, month and year in the region's order, the year with four digits, all of it one word: the first
 // blank of a date-and-time text parts date and time.
 QString dateFormatOf(const QLocale& locale) {
-  if (locale.language() == QLocale::C) return QStringLiteral("MM/dd/yyyy");
+  if (locale.language() == QLocale::C) return u"MM/dd/yyyy"_s;
   QString format = plainBlanks(locale.dateFormat(QLocale::ShortFormat));
   format.remove(u' ');
-  if (format.contains(u"MMM")) return QStringLiteral("yyyy-MM-dd");
-  if (!format.contains(u"yyyy")) format.replace(QStringLiteral("yy"), QStringLiteral("yyyy"));
-  if (!format.contains(u"yyyy")) format.replace(QStringLiteral("y"), QStringLiteral("yyyy"));
+  if (format.contains(u"MMM")) return u"yyyy-MM-dd"_s;
+  if (!format.contains(u"yyyy")) format.replace(u"yy"_s, u"yyyy"_s);
+  if (!format.contains(u"yyyy")) format.replace(u"y"_s, u"yyyy"_s);
   return format;
 }
 
@@ -28,9 +30,9 @@ QString dateFormatOf(const QLocale& locale) {
 QString withSeconds(QString format) {
   if (format.contains(u's')) return format;
   const qsizetype minutes = format.indexOf(u"mm");
-  if (minutes < 0) return QStringLiteral("HH:mm:ss");
+  if (minutes < 0) return u"HH:mm:ss"_s;
   const QString separator =
-      minutes > 0 && !format[minutes - 1].isLetter() ? QString(format[minutes - 1]) : QStringLiteral(":");
+      minutes > 0 && !format[minutes - 1].isLetter() ? QString(format[minutes - 1]) : u":"_s;
   return format.insert(minutes + 2, separator + u"ss");
 }
 
@@ -38,7 +40,7 @@ bool isEndBlank(QChar c) {
   return c == u' ' || c == u'\r' || c == u'\n';
 }
 
-QStringView withoutEnds(QStringView text) {
+QStringView withoutEndBlanks(QStringView text) {
   while (!text.isEmpty() && isEndBlank(text.front())) text = text.mid(1);
   while (!text.isEmpty() && isEndBlank(text.back())) text.chop(1);
   return text;
@@ -51,8 +53,7 @@ int fullYear(int year, bool twoDigits) {
 
 // Reads the three numbers of a date in the order of the format ("dd.MM.yyyy", "M/d/yyyy", ...).
 QDate numericDate(const QString& text, const QString& format) {
-  static const QRegularExpression numbers(
-      QStringLiteral("^(\\d{1,4})\\D{1,3}(\\d{1,4})\\D{1,3}(\\d{1,4})\\D{0,3}$"));
+  static const QRegularExpression numbers(u"^(\\d{1,4})\\D{1,3}(\\d{1,4})\\D{1,3}(\\d{1,4})\\D{0,3}$"_s);
   const QRegularExpressionMatch match = numbers.match(text);
   if (!match.hasMatch() || format.contains(u"MMM")) return {};
   int day = 0, month = 0, year = 0, place = 0;
@@ -77,7 +78,7 @@ QDate readDate(const QLocale& locale, const QString& text, const QString& format
 
 QTime readTime(const QLocale& locale, const QString& text, const QString& format) {
   if (const QTime time = locale.toTime(text, format); time.isValid()) return time;
-  static const QRegularExpression plain(QStringLiteral("^(\\d{1,2})[:.](\\d{2})(?:[:.](\\d{2}))?$"));
+  static const QRegularExpression plain(u"^(\\d{1,2})[:.](\\d{2})(?:[:.](\\d{2}))?$"_s);
   const QRegularExpressionMatch match = plain.match(text);
   if (!match.hasMatch()) return {};
   return QTime(match.captured(1).toInt(), match.captured(2).toInt(), match.captured(3).toInt());
@@ -109,7 +110,7 @@ QString Regional::stampText(const QDateTime& moment) const {
 }
 
 DateTime Regional::dateTime(QStringView raw) const {
-  const QString text = plainBlanks(withoutEnds(raw).toString());
+  const QString text = plainBlanks(withoutEndBlanks(raw).toString());
   if (const QDate date = readDate(locale_, text, dateFormat_); date.isValid()) return {date, QTime()};
   if (const QTime time = readTime(locale_, text, timeFormat_); time.isValid()) return {QDate(), time};
   // A date may hold blanks itself, and so may a time: try each blank as the border between the two.

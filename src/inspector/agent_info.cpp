@@ -1,6 +1,7 @@
 #include "inspector/agent_info.h"
 
 #include "notes/code_page.h"
+#include "notes/literals.h"
 #include "notes/note_reading.h"
 #include "shell/text_routines.h"
 
@@ -28,18 +29,18 @@ void AgentInfo::ShowAgentInfo(const Object&, const QString& title) {
 // What failed is told by the handles and the note ID alone; no status is looked at.
 AgentInfo::Left AgentInfo::readAgent(const QString& title, Opened& opened, Shown& shown) {
   constexpr quint16 kAgents = 0x200;
-  const Object parent = state_.gDoc.get(QStringLiteral("PARENTDATABASE")).object();
+  const Object parent = state_.gDoc.get(u"PARENTDATABASE"_s).object();
   api_.NotesInitExtended(0, QByteArray());
   api_.NSFDbOpen(networkPath(api_, parent), opened.db);
   if (opened.db == 0) {
-    host_.messageBox(QStringLiteral("Can't open database"), box::Critical);
+    host_.messageBox(u"Can't open database"_s, box::Critical);
     return Left::NoteToClose;
   }
   const QString name = trimBlanks(title.left(title.indexOf(u'|')));
   qint32 noteId = 0;
   api_.NIFFindDesignNote(opened.db, toCodePage(name), kAgents, noteId);
   if (noteId == 0) {
-    host_.messageBox(QStringLiteral("Can't find agent ") + name, box::Critical);
+    host_.messageBox(u"Can't find agent "_s + name, box::Critical);
     return Left::DatabaseToClose;
   }
   api_.NSFNoteOpen(opened.db, noteId, 0, opened.note);

@@ -1,5 +1,7 @@
 #include "inspector/database_flags.h"
 
+#include "notes/literals.h"
+
 namespace lens {
 namespace {
 
@@ -101,7 +103,7 @@ constexpr Line kLegend[] = {
      u"order. Optional: $CollationType set to '@UCA' to additionally enable Unicode standard sorting."},
 };
 
-const QString kMeans = QStringLiteral(" = ");
+const QString kMeans = u" = "_s;
 
 struct Key {
   QString text;

@@ -1,6 +1,7 @@
 #include "inspector/database_properties.h"
 
 #include "inspector/database_flags.h"
+#include "notes/literals.h"
 #include "shell/error_modes.h"
 #include "shell/text_routines.h"
 
@@ -13,15 +14,15 @@ DatabaseProperties::DatabaseProperties(Form1& form, Globals& state, Host& host)
 
 void DatabaseProperties::lastModified_DblClick() {
   if (state_.gDb.isNothing()) return;
-  state_.gDoc = state_.gDb.call(QStringLiteral("GETDOCUMENTBYID"), QStringLiteral("FFFF0010")).object();
+  state_.gDoc = state_.gDb.call(u"GETDOCUMENTBYID"_s, u"FFFF0010"_s).object();
   clearDocumentControls();
-  form_.idList->addItem(eightDigits(state_.gDoc.get(QStringLiteral("NoteID")).text()));
-  form_.NotesUID->setText(state_.gDoc.get(QStringLiteral("UNIVERSALID")).text());
+  form_.idList->addItem(eightDigits(state_.gDoc.get(u"NoteID"_s).text()));
+  form_.NotesUID->setText(state_.gDoc.get(u"UNIVERSALID"_s).text());
   form_.idList->refresh();
   form_.idList->setSelected(0, true);
   form_.cmdidList->raiseClick();
   // The listing may have shown an item in the content box; the legend takes its place.
-  const Value flags = state_.gDoc.call(QStringLiteral("GETITEMVALUE"), QStringLiteral("$Flags"));
+  const Value flags = state_.gDoc.call(u"GETITEMVALUE"_s, u"$Flags"_s);
   loadDBInfo(textOf(flags.at(0), host_.regional()));
 }
 
@@ -49,7 +50,7 @@ void DatabaseProperties::loadDBInfo(const QString& flags) {
     content.setSelStart(1);
     content.setSelLength(0);
   } catch (const RuntimeError& error) {
-    const Procedure procedure{QStringLiteral("loadDBInfo"), QStringLiteral("Modul Globals")};
+    const Procedure procedure{u"loadDBInfo"_s, u"Modul Globals"_s};
     host_.messageBox(errorText(error, procedure) + u". Line 0");
   }
 }

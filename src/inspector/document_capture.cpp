@@ -3,21 +3,22 @@
 #include <functional>
 
 #include "inspector/body_row.h"
+#include "notes/literals.h"
 #include "shell/client_facts.h"
 #include "shell/exact_texts.h"
-#include "shell/list_rows.h"
+#include "shell/row_texts.h"
 #include "shell/text_routines.h"
 
 namespace lens {
 namespace {
 
-const QString kDecimalMode = QStringLiteral("DEC NoteID");
-const QString kHexMode = QStringLiteral("HEX NoteID");
-const QString kFile = QStringLiteral("$FILE");
+const QString kDecimalMode = u"DEC NoteID"_s;
+const QString kHexMode = u"HEX NoteID"_s;
+const QString kFile = u"$FILE"_s;
 
 QVector<Value> itemsOf(const Object& document, Continue& step) {
   QVector<Value> items;
-  step([&] { items = document.get(QStringLiteral("ITEMS")).values(); });
+  step([&] { items = document.get(u"ITEMS"_s).values(); });
   return items;
 }
 
@@ -45,8 +46,7 @@ void DocumentCapture::cmdGetDoc_Click() {
     return;
   }
   step([&] {
-    form_.lastModified->setText(QStringLiteral("Database size: ") +
-                                state_.gDb.get(QStringLiteral("Size")).text() + u" bytes");
+    form_.lastModified->setText(u"Database size: "_s + state_.gDb.get(u"Size"_s).text() + u" bytes");
   });
   hideScanControls(step);
 
@@ -60,8 +60,8 @@ void DocumentCapture::cmdGetDoc_Click() {
 
   step([&] {
     const QString commonName = serverCommonName(routines_, state_.gDb);
-    form_.setWindowTitle(QStringLiteral("Current UI document in: ") +
-                         state_.gDb.get(QStringLiteral("FILEPATH")).text() + u"!!" + commonName);
+    form_.setWindowTitle(u"Current UI document in: "_s + state_.gDb.get(u"FILEPATH"_s).text() + u"!!" +
+                         commonName);
   });
   clearDocumentControls(step, true);
   showDocumentId(step);
@@ -73,7 +73,7 @@ void DocumentCapture::cmdGetDoc_Click() {
   form_.txtFieldContent->setSelLength(0);
   form_.idList->refresh();
   form_.lblCounter->setText(QString::number(form_.idList->listCount()));
-  state_.gDocKind = QStringLiteral("UIDOC");
+  state_.gDocKind = u"UIDOC"_s;
 }
 
 void DocumentCapture::cmdFldtype_Click() {
@@ -99,15 +99,15 @@ void DocumentCapture::cmdFldtype_Click() {
 }
 
 void DocumentCapture::openSession() {
-  state_.gUIWorkspace = notes_.create(QStringLiteral("Notes.NotesUIWorkSpace"));
-  state_.gSession = notes_.create(QStringLiteral("Notes.NotesSession"));
+  state_.gUIWorkspace = notes_.create(u"Notes.NotesUIWorkSpace"_s);
+  state_.gSession = notes_.create(u"Notes.NotesSession"_s);
 }
 
 // A session and a workspace of its own for every click. False when the client has no database open.
 bool DocumentCapture::openCurrentDatabase(Continue& step) {
-  step([&] { state_.gUIWorkspace = notes_.create(QStringLiteral("Notes.NotesUIWorkSpace")); });
-  step([&] { state_.gSession = notes_.create(QStringLiteral("Notes.NotesSession")); });
-  step([&] { state_.gDb = state_.gSession.get(QStringLiteral("CURRENTDATABASE")).object(); });
+  step([&] { state_.gUIWorkspace = notes_.create(u"Notes.NotesUIWorkSpace"_s); });
+  step([&] { state_.gSession = notes_.create(u"Notes.NotesSession"_s); });
+  step([&] { state_.gDb = state_.gSession.get(u"CURRENTDATABASE"_s).object(); });
   return !state_.gDb.isNothing();
 }
 
@@ -123,16 +123,16 @@ void DocumentCapture::hideScanControls(Continue& step) {
 // With no open document the read fails and gDoc stays as it is.
 void DocumentCapture::takeOpenDocument(Continue& step) {
   step([&] {
-    const Object open = state_.gUIWorkspace.get(QStringLiteral("CURRENTDOCUMENT")).object();
-    state_.gDoc = open.get(QStringLiteral("DOCUMENT")).object();
+    const Object open = state_.gUIWorkspace.get(u"CURRENTDOCUMENT"_s).object();
+    state_.gDoc = open.get(u"DOCUMENT"_s).object();
   });
 }
 
 void DocumentCapture::takeSelectedDocument(Continue& step) {
   Object selected;
-  step([&] { selected = state_.gDb.get(QStringLiteral("UNPROCESSEDDOCUMENTS")).object(); });
-  if (step.holds([&] { return selected.get(QStringLiteral("count")).number() > 0; }))
-    step([&] { state_.gDoc = selected.call(QStringLiteral("GETFIRSTDOCUMENT")).object(); });
+  step([&] { selected = state_.gDb.get(u"UNPROCESSEDDOCUMENTS"_s).object(); });
+  if (step.holds([&] { return selected.get(u"count"_s).number() > 0; }))
+    step([&] { state_.gDoc = selected.call(u"GETFIRSTDOCUMENT"_s).object(); });
 }
 
 void DocumentCapture::clearDocumentControls(Continue& step, bool clearType) {
@@ -148,9 +148,9 @@ void DocumentCapture::clearDocumentControls(Continue& step, bool clearType) {
 
 void DocumentCapture::showDocumentId(Continue& step) {
   QString id;
-  step([&] { id = eightDigits(state_.gDoc.get(QStringLiteral("NoteID")).text()); });
+  step([&] { id = eightDigits(state_.gDoc.get(u"NoteID"_s).text()); });
   step([&] { form_.idList->addItem(id); });
-  step([&] { form_.NotesUID->setText(state_.gDoc.get(QStringLiteral("UNIVERSALID")).text()); });
+  step([&] { form_.NotesUID->setText(state_.gDoc.get(u"UNIVERSALID"_s).text()); });
   form_.idList->refresh();
   step([&] { form_.idList->setSelected(0, true); });
 }
@@ -175,16 +175,16 @@ void DocumentCapture::listItems(Continue& step) {
   qsizetype width = 0;
   for (const Value& item : items)
     step([&] {
-      const QString name = item.object().get(QStringLiteral("Name")).text();
+      const QString name = item.object().get(u"Name"_s).text();
       width = qMax(width, name.size() + kNameEnd.size());
     });
 
   QString name, text;  // a failing read leaves what the item before had
   for (const Value& item : items) {
-    step([&] { name = item.object().get(QStringLiteral("Name")).text(); });
-    step([&] { text = item.object().get(QStringLiteral("Text")).text(); });
+    step([&] { name = item.object().get(u"Name"_s).text(); });
+    step([&] { text = item.object().get(u"Text"_s).text(); });
     if (name == kFile) {
-      step([&] { text = item.object().get(QStringLiteral("Values")).at(0).text(); });
+      step([&] { text = item.object().get(u"Values"_s).at(0).text(); });
       collectAttachmentSize(step, text);
     }
     step([&] { form_.fldList->addItem(fieldRow(name, width, text)); });
@@ -194,8 +194,8 @@ void DocumentCapture::listItems(Continue& step) {
 void DocumentCapture::collectAttachmentSize(Continue& step, const QString& fileName) {
   QString size;
   step([&] {
-    const Object file = state_.gDoc.call(QStringLiteral("GETATTACHMENT"), fileName).object();
-    size = file.get(QStringLiteral("FILESIZE")).text();
+    const Object file = state_.gDoc.call(u"GETATTACHMENT"_s, fileName).object();
+    size = file.get(u"FILESIZE"_s).text();
   });
   // The name is held against the sizes; a file named like one of them is left out.
   bool equalsSize = false;
@@ -208,16 +208,15 @@ void DocumentCapture::listItemsOfType(Continue& step) {
   const QString wanted = form_.cmbFieldType->text();
   QString name, text;
   for (const Value& item : itemsOf(state_.gDoc, step)) {
-    step([&] { name = item.object().get(QStringLiteral("Name")).text(); });
+    step([&] { name = item.object().get(u"Name"_s).text(); });
     // A type without a row in the table never matches: its look-up fails inside the test.
     const bool matches = step.holds([&] {
-      const Object first = state_.gDoc.call(QStringLiteral("GETFIRSTITEM"), name).object();
-      return wanted == state_.gDocTypes.item(first.get(QStringLiteral("Type")).text());
+      const Object first = state_.gDoc.call(u"GETFIRSTITEM"_s, name).object();
+      return wanted == state_.gDocTypes.item(first.get(u"Type"_s).text());
     });
     if (!matches) continue;
-    step([&] { text = item.object().get(QStringLiteral("Text")).text(); });
-    if (upperUnits(name) == kFile)
-      step([&] { text = item.object().get(QStringLiteral("Values")).at(0).text(); });
+    step([&] { text = item.object().get(u"Text"_s).text(); });
+    if (upperUnits(name) == kFile) step([&] { text = item.object().get(u"Values"_s).at(0).text(); });
     step([&] { form_.fldList->addItem(fieldRow(name, 0, text)); });
   }
 }
@@ -227,13 +226,13 @@ void DocumentCapture::showBody(Continue& step) {
   const int body = firstBodyRow(*form_.fldList);
   if (body < 0) return;
   step([&] { form_.fldList->setSelected(body, true); });
-  step([&] { form_.txtSearch->setText(routines_.LeftFrom(form_.idList->text(), QStringLiteral(" "))); });
+  step([&] { form_.txtSearch->setText(routines_.LeftFrom(form_.idList->text(), u" "_s)); });
   form_.chkCase->setValue(0);
   step([&] { form_.fldList->raiseClick(); });
 }
 
 void DocumentCapture::viewNotesID_Click() {
-  trapped(host_, {QStringLiteral("viewNotesID_Click")}, [this] {
+  trapped(host_, {u"viewNotesID_Click"_s}, [this] {
     const QString id = typedIdText();
     if (id.isEmpty()) return;
     form_.idList->clear();
@@ -241,12 +240,12 @@ void DocumentCapture::viewNotesID_Click() {
     form_.idList->setSelected(0, true);
     form_.txtFieldContent->setText(QString());
     openSession();
-    state_.gDb = state_.gSession.get(QStringLiteral("CURRENTDATABASE")).object();
+    state_.gDb = state_.gSession.get(u"CURRENTDATABASE"_s).object();
     if (!form_.NotesID->text().isEmpty() && !findDocument(u"GETDOCUMENTBYID", id, u"Invalid note ID")) return;
     if (!form_.NotesUID->text().isEmpty()) {
       if (!findDocument(u"GETDOCUMENTBYUNID", id, u"Invalid universal ID")) return;
       form_.idList->clear();
-      form_.idList->addItem(eightDigits(state_.gDoc.get(QStringLiteral("NoteID")).text()));
+      form_.idList->addItem(eightDigits(state_.gDoc.get(u"NoteID"_s).text()));
       form_.idList->refresh();
       form_.idList->setSelected(0, true);
     }
@@ -269,32 +268,31 @@ bool DocumentCapture::findDocument(const char16_t* member, const QString& id, co
   if (lookup.number() == 0) return true;
   lookup([&] {
     host_.messageBox(QString::fromUtf16(complaint), box::Critical,
-                     QStringLiteral("Db = ") + state_.gDb.get(QStringLiteral("FileName")).text());
+                     u"Db = "_s + state_.gDb.get(u"FileName"_s).text());
   });
   return false;
 }
 
 bool DocumentCapture::CloseIfOpen(const Object& document) {
   bool closed = false;
-  trapped(host_, {QStringLiteral("CloseIfOpen")}, [&] {
-    const Object workspace = notes_.create(QStringLiteral("Notes.NotesUIWorkSpace"));
-    const Object open = workspace.get(QStringLiteral("CURRENTDOCUMENT")).object();
-    const QString openId = open.get(QStringLiteral("DOCUMENT")).object().get(QStringLiteral("NoteID")).text();
-    if (document.get(QStringLiteral("NoteID")).text() != openId) return;
-    open.call(QStringLiteral("Close"));
+  trapped(host_, {u"CloseIfOpen"_s}, [&] {
+    const Object workspace = notes_.create(u"Notes.NotesUIWorkSpace"_s);
+    const Object open = workspace.get(u"CURRENTDOCUMENT"_s).object();
+    const QString openId = open.get(u"DOCUMENT"_s).object().get(u"NoteID"_s).text();
+    if (document.get(u"NoteID"_s).text() != openId) return;
+    open.call(u"Close"_s);
     closed = true;
   });
   return closed;
 }
 
 void DocumentCapture::RefreshCurrentView() {
-  trapped(host_, {QStringLiteral("RefreshCurrentView")}, [this] {
-    notes_.create(QStringLiteral("Notes.NotesUIWorkSpace")).call(QStringLiteral("VIEWREFRESH"));
-  });
+  trapped(host_, {u"RefreshCurrentView"_s},
+          [this] { notes_.create(u"Notes.NotesUIWorkSpace"_s).call(u"VIEWREFRESH"_s); });
 }
 
 void DocumentCapture::cmdDECHEX_Click() {
-  trapped(host_, {QStringLiteral("cmdDECHEX_Click")}, [this] {
+  trapped(host_, {u"cmdDECHEX_Click"_s}, [this] {
     const QString typed = form_.NotesID->text();
     if (form_.cmdDECHEX->text() == kDecimalMode) {
       form_.cmdDECHEX->setText(kHexMode);
@@ -307,19 +305,19 @@ void DocumentCapture::cmdDECHEX_Click() {
 }
 
 void DocumentCapture::NotesID_Change() {
-  trapped(host_, {QStringLiteral("NotesID_Change")}, [this] {
+  trapped(host_, {u"NotesID_Change"_s}, [this] {
     if (form_.NotesID->text().isEmpty()) return;
     form_.NotesUID->setText(QString());
     // The caption never reads so, and letters of a pasted text pass; users paste IDs that way.
     if (form_.cmdDECHEX->text() != u"DEC NotesID") return;
     bool numeric = false;
     form_.NotesID->text().toDouble(&numeric);
-    if (!numeric) host_.messageBox(QStringLiteral("Only numeric input is allowed"), box::Critical);
+    if (!numeric) host_.messageBox(u"Only numeric input is allowed"_s, box::Critical);
   });
 }
 
 void DocumentCapture::NotesID_KeyPress(int& key) {
-  trapped(host_, {QStringLiteral("NotesID_KeyPress")}, [&] {
+  trapped(host_, {u"NotesID_KeyPress"_s}, [&] {
     const bool typed = key >= 32 && key != 127;  // Enter and Esc are no characters of the ID
     if (!typed || form_.cmdDECHEX->text() != kHexMode || (key >= u'0' && key <= u'9')) return;
     const char16_t upper = QChar(char16_t(key)).toUpper().unicode();
@@ -334,13 +332,13 @@ void DocumentCapture::NotesID_KeyPress(int& key) {
 }
 
 void DocumentCapture::NotesUID_Change() {
-  trapped(host_, {QStringLiteral("NotesUID_Change")}, [this] {
+  trapped(host_, {u"NotesUID_Change"_s}, [this] {
     if (!form_.NotesUID->text().isEmpty()) form_.NotesID->setText(QString());
   });
 }
 
 void DocumentCapture::idList_DblClick() {
-  trapped(host_, {QStringLiteral("idList_DblClick")}, [this] {
+  trapped(host_, {u"idList_DblClick"_s}, [this] {
     if (form_.cmdidList->isEnabled()) form_.cmdidList->raiseClick();
   });
 }

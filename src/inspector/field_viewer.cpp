@@ -3,7 +3,8 @@
 #include <QScreen>
 
 #include "inspector/body_row.h"
-#include "shell/list_rows.h"
+#include "notes/literals.h"
+#include "shell/row_texts.h"
 #include "shell/text_routines.h"
 
 namespace lens {
@@ -14,7 +15,7 @@ constexpr int kMime = 25;
 constexpr quint32 kRed = 255;
 
 bool hasType(Continue& step, const Object& item, int type) {
-  return step.holds([&] { return item.get(QStringLiteral("Type")).number() == type; });
+  return step.holds([&] { return item.get(u"Type"_s).number() == type; });
 }
 
 }  // namespace
@@ -40,7 +41,7 @@ void FieldViewer::fldList_Click() {
   routines_.SetMousePtr(pointer::Hourglass);
   const QString name = fieldName(form_.fldList->text());
   Object item;
-  step([&] { item = state_.gDoc.call(QStringLiteral("GETFIRSTITEM"), name).object(); });
+  step([&] { item = state_.gDoc.call(u"GETFIRSTITEM"_s, name).object(); });
   showFlags(step, item);
   step([&] { form_.lblSize->setText(sizeText(lowLevel_.ItemSizeOf(name))); });
 
@@ -81,7 +82,7 @@ FieldViewer::Special FieldViewer::showSpecialItem(Continue& step, const QString&
 void FieldViewer::showItem(Continue& step, const QString& name, const Object& item) {
   QString text = valuesAsText(step, name);
   if (hasType(step, item, kRichText)) {
-    step([&] { text = item.call(QStringLiteral("GETFORMATTEDTEXT"), true, 1000).text(); });
+    step([&] { text = item.call(u"GETFORMATTEDTEXT"_s, true, 1000).text(); });
   } else if (text.isEmpty() && hasType(step, item, kMime)) {
     text = mimeText(step);
   }
@@ -92,7 +93,7 @@ void FieldViewer::showItem(Continue& step, const QString& name, const Object& it
   form_.txtFieldName->setText(name);
   step([&] { form_.txtFieldContent->setText(widenLineFeeds(text)); });
   if (form_.width() >= form_.screen()->size().width())
-    step([&] { layout_.ResizeOneControl(QStringLiteral("txtFieldContent")); });
+    step([&] { layout_.ResizeOneControl(u"txtFieldContent"_s); });
   markSearchText(step);
   showTypeSentence(step, item);
 }
@@ -101,7 +102,7 @@ void FieldViewer::showItem(Continue& step, const QString& name, const Object& it
 QString FieldViewer::valuesAsText(Continue& step, const QString& name) {
   QString text;
   Value values;
-  step([&] { values = state_.gDoc.call(QStringLiteral("GETITEMVALUE"), name); });
+  step([&] { values = state_.gDoc.call(u"GETITEMVALUE"_s, name); });
   if (step.holds([&] { return values.upperBound() >= 1; })) {
     for (const Value& value : values.values())
       step([&] { text += textOf(value, host_.regional()) + u"\r\n"; });
@@ -116,26 +117,25 @@ QString FieldViewer::valuesAsText(Continue& step, const QString& name) {
 QString FieldViewer::mimeText(Continue& step) {
   QString text;
   step([&] { sessions_.ensureSession(); });
-  step([&] { state_.gSession.set(QStringLiteral("CONVERTMIME"), false); });
+  step([&] { state_.gSession.set(u"CONVERTMIME"_s, false); });
   Object entity;
-  step([&] { entity = state_.gDoc.call(QStringLiteral("GETMIMEENTITY")).object(); });
+  step([&] { entity = state_.gDoc.call(u"GETMIMEENTITY"_s).object(); });
   if (entity) {
-    const bool multipart = step.holds(
-        [&] { return entity.get(QStringLiteral("CONTENTTYPE")).text() == QStringLiteral("multipart"); });
+    const bool multipart = step.holds([&] { return entity.get(u"CONTENTTYPE"_s).text() == u"multipart"_s; });
     if (multipart) {
       Object part;
-      step([&] { part = entity.call(QStringLiteral("GETFIRSTCHILDENTITY")).object(); });
+      step([&] { part = entity.call(u"GETFIRSTCHILDENTITY"_s).object(); });
       while (part) {
-        step([&] { text += part.get(QStringLiteral("CONTENTASTEXT")).text(); });
+        step([&] { text += part.get(u"CONTENTASTEXT"_s).text(); });
         Object next;
-        step([&] { next = part.call(QStringLiteral("GETNEXTSIBLING")).object(); });
+        step([&] { next = part.call(u"GETNEXTSIBLING"_s).object(); });
         part = next;
       }
     } else {
-      step([&] { text = entity.get(QStringLiteral("CONTENTASTEXT")).text(); });
+      step([&] { text = entity.get(u"CONTENTASTEXT"_s).text(); });
     }
   }
-  step([&] { state_.gSession.set(QStringLiteral("CONVERTMIME"), true); });
+  step([&] { state_.gSession.set(u"CONVERTMIME"_s, true); });
   return text;
 }
 
@@ -167,7 +167,7 @@ Int16 FieldViewer::nextHit(const QString& content, const QString& wanted, qsizet
 
 // A type without a row in the table leaves the box as it was.
 void FieldViewer::showTypeSentence(Continue& step, const Object& item) {
-  step([&] { form_.cmbFieldType->setText(state_.gDocTypes.item(item.get(QStringLiteral("Type")).text())); });
+  step([&] { form_.cmbFieldType->setText(state_.gDocTypes.item(item.get(u"Type"_s).text())); });
 }
 
 void FieldViewer::endOfClick() {
@@ -179,7 +179,7 @@ void FieldViewer::endOfClick() {
 
 // A failure leaves the hourglass counted.
 void FieldViewer::cmdidList_Click() {
-  trapped(host_, {QStringLiteral("cmdidList_Click")}, [this] {
+  trapped(host_, {u"cmdidList_Click"_s}, [this] {
     if (state_.gDb.isNothing()) return;
     form_.fldList->clear();
     const QString row = form_.idList->text();
@@ -198,16 +198,16 @@ void FieldViewer::cmdidList_Click() {
 void FieldViewer::takeDocument(const QString& id) {
   if (id.size() != 8) return;
   state_.gDoc.release();
-  state_.gDoc = state_.gDb.call(QStringLiteral("GETDOCUMENTBYID"), id).object();
+  state_.gDoc = state_.gDb.call(u"GETDOCUMENTBYID"_s, id).object();
 }
 
 void FieldViewer::listItems(const QString& designName) {
-  form_.NotesUID->setText(state_.gDoc.get(QStringLiteral("UNIVERSALID")).text());
-  const Value items = state_.gDoc.get(QStringLiteral("ITEMS"));
+  form_.NotesUID->setText(state_.gDoc.get(u"UNIVERSALID"_s).text());
+  const Value items = state_.gDoc.get(u"ITEMS"_s);
   QStringList names;
   qsizetype width = 0;
   for (const Value& item : items.values()) {
-    names += item.object().get(QStringLiteral("Name")).text();
+    names += item.object().get(u"Name"_s).text();
     width = qMax(width, names.last().size() + kNameEnd.size());
   }
   const bool listsViews = form_.lstDesigns->text() == u"SELECTVIEWS";
@@ -221,24 +221,24 @@ void FieldViewer::listItems(const QString& designName) {
 }
 
 QString FieldViewer::firstValueText(const Object& item, const QString& name) const {
-  const Value values = state_.gDoc.call(QStringLiteral("GETITEMVALUE"), name);
+  const Value values = state_.gDoc.call(u"GETITEMVALUE"_s, name);
   if (values.typeName() == u"Empty") return {};
   // Several attachments share one name; each row shows its own.
   const bool file = upperUnits(name) == u"$FILE";
-  return textOf((file ? item.get(QStringLiteral("Values")) : values).at(0), host_.regional());
+  return textOf((file ? item.get(u"Values"_s) : values).at(0), host_.regional());
 }
 
 QString FieldViewer::showSelectionFormula(const Object& item, const QString& name,
                                           const QString& designName) {
-  const Object view = state_.gDb.call(QStringLiteral("GETVIEW"), designName).object();
-  const QString formula = view.get(QStringLiteral("SELECTIONFORMULA")).text();
+  const Object view = state_.gDb.call(u"GETVIEW"_s, designName).object();
+  const QString formula = view.get(u"SELECTIONFORMULA"_s).text();
   form_.txtFieldContent->setText(widenLineFeeds(formula));
   form_.txtFieldName->setText(name);
-  form_.chkSummary->setValue(item.get(QStringLiteral("ISSUMMARY")).boolean() ? 1 : 0);
-  form_.chkEncrypted->setValue(item.get(QStringLiteral("ISENCRYPTED")).boolean() ? 1 : 0);
-  form_.chkSigned->setValue(item.get(QStringLiteral("ISSIGNED")).boolean() ? 1 : 0);
-  form_.chkProtected->setValue(item.get(QStringLiteral("ISPROTECTED")).boolean() ? 1 : 0);
-  form_.lblSize->setText(sizeText(lowLevel_.ItemSizeOf(QStringLiteral("$FORMULA"))));
+  form_.chkSummary->setValue(item.get(u"ISSUMMARY"_s).boolean() ? 1 : 0);
+  form_.chkEncrypted->setValue(item.get(u"ISENCRYPTED"_s).boolean() ? 1 : 0);
+  form_.chkSigned->setValue(item.get(u"ISSIGNED"_s).boolean() ? 1 : 0);
+  form_.chkProtected->setValue(item.get(u"ISPROTECTED"_s).boolean() ? 1 : 0);
+  form_.lblSize->setText(sizeText(lowLevel_.ItemSizeOf(u"$FORMULA"_s)));
   return formula;
 }
 
@@ -246,7 +246,7 @@ void FieldViewer::showBody() {
   const int body = firstBodyRow(*form_.fldList);
   if (body < 0) return;
   form_.fldList->setSelected(body, true);
-  form_.txtSearch->setText(routines_.LeftFrom(form_.idList->text(), QStringLiteral(" ")));
+  form_.txtSearch->setText(routines_.LeftFrom(form_.idList->text(), u" "_s));
   form_.chkCase->setValue(0);
   form_.fldList->raiseClick();
 }

@@ -1,5 +1,6 @@
 #include "notes/bridge.h"
 
+#include "notes/literals.h"
 #include "notes/numbers.h"
 
 namespace lens {
@@ -21,19 +22,19 @@ Value Value::array(QVector<Value> values) {
 QString Value::typeName() const {
   switch (kind()) {
     case Kind::Empty:
-      return QStringLiteral("Empty");
+      return u"Empty"_s;
     case Kind::Text:
-      return QStringLiteral("String");
+      return u"String"_s;
     case Kind::Number:
-      return QStringLiteral("Double");
+      return u"Double"_s;
     case Kind::Boolean:
-      return QStringLiteral("Boolean");
+      return u"Boolean"_s;
     case Kind::DateTime:
-      return QStringLiteral("Date");
+      return u"Date"_s;
     case Kind::Array:
-      return QStringLiteral("Variant()");
+      return u"Variant()"_s;
     case Kind::Object:
-      return std::get<lens::Object>(data_).isNothing() ? QStringLiteral("Nothing") : QStringLiteral("Object");
+      return std::get<lens::Object>(data_).isNothing() ? u"Nothing"_s : u"Object"_s;
   }
   return {};
 }
@@ -47,7 +48,7 @@ QString Value::text() const {
     case Kind::Number:
       return numberText(std::get<double>(data_));
     case Kind::Boolean:
-      return std::get<bool>(data_) ? QStringLiteral("True") : QStringLiteral("False");
+      return std::get<bool>(data_) ? u"True"_s : u"False"_s;
     default:
       throw RuntimeError(err::TypeMismatch);
   }

@@ -1,6 +1,7 @@
 #include "notes/note_reading.h"
 
 #include "notes/code_page.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -12,8 +13,8 @@ QByteArray networkPath(CApi& api, const QString& server, const QString& filePath
 }
 
 QByteArray networkPath(CApi& api, const Object& database) {
-  const QString server = database.get(QStringLiteral("server")).text();
-  return networkPath(api, server, database.get(QStringLiteral("FILEPATH")).text());
+  const QString server = database.get(u"server"_s).text();
+  return networkPath(api, server, database.get(u"FILEPATH"_s).text());
 }
 
 qint64 contentLength(quint16 itemType, quint32 valueLength) {

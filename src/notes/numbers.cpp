@@ -3,6 +3,8 @@
 #include <cmath>
 #include <limits>
 
+#include "notes/literals.h"
+
 namespace lens {
 namespace {
 
@@ -24,7 +26,7 @@ bool spellsNumber(QStringView text) {
 }  // namespace
 
 QString numberText(double number) {
-  if (number == 0) return QStringLiteral("0");  // also of a negative zero
+  if (number == 0) return u"0"_s;  // also of a negative zero
   return QString::number(number, 'g', 15).toUpper();
 }
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "notes/literals.h"
+
 namespace lens {
 namespace {
 
@@ -58,7 +60,7 @@ constexpr StandardText kStandardTexts[] = {
 QString standardErrorText(int number) {
   for (const StandardText& row : kStandardTexts)
     if (row.number == number) return QString::fromLatin1(row.text);
-  return QStringLiteral("Application-defined error");
+  return u"Application-defined error"_s;
 }
 
 RuntimeError::RuntimeError(int number) : RuntimeError(number, standardErrorText(number)) {}

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "host/host.h"
+#include "notes/literals.h"
 #include "notes/runtime_error.h"
 
 namespace lens {
@@ -20,13 +21,13 @@ namespace lens {
 // Where an error box says that a failure happened.
 struct Procedure {
   QString name;
-  QString place = QStringLiteral("Formular Form1");
+  QString place = u"Formular Form1"_s;
 };
 
 // "Error 91 (...) in procedure cmdEnd_Click of Formular Form1"
 inline QString errorText(const RuntimeError& error, const Procedure& procedure) {
-  return QStringLiteral("Error %1 (").arg(error.number()) + error.description() + u") in procedure " +
-         procedure.name + u" of " + procedure.place;
+  return u"Error %1 ("_s.arg(error.number()) + error.description() + u") in procedure " + procedure.name +
+         u" of " + procedure.place;
 }
 
 // Runs the statements; a failure ends them and shows the error box. True when all of them ran.

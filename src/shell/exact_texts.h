@@ -4,25 +4,27 @@
 
 #include <QString>
 
+#include "notes/literals.h"
+
 namespace lens::exact {
 
-inline const QString kItemExists = QStringLiteral("Item name allready exits!");
-inline const QString kUnknownType = QStringLiteral("Not implemented for the field type !!");
-inline const QString kNoReplaceText = QStringLiteral("Replace text is empty!!");
-inline const QString kNoSearchTexts = QStringLiteral("Search or Replace fields are empty !!");
-inline const QString kDeleteTitle = QStringLiteral("Error in DeleteFiels");
-inline const QString kReplaceAllTitle = QStringLiteral("Error in SeachReplaceAll");
-inline const QString kNoRichText = QStringLiteral("Field is not a rich text!! can't load.");
-inline const QString kCannotExecute = QStringLiteral("Can't execute the file !!");
-inline const QString kNoDatabase = QStringLiteral("Cann't open DB try again");
-inline const QString kNoDocument = QStringLiteral("Cann't open document try again");
-inline const QString kOlderProfilesLabel = QStringLiteral("ROFILES");
-inline const QString kHexDigitsOnly = QStringLiteral("Only Charachter between 'A' - 'F'  allowed");
+inline const QString kItemExists = u"Item name allready exits!"_s;
+inline const QString kUnknownType = u"Not implemented for the field type !!"_s;
+inline const QString kNoReplaceText = u"Replace text is empty!!"_s;
+inline const QString kNoSearchTexts = u"Search or Replace fields are empty !!"_s;
+inline const QString kDeleteTitle = u"Error in DeleteFiels"_s;
+inline const QString kReplaceAllTitle = u"Error in SeachReplaceAll"_s;
+inline const QString kNoRichText = u"Field is not a rich text!! can't load."_s;
+inline const QString kCannotExecute = u"Can't execute the file !!"_s;
+inline const QString kNoDatabase = u"Cann't open DB try again"_s;
+inline const QString kNoDocument = u"Cann't open document try again"_s;
+inline const QString kOlderProfilesLabel = u"ROFILES"_s;
+inline const QString kHexDigitsOnly = u"Only Charachter between 'A' - 'F'  allowed"_s;
 
 // Behind the status of a file that could not be opened. Blanks differ from one to the next.
-inline const QString kOutOfMemory = QStringLiteral("Error: Out of Memory/Resources. Couldn't Execute!");
-inline const QString kFileNotFound = QStringLiteral("Error: File not found.  Couldn't Execute!");
-inline const QString kPathNotFound = QStringLiteral("Error: Path not found. Couldn't Execute!");
-inline const QString kBadFormat = QStringLiteral("Error:  Bad File Format. Couldn't Execute!");
+inline const QString kOutOfMemory = u"Error: Out of Memory/Resources. Couldn't Execute!"_s;
+inline const QString kFileNotFound = u"Error: File not found.  Couldn't Execute!"_s;
+inline const QString kPathNotFound = u"Error: Path not found. Couldn't Execute!"_s;
+inline const QString kBadFormat = u"Error:  Bad File Format. Couldn't Execute!"_s;
 
 }  // namespace lens::exact

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "controls/pictures.h"
+#include "notes/literals.h"
 #include "shell/control_fonts.h"
 
 namespace lens {
@@ -13,12 +14,12 @@ namespace {
 // Panels of the status bar; MainText and FontInfo belong to the content box, Source tells which side
 // of the two doors is in use.
 void addPanels(StatusBar& bar) {
-  bar.addPanel(QStringLiteral("MainText"), 0, 360);
-  bar.addPanel(QStringLiteral("FontInfo"), 360, 384);
-  bar.addPanel(QStringLiteral("Overwrite"), 744, 280);
-  bar.addPanel(QStringLiteral("Source"), 1024, 256);
-  bar.setPanelText(QStringLiteral("Overwrite"), QStringLiteral("OVR"));
-  bar.setPanelEnabled(QStringLiteral("Overwrite"), false);
+  bar.addPanel(u"MainText"_s, 0, 360);
+  bar.addPanel(u"FontInfo"_s, 360, 384);
+  bar.addPanel(u"Overwrite"_s, 744, 280);
+  bar.addPanel(u"Source"_s, 1024, 256);
+  bar.setPanelText(u"Overwrite"_s, u"OVR"_s);
+  bar.setPanelEnabled(u"Overwrite"_s, false);
 }
 
 }  // namespace
@@ -34,21 +35,21 @@ Form1::Form1() {
   Label2->setPalette(grey);
   Picture1->setPixmap(pictures::program().pixmap(16, 16));
   cmdScroll->setIcon(pictures::history());
-  cmdScroll->setAccessibleName(QStringLiteral("Previous content"));
+  cmdScroll->setAccessibleName(u"Previous content"_s);
   cmdDelRT->setIcon(pictures::clearHistory());
-  cmdDelRT->setAccessibleName(QStringLiteral("Drop saved contents"));
+  cmdDelRT->setAccessibleName(u"Drop saved contents"_s);
   addPanels(*sbrMain);
 
   Timer2 = new Timer(this);
-  Timer2->setObjectName(QStringLiteral("Timer2"));
+  Timer2->setObjectName(u"Timer2"_s);
   Timer2->setInterval(1000);
 
   mnuBar = new PopupMenu(this);
-  mnuBar->setObjectName(QStringLiteral("mnuBar"));
-  mnuBar->setTitle(QStringLiteral("Options"));
-  mnuBarShow = &mnuBar->addEntry(QStringLiteral("mnuBarShow"), QStringLiteral("Show"));
-  mnuBarHide = &mnuBar->addEntry(QStringLiteral("mnuBarHide"), QStringLiteral("Hide"));
-  mnuBarExit = &mnuBar->addEntry(QStringLiteral("mnuBarExit"), QStringLiteral("Exit"));
+  mnuBar->setObjectName(u"mnuBar"_s);
+  mnuBar->setTitle(u"Options"_s);
+  mnuBarShow = &mnuBar->addEntry(u"mnuBarShow"_s, u"Show"_s);
+  mnuBarHide = &mnuBar->addEntry(u"mnuBarHide"_s, u"Hide"_s);
+  mnuBarExit = &mnuBar->addEntry(u"mnuBarExit"_s, u"Exit"_s);
 
   fldList->setFocus();
 }

@@ -1,6 +1,7 @@
 #include "shell/low_level_reading.h"
 
 #include "notes/code_page.h"
+#include "notes/literals.h"
 #include "notes/note_reading.h"
 #include "notes/numbers.h"
 #include "shell/text_routines.h"
@@ -22,12 +23,12 @@ void LowLevelReading::withStoredItem(const QString& name, const std::function<vo
 
 void LowLevelReading::openStoredItem(const QString& name, DbHandle& db,
                                      const std::function<void(const StoredItem&)>& use) {
-  const Object database = state_.gDoc.get(QStringLiteral("PARENTDATABASE")).object();
+  const Object database = state_.gDoc.get(u"PARENTDATABASE"_s).object();
   api_.NotesInitExtended(0, QByteArray());
   api_.NSFDbOpen(networkPath(api_, database), db);
   if (db == 0) return;
   NoteHandle note = 0;
-  api_.NSFNoteOpen(db, hexToInt32(state_.gDoc.get(QStringLiteral("NoteID")).text()), 0, note);
+  api_.NSFNoteOpen(db, hexToInt32(state_.gDoc.get(u"NoteID"_s).text()), 0, note);
   if (note == 0) return;
   const QByteArray itemName = toCodePage(name);
   StoredItem item;
@@ -51,7 +52,7 @@ qint64 LowLevelReading::ItemSizeOf(const QString& name) {
   qint64 size = 0;
   withStoredItem(name, [&](const StoredItem& item) {
     if (item.type == kObjectItem) {
-      const QString key = trimBlanks(routines_.RightFrom(form_.fldList->text(), QStringLiteral(":")));
+      const QString key = trimBlanks(routines_.RightFrom(form_.fldList->text(), u":"_s));
       size = toInt32(state_.gAttachmentSizes.item(key));
     } else {
       size = contentLength(item.type, item.length);
@@ -62,7 +63,7 @@ qint64 LowLevelReading::ItemSizeOf(const QString& name) {
 
 QString LowLevelReading::DecodeAssistAction(const QString&) {
   QString text;
-  withStoredItem(QStringLiteral("$AssistAction"), [&](const StoredItem& item) {
+  withStoredItem(u"$AssistAction"_s, [&](const StoredItem& item) {
     text = readActionText(item);
     api_.OSUnlockObject(item.value.pool);
   });

@@ -4,13 +4,14 @@
 
 #include "notes/abbreviate_name.h"
 #include "notes/code_page.h"
+#include "notes/literals.h"
 #include "shell/text_routines.h"
 
 namespace lens {
 namespace {
 
 Procedure globalsProcedure(const char16_t* name) {
-  return {QString::fromUtf16(name), QStringLiteral("Modul Globals")};
+  return {QString::fromUtf16(name), u"Modul Globals"_s};
 }
 
 }  // namespace
@@ -52,7 +53,7 @@ QString Routines::AbbreviateName(const QString& name) {
   try {
     return abbreviateName(name);
   } catch (const RuntimeError&) {
-    host_.messageBox(QStringLiteral("Error in abbreviate function"));
+    host_.messageBox(u"Error in abbreviate function"_s);
     return {};
   }
 }
@@ -110,7 +111,7 @@ void Routines::StayNotOnTop(QWidget& window) {
 }
 
 void Routines::playDoneSound() {
-  const QString path = host_.findFile(host_.programDirectory() + QStringLiteral("\\done.wav"));
+  const QString path = host_.findFile(host_.programDirectory() + u"\\done.wav"_s);
   if (!path.isEmpty()) host_.playSound(path);
 }
 

@@ -1,6 +1,7 @@
 #include "shell/server_lists.h"
 
 #include "notes/code_page.h"
+#include "notes/literals.h"
 #include "shell/text_routines.h"
 
 namespace lens {
@@ -14,7 +15,7 @@ void addRows(const QVector<ComboBox*>& boxes, const QString& row) {
   for (ComboBox* box : boxes) box->addItem(row);
 }
 
-const QString kLocal = QStringLiteral("Local");
+const QString kLocal = u"Local"_s;
 
 }  // namespace
 
@@ -37,20 +38,20 @@ void ServerLists::GetServerList2(const QString& window) {
     }
   } catch (const RuntimeError& error) {
     // No source lines are kept, so the line is always 0.
-    host_.messageBox(QStringLiteral("GetServerList2: in line 0 ") + error.description(), box::Critical,
-                     QStringLiteral("Replic Notes DB's"));
+    host_.messageBox(u"GetServerList2: in line 0 "_s + error.description(), box::Critical,
+                     u"Replic Notes DB's"_s);
   }
 }
 
 ServerLists::AddressBook ServerLists::firstPublicBook() const {
   AddressBook found;
-  const Value books = state_.gSession.get(QStringLiteral("ADDRESSBOOKS"));
+  const Value books = state_.gSession.get(u"ADDRESSBOOKS"_s);
   if (books.isEmpty()) return found;
   for (const Value& element : books.values()) {
     const Object book = element.object();
-    if (!book.get(QStringLiteral("ISPUBLICADDRESSBOOK")).boolean() || found.found) continue;
-    found.server = routines_.AbbreviateName(book.get(QStringLiteral("server")).text());
-    found.path = book.get(QStringLiteral("FILEPATH")).text();
+    if (!book.get(u"ISPUBLICADDRESSBOOK"_s).boolean() || found.found) continue;
+    found.server = routines_.AbbreviateName(book.get(u"server"_s).text());
+    found.path = book.get(u"FILEPATH"_s).text();
     found.found = true;
   }
   return found;
@@ -60,7 +61,7 @@ ServerLists::AddressBook ServerLists::firstPublicBook() const {
 // list without servers.
 Object ServerLists::openBook(const AddressBook& found) const {
   try {
-    return state_.gSession.call(QStringLiteral("GETDATABASE"), found.server, found.path).object();
+    return state_.gSession.call(u"GETDATABASE"_s, found.server, found.path).object();
   } catch (const RuntimeError&) {
     return {};
   }
@@ -68,19 +69,19 @@ Object ServerLists::openBook(const AddressBook& found) const {
 
 void ServerLists::fillFromBook(const AddressBook& found, const QVector<ComboBox*>& boxes) {
   const Object book = openBook(found);
-  if (!book || !book.get(QStringLiteral("ISOPEN")).boolean()) {
+  if (!book || !book.get(u"ISOPEN"_s).boolean()) {
     setTexts(boxes, kLocal);
     return;
   }
   addRows(boxes, kLocal);
-  const Object view = book.call(QStringLiteral("GETVIEW"), QStringLiteral("($Servers)")).object();
-  Object document = view.call(QStringLiteral("GETFIRSTDOCUMENT")).object();
+  const Object view = book.call(u"GETVIEW"_s, u"($Servers)"_s).object();
+  Object document = view.call(u"GETFIRSTDOCUMENT"_s).object();
   while (document) {
-    const Value names = document.call(QStringLiteral("GETITEMVALUE"), QStringLiteral("ServerName"));
+    const Value names = document.call(u"GETITEMVALUE"_s, u"ServerName"_s);
     addRows(boxes, names.at(0).text());
-    document = view.call(QStringLiteral("GETNEXTDOCUMENT"), document).object();
+    document = view.call(u"GETNEXTDOCUMENT"_s, document).object();
   }
-  const QString server = book.get(QStringLiteral("server")).text();
+  const QString server = book.get(u"server"_s).text();
   setTexts(boxes, server.isEmpty() ? kLocal : server);
 }
 
@@ -96,7 +97,7 @@ void ServerLists::GetNotesServerNames() {
       addListedServers(names);
     }
   } catch (const RuntimeError& error) {
-    host_.messageBox(error.description(), box::Plain, QStringLiteral("Marrowgate/Notes Client?"));
+    host_.messageBox(error.description(), box::Plain, u"Marrowgate/Notes Client?"_s);
   }
   if (locked) {
     api_.OSUnlockObject(list);

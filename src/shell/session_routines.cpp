@@ -5,22 +5,22 @@ namespace lens {
 void SessionRoutines::GetSessionProbe() {
   try {
     if (state_.gSession.isNothing()) {
-      state_.gSession = notes_.create(QStringLiteral("Lotus.NotesSession"));
-      state_.gSession.call(QStringLiteral("Initialize"));
-      state_.gSession.get(QStringLiteral("USERNAME"));
+      state_.gSession = notes_.create(u"Lotus.NotesSession"_s);
+      state_.gSession.call(u"Initialize"_s);
+      state_.gSession.get(u"USERNAME"_s);
     }
   } catch (const RuntimeError& error) {
-    host_.messageBox(QStringLiteral("Start NotesClient !!!  ") + error.description(), box::Critical);
+    host_.messageBox(u"Start NotesClient !!!  "_s + error.description(), box::Critical);
   }
 }
 
 void SessionRoutines::ensureSession() {
-  if (state_.gSession.isNothing()) state_.gSession = notes_.create(QStringLiteral("Notes.NotesSession"));
+  if (state_.gSession.isNothing()) state_.gSession = notes_.create(u"Notes.NotesSession"_s);
 }
 
 QString SessionRoutines::systemEntry(const QString& name) {
   ensureSession();
-  return state_.gSession.call(QStringLiteral("GETENVIRONMENTSTRING"), name, true).text();
+  return state_.gSession.call(u"GETENVIRONMENTSTRING"_s, name, true).text();
 }
 
 }  // namespace lens

@@ -5,6 +5,7 @@
 
 #include "host/host.h"
 #include "notes/bridge.h"
+#include "notes/literals.h"
 #include "shell/globals.h"
 
 namespace lens {
@@ -17,8 +18,8 @@ class SessionRoutines {
   // client or no identity is at hand. The only place that names a missing client to the user.
   void GetSessionProbe();
   // Both raise what the model raises.
-  QString GetDataDirectory() { return systemEntry(QStringLiteral("Directory")); }
-  QString GetProgramDirectory() { return systemEntry(QStringLiteral("NotesProgram")); }
+  QString GetDataDirectory() { return systemEntry(u"Directory"_s); }
+  QString GetProgramDirectory() { return systemEntry(u"NotesProgram"_s); }
   // Makes a session of the running client when there is none.
   void ensureSession();
 

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <utility>
 
+#include "notes/literals.h"
 #include "notes/numbers.h"
 
 namespace lens {
@@ -52,15 +53,15 @@ QString element(QString& text, const QString& separator) {
   if (text.size() > 1) text.remove(0, 1);
   // A single character behind a leading separator is dropped; existing rows rely on it.
   if (text.size() == 1) text.clear();
-  return QStringLiteral(" ");
+  return u" "_s;
 }
 
 QString unsignedDec2Hex(const Value& number) {
   constexpr double kTwoTo32 = 4294967296.0;
   const double value = number.number();
-  if (value < 0) return QStringLiteral("-1");
+  if (value < 0) return u"-1"_s;
   const double rounded = std::nearbyint(value);
-  if (rounded >= kTwoTo32) return QStringLiteral("-1");
+  if (rounded >= kTwoTo32) return u"-1"_s;
   return QString::number(quint32(rounded), 16).toUpper();
 }
 
@@ -75,11 +76,11 @@ Value hexStringToBinary(const QString& text) {
 }
 
 QString eightDigits(const QString& noteId) {
-  return QString(QStringLiteral("00000000") + noteId).right(8);
+  return QString(u"00000000"_s + noteId).right(8);
 }
 
 QString widenLineFeeds(const QString& text) {
-  return replaceAllText(text, QStringLiteral("\n"), QStringLiteral("\r\n"));
+  return replaceAllText(text, u"\n"_s, u"\r\n"_s);
 }
 
 QString trimBlanks(const QString& text) {

@@ -4,6 +4,7 @@
 
 #include "controls/list_box.h"
 #include "controls/rich_text_box.h"
+#include "notes/literals.h"
 #include "shell/error_modes.h"
 
 namespace lens {
@@ -35,7 +36,7 @@ void formatAllText(RichTextBox& box, int points) {
   if (box.text().isEmpty()) return;
   box.setSelStart(0);
   box.setSelLength(int(box.text().size()));
-  box.setSelFontName(QStringLiteral("Consolas"));
+  box.setSelFontName(u"Consolas"_s);
   box.setSelFontSize(qMax(points, 1));
   box.setSelBold(false);
   box.setSelItalic(false);
@@ -58,7 +59,7 @@ void WindowLayout::GetLocation() {
     });
   }
   // The text names Form1 for every window; users of both windows know it so.
-  trapped(host_, {QStringLiteral("GetLocation")}, [&] {
+  trapped(host_, {u"GetLocation"_s}, [&] {
     recordedWidth_ = Int16(window_.width() * kTwipsPerPixel);
     recordedHeight_ = Int16(window_.height() * kTwipsPerPixel);
   });

@@ -3,8 +3,8 @@
 
 #include "client/client_fixture.h"
 #include "client/document_model.h"
-#include "embedded/dxl/source_formula.h"
 #include "embedded/dxl/view_elements.h"
+#include "embedded/format/source_formula.h"
 
 namespace lens {
 namespace {

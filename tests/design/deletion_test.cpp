@@ -7,11 +7,11 @@ namespace {
 
 class DeletionTest : public DesignTest {
  protected:
-  static ShownBox told(const QString& text) { return {text, box::Information, u"Remove doc"_s}; }
-  ShownBox deleted(quint32 id) const { return told(u"Successfully deleted NoteID "_s + digits(id)); }
+  static ShownBox toldBox(const QString& text) { return {text, box::Information, u"Remove doc"_s}; }
+  ShownBox deleted(quint32 id) const { return toldBox(u"Successfully deleted NoteID "_s + digits(id)); }
   ShownBox notThere(quint32 id) {
-    return told(u"Unable to delete doc. Error was 551: "_s + app->routines.GetAPIError(551) + u" " +
-                digits(id));
+    return toldBox(u"Unable to delete doc. Error was 551: "_s + app->routines.GetAPIError(551) + u" " +
+                   digits(id));
   }
 };
 
@@ -112,8 +112,8 @@ TEST_F(DeletionTest, TellsAStubAGoneNoteAndAnIdThatNeverWasApart) {
                                                                   {0x0214, digits(kept + 1)},
                                                                   {0x0214, digits(kept + 400)},
                                                                   {0x0214, u"00000000"_s}})
-    expected += told(u"Unable to delete doc. Error was %1: "_s.arg(status) +
-                     app->routines.GetAPIError(status) + u" " + id);
+    expected += toldBox(u"Unable to delete doc. Error was %1: "_s.arg(status) +
+                        app->routines.GetAPIError(status) + u" " + id);
   EXPECT_EQ(host.boxes, expected);
   EXPECT_EQ(markedRows().size(), 5);
   EXPECT_EQ(database->state(stub), NoteState::Stub);
@@ -184,7 +184,7 @@ TEST_F(DeletionTest, TakesNoPartOfANameForAnId) {
   capi().log.clear();
   press("cmdDelete");
   const auto mismatch = [](const QString& text) {
-    return told(u"Notes error 13 occurred: Type mismatch "_s + text);
+    return toldBox(u"Notes error 13 occurred: Type mismatch "_s + text);
   };
   EXPECT_EQ(host.boxes, Boxes({mismatch(older), mismatch(tail), mismatch(u"12"_s), mismatch(u"123456789"_s),
                                mismatch(u"0000011G"_s)}));
@@ -201,7 +201,7 @@ TEST_F(DeletionTest, ClearsTheTopBitOfAnId) {
   markRows({digits(bad | 0x80000000u)});
   press("cmdDelete");
   ASSERT_EQ(host.boxes.size(), 1);
-  EXPECT_EQ(host.boxes[0], told(u"Successfully deleted NoteID "_s + digits(bad | 0x80000000u)));
+  EXPECT_EQ(host.boxes[0], toldBox(u"Successfully deleted NoteID "_s + digits(bad | 0x80000000u)));
   EXPECT_EQ(database->state(bad), NoteState::Gone);
 }
 
@@ -251,7 +251,7 @@ TEST_F(DeletionTest, OfADatabaseThatCannotBeOpenedSaysSoAndGoesOn) {
   DbHandle db = 0;
   const Status status = engineCapi->NSFDbOpen("CN=ACME-HUB01/O=Acme!!gone.nsf", db);
   ASSERT_NE(status, 0);
-  const ShownBox expected = told(
+  const ShownBox expected = toldBox(
       u"Cannot open database gone.nsf on server CN=ACME-HUB01/O=Acme. Error was %1: "_s.arg(qint16(status)) +
       app->routines.GetAPIError(status) + u" " + digits(id));
   EXPECT_EQ(host.boxes, Boxes({expected, expected}));

@@ -5,7 +5,7 @@
 namespace lens {
 namespace {
 
-const QString kProcedure = u"cmdDesignDocs_Click"_s;
+const QString kDesignDocsProcedure = u"cmdDesignDocs_Click"_s;
 
 class DesignDocsTest : public DesignTest {
  protected:
@@ -119,7 +119,7 @@ TEST_F(DesignDocsTest, WithoutASessionShowsTheErrorBox) {
   start();
   state().gSession.release();
   run();
-  EXPECT_EQ(host.boxes, Boxes({errorBox(kProcedure, err::ObjectNotSet)}));
+  EXPECT_EQ(host.boxes, Boxes({errorBox(kDesignDocsProcedure, err::ObjectNotSet)}));
 }
 
 TEST_F(DesignDocsTest, EndsAtANoteThatIsGone) {
@@ -128,7 +128,7 @@ TEST_F(DesignDocsTest, EndsAtANoteThatIsGone) {
   notes().replies.insert(u"GETNEXTNOTEID"_s, QString());
   run(u"SELECTDOCUMENTS"_s);
   EXPECT_EQ(rows("idList"), QStringList(digits(first) + u" "));
-  EXPECT_EQ(host.boxes, Boxes({errorBox(kProcedure, err::ObjectNotSet)}));
+  EXPECT_EQ(host.boxes, Boxes({errorBox(kDesignDocsProcedure, err::ObjectNotSet)}));
   EXPECT_EQ(database->state(second), NoteState::Live);
 }
 
@@ -244,10 +244,10 @@ TEST_F(NoteIdScan, EndsInAnOverflowBehindTheHighestNumber) {
   scan(1000, u"2147483645"_s);
   EXPECT_EQ(shownIds, QStringList({u"7FFFFFFE"_s, u"7FFFFFFF"_s}));
   EXPECT_EQ(text("txtLfdNr"), "2147483646");
-  EXPECT_EQ(host.boxes, Boxes({errorBox(kProcedure, err::Overflow)}));
+  EXPECT_EQ(host.boxes, Boxes({errorBox(kDesignDocsProcedure, err::Overflow)}));
   host.boxes.clear();
   scan(1000, u"3000000000"_s);
-  EXPECT_EQ(host.boxes, Boxes({errorBox(kProcedure, err::Overflow)}));
+  EXPECT_EQ(host.boxes, Boxes({errorBox(kDesignDocsProcedure, err::Overflow)}));
 }
 
 TEST_F(NoteIdScan, PassesOverANameWithoutValues) {

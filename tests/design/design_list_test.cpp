@@ -42,7 +42,7 @@ constexpr ClassRow kClasses[] = {
     {u"SELECTVIEWS", u"VIEWS"},
 };
 
-const QString kProcedure = u"lstDesigns_DblClick"_s;
+const QString kDesignListProcedure = u"lstDesigns_DblClick"_s;
 
 class DesignListTest : public DesignTest {};
 
@@ -195,7 +195,7 @@ TEST_F(DesignListTest, WritesTheFirstCaptionBeforeTheCollectionIsMade) {
   notes().failing.insert(u"CREATENOTECOLLECTION"_s, RuntimeError(70));
   list(u"SELECTDOCUMENTS"_s);
   EXPECT_EQ(caption(), "Documents in: !!mail.nsf");
-  EXPECT_EQ(host.boxes, Boxes({errorBox(kProcedure, 70)}));
+  EXPECT_EQ(host.boxes, Boxes({errorBox(kDesignListProcedure, 70)}));
 }
 
 TEST_F(DesignListTest, EndsAtANoteThatIsDeletedMeanwhileAndKeepsItsRows) {
@@ -207,7 +207,7 @@ TEST_F(DesignListTest, EndsAtANoteThatIsDeletedMeanwhileAndKeepsItsRows) {
   host.pointers.clear();
   list(u"SELECTDOCUMENTS"_s);
   EXPECT_EQ(rows("idList"), QStringList(digits(first)));
-  EXPECT_EQ(host.boxes, Boxes({errorBox(kProcedure, err::ObjectNotSet)}));
+  EXPECT_EQ(host.boxes, Boxes({errorBox(kDesignListProcedure, err::ObjectNotSet)}));
   EXPECT_EQ(host.pointers, QVector<int>({pointer::Hourglass}));
   EXPECT_EQ(text("lblCounter"), counter);
   EXPECT_EQ(state().gDocKind, "PROFILE");
@@ -247,7 +247,7 @@ TEST_F(DesignListTest, EndsAtANameWithoutValues) {
   start();
   list(u"SELECTDOCUMENTS"_s);
   EXPECT_EQ(rows("idList"), QStringList(digits(first)));
-  EXPECT_EQ(host.boxes, Boxes({errorBox(kProcedure, err::TypeMismatch)}));
+  EXPECT_EQ(host.boxes, Boxes({errorBox(kDesignListProcedure, err::TypeMismatch)}));
 }
 
 TEST_F(DesignListTest, LeavesAnHourglassThatTheNextClickTakesAway) {
@@ -290,7 +290,7 @@ TEST_F(ManyRows, AreCountedUpTo32767) {
 
 TEST_F(ManyRows, OverflowTheCounterAndLeaveTheHourglass) {
   listRows(32768);
-  EXPECT_EQ(host.boxes, Boxes({errorBox(kProcedure, err::Overflow)}));
+  EXPECT_EQ(host.boxes, Boxes({errorBox(kDesignListProcedure, err::Overflow)}));
   EXPECT_EQ(host.pointerCode, pointer::Hourglass);
   EXPECT_EQ(state().gDocKind, "PROFILE");
 }

@@ -18,14 +18,14 @@ namespace lens {
 namespace {
 
 #ifdef Q_OS_WIN
-const QByteArray kEnd = "\r\n";
+const QByteArray kDumpEnd = "\r\n";
 #else
-const QByteArray kEnd = "\n";
+const QByteArray kDumpEnd = "\n";
 #endif
 
 QByteArray lines(const QList<QByteArray>& texts) {
   QByteArray all;
-  for (const QByteArray& text : texts) all.append(text).append(kEnd);
+  for (const QByteArray& text : texts) all.append(text).append(kDumpEnd);
   return all;
 }
 

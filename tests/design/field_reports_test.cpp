@@ -2,7 +2,7 @@
 #include <sqlite3.h>
 
 #include "design/tools_fixture.h"
-#include "embedded/store/timedate.h"
+#include "embedded/format/timedate.h"
 
 namespace lens {
 namespace {

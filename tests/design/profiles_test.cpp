@@ -5,7 +5,7 @@
 namespace lens {
 namespace {
 
-const QString kProcedure = u"cmdGetProfiels_Click"_s;
+const QString kProfilesProcedure = u"cmdGetProfiels_Click"_s;
 
 class ProfilesTest : public DesignTest {};
 
@@ -108,7 +108,7 @@ TEST_F(ProfilesTest, OneThatCannotBeHadCostsOneBox) {
     notes().failAt = int(calls.indexOf(u"GETNTHDOCUMENT"_s, calls.indexOf(u"GETNTHDOCUMENT"_s) + 1)) + 1;
     click("cmdGetProfiels");
     notes().failAt = 0;
-    EXPECT_EQ(host.boxes, Boxes({errorBox(kProcedure, number)}));
+    EXPECT_EQ(host.boxes, Boxes({errorBox(kProfilesProcedure, number)}));
     EXPECT_EQ(rows("idList"), QStringList({profileRow(u"a"_s, first), profileRow(u"c"_s, third)}));
     EXPECT_EQ(text("lblCounter"), "2");
     EXPECT_EQ(state().gDocKind, "PROFILE");
@@ -128,7 +128,7 @@ TEST_F(ProfilesTest, OneThatLosesItsNameMeanwhileCostsOneBox) {
     database->save(note);
   };
   click("cmdGetProfiels");
-  EXPECT_EQ(host.boxes, Boxes({errorBox(kProcedure, err::TypeMismatch)}));
+  EXPECT_EQ(host.boxes, Boxes({errorBox(kProfilesProcedure, err::TypeMismatch)}));
   EXPECT_EQ(rows("idList"), QStringList({profileRow(u"a"_s, first), profileRow(u"c"_s, third)}));
   EXPECT_EQ(state().gDocKind, "PROFILE");
 }
@@ -151,8 +151,8 @@ TEST_F(ProfilesTest, ThatAreNoCollectionCostABoxForItAndOneForItsCount) {
   start();
   notes().failing.insert(u"GETPROFILEDOCCOLLECTION"_s, RuntimeError(4101, u"no luck"_s));
   click("cmdGetProfiels");
-  EXPECT_EQ(host.boxes,
-            Boxes({errorBox(kProcedure, 4101, u"no luck"_s), errorBox(kProcedure, err::ObjectNotSet)}));
+  EXPECT_EQ(host.boxes, Boxes({errorBox(kProfilesProcedure, 4101, u"no luck"_s),
+                               errorBox(kProfilesProcedure, err::ObjectNotSet)}));
   EXPECT_EQ(rows("idList"), QStringList());
   EXPECT_EQ(text("lblCounter"), "0");
   EXPECT_EQ(state().gDocKind, "PROFILE");
@@ -163,8 +163,8 @@ TEST_F(ProfilesTest, WithoutAClientCostABoxForTheSessionAndOneForItsDatabase) {
   start();
   notes().failing.insert(u"NOTES.NOTESSESSION"_s, RuntimeError(err::CannotCreateObject));
   click("cmdGetProfiels");
-  EXPECT_EQ(host.boxes, Boxes({errorBox(kProcedure, err::CannotCreateObject),
-                               errorBox(kProcedure, err::ObjectNotSet), noDatabaseBox()}));
+  EXPECT_EQ(host.boxes, Boxes({errorBox(kProfilesProcedure, err::CannotCreateObject),
+                               errorBox(kProfilesProcedure, err::ObjectNotSet), noDatabaseBox()}));
   EXPECT_EQ(rows("idList"), QStringList(profileRow(u"a"_s, id)));
   EXPECT_TRUE(state().gSession.isNothing());
   EXPECT_TRUE(state().gDb.isNothing()) << "nothing of the listing before is taken for the client's";
@@ -208,7 +208,7 @@ TEST_F(ProfilesTest, AreCountedUpTo32767AndOverflowTheCounterBeyond) {
     EXPECT_EQ(text("lblCounter"), "32767");
     EXPECT_EQ(state().gDocKind, "PROFILE");
   }
-  EXPECT_EQ(host.boxes, Boxes({errorBox(kProcedure, err::Overflow)}));
+  EXPECT_EQ(host.boxes, Boxes({errorBox(kProfilesProcedure, err::Overflow)}));
 }
 
 TEST_F(ProfilesTest, LeadToTheirFields) {

@@ -12,8 +12,8 @@ namespace {
 
 // Before any database is opened.
 struct FailingDisk {
-  FailingDisk() { testing::FaultyDisk::count(); }
-  ~FailingDisk() { testing::FaultyDisk::count(); }
+  FailingDisk() { testbed::FaultyDisk::count(); }
+  ~FailingDisk() { testbed::FaultyDisk::count(); }
 };
 
 class DiskAndOthers : private FailingDisk, public EditingTest {
@@ -182,10 +182,10 @@ TEST_F(DiskAndOthers, ADiskThatFillsUpInARunLosesNothingAndHalvesNothing) {
     setText("txtFieldName", u"Subject"_s);
     setText("txtFieldContent", u"new"_s);
     host.boxes.clear();
-    testing::FaultyDisk::fullFrom(moment);
+    testbed::FaultyDisk::fullFrom(moment);
     press("cmdWriteDocsInColl");
-    const bool reached = testing::FaultyDisk::changes() >= moment;
-    testing::FaultyDisk::count();
+    const bool reached = testbed::FaultyDisk::changes() >= moment;
+    testbed::FaultyDisk::count();
     QString subjects;
     for (const quint32 id : ids) subjects += values(stored(id), u"Subject"_s).join(u',') + u' ';
     const qsizetype done = subjects.count(u"new"_s);
@@ -207,9 +207,9 @@ TEST_F(DiskAndOthers, AFullDiskLeavesTheStoredDocumentAndSaysSo) {
   show(memo());
   selectRow("fldList", u"Subject:"_s);
   setText("txtFieldContent", u"new"_s);
-  testing::FaultyDisk::fullFrom(1);
+  testbed::FaultyDisk::fullFrom(1);
   press("cmdOverwrite");
-  testing::FaultyDisk::count();
+  testbed::FaultyDisk::count();
   ASSERT_EQ(host.boxes.size(), 1);
   EXPECT_EQ(host.boxes[0].title, u"Error in Overwrite"_s);
   EXPECT_EQ(values(u"Subject"_s), QStringList(u"Pumps"_s));

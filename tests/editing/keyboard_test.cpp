@@ -70,7 +70,7 @@ class Keyboard : public EditingTest {
     fill("txtFieldContent", content);
     access(Qt::Key_A);
   }
-  void overwrite(const QString& name, const QString& content) {
+  void overwriteByKey(const QString& name, const QString& content) {
     chooseItem(name);
     fill("txtFieldContent", content);
     access(Qt::Key_O);
@@ -100,10 +100,10 @@ TEST_F(Keyboard, CapturesAddsOverwritesReplacesReadsAgainAndDeletes) {
   EXPECT_EQ(values(u"Authors"_s), QStringList(u"CN=C"_s));
   EXPECT_EQ(bodyText(stored(), u"Rich"_s), QString());
 
-  overwrite(u"Text"_s, u"Basel\nChur"_s);
-  overwrite(u"Number"_s, u"13"_s);
-  overwrite(u"Date"_s, u"12.03.2024"_s);
-  for (const QString& name : {u"Names"_s, u"Readers"_s, u"Authors"_s}) overwrite(name, u"CN=D"_s);
+  overwriteByKey(u"Text"_s, u"Basel\nChur"_s);
+  overwriteByKey(u"Number"_s, u"13"_s);
+  overwriteByKey(u"Date"_s, u"12.03.2024"_s);
+  for (const QString& name : {u"Names"_s, u"Readers"_s, u"Authors"_s}) overwriteByKey(name, u"CN=D"_s);
   ASSERT_EQ(boxes(), QStringList());
   EXPECT_EQ(values(u"Text"_s), QStringList({u"Basel"_s, u"Chur"_s}));
   EXPECT_EQ(values(u"Number"_s), QStringList(u"13"_s));
@@ -157,7 +157,7 @@ TEST_F(Keyboard, AnAccessKeyOfTwoButtonsMovesTheFocusFromOneToTheOther) {
 TEST_F(Keyboard, ReadingAgainUndoesWhatWasNotSaved) {
   showActive(memo());
   notes().failing.insert(u"SAVE"_s, RuntimeError(70));
-  overwrite(u"Subject"_s, u"unsaved"_s);
+  overwriteByKey(u"Subject"_s, u"unsaved"_s);
   ASSERT_EQ(host.boxes.size(), 1);
   notes().failing.clear();
   readAgain();

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-int raisedBy(const QString& sentence) {
+int raisedByType(const QString& sentence) {
   try {
     typeNumber(typeText(sentence));
   } catch (const RuntimeError& error) {
@@ -31,9 +31,9 @@ TEST(TypeNumber, OpeningParenthesisMayLack) {
 }
 
 TEST(TypeNumber, ClosingParenthesisMayNot) {
-  EXPECT_EQ(raisedBy(u"1280"_s), err::InvalidCall);
-  EXPECT_EQ(raisedBy(u"TEXT (1280"_s), err::InvalidCall);
-  EXPECT_EQ(raisedBy(u""_s), err::InvalidCall);
+  EXPECT_EQ(raisedByType(u"1280"_s), err::InvalidCall);
+  EXPECT_EQ(raisedByType(u"TEXT (1280"_s), err::InvalidCall);
+  EXPECT_EQ(raisedByType(u""_s), err::InvalidCall);
 }
 
 TEST(TypeNumber, AnythingElseIsZero) {
@@ -41,8 +41,8 @@ TEST(TypeNumber, AnythingElseIsZero) {
 }
 
 TEST(TypeNumber, HasSixteenBitsAndIsRounded) {
-  EXPECT_EQ(raisedBy(u"(70000)"_s), err::Overflow);
-  EXPECT_EQ(raisedBy(u"(-70000)"_s), err::Overflow);
+  EXPECT_EQ(raisedByType(u"(70000)"_s), err::Overflow);
+  EXPECT_EQ(raisedByType(u"(-70000)"_s), err::Overflow);
   EXPECT_EQ(typeNumber(u"2.5"_s), 2);
   EXPECT_EQ(typeNumber(u"3.5"_s), 4);
 }

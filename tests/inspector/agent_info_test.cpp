@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "embedded/dxl/agent_records.h"
+#include "embedded/format/agent_records.h"
 #include "support/lens_fixture.h"
 
 namespace lens {

@@ -6,7 +6,7 @@
 
 #include "app/sample_workspace.h"
 #include "embedded/dxl/dxl_importer.h"
-#include "shell/list_rows.h"
+#include "shell/row_texts.h"
 #include "support/lens_fixture.h"
 
 namespace lens {

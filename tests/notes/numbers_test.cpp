@@ -10,7 +10,7 @@
 namespace lens {
 namespace {
 
-int raised(const std::function<void()>& statement) {
+int raisedNumber(const std::function<void()>& statement) {
   try {
     statement();
     return 0;
@@ -34,7 +34,7 @@ TEST(NumberText, DoesNotFollowTheRegion) {
   QLocale::setDefault(QLocale(QLocale::German));
   EXPECT_EQ(numberText(1.5), "1.5");
   EXPECT_EQ(wholeNumberText(u"1.5"), 1.5);
-  EXPECT_EQ(raised([] { wholeNumberText(u"1,5"); }), err::TypeMismatch);
+  EXPECT_EQ(raisedNumber([] { wholeNumberText(u"1,5"); }), err::TypeMismatch);
   QLocale::setDefault(before);
 }
 
@@ -45,7 +45,7 @@ TEST(WholeNumber, TakesBlanksAndLineEndsAroundIt) {
 
 TEST(WholeNumber, RefusesEverythingThatIsNoNumberAsAWhole) {
   for (const char16_t* text : {u"", u" ", u"12abc", u"nan", u"inf", u"0x10", u"1 2", u"1e999"})
-    EXPECT_EQ(raised([&] { wholeNumberText(QString::fromUtf16(text)); }), err::TypeMismatch)
+    EXPECT_EQ(raisedNumber([&] { wholeNumberText(QString::fromUtf16(text)); }), err::TypeMismatch)
         << QString::fromUtf16(text).toStdString();
 }
 
@@ -54,7 +54,7 @@ TEST(Rounding, GoesHalfToEvenAndOverflowsBeyond32Bits) {
   EXPECT_EQ(toInt32(u"3.5"), 4);
   EXPECT_EQ(toInt32(u"-2.5"), -2);
   EXPECT_EQ(toInt32(u"2147483647"), 2147483647);
-  EXPECT_EQ(raised([] { toInt32(u"2147483648"); }), err::Overflow);
+  EXPECT_EQ(raisedNumber([] { toInt32(u"2147483648"); }), err::Overflow);
 }
 
 TEST(NoteIdNumber, IsReadUnsignedAndReinterpreted) {
@@ -66,15 +66,15 @@ TEST(NoteIdNumber, IsReadUnsignedAndReinterpreted) {
 
 TEST(NoteIdNumber, RefusesOtherTexts) {
   for (const char16_t* text : {u"", u"123456789", u"12G4", u" 12", u"-1"})
-    EXPECT_EQ(raised([&] { hexToInt32(QString::fromUtf16(text)); }), err::TypeMismatch);
+    EXPECT_EQ(raisedNumber([&] { hexToInt32(QString::fromUtf16(text)); }), err::TypeMismatch);
 }
 
 TEST(Int16, RaisesOverflowInsteadOfWrapping) {
   EXPECT_EQ(Int16(32767), 32767);
-  EXPECT_EQ(raised([] { Int16(32768); }), err::Overflow);
-  EXPECT_EQ(raised([] { Int16(-32769); }), err::Overflow);
+  EXPECT_EQ(raisedNumber([] { Int16(32768); }), err::Overflow);
+  EXPECT_EQ(raisedNumber([] { Int16(-32769); }), err::Overflow);
   Int16 counter(32767);
-  EXPECT_EQ(raised([&] { counter += 1; }), err::Overflow);
+  EXPECT_EQ(raisedNumber([&] { counter += 1; }), err::Overflow);
   EXPECT_EQ(counter, 32767);
 }
 

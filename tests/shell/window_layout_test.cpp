@@ -12,7 +12,7 @@ class WindowLayoutTest : public LensFixture {
     Note note = document(u"Memo"_s);
     openDocument(save(note));
     build();
-    app->mainWindow.Form_Load();
+    app->lifecycle.Form_Load();
     form().resize(1280, 800);
     form().show();
   }

@@ -1,7 +1,7 @@
 // A client's window that counts how often it was told of new databases.
 #pragma once
 
-#include "embedded/client_state.h"
+#include "embedded/workspace/client_state.h"
 
 namespace lens {
 

@@ -24,7 +24,7 @@
 #include "app/application.h"
 #include "embedded/capi/embedded_capi.h"
 #include "embedded/model/embedded_gateway.h"
-#include "embedded/workspace.h"
+#include "embedded/workspace/workspace.h"
 #include "support/faulty_gateway.h"
 #include "support/forwarding_capi.h"
 #include "support/printers.h"

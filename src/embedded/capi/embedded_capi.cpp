@@ -4,9 +4,9 @@
 
 #include "embedded/capi/call_support.h"
 #include "embedded/console/console.h"
-#include "embedded/formula_world/note_document.h"
-#include "embedded/store/packed_note.h"
-#include "embedded/views/design_notes.h"
+#include "embedded/design/design_notes.h"
+#include "embedded/format/packed_note.h"
+#include "embedded/formula_context/evaluated_note.h"
 #include "notes/code_page.h"
 
 namespace lens {

@@ -15,9 +15,9 @@
 
 #include "embedded/capi/handle_table.h"
 #include "embedded/capi/memory_pool.h"
+#include "embedded/evaluation/workspace_environment.h"
 #include "embedded/formula/formula.h"
-#include "embedded/formula_world/workspace_environment.h"
-#include "embedded/workspace.h"
+#include "embedded/workspace/workspace.h"
 #include "notes/capi.h"
 
 namespace lens {

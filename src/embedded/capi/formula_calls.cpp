@@ -5,11 +5,11 @@
 #include "embedded/capi/call_support.h"
 #include "embedded/capi/embedded_capi.h"
 #include "embedded/capi/status.h"
-#include "embedded/dxl/source_formula.h"
-#include "embedded/formula_world/item_conversion.h"
-#include "embedded/formula_world/note_document.h"
-#include "embedded/formula_world/store_database.h"
-#include "embedded/store/lmbcs.h"
+#include "embedded/evaluation/store_database.h"
+#include "embedded/format/lmbcs.h"
+#include "embedded/format/source_formula.h"
+#include "embedded/formula_context/evaluated_note.h"
+#include "embedded/formula_context/item_conversion.h"
 
 namespace lens {
 namespace {
@@ -91,7 +91,7 @@ Status EmbeddedCApi::NSFComputeEvaluate(MemHandle compute, NoteHandle note, MemH
 formula::Outcome EmbeddedCApi::evaluate(formula::Evaluation& evaluation, OpenNote* note) {
   if (!note) return evaluation.run(nullptr, nullptr);
   const OpenDb* open = dbs_.find(note->db);
-  NoteDocument document(&note->note, open ? open->store.get() : nullptr);
+  EvaluatedNote document(&note->note, open ? open->store.get() : nullptr);
   if (!open) return evaluation.run(&document, nullptr);
   StoreDatabase database(*workspace_, open->place, open->store);
   const formula::Outcome outcome = evaluation.run(&document, &database);

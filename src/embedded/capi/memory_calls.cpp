@@ -1,7 +1,7 @@
 // The functions of the C API that read memory of the library: records, lists, locks.
 #include "embedded/capi/call_support.h"
 #include "embedded/capi/embedded_capi.h"
-#include "embedded/store/lmbcs.h"
+#include "embedded/format/lmbcs.h"
 
 namespace lens {
 namespace {

@@ -1,7 +1,7 @@
 #include "embedded/capi/status.h"
 
 #include "embedded/formula/faults.h"
-#include "embedded/workspace.h"
+#include "embedded/workspace/workspace.h"
 
 namespace lens {
 namespace {

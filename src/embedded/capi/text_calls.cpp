@@ -1,7 +1,7 @@
 // The functions of the C API that write texts: paths, times, sentences, other character sets.
 #include "embedded/capi/call_support.h"
 #include "embedded/capi/embedded_capi.h"
-#include "embedded/store/lmbcs.h"
+#include "embedded/format/lmbcs.h"
 #include "notes/code_page.h"
 
 namespace lens {

@@ -2,7 +2,8 @@
 
 #include "embedded/console/command_line.h"
 #include "embedded/console/console_call.h"
-#include "embedded/store/lmbcs.h"
+#include "embedded/format/lmbcs.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -34,51 +35,50 @@ const ConsoleCommand kTasks[] = {
 };
 
 Lines helpCommand(const ConsoleCall&) {
-  Lines lines{QStringLiteral("Commands of this server:")};
+  Lines lines{u"Commands of this server:"_s};
   lines += helpOn(kCommands);
-  lines.append(QStringLiteral("Names with blanks stand between quotation marks."));
+  lines.append(u"Names with blanks stand between quotation marks."_s);
   return lines;
 }
 
 Lines noSuchTask(const QString& word) {
-  return {QStringLiteral("Unable to find a task of this name: %1").arg(repeated(word))};
+  return {u"Unable to find a task of this name: %1"_s.arg(repeated(word))};
 }
 
 Lines loadCommand(const ConsoleCall& call) {
-  if (call.words.isEmpty()) return {QStringLiteral("Load needs the name of a task")};
+  if (call.words.isEmpty()) return {u"Load needs the name of a task"_s};
   const ConsoleCommand* task = findCommand(kTasks, call.words.first());
   return task ? task->run(call.behindFirstWord()) : noSuchTask(call.words.first());
 }
 
 // A task has ended before its reply is there, so there is never one to talk to.
 Lines tellCommand(const ConsoleCall& call) {
-  if (call.words.isEmpty()) return {QStringLiteral("Tell needs the name of a task")};
+  if (call.words.isEmpty()) return {u"Tell needs the name of a task"_s};
   const ConsoleCommand* task = findCommand(kTasks, call.words.first());
   if (!task) return noSuchTask(call.words.first());
-  return {QStringLiteral("Task %1 is not running").arg(QLatin1String(task->name))};
+  return {u"Task %1 is not running"_s.arg(QLatin1String(task->name))};
 }
 
 Lines broadcastCommand(const ConsoleCall&) {
-  return {QStringLiteral("Broadcast was not sent: no other users are connected to this server")};
+  return {u"Broadcast was not sent: no other users are connected to this server"_s};
 }
 
 Lines quitCommand(const ConsoleCall&) {
-  return {
-      QStringLiteral("Quit is not possible here: the server is there as long as its workspace is in use")};
+  return {u"Quit is not possible here: the server is there as long as its workspace is in use"_s};
 }
 
 Lines run(const ConsoleCall& call) {
-  const QString word = call.words.first() == u"?" ? QStringLiteral("help") : call.words.first();
+  const QString word = call.words.first() == u"?" ? u"help"_s : call.words.first();
   const ConsoleCommand* command = findCommand(kCommands, word);
   if (!command)
     return {
-        QStringLiteral("Unknown command: %1").arg(repeated(word)),
-        QStringLiteral("Type HELP for the list of commands."),
+        u"Unknown command: %1"_s.arg(repeated(word)),
+        u"Type HELP for the list of commands."_s,
     };
   try {
     return command->run(call.behindFirstWord());
   } catch (const RuntimeError& error) {
-    return {QStringLiteral("Error in %1: %2").arg(QLatin1String(command->name), error.description())};
+    return {u"Error in %1: %2"_s.arg(QLatin1String(command->name), error.description())};
   }
 }
 
@@ -93,28 +93,27 @@ QString oneLine(QString line) {
 
 QString runConsoleCommand(Workspace& workspace, const QString& server, const QString& command) {
   if (command.size() > kLongestCommand)
-    return QStringLiteral("Command is too long: %1 characters are the most").arg(kLongestCommand);
+    return u"Command is too long: %1 characters are the most"_s.arg(kLongestCommand);
   const QStringList words = commandWords(command);
   if (words.isEmpty()) return {};
   Lines lines = run({workspace, server, words});
   for (QString& line : lines) line = oneLine(line);
-  return lines.join(QStringLiteral("\r\n"));
+  return lines.join(u"\r\n"_s);
 }
 
 QByteArray consoleReply(const QString& text) {
   constexpr qsizetype kRoomForTheEnd = 64;
-  const QString parting = QStringLiteral("\r\n");
+  const QString parting = u"\r\n"_s;
   QStringList lines = text.split(parting);
   // A reply says something in any case. No character takes more than three bytes.
   constexpr qsizetype kLongestLine = (kLongestReply - kRoomForTheEnd) / 3 - 8;
-  if (lines.first().size() > kLongestLine)
-    lines.first() = lines.first().left(kLongestLine) + QStringLiteral("...");
+  if (lines.first().size() > kLongestLine) lines.first() = lines.first().left(kLongestLine) + u"..."_s;
   QByteArray reply(" ");
   for (qsizetype i = 0; i < lines.size(); ++i) {
     const QByteArray line = toLmbcs(i == 0 ? lines[i] : parting + lines[i]);
     if (reply.size() + line.size() > kLongestReply - kRoomForTheEnd) {
       if (i > 0) reply += toLmbcs(parting);
-      reply += toLmbcs(QStringLiteral("More lines than a reply can hold: %1").arg(lines.size() - i));
+      reply += toLmbcs(u"More lines than a reply can hold: %1"_s.arg(lines.size() - i));
       break;
     }
     reply += line;

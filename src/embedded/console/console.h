@@ -8,7 +8,7 @@
 #include <QByteArray>
 #include <QString>
 
-#include "embedded/workspace.h"
+#include "embedded/workspace/workspace.h"
 
 namespace lens {
 

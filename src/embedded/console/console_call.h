@@ -4,7 +4,8 @@
 #include <QStringList>
 #include <iterator>
 
-#include "embedded/console/console.h"
+#include "embedded/workspace/workspace.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -15,7 +16,7 @@ struct ConsoleCall {
   const QString& server;  // canonical
   QStringList words;      // what follows the command
 
-  QString serverName() const { return abbreviatedName(server); }
+  QString serverName() const { return nameWithoutLabels(server); }
   ConsoleCall behindFirstWord() const { return {workspace, server, words.mid(1)}; }
 };
 
@@ -41,13 +42,13 @@ template <size_t count>
 Lines helpOn(const ConsoleCommand (&table)[count]) {
   Lines lines;
   for (const ConsoleCommand& command : table)
-    lines.append(QStringLiteral("  %1 %2").arg(QLatin1String(command.usage), -34).arg(command.purpose));
+    lines.append(u"  %1 %2"_s.arg(QLatin1String(command.usage), -34).arg(command.purpose));
   return lines;
 }
 
 // A name that somebody typed, cut to what is worth repeating.
 inline QString repeated(const QString& word) {
-  return word.size() <= 64 ? word : word.left(64) + QStringLiteral("...");
+  return word.size() <= 64 ? word : word.left(64) + u"..."_s;
 }
 
 Lines showCommand(const ConsoleCall& call);

@@ -1,6 +1,7 @@
 // Commands that look after databases: compact, updall.
 #include "embedded/console/console_call.h"
 #include "embedded/search/full_text.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -25,12 +26,12 @@ Lines onDatabases(const ConsoleCall& call, const QString& task, const Action& ac
     try {
       const DatabasePlace place = call.workspace.place(call.server, path);
       const std::shared_ptr<Database> database = call.workspace.database(place.server, place.path);
-      lines.append(QStringLiteral("%1: %2: %3").arg(task, place.path, action(*database)));
+      lines.append(u"%1: %2: %3"_s.arg(task, place.path, action(*database)));
     } catch (const RuntimeError& error) {
-      lines.append(QStringLiteral("%1: %2").arg(task, error.description()));
+      lines.append(u"%1: %2"_s.arg(task, error.description()));
     }
   }
-  if (lines.isEmpty()) lines.append(QStringLiteral("%1: this server has no databases").arg(task));
+  if (lines.isEmpty()) lines.append(u"%1: this server has no databases"_s.arg(task));
   return lines;
 }
 
@@ -38,7 +39,7 @@ Lines onDatabases(const ConsoleCall& call, const QString& task, const Action& ac
 void addPassedOver(const ConsoleCall& call, const QStringList& known, Lines& lines) {
   for (const QString& word : call.words)
     if (isOption(word) && !known.contains(word, Qt::CaseInsensitive))
-      lines.append(QStringLiteral("Option %1 has no meaning here and was passed over").arg(repeated(word)));
+      lines.append(u"Option %1 has no meaning here and was passed over"_s.arg(repeated(word)));
 }
 
 // Views look at the changes themselves when they are asked for; a full-text index is made only on demand.
@@ -46,28 +47,28 @@ QString updateFullText(Database& database, bool makeAnew) {
   if (makeAnew) {
     dropFullTextIndex(database);
     createFullTextIndex(database);
-    return QStringLiteral("the full-text index was made anew");
+    return u"the full-text index was made anew"_s;
   }
-  if (!hasFullTextIndex(database)) return QStringLiteral("there is no full-text index");
+  if (!hasFullTextIndex(database)) return u"there is no full-text index"_s;
   refreshFullTextIndex(database);
-  return QStringLiteral("the full-text index is up to date");
+  return u"the full-text index is up to date"_s;
 }
 
 }  // namespace
 
 Lines compactCommand(const ConsoleCall& call) {
-  Lines lines = onDatabases(call, QStringLiteral("Compact"), [](Database& database) {
+  Lines lines = onDatabases(call, u"Compact"_s, [](Database& database) {
     const qint64 saved = database.compact();
-    return QStringLiteral("%1 bytes recovered, %2 bytes left").arg(saved).arg(database.size());
+    return u"%1 bytes recovered, %2 bytes left"_s.arg(saved).arg(database.size());
   });
   addPassedOver(call, {}, lines);
   return lines;
 }
 
 Lines updateCommand(const ConsoleCall& call) {
-  const QStringList known{QStringLiteral("-x")};
+  const QStringList known{u"-x"_s};
   const bool makeFullText = call.words.contains(known.first(), Qt::CaseInsensitive);
-  Lines lines = onDatabases(call, QStringLiteral("Updall"),
+  Lines lines = onDatabases(call, u"Updall"_s,
                             [&](Database& database) { return updateFullText(database, makeFullText); });
   addPassedOver(call, known, lines);
   return lines;

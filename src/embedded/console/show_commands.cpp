@@ -2,6 +2,7 @@
 #include <QStorageInfo>
 
 #include "embedded/console/console_call.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -27,13 +28,13 @@ QString directoryOf(const ConsoleCall& call) {
 }
 
 QString row(const char* what, const QString& value) {
-  return QStringLiteral("%1 %2").arg(QLatin1String(what), -18).arg(value);
+  return u"%1 %2"_s.arg(QLatin1String(what), -18).arg(value);
 }
 
 QString sizeText(qint64 bytes) {
   constexpr qint64 kMega = 1024 * 1024;
-  if (bytes < 10 * kMega) return QStringLiteral("%1 KB").arg((bytes + 1023) / 1024);
-  return QStringLiteral("%1 MB").arg(bytes / kMega);
+  if (bytes < 10 * kMega) return u"%1 KB"_s.arg((bytes + 1023) / 1024);
+  return u"%1 MB"_s.arg(bytes / kMega);
 }
 
 Lines showServer(const ConsoleCall& call) {
@@ -46,35 +47,34 @@ Lines showServer(const ConsoleCall& call) {
 }
 
 QString directoryRow(const ConsoleCall& call, const QString& path) {
-  const QString name = QStringLiteral("  %1").arg(path, -36);
+  const QString name = u"  %1"_s.arg(path, -36);
   try {
     const std::shared_ptr<Database> database = call.workspace.database(call.server, path);
     const QString documents = QString::number(database->noteCount(noteclass::Document));
-    return QStringLiteral("%1 %2 %3 documents  %4")
-        .arg(name, sizeText(database->size()).rightJustified(9), documents.rightJustified(8),
-             database->info().title);
+    return u"%1 %2 %3 documents  %4"_s.arg(name, sizeText(database->size()).rightJustified(9),
+                                           documents.rightJustified(8), database->info().title);
   } catch (const RuntimeError& error) {
-    return QStringLiteral("%1 cannot be opened (%2)").arg(name, error.description());
+    return u"%1 cannot be opened (%2)"_s.arg(name, error.description());
   }
 }
 
 Lines showDirectory(const ConsoleCall& call) {
-  Lines lines{QStringLiteral("Databases in %1:").arg(directoryOf(call))};
+  Lines lines{u"Databases in %1:"_s.arg(directoryOf(call))};
   const QString part = call.words.value(0);
   for (const QString& path : call.workspace.databases(call.server))
     if (path.contains(part, Qt::CaseInsensitive)) lines.append(directoryRow(call, path));
-  lines.append(QStringLiteral("%1 databases").arg(lines.size() - 1));
+  lines.append(u"%1 databases"_s.arg(lines.size() - 1));
   return lines;
 }
 
 // Everything is done before the reply is there, so the tasks that can be loaded have nothing to do now.
 Lines showTasks(const ConsoleCall& call) {
-  const QString idle = QStringLiteral("idle");
+  const QString idle = u"idle"_s;
   const qsizetype count = call.workspace.databases(call.server).size();
   return {
-      QStringLiteral("Tasks of %1:").arg(call.serverName()),
-      row("  Database server", QStringLiteral("serves %1 databases").arg(count)),
-      row("  Console", QStringLiteral("replies to show tasks")),
+      u"Tasks of %1:"_s.arg(call.serverName()),
+      row("  Database server", u"serves %1 databases"_s.arg(count)),
+      row("  Console", u"replies to show tasks"_s),
       row("  Compact", idle),
       row("  Updall", idle),
       row("  Replicate", idle),
@@ -86,20 +86,20 @@ Lines showUsers(const ConsoleCall& call) {
   if (const DatabasePlace* top = call.workspace.client().database(); top && top->server == call.server)
     shown = top->path;
   return {
-      QStringLiteral("Users of %1:").arg(call.serverName()),
-      QStringLiteral("  %1 %2").arg(abbreviatedName(call.workspace.userName()), -36).arg(shown),
+      u"Users of %1:"_s.arg(call.serverName()),
+      u"  %1 %2"_s.arg(nameWithoutLabels(call.workspace.userName()), -36).arg(shown),
   };
 }
 
 Lines showPorts(const ConsoleCall& call) {
-  return {QStringLiteral("Ports are not in use: %1 is reached through the directory %2")
-              .arg(call.serverName(), directoryOf(call))};
+  return {u"Ports are not in use: %1 is reached through the directory %2"_s.arg(call.serverName(),
+                                                                                directoryOf(call))};
 }
 
 Lines showDiskSpace(const ConsoleCall& call) {
   const QStorageInfo disk(directoryOf(call));
-  return {QStringLiteral("Disk space: %1 of %2 are free below %3")
-              .arg(sizeText(disk.bytesAvailable()), sizeText(disk.bytesTotal()), directoryOf(call))};
+  return {u"Disk space: %1 of %2 are free below %3"_s.arg(sizeText(disk.bytesAvailable()),
+                                                          sizeText(disk.bytesTotal()), directoryOf(call))};
 }
 
 }  // namespace
@@ -109,9 +109,9 @@ Lines showCommand(const ConsoleCall& call) {
   if (shown) return shown->run(call.behindFirstWord());
   Lines lines;
   if (call.words.isEmpty())
-    lines.append(QStringLiteral("Show needs to know what:"));
+    lines.append(u"Show needs to know what:"_s);
   else
-    lines.append(QStringLiteral("Unknown to show: %1. It shows:").arg(repeated(call.words.first())));
+    lines.append(u"Unknown to show: %1. It shows:"_s.arg(repeated(call.words.first())));
   return lines + helpOn(kShown);
 }
 

@@ -1,33 +1,31 @@
 // Commands that bring data from one database to another: dbcopy, replicate.
 #include "embedded/console/console_call.h"
 #include "embedded/replication/replication.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
 
 QString reportText(const ReplicationReport& report) {
-  QString text = QStringLiteral("%1 added, %2 updated, %3 deleted, %4 conflicts")
-                     .arg(report.added)
+  QString text = u"%1 added, %2 updated, %3 deleted, %4 conflicts"_s.arg(report.added)
                      .arg(report.updated)
                      .arg(report.deleted)
                      .arg(report.conflicts);
-  if (!report.leftOut.isEmpty())
-    text += QStringLiteral("; left out: ") + report.leftOut.join(QStringLiteral(", "));
+  if (!report.leftOut.isEmpty()) text += u"; left out: "_s + report.leftOut.join(u", "_s);
   return text;
 }
 
 QString replicateOne(const ConsoleCall& call, const DatabasePlace& here, const DatabasePlace& there) {
-  const QString names =
-      QStringLiteral("%1 with %2!!%3").arg(here.path, abbreviatedName(there.server), there.path);
+  const QString names = u"%1 with %2!!%3"_s.arg(here.path, nameWithoutLabels(there.server), there.path);
   try {
     const std::shared_ptr<Database> mine = call.workspace.database(here.server, here.path);
     const std::shared_ptr<Database> other = call.workspace.database(there.server, there.path);
     const ReplicationReport report = replicate(*mine, *other);
     call.workspace.notifyChanged(here);
     call.workspace.notifyChanged(there);
-    return QStringLiteral("Replicate: %1: %2").arg(names, reportText(report));
+    return u"Replicate: %1: %2"_s.arg(names, reportText(report));
   } catch (const RuntimeError& error) {
-    return QStringLiteral("Replicate: %1: %2").arg(names, error.description());
+    return u"Replicate: %1: %2"_s.arg(names, error.description());
   }
 }
 
@@ -41,7 +39,7 @@ Lines replicateAll(const ConsoleCall& call, const QStringList& paths, const QStr
       for (const DatabasePlace& there : call.workspace.replicas(other, id))
         lines.append(replicateOne(call, here, there));
     } catch (const RuntimeError& error) {
-      lines.append(QStringLiteral("Replicate: %1").arg(error.description()));
+      lines.append(u"Replicate: %1"_s.arg(error.description()));
     }
   }
   return lines;
@@ -50,23 +48,22 @@ Lines replicateAll(const ConsoleCall& call, const QStringList& paths, const QStr
 }  // namespace
 
 Lines copyCommand(const ConsoleCall& call) {
-  if (call.words.size() != 2) return {QStringLiteral("Dbcopy needs two names: the database and its copy")};
+  if (call.words.size() != 2) return {u"Dbcopy needs two names: the database and its copy"_s};
   const DatabasePlace from = call.workspace.place(call.server, call.words[0]);
   const DatabasePlace to = call.workspace.place(call.server, call.words[1]);
   call.workspace.copyDatabase(from, to);
-  return {QStringLiteral("Dbcopy: %1 was copied to %2").arg(from.path, to.path)};
+  return {u"Dbcopy: %1 was copied to %2"_s.arg(from.path, to.path)};
 }
 
 Lines replicateCommand(const ConsoleCall& call) {
   if (call.words.isEmpty() || call.words.size() > 2 || call.words.first().trimmed().isEmpty())
-    return {QStringLiteral("Replicate needs the name of a server, and perhaps of a database")};
+    return {u"Replicate needs the name of a server, and perhaps of a database"_s};
   const QString other = call.workspace.canonicalServer(call.words.first());
-  if (other == call.server) return {QStringLiteral("Replicate needs another server than this one")};
+  if (other == call.server) return {u"Replicate needs another server than this one"_s};
   const QStringList paths =
       call.words.size() > 1 ? QStringList{call.words[1]} : call.workspace.databases(call.server);
   Lines lines = replicateAll(call, paths, other);
-  if (lines.isEmpty())
-    lines.append(QStringLiteral("Replicate: there is no replica on %1").arg(abbreviatedName(other)));
+  if (lines.isEmpty()) lines.append(u"Replicate: there is no replica on %1"_s.arg(nameWithoutLabels(other)));
   return lines;
 }
 

@@ -2,8 +2,9 @@
 
 #include <cmath>
 
-#include "embedded/dxl/source_formula.h"
+#include "embedded/format/source_formula.h"
 #include "embedded/richtext/rich_records.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -35,11 +36,11 @@ QString whyNoFormula(const Note& note, QByteArrayView action) {
   const int type = agentType(note);
   const quint8 record = action.isEmpty() ? 0 : quint8(action[0]);
   if (record == kScript || type == (kRecordType | kScript))
-    return QStringLiteral("it is written in LotusScript, and only formulas run here");
+    return u"it is written in LotusScript, and only formulas run here"_s;
   if (record == kJava || type == (kRecordType | kJava))
-    return QStringLiteral("it is written in Java, and only formulas run here");
-  if (record != 0) return QStringLiteral("it consists of simple actions, and only formulas run here");
-  return QStringLiteral("it has no formula");
+    return u"it is written in Java, and only formulas run here"_s;
+  if (record != 0) return u"it consists of simple actions, and only formulas run here"_s;
+  return u"it has no formula"_s;
 }
 
 // The source text; otherwise why there is none.
@@ -58,11 +59,11 @@ bool readSource(const Note& note, QString& source, QString& why) {
   const quint16 length = reader.u16();
   const QByteArrayView formula = reader.take(length);
   if (reader.failed())
-    why = QStringLiteral("its formula is damaged");
+    why = u"its formula is damaged"_s;
   else if (flags != 0)
-    why = QStringLiteral("it selects documents or works on copies, and only changing documents is possible");
+    why = u"it selects documents or works on copies, and only changing documents is possible"_s;
   else if (!readSourceFormula(formula, source))
-    why = QStringLiteral("its formula is there in compiled form only");
+    why = u"its formula is there in compiled form only"_s;
   return why.isEmpty();
 }
 
@@ -105,7 +106,7 @@ bool readAssistInfo(QByteArrayView data, AgentSchedule& schedule) {
 
 void refuseAgent(const QString& path, const QString& title, const QString& reason) {
   throw RuntimeError(agentfault::CannotRun,
-                     QStringLiteral("%1: the agent \"%2\" cannot run: %3").arg(path, title, reason));
+                     u"%1: the agent \"%2\" cannot run: %3"_s.arg(path, title, reason));
 }
 
 Agent readFormulaAgent(const Note& note, const QString& path) {
@@ -114,11 +115,11 @@ Agent readFormulaAgent(const Note& note, const QString& path) {
   QString why;
   if (!readSource(note, agent.formula, why)) refuseAgent(path, agent.title, why);
   if (!readSettings(note, agent.settings))
-    refuseAgent(path, agent.title, QStringLiteral("its settings are missing or damaged"));
+    refuseAgent(path, agent.title, u"its settings are missing or damaged"_s);
   if (hasConditions(note))
     refuseAgent(path, agent.title,
-                QStringLiteral("it has search conditions, which are not understood; without them it would "
-                               "run on too many documents"));
+                u"it has search conditions, which are not understood; without them it would "
+                "run on too many documents"_s);
   agent.lastRun = readLastRun(note);
   return agent;
 }

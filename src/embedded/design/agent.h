@@ -1,8 +1,8 @@
 // Agents: what their design notes say about when, on what and how they run.
 #pragma once
 
-#include "embedded/dxl/agent_records.h"
-#include "embedded/store/note.h"
+#include "embedded/format/agent_records.h"
+#include "embedded/format/note.h"
 
 namespace lens {
 

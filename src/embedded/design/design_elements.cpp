@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "embedded/store/packed_note.h"
-#include "embedded/views/design_notes.h"
+#include "embedded/design/design_notes.h"
+#include "embedded/format/packed_note.h"
 
 namespace lens {
 namespace {

@@ -12,7 +12,7 @@ namespace lens {
 // looked at ("$Flags", or "$Name" of a document). A damaged note is passed over.
 QVector<quint32> notesOfKinds(const Database& database, NoteKinds kinds);
 
-// The first note of the kinds whose title answers to the name (views/design_notes.h tells how); 0 when
+// The first note of the kinds whose title answers to the name (design/design_notes.h tells how); 0 when
 // there is none.
 quint32 findDesignElement(const Database& database, NoteKinds kinds, QStringView name);
 // What a program or a formula means by the name of a view: a view or folder. Navigators and the like are

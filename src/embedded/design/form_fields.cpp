@@ -2,9 +2,9 @@
 
 #include <QHash>
 
+#include "embedded/format/case_key.h"
+#include "embedded/format/lmbcs.h"
 #include "embedded/richtext/rich_text.h"
-#include "embedded/store/case_key.h"
-#include "embedded/store/lmbcs.h"
 
 namespace lens {
 namespace {

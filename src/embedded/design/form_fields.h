@@ -4,7 +4,7 @@
 #include <QString>
 #include <QVector>
 
-#include "embedded/store/note.h"
+#include "embedded/format/note.h"
 
 namespace lens {
 

@@ -6,7 +6,7 @@
 #include <array>
 #include <initializer_list>
 
-#include "embedded/store/note.h"
+#include "embedded/format/note.h"
 
 namespace lens {
 

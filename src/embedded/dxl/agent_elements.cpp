@@ -1,6 +1,8 @@
 #include "embedded/dxl/agent_elements.h"
 
+#include "embedded/dxl/datetime_element.h"
 #include "embedded/dxl/item_elements.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -62,7 +64,7 @@ void AgentReader::readSchedule() {
   if (!in_.flag(u"onweekends", true)) schedule_.flags |= agentflag::NoWeekends;
   const QString location = in_.attribute(u"runlocation");
   if (location == u"choose") schedule_.flags |= agentflag::ChooseServer;
-  runServer_ = location == u"any" ? QStringLiteral("*") : in_.attribute(u"runserver");
+  runServer_ = location == u"any" ? u"*"_s : in_.attribute(u"runserver");
   while (in_.nextChild()) {
     if (!readScheduleTime()) keepElement(context_, note_);
   }
@@ -87,7 +89,7 @@ bool AgentReader::readScheduleTime() {
 
 TimeDate AgentReader::readTime() {
   TimeDate time{};
-  while (in_.nextChild()) time = readDatetime(context_, QStringLiteral("the schedule of an agent"));
+  while (in_.nextChild()) time = readDatetime(context_, u"the schedule of an agent"_s);
   return time;
 }
 
@@ -100,7 +102,7 @@ void AgentReader::readCode() {
   const QString event = in_.attribute(u"event");
   while (in_.nextChild()) {
     if (in_.is(u"formula"))
-      formula_ = readFormula(context_, QStringLiteral("the formula of an agent")).mid(2);
+      formula_ = readFormula(context_, u"the formula of an agent"_s).mid(2);
     else if (in_.is(u"lotusscript"))
       script_.add(event, in_.readText());
     else {
@@ -111,7 +113,7 @@ void AgentReader::readCode() {
 }
 
 QString AgentReader::agentFlags() const {
-  QString flags = flag(u"enabled", true) ? QStringLiteral("E") : QStringLiteral("D");
+  QString flags = flag(u"enabled", true) ? u"E"_s : u"D"_s;
   if (!listed_) flags += u'H';
   if (flag(u"private")) flags += u'P';
   if (flag(u"clientbackgroundthread")) flags += u'T';
@@ -132,22 +134,21 @@ void AgentReader::finish() {
                                            : kFormulaAgent;
   const QString restrictions = attribute(u"restrictions");
   const double restricted = restrictions == u"unrestricted" ? 0 : restrictions == u"fulladminaccess" ? 2 : 1;
-  add(QStringLiteral("$AssistType"), itemflag::Summary, numberValue(type));
-  add(QStringLiteral("$AssistLastRun"), 0, timeValue(TimeDate{}));
-  add(QStringLiteral("$AssistDocCount"), itemflag::Summary, numberValue(0));
-  addText(QStringLiteral("$FlagsExt"), QString());
-  addText(QStringLiteral("$AssistFlags"), agentFlags());
-  addText(QStringLiteral("$AssistTrigger"), QString::number(schedule_.trigger));
-  add(QStringLiteral("$AssistInfo"), 0, assistInfoValue(schedule_));
-  add(QStringLiteral("$AssistQuery"), 0, emptyQueryValue());
-  add(QStringLiteral("$AssistAction"), 0,
+  add(u"$AssistType"_s, itemflag::Summary, numberValue(type));
+  add(u"$AssistLastRun"_s, 0, timeValue(TimeDate{}));
+  add(u"$AssistDocCount"_s, itemflag::Summary, numberValue(0));
+  addText(u"$FlagsExt"_s, QString());
+  addText(u"$AssistFlags"_s, agentFlags());
+  addText(u"$AssistTrigger"_s, QString::number(schedule_.trigger));
+  add(u"$AssistInfo"_s, 0, assistInfoValue(schedule_));
+  add(u"$AssistQuery"_s, 0, emptyQueryValue());
+  add(u"$AssistAction"_s, 0,
       script               ? scriptActionValue(script_.text())
       : formula_.isEmpty() ? emptyActionValue()
                            : formulaActionValue(formula_));
-  add(QStringLiteral("$Restricted"), itemflag::Summary, numberValue(restricted));
-  if (!runServer_.isEmpty()) addText(QStringLiteral("$MachineName"), runServer_);
-  if (designChange_.innards[1] != 0)
-    add(QStringLiteral("$AssistVersion"), itemflag::Summary, timeValue(designChange_));
+  add(u"$Restricted"_s, itemflag::Summary, numberValue(restricted));
+  if (!runServer_.isEmpty()) addText(u"$MachineName"_s, runServer_);
+  if (designChange_.innards[1] != 0) add(u"$AssistVersion"_s, itemflag::Summary, timeValue(designChange_));
   DesignReader::finish();
 }
 

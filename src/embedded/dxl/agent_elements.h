@@ -1,8 +1,8 @@
 // Agents.
 #pragma once
 
-#include "embedded/dxl/agent_records.h"
-#include "embedded/dxl/design_elements.h"
+#include "embedded/dxl/design_reader.h"
+#include "embedded/format/agent_records.h"
 
 namespace lens {
 

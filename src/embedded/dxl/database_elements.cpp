@@ -2,6 +2,7 @@
 
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/note_elements.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -11,7 +12,7 @@ namespace {
 QStringList attributeWords(const QXmlStreamAttributes& attributes, const QStringList& without) {
   QStringList words;
   for (const QXmlStreamAttribute& a : attributes) {
-    if (!without.contains(a.name())) words.push_back(QStringLiteral("%1=%2").arg(a.name(), a.value()));
+    if (!without.contains(a.name())) words.push_back(u"%1=%2"_s.arg(a.name(), a.value()));
   }
   return words;
 }
@@ -19,7 +20,7 @@ QStringList attributeWords(const QXmlStreamAttributes& attributes, const QString
 QString readAclEntry(ImportContext& context, Note& note) {
   DxlReader& in = context.in;
   QStringList words{in.attribute(u"name")};
-  words += attributeWords(in.attributes(), {QStringLiteral("name")});
+  words += attributeWords(in.attributes(), {u"name"_s});
   QStringList roles;
   while (in.nextChild()) {
     if (in.is(u"role"))
@@ -27,8 +28,8 @@ QString readAclEntry(ImportContext& context, Note& note) {
     else
       keepElement(context, note);
   }
-  if (!roles.isEmpty()) words.push_back(QStringLiteral("roles=") + roles.join(u','));
-  return words.join(QStringLiteral("; "));
+  if (!roles.isEmpty()) words.push_back(u"roles="_s + roles.join(u','));
+  return words.join(u"; "_s);
 }
 
 // One line of the list's history: its attributes, then its text.
@@ -37,7 +38,7 @@ QString readLogEntry(ImportContext& context, Note& note) {
   QStringList words = attributeWords(in.attributes(), {});
   for (;;) {
     const DxlReader::Token token = in.next();
-    if (token == QXmlStreamReader::EndElement) return words.join(QStringLiteral("; "));
+    if (token == QXmlStreamReader::EndElement) return words.join(u"; "_s);
     if (token == QXmlStreamReader::StartElement)
       keepElement(context, note);
     else if (!in.text().trimmed().isEmpty())
@@ -64,18 +65,18 @@ void importAcl(ImportContext& context) {
     else
       keepElement(context, note);
   }
-  note.add(QStringLiteral("$ACLEntries"), itemflag::Summary, storedTextListValue(entries));
-  note.add(QStringLiteral("$ACLRoles"), itemflag::Summary, storedTextListValue(roles));
-  note.add(QStringLiteral("$ACLLog"), 0, storedTextListValue(log));
-  note.add(QStringLiteral("$ACLAttributes"), 0, storedTextListValue(attributes));
-  context.findings.keptRaw(QStringLiteral("access control list as text"));
+  note.add(u"$ACLEntries"_s, itemflag::Summary, storedTextListValue(entries));
+  note.add(u"$ACLRoles"_s, itemflag::Summary, storedTextListValue(roles));
+  note.add(u"$ACLLog"_s, 0, storedTextListValue(log));
+  note.add(u"$ACLAttributes"_s, 0, storedTextListValue(attributes));
+  context.findings.keptRaw(u"access control list as text"_s);
   saveImported(context, note);
 }
 
 }  // namespace
 
 bool isAddressBookTemplate(const DatabaseInfo& info) {
-  const QString addressBook = QStringLiteral("StdR4PublicAddressBook");
+  const QString addressBook = u"StdR4PublicAddressBook"_s;
   return info.templateName.compare(addressBook, Qt::CaseInsensitive) == 0 ||
          info.inheritsFrom.compare(addressBook, Qt::CaseInsensitive) == 0;
 }
@@ -95,7 +96,7 @@ void applyInfo(ImportContext& context, DatabaseInfo& info) {
   bool number = false;
   replica.toULongLong(&number, 16);
   if (!replica.isEmpty() && (!number || replica.size() != 16))
-    in.fail(QStringLiteral("\"%1\" is no replica ID").arg(replica.left(64)));
+    in.fail(u"\"%1\" is no replica ID"_s.arg(replica.left(64)));
   if (!replica.isEmpty()) info.replicaId = replica;
   info.publicAddressBook = info.publicAddressBook || isAddressBookTemplate(info);
   QString marked;
@@ -108,8 +109,8 @@ void applyInfo(ImportContext& context, DatabaseInfo& info) {
 QString informationBuffer(const DatabaseInfo& info) {
   QString text = info.title;
   if (!info.categories.isEmpty()) text += u'\n' + info.categories;
-  if (!info.templateName.isEmpty()) text += QStringLiteral("\n#1") + info.templateName;
-  if (!info.inheritsFrom.isEmpty()) text += QStringLiteral("\n#2") + info.inheritsFrom;
+  if (!info.templateName.isEmpty()) text += u"\n#1"_s + info.templateName;
+  if (!info.inheritsFrom.isEmpty()) text += u"\n#2"_s + info.inheritsFrom;
   return text;
 }
 
@@ -123,8 +124,8 @@ void completeIconNote(ImportContext& context, const DatabaseInfo& info, const QV
   icon.header.noteClass = present ? icon.header.noteClass : noteclass::Icon;
   if (!inFile && (context.applyProperties || !present)) {
     icon.items.removeIf([](const Item& item) { return sameItemName(item.name, u"$TITLE"); });
-    icon.add(QStringLiteral("$TITLE"), itemflag::Summary, storedTextValue(informationBuffer(info)));
-    if (!icon.has(u"$Flags")) icon.add(QStringLiteral("$Flags"), itemflag::Summary, textValue(u""));
+    icon.add(u"$TITLE"_s, itemflag::Summary, storedTextValue(informationBuffer(info)));
+    if (!icon.has(u"$Flags")) icon.add(u"$Flags"_s, itemflag::Summary, textValue(u""));
   }
   for (const Item& item : kept) {
     icon.items.removeIf([&item](const Item& old) { return sameItemName(old.name, item.name); });
@@ -147,7 +148,7 @@ void importDatabase(ImportContext& context) {
     if (in.is(u"acl")) {
       importAcl(context);
     } else if (in.is(u"databaseinfo")) {
-      context.findings.ignored(QStringLiteral("databaseinfo: sizes and counts of the original"));
+      context.findings.ignored(u"databaseinfo: sizes and counts of the original"_s);
       in.skip();
     } else if (isNoteElement(in.name())) {
       iconInFile = iconInFile || (in.is(u"note") && in.attribute(u"class") == u"icon");

@@ -3,7 +3,7 @@
 
 #include <QString>
 
-#include "embedded/store/timedate.h"
+#include "embedded/format/timedate.h"
 
 namespace lens {
 

@@ -3,28 +3,27 @@
 #include "embedded/dxl/database_elements.h"
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/export/note_writer.h"
+#include "notes/literals.h"
 
 namespace lens {
 
 namespace {
 
 void writeProperties(DxlWriter& out, const DatabaseInfo& info) {
-  out.attribute(QStringLiteral("version"), QStringLiteral("9.0"));
-  out.attribute(QStringLiteral("maintenanceversion"), QStringLiteral("1.0"));
-  if (!info.replicaId.isEmpty()) out.attribute(QStringLiteral("replicaid"), info.replicaId);
-  out.exactAttribute(QStringLiteral("title"), info.title);
-  if (!info.templateName.isEmpty()) out.exactAttribute(QStringLiteral("templatename"), info.templateName);
-  if (!info.inheritsFrom.isEmpty()) out.exactAttribute(QStringLiteral("fromtemplate"), info.inheritsFrom);
-  if (!info.categories.isEmpty()) out.exactAttribute(QStringLiteral("categories"), info.categories);
+  out.attribute(u"version"_s, u"9.0"_s);
+  out.attribute(u"maintenanceversion"_s, u"1.0"_s);
+  if (!info.replicaId.isEmpty()) out.attribute(u"replicaid"_s, info.replicaId);
+  out.exactAttribute(u"title"_s, info.title);
+  if (!info.templateName.isEmpty()) out.exactAttribute(u"templatename"_s, info.templateName);
+  if (!info.inheritsFrom.isEmpty()) out.exactAttribute(u"fromtemplate"_s, info.inheritsFrom);
+  if (!info.categories.isEmpty()) out.exactAttribute(u"categories"_s, info.categories);
   if (info.publicAddressBook != isAddressBookTemplate(info))
-    out.mark(exactmark::kAddressBook,
-             info.publicAddressBook ? QStringLiteral("true") : QStringLiteral("false"));
+    out.mark(exactmark::kAddressBook, info.publicAddressBook ? u"true"_s : u"false"_s);
 }
 
 void writeDatabaseInfo(DxlWriter& out, const Database& database) {
-  out.begin(QStringLiteral("databaseinfo"));
-  out.attribute(QStringLiteral("numberofdocuments"),
-                QString::number(database.noteCount(noteclass::Document)));
+  out.begin(u"databaseinfo"_s);
+  out.attribute(u"numberofdocuments"_s, QString::number(database.noteCount(noteclass::Document)));
   out.end();
   out.layout();
 }
@@ -40,8 +39,8 @@ void writeNotes(ExportContext& context, const QVector<quint32>& ids, Missing mis
       writeNote(context, note);
     else if (missing == Missing::Raise)
       throw RuntimeError(enginefault::UnknownNote,
-                         QStringLiteral("%1: there is no note %2 (it may have been deleted)")
-                             .arg(context.database.path(), QString::number(id, 16).toUpper()));
+                         u"%1: there is no note %2 (it may have been deleted)"_s.arg(
+                             context.database.path(), QString::number(id, 16).toUpper()));
     ++done;
   }
 }
@@ -53,9 +52,9 @@ bool write(const Database& database, const QVector<quint32>& ids, bool whole, QI
   const int all = int(ids.size());
   ExportContext context{database, out, [&] { return !progress || progress(done, all); }};
   out.startDocument();
-  out.beginRoot(QStringLiteral("database"));
+  out.beginRoot(u"database"_s);
   writeProperties(out, database.info());
-  if (whole) out.mark(exactmark::kWhole, QStringLiteral("true"));
+  if (whole) out.mark(exactmark::kWhole, u"true"_s);
   out.layout();
   if (whole) writeDatabaseInfo(out, database);
   try {

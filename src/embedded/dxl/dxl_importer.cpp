@@ -6,6 +6,7 @@
 
 #include "embedded/dxl/database_elements.h"
 #include "embedded/dxl/note_elements.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -17,8 +18,7 @@ constexpr QStringView kNamespace = u"http://www.lotus.com/dxl";
   try {
     in.fail(reason);
   } catch (const DxlFault& fault) {
-    throw DxlFault(enginefault::NoDxl, fault.line, fault.column,
-                   QStringLiteral("this is no DXL file: %1").arg(reason));
+    throw DxlFault(enginefault::NoDxl, fault.line, fault.column, u"this is no DXL file: %1"_s.arg(reason));
   }
 }
 
@@ -31,7 +31,7 @@ void goToRoot(DxlReader& in) {
   }
   const bool ours = in.namespaceUri().isEmpty() || in.namespaceUri() == kNamespace;
   if (!ours || (!in.is(u"database") && !isNoteElement(in.name())))
-    noDxl(in, QStringLiteral("its root is \"%1\"").arg(in.name()));
+    noDxl(in, u"its root is \"%1\""_s.arg(in.name()));
 }
 
 void importStream(DxlReader& in, ImportContext& context) {
@@ -44,11 +44,7 @@ void importStream(DxlReader& in, ImportContext& context) {
 }
 
 QString placed(const QString& file, const DxlFault& fault) {
-  return QStringLiteral("%1, line %2, column %3: %4")
-      .arg(file)
-      .arg(fault.line)
-      .arg(fault.column)
-      .arg(fault.description());
+  return u"%1, line %2, column %3: %4"_s.arg(file).arg(fault.line).arg(fault.column).arg(fault.description());
 }
 
 QStringList filesIn(const QString& folder) {
@@ -64,7 +60,7 @@ QStringList filesIn(const QString& folder) {
 void DxlImporter::importFile(const QString& path, ImportReport& report, ImportProgress* progress) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) {
-    report.failed.push_back(QStringLiteral("%1: it cannot be read (%2)").arg(path, file.errorString()));
+    report.failed.push_back(u"%1: it cannot be read (%2)"_s.arg(path, file.errorString()));
     return;
   }
   const qint64 total = file.size();

@@ -4,7 +4,7 @@
 // behind. UNIDs of the file are kept, and a note with the UNID of a note in the database replaces it;
 // note IDs are the database's own. What the importer has no counterpart for is stored as it came, in
 // items whose names begin with "$DXL_", and the report names it. Formulas that come as source are
-// items of type Formula in the form that embedded/dxl/source_formula.h describes.
+// items of type Formula in the form that embedded/format/source_formula.h describes.
 #pragma once
 
 #include <QString>

@@ -1,6 +1,7 @@
 #include "embedded/dxl/dxl_reader.h"
 
 #include "embedded/dxl/base64_decoder.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -36,7 +37,7 @@ DxlReader::Token DxlReader::next() {
       case QXmlStreamReader::StartElement:
         rootSeen_ = true;
         name_ = xml_.name();
-        if (++depth_ > kMaxDepth) fail(QStringLiteral("elements are nested deeper than %1").arg(kMaxDepth));
+        if (++depth_ > kMaxDepth) fail(u"elements are nested deeper than %1"_s.arg(kMaxDepth));
         break;
       case QXmlStreamReader::EndElement:
         name_ = xml_.name();
@@ -45,7 +46,7 @@ DxlReader::Token DxlReader::next() {
       case QXmlStreamReader::Characters:
         break;
       case QXmlStreamReader::EntityReference:
-        fail(QStringLiteral("the entity \"%1\" is not declared").arg(xml_.name()));
+        fail(u"the entity \"%1\" is not declared"_s.arg(xml_.name()));
       case QXmlStreamReader::EndDocument:
         return token;
       case QXmlStreamReader::Invalid:
@@ -67,7 +68,7 @@ void DxlReader::refuseExternalEntities() const {
   const QXmlStreamEntityDeclarations declarations = xml_.entityDeclarations();
   for (const QXmlStreamEntityDeclaration& entity : declarations) {
     if (!entity.systemId().isEmpty() || !entity.publicId().isEmpty())
-      fail(QStringLiteral("the entity \"%1\" stands in another file, which is not read").arg(entity.name()));
+      fail(u"the entity \"%1\" stands in another file, which is not read"_s.arg(entity.name()));
   }
 }
 
@@ -99,7 +100,7 @@ bool DxlReader::nextChild() {
       case QXmlStreamReader::StartElement:
         return true;
       case QXmlStreamReader::Characters:
-        if (!isBlank(text())) fail(QStringLiteral("there is text where only elements may stand"));
+        if (!isBlank(text())) fail(u"there is text where only elements may stand"_s);
         break;
       default:
         return false;
@@ -141,10 +142,10 @@ void DxlReader::readTextChild(bool& afterBreak) {
   } else if (is(u"nonxmlchar")) {
     bool number = false;
     const uint code = attribute(u"value").toUInt(&number, 0);
-    if (!number || code > 0xFFFF) fail(QStringLiteral("nonxmlchar has no proper value"));
+    if (!number || code > 0xFFFF) fail(u"nonxmlchar has no proper value"_s);
     scratch_.append(QChar(char16_t(code)));
   } else {
-    fail(QStringLiteral("the element \"%1\" may not stand in a text").arg(name()));
+    fail(u"the element \"%1\" may not stand in a text"_s.arg(name()));
   }
   skip();
 }
@@ -154,26 +155,25 @@ void DxlReader::readBase64(const QString& what, const std::function<void(QByteAr
   for (;;) {
     const Token token = next();
     if (token == QXmlStreamReader::StartElement)
-      fail(QStringLiteral("%1: the element \"%2\" may not stand in base64").arg(what, name()));
+      fail(u"%1: the element \"%2\" may not stand in base64"_s.arg(what, name()));
     if (token != QXmlStreamReader::Characters) break;
     QStringView rest = text();
     while (!rest.isEmpty()) {
       const QStringView part = rest.first(qMin<qsizetype>(rest.size(), 64 * 1024));
       rest = rest.sliced(part.size());
-      if (!decoder.feed(part))
-        fail(QStringLiteral("%1: \"%2\" is no base64").arg(what, QString(decoder.offender())));
+      if (!decoder.feed(part)) fail(u"%1: \"%2\" is no base64"_s.arg(what, QString(decoder.offender())));
       if (!decoder.bytes().isEmpty()) piece(decoder.bytes());
       decoder.clear();
     }
   }
-  if (!decoder.complete()) fail(QStringLiteral("%1: the base64 is cut short").arg(what));
+  if (!decoder.complete()) fail(u"%1: the base64 is cut short"_s.arg(what));
 }
 
 QByteArray DxlReader::readBase64(const QString& what) {
   QByteArray bytes;
   readBase64(what, [&](QByteArrayView piece) {
     if (bytes.size() + piece.size() > kMaxValueBytes)
-      fail(QStringLiteral("%1: the value is longer than %2 bytes").arg(what).arg(kMaxValueBytes));
+      fail(u"%1: the value is longer than %2 bytes"_s.arg(what).arg(kMaxValueBytes));
     bytes.append(piece);
   });
   return bytes;
@@ -191,7 +191,7 @@ QString DxlReader::stopRecording() {
 }
 
 void DxlReader::record(Token token) {
-  if (record_.size() > kMaxValueBytes / 4) fail(QStringLiteral("an element is too large to be kept"));
+  if (record_.size() > kMaxValueBytes / 4) fail(u"an element is too large to be kept"_s);
   if (token == QXmlStreamReader::StartElement) {
     record_ += u'<';
     record_ += xml_.qualifiedName();
@@ -199,7 +199,7 @@ void DxlReader::record(Token token) {
     for (const QXmlStreamAttribute& a : attributes) {
       record_ += u' ';
       record_ += a.qualifiedName();
-      record_ += QStringLiteral("=\"%1\"").arg(a.value().toString().toHtmlEscaped());
+      record_ += u"=\"%1\""_s.arg(a.value().toString().toHtmlEscaped());
     }
     record_ += u'>';
   } else if (token == QXmlStreamReader::EndElement) {

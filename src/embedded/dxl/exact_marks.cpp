@@ -3,6 +3,7 @@
 #include <QUrl>
 
 #include "embedded/dxl/dxl_reader.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -39,7 +40,7 @@ bool hasExactAttribute(const DxlReader& in, QStringView name) {
 }
 
 QString exactMarkOf(QStringView attribute) {
-  return QStringLiteral("exact%1").arg(attribute);
+  return u"exact%1"_s.arg(attribute);
 }
 
 QString percentEncoded(const QString& text) {

@@ -2,7 +2,8 @@
 
 #include "embedded/dxl/item_elements.h"
 #include "embedded/dxl/rich_text_records.h"
-#include "embedded/dxl/source_formula.h"
+#include "embedded/format/source_formula.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -44,7 +45,7 @@ bool readCodeFormula(ReadContext& context, QByteArray& formula) {
   bool read = false;
   while (context.in.nextChild()) {
     if (context.in.is(u"formula") && !read) {
-      formula = readFormula(context, QStringLiteral("the formula of a field")).mid(2);
+      formula = readFormula(context, u"the formula of a field"_s).mid(2);
       read = true;
     } else {
       context.in.skip();
@@ -56,7 +57,7 @@ bool readCodeFormula(ReadContext& context, QByteArray& formula) {
 }
 
 // Attributes that the record and the items carry.
-bool isCarried(QStringView attribute) {
+bool isCarriedByField(QStringView attribute) {
   return attribute == u"name" || attribute == u"type" || attribute == u"kind" || attribute == u"protected" ||
          attribute == u"sign" || attribute == u"seal" || attribute == u"description";
 }
@@ -85,12 +86,12 @@ QByteArray readFormField(ReadContext& context, Note& note, const RichFont& font,
   FieldRecord record;
   record.name = in.attribute(u"name");
   record.description = in.attribute(u"description");
-  if (record.name.isEmpty()) in.fail(QStringLiteral("a field has no name"));
+  if (record.name.isEmpty()) in.fail(u"a field has no name"_s);
   record.type = valueType(in.attribute(u"type"));
   record.flags = flagsOf(in);
   bool complete = true;
   const QXmlStreamAttributes attributes = in.attributes();
-  for (const QXmlStreamAttribute& a : attributes) complete = complete && isCarried(a.name());
+  for (const QXmlStreamAttribute& a : attributes) complete = complete && isCarriedByField(a.name());
   const bool records = !in.recording();
   if (records) in.startRecording();
   while (in.nextChild()) {
@@ -98,7 +99,7 @@ QByteArray readFormField(ReadContext& context, Note& note, const RichFont& font,
   }
   const QString xml = records ? in.stopRecording() : QString();
   const QByteArray bytes = fieldRecord(record, font);
-  if (records && (!complete || bytes.isEmpty())) keepXml(context, note, QStringLiteral("field"), xml);
+  if (records && (!complete || bytes.isEmpty())) keepXml(context, note, u"field"_s, xml);
   fields.push_back({record.name, record.type});
   return bytes;
 }
@@ -115,7 +116,7 @@ void addFieldItems(Note& note, const QVector<FormField>& fields) {
     else
       note.add(field.name, itemflag::Placeholder, rawValue(itemtype::Unknown, {}));
   }
-  if (!note.has(u"$Fields")) note.add(QStringLiteral("$Fields"), itemflag::Summary, textListValue(names));
+  if (!note.has(u"$Fields")) note.add(u"$Fields"_s, itemflag::Summary, textListValue(names));
 }
 
 }  // namespace lens

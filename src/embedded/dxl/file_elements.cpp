@@ -3,8 +3,9 @@
 #include <array>
 #include <limits>
 
+#include "embedded/dxl/datetime_element.h"
 #include "embedded/dxl/exact_marks.h"
-#include "embedded/dxl/item_elements.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -22,9 +23,7 @@ quint16 hostType(QStringView name) {
 }
 
 bool isReservedName(const QString& name) {
-  static const QStringList reserved = {QStringLiteral("CON"),    QStringLiteral("PRN"),
-                                       QStringLiteral("AUX"),    QStringLiteral("NUL"),
-                                       QStringLiteral("CONIN$"), QStringLiteral("CONOUT$")};
+  static const QStringList reserved = {u"CON"_s, u"PRN"_s, u"AUX"_s, u"NUL"_s, u"CONIN$"_s, u"CONOUT$"_s};
   const QString stem = name.section(u'.', 0, 0).trimmed().toUpper();
   if (reserved.contains(stem)) return true;
   return stem.size() == 4 && (stem.startsWith(u"COM") || stem.startsWith(u"LPT")) && stem[3].isDigit();
@@ -45,7 +44,7 @@ FileObject fileAttributes(ImportContext& context) {
   FileObject file;
   const QString given = in.attribute(u"name");
   file.name = safeFileName(given);
-  if (file.name.isEmpty()) in.fail(QStringLiteral("\"%1\" is no usable name of an attachment").arg(given));
+  if (file.name.isEmpty()) in.fail(u"\"%1\" is no usable name of an attachment"_s.arg(given));
   file.hostType = hostType(in.attributeView(u"hosttype"));
   const QString compression = in.attribute(u"compression");
   file.compression = compression == u"huffman" ? 1 : compression == u"lz1" ? 2 : 0;
@@ -79,7 +78,7 @@ QByteArray markedValue(const DxlReader& in) {
       QByteArray::fromBase64Encoding(encoded.toLatin1(), QByteArray::AbortOnBase64DecodingErrors);
   constexpr qsizetype kDescriptor = 8;
   if (!decoded || (*decoded).size() < kDescriptor)
-    in.fail(QStringLiteral("the value of an attachment is no base64 of a value"));
+    in.fail(u"the value of an attachment is no base64 of a value"_s);
   return *decoded;
 }
 
@@ -92,7 +91,7 @@ QByteArray withObject(QByteArray value, quint32 object) {
 void readFile(ImportContext& context, Note& note, const QString& itemName, quint16 flags) {
   FileObject file = fileAttributes(context);
   const QByteArray whole = markedValue(context.in);
-  const QString what = QStringLiteral("item \"%1\", file \"%2\"").arg(itemName, file.name);
+  const QString what = u"item \"%1\", file \"%2\""_s.arg(itemName, file.name);
   bool sized = false;
   const qint64 stated = context.in.attribute(u"size").toLongLong(&sized);
   bool hasData = false;
@@ -112,7 +111,7 @@ void readFile(ImportContext& context, Note& note, const QString& itemName, quint
   if (!hasData) {
     const quint32 object = context.target.beginObject();
     stored = context.target.finishObject(object);
-    context.findings.ignored(QStringLiteral("attachment \"%1\" came without its data").arg(file.name));
+    context.findings.ignored(u"attachment \"%1\" came without its data"_s.arg(file.name));
   }
   if (!whole.isEmpty()) {
     note.add(itemName, flags, withObject(whole, stored.id));
@@ -121,11 +120,10 @@ void readFile(ImportContext& context, Note& note, const QString& itemName, quint
   const bool packed = file.compression != 0;
   const qint64 size = packed && sized ? stated : stored.size;
   if (size < 0 || size > std::numeric_limits<quint32>::max())
-    context.in.fail(QStringLiteral("%1 is larger than an attachment can be").arg(what));
-  if (packed) context.findings.keptRaw(QStringLiteral("attachment \"%1\" in compressed form").arg(file.name));
+    context.in.fail(u"%1 is larger than an attachment can be"_s.arg(what));
+  if (packed) context.findings.keptRaw(u"attachment \"%1\" in compressed form"_s.arg(file.name));
   if (!packed && hasData && sized && stated != stored.size)
-    context.findings.ignored(
-        QStringLiteral("attachment \"%1\" states another size than it has").arg(file.name));
+    context.findings.ignored(u"attachment \"%1\" states another size than it has"_s.arg(file.name));
   file.objectId = stored.id;
   file.size = quint32(size);
   note.add(itemName, flags, fileObjectValue(file));

@@ -2,6 +2,7 @@
 
 #include "embedded/dxl/item_elements.h"
 #include "embedded/dxl/record_writer.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -14,7 +15,7 @@ bool FormReader::readChild() {
     const QByteArray record = readFormField(context_, note_, {}, fields_);
     RecordWriter body;
     if (!record.isEmpty()) body.appendInline(record);
-    add(QStringLiteral("$Body"), 0, rawValue(itemtype::RichText, body.bytes()));
+    add(u"$Body"_s, 0, rawValue(itemtype::RichText, body.bytes()));
     return true;
   }
   return in_.is(u"code") && readCode();
@@ -27,15 +28,15 @@ void FormReader::readBody() {
       continue;
     }
     const QByteArray body = readRichText(context_, note_, &fields_);
-    note_.add(QStringLiteral("$Body"), 0, rawValue(itemtype::RichText, body));
+    note_.add(u"$Body"_s, 0, rawValue(itemtype::RichText, body));
   }
 }
 
 bool FormReader::readCode() {
   const QString event = in_.attribute(u"event");
   QString item;
-  if (event == u"windowtitle") item = QStringLiteral("$WindowTitle");
-  if (event == u"htmlhead") item = QStringLiteral("$HTMLHeadTag");
+  if (event == u"windowtitle") item = u"$WindowTitle"_s;
+  if (event == u"htmlhead") item = u"$HTMLHeadTag"_s;
   if (item.isEmpty()) return false;
   while (in_.nextChild()) {
     if (in_.is(u"formula"))

@@ -1,7 +1,7 @@
 // Forms, subforms, pages, About and Using documents, and shared fields.
 #pragma once
 
-#include "embedded/dxl/design_elements.h"
+#include "embedded/dxl/design_reader.h"
 #include "embedded/dxl/field_elements.h"
 
 namespace lens {

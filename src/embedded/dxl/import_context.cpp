@@ -2,11 +2,13 @@
 
 #include <algorithm>
 
+#include "notes/literals.h"
+
 namespace lens {
 
 void keepXml(ReadContext& context, Note& note, const QString& element, const QString& xml) {
-  note.add(QStringLiteral("$DXL_") + element, 0, storedTextValue(xml));
-  context.findings.keptRaw(QStringLiteral("element \"%1\"").arg(element));
+  note.add(u"$DXL_"_s + element, 0, storedTextValue(xml));
+  context.findings.keptRaw(u"element \"%1\""_s.arg(element));
 }
 
 void keepElement(ReadContext& context, Note& note) {

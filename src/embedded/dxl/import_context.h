@@ -3,8 +3,8 @@
 
 #include "embedded/dxl/dxl_reader.h"
 #include "embedded/dxl/import_report.h"
+#include "embedded/format/note.h"
 #include "embedded/store/database.h"
-#include "embedded/store/note.h"
 
 namespace lens {
 

@@ -1,20 +1,21 @@
 #include "embedded/dxl/item_elements.h"
 
-#include "embedded/dxl/dxl_datetime.h"
+#include "embedded/dxl/datetime_element.h"
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/file_elements.h"
-#include "embedded/dxl/item_flags.h"
+#include "embedded/dxl/item_flag_names.h"
 #include "embedded/dxl/raw_values.h"
 #include "embedded/dxl/rich_text_elements.h"
-#include "embedded/dxl/source_formula.h"
+#include "embedded/format/source_formula.h"
 #include "embedded/mime/mime_entity.h"
+#include "notes/literals.h"
 
 namespace lens {
 
 namespace {
 
 QString naming(const QString& item) {
-  return QStringLiteral("item \"%1\"").arg(item);
+  return u"item \"%1\""_s.arg(item);
 }
 
 // What the start tag of an item says of it.
@@ -27,14 +28,13 @@ struct ItemTag {
 
 ItemTag readTag(const DxlReader& in) {
   ItemTag tag{exactAttribute(in, u"name"), itemFlags(in), in.hasAttribute(u"summary"), false};
-  if (tag.name.isEmpty() && !in.hasAttribute(exactMarkOf(u"name")))
-    in.fail(QStringLiteral("an item has no name"));
+  if (tag.name.isEmpty() && !in.hasAttribute(exactMarkOf(u"name"))) in.fail(u"an item has no name"_s);
   QString exact;
   tag.separate = readMark(in, exactmark::kSeparate, exact);
   if (!readMark(in, exactmark::kFlags, exact)) return tag;
   bool good = false;
   tag.flags = exact.toUShort(&good, 16);
-  if (!good) in.fail(QStringLiteral("\"%1\" is no set of item flags").arg(exact.left(64)));
+  if (!good) in.fail(u"\"%1\" is no set of item flags"_s.arg(exact.left(64)));
   tag.summaryStated = true;
   return tag;
 }
@@ -43,7 +43,7 @@ double readNumber(ImportContext& context, const QString& item) {
   const QString text = context.in.readText().trimmed();
   bool good = false;
   const double number = text.toDouble(&good);
-  if (!good) context.in.fail(QStringLiteral("%1: \"%2\" is no number").arg(naming(item), text.left(64)));
+  if (!good) context.in.fail(u"%1: \"%2\" is no number"_s.arg(naming(item), text.left(64)));
   return number;
 }
 
@@ -54,10 +54,9 @@ QByteArray readNumberList(ImportContext& context, const QString& item) {
       singles.push_back(readNumber(context, item));
     } else if (context.in.is(u"numberpair")) {
       while (context.in.nextChild()) pairs.push_back(readNumber(context, item));
-      if (pairs.size() % 2 != 0)
-        context.in.fail(QStringLiteral("%1: a pair lacks a number").arg(naming(item)));
+      if (pairs.size() % 2 != 0) context.in.fail(u"%1: a pair lacks a number"_s.arg(naming(item)));
     } else {
-      context.in.fail(QStringLiteral("%1: no number list holds \"%2\"").arg(naming(item), context.in.name()));
+      context.in.fail(u"%1: no number list holds \"%2\""_s.arg(naming(item), context.in.name()));
     }
   }
   if (pairs.isEmpty()) return numberListValue(singles);
@@ -79,10 +78,10 @@ QByteArray readTimeList(ImportContext& context, const QString& item) {
     } else if (context.in.is(u"datetimepair")) {
       QVector<TimeDate> ends;
       while (context.in.nextChild()) ends.push_back(readDatetime(context, naming(item)));
-      if (ends.size() != 2) context.in.fail(QStringLiteral("%1: a pair needs two times").arg(naming(item)));
+      if (ends.size() != 2) context.in.fail(u"%1: a pair needs two times"_s.arg(naming(item)));
       pairs.push_back({ends[0], ends[1]});
     } else {
-      context.in.fail(QStringLiteral("%1: no time list holds \"%2\"").arg(naming(item), context.in.name()));
+      context.in.fail(u"%1: no time list holds \"%2\""_s.arg(naming(item), context.in.name()));
     }
   }
   return timeListValue(singles, pairs);
@@ -92,21 +91,19 @@ QByteArray readRaw(ImportContext& context, const QString& item) {
   const QString typeText = context.in.attribute(u"type");
   bool good = false;
   const uint type = typeText.toUInt(&good, 16);
-  if (!good || type > 0xFFFF)
-    context.in.fail(QStringLiteral("%1: \"%2\" is no item type").arg(naming(item), typeText));
+  if (!good || type > 0xFFFF) context.in.fail(u"%1: \"%2\" is no item type"_s.arg(naming(item), typeText));
   QString mark;
   const bool asStored = readMark(context.in, exactmark::kAsStored, mark);
   const QByteArray data = context.in.readBase64(naming(item));
   if (asStored) return rawValue(quint16(type), data);
   const QString fault = rawValueFault(quint16(type), data);
   if (!fault.isEmpty())
-    context.in.fail(QStringLiteral("%1: %2 does not fit the %3 bytes that are there")
-                        .arg(naming(item), fault)
-                        .arg(data.size()));
+    context.in.fail(
+        u"%1: %2 does not fit the %3 bytes that are there"_s.arg(naming(item), fault).arg(data.size()));
   QByteArray value;
   if (type == itemtype::Object) {
     if (storeInlineObject(context.target, data, value)) return value;
-    context.findings.keptRaw(QStringLiteral("item \"%1\" of type 3").arg(item));
+    context.findings.keptRaw(u"item \"%1\" of type 3"_s.arg(item));
   }
   return rawValue(quint16(type), data);
 }
@@ -174,22 +171,6 @@ void readItem(ImportContext& context, Note& note) {
   if (empty) note.add(tag.name, tag.flags, rawValue(itemtype::Unknown, {}));
 }
 
-TimeDate readDatetime(ReadContext& context, const QString& what) {
-  const bool dst = context.in.flag(u"dst");
-  QString exact;
-  const bool marked = readMark(context.in, exactmark::kTime, exact);
-  const QString& text = context.in.readText();
-  TimeDate time;
-  if (marked) {
-    if (!parseTimeDateHex(exact, time))
-      context.in.fail(QStringLiteral("%1: \"%2\" is no time").arg(what, exact.left(64)));
-    return time;
-  }
-  if (!parseDxlTime(text, dst, time))
-    context.in.fail(QStringLiteral("%1: \"%2\" is no time").arg(what, text.left(64)));
-  return time;
-}
-
 QStringList readTexts(ReadContext& context) {
   QStringList texts;
   while (context.in.nextChild()) texts.push_back(context.in.readText());
@@ -198,7 +179,7 @@ QStringList readTexts(ReadContext& context) {
 
 QByteArray readFormula(ReadContext& context, const QString& what) {
   if (context.in.flag(u"compiled")) return rawValue(itemtype::Formula, context.in.readBase64(what));
-  context.findings.keptRaw(QStringLiteral("formula as source text"));
+  context.findings.keptRaw(u"formula as source text"_s);
   return sourceFormulaValue(context.in.readText());
 }
 
@@ -208,7 +189,7 @@ void readMime(ImportContext& context, Note& note, const QString& itemName) {
   while (start < text.size() && (text[start] == u'\n' || text[start] == u' ' || text[start] == u'\t'))
     ++start;
   text = text.mid(start);
-  text.replace(u'\n', QStringLiteral("\r\n"));
+  text.replace(u'\n', u"\r\n"_s);
   const QVector<QByteArray> parts = mimePartValues(text.toUtf8());
   for (const QByteArray& part : parts) note.add(itemName, 0, part);
 }

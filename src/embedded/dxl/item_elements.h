@@ -9,9 +9,6 @@ namespace lens {
 // joined to the first.
 void readItem(ImportContext& context, Note& note);
 
-// The reader stands at "datetime"; what names the place in faults.
-TimeDate readDatetime(ReadContext& context, const QString& what);
-
 // The reader stands at an element that holds "text" or "name" elements.
 QStringList readTexts(ReadContext& context);
 

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <array>
 
-#include "embedded/dxl/design_elements.h"
+#include "embedded/dxl/datetime_element.h"
+#include "embedded/dxl/design_reader.h"
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/item_elements.h"
-#include "embedded/store/profile_name.h"
+#include "embedded/format/profile_name.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -38,8 +40,7 @@ quint16 classOf(const DxlReader& in) {
   }
   bool number = false;
   const uint value = name.toUInt(&number, 16);
-  if (!number || value == 0 || value > 0xFFFF)
-    in.fail(QStringLiteral("\"%1\" is no class of notes").arg(name));
+  if (!number || value == 0 || value > 0xFFFF) in.fail(u"\"%1\" is no class of notes"_s.arg(name));
   return quint16(value);
 }
 
@@ -59,8 +60,7 @@ TimeDate readTimeOf(ImportContext& context) {
 void readNoteInfo(ImportContext& context, NoteHeader& header) {
   DxlReader& in = context.in;
   const QString unid = in.attribute(u"unid");
-  if (!unid.isEmpty() && !Unid::parse(unid, header.unid))
-    in.fail(QStringLiteral("\"%1\" is no UNID").arg(unid.left(64)));
+  if (!unid.isEmpty() && !Unid::parse(unid, header.unid)) in.fail(u"\"%1\" is no UNID"_s.arg(unid.left(64)));
   header.sequence = in.attribute(u"sequence").toUInt();
   while (in.nextChild()) {
     if (in.is(u"created"))
@@ -74,7 +74,7 @@ void readNoteInfo(ImportContext& context, NoteHeader& header) {
     else if (in.is(u"addedtofile"))
       header.added = readTimeOf(context);
     else {
-      context.findings.ignored(QStringLiteral("noteinfo/%1").arg(in.name()));
+      context.findings.ignored(u"noteinfo/%1"_s.arg(in.name()));
       in.skip();
     }
   }
@@ -87,9 +87,9 @@ bool readProlog(ImportContext& context, Note& note, Prolog& prolog) {
   } else if (in.is(u"updatedby")) {
     prolog.updatedBy = readTexts(context);
   } else if (in.is(u"revisions")) {
-    while (in.nextChild()) prolog.revisions.push_back(readDatetime(context, QStringLiteral("revisions")));
+    while (in.nextChild()) prolog.revisions.push_back(readDatetime(context, u"revisions"_s));
   } else if (in.is(u"wassignedby")) {
-    context.findings.ignored(QStringLiteral("wassignedby: information only"));
+    context.findings.ignored(u"wassignedby: information only"_s);
     in.skip();
   } else {
     return false;
@@ -103,10 +103,10 @@ void addUnlessThere(Note& note, const QString& name, quint16 flags, const QByteA
 
 void addProlog(Note& note, const Prolog& prolog) {
   if (!prolog.updatedBy.isEmpty())
-    addUnlessThere(note, QStringLiteral("$UpdatedBy"), itemflag::Summary | itemflag::Names,
+    addUnlessThere(note, u"$UpdatedBy"_s, itemflag::Summary | itemflag::Names,
                    storedTextListValue(prolog.updatedBy));
   if (!prolog.revisions.isEmpty())
-    addUnlessThere(note, QStringLiteral("$Revisions"), itemflag::Summary, timeListValue(prolog.revisions));
+    addUnlessThere(note, u"$Revisions"_s, itemflag::Summary, timeListValue(prolog.revisions));
 }
 
 // Attributes of "document" that stand for items.
@@ -123,14 +123,13 @@ struct DocumentAttributes {
 
 void addDocumentItems(ImportContext& context, Note& note, const DocumentAttributes& attributes) {
   if (!attributes.form.isEmpty() && !note.has(u"Form"))
-    note.items.push_front({QStringLiteral("Form"), itemflag::Summary, storedTextValue(attributes.form)});
+    note.items.push_front({u"Form"_s, itemflag::Summary, storedTextValue(attributes.form)});
   if (!attributes.parent.isEmpty())
-    addUnlessThere(note, QStringLiteral("$REF"), itemflag::Summary, noteRefsValue({attributes.parent}));
-  if (attributes.conflict)
-    addUnlessThere(note, QStringLiteral("$Conflict"), itemflag::Summary, textValue(u""));
+    addUnlessThere(note, u"$REF"_s, itemflag::Summary, noteRefsValue({attributes.parent}));
+  if (attributes.conflict) addUnlessThere(note, u"$Conflict"_s, itemflag::Summary, textValue(u""));
   if (attributes.truncated) {
-    note.add(QStringLiteral("$DXL_truncated"), 0, textValue(u"true"));
-    context.findings.keptRaw(QStringLiteral("mark \"truncated\" of a document"));
+    note.add(u"$DXL_truncated"_s, 0, textValue(u"true"));
+    context.findings.keptRaw(u"mark \"truncated\" of a document"_s);
   }
 }
 
@@ -145,21 +144,21 @@ void readDocument(ImportContext& context, Note& note) {
   const bool parentMarked = readMark(in, exactmark::kParent, exactParent);
   Unid parent, marked;
   if (!exactParent.isEmpty() && !Unid::parse(exactParent, marked))
-    in.fail(QStringLiteral("\"%1\" is no UNID of a parent").arg(exactParent.left(64)));
+    in.fail(u"\"%1\" is no UNID of a parent"_s.arg(exactParent.left(64)));
   if (!attributes.parent.isEmpty() && !Unid::parse(attributes.parent, parent))
-    in.fail(QStringLiteral("\"%1\" is no UNID of a parent").arg(attributes.parent.left(64)));
+    in.fail(u"\"%1\" is no UNID of a parent"_s.arg(attributes.parent.left(64)));
   const QString name = profile ? profileName(in.attribute(u"name"), in.attribute(u"username")) : QString();
   Prolog prolog;
   while (in.nextChild()) {
     if (in.is(u"item"))
       readItem(context, note);
     else if (in.is(u"mime"))
-      readMime(context, note, QStringLiteral("Body"));
+      readMime(context, note, u"Body"_s);
     else if (!readProlog(context, note, prolog))
       keepElement(context, note);
   }
   addDocumentItems(context, note, attributes);
-  if (profile) addUnlessThere(note, QStringLiteral("$Name"), itemflag::Summary, storedTextValue(name));
+  if (profile) addUnlessThere(note, u"$Name"_s, itemflag::Summary, storedTextValue(name));
   addProlog(note, prolog);
   // The parent of a response comes as an attribute or as the item itself.
   note.header.parent = parentMarked ? marked : referredNote(note);
@@ -225,8 +224,7 @@ void saveImported(ImportContext& context, Note& note) {
   qint64 total = 0;
   for (const Item& item : note.items) total += item.value.size();
   if (total > DxlReader::kMaxValueBytes)
-    context.in.fail(
-        QStringLiteral("the items of a note are longer than %1 bytes").arg(DxlReader::kMaxValueBytes));
+    context.in.fail(u"the items of a note are longer than %1 bytes"_s.arg(DxlReader::kMaxValueBytes));
   const bool instead = removeOtherInstance(context.target, note);
   const bool replaced = context.target.saveAsGiven(note);
   ++context.findings.notes;

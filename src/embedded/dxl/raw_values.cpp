@@ -1,5 +1,7 @@
 #include "embedded/dxl/raw_values.h"
 
+#include "notes/literals.h"
+
 namespace lens {
 
 namespace {
@@ -8,25 +10,24 @@ namespace {
 QString textListFault(QByteArrayView data) {
   ByteReader reader(data);
   const qsizetype count = reader.u16();
-  if (reader.failed() || !reader.has(count * 2))
-    return QStringLiteral("a text list of %1 entries").arg(count);
+  if (reader.failed() || !reader.has(count * 2)) return u"a text list of %1 entries"_s.arg(count);
   qsizetype total = 0;
   for (qsizetype i = 0; i < count; ++i) total += reader.u16();
-  return reader.has(total) ? QString() : QStringLiteral("texts of %1 bytes").arg(total);
+  return reader.has(total) ? QString() : u"texts of %1 bytes"_s.arg(total);
 }
 
 QString rangeFault(QByteArrayView data) {
   ByteReader reader(data);
   const qsizetype count = reader.u16(), pairs = reader.u16();
   if (reader.failed() || !reader.has(count * 8 + pairs * 16))
-    return QStringLiteral("a list of %1 entries and %2 pairs").arg(count).arg(pairs);
+    return u"a list of %1 entries and %2 pairs"_s.arg(count).arg(pairs);
   return {};
 }
 
 QString noteRefsFault(QByteArrayView data) {
   ByteReader reader(data);
   const qsizetype count = reader.u16();
-  if (reader.failed() || !reader.has(count * 16)) return QStringLiteral("%1 note references").arg(count);
+  if (reader.failed() || !reader.has(count * 16)) return u"%1 note references"_s.arg(count);
   return {};
 }
 
@@ -35,9 +36,8 @@ QString mimePartFault(QByteArrayView data) {
   reader.skip(8);
   const quint32 bytes = reader.u16(), boundary = reader.u16(), headers = reader.u16();
   reader.skip(6);
-  if (reader.failed()) return QStringLiteral("the head of a MIME part");
-  if (!reader.has(qMax(bytes, boundary + headers)))
-    return QStringLiteral("a MIME part of %1 bytes").arg(bytes);
+  if (reader.failed()) return u"the head of a MIME part"_s;
+  if (!reader.has(qMax(bytes, boundary + headers))) return u"a MIME part of %1 bytes"_s.arg(bytes);
   return {};
 }
 
@@ -50,7 +50,7 @@ QString recordsFault(QByteArrayView data) {
     const qint64 length = width == 0xFF ? reader.u16() : width == 0 ? qint64(reader.u32()) : width;
     const qsizetype head = reader.position() - start;
     if (reader.failed() || length < head || !reader.has(length - head))
-      return QStringLiteral("a record of kind %1 and %2 bytes").arg(kind).arg(length);
+      return u"a record of kind %1 and %2 bytes"_s.arg(kind).arg(length);
     reader.skip(length - head);
     if (length % 2 != 0 && reader.left() > 0) reader.skip(1);
   }
@@ -58,7 +58,7 @@ QString recordsFault(QByteArrayView data) {
 }
 
 QString sizeFault(QByteArrayView data, qsizetype size) {
-  return data.size() >= size ? QString() : QStringLiteral("a value of %1 bytes").arg(size);
+  return data.size() >= size ? QString() : u"a value of %1 bytes"_s.arg(size);
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 #include "embedded/dxl/record_writer.h"
 
+#include "embedded/format/item_value.h"
+#include "embedded/format/lmbcs.h"
 #include "embedded/richtext/rich_records.h"
-#include "embedded/store/item_value.h"
-#include "embedded/store/lmbcs.h"
 
 namespace lens {
 

@@ -1,5 +1,7 @@
 #include "embedded/dxl/resource_elements.h"
 
+#include "notes/literals.h"
+
 namespace lens {
 
 namespace {
@@ -79,14 +81,14 @@ bool LibraryReader::readChild() {
 
 void LibraryReader::finish() {
   if (databaseScript_) {
-    addText(QStringLiteral("$DBScript"), script_.text(), 0);
+    addText(u"$DBScript"_s, script_.text(), 0);
   } else {
     const bool javaScript = !javaScript_.isEmpty() && script_.isEmpty();
     addFlags(javaScript ? u"h" : java_ ? u"sj" : u"s");
     if (javaScript)
-      addText(QStringLiteral("$JavaScriptLibrary"), javaScript_, 0);
+      addText(u"$JavaScriptLibrary"_s, javaScript_, 0);
     else
-      addText(QStringLiteral("$ScriptLib"), script_.text(), 0);
+      addText(u"$ScriptLib"_s, script_.text(), 0);
   }
   DesignReader::finish();
 }
@@ -99,14 +101,12 @@ ResourceReader::ResourceReader(const DesignKind& kind, ImportContext& context, N
 bool ResourceReader::readChild() {
   const bool gif = in_.is(u"gif"), jpeg = in_.is(u"jpeg");
   if (size_ >= 0 || (!gif && !jpeg && !in_.is(u"filedata"))) return false;
-  const QByteArray bytes =
-      in_.readBase64(QStringLiteral("the data of resource \"%1\"").arg(attribute(u"name")));
+  const QByteArray bytes = in_.readBase64(u"the data of resource \"%1\""_s.arg(attribute(u"name")));
   size_ = bytes.size();
   if (gif || jpeg) {
-    add(QStringLiteral("$ImageData"), 0,
-        rawValue(itemtype::RichText, imageRecords(gif ? kGif : kJpeg, bytes)));
+    add(u"$ImageData"_s, 0, rawValue(itemtype::RichText, imageRecords(gif ? kGif : kJpeg, bytes)));
   } else {
-    const QString item = styleSheet_ ? QStringLiteral("$StyleSheetData") : QStringLiteral("$FileData");
+    const QString item = styleSheet_ ? u"$StyleSheetData"_s : u"$FileData"_s;
     add(item, 0, rawValue(itemtype::RichText, fileRecords(bytes)));
   }
   return true;
@@ -114,10 +114,10 @@ bool ResourceReader::readChild() {
 
 void ResourceReader::finish() {
   const bool image = note_.has(u"$ImageData");
-  const QString names = image ? QStringLiteral("$ImageNames") : QStringLiteral("$FileNames");
+  const QString names = image ? u"$ImageNames"_s : u"$FileNames"_s;
   addText(names, attribute(u"name"));
-  if (size_ >= 0) add(QStringLiteral("$FileSize"), itemflag::Summary, numberValue(double(size_)));
-  if (!attribute(u"charset").isEmpty()) addText(QStringLiteral("$MimeCharSet"), attribute(u"charset"));
+  if (size_ >= 0) add(u"$FileSize"_s, itemflag::Summary, numberValue(double(size_)));
+  if (!attribute(u"charset").isEmpty()) addText(u"$MimeCharSet"_s, attribute(u"charset"));
   DesignReader::finish();
 }
 

@@ -1,7 +1,7 @@
 // Script libraries and the database script; image, file and style sheet resources.
 #pragma once
 
-#include "embedded/dxl/design_elements.h"
+#include "embedded/dxl/design_reader.h"
 
 namespace lens {
 

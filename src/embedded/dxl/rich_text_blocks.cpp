@@ -2,6 +2,7 @@
 
 #include "embedded/dxl/rich_text_reader.h"
 #include "embedded/dxl/rich_text_records.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -89,7 +90,7 @@ void RichTextReader::readTable() {
       }
       readRow(row++);
     } else {
-      context_.findings.ignored(QStringLiteral("layout of tables (\"%1\")").arg(in_.name()));
+      context_.findings.ignored(u"layout of tables (\"%1\")"_s.arg(in_.name()));
       in_.skip();
     }
   }
@@ -116,7 +117,7 @@ void RichTextReader::readRow(int row) {
 
 // The title is a paragraph before the paragraphs that it would hide.
 void RichTextReader::readSection() {
-  context_.findings.ignored(QStringLiteral("folding of sections: shown expanded"));
+  context_.findings.ignored(u"folding of sections: shown expanded"_s);
   readBlocks();
 }
 

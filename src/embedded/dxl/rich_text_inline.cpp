@@ -4,6 +4,7 @@
 #include "embedded/dxl/file_elements.h"
 #include "embedded/dxl/rich_text_reader.h"
 #include "embedded/dxl/rich_text_records.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -99,7 +100,7 @@ void RichTextReader::readInlineElement() {
   } else if (in_.is(u"nonxmlchar")) {
     bool good = false;
     const ushort code = attribute(u"value").toUShort(&good, 0);
-    if (!good) in_.fail(QStringLiteral("nonxmlchar has no proper value"));
+    if (!good) in_.fail(u"nonxmlchar has no proper value"_s);
     const QChar c(code);
     addPiece(QStringView(&c, 1));
     in_.skip();
@@ -111,7 +112,7 @@ void RichTextReader::readInlineElement() {
     readUrl();
   else if (in_.is(u"anchor")) {
     const QByteArray record = anchorRecord(attribute(u"name"));
-    if (record.isEmpty()) in_.fail(QStringLiteral("the name of an anchor is too long"));
+    if (record.isEmpty()) in_.fail(u"the name of an anchor is too long"_s);
     content();
     out_.appendInline(record);
     readInline();
@@ -142,9 +143,8 @@ void RichTextReader::readRun() {
 void RichTextReader::readFont() {
   flush();
   const QStringView name = in_.attributeView(u"name"), color = in_.attributeView(u"color");
-  if (!fontFace(name, font_.face)) context_.findings.ignored(QStringLiteral("font name \"%1\"").arg(name));
-  if (!fontColor(color, font_.color))
-    context_.findings.ignored(QStringLiteral("text color \"%1\"").arg(color));
+  if (!fontFace(name, font_.face)) context_.findings.ignored(u"font name \"%1\""_s.arg(name));
+  if (!fontColor(color, font_.color)) context_.findings.ignored(u"text color \"%1\""_s.arg(color));
   font_.attributes = fontStyle(in_.attributeView(u"style"));
   QStringView size = in_.attributeView(u"size");
   if (size.endsWith(u"pt")) size.chop(2);
@@ -173,7 +173,7 @@ void RichTextReader::readLink() {
   const QString view = kind == u"databaselink" ? QString() : attribute(u"view");
   const QByteArray record =
       linkRecord(attribute(u"database"), view, document, attribute(u"description"), attribute(u"server"));
-  if (record.isEmpty()) in_.fail(QStringLiteral("the %1 has a malformed ID").arg(kind));
+  if (record.isEmpty()) in_.fail(u"the %1 has a malformed ID"_s.arg(kind));
   content();
   out_.appendInline(record);
   readInline();
@@ -181,7 +181,7 @@ void RichTextReader::readLink() {
 
 void RichTextReader::readUrl() {
   const QByteArray record = urlHotspot(attribute(u"href"));
-  if (record.isEmpty()) in_.fail(QStringLiteral("the address of a link is too long"));
+  if (record.isEmpty()) in_.fail(u"the address of a link is too long"_s);
   content();
   out_.appendInline(record);
   readInline();
@@ -190,17 +190,16 @@ void RichTextReader::readUrl() {
 }
 
 void RichTextReader::readCompositeData() {
-  const QString what = QStringLiteral("compositedata");
+  const QString what = u"compositedata"_s;
   bool good = false;
   const uint type = attribute(u"type").toUInt(&good);
   const QByteArray bytes = in_.readBase64(what);
   if (!good || type > 0xFF || bytes.isEmpty() || quint8(bytes[0]) != type)
-    in_.fail(QStringLiteral("%1: the record is not of the type that is stated").arg(what));
+    in_.fail(u"%1: the record is not of the type that is stated"_s.arg(what));
   content();
   // What stands between the paragraphs (tables, definitions) begins none of its own.
   if (!out_.appendRecord(bytes)) {
-    in_.fail(
-        QStringLiteral("%1: the record has another length than its %2 bytes").arg(what).arg(bytes.size()));
+    in_.fail(u"%1: the record has another length than its %2 bytes"_s.arg(what).arg(bytes.size()));
   }
 }
 

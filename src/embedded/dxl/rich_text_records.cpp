@@ -2,9 +2,9 @@
 
 #include <array>
 
-#include "embedded/store/item_value.h"
-#include "embedded/store/lmbcs.h"
-#include "embedded/store/note.h"
+#include "embedded/format/item_value.h"
+#include "embedded/format/lmbcs.h"
+#include "embedded/format/note.h"
 
 namespace lens {
 

@@ -1,14 +1,15 @@
 #include "embedded/dxl/view_elements.h"
 
 #include "embedded/dxl/item_elements.h"
-#include "embedded/store/lmbcs.h"
-#include "embedded/views/view_records.h"
+#include "embedded/format/lmbcs.h"
+#include "embedded/format/view_records.h"
+#include "notes/literals.h"
 
 namespace lens {
 
 namespace {
 
-bool isCarried(QStringView name) {
+bool isCarriedByColumn(QStringView name) {
   return name == u"itemname" || name == u"width" || name == u"sort" || name == u"categorized" ||
          name == u"hidden" || name == u"responsesonly" || name == u"separatemultiplevalues";
 }
@@ -29,7 +30,7 @@ bool readColumnCode(ImportContext& context, ViewColumn& column) {
   bool complete = value;
   while (context.in.nextChild()) {
     if (value && context.in.is(u"formula")) {
-      column.formula = readFormula(context, QStringLiteral("the formula of a column")).mid(2);
+      column.formula = readFormula(context, u"the formula of a column"_s).mid(2);
     } else {
       complete = false;
       context.in.skip();
@@ -61,10 +62,10 @@ bool ViewReader::readChild() {
 bool ViewReader::readCode() {
   const QString event = in_.attribute(u"event");
   if (event != u"selection" && event != u"form") return false;
-  const QString item = event == u"form" ? QStringLiteral("$FormFormula") : QStringLiteral("$Formula");
+  const QString item = event == u"form" ? u"$FormFormula"_s : u"$Formula"_s;
   while (in_.nextChild()) {
     if (in_.is(u"formula"))
-      add(item, itemflag::Summary, readFormula(context_, QStringLiteral("the selection formula")));
+      add(item, itemflag::Summary, readFormula(context_, u"the selection formula"_s));
     else
       keepElement(context_, note_);
   }
@@ -85,7 +86,7 @@ void ViewReader::readColumn() {
   column.width = width > 0 && width < 8000 ? int(width * 8) : column.width * 8;
   bool complete = true;
   const QXmlStreamAttributes attributes = in_.attributes();
-  for (const QXmlStreamAttribute& a : attributes) complete = complete && isCarried(a.name());
+  for (const QXmlStreamAttribute& a : attributes) complete = complete && isCarriedByColumn(a.name());
   const bool records = !in_.recording();
   if (records) in_.startRecording();
   while (in_.nextChild()) {
@@ -99,18 +100,17 @@ void ViewReader::readColumn() {
     }
   }
   const QString xml = records ? in_.stopRecording() : QString();
-  if (records && !complete) keepXml(context_, note_, QStringLiteral("column"), xml);
+  if (records && !complete) keepXml(context_, note_, u"column"_s, xml);
   columns_.push_back(column);
 }
 
 void ViewReader::finish() {
   const QString noteClass = attribute(u"selectionnoteclass");
-  addText(QStringLiteral("$FormulaClass"), noteClass.isEmpty() ? QStringLiteral("1") : noteClass);
-  addText(QStringLiteral("$Index"), QString());
+  addText(u"$FormulaClass"_s, noteClass.isEmpty() ? u"1"_s : noteClass);
+  addText(u"$Index"_s, QString());
   if (!flag(u"noviewformat")) {
-    add(QStringLiteral("$ViewFormat"), itemflag::Summary,
-        viewFormatValue(columns_, flag(u"showresponsehierarchy", true)));
-    add(QStringLiteral("$Collation"), itemflag::Summary, collationValue(columns_));
+    add(u"$ViewFormat"_s, itemflag::Summary, viewFormatValue(columns_, flag(u"showresponsehierarchy", true)));
+    add(u"$Collation"_s, itemflag::Summary, collationValue(columns_));
   }
   DesignReader::finish();
 }

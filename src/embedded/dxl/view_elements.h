@@ -1,7 +1,7 @@
 // Views and folders.
 #pragma once
 
-#include "embedded/dxl/design_elements.h"
+#include "embedded/dxl/design_reader.h"
 
 namespace lens {
 

@@ -7,7 +7,7 @@ namespace {
 
 // What a client's function does with its keywords is the client's affair.
 bool checksKeywords(const Function& function) {
-  return function.keywords && !(function.quirks & quirk::NeedsClient);
+  return function.keywords && !(function.traits & trait::NeedsClient);
 }
 
 bool allListed(const Function& function, const Value& words) {

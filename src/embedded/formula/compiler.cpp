@@ -1,6 +1,7 @@
 #include "embedded/formula/compiler.h"
 
 #include "embedded/formula/formula.h"
+#include "notes/literals.h"
 
 namespace lens::formula {
 
@@ -20,11 +21,11 @@ void Compiler::findVariables() {
         break;
       case Form::Sort:
         if (node.children.size() < 3) break;
-        variable(QStringLiteral("$A"));
-        variable(QStringLiteral("$B"));
+        variable(u"$A"_s);
+        variable(u"$B"_s);
         break;
       case Form::IfError:
-        variable(QStringLiteral("$Error"));
+        variable(u"$Error"_s);
         break;
       case Form::Set: {
         const Node& name = this->node(node.children[0]);
@@ -52,7 +53,7 @@ bool Compiler::hasEffects(int index) {
   if (node.kind == Node::Kind::Call)
     some = node.function->form == Form::Set || node.function->form == Form::Eval ||
            node.function->form == Form::Transform || node.function->form == Form::Sort ||
-           node.function->form == Form::IfError || (node.function->quirks & quirk::Writes);
+           node.function->form == Form::IfError || (node.function->traits & trait::Writes);
   for (std::size_t i = 0; i < node.children.size() && !some; ++i) some = hasEffects(node.children[i]);
   effects = some ? Effects::Some : Effects::None;
   return some;

@@ -1,5 +1,6 @@
 #include "embedded/formula/compiler.h"
 #include "embedded/formula/operators.h"
+#include "notes/literals.h"
 
 namespace lens::formula {
 
@@ -98,7 +99,7 @@ void Compiler::ifCall(const Node& node, int result) {
 }
 
 void Compiler::ifErrorCall(const Node& node, int result) {
-  const int error = nameOf(QStringLiteral("$Error"));
+  const int error = nameOf(u"$Error"_s);
   const int value = inTemporary(node.children[0]);
   const int fine = emit({Op::UnlessError, 0, value});
   const std::size_t mark = branch();
@@ -178,7 +179,7 @@ void Compiler::sortCall(const Node& node, int result) {
   const int at = emit({Op::CustomSort, result, list, order, here() + 1});
   const std::size_t mark = branch();
   for (int i = 0; i < 2; ++i) {
-    program_.sortNames[i] = nameOf(i == 0 ? QStringLiteral("$A") : QStringLiteral("$B"));
+    program_.sortNames[i] = nameOf(i == 0 ? u"$A"_s : u"$B"_s);
     know(program_.sortNames[i]);
   }
   emit({Op::EndBlock, 0, operand(node.children[2])});

@@ -82,7 +82,7 @@ bool Compiler::foldChain(const Node& node, Value& value) {
 bool Compiler::foldCall(const Node& node, Value& value) {
   if (node.function->form == Form::Unavailable) return value = Value::unavailable(), true;
   if (node.function->form == Form::Nothing) return value = Value::nothing(), true;
-  if (node.function->form != Form::Call || !(node.function->quirks & quirk::Pure)) return false;
+  if (node.function->form != Form::Call || !(node.function->traits & trait::Pure)) return false;
   std::vector<Value> values(node.children.size());
   QVarLengthArray<const Value*, 8> arguments;
   qsizetype size = 0;

@@ -3,13 +3,13 @@
 namespace lens::formula {
 namespace {
 
-struct Row {
+struct FaultRow {
   FaultCode code;
   const char* text;
 };
 
 // The platform's own sentences, with their own full stops.
-constexpr Row kTexts[] = {
+constexpr FaultRow kTexts[] = {
     {fault::FormulaError, "Formula Error"},
     {fault::InvalidOperator, "Invalid operator"},
     {fault::InvalidArgumentType, "Invalid type of argument"},
@@ -85,7 +85,7 @@ constexpr Row kTexts[] = {
 }  // namespace
 
 QString faultText(FaultCode code) {
-  for (const Row& row : kTexts)
+  for (const FaultRow& row : kTexts)
     if (row.code == code) return QString::fromLatin1(row.text);
   return {};
 }

@@ -14,9 +14,9 @@
 #include <memory>
 #include <vector>
 
+#include "embedded/formula/evaluation_context.h"
 #include "embedded/formula/function.h"
 #include "embedded/formula/value.h"
-#include "embedded/formula/world.h"
 
 namespace lens::formula {
 

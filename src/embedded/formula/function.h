@@ -6,15 +6,15 @@
 #include <cstring>
 #include <span>
 
+#include "embedded/formula/evaluation_context.h"
 #include "embedded/formula/value.h"
-#include "embedded/formula/world.h"
 
 namespace lens::formula {
 
 class Evaluation;
 
 // What a function is called with. Arguments have been checked against the row's types, are no errors
-// (but for rows with Quirk::TakesErrors), and a missing name among them is the empty text.
+// (but for rows with Trait::TakesErrors), and a missing name among them is the empty text.
 class Call {
  public:
   Call(const Value* const* arguments, int count, Evaluation* evaluation)
@@ -23,7 +23,7 @@ class Call {
   const Value& operator[](int i) const { return *arguments_[i]; }
   bool has(int i) const { return i < count_; }
 
-  // The world. Functions that are folded (Quirk::Pure) must not ask for it.
+  // The world. Functions that are folded (Trait::Pure) must not ask for it.
   Environment& environment() const;
   const Region& region() const;
   const LocalZone& zone() const;
@@ -66,13 +66,13 @@ enum class Form : quint8 {
   Nothing,
 };
 
-namespace quirk {
+namespace trait {
 inline constexpr quint8 Pure = 1,  // same arguments, same value: folded when they are constants
     TakesErrors = 2,               // sees error values instead of handing them on
     NeedsClient = 4,               // compiles, and fails when it runs
     RaggedCount = 8,               // checks the number of its arguments when it runs
     Writes = 16;                   // may change items of the document at hand
-}  // namespace quirk
+}  // namespace trait
 
 inline constexpr int kAnyCount = 65535;
 
@@ -86,7 +86,7 @@ struct Function {
   const char* arguments;  // as the help shows them: "text; count"
   const char* help;       // a sentence or two for the user
   Implementation run = nullptr;
-  quint8 quirks = 0;
+  quint8 traits = 0;
   Form form = Form::Call;
   // Keywords that its keyword arguments may name, blank between; null: any. Checked when compiled.
   const char* keywords = nullptr;

@@ -2,6 +2,7 @@
 
 #include "embedded/formula/faults.h"
 #include "embedded/formula/function.h"
+#include "notes/literals.h"
 
 namespace lens::formula {
 namespace {
@@ -117,49 +118,45 @@ constexpr Family kFamilies[] = {
 // Signs that would mean something in Markdown stand for themselves.
 QString cell(const char* text) {
   QString plain = QString::fromUtf8(text);
-  plain.replace(u'<', QStringLiteral("&lt;"));
-  for (QChar sign : {u'|', u'*', u'_'}) plain.replace(sign, QStringLiteral("\\") + sign);
+  plain.replace(u'<', u"&lt;"_s);
+  for (QChar sign : {u'|', u'*', u'_'}) plain.replace(sign, u"\\"_s + sign);
   return plain;
 }
 
 QString code(QString text) {
-  return u'`' + text.replace(u'|', QStringLiteral("\\|")) + u'`';
+  return u'`' + text.replace(u'|', u"\\|"_s) + u'`';
 }
 
 QString argumentCount(const Function& function) {
   const int least = function.least, most = function.most;
-  if (most == 0) return QStringLiteral("none");
+  if (most == 0) return u"none"_s;
   if (most == least) return QString::number(least);
-  if (most == kAnyCount) return QStringLiteral("%1 or more").arg(least);
-  return QStringLiteral("%1 %2 %3")
-      .arg(least)
-      .arg(most == least + 1 ? QStringLiteral("or") : QStringLiteral("to"))
-      .arg(most);
+  if (most == kAnyCount) return u"%1 or more"_s.arg(least);
+  return u"%1 %2 %3"_s.arg(least).arg(most == least + 1 ? u"or"_s : u"to"_s).arg(most);
 }
 
 QString row(const Function& function) {
   QString does = cell(function.help);
-  if (function.note) does += QStringLiteral(" *") + cell(function.note) + u'*';
-  const bool client = (function.quirks & quirk::NeedsClient) != 0;
-  return QStringLiteral("| %1 | %2 | %3 | %4 |\n")
-      .arg(code(callForm(function)), argumentCount(function), does,
-           client ? QStringLiteral("needs the client") : QStringLiteral("implemented"));
+  if (function.note) does += u" *"_s + cell(function.note) + u'*';
+  const bool client = (function.traits & trait::NeedsClient) != 0;
+  return u"| %1 | %2 | %3 | %4 |\n"_s.arg(code(callForm(function)), argumentCount(function), does,
+                                          client ? u"needs the client"_s : u"implemented"_s);
 }
 
 QString table(const Family& family) {
-  QString text = QStringLiteral("### %1\n\n| Call | Arguments | What it does | Here |\n|---|---|---|---|\n")
-                     .arg(QString::fromUtf8(family.title));
+  QString text = u"### %1\n\n| Call | Arguments | What it does | Here |\n|---|---|---|---|\n"_s.arg(
+      QString::fromUtf8(family.title));
   for (const Function& function : family.functions()) text += row(function);
   return text + u'\n';
 }
 
 QString messages() {
-  QString text = QStringLiteral(
-      "## Messages\n\nThe first part is found when a formula is compiled, the second when it runs.\n\n"
-      "| Number | Text |\n|---|---|\n");
+  QString text =
+      u"## Messages\n\nThe first part is found when a formula is compiled, the second when it runs.\n\n"
+      "| Number | Text |\n|---|---|\n"_s;
   for (FaultCode code = fault::FormulaError; code <= fault::CodeTooLong; ++code)
     if (const QString message = faultText(code); !message.isEmpty())
-      text += QStringLiteral("| %1 | %2 |\n").arg(QString::number(code, 16).toUpper(), message);
+      text += u"| %1 | %2 |\n"_s.arg(QString::number(code, 16).toUpper(), message);
   return text;
 }
 
@@ -167,10 +164,10 @@ QString messages() {
 
 QString functionPage() {
   QString page = QString::fromUtf8(kIntroduction);
-  page += QStringLiteral(
-      "## Functions\n\nFunctions without arguments take no parentheses. Those that need the client compile "
+  page +=
+      u"## Functions\n\nFunctions without arguments take no parentheses. Those that need the client compile "
       "and are an error when they run. What stands in *slanted* letters is where this program does less than "
-      "the platform, or something else.\n\n");
+      "the platform, or something else.\n\n"_s;
   for (const Family& family : kFamilies) page += table(family);
   return page + messages();
 }

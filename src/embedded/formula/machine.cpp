@@ -314,7 +314,7 @@ void Machine::callFunction(const Instruction& i) {
     if (argument->type() < Type::Number) {
       if (readsAsEmpty(*argument)) {
         argument = &emptyText();
-      } else if (!argument->isError() || !(function.quirks & quirk::TakesErrors)) {
+      } else if (!argument->isError() || !(function.traits & trait::TakesErrors)) {
         at(i.result) = argument->isError() ? *argument : Value::error(fault::UnavailableUsed);
         return;
       }

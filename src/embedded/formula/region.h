@@ -6,6 +6,8 @@
 #include <QLocale>
 #include <QString>
 
+#include "notes/literals.h"
+
 namespace lens::formula {
 
 struct Region {
@@ -14,10 +16,10 @@ struct Region {
   QChar dateSeparator = u'/';
   QChar timeSeparator = u':';
   bool twelveHours = true;
-  QString am = QStringLiteral("AM"), pm = QStringLiteral("PM");
+  QString am = u"AM"_s, pm = u"PM"_s;
   QChar decimalMark = u'.';
   QChar thousandsMark = u',';
-  QString currency = QStringLiteral("$");
+  QString currency = u"$"_s;
   bool currencyBehind = false;
   // "0.5" rather than ".5".
   bool leadingZero = true;

@@ -1,6 +1,7 @@
 #include "embedded/formula/time_text.h"
 
 #include "embedded/formula/zones.h"
+#include "notes/literals.h"
 
 namespace lens::formula {
 namespace {
@@ -54,8 +55,8 @@ QString clockText(qint32 hundredths, TimeFormat::Clock form, const Region& regio
 QString dayWord(qint32 day, const TimeReading& reading) {
   const Civil now = civilOf(reading.now, reading.zone);
   if (!now.hasDate) return {};
-  if (day == now.day) return QStringLiteral("Today");
-  if (day == now.day - 1) return QStringLiteral("Yesterday");
+  if (day == now.day) return u"Today"_s;
+  if (day == now.day - 1) return u"Yesterday"_s;
   return {};
 }
 

@@ -39,8 +39,4 @@ TimeFormat readTimeFormat(QStringView letters);
 QString timeText(const TimeDate& time, const TimeFormat& format, const TimeReading& reading);
 QString rangeText(const TimePair& range, const TimeFormat& format, const TimeReading& reading);
 
-// Names of zones, as constants may hold them ("EST"): hours west of GMT with summer time in the name.
-// "" for a zone that has none; such a zone is written "GMT+2", "GMT-5:30".
-QString zoneName(Zone zone, bool summer);
-
 }  // namespace lens::formula

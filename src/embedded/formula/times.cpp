@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <limits>
 
+#include "embedded/formula/whole_division.h"
 #include "embedded/formula/zones.h"
 
 namespace lens::formula {
@@ -15,12 +15,6 @@ constexpr qint32 kFirstDay = 1721426;     // 1 January 1
 constexpr qint32 kLastDay = 5373484;      // 31 December 9999
 constexpr quint32 kDayMask = 0x00FFFFFF;
 constexpr quint32 kEastBit = 0x40000000, kSummerBit = 0x80000000;
-constexpr qint64 kEver = std::numeric_limits<qint64>::max() / 4;
-constexpr qsizetype kRememberedStretches = 4096;
-
-constexpr qint64 floorOf(qint64 number, qint64 divisor) {
-  return number / divisor - (number % divisor < 0 ? 1 : 0);
-}
 
 bool hasDay(const TimeDate& time) {
   return time.innards[1] != kAnyDay && (time.innards[1] & kDayMask) != 0;
@@ -69,69 +63,6 @@ bool dateExists(int year, int month, int day) {
 
 int weekday(qint32 julianDay) {
   return int((julianDay + 1) % 7) + 1;
-}
-
-LocalZone::LocalZone(const QTimeZone& zone) : zone_(zone.isValid() ? zone : QTimeZone::utc()) {
-  const auto minutesIn = [this](int month) {
-    const QDateTime first(QDate(QDate::currentDate().year(), month, 1), QTime(0, 0), Qt::UTC);
-    return zone_.offsetFromUtc(first) / 60;
-  };
-  const int january = minutesIn(1), july = minutesIn(7);
-  standard_ = {std::min(january, july), january != july};
-}
-
-int LocalZone::offsetByRules(qint64 instant) const {
-  return zone_.offsetFromUtc(QDateTime::fromMSecsSinceEpoch(instant * 10, Qt::UTC));
-}
-
-LocalZone::Stretch LocalZone::stretchByRules(qint64 instant) const {
-  const int offset = offsetByRules(instant);
-  Stretch stretch{-kEver, kEver, -kEver, kEver, offset};
-  if (!zone_.hasTransitions()) return stretch;
-  const QDateTime at = QDateTime::fromMSecsSinceEpoch(instant * 10, Qt::UTC);
-  const QDateTime next = zone_.nextTransition(at).atUtc;
-  const QDateTime previous = zone_.previousTransition(at.addMSecs(1)).atUtc;
-  if (next.isValid()) {
-    stretch.until = std::max(floorOf(next.toMSecsSinceEpoch(), 10), instant + 1);
-    stretch.localUntil = stretch.until + 100 * qint64(std::max(offset, offsetByRules(stretch.until)));
-  }
-  if (previous.isValid()) {
-    stretch.from = std::min(floorOf(previous.toMSecsSinceEpoch(), 10), instant);
-    stretch.localFrom = stretch.from + 100 * qint64(std::max(offset, offsetByRules(stretch.from - 1)));
-  }
-  return stretch;
-}
-
-const LocalZone::Stretch& LocalZone::findStretch(qint64 instant) const {
-  if (known_.size() >= kRememberedStretches) known_.clear();
-  const auto later = std::upper_bound(known_.constBegin(), known_.constEnd(), instant,
-                                      [](qint64 at, const Stretch& stretch) { return at < stretch.from; });
-  last_ = later - known_.constBegin() - 1;
-  if (last_ < 0 || instant >= known_.at(last_).until) known_.insert(++last_, stretchByRules(instant));
-  return known_.at(last_);
-}
-
-const LocalZone::Stretch& LocalZone::stretchAt(qint64 instant) const {
-  if (last_ < known_.size()) {
-    const Stretch& stretch = known_.at(last_);
-    if (instant >= stretch.from && instant < stretch.until) return stretch;
-  }
-  return findStretch(instant);
-}
-
-int LocalZone::offsetAt(qint64 instant) const {
-  return stretchAt(instant).offset;
-}
-
-int LocalZone::offsetAtLocal(qint64 localHundredths) const {
-  if (last_ < known_.size()) {
-    const Stretch& stretch = known_.at(last_);
-    if (localHundredths >= stretch.localFrom && localHundredths < stretch.localUntil) return stretch.offset;
-  }
-  const Stretch& near = stretchAt(localHundredths - 6000 * qint64(standard_.offsetMinutes));
-  if (localHundredths < near.localFrom) return stretchAt(near.from - 1).offset;
-  if (localHundredths >= near.localUntil) return stretchAt(near.until).offset;
-  return near.offset;
 }
 
 Civil civilAt(qint64 localHundredths) {

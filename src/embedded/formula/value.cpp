@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <new>
 
-#include "embedded/store/lmbcs.h"
+#include "embedded/format/lmbcs.h"
 
 namespace lens::formula {
 void* allocate(qsizetype bytes) {

@@ -13,8 +13,8 @@
 #include <limits>
 #include <utility>
 
+#include "embedded/format/item_value.h"
 #include "embedded/formula/faults.h"
-#include "embedded/store/item_value.h"
 
 namespace lens::formula {
 

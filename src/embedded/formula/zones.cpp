@@ -3,12 +3,12 @@
 #include <map>
 #include <memory>
 
-#include "embedded/formula/time_text.h"
+#include "notes/literals.h"
 
 namespace lens::formula {
 namespace {
 
-struct Row {
+struct ZoneRow {
   int offsetMinutes;
   const char* standard;
   const char* summer;  // null: none
@@ -16,7 +16,7 @@ struct Row {
 };
 
 // The first row of an offset names it when a time is written; later ones are read only.
-constexpr Row kRows[] = {
+constexpr ZoneRow kZoneRows[] = {
     {-720, "IDLW", nullptr, nullptr},
     {-660, "SST", nullptr, nullptr},
     {-600, "HST", nullptr, "America/Adak"},
@@ -50,7 +50,7 @@ const LocalZone* rulesAt(int offsetMinutes) {
   const auto found = loaded.find(offsetMinutes);
   if (found != loaded.end()) return found->second.get();
   std::unique_ptr<LocalZone> rules;
-  for (const Row& row : kRows) {
+  for (const ZoneRow& row : kZoneRows) {
     if (row.offsetMinutes != offsetMinutes || !row.rules) continue;
     const QTimeZone zone{QByteArray(row.rules)};
     if (zone.isValid()) rules = std::make_unique<LocalZone>(zone);
@@ -89,7 +89,7 @@ int offsetInAtLocal(Zone zone, qint64 localHundredths, const LocalZone& local) {
 }
 
 bool zoneByName(QStringView name, Zone& zone, bool& summer) {
-  for (const Row& row : kRows) {
+  for (const ZoneRow& row : kZoneRows) {
     const bool isStandard = name.compare(QLatin1String(row.standard), Qt::CaseInsensitive) == 0;
     const bool isSummer = row.summer && name.compare(QLatin1String(row.summer), Qt::CaseInsensitive) == 0;
     if (!isStandard && !isSummer) continue;
@@ -103,7 +103,7 @@ bool zoneByName(QStringView name, Zone& zone, bool& summer) {
 }
 
 QString zoneName(Zone zone, bool summer) {
-  for (const Row& row : kRows) {
+  for (const ZoneRow& row : kZoneRows) {
     if (row.offsetMinutes != zone.offsetMinutes) continue;
     if (!summer) return QString::fromLatin1(row.standard);
     if (row.summer) return QString::fromLatin1(row.summer);
@@ -113,9 +113,9 @@ QString zoneName(Zone zone, bool summer) {
 }
 
 QString offsetName(int minutesEast) {
-  if (minutesEast == 0) return QStringLiteral("GMT");
+  if (minutesEast == 0) return u"GMT"_s;
   const int minutes = qAbs(minutesEast);
-  QString name = QStringLiteral("GMT") + (minutesEast < 0 ? u'-' : u'+') + QString::number(minutes / 60);
+  QString name = u"GMT"_s + (minutesEast < 0 ? u'-' : u'+') + QString::number(minutes / 60);
   if (minutes % 60) name += u':' + QString::number(minutes % 60).rightJustified(2, u'0');
   return name;
 }

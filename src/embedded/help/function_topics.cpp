@@ -2,6 +2,7 @@
 
 #include "embedded/formula/function.h"
 #include "embedded/help/topic.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -9,12 +10,11 @@ namespace {
 Topic topicOf(const formula::Function& function) {
   Topic topic;
   topic.subject = QString::fromLatin1(function.name);
-  topic.chapter = QStringLiteral("H_FORMULA_FUNCTIONS");
+  topic.chapter = u"H_FORMULA_FUNCTIONS"_s;
   topic.heading = formula::callForm(function);
   topic.paragraphs.append(QString::fromUtf8(function.help));
-  if (function.quirks & formula::quirk::NeedsClient)
-    topic.paragraphs.append(
-        QStringLiteral("Compiles, and fails when it runs: it needs the Notes client or a server."));
+  if (function.traits & formula::trait::NeedsClient)
+    topic.paragraphs.append(u"Compiles, and fails when it runs: it needs the Notes client or a server."_s);
   if (function.note) topic.paragraphs.append(QString::fromUtf8(function.note));
   return topic;
 }

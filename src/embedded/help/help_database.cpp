@@ -4,6 +4,7 @@
 #include "embedded/help/java_topics.h"
 #include "embedded/help/script_topics.h"
 #include "embedded/help/topic.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -12,8 +13,8 @@ namespace {
 void addIcon(Database& help) {
   Note icon;
   icon.header.noteClass = noteclass::Icon;
-  icon.add(QStringLiteral("$TITLE"), itemflag::Summary, textValue(help.info().title));
-  icon.add(QStringLiteral("$Flags"), itemflag::Summary, textValue(u"n"));
+  icon.add(u"$TITLE"_s, itemflag::Summary, textValue(help.info().title));
+  icon.add(u"$Flags"_s, itemflag::Summary, textValue(u"n"));
   help.save(icon);
 }
 
@@ -24,7 +25,7 @@ void addWindowHelp(Database& help) {
                     QString::fromUtf16(chapter),
                     QString::fromUtf16(subject),
                     {QString::fromUtf16(text)},
-                    QStringLiteral("F1only")});
+                    u"F1only"_s});
   };
   add(u"@Functions in a window", u"H_FORMULA_FUNCTIONS",
       u"Type a formula; errors are shown with their place.");

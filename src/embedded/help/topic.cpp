@@ -24,11 +24,11 @@ QByteArray bodyOf(const Topic& topic) {
 
 void addTopic(Database& help, const Topic& topic) {
   Note note;
-  note.add(QStringLiteral("Form"), itemflag::Summary, textValue(u"Topic"));
-  note.add(QStringLiteral("Subject"), itemflag::Summary, textValue(topic.subject));
-  note.add(QStringLiteral("TopicType"), itemflag::Summary, textValue(topic.type));
-  note.add(QStringLiteral("_Parent"), itemflag::Summary, textValue(topic.chapter));
-  note.add(QStringLiteral("Body"), 0, bodyOf(topic));
+  note.add(u"Form"_s, itemflag::Summary, textValue(u"Topic"));
+  note.add(u"Subject"_s, itemflag::Summary, textValue(topic.subject));
+  note.add(u"TopicType"_s, itemflag::Summary, textValue(topic.type));
+  note.add(u"_Parent"_s, itemflag::Summary, textValue(topic.chapter));
+  note.add(u"Body"_s, 0, bodyOf(topic));
   help.save(note);
 }
 

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include "embedded/store/database.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -14,7 +15,7 @@ struct Topic {
   QString heading;         // how it is written, above the text
   QStringList paragraphs;  // empty ones are left out
   // What it is: an article about one thing, or a help text that only the help key of a window shows.
-  QString type = QStringLiteral("About");
+  QString type = u"About"_s;
 };
 
 void addTopic(Database& help, const Topic& topic);

@@ -2,6 +2,7 @@
 
 #include "embedded/mime/mime_decoding.h"
 #include "embedded/mime/mime_headers.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -71,13 +72,13 @@ std::shared_ptr<MimeEntity> MimeEntity::parse(QByteArrayView message) {
 QString MimeEntity::contentType() const {
   const QString value = header(u"Content-Type");
   const QString type = value.section(u';', 0, 0).section(u'/', 0, 0).trimmed().toLower();
-  return type.isEmpty() ? QStringLiteral("text") : type;
+  return type.isEmpty() ? u"text"_s : type;
 }
 
 QString MimeEntity::contentSubType() const {
   const QString value = header(u"Content-Type");
   const QString type = value.section(u';', 0, 0).section(u'/', 1).trimmed().toLower();
-  return type.isEmpty() && contentType() == QLatin1String("text") ? QStringLiteral("plain") : type;
+  return type.isEmpty() && contentType() == QLatin1String("text") ? u"plain"_s : type;
 }
 
 QString MimeEntity::parameter(QStringView name) const {

@@ -10,7 +10,7 @@
 #include <QVector>
 #include <memory>
 
-#include "embedded/store/note.h"
+#include "embedded/format/note.h"
 
 namespace lens {
 

@@ -3,6 +3,7 @@
 
 #include "embedded/mime/mime_entity.h"
 #include "embedded/mime/mime_headers.h"
+#include "notes/literals.h"
 #include "notes/runtime_error.h"
 
 namespace lens {
@@ -118,7 +119,7 @@ void appendPart(QByteArray& message, const MimePart& part) {
 QByteArray mimePartValue(const MimePart& part) {
   const qsizetype count = part.boundary.size() + part.headers.size() + part.body.size();
   if (count > kLongestPart) {
-    throw RuntimeError(err::Overflow, QStringLiteral("A MIME part cannot hold %1 bytes.").arg(count));
+    throw RuntimeError(err::Overflow, u"A MIME part cannot hold %1 bytes."_s.arg(count));
   }
   constexpr quint16 kVersion = 2;
   const quint32 flags = (part.flags & ~(kHasBoundary | kHasHeaders)) |

@@ -5,9 +5,10 @@
 #include <QSet>
 #include <limits>
 
-#include "embedded/store/attachment_name.h"
-#include "embedded/store/case_key.h"
-#include "embedded/store/lmbcs.h"
+#include "embedded/format/attachment_name.h"
+#include "embedded/format/case_key.h"
+#include "embedded/format/lmbcs.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -15,18 +16,18 @@ namespace {
 constexpr quint16 kShownInDocument = 2;
 
 [[noreturn]] void refuse(int number, const QString& path, const QString& reason) {
-  throw RuntimeError(number, QStringLiteral("%1: %2").arg(path, reason));
+  throw RuntimeError(number, u"%1: %2"_s.arg(path, reason));
 }
 
 void openFile(QFile& file) {
   const QString path = file.fileName();
   const QFileInfo info(path);
-  if (!info.exists()) refuse(err::FileNotFound, path, QStringLiteral("the file to attach does not exist"));
-  if (!info.isFile()) refuse(err::PathFileAccess, path, QStringLiteral("this is no file"));
+  if (!info.exists()) refuse(err::FileNotFound, path, u"the file to attach does not exist"_s);
+  if (!info.isFile()) refuse(err::PathFileAccess, path, u"this is no file"_s);
   if (info.size() > std::numeric_limits<quint32>::max())
-    refuse(err::Overflow, path, QStringLiteral("the file is larger than an attachment can be"));
+    refuse(err::Overflow, path, u"the file is larger than an attachment can be"_s);
   if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-    refuse(err::PathFileAccess, path, QStringLiteral("the file cannot be read (%1)").arg(file.errorString()));
+    refuse(err::PathFileAccess, path, u"the file cannot be read (%1)"_s.arg(file.errorString()));
 }
 
 TimeDate timeOf(const QDateTime& moment) {
@@ -49,7 +50,7 @@ QString freeAttachmentName(const Note& note, const QString& fileName) {
   if (!taken.contains(caseKey(wanted))) return wanted;
   const QString suffix = QFileInfo(wanted).suffix();
   for (int number = 1;; ++number) {
-    QString name = QStringLiteral("ATT%1").arg(number, 5, 10, QLatin1Char('0'));
+    QString name = u"ATT%1"_s.arg(number, 5, 10, QLatin1Char('0'));
     if (!suffix.isEmpty()) name += u'.' + suffix;
     if (!taken.contains(caseKey(name))) return name;
   }
@@ -57,8 +58,7 @@ QString freeAttachmentName(const Note& note, const QString& fileName) {
 
 FileObject attachFile(OpenNote& open, const QString& path, RichText& text) {
   if (path.isEmpty())
-    refuse(err::FileNotFound, open.database->place.path,
-           QStringLiteral("EMBEDOBJECT needs a file to attach"));
+    refuse(err::FileNotFound, open.database->place.path, u"EMBEDOBJECT needs a file to attach"_s);
   QFile source(path);
   openFile(source);
   const QFileInfo info(path);
@@ -72,7 +72,7 @@ FileObject attachFile(OpenNote& open, const QString& path, RichText& text) {
   const Database::StoredObject stored = open.storeObject(source);
   file.objectId = stored.id;
   file.size = quint32(stored.size);
-  open.add({QStringLiteral("$FILE"), itemflag::Summary, fileObjectValue(file)});
+  open.add({u"$FILE"_s, itemflag::Summary, fileObjectValue(file)});
   return file;
 }
 

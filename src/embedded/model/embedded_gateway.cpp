@@ -1,8 +1,8 @@
 #include "embedded/model/embedded_gateway.h"
 
 #include "embedded/model/model_context.h"
-#include "embedded/model/notes_session.h"
-#include "embedded/model/notes_ui_workspace.h"
+#include "embedded/model/session_object.h"
+#include "embedded/model/uiworkspace_object.h"
 
 namespace lens {
 namespace {
@@ -22,10 +22,10 @@ EmbeddedGateway::~EmbeddedGateway() = default;
 
 Object EmbeddedGateway::create(const QString& classId) {
   if (is(classId, u"Notes.NotesSession"))
-    return Object(std::make_shared<NotesSession>(context_, NotesSession::Kind::Client));
+    return Object(std::make_shared<SessionObject>(context_, SessionObject::Kind::Client));
   if (is(classId, u"Lotus.NotesSession"))
-    return Object(std::make_shared<NotesSession>(context_, NotesSession::Kind::BackEnd));
-  if (is(classId, u"Notes.NotesUIWorkSpace")) return Object(std::make_shared<NotesUiWorkspace>(context_));
+    return Object(std::make_shared<SessionObject>(context_, SessionObject::Kind::BackEnd));
+  if (is(classId, u"Notes.NotesUIWorkSpace")) return Object(std::make_shared<UiWorkspaceObject>(context_));
   throw RuntimeError(err::CannotCreateObject);
 }
 

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "embedded/store/database.h"
-#include "embedded/workspace.h"
+#include "embedded/workspace/workspace.h"
 
 namespace lens {
 

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "embedded/store/case_key.h"
+#include "embedded/format/case_key.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -11,18 +12,16 @@ constexpr quint16 kSetByForms = itemflag::Sign | itemflag::Seal | itemflag::Summ
 
 void requireName(const OpenNote& open, const QString& name) {
   if (name.isEmpty())
-    throw RuntimeError(err::InvalidCall,
-                       QStringLiteral("%1: an item needs a name").arg(open.database->place.path));
+    throw RuntimeError(err::InvalidCall, u"%1: an item needs a name"_s.arg(open.database->place.path));
 }
 
 void requireReplaceable(const OpenNote& open, const Item& item) {
   const bool object = item.type() == itemtype::Object;
   if (!object && item.type() != itemtype::NoteRefs) return;
-  throw RuntimeError(
-      modelfault::ItemRefused,
-      QStringLiteral("%1: the item \"%2\" %3 and cannot become a plain value")
-          .arg(open.database->place.path, item.name.left(64),
-               object ? QStringLiteral("holds an attachment") : QStringLiteral("refers to other documents")));
+  throw RuntimeError(modelfault::ItemRefused,
+                     u"%1: the item \"%2\" %3 and cannot become a plain value"_s.arg(
+                         open.database->place.path, item.name.left(64),
+                         object ? u"holds an attachment"_s : u"refers to other documents"_s));
 }
 
 }  // namespace
@@ -30,7 +29,7 @@ void requireReplaceable(const OpenNote& open, const Item& item) {
 Database& requireStore(const OpenDatabase& database) {
   if (!database.store)
     throw RuntimeError(modelfault::DatabaseClosed,
-                       QStringLiteral("%1: the database is not open").arg(database.place.path));
+                       u"%1: the database is not open"_s.arg(database.place.path));
   return *database.store;
 }
 
@@ -67,8 +66,8 @@ QHash<QString, FileObject> attachedFilesByKey(const Note& note) {
 void OpenNote::requirePresent() const {
   if (removed)
     throw RuntimeError(modelfault::NoSuchDocument,
-                       QStringLiteral("%1: document %2 was removed")
-                           .arg(database->place.path, QString::number(note.header.id, 16).toUpper()));
+                       u"%1: document %2 was removed"_s.arg(database->place.path,
+                                                            QString::number(note.header.id, 16).toUpper()));
 }
 
 void OpenNote::count() const {
@@ -88,9 +87,8 @@ qsizetype OpenNote::placeOf(quint32 number) const {
 Item& OpenNote::item(quint32 number) {
   const qsizetype place = placeOf(number);
   if (place < 0)
-    throw RuntimeError(
-        modelfault::ItemRemoved,
-        QStringLiteral("%1: the item was removed from its document").arg(database->place.path));
+    throw RuntimeError(modelfault::ItemRemoved,
+                       u"%1: the item was removed from its document"_s.arg(database->place.path));
   return note.items[place];
 }
 

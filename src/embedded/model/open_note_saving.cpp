@@ -3,6 +3,7 @@
 
 #include "embedded/model/open_note.h"
 #include "embedded/replication/conflict.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -17,9 +18,8 @@ bool sameTime(const TimeDate& a, const TimeDate& b) {
 }
 
 [[noreturn]] void raiseGone(const Database& store, const NoteHeader& header) {
-  throw RuntimeError(modelfault::NoSuchDocument,
-                     QStringLiteral("%1: document %2 is no longer there")
-                         .arg(store.path(), QString::number(header.id, 16).toUpper()));
+  throw RuntimeError(modelfault::NoSuchDocument, u"%1: document %2 is no longer there"_s.arg(
+                                                     store.path(), QString::number(header.id, 16).toUpper()));
 }
 
 // Whether the stored note is another state than the one that the header tells; raises when it is gone.
@@ -32,8 +32,8 @@ bool changedSince(const Database& store, const NoteHeader& header) {
 
 [[noreturn]] void raiseChanged(const Database& store, const NoteHeader& header) {
   throw RuntimeError(modelfault::ChangedMeanwhile,
-                     QStringLiteral("%1: document %2 was changed by somebody else since it was read")
-                         .arg(store.path(), QString::number(header.id, 16).toUpper()));
+                     u"%1: document %2 was changed by somebody else since it was read"_s.arg(
+                         store.path(), QString::number(header.id, 16).toUpper()));
 }
 
 // A new note that answers the one it came from.
@@ -72,8 +72,7 @@ void OpenNote::requireObjects() const {
     if (unsaved_.contains(object) && store.objectSize(object) < 0)
       throw RuntimeError(
           enginefault::NotSaved,
-          QStringLiteral("%1: the document was not saved (an attached file is gone from the database)")
-              .arg(store.path()));
+          u"%1: the document was not saved (an attached file is gone from the database)"_s.arg(store.path()));
   }
 }
 

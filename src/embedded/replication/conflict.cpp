@@ -3,6 +3,8 @@
 #include <QtEndian>
 #include <tuple>
 
+#include "notes/literals.h"
+
 namespace lens {
 namespace {
 
@@ -44,8 +46,8 @@ bool leavesConflict(const Note& note) {
 
 void answerAsConflict(Note& note, const Unid& staying) {
   note.header.parent = staying;
-  setItem(note, QStringLiteral("$REF"), noteRefsValue({staying.text()}));
-  setItem(note, QStringLiteral("$Conflict"), textValue(u""));
+  setItem(note, u"$REF"_s, noteRefsValue({staying.text()}));
+  setItem(note, u"$Conflict"_s, textValue(u""));
 }
 
 Note conflictDocument(const Note& loser, const VersionStamp& stamp) {

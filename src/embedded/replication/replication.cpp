@@ -1,24 +1,24 @@
 #include "embedded/replication/replication.h"
 
+#include "embedded/files/staged_file.h"
 #include "embedded/replication/replicator.h"
-#include "embedded/store/aside_file.h"
+#include "notes/literals.h"
 
 namespace lens {
 
 ReplicationReport replicate(Database& here, Database& there) {
   const auto refuse = [&](const QString& reason) {
-    throw RuntimeError(
-        replicationfault::NotReplicas,
-        QStringLiteral("%1: does not replicate with %2 (%3)").arg(here.path(), there.path(), reason));
+    throw RuntimeError(replicationfault::NotReplicas,
+                       u"%1: does not replicate with %2 (%3)"_s.arg(here.path(), there.path(), reason));
   };
-  if (&here == &there) refuse(QStringLiteral("it is the same file"));
+  if (&here == &there) refuse(u"it is the same file"_s);
   if (here.info().replicaId.compare(there.info().replicaId, Qt::CaseInsensitive) != 0)
-    refuse(QStringLiteral("their replica IDs differ"));
+    refuse(u"their replica IDs differ"_s);
   return Replicator(here, there).run();
 }
 
 ReplicationReport createReplica(Database& source, const QString& path) {
-  AsideFile file(path);
+  StagedFile file(path);
   ReplicationReport report;
   {
     const auto replica = Database::create(file.path(), source.info());
@@ -31,8 +31,8 @@ ReplicationReport createReplica(Database& source, const QString& path) {
 void requireNothingLeftOut(const QString& path, const QStringList& leftOut) {
   if (leftOut.isEmpty()) return;
   throw RuntimeError(replicationfault::NotesLeftOut,
-                     QStringLiteral("%1: everything was replicated but %2 damaged notes (%3)")
-                         .arg(path, QString::number(leftOut.size()), leftOut.first()));
+                     u"%1: everything was replicated but %2 damaged notes (%3)"_s.arg(
+                         path, QString::number(leftOut.size()), leftOut.first()));
 }
 
 }  // namespace lens

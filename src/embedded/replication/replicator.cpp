@@ -1,11 +1,12 @@
 #include "embedded/replication/replicator.h"
 
+#include "embedded/format/packed_note.h"
+#include "embedded/format/single_notes.h"
 #include "embedded/replication/conflict.h"
 #include "embedded/replication/note_transfer.h"
 #include "embedded/replication/version_walk.h"
-#include "embedded/store/packed_note.h"
-#include "embedded/store/single_notes.h"
 #include "embedded/views/folder_documents.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -61,8 +62,7 @@ ReplicationReport Replicator::run() {
   if (!cannotWrite_.isEmpty())
     throw RuntimeError(
         enginefault::NotSaved,
-        QStringLiteral("%1: the file can only be read, so it did not get what is new elsewhere")
-            .arg(cannotWrite_));
+        u"%1: the file can only be read, so it did not get what is new elsewhere"_s.arg(cannotWrite_));
   return report_;
 }
 
@@ -106,8 +106,8 @@ void Replicator::exchange(const Unid& unid) {
   if (hasA && !hasB) return send(here_, a, there_, nullptr);
   if (hasB && !hasA) return send(there_, b, here_, nullptr);
   if (!hasA || a.stamp == b.stamp) return;
-  const bool aKnowsB = here_.store.lineage(a).knows(b.stamp);
-  const bool bKnowsA = there_.store.lineage(b).knows(a.stamp);
+  const bool aKnowsB = here_.store.versionVector(a).knows(b.stamp);
+  const bool bKnowsA = there_.store.versionVector(b).knows(a.stamp);
   if (aKnowsB && !bKnowsA) return send(here_, a, there_, &b);
   if (bKnowsA && !aKnowsB) return send(there_, b, here_, &a);
   if (outranks(a, b)) return resolve(here_, a, there_, b);
@@ -119,32 +119,32 @@ void Replicator::send(Side& from, const NoteVersion& version, Side& to, const No
     cannotWrite_ = to.store.path();
     return;
   }
-  Lineage lineage = from.store.lineage(version);
-  if (replaced) lineage.absorb(to.store.lineage(*replaced));
-  if (!version.live) return sendStub(version, to, replaced, lineage);
+  VersionVector versionVector = from.store.versionVector(version);
+  if (replaced) versionVector.absorb(to.store.versionVector(*replaced));
+  if (!version.live) return sendStub(version, to, replaced, versionVector);
   Note note, old;
   if (!from.store.read(version.unid, note) || !makeRoom(from, version, note, to)) return;
   const bool hasOld = replaced && replaced->live;
   bringObjects(note, from.store, to.store, hasOld && readSound(to.store, version.unid, old) ? &old : nullptr);
-  to.store.saveVersion(note, lineage);
+  to.store.saveVersion(note, versionVector);
   if (to.profilesKnown && isProfile(note)) to.profiles.insert(profileName(note), version.unid);
   ++(hasOld ? report_.updated : report_.added);
 }
 
 void Replicator::sendStub(const NoteVersion& version, Side& to, const NoteVersion* replaced,
-                          const Lineage& lineage) {
+                          const VersionVector& versionVector) {
   NoteHeader header = stubAfter(version);
   header.sequence = version.sequence;
-  to.store.saveStub(header, lineage);
+  to.store.saveStub(header, versionVector);
   if (replaced && replaced->live) ++report_.deleted;
 }
 
 void Replicator::resolve(Side& winnerSide, const NoteVersion& winner, Side& loserSide,
                          const NoteVersion& loser) {
   if (loser.live && keepLoser(winnerSide, winner, loserSide, loser)) ++report_.conflicts;
-  Lineage lineage = winnerSide.store.lineage(winner);
-  lineage.absorb(loserSide.store.lineage(loser));
-  if (winnerSide.writable) winnerSide.store.setLineage(winner.id, lineage);
+  VersionVector versionVector = winnerSide.store.versionVector(winner);
+  versionVector.absorb(loserSide.store.versionVector(loser));
+  if (winnerSide.writable) winnerSide.store.setVersionVector(winner.id, versionVector);
   send(winnerSide, winner, loserSide, &loser);
 }
 
@@ -157,7 +157,7 @@ bool Replicator::keepLoser(Side& winnerSide, const NoteVersion& winner, Side& lo
   winnerSide.store.read(winner.unid, kept);
   if (!leavesConflict(lost) || sameContent(lost, loserSide.store, kept, winnerSide.store)) return false;
   const Note conflict = conflictDocument(lost, loser.stamp);
-  const Lineage lineage(
+  const VersionVector versionVector(
       originalStamp(conflict.header.unid, conflict.header.sequence, conflict.header.sequenceTime));
   for (Side* side : {&loserSide, &winnerSide}) {
     NoteVersion there;
@@ -168,7 +168,7 @@ bool Replicator::keepLoser(Side& winnerSide, const NoteVersion& winner, Side& lo
     }
     Note copy = conflict;
     bringObjects(copy, loserSide.store, side->store, nullptr);
-    side->store.saveVersion(copy, lineage);
+    side->store.saveVersion(copy, versionVector);
   }
   return true;
 }
@@ -180,7 +180,7 @@ bool Replicator::makeRoom(Side& from, const NoteVersion& version, const Note& no
   if (rivalUnid.isNull() || !to.store.findVersion(rivalUnid, rival) || !rival.live) return true;
   const bool rivalStays = outranks(rival, version);
   const NoteVersion& goes = rivalStays ? version : rival;
-  replaceByStub(goes, (rivalStays ? from : to).store.lineage(goes));
+  replaceByStub(goes, (rivalStays ? from : to).store.versionVector(goes));
   return !rivalStays;
 }
 
@@ -205,8 +205,8 @@ const QHash<QString, Unid>& Replicator::profilesOf(Side& side) {
   return side.profiles;
 }
 
-void Replicator::replaceByStub(const NoteVersion& version, const Lineage& lineage) {
-  Lineage after = lineage;
+void Replicator::replaceByStub(const NoteVersion& version, const VersionVector& versionVector) {
+  VersionVector after = versionVector;
   after.add(derivedStamp(version.stamp, "replaced"));
   for (Side* side : {&here_, &there_}) {
     NoteVersion there;

@@ -3,7 +3,7 @@
 
 #include <QHash>
 
-#include "embedded/replication/replication.h"
+#include "embedded/replication/replication_report.h"
 #include "embedded/replication/write_batch.h"
 
 namespace lens {
@@ -26,13 +26,14 @@ class Replicator {
   void settle(const Unid& unid);
   void exchange(const Unid& unid);
   void send(Side& from, const NoteVersion& version, Side& to, const NoteVersion* replaced);
-  void sendStub(const NoteVersion& version, Side& to, const NoteVersion* replaced, const Lineage& lineage);
+  void sendStub(const NoteVersion& version, Side& to, const NoteVersion* replaced,
+                const VersionVector& versionVector);
   void resolve(Side& winnerSide, const NoteVersion& winner, Side& loserSide, const NoteVersion& loser);
   bool keepLoser(Side& winnerSide, const NoteVersion& winner, Side& loserSide, const NoteVersion& loser);
   bool makeRoom(Side& from, const NoteVersion& version, const Note& note, Side& to);
   Unid rivalOf(const Note& note, Side& side);
   const QHash<QString, Unid>& profilesOf(Side& side);
-  void replaceByStub(const NoteVersion& version, const Lineage& lineage);
+  void replaceByStub(const NoteVersion& version, const VersionVector& versionVector);
 
   Side here_, there_;
   WriteBatch batch_;

@@ -1,7 +1,8 @@
 #include "embedded/richtext/rich_records.h"
 
-#include "embedded/store/item_value.h"
-#include "embedded/store/lmbcs.h"
+#include "embedded/format/item_value.h"
+#include "embedded/format/lmbcs.h"
+#include "notes/literals.h"
 #include "notes/runtime_error.h"
 
 namespace lens::richrecord {
@@ -138,9 +139,8 @@ void readWordRecord(quint8 kind, QByteArrayView data, RichElement& element) {
 }
 
 [[noreturn]] void tooLong(quint8 kind, qsizetype length) {
-  throw RuntimeError(
-      err::Overflow,
-      QStringLiteral("A rich text record of kind %1 cannot hold %2 bytes.").arg(kind).arg(length));
+  throw RuntimeError(err::Overflow,
+                     u"A rich text record of kind %1 cannot hold %2 bytes."_s.arg(kind).arg(length));
 }
 
 }  // namespace

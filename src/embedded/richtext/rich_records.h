@@ -1,7 +1,9 @@
 // The bytes of single rich text records: header, length, fields.
 #pragma once
 
-#include "embedded/richtext/rich_text.h"
+#include <QVector>
+
+#include "embedded/richtext/rich_element.h"
 
 namespace lens::richrecord {
 

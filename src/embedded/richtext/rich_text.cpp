@@ -2,9 +2,10 @@
 
 #include <cctype>
 
+#include "embedded/format/item_value.h"
+#include "embedded/format/lmbcs.h"
 #include "embedded/richtext/rich_records.h"
-#include "embedded/store/item_value.h"
-#include "embedded/store/lmbcs.h"
+#include "notes/literals.h"
 #include "notes/runtime_error.h"
 
 namespace lens {
@@ -20,7 +21,7 @@ using Kind = RichElement::Kind;
 void appendId(QByteArray& bytes, QStringView digits) {
   bool valid = digits.size() == 16;
   for (const QChar digit : digits) valid = valid && digit.unicode() < 128 && isxdigit(digit.unicode());
-  if (!valid) refuse(QStringLiteral("\"%1\" is no ID of 16 hexadecimal digits.").arg(digits));
+  if (!valid) refuse(u"\"%1\" is no ID of 16 hexadecimal digits."_s.arg(digits));
   const quint64 id = digits.toULongLong(nullptr, 16);
   appendU32(bytes, quint32(id));
   appendU32(bytes, quint32(id >> 32));
@@ -31,7 +32,7 @@ void appendUnid(QByteArray& bytes, const QString& unid) {
     bytes.append(16, '\0');
     return;
   }
-  if (unid.size() != 32) refuse(QStringLiteral("\"%1\" is no ID of 32 hexadecimal digits.").arg(unid));
+  if (unid.size() != 32) refuse(u"\"%1\" is no ID of 32 hexadecimal digits."_s.arg(unid));
   appendId(bytes, QStringView(unid).first(16));
   appendId(bytes, QStringView(unid).sliced(16));
 }
@@ -121,7 +122,7 @@ void RichText::appendText(const QString& text, const RichFont& font) {
 }
 
 void RichText::appendBreak() {
-  appendText(QStringLiteral("\n"));
+  appendText(u"\n"_s);
 }
 
 void RichText::appendAttachment(const QString& internalName, const QString& caption) {
@@ -145,7 +146,7 @@ void RichText::appendAttachment(const QString& internalName, const QString& capt
 void RichText::appendDocLink(const QString& replicaId, const QString& viewUnid, const QString& noteUnid,
                              const QString& description) {
   QByteArray data;
-  appendId(data, replicaId.isEmpty() ? QStringLiteral("0000000000000000") : replicaId);
+  appendId(data, replicaId.isEmpty() ? u"0000000000000000"_s : replicaId);
   appendUnid(data, viewUnid);
   appendUnid(data, noteUnid);
   data.append(toLmbcs(description));
@@ -157,7 +158,7 @@ void RichText::appendDocLink(const QString& replicaId, const QString& viewUnid, 
 
 void RichText::beginTable(int rows, int columns) {
   if (rows < 1 || rows > 255 || columns < 1 || columns > 255) {
-    refuse(QStringLiteral("A table cannot have %1 rows and %2 columns.").arg(rows).arg(columns));
+    refuse(u"A table cannot have %1 rows and %2 columns."_s.arg(rows).arg(columns));
   }
   const bool nested = openTables_ > 0;
   // Margins and spaces between cells, all left at zero.
@@ -166,9 +167,9 @@ void RichText::beginTable(int rows, int columns) {
 }
 
 void RichText::beginCell(int row, int column) {
-  if (openTables_ == 0) refuse(QStringLiteral("A table cell needs a table."));
+  if (openTables_ == 0) refuse(u"A table cell needs a table."_s);
   if (row < 0 || row > 254 || column < 0 || column > 254) {
-    refuse(QStringLiteral("A table cannot have a cell at row %1 and column %2.").arg(row).arg(column));
+    refuse(u"A table cannot have a cell at row %1 and column %2."_s.arg(row).arg(column));
   }
   QByteArray data;
   data.append(char(row));
@@ -177,13 +178,13 @@ void RichText::beginCell(int row, int column) {
 }
 
 void RichText::endTable() {
-  if (openTables_ == 0) refuse(QStringLiteral("There is no table to end."));
+  if (openTables_ == 0) refuse(u"There is no table to end."_s);
   append(richrecord::byteRecord(openTables_ > 1 ? richrecord::NestedTableEnd : richrecord::TableEnd));
 }
 
 void RichText::appendRaw(const QByteArray& record) {
   if (record.isEmpty() || richrecord::wholeLength(record) != record.size()) {
-    refuse(QStringLiteral("A rich text record of %1 bytes tells another length.").arg(record.size()));
+    refuse(u"A rich text record of %1 bytes tells another length."_s.arg(record.size()));
   }
   append(record);
 }
@@ -210,7 +211,7 @@ QString RichText::formattedText(bool stripTabs, int lineLength) const {
   if (lineLength <= 0) return plain;
   QString text;
   text.reserve(plain.size());
-  for (QStringView line : QStringView(plain).split(QStringLiteral("\r\n"))) {
+  for (QStringView line : QStringView(plain).split(u"\r\n"_s)) {
     while (line.size() > lineLength) {
       const Cut cut = cutOf(line, lineLength);
       text.append(line.first(cut.end)).append(QLatin1String("\r\n"));

@@ -3,6 +3,7 @@
 
 #include "embedded/richtext/rich_records.h"
 #include "embedded/richtext/rich_text.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -12,7 +13,7 @@ bool isRun(const RichElement& element) {
 }
 
 QString textOf(const RichElement& element) {
-  return element.kind == RichElement::Kind::Break ? QStringLiteral("\n") : element.text;
+  return element.kind == RichElement::Kind::Break ? u"\n"_s : element.text;
 }
 
 // Where the elements of that kind that stand side by side end.

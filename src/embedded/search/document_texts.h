@@ -1,7 +1,7 @@
 // What a document says, field by field: what the full-text index keeps of it.
 #pragma once
 
-#include "embedded/store/note.h"
+#include "embedded/format/note.h"
 
 namespace lens {
 

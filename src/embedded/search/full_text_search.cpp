@@ -5,6 +5,7 @@
 #include "embedded/search/full_text.h"
 #include "embedded/search/full_text_writer.h"
 #include "embedded/search/index_search.h"
+#include "notes/literals.h"
 #include "notes/runtime_error.h"
 
 namespace lens {
@@ -45,7 +46,7 @@ std::optional<RuntimeError> refreshSoon(Database& database) {
 
 // The changed documents in an index of their own, in memory, so that a query means the same to them.
 Hits findFresh(const Database& database, const QVector<NoteChange>& changes, const QueryNode& query) {
-  const Connection memory(QStringLiteral(":memory:"), SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY);
+  const Connection memory(u":memory:"_s, SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY);
   memory.execute("CREATE TABLE info (key TEXT PRIMARY KEY, value)", enginefault::CannotOpen);
   Tables tables(memory);
   tables.create();
@@ -61,8 +62,7 @@ Hits findBeside(const Database& database, qint64 since, const QueryNode& query, 
   if (changes.size() > kMostFresh)
     throw RuntimeError(
         reason.number(),
-        QStringLiteral("%1: the full-text index lacks %2 changes and cannot take them in now (%3)")
-            .arg(database.path())
+        u"%1: the full-text index lacks %2 changes and cannot take them in now (%3)"_s.arg(database.path())
             .arg(changes.size())
             .arg(reason.description()));
   Hits changed;
@@ -84,10 +84,9 @@ QVector<quint32> fullTextSearch(Database& database, QStringView query, qsizetype
   Tables tables(database.connection());
   const bool exists = tables.exist();
   if (!exists || !tables.mark().whole)
-    throw RuntimeError(kNoFullTextIndex,
-                       (exists ? QStringLiteral("%1: the database's full-text index is not finished yet")
-                               : QStringLiteral("%1: the database has no full-text index"))
-                           .arg(database.path()));
+    throw RuntimeError(kNoFullTextIndex, (exists ? u"%1: the database's full-text index is not finished yet"_s
+                                                 : u"%1: the database has no full-text index"_s)
+                                             .arg(database.path()));
   if (query.trimmed().isEmpty()) return {};
   Hits hits = find(database, tables, parseQuery(query));
   std::sort(hits.begin(), hits.end(),

@@ -7,7 +7,7 @@
 // the copy would be the greater part of the file.
 #pragma once
 
-#include "embedded/store/engine_fault.h"
+#include "embedded/format/engine_fault.h"
 #include "embedded/store/sqlite_statement.h"
 
 namespace lens::fulltext {

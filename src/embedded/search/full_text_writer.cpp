@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "embedded/search/words.h"
+#include "notes/literals.h"
 #include "notes/runtime_error.h"
 
 namespace lens::fulltext {
@@ -80,8 +81,8 @@ void Writer::remove(quint32 note) {
     if (!row.step()) return;
     if (!unpack(row.blob(0), fields))
       throw RuntimeError(enginefault::Damaged,
-                         QStringLiteral("%1: the full-text index is damaged at note %2")
-                             .arg(tables_.connection.path(), QString::number(note, 16).toUpper()));
+                         u"%1: the full-text index is damaged at note %2"_s.arg(
+                             tables_.connection.path(), QString::number(note, 16).toUpper()));
   }
   const QString words = wordsOf(fields);
   Statement::Run(tables_.removeWords, note, words, fields).step();
@@ -123,7 +124,7 @@ void Writer::number(const QString& name, double number) {
 void Writer::time(const QString& name, const TimeDate& time) {
   const DateTime local = localOf(time);
   QString shown = local.date.isValid() ? local.date.toString(Qt::ISODate) : QString();
-  if (local.time.isValid()) shown += local.time.toString(QStringLiteral(" HH:mm"));
+  if (local.time.isValid()) shown += local.time.toString(u" HH:mm"_s);
   text(name, shown);
   ValueKind kind = {};
   double number = 0;

@@ -4,14 +4,14 @@
 #include <cmath>
 #include <limits>
 
+#include "embedded/format/timedate.h"
 #include "embedded/formula/time_text.h"
 #include "embedded/search/words.h"
-#include "embedded/store/timedate.h"
+#include "notes/literals.h"
 
 namespace lens::fulltext {
 namespace {
 
-using Node = QueryNode;
 using Relation = QueryNode::Relation;
 
 bool byId(const Hit& a, const Hit& b) {
@@ -102,14 +102,14 @@ Hits IndexSearch::find(const QueryNode& query) {
   return findNode(query);
 }
 
-Hits IndexSearch::findNode(const Node& node) {
+Hits IndexSearch::findNode(const QueryNode& node) {
   if (MatchExpressions::canHold(node)) return match(expressions_.of(node));
   switch (node.kind) {
-    case Node::Kind::And:
+    case QueryNode::Kind::And:
       return findAll(node);
-    case Node::Kind::Or:
+    case QueryNode::Kind::Or:
       return findAny(node);
-    case Node::Kind::Not:
+    case QueryNode::Kind::Not:
       return without(match(MatchExpressions::everywhere()), findNode(node.children.front()));
     default:
       return compare(node);
@@ -117,9 +117,9 @@ Hits IndexSearch::findNode(const Node& node) {
 }
 
 // A mistake is one also where there is nothing to compare.
-void IndexSearch::checkComparisons(const Node& node) {
-  if (node.kind == Node::Kind::Compare && node.relation != Relation::Equal) compare(node);
-  for (const Node& child : node.children) checkComparisons(child);
+void IndexSearch::checkComparisons(const QueryNode& node) {
+  if (node.kind == QueryNode::Kind::Compare && node.relation != Relation::Equal) compare(node);
+  for (const QueryNode& child : node.children) checkComparisons(child);
 }
 
 Hits IndexSearch::match(const QString& expression) {
@@ -129,38 +129,38 @@ Hits IndexSearch::match(const QString& expression) {
   return hits;
 }
 
-Hits IndexSearch::findAll(const Node& node) {
+Hits IndexSearch::findAll(const QueryNode& node) {
   Hits hits = findNode(node.children.front());
   for (std::size_t i = 1; i < node.children.size() && !hits.empty(); ++i)
     hits = both(hits, findNode(node.children[i]));
   return hits;
 }
 
-Hits IndexSearch::findAny(const Node& node) {
+Hits IndexSearch::findAny(const QueryNode& node) {
   Hits hits;
-  for (const Node& child : node.children) hits = either(hits, findNode(child));
+  for (const QueryNode& child : node.children) hits = either(hits, findNode(child));
   return hits;
 }
 
-Hits IndexSearch::compare(const Node& node) {
+Hits IndexSearch::compare(const QueryNode& node) {
   const qint64 field = tables_.fieldNumber(fieldKey(node.field));
   Hits hits;
   const bool known = compareNumber(field, node, hits) || compareTime(field, node, hits);
   if (node.relation == Relation::Equal) return either(hits, sameWords(node));
   if (!known)
-    raiseQueryError(QStringLiteral("Only a number or a date can be more or less than another; this is none"),
-                    node.place, node.text);
+    raiseQueryError(u"Only a number or a date can be more or less than another; this is none"_s, node.place,
+                    node.text);
   return hits;
 }
 
 // "=" asks texts for the words.
-Hits IndexSearch::sameWords(const Node& node) {
-  Node phrase = node;
-  phrase.kind = Node::Kind::Phrase;
+Hits IndexSearch::sameWords(const QueryNode& node) {
+  QueryNode phrase = node;
+  phrase.kind = QueryNode::Kind::Phrase;
   return patternWords(node.text).isEmpty() ? Hits() : findNode(phrase);
 }
 
-bool IndexSearch::compareNumber(qint64 field, const Node& node, Hits& hits) {
+bool IndexSearch::compareNumber(qint64 field, const QueryNode& node, Hits& hits) {
   QString text = node.text.trimmed();
   text.replace(environment_.region().decimalMark, u'.');
   bool isNumber = false;
@@ -169,7 +169,7 @@ bool IndexSearch::compareNumber(qint64 field, const Node& node, Hits& hits) {
   return isNumber;
 }
 
-bool IndexSearch::compareTime(qint64 field, const Node& node, Hits& hits) {
+bool IndexSearch::compareTime(qint64 field, const QueryNode& node, Hits& hits) {
   formula::Value value;
   const formula::TimeReading reading{environment_.region(), environment_.zone(), environment_.now()};
   if (!formula::readTime(node.text, reading, value)) return false;

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "embedded/formula/world.h"
+#include "embedded/formula/evaluation_context.h"
 #include "embedded/search/full_text_tables.h"
 #include "embedded/search/match_expression.h"
 #include "embedded/search/query.h"

@@ -15,9 +15,9 @@
 #include <QString>
 #include <vector>
 
-namespace lens {
+#include "embedded/search/query_error.h"
 
-inline constexpr int kQueryError = 4106;
+namespace lens {
 
 struct QueryNode {
   enum class Kind { Phrase, And, Or, Not, Compare };
@@ -32,8 +32,6 @@ struct QueryNode {
 
 // Raises kQueryError with the reason and the place. A query without anything in it is a mistake too.
 QueryNode parseQuery(QStringView query);
-// A mistake at that place, as parseQuery raises it.
-[[noreturn]] void raiseQueryError(const QString& reason, qsizetype place, QStringView word = {});
 // The tree in one line, for messages and tests.
 QString shownQuery(const QueryNode& node);
 

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
-#include "embedded/formula_world/packed_document.h"
-#include "embedded/formula_world/unid_set.h"
+#include "embedded/format/unid_set.h"
+#include "embedded/formula_context/evaluated_packed_note.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -46,9 +47,8 @@ class Search {
         evaluation_.run(&document_, request_.database, Evaluation::Writes::Pretend);
     const bool endless = outcome.value.isError() && outcome.value.errorCode() == formula::fault::TooMuchTime;
     if (endless || request_.environment.interrupted())
-      throw RuntimeError(
-          kFormulaError,
-          QStringLiteral("%1: %2").arg(documents_.path(), formula::faultText(formula::fault::TooMuchTime)));
+      throw RuntimeError(kFormulaError,
+                         u"%1: %2"_s.arg(documents_.path(), formula::faultText(formula::fault::TooMuchTime)));
     return outcome.matches;
   }
 
@@ -69,7 +69,7 @@ class Search {
   const Database& documents_;
   const SelectionRequest& request_;
   Evaluation evaluation_;
-  PackedDocument document_;
+  EvaluatedPackedNote document_;
   QVector<quint32> found_;
   UnidSet selected_;
 };
@@ -84,12 +84,10 @@ std::shared_ptr<const Formula> compiledFormula(QStringView source, const formula
   const formula::Compiled compiled = formula::compile(source, {&environment});
   if (compiled) return compiled.formula;
   const formula::CompileError& error = compiled.error;
-  QString text = QStringLiteral("%1 (line %2, character %3)")
-                     .arg(formula::faultText(error.reason))
+  QString text = u"%1 (line %2, character %3)"_s.arg(formula::faultText(error.reason))
                      .arg(error.line + 1)
                      .arg(error.column + 1);
-  if (error.length > 0)
-    text += QStringLiteral(": '%1'").arg(source.mid(error.offset, qMin(error.length, 80)));
+  if (error.length > 0) text += u": '%1'"_s.arg(source.mid(error.offset, qMin(error.length, 80)));
   throw RuntimeError(kFormulaError, text);
 }
 
@@ -98,7 +96,7 @@ std::shared_ptr<const Formula> searchFormula(const Database& database, QStringVi
   try {
     return compiledFormula(source, environment);
   } catch (const RuntimeError& error) {
-    throw RuntimeError(error.number(), QStringLiteral("%1: %2").arg(database.path(), error.description()));
+    throw RuntimeError(error.number(), u"%1: %2"_s.arg(database.path(), error.description()));
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include "embedded/store/database_file.h"
 #include "embedded/store/database_impl.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -68,12 +69,12 @@ DatabaseInfo readInfo(Statement& statement) {
     return row.step() ? row.text(0) : QString();
   };
   DatabaseInfo info;
-  info.title = text(QStringLiteral("title"));
-  info.replicaId = text(QStringLiteral("replica id"));
-  info.templateName = text(QStringLiteral("template name"));
-  info.inheritsFrom = text(QStringLiteral("inherits from"));
-  info.categories = text(QStringLiteral("categories"));
-  info.publicAddressBook = text(QStringLiteral("public address book")) == u"1";
+  info.title = text(u"title"_s);
+  info.replicaId = text(u"replica id"_s);
+  info.templateName = text(u"template name"_s);
+  info.inheritsFrom = text(u"inherits from"_s);
+  info.categories = text(u"categories"_s);
+  info.publicAddressBook = text(u"public address book"_s) == u"1";
   return info;
 }
 
@@ -192,15 +193,14 @@ bool Database::removeOpenFile() {
 
 void Database::removeFile() {
   const auto refuse = [this](const QString& reason) {
-    throw RuntimeError(err::PermissionDenied,
-                       QStringLiteral("%1: the database is not removed (%2)").arg(path_, reason));
+    throw RuntimeError(err::PermissionDenied, u"%1: the database is not removed (%2)"_s.arg(path_, reason));
   };
   impl_->connection.requireFile();
-  if (impl_->depth > 0) refuse(QStringLiteral("a change of it is under way"));
-  if (!isWritable()) refuse(QStringLiteral("the file is write-protected"));
-  if (!isOnlyUser()) refuse(QStringLiteral("it is in use elsewhere"));
+  if (impl_->depth > 0) refuse(u"a change of it is under way"_s);
+  if (!isWritable()) refuse(u"the file is write-protected"_s);
+  if (!isOnlyUser()) refuse(u"it is in use elsewhere"_s);
   const QString file = trueFile(path_);
-  if (!removeOpenFile()) refuse(QStringLiteral("the file cannot be deleted"));
+  if (!removeOpenFile()) refuse(u"the file cannot be deleted"_s);
   for (const char* journal : {"-wal", "-shm", "-journal"}) QFile::remove(path_ + QLatin1String(journal));
   openDatabases().forget(file);
 }
@@ -210,12 +210,12 @@ void Database::setInfo(const DatabaseInfo& info) {
   const auto put = [this](const QString& key, const QString& value) {
     Statement::Run(impl_->writeInfo, key, value).step();
   };
-  put(QStringLiteral("title"), info.title);
-  put(QStringLiteral("replica id"), info.replicaId);
-  put(QStringLiteral("template name"), info.templateName);
-  put(QStringLiteral("inherits from"), info.inheritsFrom);
-  put(QStringLiteral("categories"), info.categories);
-  put(QStringLiteral("public address book"), QString(info.publicAddressBook ? u'1' : u'0'));
+  put(u"title"_s, info.title);
+  put(u"replica id"_s, info.replicaId);
+  put(u"template name"_s, info.templateName);
+  put(u"inherits from"_s, info.inheritsFrom);
+  put(u"categories"_s, info.categories);
+  put(u"public address book"_s, QString(info.publicAddressBook ? u'1' : u'0'));
   transaction.commit();
 }
 
@@ -232,8 +232,7 @@ void Database::Impl::checkWritable() const {
   if (depth > 0 && sqlite3_get_autocommit(connection.handle()))
     throw RuntimeError(
         enginefault::NotSaved,
-        QStringLiteral("%1: the change was not saved (an earlier failure undid the transaction)")
-            .arg(connection.path()));
+        u"%1: the change was not saved (an earlier failure undid the transaction)"_s.arg(connection.path()));
 }
 
 Database::Transaction::Transaction(Database& database) : database_(database) {

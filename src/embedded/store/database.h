@@ -14,7 +14,7 @@
 #include <functional>
 #include <memory>
 
-#include "embedded/store/engine_fault.h"
+#include "embedded/format/engine_fault.h"
 #include "embedded/store/note_version.h"
 
 struct sqlite3;
@@ -144,7 +144,7 @@ class Database {
   // Writes the bytes to the target chunk by chunk; raises when the object is missing or its checksum
   // does not hold.
   void readObject(quint32 objectId, QIODevice& target) const;
-  // Extracts to a file: written aside and renamed when it is whole and verified.
+  // Extracts to a file: staged and renamed when it is whole and verified.
   void extractObject(quint32 objectId, const QString& filePath) const;
   void removeObject(quint32 objectId);
 
@@ -164,13 +164,13 @@ class Database {
   // UNIDs, at most so many; a null UNID begins at the first.
   QVector<NoteVersion> versionsAfter(const Unid& unid, int most) const;
   bool findVersion(const Unid& unid, NoteVersion& version) const;
-  Lineage lineage(const NoteVersion& version) const;
+  VersionVector versionVector(const NoteVersion& version) const;
   // Writes a note or a stub as another replica has it, in place of whatever has its UNID here. A note that
   // was here keeps its ID.
-  void saveVersion(Note& note, const Lineage& lineage);
-  void saveStub(const NoteHeader& header, const Lineage& lineage);
+  void saveVersion(Note& note, const VersionVector& versionVector);
+  void saveStub(const NoteHeader& header, const VersionVector& versionVector);
   // A note that stays as it is has learnt of other versions.
-  void setLineage(quint32 noteId, const Lineage& lineage);
+  void setVersionVector(quint32 noteId, const VersionVector& versionVector);
   // Size and checksum of an object, empty when there is none: equal ones hold equal bytes.
   QByteArray objectDigest(quint32 objectId) const;
 

@@ -1,14 +1,14 @@
 #include <algorithm>
 
+#include "embedded/format/packed_items.h"
 #include "embedded/store/database_impl.h"
-#include "embedded/store/packed_items.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
 
 [[noreturn]] void refuse(const QString& path, const QString& reason) {
-  throw RuntimeError(enginefault::InUse,
-                     QStringLiteral("%1: the database cannot be compacted (%2)").arg(path, reason));
+  throw RuntimeError(enginefault::InUse, u"%1: the database cannot be compacted (%2)"_s.arg(path, reason));
 }
 
 // The file for this connection alone. Leaving the journal mode that many can work in takes everybody else to
@@ -41,8 +41,7 @@ class SoleUse {
       const int status = sqlite3_errcode(connection_.handle()) & 0xFF;
       if (status != SQLITE_BUSY && status != SQLITE_LOCKED) throw;
     }
-    if (mode != u"delete")
-      refuse(connection_.path(), QStringLiteral("another program or window has it open"));
+    if (mode != u"delete") refuse(connection_.path(), u"another program or window has it open"_s);
   }
   void leave() noexcept {
     try {
@@ -102,12 +101,11 @@ void removeLostObjects(Database& database, const Connection& connection, QSet<qu
 qint64 Database::compact() {
   const qint64 before = size();
   if (impl_->depth > 0 || !sqlite3_get_autocommit(handle()))
-    refuse(path_, QStringLiteral("a change of it is not finished"));
-  if (isReading(handle())) refuse(path_, QStringLiteral("it is being read"));
+    refuse(path_, u"a change of it is not finished"_s);
+  if (isReading(handle())) refuse(path_, u"it is being read"_s);
   if (sqlite3_db_readonly(handle(), "main"))
-    throw RuntimeError(
-        enginefault::NotSaved,
-        QStringLiteral("%1: the database cannot be compacted (the file cannot be written)").arg(path_));
+    throw RuntimeError(enginefault::NotSaved,
+                       u"%1: the database cannot be compacted (the file cannot be written)"_s.arg(path_));
   {
     const SoleUse alone(impl_->connection);
     removeLostObjects(*this, impl_->connection, impl_->unsavedObjects);

@@ -1,7 +1,8 @@
 #include "embedded/store/database_copy.h"
 
-#include "embedded/store/aside_file.h"
+#include "embedded/files/staged_file.h"
 #include "embedded/store/database_file.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -16,9 +17,8 @@ void writeCopy(sqlite3* source, const QString& sourcePath, const QString& aside,
   const QString reason = QString::fromUtf8(sqlite3_errmsg(source));
   sqlite3_finalize(statement);
   if (status != SQLITE_DONE)
-    throw RuntimeError(
-        enginefault::NotSaved,
-        QStringLiteral("%1: the database cannot be copied to %2 (%3)").arg(sourcePath, to, reason));
+    throw RuntimeError(enginefault::NotSaved,
+                       u"%1: the database cannot be copied to %2 (%3)"_s.arg(sourcePath, to, reason));
 }
 
 // The last write also brings what was copied onto the disk.
@@ -35,7 +35,7 @@ void giveReplicaId(const QString& aside) {
 }  // namespace
 
 void copyDatabase(const Database& from, const QString& to) {
-  AsideFile file(to);
+  StagedFile file(to);
   writeCopy(from.handle(), from.path(), file.path(), to);
   giveReplicaId(file.path());
   file.putInPlace();

@@ -5,9 +5,10 @@
 #include <QMutex>
 #include <QtEndian>
 
-#include "embedded/store/aside_file.h"
-#include "embedded/store/engine_fault.h"
+#include "embedded/files/staged_file.h"
+#include "embedded/format/engine_fault.h"
 #include "embedded/store/sqlite_statement.h"
+#include "notes/literals.h"
 #include "notes/runtime_error.h"
 
 namespace lens {
@@ -50,7 +51,7 @@ QByteArray headOf(const QString& path) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
     throw RuntimeError(err::PermissionDenied,
-                       QStringLiteral("%1: the file cannot be read (%2)").arg(path, file.errorString()));
+                       u"%1: the file cannot be read (%2)"_s.arg(path, file.errorString()));
   return file.read(kHeadSize);
 }
 
@@ -78,15 +79,14 @@ bool hasDatabaseHead(const QString& path) {
 
 void requireDatabaseFile(const QString& path) {
   const QFileInfo file(path);
-  if (!file.exists()) throw RuntimeError(err::FileNotFound, QStringLiteral("%1: file not found").arg(path));
+  if (!file.exists()) throw RuntimeError(err::FileNotFound, u"%1: file not found"_s.arg(path));
   const QByteArray head = file.isFile() ? headOf(path) : QByteArray();
-  if (!isOurs(head))
-    throw RuntimeError(enginefault::NotADatabase, QStringLiteral("%1: this is not a database").arg(path));
+  if (!isOurs(head)) throw RuntimeError(enginefault::NotADatabase, u"%1: this is not a database"_s.arg(path));
   const quint32 schema = qFromBigEndian<quint32>(head.constData() + kSchemaOffset);
   if (schema > quint32(kSchemaVersion))
     throw RuntimeError(enginefault::NewerSchema,
-                       QStringLiteral("%1: the database has schema %2, this program knows schemas up to %3")
-                           .arg(path, QString::number(schema), QString::number(kSchemaVersion)));
+                       u"%1: the database has schema %2, this program knows schemas up to %3"_s.arg(
+                           path, QString::number(schema), QString::number(kSchemaVersion)));
 }
 
 // Schema 1 did not write down what was erased without a stub, schema 2 not which version of a note came
@@ -140,7 +140,7 @@ FileAccess accessTo(const QString& path) {
 }
 
 void createDatabaseFile(const QString& path) {
-  AsideFile file(path);
+  StagedFile file(path);
   writeSchema(file.path());
   file.putInPlace();
 }

@@ -3,8 +3,8 @@
 
 #include <QString>
 
+#include "embedded/format/timedate.h"
 #include "embedded/store/sqlite_statement.h"
-#include "embedded/store/timedate.h"
 
 namespace lens {
 
@@ -26,7 +26,7 @@ FileAccess accessTo(const QString& path);
 // Gives a database of an older schema what it lacks.
 void bringUpToDate(const Connection& connection, FileAccess access);
 
-// Writes an empty database aside (AsideFile); raises 58 when there is a file, 76 without a directory. On
+// Stages an empty database (StagedFile); raises 58 when there is a file, 76 without a directory. On
 // failure nothing is left.
 void createDatabaseFile(const QString& path);
 

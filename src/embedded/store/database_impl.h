@@ -51,10 +51,10 @@ struct Database::Impl {
   // What is stored of a live note before it changes; false when there is none.
   bool readIdentity(quint32 noteId, NoteHeader& header);
   static NoteVersion readVersion(Statement::Run& row);
-  Lineage lineageOf(quint32 noteId, const VersionStamp& original);
-  void putLineage(quint32 noteId, const Lineage& lineage);
-  // The lineage of the version that comes after what is stored.
-  Lineage nextLineage(const NoteHeader& before);
+  VersionVector versionVectorOf(quint32 noteId, const VersionStamp& original);
+  void putVersionVector(quint32 noteId, const VersionVector& versionVector);
+  // The version vector of the version that comes after what is stored.
+  VersionVector nextVersionVector(const NoteHeader& before);
   VersionStamp nextStamp();
   // A note that was erased here without a stub may come back as it was before our last changes of it. What
   // is written from then on must not seem to have come out of those.
@@ -136,9 +136,10 @@ struct Database::Impl {
       " accessed, items, state, change) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, NULL, 1, ?)",
       kWrite};
   Statement erase{connection, "DELETE FROM note WHERE id = ?", kWrite};
-  Statement eraseLineage{connection, "DELETE FROM lineage WHERE note = ?", kWrite};
-  Statement readLineage{connection, "SELECT stamps FROM lineage WHERE note = ?", kRead};
-  Statement writeLineage{connection, "INSERT OR REPLACE INTO lineage (note, stamps) VALUES (?, ?)", kWrite};
+  Statement eraseVersionVector{connection, "DELETE FROM lineage WHERE note = ?", kWrite};
+  Statement readVersionVector{connection, "SELECT stamps FROM lineage WHERE note = ?", kRead};
+  Statement writeVersionVector{connection, "INSERT OR REPLACE INTO lineage (note, stamps) VALUES (?, ?)",
+                               kWrite};
 #define LENS_VERSION_COLUMNS "id, unid, class, state, sequence, sequence_time, stamps"
 #define LENS_VERSIONS "SELECT " LENS_VERSION_COLUMNS " FROM note LEFT JOIN lineage ON note.id = lineage.note"
   Statement listVersions{connection,

@@ -1,7 +1,8 @@
 #include <algorithm>
 
+#include "embedded/format/packed_items.h"
 #include "embedded/store/database_impl.h"
-#include "embedded/store/packed_items.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -18,9 +19,8 @@ void fill(TimeDate& time, const TimeDate& with) {
 }
 
 [[noreturn]] void damagedNote(const QString& path, quint32 noteId, const QString& fault) {
-  throw RuntimeError(
-      enginefault::Damaged,
-      QStringLiteral("%1: note %2 is damaged (%3)").arg(path, QString::number(noteId, 16).toUpper(), fault));
+  throw RuntimeError(enginefault::Damaged, u"%1: note %2 is damaged (%3)"_s.arg(
+                                               path, QString::number(noteId, 16).toUpper(), fault));
 }
 
 // What cannot be packed is told with the file that it was meant for.
@@ -28,11 +28,10 @@ QByteArray packedFor(const QString& path, const Note& note) {
   try {
     return packItems(note.items);
   } catch (const RuntimeError& error) {
-    throw RuntimeError(error.number(), QStringLiteral("%1: note %2 was not saved (%3)")
-                                           .arg(path,
-                                                note.header.id ? QString::number(note.header.id, 16).toUpper()
-                                                               : QStringLiteral("(new)"),
-                                                error.description()));
+    throw RuntimeError(error.number(),
+                       u"%1: note %2 was not saved (%3)"_s.arg(
+                           path, note.header.id ? QString::number(note.header.id, 16).toUpper() : u"(new)"_s,
+                           error.description()));
   }
 }
 
@@ -71,8 +70,7 @@ bool Database::Impl::readHeader(const Statement::Run& row, NoteHeader& header) {
 
 bool Database::Impl::readRow(Statement::Run& row, Note& note) const {
   if (!row.step()) return false;
-  if (!readHeader(row, note.header))
-    damagedNote(connection.path(), note.header.id, QStringLiteral("its UNID is cut"));
+  if (!readHeader(row, note.header)) damagedNote(connection.path(), note.header.id, u"its UNID is cut"_s);
   try {
     note.items = unpackItems(row.blob(kItemsColumn));
   } catch (const RuntimeError& error) {
@@ -90,7 +88,7 @@ qint64 Database::Impl::nextChange() {
 // The row goes, and those who follow the changes learn of it.
 void Database::Impl::eraseRow(quint32 noteId, qint64 change) {
   Statement::Run(erase, noteId).step();
-  Statement::Run(eraseLineage, noteId).step();
+  Statement::Run(eraseVersionVector, noteId).step();
   Statement::Run(recordErased, change, noteId).step();
 }
 
@@ -99,8 +97,7 @@ quint32 Database::Impl::nextId() {
   row.step();
   const qint64 highest = row.integer(0);
   if (highest > kLastId - kIdStep)
-    throw RuntimeError(enginefault::NotSaved,
-                       QStringLiteral("%1: there are no note IDs left").arg(connection.path()));
+    throw RuntimeError(enginefault::NotSaved, u"%1: there are no note IDs left"_s.arg(connection.path()));
   return highest < kFirstId ? kFirstId : quint32(highest) + kIdStep;
 }
 
@@ -235,27 +232,26 @@ void Database::insertNote(NoteHeader& header, const QByteArray& items) {
   const QByteArray unid = header.unid.bytes(), parent = parentBytes(header.parent);
   const quint32 id = impl_->nextId();
   qint64 change = impl_->nextChange();
-  Lineage lineage;
+  VersionVector versionVector;
   if (NoteVersion stub; findVersion(header.unid, stub)) {
     if (stub.live)
       throw RuntimeError(enginefault::NotSaved,
-                         QStringLiteral("%1: the change was not saved (there is a note "
-                                        "with the UNID %2 already)")
-                             .arg(path_, header.unid.text()));
+                         u"%1: the change was not saved (there is a note "
+                         "with the UNID %2 already)"_s.arg(path_, header.unid.text()));
     // The note is back: its stub would only hide it, and must not take it away in other replicas.
     NoteHeader before;
     before.id = stub.id;
     before.unid = header.unid;
     before.sequence = stub.sequence;
     before.sequenceTime = stub.sequenceTime;
-    lineage = impl_->nextLineage(before);
+    versionVector = impl_->nextVersionVector(before);
     impl_->eraseRow(stub.id, change++);
   }
   Statement::Run(impl_->insert, id, header.noteClass, unid, parent, header.sequence,
                  stored(header.sequenceTime), stored(header.created), stored(header.modified),
                  stored(header.added), stored(header.accessed), items, change)
       .step();
-  if (!lineage.isNull()) impl_->putLineage(id, lineage);
+  if (!versionVector.isNull()) impl_->putVersionVector(id, versionVector);
   header.id = id;
 }
 
@@ -268,7 +264,7 @@ void Database::updateNote(const NoteHeader& header, const QByteArray& items, con
                  stored(header.modified), stored(header.added), stored(header.accessed), items,
                  impl_->nextChange(), header.id)
       .step();
-  impl_->putLineage(header.id, impl_->nextLineage(before));
+  impl_->putVersionVector(header.id, impl_->nextVersionVector(before));
 }
 
 bool Database::Impl::readIdentity(quint32 noteId, NoteHeader& header) {
@@ -296,8 +292,8 @@ void Database::save(Note& note) {
     NoteHeader before;
     if (!impl_->readIdentity(header.id, before))
       throw RuntimeError(enginefault::UnknownNote,
-                         QStringLiteral("%1: there is no note %2 (it may have been deleted)")
-                             .arg(path_, QString::number(header.id, 16).toUpper()));
+                         u"%1: there is no note %2 (it may have been deleted)"_s.arg(
+                             path_, QString::number(header.id, 16).toUpper()));
     header.sequence = before.sequence + 1;
     header.sequenceTime = header.modified = timeDateNow();
     updateNote(header, items, before);
@@ -337,11 +333,11 @@ bool Database::remove(quint32 noteId, bool leaveStub) {
   if (leaveStub) {
     const qint64 now = stored(timeDateNow());
     Statement::Run(impl_->makeStub, now, now, change, noteId).step();
-    impl_->putLineage(noteId, impl_->nextLineage(before));
+    impl_->putVersionVector(noteId, impl_->nextVersionVector(before));
   } else {
     // The row takes its numbers along, so the highest ones are written down before it goes.
     const quint32 highest = highestIssuedId();
-    const QString idKey = QStringLiteral("highest id"), changeKey = QStringLiteral("highest change");
+    const QString idKey = u"highest id"_s, changeKey = u"highest change"_s;
     Statement::Run(impl_->writeInfo, idKey, highest).step();
     Statement::Run(impl_->writeInfo, changeKey, change).step();
     impl_->eraseRow(noteId, change);

@@ -2,8 +2,9 @@
 #include <QFileInfo>
 #include <limits>
 
+#include "embedded/files/save_file.h"
 #include "embedded/store/database_impl.h"
-#include "embedded/store/save_file.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -11,9 +12,8 @@ namespace {
 constexpr int kDeviceFault = 57;
 
 [[noreturn]] void objectFault(const QString& path, quint32 objectId, const QString& fault) {
-  throw RuntimeError(
-      enginefault::Damaged,
-      QStringLiteral("%1: attachment object %2 %3").arg(path, QString::number(objectId), fault));
+  throw RuntimeError(enginefault::Damaged,
+                     u"%1: attachment object %2 %3"_s.arg(path, QString::number(objectId), fault));
 }
 
 // The file that a device stands for, or else the database that it is read for or written from.
@@ -26,8 +26,8 @@ void writeAll(QIODevice& target, QByteArrayView bytes, const QString& databasePa
   while (!bytes.isEmpty()) {
     const qint64 written = target.write(bytes.data(), bytes.size());
     if (written <= 0)
-      throw RuntimeError(kDeviceFault, QStringLiteral("%1: the attachment cannot be written (%2)")
-                                           .arg(fileOf(target, databasePath), target.errorString()));
+      throw RuntimeError(kDeviceFault, u"%1: the attachment cannot be written (%2)"_s.arg(
+                                           fileOf(target, databasePath), target.errorString()));
     bytes = bytes.sliced(written);
   }
 }
@@ -37,8 +37,8 @@ void writeAll(QIODevice& target, QByteArrayView bytes, const QString& databasePa
 Database::Impl::Pending& Database::Impl::pending(quint32 objectId) {
   const auto found = objects.constFind(objectId);
   if (found == objects.constEnd())
-    throw RuntimeError(err::InvalidCall, QStringLiteral("%1: attachment object %2 is not being written")
-                                             .arg(connection.path(), QString::number(objectId)));
+    throw RuntimeError(err::InvalidCall, u"%1: attachment object %2 is not being written"_s.arg(
+                                             connection.path(), QString::number(objectId)));
   return **found;
 }
 
@@ -59,7 +59,7 @@ quint32 Database::beginObject() {
   Statement::Run(impl_->insertObject).step();
   const qint64 id = sqlite3_last_insert_rowid(handle());
   if (id > std::numeric_limits<quint32>::max())
-    throw RuntimeError(enginefault::NotSaved, QStringLiteral("%1: there are no object IDs left").arg(path_));
+    throw RuntimeError(enginefault::NotSaved, u"%1: there are no object IDs left"_s.arg(path_));
   auto object = std::make_shared<Impl::Pending>();
   object->depth = impl_->depth;
   object->rest.reserve(kChunkSize);
@@ -101,8 +101,8 @@ Database::StoredObject Database::addObject(QIODevice& source) {
   for (;;) {
     const qint64 count = source.read(piece.data(), piece.size());
     if (count < 0)
-      throw RuntimeError(kDeviceFault, QStringLiteral("%1: the file to attach cannot be read (%2)")
-                                           .arg(fileOf(source, path_), source.errorString()));
+      throw RuntimeError(kDeviceFault, u"%1: the file to attach cannot be read (%2)"_s.arg(
+                                           fileOf(source, path_), source.errorString()));
     if (count == 0) break;
     appendObject(id, QByteArrayView(piece).first(count));
   }
@@ -121,7 +121,7 @@ void Database::readObject(quint32 objectId, QIODevice& target) const {
   QByteArray checksum;
   {
     Statement::Run row(impl_->readObject, objectId);
-    if (!row.step()) objectFault(path_, objectId, QStringLiteral("does not exist"));
+    if (!row.step()) objectFault(path_, objectId, u"does not exist"_s);
     size = row.integer(0);
     chunks = row.integer(1);
     checksum = row.blob(2).toByteArray();
@@ -132,7 +132,7 @@ void Database::readObject(quint32 objectId, QIODevice& target) const {
   for (qint64 number = 0; number < chunks; ++number) {
     {
       Statement::Run row(impl_->readChunk, objectId, number);
-      if (!row.step()) objectFault(path_, objectId, QStringLiteral("lacks a part"));
+      if (!row.step()) objectFault(path_, objectId, u"lacks a part"_s);
       bytes = row.blob(0).toByteArray();
     }
     total += bytes.size();
@@ -141,22 +141,20 @@ void Database::readObject(quint32 objectId, QIODevice& target) const {
     writeAll(target, bytes, path_);
   }
   if (total != size || hash.result() != checksum)
-    objectFault(path_, objectId, QStringLiteral("is damaged: its checksum does not hold"));
+    objectFault(path_, objectId, u"is damaged: its checksum does not hold"_s);
 }
 
 void Database::extractObject(quint32 objectId, const QString& filePath) const {
   QSaveFile file(filePath);
   if (!file.open(QIODevice::WriteOnly)) {
     const bool noDirectory = !QFileInfo(QFileInfo(filePath).absolutePath()).isDir();
-    throw RuntimeError(
-        noDirectory ? err::PathNotFound : err::PathFileAccess,
-        QStringLiteral("%1: the file cannot be written (%2)").arg(filePath, file.errorString()));
+    throw RuntimeError(noDirectory ? err::PathNotFound : err::PathFileAccess,
+                       u"%1: the file cannot be written (%2)"_s.arg(filePath, file.errorString()));
   }
   readObject(objectId, file);
   if (!commitWhole(file))
-    throw RuntimeError(
-        err::PathFileAccess,
-        QStringLiteral("%1: the file cannot be written (%2)").arg(filePath, file.errorString()));
+    throw RuntimeError(err::PathFileAccess,
+                       u"%1: the file cannot be written (%2)"_s.arg(filePath, file.errorString()));
 }
 
 void Database::removeObject(quint32 objectId) {

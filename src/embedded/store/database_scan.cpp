@@ -1,6 +1,6 @@
 // Walking over many notes without unpacking them.
+#include "embedded/format/packed_note.h"
 #include "embedded/store/database_impl.h"
-#include "embedded/store/packed_note.h"
 
 namespace lens {
 namespace {

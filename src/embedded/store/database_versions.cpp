@@ -1,8 +1,8 @@
-// Versions of notes: their lineages, and notes and stubs as other replicas have them.
+// Versions of notes: their version vectors, and notes and stubs as other replicas have them.
 #include <QRandomGenerator>
 
+#include "embedded/format/packed_items.h"
 #include "embedded/store/database_impl.h"
-#include "embedded/store/packed_items.h"
 
 namespace lens {
 
@@ -14,21 +14,21 @@ NoteVersion Database::Impl::readVersion(Statement::Run& row) {
   version.live = row.integer(3) == kStateLive;
   version.sequence = quint32(row.integer(4));
   version.sequenceTime = fromStored(row.integer(5));
-  const Lineage lineage = Lineage::fromBytes(row.blob(6));
-  version.stamp = lineage.isNull() ? originalStamp(version.unid, version.sequence, version.sequenceTime)
-                                   : lineage.stamp();
+  const VersionVector versionVector = VersionVector::fromBytes(row.blob(6));
+  version.stamp = versionVector.isNull() ? originalStamp(version.unid, version.sequence, version.sequenceTime)
+                                         : versionVector.stamp();
   return version;
 }
 
-Lineage Database::Impl::lineageOf(quint32 noteId, const VersionStamp& original) {
-  Statement::Run row(readLineage, noteId);
-  const Lineage lineage = row.step() ? Lineage::fromBytes(row.blob(0)) : Lineage();
-  return lineage.isNull() ? Lineage(original) : lineage;
+VersionVector Database::Impl::versionVectorOf(quint32 noteId, const VersionStamp& original) {
+  Statement::Run row(readVersionVector, noteId);
+  const VersionVector versionVector = row.step() ? VersionVector::fromBytes(row.blob(0)) : VersionVector();
+  return versionVector.isNull() ? VersionVector(original) : versionVector;
 }
 
-void Database::Impl::putLineage(quint32 noteId, const Lineage& lineage) {
-  const QByteArray stamps = lineage.bytes();
-  Statement::Run(writeLineage, noteId, stamps).step();
+void Database::Impl::putVersionVector(quint32 noteId, const VersionVector& versionVector) {
+  const QByteArray stamps = versionVector.bytes();
+  Statement::Run(writeVersionVector, noteId, stamps).step();
 }
 
 VersionStamp Database::Impl::nextStamp() {
@@ -37,10 +37,11 @@ VersionStamp Database::Impl::nextStamp() {
   return writer;
 }
 
-Lineage Database::Impl::nextLineage(const NoteHeader& before) {
-  Lineage lineage = lineageOf(before.id, originalStamp(before.unid, before.sequence, before.sequenceTime));
-  lineage.add(nextStamp());
-  return lineage;
+VersionVector Database::Impl::nextVersionVector(const NoteHeader& before) {
+  VersionVector versionVector =
+      versionVectorOf(before.id, originalStamp(before.unid, before.sequence, before.sequenceTime));
+  versionVector.add(nextStamp());
+  return versionVector;
 }
 
 QVector<NoteVersion> Database::versionsAfter(const Unid& unid, int most) const {
@@ -59,24 +60,24 @@ bool Database::findVersion(const Unid& unid, NoteVersion& version) const {
   return true;
 }
 
-Lineage Database::lineage(const NoteVersion& version) const {
-  return impl_->lineageOf(version.id, version.stamp);
+VersionVector Database::versionVector(const NoteVersion& version) const {
+  return impl_->versionVectorOf(version.id, version.stamp);
 }
 
-void Database::setLineage(quint32 noteId, const Lineage& lineage) {
+void Database::setVersionVector(quint32 noteId, const VersionVector& versionVector) {
   Transaction transaction(*this);
-  impl_->putLineage(noteId, lineage);
+  impl_->putVersionVector(noteId, versionVector);
   transaction.commit();
 }
 
-void Database::saveVersion(Note& note, const Lineage& lineage) {
+void Database::saveVersion(Note& note, const VersionVector& versionVector) {
   Transaction transaction(*this);
   saveAsGiven(note);
-  impl_->putLineage(note.header.id, lineage);
+  impl_->putVersionVector(note.header.id, versionVector);
   transaction.commit();
 }
 
-void Database::saveStub(const NoteHeader& header, const Lineage& lineage) {
+void Database::saveStub(const NoteHeader& header, const VersionVector& versionVector) {
   Transaction transaction(*this);
   NoteVersion there;
   const bool known = findVersion(header.unid, there);
@@ -91,7 +92,7 @@ void Database::saveStub(const NoteHeader& header, const Lineage& lineage) {
         .step();
     impl_->renewWriter();
   }
-  impl_->putLineage(id, lineage);
+  impl_->putVersionVector(id, versionVector);
   transaction.commit();
 }
 

@@ -2,8 +2,9 @@
 
 #include <QHash>
 
+#include "embedded/format/single_notes.h"
 #include "embedded/store/object_copy.h"
-#include "embedded/store/single_notes.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -18,15 +19,15 @@ bool hasObject(const Item& item, const Database& database) {
 QString singleName(quint16 noteClass) {
   switch (noteClass) {
     case noteclass::Icon:
-      return QStringLiteral("icon");
+      return u"icon"_s;
     case noteclass::Acl:
-      return QStringLiteral("ACL");
+      return u"ACL"_s;
     case noteclass::About:
-      return QStringLiteral("About");
+      return u"About"_s;
     case noteclass::Design:
-      return QStringLiteral("design collection");
+      return u"design collection"_s;
     default:
-      return QStringLiteral("help index");
+      return u"help index"_s;
   }
 }
 
@@ -34,8 +35,8 @@ void requireRoomForSingle(const Note& note, const Database& target) {
   const quint16 noteClass = noteclass::base(note.header.noteClass);
   if (!isSingleInstance(noteClass) || target.specialNote(noteClass) == 0) return;
   throw RuntimeError(kSecondSingleNote,
-                     QStringLiteral("%1: the database has its %2 note already, a second one is not possible")
-                         .arg(target.path(), singleName(noteClass)));
+                     u"%1: the database has its %2 note already, a second one is not possible"_s.arg(
+                         target.path(), singleName(noteClass)));
 }
 
 }  // namespace

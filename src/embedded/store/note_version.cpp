@@ -8,7 +8,7 @@ namespace lens {
 namespace {
 
 constexpr qsizetype kStampSize = 16;
-constexpr qsizetype kLongestLineage = 256;
+constexpr qsizetype kLongestVersionVector = 256;
 
 void appendU64(QByteArray& bytes, quint64 number) {
   char raw[8];
@@ -37,17 +37,17 @@ VersionStamp derivedStamp(const VersionStamp& from, QByteArrayView reason) {
   return stampOf(told);
 }
 
-Lineage Lineage::fromBytes(QByteArrayView bytes) {
-  Lineage lineage;
-  const qsizetype count = qMin(bytes.size() / kStampSize, kLongestLineage);
+VersionVector VersionVector::fromBytes(QByteArrayView bytes) {
+  VersionVector versionVector;
+  const qsizetype count = qMin(bytes.size() / kStampSize, kLongestVersionVector);
   for (qsizetype i = 0; i < count; ++i) {
     const char* const at = bytes.data() + i * kStampSize;
-    lineage.stamps_.push_back({qFromLittleEndian<quint64>(at), qFromLittleEndian<quint64>(at + 8)});
+    versionVector.stamps_.push_back({qFromLittleEndian<quint64>(at), qFromLittleEndian<quint64>(at + 8)});
   }
-  return lineage;
+  return versionVector;
 }
 
-QByteArray Lineage::bytes() const {
+QByteArray VersionVector::bytes() const {
   QByteArray bytes;
   bytes.reserve(stamps_.size() * kStampSize);
   for (const VersionStamp& stamp : stamps_) {
@@ -57,22 +57,22 @@ QByteArray Lineage::bytes() const {
   return bytes;
 }
 
-bool Lineage::knows(const VersionStamp& stamp) const {
+bool VersionVector::knows(const VersionStamp& stamp) const {
   return std::any_of(stamps_.begin(), stamps_.end(), [&](const VersionStamp& known) {
     return known.writer == stamp.writer && known.count >= stamp.count;
   });
 }
 
-void Lineage::add(const VersionStamp& stamp) {
+void VersionVector::add(const VersionStamp& stamp) {
   stamps_.removeIf([&](const VersionStamp& known) { return known.writer == stamp.writer; });
   stamps_.push_back(stamp);
-  if (stamps_.size() > kLongestLineage) stamps_.remove(0, stamps_.size() - kLongestLineage);
+  if (stamps_.size() > kLongestVersionVector) stamps_.remove(0, stamps_.size() - kLongestVersionVector);
 }
 
-void Lineage::absorb(const Lineage& other) {
+void VersionVector::absorb(const VersionVector& other) {
   if (isNull()) return;
   const VersionStamp own = stamp();
-  Lineage both = other;
+  VersionVector both = other;
   for (const VersionStamp& stamp : std::as_const(stamps_))
     if (!both.knows(stamp)) both.add(stamp);
   both.add(own);

@@ -1,16 +1,16 @@
 // Versions of a note across the replicas of its database: which one came out of which.
 //
-// Every saved state of a note has a stamp, and a note remembers the stamps that went before: its lineage.
-// A version whose stamp the other one's lineage knows is older; two that do not know each other were
-// changed on both sides since they were the same. That holds in chains of replicas as well as in pairs,
-// and needs no memory of who replicated with whom.
+// Every saved state of a note has a stamp, and a note remembers the stamps that went before: its version
+// vector. A version whose stamp the other one's version vector knows is older; two that do not know each
+// other were changed on both sides since they were the same. That holds in chains of replicas as well as in
+// pairs, and needs no memory of who replicated with whom.
 //
 // A stamp is a writer, new with every opening of a file, and its count of saves. One writer's saves of a
-// note follow each other, so a lineage keeps only the last of each. A copied or restored file is no
+// note follow each other, so a version vector keeps only the last of each. A copied or restored file is no
 // danger: whoever opens it next is another writer.
 #pragma once
 
-#include "embedded/store/note.h"
+#include "embedded/format/note.h"
 
 namespace lens {
 
@@ -25,11 +25,11 @@ VersionStamp originalStamp(const Unid& unid, quint32 sequence, const TimeDate& s
 // A stamp that follows from another one, alike in every replica where it is made for the same reason.
 VersionStamp derivedStamp(const VersionStamp& from, QByteArrayView reason);
 
-class Lineage {
+class VersionVector {
  public:
-  Lineage() = default;
-  explicit Lineage(const VersionStamp& first) { add(first); }
-  static Lineage fromBytes(QByteArrayView bytes);
+  VersionVector() = default;
+  explicit VersionVector(const VersionStamp& first) { add(first); }
+  static VersionVector fromBytes(QByteArrayView bytes);
   QByteArray bytes() const;
 
   // Of the version itself; the last that was added.
@@ -41,7 +41,7 @@ class Lineage {
   // a replica that was away for so long gets a conflict document rather than a lost change.
   void add(const VersionStamp& stamp);
   // Takes over what the other one knows; the version stays what it is.
-  void absorb(const Lineage& other);
+  void absorb(const VersionVector& other);
 
  private:
   QVector<VersionStamp> stamps_;

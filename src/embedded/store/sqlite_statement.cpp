@@ -3,7 +3,8 @@
 #include <QFileInfo>
 #include <QUrl>
 
-#include "embedded/store/engine_fault.h"
+#include "embedded/format/engine_fault.h"
+#include "notes/literals.h"
 #include "notes/runtime_error.h"
 
 namespace lens {
@@ -25,11 +26,10 @@ Connection::Connection(const QString& path, int flags, bool constant) : path_(pa
   if (constant) flags |= SQLITE_OPEN_URI;
   const int status = sqlite3_open_v2(name.constData(), &handle_, flags, nullptr);
   if (status != SQLITE_OK) {
-    const QString reason =
-        handle_ ? QString::fromUtf8(sqlite3_errmsg(handle_)) : QStringLiteral("out of memory");
+    const QString reason = handle_ ? QString::fromUtf8(sqlite3_errmsg(handle_)) : u"out of memory"_s;
     sqlite3_close_v2(handle_);
     throw RuntimeError(enginefault::CannotOpen,
-                       QStringLiteral("%1: the database cannot be opened (%2)").arg(path, reason));
+                       u"%1: the database cannot be opened (%2)"_s.arg(path, reason));
   }
   sqlite3_extended_result_codes(handle_, 1);
   sqlite3_busy_timeout(handle_, kBusyTimeoutMs);
@@ -40,14 +40,13 @@ Connection::Connection(const QString& path, int flags, bool constant) : path_(pa
 
 // There is a handle, so that nobody who holds the removed database meets a null pointer.
 Connection::Connection(const QString& path)
-    : Connection(QStringLiteral(":memory:"), SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY) {
+    : Connection(u":memory:"_s, SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY) {
   path_ = path;
   removed_ = true;
 }
 
 void Connection::requireFile() const {
-  if (removed_)
-    throw RuntimeError(err::FileNotFound, QStringLiteral("%1: the database has been removed").arg(path_));
+  if (removed_) throw RuntimeError(err::FileNotFound, u"%1: the database has been removed"_s.arg(path_));
 }
 
 Connection::~Connection() {
@@ -62,15 +61,13 @@ void Connection::fail(int fault) const {
   const int status = sqlite3_errcode(handle_) & 0xFF;
   const QString reason = QString::fromUtf8(sqlite3_errmsg(handle_));
   if (meansDamage(status))
-    throw RuntimeError(enginefault::Damaged,
-                       QStringLiteral("%1: the database is damaged (%2)").arg(path_, reason));
+    throw RuntimeError(enginefault::Damaged, u"%1: the database is damaged (%2)"_s.arg(path_, reason));
   if (status == SQLITE_PERM || status == SQLITE_AUTH)
-    throw RuntimeError(err::PermissionDenied,
-                       QStringLiteral("%1: permission denied (%2)").arg(path_, reason));
-  const QString what = fault == enginefault::NotSaved  ? QStringLiteral("the change was not saved")
-                       : fault == enginefault::Damaged ? QStringLiteral("the database is damaged")
-                                                       : QStringLiteral("the database cannot be read");
-  throw RuntimeError(fault, QStringLiteral("%1: %2 (%3)").arg(path_, what, reason));
+    throw RuntimeError(err::PermissionDenied, u"%1: permission denied (%2)"_s.arg(path_, reason));
+  const QString what = fault == enginefault::NotSaved  ? u"the change was not saved"_s
+                       : fault == enginefault::Damaged ? u"the database is damaged"_s
+                                                       : u"the database cannot be read"_s;
+  throw RuntimeError(fault, u"%1: %2 (%3)"_s.arg(path_, what, reason));
 }
 
 void Statement::prepare() {
@@ -119,8 +116,8 @@ void Statement::Run::check(int status) {
   // A failing constructor runs no destructor, so the statement is freed for its next run here.
   sqlite3_reset(statement_.handle_);
   throw RuntimeError(statement_.fault_,
-                     QStringLiteral("%1: a value cannot be stored (%2)")
-                         .arg(statement_.connection_.path(), QString::fromUtf8(sqlite3_errstr(status))));
+                     u"%1: a value cannot be stored (%2)"_s.arg(statement_.connection_.path(),
+                                                                QString::fromUtf8(sqlite3_errstr(status))));
 }
 
 }  // namespace lens

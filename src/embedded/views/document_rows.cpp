@@ -6,6 +6,7 @@
 #include "embedded/formula/program.h"
 #include "embedded/search/selection.h"
 #include "embedded/views/sort_key.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -155,9 +156,9 @@ std::vector<formula::Name> DocumentRows::names() const {
 FormulaValue DocumentRows::evaluated(Evaluation& evaluation, formula::Document& document, bool* matches) {
   formula::Outcome outcome = evaluation.run(&document, nullptr, Evaluation::Writes::Pretend);
   if (outcome.value.isError() && outcome.value.errorCode() == formula::fault::TooMuchTime)
-    throw RuntimeError(kFormulaError, QStringLiteral("%1: the view \"%2\": %3")
-                                          .arg(design_.database, design_.title,
-                                               formula::faultText(formula::fault::TooMuchTime)));
+    throw RuntimeError(kFormulaError,
+                       u"%1: the view \"%2\": %3"_s.arg(design_.database, design_.title,
+                                                        formula::faultText(formula::fault::TooMuchTime)));
   if (matches) *matches = outcome.matches;
   return std::move(outcome.value);
 }

@@ -4,6 +4,7 @@
 
 #include "embedded/store/sqlite_statement.h"
 #include "embedded/views/view_design.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -91,12 +92,10 @@ QVector<quint32> noteIds(Statement::Run& run) {
 Unid requireFolder(const Database& database, quint32 folder) {
   Note note;
   if (!database.read(folder, note))
-    throw RuntimeError(enginefault::UnknownNote,
-                       QStringLiteral("%1: there is no note %2 (it may have been deleted)")
-                           .arg(database.path(), QString::number(folder, 16).toUpper()));
+    throw RuntimeError(enginefault::UnknownNote, u"%1: there is no note %2 (it may have been deleted)"_s.arg(
+                                                     database.path(), QString::number(folder, 16).toUpper()));
   if (noteclass::base(note.header.noteClass) != noteclass::View || !isFolder(note))
-    throw RuntimeError(kNoFolder,
-                       QStringLiteral("%1: \"%2\" is no folder").arg(database.path(), note.text(u"$TITLE")));
+    throw RuntimeError(kNoFolder, u"%1: \"%2\" is no folder"_s.arg(database.path(), note.text(u"$TITLE")));
   return note.header.unid;
 }
 
@@ -118,8 +117,8 @@ void write(Database& database, quint32 folder, const QVector<quint32>& documents
     if (!run.step()) {
       if (missing == Missing::PassOver) continue;
       throw RuntimeError(enginefault::UnknownNote,
-                         QStringLiteral("%1: there is no document %2 for the folder")
-                             .arg(database.path(), QString::number(document, 16).toUpper()));
+                         u"%1: there is no document %2 for the folder"_s.arg(
+                             database.path(), QString::number(document, 16).toUpper()));
     }
     // What is so already stays as it is: nobody has to look at it again.
     if (!run.isNull(1) ? (run.integer(1) != 0) == present : !present) continue;

@@ -1,6 +1,6 @@
 #include "embedded/views/note_block.h"
 
-#include "embedded/store/item_value.h"
+#include "embedded/format/item_value.h"
 
 namespace lens {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <QtEndian>
 
-#include "embedded/formula_world/packed_document.h"
+#include "embedded/formula_context/evaluated_packed_note.h"
 #include "embedded/views/folder_documents.h"
 
 namespace lens {
@@ -122,7 +122,7 @@ void ViewBuilder::takeResponse(quint32 noteId, RowBuffer* buffer) {
   if (!tables_.readNote(view_, noteId, indexed) || indexed.matched || indexed.parent.isEmpty()) return;
   Note note;
   if (!readNote(noteId, note)) return;
-  NoteDocument document(note, &database_, NoteDocument::Items::Summary);
+  EvaluatedNote document(note, &database_, EvaluatedNote::Items::Summary);
   document.setSelected(isMatched_);
   indexed.shown = rows_.selects(document);
   indexed.rows.clear();
@@ -134,7 +134,7 @@ void ViewBuilder::takeResponse(quint32 noteId, RowBuffer* buffer) {
 // --- Everything ----------------------------------------------------------------------------------------
 
 void ViewBuilder::scan(RowBuffer& buffer, const Pause& pause) {
-  PackedDocument document(rows_.names(), &database_);
+  EvaluatedPackedNote document(rows_.names(), &database_);
   database_.scanPacked(design_.noteClass, [&](const PackedNote& note) {
     if (isProfile(note)) return true;
     document.show(note);
@@ -148,7 +148,7 @@ void ViewBuilder::takeFolder(RowBuffer& buffer, const Pause& pause) {
   Note note;
   for (const quint32 id : folderDocuments(database_, design_.unid)) {
     if (!readNote(id, note) || !isOfTheClass(note)) continue;
-    NoteDocument document(note, &database_, NoteDocument::Items::Summary);
+    EvaluatedNote document(note, &database_, EvaluatedNote::Items::Summary);
     take(note.header, tree() ? parentOf(note) : Unid(), document, &buffer);
     pause();
   }
@@ -224,7 +224,7 @@ void ViewBuilder::update(const QVector<quint32>& changed) {
       tables_.removeNote(view_, id);
       continue;
     }
-    NoteDocument document(note, &database_, NoteDocument::Items::Summary);
+    EvaluatedNote document(note, &database_, EvaluatedNote::Items::Summary);
     take(note.header, tree() ? parentOf(note) : Unid(), document, nullptr);
   }
   if (withResponses_)

@@ -9,7 +9,7 @@
 #include <QSet>
 #include <functional>
 
-#include "embedded/formula_world/note_document.h"
+#include "embedded/formula_context/evaluated_note.h"
 #include "embedded/views/document_rows.h"
 #include "embedded/views/index_tables.h"
 #include "embedded/views/row_buffer.h"
@@ -60,7 +60,7 @@ class ViewBuilder {
   IndexTables& tables_;
   const quint32 view_;
   const bool withResponses_;
-  NoteDocument::Selected isMatched_;
+  EvaluatedNote::Selected isMatched_;
   // Kept for the memory that they have.
   IndexedNote taken_;
   QByteArray onlyKey_;

@@ -5,9 +5,10 @@
 #include <QTimeZone>
 #include <algorithm>
 
-#include "embedded/dxl/source_formula.h"
-#include "embedded/views/formula_source.h"
-#include "embedded/views/view_records.h"
+#include "embedded/format/formula_source.h"
+#include "embedded/format/source_formula.h"
+#include "embedded/format/view_records.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -114,10 +115,9 @@ ViewDesign readViewDesign(const Note& view) {
 }
 
 void raiseHiddenSelection(const QString& databasePath, const QString& title) {
-  throw RuntimeError(
-      kNoFormulaSource,
-      QStringLiteral("%1: the selection formula of the view \"%2\" is there in compiled form only")
-          .arg(databasePath, title));
+  throw RuntimeError(kNoFormulaSource,
+                     u"%1: the selection formula of the view \"%2\" is there in compiled form only"_s.arg(
+                         databasePath, title));
 }
 
 bool selectionSource(const Note& view, QString& source) {

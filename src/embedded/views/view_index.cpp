@@ -6,6 +6,7 @@
 
 #include "embedded/store/paced_transaction.h"
 #include "embedded/views/folder_documents.h"
+#include "notes/literals.h"
 
 namespace lens {
 namespace {
@@ -60,9 +61,8 @@ void ViewIndex::readDesign() {
   if (change == designOf_) return;
   Note note;
   if (!database_.read(view_, note) || noteclass::base(note.header.noteClass) != noteclass::View)
-    throw RuntimeError(enginefault::UnknownNote,
-                       QStringLiteral("%1: there is no view %2 (it may have been deleted)")
-                           .arg(database_.path(), QString::number(view_, 16).toUpper()));
+    throw RuntimeError(enginefault::UnknownNote, u"%1: there is no view %2 (it may have been deleted)"_s.arg(
+                                                     database_.path(), QString::number(view_, 16).toUpper()));
   ViewDesign design = readViewDesign(note);
   design.database = database_.path();
   if (design.hiddenSelection) raiseHiddenSelection(database_.path(), design.title);
@@ -75,9 +75,8 @@ std::unique_ptr<DocumentRows> ViewIndex::makeRows(const ViewDesign& design) {
   try {
     return std::make_unique<DocumentRows>(design, environment_);
   } catch (const RuntimeError& error) {
-    throw RuntimeError(
-        error.number(),
-        QStringLiteral("%1: the view \"%2\": %3").arg(database_.path(), design.title, error.description()));
+    throw RuntimeError(error.number(),
+                       u"%1: the view \"%2\": %3"_s.arg(database_.path(), design.title, error.description()));
   }
 }
 
@@ -150,8 +149,8 @@ void ViewIndex::makeAnew(const IndexHead& goal, const ViewBuilder::Pause& pause)
     IndexHead head;
     if (!tables_.readHead(view_, head) || head != unfinished)
       throw RuntimeError(enginefault::NotSaved,
-                         QStringLiteral("%1: the index of the view \"%2\" is being made by somebody else")
-                             .arg(database_.path(), design_.title));
+                         u"%1: the index of the view \"%2\" is being made by somebody else"_s.arg(
+                             database_.path(), design_.title));
     return true;
   });
   tables_.writeHead(view_, goal, builder.growth());

@@ -3,8 +3,9 @@
 #include <QHash>
 #include <utility>
 
-#include "embedded/formula_world/note_document.h"
+#include "embedded/formula_context/evaluated_note.h"
 #include "embedded/views/sort_key.h"
+#include "notes/literals.h"
 #include "notes/numbers.h"
 
 namespace lens {
@@ -29,7 +30,7 @@ QString elementText(const FormulaValue& value, qsizetype element, const formula:
     case formula::Type::Time:
       return civilText(formula::civilOf(value.time(element), zone), regional);
     case formula::Type::TimeRange:
-      return civilText(formula::civilOf(value.range(element).from, zone), regional) + QStringLiteral(" - ") +
+      return civilText(formula::civilOf(value.range(element).from, zone), regional) + u" - "_s +
              civilText(formula::civilOf(value.range(element).to, zone), regional);
     case formula::Type::Text:
     case formula::Type::Keyword:
@@ -167,7 +168,7 @@ void withDocument(ViewIndex& index, quint32 note, const Read& read) {
     if (error.number() != enginefault::Damaged) throw;
     return;
   }
-  NoteDocument document(found, &index.database(), NoteDocument::Items::Summary);
+  EvaluatedNote document(found, &index.database(), EvaluatedNote::Items::Summary);
   read(found, document);
 }
 
@@ -187,7 +188,7 @@ ValueRow valuesOf(ViewIndex& index, const QVector<QByteArray>& rowKeys, const Re
   for (const QByteArray& key : rowKeys) {
     Shown& shown = documents[noteIdOf(key)];
     if (!std::exchange(shown.asked, true))
-      withDocument(index, noteIdOf(key), [&](const Note& note, NoteDocument& document) {
+      withDocument(index, noteIdOf(key), [&](const Note& note, EvaluatedNote& document) {
         shown.values = read(note, document, shown.keys);
       });
     if (shown.next < shown.values.size() && !values.add(std::move(shown.values[shown.next++]))) break;
@@ -237,7 +238,7 @@ FormulaValue viewColumn(ViewIndex& index, int column, const Regional& regional) 
     if (line.note != 0) keys.push_back(line.key);
   }
   const ValueRow values =
-      valuesOf(index, keys, [&](const Note&, NoteDocument& document, const auto& rowKeys) {
+      valuesOf(index, keys, [&](const Note&, EvaluatedNote& document, const auto& rowKeys) {
         return index.rows().column(column, document, rowKeys);
       });
   return values.isEmpty() ? FormulaValue::text(u"") : values.take(index.rows().zone(), regional);
@@ -251,13 +252,13 @@ bool viewLookup(ViewIndex& index, const formula::Database::Lookup& lookup, const
     return keys.size() < formula::kMaxElements;
   });
   const formula::Name item(lookup.item);
-  const auto shown = [&](const Note& note, NoteDocument& document, const QVector<QByteArray>& rowKeys) {
+  const auto shown = [&](const Note& note, EvaluatedNote& document, const QVector<QByteArray>& rowKeys) {
     if (lookup.column > 0 && !lookup.unids) return index.rows().column(lookup.column - 1, document, rowKeys);
     FormulaValue found = FormulaValue::text(u"");
     if (lookup.unids)
       found = FormulaValue::text(note.header.unid.text());
     else
-      NoteDocument(note).item(item, found);
+      EvaluatedNote(note).item(item, found);
     return std::vector<FormulaValue>(std::size_t(rowKeys.size()), found);
   };
   const ValueRow values = valuesOf(index, keys, shown);

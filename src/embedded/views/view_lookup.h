@@ -6,7 +6,7 @@
 
 #include <functional>
 
-#include "embedded/formula/world.h"
+#include "embedded/formula/evaluation_context.h"
 #include "embedded/views/view_index.h"
 #include "host/regional.h"
 

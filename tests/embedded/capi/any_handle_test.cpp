@@ -10,7 +10,7 @@
 #include "embedded/model/support/test_workspace.h"
 
 using namespace lens;
-using namespace lens::testing;
+using namespace lens::testbed;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -33,7 +33,7 @@ struct AnyHandle : ::testing::Test {
     Live live;
     EXPECT_EQ(api.NSFDbOpen("mail.nsf", live.db), 0);
     EXPECT_EQ(api.NSFNoteOpen(live.db, qint32(id), 0, live.note), 0);
-    EXPECT_EQ(compile("Subject : \"x\"", live.formula), 0);
+    EXPECT_EQ(compiled("Subject : \"x\"", live.formula), 0);
     EXPECT_EQ(api.NSFComputeStart(0, api.OSLockObject(live.formula), live.compute), 0);
     api.OSUnlockObject(live.formula);
     EXPECT_EQ(itemInfo(live.note, &live.item), 0);
@@ -46,7 +46,7 @@ struct AnyHandle : ::testing::Test {
     EXPECT_EQ(api.NSFDbClose(live.db), 0);
   }
 
-  Status compile(const QByteArray& text, MemHandle& compiled) {
+  Status compiled(const QByteArray& text, MemHandle& compiled) {
     quint16 length = 0, line = 0, column = 0, offset = 0, errorLength = 0;
     Status error = 0;
     return api.NSFFormulaCompile(text, quint16(text.size()), compiled, length, error, line, column, offset,
@@ -187,7 +187,7 @@ TEST_F(AnyHandle, OfMemoryRunsOutWithAStatus) {
   EXPECT_EQ(list, 0u);
   EXPECT_EQ(api.NSGetServerList(0, list), 0x0107);
   MemHandle handle = 77;
-  EXPECT_EQ(compile("1", handle), 0x0107);
+  EXPECT_EQ(compiled("1", handle), 0x0107);
   EXPECT_EQ(handle, 0u);
   EXPECT_EQ(evaluate(live.compute, 0), 0x0107);
   EXPECT_EQ(itemInfo(fresh), 0x0107);
@@ -261,7 +261,7 @@ class RandomCalls {
       case 15:
         return check(api_.OSMemFree(any()));
       case 16:
-        return compile();
+        return compiled();
       case 17:
         return start(any());
       case 18:
@@ -289,7 +289,7 @@ class RandomCalls {
     ASSERT_TRUE(status == 0 || handle == 0);
     if (handle) seen_.push_back(handle);
   }
-  void compile() {
+  void compiled() {
     static const QByteArray formulas[] = {"Subject : \"x\"", "FIELD Subject := \"new\"; 1", "1 +", "1/0", ""};
     const QByteArray& text = formulas[random_() % std::size(formulas)];
     MemHandle compiled = 0;

@@ -8,7 +8,7 @@
 #include "support/counting_listener.h"
 
 using namespace lens;
-using namespace lens::testing;
+using namespace lens::testbed;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

@@ -6,12 +6,12 @@
 
 #include "embedded/capi/embedded_capi.h"
 #include "embedded/capi/status.h"
+#include "embedded/format/lmbcs.h"
 #include "embedded/model/support/test_workspace.h"
-#include "embedded/store/lmbcs.h"
 #include "notes/code_page.h"
 
 using namespace lens;
-using namespace lens::testing;
+using namespace lens::testbed;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

@@ -7,12 +7,12 @@
 #include <random>
 
 #include "embedded/console/command_line.h"
+#include "embedded/format/lmbcs.h"
 #include "embedded/model/support/test_workspace.h"
-#include "embedded/store/lmbcs.h"
 #include "support/counting_listener.h"
 
 using namespace lens;
-using namespace lens::testing;
+using namespace lens::testbed;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

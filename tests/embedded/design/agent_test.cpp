@@ -1,7 +1,7 @@
 #include "embedded/design/agent.h"
 
 #include "embedded/dxl/import_fixture.h"
-#include "embedded/dxl/source_formula.h"
+#include "embedded/format/source_formula.h"
 
 namespace lens {
 namespace {

@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include "embedded/design/profiles.h"
+#include "embedded/design/profile_notes.h"
 #include "embedded/dxl/dxl_importer.h"
 #include "embedded/model/support/test_workspace.h"
 
 using namespace lens;
-using namespace lens::testing;
+using namespace lens::testbed;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

@@ -1,4 +1,4 @@
-#include "embedded/dxl/source_formula.h"
+#include "embedded/format/source_formula.h"
 #include "embedded/richtext/rich_text.h"
 #include "import_fixture.h"
 

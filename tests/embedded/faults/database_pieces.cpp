@@ -6,7 +6,7 @@
 #include "embedded/views/folder_documents.h"
 #include "piece_of_work.h"
 
-namespace lens::testing {
+namespace lens::testbed {
 namespace {
 
 using namespace Qt::StringLiterals;
@@ -152,4 +152,4 @@ const RegisterPiece filing({"PuttingDocumentsIntoAFolder", prepareFolder,
                             }});
 
 }  // namespace
-}  // namespace lens::testing
+}  // namespace lens::testbed

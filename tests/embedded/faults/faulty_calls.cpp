@@ -25,7 +25,7 @@ bool isFile(int descriptor) {
 
 extern "C" ssize_t write(int descriptor, const void* bytes, size_t count) {
   static auto* const real = next<ssize_t(int, const void*, size_t)>("write");
-  if (isFile(descriptor) && !lens::testing::FaultyDisk::mayChange()) {
+  if (isFile(descriptor) && !lens::testbed::FaultyDisk::mayChange()) {
     errno = ENOSPC;
     return -1;
   }
@@ -34,6 +34,6 @@ extern "C" ssize_t write(int descriptor, const void* bytes, size_t count) {
 
 extern "C" int rename(const char* from, const char* to) noexcept {
   static auto* const real = next<int(const char*, const char*)>("rename");
-  lens::testing::FaultyDisk::mayChange();  // a full disk can still rename
+  lens::testbed::FaultyDisk::mayChange();  // a full disk can still rename
   return real(from, to);
 }

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <limits>
 
-namespace lens::testing {
+namespace lens::testbed {
 namespace {
 
 constexpr int kNever = std::numeric_limits<int>::max();
@@ -155,4 +155,4 @@ int FaultyDisk::changes() {
   return changesSeen;
 }
 
-}  // namespace lens::testing
+}  // namespace lens::testbed

@@ -5,7 +5,7 @@
 // Works for the whole process; for databases that are opened after the first of these calls.
 #pragma once
 
-namespace lens::testing {
+namespace lens::testbed {
 
 class FaultyDisk {
  public:
@@ -24,4 +24,4 @@ class FaultyDisk {
 // Exit code of a process that the disk ended.
 inline constexpr int kDied = 86;
 
-}  // namespace lens::testing
+}  // namespace lens::testbed

@@ -5,12 +5,12 @@
 #include <QFile>
 
 #include "embedded/dxl/dxl_exporter.h"
-#include "embedded/ini_file.h"
+#include "embedded/files/ini_file.h"
+#include "embedded/files/save_file.h"
 #include "embedded/store/database.h"
-#include "embedded/store/save_file.h"
 #include "piece_of_work.h"
 
-namespace lens::testing {
+namespace lens::testbed {
 namespace {
 
 using namespace Qt::StringLiterals;
@@ -142,4 +142,4 @@ const RegisterPiece changingSettings(
      }});
 
 }  // namespace
-}  // namespace lens::testing
+}  // namespace lens::testbed

@@ -7,7 +7,7 @@
 #include "embedded/store/database.h"
 #include "piece_of_work.h"
 
-namespace lens::testing {
+namespace lens::testbed {
 namespace {
 
 constexpr int kFiles = 3;
@@ -71,4 +71,4 @@ const RegisterPiece importing(
      }});
 
 }  // namespace
-}  // namespace lens::testing
+}  // namespace lens::testbed

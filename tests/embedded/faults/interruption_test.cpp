@@ -15,7 +15,7 @@
 #include "faulty_disk.h"
 #include "piece_of_work.h"
 
-namespace lens::testing {
+namespace lens::testbed {
 
 std::vector<PieceOfWork>& piecesOfWork() {
   static std::vector<PieceOfWork> pieces;
@@ -167,4 +167,4 @@ INSTANTIATE_TEST_SUITE_P(Of, Interruption, ::testing::ValuesIn(places()),
                          [](const auto& place) { return piecesOfWork()[place.param].name; });
 
 }  // namespace
-}  // namespace lens::testing
+}  // namespace lens::testbed

@@ -5,14 +5,14 @@
 #include <QFile>
 #include <algorithm>
 
-#include "embedded/dxl/source_formula.h"
+#include "embedded/format/source_formula.h"
 #include "embedded/model/embedded_gateway.h"
 #include "embedded/search/full_text.h"
 #include "embedded/store/database.h"
-#include "embedded/workspace.h"
+#include "embedded/workspace/workspace.h"
 #include "piece_of_work.h"
 
-namespace lens::testing {
+namespace lens::testbed {
 namespace {
 
 using namespace Qt::StringLiterals;
@@ -255,4 +255,4 @@ const RegisterPiece indexing({"BringingAFullTextIndexUpToDate", prepareLetters,
                               }});
 
 }  // namespace
-}  // namespace lens::testing
+}  // namespace lens::testbed

@@ -6,7 +6,7 @@
 #include <functional>
 #include <vector>
 
-namespace lens::testing {
+namespace lens::testbed {
 
 struct PieceOfWork {
   // Names the piece in test names.
@@ -25,4 +25,4 @@ struct RegisterPiece {
   explicit RegisterPiece(PieceOfWork piece) { piecesOfWork().push_back(std::move(piece)); }
 };
 
-}  // namespace lens::testing
+}  // namespace lens::testbed

@@ -7,7 +7,7 @@
 #include "embedded/store/database.h"
 #include "piece_of_work.h"
 
-namespace lens::testing {
+namespace lens::testbed {
 namespace {
 
 constexpr int kSteps = 4;
@@ -189,4 +189,4 @@ const RegisterPiece creating({"MakingADatabase", [](const QString&) {},
                               }});
 
 }  // namespace
-}  // namespace lens::testing
+}  // namespace lens::testbed

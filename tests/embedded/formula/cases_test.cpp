@@ -6,7 +6,7 @@
 
 #include "embedded/formula/function.h"
 #include "embedded/formula/support/case_table.h"
-#include "embedded/formula/support/test_world.h"
+#include "embedded/formula/support/test_context.h"
 #include "embedded/formula/tree.h"
 
 namespace lens::formula {
@@ -47,7 +47,7 @@ TEST(CaseTables, HoldNoFormulaTwice) {
 
 // Functions and operators of all cases that can be parsed.
 QSet<QString> functionsInCases() {
-  const TestWorld world;
+  const TestContext world;
   QSet<QString> names;
   for (const Case& tested : allCases()) {
     const Parsed parsed = parse(tested.formula, world.environment);
@@ -63,7 +63,7 @@ TEST(CaseTables, UseEveryFunction) {
   for (const Function* function : allFunctions()) {
     const bool implemented = function->run || function->form != Form::Call;
     const QString name = QString::fromLatin1(function->name);
-    if (implemented && !(function->quirks & quirk::NeedsClient) && !used.contains(name)) unused.append(name);
+    if (implemented && !(function->traits & trait::NeedsClient) && !used.contains(name)) unused.append(name);
   }
   EXPECT_TRUE(unused.isEmpty()) << "No case uses " << unused.join(u' ').toStdString();
 }

@@ -86,7 +86,7 @@ TEST(Collation, ComparesCharactersBeyondTheFirstPlane) {
   EXPECT_NE(compare(QString(QChar(0xDE00)), QString(QChar(0xD83D))), 0);
 }
 
-QString randomText(QRandomGenerator& random) {
+QString randomLetters(QRandomGenerator& random) {
   static const QString letters = u"aAbBáÁàçé'- 09_~ßøǄǅдДｱア가각Ａ１\u0301"_s + u"😀😁"_s;
   QString text;
   for (int count = random.bounded(5); count > 0; --count) text += letters[random.bounded(letters.size())];
@@ -99,7 +99,7 @@ TEST(Collation, IsAnOrderOnRandomTexts) {
     CollationRules rules;
     rules.caseSensitive = round & 1, rules.accentSensitive = round & 2, rules.pitchSensitive = round & 4;
     QStringList texts;
-    for (int i = 0; i < 200; ++i) texts.append(randomText(random));
+    for (int i = 0; i < 200; ++i) texts.append(randomLetters(random));
     std::sort(texts.begin(), texts.end(),
               [&](const QString& a, const QString& b) { return compare(a, b, rules) < 0; });
     // In a sorted row every text must stand right to every other, not only to its neighbours.
@@ -164,7 +164,7 @@ TEST(Sorting, IsStableAndInOrder) {
 TEST(Sorting, ALongListOfTextsComesOutInOrder) {
   QRandomGenerator random(13);
   QStringList texts;
-  for (int i = 0; i < 5000; ++i) texts.append(randomText(random));
+  for (int i = 0; i < 5000; ++i) texts.append(randomLetters(random));
   const LocalZone utc{QTimeZone::utc()};
   SortOrder order;
   for (const bool descending : {false, true}) {

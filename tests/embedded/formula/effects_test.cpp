@@ -2,7 +2,7 @@
 // and where it must stop.
 #include <gtest/gtest.h>
 
-#include "embedded/formula/support/test_world.h"
+#include "embedded/formula/support/test_context.h"
 
 namespace lens::formula {
 namespace {
@@ -33,7 +33,7 @@ class Effects : public testing::Test {
     return text.toStdString();
   }
 
-  TestWorld world;
+  TestContext world;
 };
 
 // --- Items ---------------------------------------------------------------------------------------------

@@ -1,7 +1,7 @@
 // Functions on long lists: what they cost counts, and they stay in proportion to the lists.
 #include <gtest/gtest.h>
 
-#include "embedded/formula/support/test_world.h"
+#include "embedded/formula/support/test_context.h"
 
 namespace lens::formula {
 namespace {
@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 constexpr int kElements = 2000;
 
-Value run(const QString& source, TestWorld& world, Limits limits = {}) {
+Value run(const QString& source, TestContext& world, Limits limits = {}) {
   CompileOptions options;
   options.environment = &world.environment;
   const Compiled compiled = compile(source, options);
@@ -20,7 +20,7 @@ Value run(const QString& source, TestWorld& world, Limits limits = {}) {
   return Evaluation(compiled.formula, world.environment, limits).run(&world.document, &world.database).value;
 }
 
-void putLists(TestWorld& world, int elements) {
+void putLists(TestContext& world, int elements) {
   QStringList texts;
   QVector<double> numbers;
   QVector<TimeDate> times;
@@ -38,7 +38,7 @@ class LongLists : public testing::TestWithParam<const char*> {};
 
 // A loop of cheap looking calls ends by its work, long before it has gone round as often as it may.
 TEST_P(LongLists, TheWorkOnThemCounts) {
-  TestWorld world;
+  TestContext world;
   putLists(world, kElements);
   Limits limits;
   limits.steps = 100 * kElements;
@@ -64,7 +64,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 // Two lists as long as lists can be: by trying all pairs this would be four thousand million comparisons.
 TEST(LongestLists, AreSearchedInProportion) {
-  TestWorld world;
+  TestContext world;
   putLists(world, kMaxElements);
   EXPECT_EQ(run(u"@IsMember(LongTexts; LongTexts)"_s, world).number(), 1);
   EXPECT_EQ(run(u"@Elements(@Unique(LongTexts))"_s, world).number(), kMaxElements);
@@ -73,7 +73,7 @@ TEST(LongestLists, AreSearchedInProportion) {
 }
 
 TEST(LongestLists, GrowNoFurther) {
-  TestWorld world;
+  TestContext world;
   putLists(world, kMaxElements);
   const Value value = run(u"@Count(@Explode(LongTexts))"_s, world);
   EXPECT_TRUE(value.isError());

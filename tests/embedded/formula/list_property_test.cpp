@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "embedded/formula/support/test_world.h"
+#include "embedded/formula/support/test_context.h"
 #include "embedded/formula/support/tree_maker.h"
 
 namespace lens::formula {
@@ -58,7 +58,7 @@ Operand textOperand(TreeMaker& maker, const QString& item, MemoryDocument& docum
   return operand;
 }
 
-Value valueOf(const QString& source, MemoryDocument& document) {
+Value valueOfFormula(const QString& source, MemoryDocument& document) {
   TestEnvironment environment;
   const Compiled compiled = compile(source, {&environment});
   EXPECT_TRUE(compiled) << source.toStdString();
@@ -73,7 +73,7 @@ void expectValue(const QString& source, MemoryDocument& document, const Value& e
     document.item(Name(name), value);
     return printValue(value, zone).toStdString();
   };
-  EXPECT_EQ(printValue(valueOf(source, document), zone).toStdString(),
+  EXPECT_EQ(printValue(valueOfFormula(source, document), zone).toStdString(),
             printValue(expected, zone).toStdString())
       << source.toStdString() << "\n  L is " << item(u"L"_s) << "\n  R is " << item(u"R"_s);
 }

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "embedded/formula/support/case_table.h"
-#include "embedded/formula/support/test_world.h"
+#include "embedded/formula/support/test_context.h"
 #include "embedded/formula/support/tree_maker.h"
 #include "embedded/formula/tree.h"
 
@@ -16,7 +16,7 @@ constexpr int kMutations = 6000;
 // Enough for every case that ends, little enough for random loops that do not.
 constexpr Limits kSmall{200'000, 8 * 1024 * 1024, 16};
 
-std::string shown(const CompileError& error) {
+std::string shownTree(const CompileError& error) {
   return u"%1 at %2 length %3"_s.arg(error.reason, 4, 16).arg(error.offset).arg(error.length).toStdString();
 }
 
@@ -27,7 +27,7 @@ TEST(RandomFormulas, ReadBackAsTheyWerePrinted) {
     const Tree tree = maker.tree();
     const QString source = print(tree, environment);
     const Parsed parsed = parse(source, environment);
-    ASSERT_EQ(parsed.error.reason, 0) << shown(parsed.error) << "\n" << source.toStdString();
+    ASSERT_EQ(parsed.error.reason, 0) << shownTree(parsed.error) << "\n" << source.toStdString();
     ASSERT_TRUE(sameTree(tree, parsed.tree)) << source.toStdString() << "\nread and printed again:\n"
                                              << print(parsed.tree, environment).toStdString();
   }
@@ -55,7 +55,7 @@ TEST(CaseFormulas, ReadBackAsTheyWerePrinted) {
     if (first.error.reason) continue;
     const QString source = print(first.tree, environment);
     const Parsed second = parse(source, environment);
-    EXPECT_EQ(second.error.reason, 0) << shown(second.error) << "\n" << source.toStdString();
+    EXPECT_EQ(second.error.reason, 0) << shownTree(second.error) << "\n" << source.toStdString();
     EXPECT_TRUE(sameTree(first.tree, second.tree)) << source.toStdString();
   }
 }
@@ -116,7 +116,7 @@ void checkPlace(const QString& source, const CompileError& error) {
 }
 
 TEST(BrokenFormulas, HaveTheirErrorsInsideTheSource) {
-  TestWorld world;
+  TestContext world;
   TreeMaker maker(3);
   int refused = 0;
   for (int i = 0; i < kMutations; ++i) {

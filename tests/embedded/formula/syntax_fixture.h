@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "embedded/formula/support/test_world.h"
+#include "embedded/formula/support/test_context.h"
 #include "embedded/formula/tree.h"
 
 namespace lens::formula {

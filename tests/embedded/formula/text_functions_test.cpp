@@ -7,7 +7,7 @@
 #include "embedded/formula/functions/names.h"
 #include "embedded/formula/functions/number_text.h"
 #include "embedded/formula/functions/patterns.h"
-#include "embedded/formula/support/test_world.h"
+#include "embedded/formula/support/test_context.h"
 
 namespace lens::formula {
 namespace {
@@ -158,7 +158,7 @@ TEST(MatchPatterns, OfAnyMakeAreReadSomehow) {
 }
 
 Value valueOf(const QString& source, Limits limits = {}) {
-  TestWorld world;
+  TestContext world;
   const CompileOptions options{&world.environment};
   const Compiled compiled = compile(source, options);
   EXPECT_TRUE(compiled) << source.toStdString();
@@ -203,7 +203,7 @@ TEST(TextFunctions, RefuseResultsThatAreTooLong) {
 }
 
 TEST(Abstracts, NeedADocument) {
-  TestWorld world;
+  TestContext world;
   const Compiled compiled = compile(u"@AbstractSimple(\"Subject\")", {&world.environment});
   ASSERT_TRUE(compiled);
   Evaluation evaluation(compiled.formula, world.environment);

@@ -5,7 +5,7 @@
 #include <QRandomGenerator>
 #include <QTimeZone>
 
-#include "embedded/formula/support/test_world.h"
+#include "embedded/formula/support/test_context.h"
 #include "embedded/formula/time_text.h"
 
 namespace lens::formula {

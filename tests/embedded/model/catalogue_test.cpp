@@ -5,12 +5,12 @@
 #include <functional>
 #include <map>
 
-#include "embedded/dxl/agent_records.h"
+#include "embedded/format/agent_records.h"
 #include "embedded/model/support/test_workspace.h"
 #include "embedded/search/full_text.h"
 
 using namespace lens;
-using namespace lens::testing;
+using namespace lens::testbed;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

@@ -6,7 +6,7 @@
 #include "embedded/model/support/test_workspace.h"
 
 using namespace lens;
-using namespace lens::testing;
+using namespace lens::testbed;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

@@ -2,7 +2,7 @@
 #include "embedded/model/support/test_documents.h"
 
 using namespace lens;
-using namespace lens::testing;
+using namespace lens::testbed;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

@@ -1,16 +1,16 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include "embedded/design/design_notes.h"
 #include "embedded/dxl/dxl_importer.h"
 #include "embedded/dxl/view_elements.h"
 #include "embedded/model/support/test_workspace.h"
 #include "embedded/search/selection.h"
-#include "embedded/views/design_notes.h"
 #include "embedded/views/view_design.h"
 #include "embedded/views/view_documents.h"
 
 using namespace lens;
-using namespace lens::testing;
+using namespace lens::testbed;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

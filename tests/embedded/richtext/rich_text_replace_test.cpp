@@ -12,7 +12,7 @@ namespace {
 using namespace Qt::Literals::StringLiterals;
 using Kind = RichElement::Kind;
 
-constexpr int kAll = std::numeric_limits<int>::max();
+constexpr int kEverywhere = std::numeric_limits<int>::max();
 constexpr RichFont kPlain{1, 0, 0, 10}, kBold{1, 1, 0, 10};
 
 // Paragraphs parted by "¶", runs by "|"; every second run of a paragraph is bold.
@@ -60,38 +60,38 @@ struct Row {
 constexpr Qt::CaseSensitivity kExact = Qt::CaseSensitive, kIgnore = Qt::CaseInsensitive;
 
 const Row kRows[] = {
-    {u"one two one", u"one", u"1", kExact, kAll, 2, u"1 two 1"},
+    {u"one two one", u"one", u"1", kExact, kEverywhere, 2, u"1 two 1"},
     {u"one two one", u"one", u"1", kExact, 1, 1, u"1 two one"},
-    {u"One oNE", u"one", u"1", kIgnore, kAll, 2, u"1 1"},
-    {u"One oNE one", u"one", u"1", kExact, kAll, 1, u"One oNE 1"},
+    {u"One oNE", u"one", u"1", kIgnore, kEverywhere, 2, u"1 1"},
+    {u"One oNE one", u"one", u"1", kExact, kEverywhere, 1, u"One oNE 1"},
     {u"One oNE", u"one", u"1", kIgnore, 1, 1, u"1 oNE"},
-    {u"abc", u"", u"x", kExact, kAll, 0, u"abc"},
-    {u"", u"a", u"b", kExact, kAll, 0, u""},
-    {u"abc", u"abcd", u"x", kExact, kAll, 0, u"abc"},
-    {u"aaaa", u"aa", u"a", kExact, kAll, 2, u"aa"},
-    {u"a", u"a", u"aa", kExact, kAll, 1, u"aa"},
-    {u"aaa", u"a", u"aa", kExact, kAll, 3, u"aaaaaa"},
-    {u"abab", u"ab", u"", kExact, kAll, 2, u""},
-    {u"abc", u"b", u"", kExact, kAll, 1, u"ac"},
+    {u"abc", u"", u"x", kExact, kEverywhere, 0, u"abc"},
+    {u"", u"a", u"b", kExact, kEverywhere, 0, u""},
+    {u"abc", u"abcd", u"x", kExact, kEverywhere, 0, u"abc"},
+    {u"aaaa", u"aa", u"a", kExact, kEverywhere, 2, u"aa"},
+    {u"a", u"a", u"aa", kExact, kEverywhere, 1, u"aa"},
+    {u"aaa", u"a", u"aa", kExact, kEverywhere, 3, u"aaaaaa"},
+    {u"abab", u"ab", u"", kExact, kEverywhere, 2, u""},
+    {u"abc", u"b", u"", kExact, kEverywhere, 1, u"ac"},
     // Half of the hit is bold: the first half's look.
-    {u"the old na|me here", u"name", u"title", kExact, kAll, 1, u"the old title| here"},
-    {u"x|NA|me", u"name", u"title", kIgnore, kAll, 1, u"x|title"},
-    {u"a|b|c", u"abc", u"x", kExact, kAll, 1, u"x"},
-    {u"a|b|c", u"b", u"x", kExact, kAll, 1, u"a|x|c"},
-    {u"a|ba|b", u"ab", u"-", kExact, kAll, 2, u"-|-"},
-    {u"a|b", u"b", u"", kExact, kAll, 1, u"a"},
+    {u"the old na|me here", u"name", u"title", kExact, kEverywhere, 1, u"the old title| here"},
+    {u"x|NA|me", u"name", u"title", kIgnore, kEverywhere, 1, u"x|title"},
+    {u"a|b|c", u"abc", u"x", kExact, kEverywhere, 1, u"x"},
+    {u"a|b|c", u"b", u"x", kExact, kEverywhere, 1, u"a|x|c"},
+    {u"a|ba|b", u"ab", u"-", kExact, kEverywhere, 2, u"-|-"},
+    {u"a|b", u"b", u"", kExact, kEverywhere, 1, u"a"},
     // Paragraphs are borders, cells too.
-    {u"ab¶cd", u"bc", u"x", kExact, kAll, 0, u"ab¶cd"},
-    {u"ab¶ab", u"ab", u"x", kExact, kAll, 2, u"x¶x"},
+    {u"ab¶cd", u"bc", u"x", kExact, kEverywhere, 0, u"ab¶cd"},
+    {u"ab¶ab", u"ab", u"x", kExact, kEverywhere, 2, u"x¶x"},
     {u"ab¶ab", u"ab", u"x", kExact, 1, 1, u"x¶ab"},
-    {u"¶¶a¶", u"a", u"b", kExact, kAll, 1, u"¶¶b¶"},
+    {u"¶¶a¶", u"a", u"b", kExact, kEverywhere, 1, u"¶¶b¶"},
     // A line end inside a paragraph is a character like others, however it is written.
-    {u"a\nb", u"a\r\nb", u"x", kExact, kAll, 1, u"x"},
-    {u"a|\n|b", u"a\nb", u"x", kExact, kAll, 1, u"x"},
-    {u"ab", u"a", u"1\r\n2", kExact, kAll, 1, u"1\n2b"},
-    {u"Ärger ärger", u"ÄRGER", u"Spaß", kIgnore, kAll, 2, u"Spaß Spaß"},
-    {u"\U0001F600x\U0001F600", u"\U0001F600", u"y", kExact, kAll, 2, u"yxy"},
-    {u"100% (a+b)", u"(a+b)", u"c", kExact, kAll, 1, u"100% c"},
+    {u"a\nb", u"a\r\nb", u"x", kExact, kEverywhere, 1, u"x"},
+    {u"a|\n|b", u"a\nb", u"x", kExact, kEverywhere, 1, u"x"},
+    {u"ab", u"a", u"1\r\n2", kExact, kEverywhere, 1, u"1\n2b"},
+    {u"Ärger ärger", u"ÄRGER", u"Spaß", kIgnore, kEverywhere, 2, u"Spaß Spaß"},
+    {u"\U0001F600x\U0001F600", u"\U0001F600", u"y", kExact, kEverywhere, 2, u"yxy"},
+    {u"100% (a+b)", u"(a+b)", u"c", kExact, kEverywhere, 1, u"100% c"},
 };
 
 TEST(ReplaceInRuns, DoesWhatTheTableSays) {
@@ -115,7 +115,7 @@ TEST(ReplaceInRuns, RecordsBetweenThemStayWhereTheyAre) {
   text.appendText(u"see "_s);
   text.appendAttachment(u"A1"_s, u"see.pdf"_s);
   text.appendText(u"see"_s);
-  EXPECT_EQ(text.replace(u"see"_s, u"read"_s, kExact, kAll), 2);
+  EXPECT_EQ(text.replace(u"see"_s, u"read"_s, kExact, kEverywhere), 2);
   QVector<Kind> kinds;
   for (const RichElement& element : text.elements()) kinds.push_back(element.kind);
   EXPECT_EQ(kinds, (QVector<Kind>{Kind::Paragraph, Kind::Text, Kind::Attachment, Kind::Raw, Kind::Text}));
@@ -125,7 +125,7 @@ TEST(ReplaceInRuns, RecordsBetweenThemStayWhereTheyAre) {
 TEST(ReplaceInRuns, AReplacementLongerThanARecordIsSpread) {
   RichText text = rich(u"x"_s);
   const QString longText(200'000, u'ä');
-  EXPECT_EQ(text.replace(u"x"_s, longText, kExact, kAll), 1);
+  EXPECT_EQ(text.replace(u"x"_s, longText, kExact, kEverywhere), 1);
   EXPECT_EQ(RichText::fromBytes(text.toBytes()).plainText(), longText);
 }
 
@@ -149,7 +149,7 @@ TEST(ReplaceInRuns, AgreesWithPlainTextForRandomTexts) {
     const QString search = letters(2) + u'a', replacement = letters(3);
     const Qt::CaseSensitivity cs = random.bounded(2) ? kExact : kIgnore;
     const int expected = int(plain.count(search, cs));
-    const int found = text.replace(search, replacement, cs, kAll);
+    const int found = text.replace(search, replacement, cs, kEverywhere);
     // count() tells overlapping hits too.
     EXPECT_LE(found, expected);
     EXPECT_EQ(found == 0, expected == 0);

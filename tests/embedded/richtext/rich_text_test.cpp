@@ -5,7 +5,7 @@
 #include <QRandomGenerator>
 #include <limits>
 
-#include "embedded/store/lmbcs.h"
+#include "embedded/format/lmbcs.h"
 #include "notes/runtime_error.h"
 
 namespace lens {

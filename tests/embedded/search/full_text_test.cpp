@@ -13,10 +13,10 @@
 namespace lens {
 namespace {
 using namespace Qt::StringLiterals;
-using testing::noteOf;
-using testing::raised;
-using testing::richValue;
-using testing::TestWorkspace;
+using testbed::noteOf;
+using testbed::raised;
+using testbed::richValue;
+using testbed::TestWorkspace;
 
 // Names in the place of the numbers of fields, which are given in the order in which they are met.
 void nameFields(const Database& database, QStringList& lines) {
@@ -62,7 +62,7 @@ QStringList contentsOf(const Database& database) {
 
 struct FullText : ::testing::Test {
   quint32 add(const QString& subject, const QString& body = {}) {
-    QVector<testing::NamedValue> items{{u"Form"_s, textValue(u"Memo")}, {u"Subject"_s, textValue(subject)}};
+    QVector<testbed::NamedValue> items{{u"Form"_s, textValue(u"Memo")}, {u"Subject"_s, textValue(subject)}};
     if (!body.isEmpty()) items.push_back({u"Body"_s, richValue(body), 0});
     return t.add(items);
   }

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
-#include "embedded/formula_world/workspace_environment.h"
+#include "embedded/evaluation/workspace_environment.h"
 #include "embedded/model/support/test_workspace.h"
 #include "embedded/search/selection.h"
 
 using namespace lens;
-using namespace lens::testing;
+using namespace lens::testbed;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

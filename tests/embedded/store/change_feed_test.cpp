@@ -1,5 +1,5 @@
 // What an index learns of the changes since it last looked.
-#include "store_test.h"
+#include "embedded/support/store_test.h"
 
 namespace lens {
 namespace {

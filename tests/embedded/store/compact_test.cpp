@@ -6,7 +6,7 @@
 #include <QBuffer>
 #include <QThread>
 
-#include "store_test.h"
+#include "embedded/support/store_test.h"
 
 namespace lens {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "embedded/store/database_copy.h"
 #include "embedded/store/database_file.h"
-#include "store_test.h"
+#include "embedded/support/store_test.h"
 
 namespace lens {
 namespace {

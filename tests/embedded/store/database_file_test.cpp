@@ -2,7 +2,7 @@
 #include <QtEndian>
 
 #include "embedded/store/database_file.h"
-#include "store_test.h"
+#include "embedded/support/store_test.h"
 
 namespace lens {
 namespace {

@@ -2,7 +2,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "store_test.h"
+#include "embedded/support/store_test.h"
 
 namespace lens {
 namespace {

@@ -1,7 +1,7 @@
 #include <QBuffer>
 #include <QCryptographicHash>
 
-#include "store_test.h"
+#include "embedded/support/store_test.h"
 
 namespace lens {
 namespace {

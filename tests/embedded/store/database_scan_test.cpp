@@ -1,6 +1,6 @@
 // Walks over packed notes say the same as walks over whole ones.
-#include "embedded/store/packed_note.h"
-#include "store_test.h"
+#include "embedded/format/packed_note.h"
+#include "embedded/support/store_test.h"
 
 namespace lens {
 namespace {

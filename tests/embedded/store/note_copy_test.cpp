@@ -1,7 +1,7 @@
 #include "embedded/store/note_copy.h"
 
-#include "embedded/store/attachment_name.h"
-#include "embedded/store/store_test.h"
+#include "embedded/format/attachment_name.h"
+#include "embedded/support/store_test.h"
 
 using namespace lens;
 using namespace Qt::Literals::StringLiterals;

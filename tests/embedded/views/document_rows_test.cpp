@@ -1,10 +1,10 @@
 // What documents show in rows.
-#include "embedded/formula_world/note_document.h"
+#include "embedded/formula_context/evaluated_note.h"
 #include "embedded/search/selection.h"
+#include "embedded/support/view_fixture.h"
 #include "embedded/views/view_lookup.h"
-#include "view_fixture.h"
 
-namespace lens::testing {
+namespace lens::testbed {
 namespace {
 
 class RowsOfDocuments : public ViewTest {
@@ -77,7 +77,7 @@ TEST_F(RowsOfDocuments, OfAFormulaWithoutAnEndNameTheDatabaseAndTheView) {
   const ViewIndex index(*database, view);
   DocumentRows rows(index.design(), environment);
   const Note note = viewNote(u"any"_s, {});
-  NoteDocument document(note);
+  EvaluatedNote document(note);
   try {
     rows.selects(document);
     FAIL() << "the formula came to an end";
@@ -89,4 +89,4 @@ TEST_F(RowsOfDocuments, OfAFormulaWithoutAnEndNameTheDatabaseAndTheView) {
 }
 
 }  // namespace
-}  // namespace lens::testing
+}  // namespace lens::testbed

@@ -2,9 +2,9 @@
 #include <sqlite3.h>
 #include "embedded/views/folder_documents.h"
 
-#include "view_fixture.h"
+#include "embedded/support/view_fixture.h"
 
-namespace lens::testing {
+namespace lens::testbed {
 namespace {
 
 class Folders : public ViewTest {
@@ -112,4 +112,4 @@ TEST_F(Folders, TakeDocumentsThatAreThereAndNothingElse) {
 }
 
 }  // namespace
-}  // namespace lens::testing
+}  // namespace lens::testbed

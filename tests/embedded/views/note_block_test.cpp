@@ -6,10 +6,10 @@
 #include <map>
 #include <random>
 
-namespace lens::testing {
+namespace lens::testbed {
 namespace {
 
-QByteArray rowsOf(const NoteBlock& block, quint32 note) {
+QByteArray blockRows(const NoteBlock& block, quint32 note) {
   QByteArrayView rows;
   return block.find(note, rows) ? rows.toByteArray() : QByteArray("(none)");
 }
@@ -33,7 +33,7 @@ TEST(NoteBlocks, SayAfterAnySequenceOfChangesWhatAMapSays) {
       block.put(note, expected[note]);
     }
     const quint32 asked = 0x4200 + 4 * (random() % 64);
-    ASSERT_EQ(rowsOf(block, asked), expected.contains(asked) ? expected[asked] : QByteArray("(none)"));
+    ASSERT_EQ(blockRows(block, asked), expected.contains(asked) ? expected[asked] : QByteArray("(none)"));
   }
   NoteBlock filled;
   for (const auto& [note, rows] : expected) filled.append(note, rows);
@@ -46,13 +46,13 @@ TEST(NoteBlocks, OfDamagedBytesGiveWhatStandsBeforeTheFault) {
   for (qsizetype size = 0; size < whole.bytes().size(); ++size) {
     NoteBlock cut(whole.bytes().first(size));
     for (quint32 note = 0; note < 0x40; note += 4)
-      EXPECT_EQ(rowsOf(cut, note), note / 4 < size / 15 ? QByteArray("0123456789") : QByteArray("(none)"));
+      EXPECT_EQ(blockRows(cut, note), note / 4 < size / 15 ? QByteArray("0123456789") : QByteArray("(none)"));
     cut.put(0x3C, "new");
-    EXPECT_EQ(rowsOf(cut, 0x3C), "new");
+    EXPECT_EQ(blockRows(cut, 0x3C), "new");
     cut.remove(0x3C);
-    EXPECT_EQ(rowsOf(cut, 0x3C), "(none)");
+    EXPECT_EQ(blockRows(cut, 0x3C), "(none)");
   }
 }
 
 }  // namespace
-}  // namespace lens::testing
+}  // namespace lens::testbed

@@ -4,9 +4,9 @@
 #include <random>
 
 #include "embedded/formula/collation.h"
-#include "view_fixture.h"
+#include "embedded/support/view_fixture.h"
 
-namespace lens::testing {
+namespace lens::testbed {
 namespace {
 
 const formula::LocalZone& zone() {
@@ -103,4 +103,4 @@ TEST(SortKeys, BehindAllEndsARange) {
 }
 
 }  // namespace
-}  // namespace lens::testing
+}  // namespace lens::testbed

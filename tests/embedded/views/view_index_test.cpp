@@ -6,10 +6,10 @@
 #include <thread>
 
 #include "embedded/search/selection.h"
+#include "embedded/support/view_fixture.h"
 #include "embedded/views/view_documents.h"
-#include "view_fixture.h"
 
-namespace lens::testing {
+namespace lens::testbed {
 namespace {
 
 using ViewOrder = ViewTest;
@@ -536,4 +536,4 @@ TEST_F(ViewFiles, AnIndexThatNobodyFinishedIsMadeAnew) {
 }
 
 }  // namespace
-}  // namespace lens::testing
+}  // namespace lens::testbed

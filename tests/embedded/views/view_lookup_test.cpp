@@ -1,9 +1,9 @@
 // Rows by key, columns as lists.
 #include "embedded/views/view_lookup.h"
 
-#include "view_fixture.h"
+#include "embedded/support/view_fixture.h"
 
-namespace lens::testing {
+namespace lens::testbed {
 namespace {
 
 class ViewLookup : public ViewTest {
@@ -127,4 +127,4 @@ TEST_F(ViewLookup, LooksUpColumnsItemsAndUnids) {
 }
 
 }  // namespace
-}  // namespace lens::testing
+}  // namespace lens::testbed

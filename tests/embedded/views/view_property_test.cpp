@@ -3,9 +3,9 @@
 #include <random>
 
 #include "embedded/search/selection.h"
-#include "view_fixture.h"
+#include "embedded/support/view_fixture.h"
 
-namespace lens::testing {
+namespace lens::testbed {
 namespace {
 
 QVector<Design> designs() {
@@ -137,4 +137,4 @@ TEST_F(ViewProperty, ARefreshedIndexEqualsAFreshOne) {
 }
 
 }  // namespace
-}  // namespace lens::testing
+}  // namespace lens::testbed

@@ -15,8 +15,8 @@ constexpr qsizetype kLineBytes = 57;  // 76 characters
 
 void DxlWriter::beginRoot(const QString& element) {
   begin(element);
-  attribute(QStringLiteral("xmlns"), QStringLiteral("http://www.lotus.com/dxl"));
-  attribute(QStringLiteral("xmlns:%1").arg(exactmark::kPrefix), exactmark::kNamespace.toString());
+  attribute(u"xmlns"_s, u"http://www.lotus.com/dxl"_s);
+  attribute(u"xmlns:%1"_s.arg(exactmark::kPrefix), exactmark::kNamespace.toString());
 }
 
 void DxlWriter::endDocument() {
@@ -25,11 +25,11 @@ void DxlWriter::endDocument() {
 }
 
 void DxlWriter::flag(const QString& name, bool value) {
-  attribute(name, value ? QStringLiteral("true") : QStringLiteral("false"));
+  attribute(name, value ? u"true"_s : u"false"_s);
 }
 
 void DxlWriter::mark(QStringView name, const QString& value) {
-  attribute(QStringLiteral("%1:%2").arg(exactmark::kPrefix, name), value);
+  attribute(u"%1:%2"_s.arg(exactmark::kPrefix, name), value);
 }
 
 void DxlWriter::exactAttribute(const QString& name, const QString& value) {
@@ -45,9 +45,9 @@ void DxlWriter::characters(QStringView text, bool breaks) {
     if (!line && text[at] != u'\r') continue;
     if (at > start) xml_.writeCharacters(text.sliced(start, at - start).toString());
     if (line)
-      xml_.writeEmptyElement(QStringLiteral("break"));
+      xml_.writeEmptyElement(u"break"_s);
     else
-      xml_.writeEntityReference(QStringLiteral("#13"));
+      xml_.writeEntityReference(u"#13"_s);
     start = at + 1;
   }
   if (start < text.size()) xml_.writeCharacters(text.sliced(start).toString());
@@ -61,8 +61,8 @@ void DxlWriter::base64(QByteArrayView bytes) {
 
 void DxlWriter::datetime(const TimeDate& time) {
   const DxlTime text = dxlTime(time);
-  begin(QStringLiteral("datetime"));
-  if (text.dst) flag(QStringLiteral("dst"), true);
+  begin(u"datetime"_s);
+  if (text.dst) flag(u"dst"_s, true);
   if (text.text.isEmpty()) mark(exactmark::kTime, timeDateHex(time));
   literal(text.text);
   end();
@@ -78,8 +78,7 @@ void DxlWriter::time(const QString& element, const TimeDate& time) {
 
 void DxlWriter::check() const {
   if (!xml_.hasError()) return;
-  throw RuntimeError(kDeviceFault,
-                     QStringLiteral("The DXL cannot be written (%1)").arg(target_.errorString()));
+  throw RuntimeError(kDeviceFault, u"The DXL cannot be written (%1)"_s.arg(target_.errorString()));
 }
 
 void Base64Lines::feed(QByteArrayView bytes) {

@@ -4,7 +4,8 @@
 #include <QIODevice>
 #include <QXmlStreamWriter>
 
-#include "embedded/store/timedate.h"
+#include "embedded/format/timedate.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -36,7 +37,7 @@ class DxlWriter {
   void datetime(const TimeDate& time);
   void time(const QString& element, const TimeDate& time);
   // A line end between two elements.
-  void layout() { xml_.writeCharacters(QStringLiteral("\n")); }
+  void layout() { xml_.writeCharacters(u"\n"_s); }
 
   // Raises when the target did not take everything so far.
   void check() const;

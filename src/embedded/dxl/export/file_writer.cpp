@@ -2,6 +2,7 @@
 
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/file_elements.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -67,34 +68,30 @@ QString listed(quint16 bits, std::initializer_list<std::pair<QString, quint16>> 
 }
 
 void writeFileAttributes(DxlWriter& out, const FileObject& file) {
-  static const QStringList kCompressions = {QStringLiteral("none"), QStringLiteral("huffman"),
-                                            QStringLiteral("lz1")};
+  static const QStringList kCompressions = {u"none"_s, u"huffman"_s, u"lz1"_s};
   const QString host = hostTypeName(file.hostType);
-  out.attribute(QStringLiteral("hosttype"), host.isEmpty() ? QStringLiteral("unknown") : host);
-  out.attribute(QStringLiteral("compression"), kCompressions.value(file.compression, kCompressions[0]));
-  const QString attribute =
-      listed(file.attributes, {{QStringLiteral("readonly"), 1}, {QStringLiteral("private"), 2}});
-  if (!attribute.isEmpty()) out.attribute(QStringLiteral("attribute"), attribute);
-  const QString flags =
-      listed(file.flags,
-             {{QStringLiteral("sign"), 1}, {QStringLiteral("storedindoc"), 2}, {QStringLiteral("mime"), 4}});
-  if (!flags.isEmpty()) out.attribute(QStringLiteral("flags"), flags);
+  out.attribute(u"hosttype"_s, host.isEmpty() ? u"unknown"_s : host);
+  out.attribute(u"compression"_s, kCompressions.value(file.compression, kCompressions[0]));
+  const QString attribute = listed(file.attributes, {{u"readonly"_s, 1}, {u"private"_s, 2}});
+  if (!attribute.isEmpty()) out.attribute(u"attribute"_s, attribute);
+  const QString flags = listed(file.flags, {{u"sign"_s, 1}, {u"storedindoc"_s, 2}, {u"mime"_s, 4}});
+  if (!flags.isEmpty()) out.attribute(u"flags"_s, flags);
   const QString name = safeFileName(xmlText(file.name));
-  out.attribute(QStringLiteral("name"), name.isEmpty() ? QStringLiteral("attachment") : name);
-  out.attribute(QStringLiteral("size"), QString::number(file.size));
+  out.attribute(u"name"_s, name.isEmpty() ? u"attachment"_s : name);
+  out.attribute(u"size"_s, QString::number(file.size));
 }
 
 void writeFile(ExportContext& context, const Item& item, const FileObject& file, qint64 storedSize) {
   DxlWriter& out = context.out;
-  out.begin(QStringLiteral("object"));
-  out.begin(QStringLiteral("file"));
+  out.begin(u"object"_s);
+  out.begin(u"file"_s);
   writeFileAttributes(out, file);
   if (!isPlainFile(file, item.data(), storedSize))
     out.mark(exactmark::kValue, QString::fromLatin1(item.value.toBase64()));
   out.layout();
-  out.time(QStringLiteral("created"), file.created);
-  out.time(QStringLiteral("modified"), file.modified);
-  out.begin(QStringLiteral("filedata"));
+  out.time(u"created"_s, file.created);
+  out.time(u"modified"_s, file.modified);
+  out.begin(u"filedata"_s);
   Base64Lines lines(out);
   writeObject(context, file.objectId, lines);
   lines.finish();
@@ -102,8 +99,8 @@ void writeFile(ExportContext& context, const Item& item, const FileObject& file,
 }
 
 void beginRaw(DxlWriter& out) {
-  out.begin(QStringLiteral("rawitemdata"));
-  out.attribute(QStringLiteral("type"), QString::number(itemtype::Object, 16));
+  out.begin(u"rawitemdata"_s);
+  out.attribute(u"type"_s, QString::number(itemtype::Object, 16));
 }
 
 // Size of a descriptor, class, spare, the descriptor, then the bytes of the object.
@@ -135,7 +132,7 @@ void writeObjectValue(ExportContext& context, const Item& item) {
   } else {
     // A descriptor of nothing: an import must not look for an object in it.
     beginRaw(context.out);
-    context.out.mark(exactmark::kAsStored, QStringLiteral("true"));
+    context.out.mark(exactmark::kAsStored, u"true"_s);
     context.out.base64(data);
     context.out.end();
   }

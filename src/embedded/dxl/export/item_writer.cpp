@@ -4,8 +4,9 @@
 #include "embedded/dxl/export/file_writer.h"
 #include "embedded/dxl/export/native_values.h"
 #include "embedded/dxl/export/rich_text_writer.h"
-#include "embedded/dxl/item_flags.h"
+#include "embedded/dxl/item_flag_names.h"
 #include "embedded/dxl/raw_values.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -30,7 +31,7 @@ void element(DxlWriter& out, const QString& name, Content content) {
 }
 
 void writeTextElement(DxlWriter& out, const QString& text) {
-  element(out, QStringLiteral("text"), [&] { out.lines(text); });
+  element(out, u"text"_s, [&] { out.lines(text); });
 }
 
 bool writeText(DxlWriter& out, QByteArrayView data) {
@@ -43,14 +44,14 @@ bool writeText(DxlWriter& out, QByteArrayView data) {
 bool writeTexts(DxlWriter& out, QByteArrayView data) {
   QStringList texts;
   if (!nativeTexts(data, texts)) return false;
-  element(out, QStringLiteral("textlist"), [&] {
+  element(out, u"textlist"_s, [&] {
     for (const QString& text : texts) writeTextElement(out, text);
   });
   return true;
 }
 
 void writeNumberElement(DxlWriter& out, const QString& number) {
-  element(out, QStringLiteral("number"), [&] { out.literal(number); });
+  element(out, u"number"_s, [&] { out.literal(number); });
 }
 
 bool writeNumber(DxlWriter& out, QByteArrayView data) {
@@ -64,10 +65,10 @@ bool writeNumber(DxlWriter& out, QByteArrayView data) {
 template <class Entry, class Write>
 void writeRange(DxlWriter& out, const QString& kind, const QList<Entry>& singles,
                 const QList<Entry>& pairEnds, Write write) {
-  element(out, kind + QStringLiteral("list"), [&] {
+  element(out, kind + u"list"_s, [&] {
     for (const Entry& single : singles) write(single);
     for (qsizetype i = 0; i + 1 < pairEnds.size(); i += 2) {
-      element(out, kind + QStringLiteral("pair"), [&] {
+      element(out, kind + u"pair"_s, [&] {
         write(pairEnds[i]);
         write(pairEnds[i + 1]);
       });
@@ -78,7 +79,7 @@ void writeRange(DxlWriter& out, const QString& kind, const QList<Entry>& singles
 bool writeNumbers(DxlWriter& out, QByteArrayView data) {
   QStringList singles, pairEnds;
   if (!nativeNumbers(data, singles, pairEnds)) return false;
-  writeRange(out, QStringLiteral("number"), singles, pairEnds,
+  writeRange(out, u"number"_s, singles, pairEnds,
              [&](const QString& number) { writeNumberElement(out, number); });
   return true;
 }
@@ -93,15 +94,14 @@ bool writeTime(DxlWriter& out, QByteArrayView data) {
 bool writeTimes(DxlWriter& out, QByteArrayView data) {
   QVector<TimeDate> singles, pairEnds;
   if (!nativeTimes(data, singles, pairEnds)) return false;
-  writeRange(out, QStringLiteral("datetime"), singles, pairEnds,
-             [&](const TimeDate& time) { out.datetime(time); });
+  writeRange(out, u"datetime"_s, singles, pairEnds, [&](const TimeDate& time) { out.datetime(time); });
   return true;
 }
 
 bool writeFormula(DxlWriter& out, QByteArrayView data) {
   QString source;
   if (!nativeFormula(data, source)) return false;
-  element(out, QStringLiteral("formula"), [&] { out.literal(source); });
+  element(out, u"formula"_s, [&] { out.literal(source); });
   return true;
 }
 
@@ -130,9 +130,9 @@ bool writeNative(DxlWriter& out, quint16 type, QByteArrayView data) {
 }
 
 void writeRaw(DxlWriter& out, quint16 type, QByteArrayView data) {
-  element(out, QStringLiteral("rawitemdata"), [&] {
-    out.attribute(QStringLiteral("type"), QString::number(type, 16));
-    if (!rawValueFault(type, data).isEmpty()) out.mark(exactmark::kAsStored, QStringLiteral("true"));
+  element(out, u"rawitemdata"_s, [&] {
+    out.attribute(u"type"_s, QString::number(type, 16));
+    if (!rawValueFault(type, data).isEmpty()) out.mark(exactmark::kAsStored, u"true"_s);
     out.base64(data);
   });
 }
@@ -141,12 +141,12 @@ void writeRaw(DxlWriter& out, quint16 type, QByteArrayView data) {
 
 void writeItem(ExportContext& context, const Item& item, bool joined) {
   DxlWriter& out = context.out;
-  element(out, QStringLiteral("item"), [&] {
-    out.exactAttribute(QStringLiteral("name"), item.name);
+  element(out, u"item"_s, [&] {
+    out.exactAttribute(u"name"_s, item.name);
     // An import refuses an item without a name, unless it is said to have none.
     if (item.name.isEmpty()) out.mark(exactMarkOf(u"name"), {});
     writeFlags(out, item);
-    if (joined) out.mark(exactmark::kSeparate, QStringLiteral("true"));
+    if (joined) out.mark(exactmark::kSeparate, u"true"_s);
     if (item.type() == itemtype::Object)
       writeObjectValue(context, item);
     else if (!writeNative(out, item.type(), item.data()))

@@ -5,9 +5,9 @@
 #include "embedded/dxl/dxl_datetime.h"
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/import_context.h"
-#include "embedded/dxl/source_formula.h"
-#include "embedded/store/item_value.h"
-#include "embedded/store/lmbcs.h"
+#include "embedded/format/item_value.h"
+#include "embedded/format/lmbcs.h"
+#include "embedded/format/source_formula.h"
 
 namespace lens {
 

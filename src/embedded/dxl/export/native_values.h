@@ -7,7 +7,7 @@
 #include <QStringList>
 #include <QVector>
 
-#include "embedded/store/timedate.h"
+#include "embedded/format/timedate.h"
 
 namespace lens {
 

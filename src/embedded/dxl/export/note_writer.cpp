@@ -5,8 +5,9 @@
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/export/item_writer.h"
 #include "embedded/dxl/note_elements.h"
-#include "embedded/store/case_key.h"
-#include "embedded/store/profile_name.h"
+#include "embedded/format/case_key.h"
+#include "embedded/format/profile_name.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -25,47 +26,47 @@ bool profileParts(const Note& note, QString& name, QString& user) {
 // Form and reference stand among the items, too: the attributes are for other readers.
 void writeDocumentAttributes(DxlWriter& out, const Note& note) {
   const QString form = note.text(u"Form");
-  if (!form.isEmpty() && isXmlText(form)) out.attribute(QStringLiteral("form"), form);
+  if (!form.isEmpty() && isXmlText(form)) out.attribute(u"form"_s, form);
   const Unid referred = referredNote(note);
   if (!referred.isNull()) {
-    out.attribute(QStringLiteral("parent"), referred.text());
-    out.flag(QStringLiteral("response"), true);
+    out.attribute(u"parent"_s, referred.text());
+    out.flag(u"response"_s, true);
   }
-  if (note.has(u"$Conflict")) out.flag(QStringLiteral("conflict"), true);
+  if (note.has(u"$Conflict")) out.flag(u"conflict"_s, true);
 }
 
 void beginNote(DxlWriter& out, const Note& note) {
   const quint16 noteClass = note.header.noteClass, base = noteclass::base(noteClass);
   QString name, user;
   if (base == noteclass::Document && profileParts(note, name, user)) {
-    out.begin(QStringLiteral("profiledocument"));
-    out.attribute(QStringLiteral("name"), name);
-    if (!user.isEmpty()) out.attribute(QStringLiteral("username"), user);
+    out.begin(u"profiledocument"_s);
+    out.attribute(u"name"_s, name);
+    if (!user.isEmpty()) out.attribute(u"username"_s, user);
   } else if (base == noteclass::Document) {
-    out.begin(QStringLiteral("document"));
+    out.begin(u"document"_s);
     writeDocumentAttributes(out, note);
   } else {
-    out.begin(QStringLiteral("note"));
-    out.attribute(QStringLiteral("class"), className(base));
+    out.begin(u"note"_s);
+    out.attribute(u"class"_s, className(base));
   }
-  if (noteClass & noteclass::Default) out.flag(QStringLiteral("default"), true);
-  if (noteClass & noteclass::Private) out.flag(QStringLiteral("private"), true);
+  if (noteClass & noteclass::Default) out.flag(u"default"_s, true);
+  if (noteClass & noteclass::Private) out.flag(u"private"_s, true);
   if (note.header.parent != referredNote(note))
     out.mark(exactmark::kParent, note.header.parent.isNull() ? QString() : note.header.parent.text());
   out.layout();
 }
 
 void writeNoteInfo(DxlWriter& out, const NoteHeader& header) {
-  out.begin(QStringLiteral("noteinfo"));
-  out.attribute(QStringLiteral("noteid"), QString::number(header.id, 16));
-  out.attribute(QStringLiteral("unid"), header.unid.text());
-  out.attribute(QStringLiteral("sequence"), QString::number(header.sequence));
+  out.begin(u"noteinfo"_s);
+  out.attribute(u"noteid"_s, QString::number(header.id, 16));
+  out.attribute(u"unid"_s, header.unid.text());
+  out.attribute(u"sequence"_s, QString::number(header.sequence));
   out.layout();
-  out.time(QStringLiteral("created"), header.created);
-  out.time(QStringLiteral("modified"), header.modified);
-  out.time(QStringLiteral("revised"), header.sequenceTime);
-  out.time(QStringLiteral("lastaccessed"), header.accessed);
-  out.time(QStringLiteral("addedtofile"), header.added);
+  out.time(u"created"_s, header.created);
+  out.time(u"modified"_s, header.modified);
+  out.time(u"revised"_s, header.sequenceTime);
+  out.time(u"lastaccessed"_s, header.accessed);
+  out.time(u"addedtofile"_s, header.added);
   out.end();
   out.layout();
 }
@@ -93,9 +94,9 @@ void writeNote(ExportContext& context, const Note& note) {
     writeItems(context, note);
   } catch (const RuntimeError& error) {
     if (error.number() != enginefault::Damaged) throw;
-    throw RuntimeError(error.number(),
-                       QStringLiteral("%1 (in note %2)")
-                           .arg(error.description(), QString::number(note.header.id, 16).toUpper()));
+    throw RuntimeError(
+        error.number(),
+        u"%1 (in note %2)"_s.arg(error.description(), QString::number(note.header.id, 16).toUpper()));
   }
   out.end();
   out.layout();

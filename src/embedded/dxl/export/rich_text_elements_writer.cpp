@@ -6,9 +6,10 @@
 #include "embedded/dxl/file_elements.h"
 #include "embedded/dxl/record_writer.h"
 #include "embedded/dxl/rich_text_records.h"
+#include "embedded/format/lmbcs.h"
+#include "embedded/format/note.h"
 #include "embedded/richtext/rich_records.h"
-#include "embedded/store/lmbcs.h"
-#include "embedded/store/note.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -47,12 +48,12 @@ bool writeFont(DxlWriter& out, const RichFont& font) {
   if (face.isEmpty() || color.isEmpty() || fontStyle(style) != font.attributes || font.points < 1 ||
       font.points > 250)
     return false;
-  out.begin(QStringLiteral("run"));
-  out.begin(QStringLiteral("font"));
-  if (font.face != RichFont().face) out.attribute(QStringLiteral("name"), face);
-  out.attribute(QStringLiteral("size"), QStringLiteral("%1pt").arg(font.points));
-  if (font.attributes != 0) out.attribute(QStringLiteral("style"), style);
-  if (font.color != 0) out.attribute(QStringLiteral("color"), color);
+  out.begin(u"run"_s);
+  out.begin(u"font"_s);
+  if (font.face != RichFont().face) out.attribute(u"name"_s, face);
+  out.attribute(u"size"_s, u"%1pt"_s.arg(font.points));
+  if (font.attributes != 0) out.attribute(u"style"_s, style);
+  if (font.color != 0) out.attribute(u"color"_s, color);
   out.end();
   return true;
 }
@@ -90,14 +91,14 @@ void RichTextElementsWriter::endParagraph() {
 bool RichTextElementsWriter::writeParagraph() {
   if (kindOf(current()) != richrecord::Paragraph || current().record.size() != 2 || inUrl_) return false;
   endParagraph();
-  out_.begin(QStringLiteral("par"));
+  out_.begin(u"par"_s);
   inParagraph_ = true;
   ++at_;
   if (at_ == elements_.size() || kindOf(current()) != richrecord::ParagraphReference) return true;
   ByteReader reader(QByteArrayView(current().record).sliced(2));
   const quint16 id = reader.u16();
   if (!isRecord(at_, paragraphReference(id))) return true;
-  out_.attribute(QStringLiteral("def"), QString::number(id));
+  out_.attribute(u"def"_s, QString::number(id));
   ++at_;
   return true;
 }
@@ -108,9 +109,9 @@ bool RichTextElementsWriter::writeDefinition() {
   reader.skip(4);
   const quint16 id = reader.u16(), align = reader.u16();
   if (align >= kAligns.size() || !isRecord(at_, paragraphDefinition(id, align))) return false;
-  out_.begin(QStringLiteral("pardef"));
-  out_.attribute(QStringLiteral("id"), QString::number(id));
-  if (align != 0) out_.attribute(QStringLiteral("align"), QString::fromUtf16(kAligns[align]));
+  out_.begin(u"pardef"_s);
+  out_.attribute(u"id"_s, QString::number(id));
+  if (align != 0) out_.attribute(u"align"_s, QString::fromUtf16(kAligns[align]));
   out_.end();
   out_.layout();
   ++at_;
@@ -141,9 +142,9 @@ bool RichTextElementsWriter::writeAttachment() {
   again.beginParagraph();
   again.appendAttachment(safe.isEmpty() ? element.text : safe, element.caption);
   if (again.bytes().mid(2) != expected.bytes() || !isRecord(at_ + 1, hotspotEnd())) return false;
-  out_.begin(QStringLiteral("attachmentref"));
-  out_.attribute(QStringLiteral("name"), element.text);
-  out_.attribute(QStringLiteral("displayname"), element.caption);
+  out_.begin(u"attachmentref"_s);
+  out_.attribute(u"name"_s, element.text);
+  out_.attribute(u"displayname"_s, element.caption);
   out_.end();
   at_ += 2;
   return true;
@@ -166,8 +167,8 @@ bool RichTextElementsWriter::writeUrl() {
     return false;
   const QString address = fromLmbcs(QByteArrayView(current().record).sliced(kHead).chopped(1));
   if (!isXmlText(address) || !isRecord(at_, urlHotspot(address)) || !urlEnds()) return false;
-  out_.begin(QStringLiteral("urllink"));
-  out_.attribute(QStringLiteral("href"), address);
+  out_.begin(u"urllink"_s);
+  out_.attribute(u"href"_s, address);
   inUrl_ = true;
   ++at_;
   return true;
@@ -199,14 +200,12 @@ bool RichTextElementsWriter::writeLink() {
   if (!isXmlText(description) || !isXmlText(server) ||
       !isRecord(at_, linkRecord(replica, viewText, noteText, description, server)))
     return false;
-  out_.begin(!note.isNull()   ? QStringLiteral("doclink")
-             : !view.isNull() ? QStringLiteral("viewlink")
-                              : QStringLiteral("databaselink"));
-  out_.attribute(QStringLiteral("database"), replica);
-  attributeUnlessEmpty(out_, QStringLiteral("view"), viewText);
-  attributeUnlessEmpty(out_, QStringLiteral("document"), noteText);
-  attributeUnlessEmpty(out_, QStringLiteral("description"), description);
-  attributeUnlessEmpty(out_, QStringLiteral("server"), server);
+  out_.begin(!note.isNull() ? u"doclink"_s : !view.isNull() ? u"viewlink"_s : u"databaselink"_s);
+  out_.attribute(u"database"_s, replica);
+  attributeUnlessEmpty(out_, u"view"_s, viewText);
+  attributeUnlessEmpty(out_, u"document"_s, noteText);
+  attributeUnlessEmpty(out_, u"description"_s, description);
+  attributeUnlessEmpty(out_, u"server"_s, server);
   out_.end();
   ++at_;
   return true;
@@ -219,8 +218,8 @@ bool RichTextElementsWriter::writeAnchor() {
     return false;
   const QString name = fromLmbcs(QByteArrayView(current().record).sliced(kHead));
   if (!isXmlText(name) || !isRecord(at_, anchorRecord(name))) return false;
-  out_.begin(QStringLiteral("anchor"));
-  out_.attribute(QStringLiteral("name"), name);
+  out_.begin(u"anchor"_s);
+  out_.attribute(u"name"_s, name);
   out_.end();
   ++at_;
   return true;
@@ -234,7 +233,7 @@ bool RichTextElementsWriter::writeTable() {
     return false;
   endParagraph();
   if (kind == Kind::TableBegin) {
-    out_.begin(QStringLiteral("table"));
+    out_.begin(u"table"_s);
     rows_.push_back(-1);
   } else if (kind == Kind::TableCell) {
     writeCell(element);
@@ -259,20 +258,20 @@ void RichTextElementsWriter::writeCell(const RichElement& element) {
   if (element.row != row) {
     if (row >= 0) out_.end();
     for (int empty = row + 1; empty < element.row; ++empty) {
-      out_.begin(QStringLiteral("tablerow"));
+      out_.begin(u"tablerow"_s);
       out_.end();
     }
-    out_.begin(QStringLiteral("tablerow"));
+    out_.begin(u"tablerow"_s);
     row = element.row;
   }
-  out_.begin(QStringLiteral("tablecell"));
+  out_.begin(u"tablecell"_s);
   const auto span = tables_.columnSpan.constFind(at_);
-  if (span != tables_.columnSpan.cend()) out_.attribute(QStringLiteral("columnspan"), QString::number(*span));
+  if (span != tables_.columnSpan.cend()) out_.attribute(u"columnspan"_s, QString::number(*span));
 }
 
 void RichTextElementsWriter::writeRecord() {
-  out_.begin(QStringLiteral("compositedata"));
-  out_.attribute(QStringLiteral("type"), QString::number(kindOf(current())));
+  out_.begin(u"compositedata"_s);
+  out_.attribute(u"type"_s, QString::number(kindOf(current())));
   out_.base64(current().record);
   out_.end();
   ++at_;

@@ -4,6 +4,7 @@
 
 #include "embedded/dxl/export/rich_text_elements_writer.h"
 #include "embedded/dxl/rich_text_elements.h"
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -14,7 +15,7 @@ QByteArray readBack(const RichText& text) {
   QBuffer xml;
   xml.open(QIODevice::ReadWrite);
   DxlWriter writer(xml);
-  writer.beginRoot(QStringLiteral("richtext"));
+  writer.beginRoot(u"richtext"_s);
   RichTextElementsWriter(writer, text).write();
   writer.end();
   writer.endDocument();
@@ -45,7 +46,7 @@ bool hasParagraph(const RichText& text) {
 bool writeRichText(DxlWriter& out, QByteArrayView data) {
   const RichText text = RichText::fromBytes(data);
   if (!text.complete() || !hasParagraph(text) || readBack(text) != data) return false;
-  out.begin(QStringLiteral("richtext"));
+  out.begin(u"richtext"_s);
   RichTextElementsWriter(out, text).write();
   out.end();
   return true;

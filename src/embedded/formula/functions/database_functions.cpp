@@ -1,7 +1,8 @@
 // The database at hand, its views, and who may do what in it.
+#include "embedded/format/lmbcs.h"
 #include "embedded/formula/formula.h"
 #include "embedded/formula/function.h"
-#include "embedded/store/lmbcs.h"
+#include "notes/literals.h"
 
 namespace lens::formula {
 namespace {
@@ -149,7 +150,7 @@ Value serverName(const Call& call) {
 Value webDbName(const Call& call) {
   QString path = call.database().properties().path;
   path.replace(u'\\', u'/');
-  path.replace(u' ', QStringLiteral("%20"));
+  path.replace(u' ', u"%20"_s);
   return Value::text(path);
 }
 
@@ -206,9 +207,7 @@ Value userAccess(const Call& call) {
     const QStringView keyword = call[1].text(0);
     return keyword == u"ACCESSLEVEL" ? Value::number(double(level)) : Value::truth(hasRight(keyword, level));
   }
-  const auto flag = [&](QStringView keyword) {
-    return hasRight(keyword, level) ? QStringLiteral("1") : QStringLiteral("0");
-  };
+  const auto flag = [&](QStringView keyword) { return hasRight(keyword, level) ? u"1"_s : u"0"_s; };
   return Value::texts({QString::number(level), flag(u"CREATEDOCUMENTS"), flag(u"DELETEDOCUMENTS")});
 }
 
@@ -221,7 +220,7 @@ constexpr const char* kClassNote =
     "kept between two calls, whatever the second text of the class says. "
     "Arguments that only other classes have are taken and not looked at.";
 
-constexpr Function kRows[] = {
+constexpr Function kDatabaseFunctions[] = {
     {"@DbColumn", 4, 7, "tttv", "class : cache; server : path; view; column",
      "The values of one column of a view, counted from 1; an empty place is this database. Not more than "
      "64 KB of them are read.",
@@ -258,7 +257,7 @@ constexpr Function kRows[] = {
 }  // namespace
 
 std::span<const Function> databaseFunctions() {
-  return kRows;
+  return kDatabaseFunctions;
 }
 
 }  // namespace lens::formula

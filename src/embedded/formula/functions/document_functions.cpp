@@ -1,6 +1,7 @@
 // The document at hand: its items, its identity, its place in a view.
 #include "embedded/formula/formula.h"
 #include "embedded/formula/function.h"
+#include "notes/literals.h"
 
 namespace lens::formula {
 namespace {
@@ -51,7 +52,7 @@ Value author(const Call& call) {
   for (const QString& name : call.document().authorItems())
     if (evaluation.item(Name(name), value) && value.isText()) authors.add(value);
   if (authors.count() > 0) return authors.take();
-  if (evaluation.item(Name(QStringLiteral("$UpdatedBy")), value) && value.isText()) return value.element(0);
+  if (evaluation.item(Name(u"$UpdatedBy"_s), value) && value.isText()) return value.element(0);
   if (call.document().properties().isNew) return Value::text(call.environment().userName());
   return Value::text(u"");
 }
@@ -158,7 +159,7 @@ Value isResponseDoc(const Call& call) {
 }
 Value noteId(const Call& call) {
   const QString digits = QString::number(call.document().properties().noteId, 16).toUpper();
-  return Value::text(QStringLiteral("NT") + digits.rightJustified(8, u'0'));
+  return Value::text(u"NT"_s + digits.rightJustified(8, u'0'));
 }
 
 // --- Selection and deletion ----------------------------------------------------------------------------
@@ -204,7 +205,7 @@ constexpr const char* kNoWindow = "Always 0: no document here is open in a windo
 constexpr const char* kNoField = "An error here: formulas run for a document, not for one field of it.";
 constexpr const char* kDeleteHelp = "Marks the document, which is deleted when the formula has ended.";
 
-constexpr Function kRows[] = {
+constexpr Function kDocumentFunctions[] = {
     {"@AllChildren", 0, 0, "", "",
      "In a selection: takes in the documents that answer a selected document directly.", allChildren},
     {"@AllDescendants", 0, 0, "", "",
@@ -226,14 +227,14 @@ constexpr Function kRows[] = {
     {"@DeleteDocument", 0, 0, "", "", kDeleteHelp, deleteDocument},
     {"@DocChildren", 0, 3, "t", "otherwise; none; one",
      "How many documents answer this one directly; in the texts a % stands for the number.", notHere,
-     quirk::NeedsClient, Form::Call, nullptr, kViewOnly},
+     trait::NeedsClient, Form::Call, nullptr, kViewOnly},
     {"@DocDescendants", 0, 3, "t", "otherwise; none; one",
      "How many documents answer this one at any depth; in the texts a % stands for the number.", notHere,
-     quirk::NeedsClient, Form::Call, nullptr, kViewOnly},
+     trait::NeedsClient, Form::Call, nullptr, kViewOnly},
     {"@DocFields", 0, 0, "", "", "The names of the document's items, in their order.", docFields},
     {"@DocLength", 0, 0, "", "", "The size of the document in bytes, with its attachments.", docLength},
     {"@DocLevel", 0, 0, "", "", "How deep the document stands below its main document, as a text.", notHere,
-     quirk::NeedsClient, Form::Call, nullptr, kViewOnly},
+     trait::NeedsClient, Form::Call, nullptr, kViewOnly},
     {"@DocLock", 1, 3, "kv", "[action]; options", "Locks a document, unlocks it, or tells who has locked it.",
      docLock, 0, Form::Call, "LOCK UNLOCK STATUS LOCKINGENABLED",
      "Documents are never locked here: [LockingEnabled] is 0, [Status] the empty text, and the other two "
@@ -241,14 +242,14 @@ constexpr Function kRows[] = {
     {"@DocMark", 1, 1, "k", "[mark]", "Tells an agent whether the changed document is to be saved.", docMark,
      0, Form::Call, "UPDATE NOUPDATE", "Checked and passed over: whoever evaluates decides what is saved."},
     {"@DocNumber", 0, 1, "t", "separator", "The document's number in the view, such as 2.1.3.", notHere,
-     quirk::NeedsClient, Form::Call, nullptr, kViewOnly},
+     trait::NeedsClient, Form::Call, nullptr, kViewOnly},
     {"@DocOmittedLength", 0, 0, "", "", "How many bytes of a shortened document were cut off.",
      docOmittedLength},
     {"@DocOmmittedLength", 0, 0, "", "", "A second spelling of @DocOmittedLength.", docOmittedLength},
     {"@DocParentNumber", 0, 1, "t", "separator", "The number in the view of the document above this one.",
-     notHere, quirk::NeedsClient, Form::Call, nullptr, kViewOnly},
+     notHere, trait::NeedsClient, Form::Call, nullptr, kViewOnly},
     {"@DocSiblings", 0, 0, "", "", "How many documents stand on this one's level, itself among them.",
-     notHere, quirk::NeedsClient, Form::Call, nullptr, kViewOnly},
+     notHere, trait::NeedsClient, Form::Call, nullptr, kViewOnly},
     {"@DocumentUniqueID", 0, 0, "", "",
      "The identity that the document has in every replica, as 32 hexadecimal digits.", documentUniqueId},
     {"@GetDocField", 2, 2, "t", "document; name",
@@ -269,7 +270,7 @@ constexpr Function kRows[] = {
      "The 32 digits of the document that this one answers; the empty text for a main document.",
      inheritedUniqueId},
     {"@IsCategory", 0, 2, "v", "if; otherwise", "Whether the row of the view is a category.", notHere,
-     quirk::NeedsClient, Form::Call, nullptr, kViewOnly},
+     trait::NeedsClient, Form::Call, nullptr, kViewOnly},
     {"@IsDocBeingEdited", 0, 0, "", "", "1 while the document is being changed in a window.", zero, 0,
      Form::Call, nullptr, kNoWindow},
     {"@IsDocBeingLoaded", 0, 0, "", "", "1 while the document is being opened.", zero, 0, Form::Call, nullptr,
@@ -282,34 +283,34 @@ constexpr Function kRows[] = {
      kNoWindow},
     {"@IsDocTruncated", 0, 0, "", "", "1 when the document was shortened on its way here.", isDocTruncated},
     {"@IsExpandable", 0, 2, "v", "if; otherwise",
-     "Whether the row of the view has further rows below it that are hidden.", notHere, quirk::NeedsClient,
+     "Whether the row of the view has further rows below it that are hidden.", notHere, trait::NeedsClient,
      Form::Call, nullptr, kViewOnly},
     {"@IsNewDoc", 0, 0, "", "", "1 when the document was never saved.", isNewDoc},
     {"@IsResponseDoc", 0, 0, "", "", "1 when the document answers another one.", isResponseDoc},
     {"@NoteID", 0, 0, "", "",
      "The document's number in this copy of the database: NT and eight hexadecimal digits.", noteId},
     {"@Responses", 0, 0, "", "", "How many answers the document has in the view.", notHere,
-     quirk::NeedsClient, Form::Call, nullptr, kViewOnly},
+     trait::NeedsClient, Form::Call, nullptr, kViewOnly},
     {"@SetDocField", 3, 3, "ttv", "document; name; value",
      "Writes an item of another document of the database and saves that document. Gives the value.",
-     setDocField, quirk::Writes},
+     setDocField, trait::Writes},
     {"@SetField", 2, 2, "tv", "name; value",
      "Writes an item of the document; its name is a text, so it may be computed. Gives the value.", setField,
-     quirk::Writes},
+     trait::Writes},
     {"@SetProfileField", 3, 4, "ttvt", "profile; name; value; key",
      "Writes an item of a profile document, which is made when there is none. Gives the value.",
      setProfileField},
     {"@ThisName", 0, 0, "", "", "The name of the field that the formula belongs to.", notHere,
-     quirk::NeedsClient, Form::Call, nullptr, kNoField},
+     trait::NeedsClient, Form::Call, nullptr, kNoField},
     {"@ThisValue", 0, 0, "", "", "The value of the field that the formula belongs to.", notHere,
-     quirk::NeedsClient, Form::Call, nullptr, kNoField},
+     trait::NeedsClient, Form::Call, nullptr, kNoField},
     {"@UndeleteDocument", 0, 0, "", "", "Takes back the mark of @DeleteDocument.", undeleteDocument},
 };
 
 }  // namespace
 
 std::span<const Function> documentFunctions() {
-  return kRows;
+  return kDocumentFunctions;
 }
 
 }  // namespace lens::formula

@@ -4,6 +4,7 @@
 #include "embedded/formula/formula.h"
 #include "embedded/formula/function.h"
 #include "embedded/formula/functions/environment_entry.h"
+#include "notes/literals.h"
 
 namespace lens::formula {
 namespace {
@@ -25,12 +26,11 @@ Value configFile(const Call& call) {
   return Value::text(call.environment().iniPath());
 }
 Value domain(const Call& call) {
-  return Value::text(call.environment().iniValue(QStringLiteral("Domain")));
+  return Value::text(call.environment().iniValue(u"Domain"_s));
 }
 Value mailDbName(const Call& call) {
   const Environment& environment = call.environment();
-  return Value::texts(
-      {environment.iniValue(QStringLiteral("MailServer")), environment.iniValue(QStringLiteral("MailFile"))});
+  return Value::texts({environment.iniValue(u"MailServer"_s), environment.iniValue(u"MailFile"_s)});
 }
 Value addressBooks(const Call& call) {
   return Value::texts(call.environment().addressBooks());
@@ -89,11 +89,11 @@ Value optimizeMailAddress(const Call& call) {
 
 QString platformName() {
 #if defined(Q_OS_WIN)
-  return QSysInfo::WordSize == 64 ? QStringLiteral("Windows/64") : QStringLiteral("Windows/32");
+  return QSysInfo::WordSize == 64 ? u"Windows/64"_s : u"Windows/32"_s;
 #elif defined(Q_OS_MACOS)
-  return QStringLiteral("Macintosh");
+  return u"Macintosh"_s;
 #else
-  return QStringLiteral("UNIX");
+  return u"UNIX"_s;
 #endif
 }
 
@@ -122,7 +122,7 @@ Value noRegistry(const Call&) {
 
 // -------------------------------------------------------------------------------------------------------
 
-constexpr Function kRows[] = {
+constexpr Function kEnvironmentFunctions[] = {
     {"@ClientType", 0, 0, "", "", "What the formula runs in: \"Notes\", \"Web\" or \"None\".", clientType, 0,
      Form::Call, nullptr, "Always \"None\": neither a client nor a browser is at hand."},
     {"@ConfigFile", 0, 0, "", "", "The path of notes.ini.", configFile},
@@ -134,7 +134,7 @@ constexpr Function kRows[] = {
     {"@FileDir", 1, 1, "t", "path",
      "The directory part of each path, up to and with its last separator; the empty text for a bare file "
      "name.",
-     fileDir, quirk::Pure},
+     fileDir, trait::Pure},
     {"@GetAddressBooks", 0, 0, "", "", "Where the address books are, a text for each.", addressBooks},
     {"@LanguagePreference", 1, 1, "k", "[use]", "The language that the user prefers, as a code such as en.",
      language, 0, Form::Call, nullptr, "One language serves all uses."},
@@ -146,13 +146,13 @@ constexpr Function kRows[] = {
      mailDbName},
     {"@OptimizeMailAddress", 1, 1, "t", "address",
      "Shortens each mail address whose way leads through the same domain twice.", optimizeMailAddress,
-     quirk::Pure, Form::Call, nullptr, "Loops are cut out; connections between domains are not known here."},
+     trait::Pure, Form::Call, nullptr, "Loops are cut out; connections between domains are not known here."},
     {"@Platform", 0, 1, "k", "[Specific]",
      "The kind of machine: \"Windows/32\", \"Windows/64\", \"Macintosh\" or \"UNIX\"; with the keyword also "
      "the name of its system.",
      platform, 0, Form::Call, "SPECIFIC"},
     {"@RegQueryValue", 3, 3, "t", "key; subkey; name", "A value of the Windows registry.", noRegistry,
-     quirk::NeedsClient, Form::Call, nullptr,
+     trait::NeedsClient, Form::Call, nullptr,
      "An error on every machine: a formula must not read the registry, so that it gives the same "
      "everywhere."},
     {"@SetEnvironment", 2, 2, "t", "name; text",
@@ -176,7 +176,7 @@ constexpr Function kRows[] = {
 }  // namespace
 
 std::span<const Function> environmentFunctions() {
-  return kRows;
+  return kEnvironmentFunctions;
 }
 
 }  // namespace lens::formula

@@ -26,7 +26,7 @@ Value elements(const Call& call) {
 // --- Finding -------------------------------------------------------------------------------------------
 
 // The place of a text, from 0; -1 when it is not there.
-qsizetype placeOf(QStringView text, const Value& list) {
+qsizetype indexIn(QStringView text, const Value& list) {
   const qsizetype count = list.count();
   for (qsizetype i = 0; i < count; ++i)
     if (list.text(i) == text) return i;
@@ -45,7 +45,7 @@ bool allAre(const Value& texts, const Value& list, bool members) {
   const qsizetype count = texts.count();
   if (count == 1 || count * list.count() <= kFewComparisons) {
     for (qsizetype i = 0; i < count; ++i)
-      if ((placeOf(texts.text(i), list) >= 0) != members) return false;
+      if ((indexIn(texts.text(i), list) >= 0) != members) return false;
     return true;
   }
   const TextSet known = setOf(list);
@@ -64,7 +64,7 @@ Value isNotMember(const Call& call) {
 }
 Value member(const Call& call) {
   call.charge(call[1].count());
-  return Value::number(double(placeOf(call[0].text(), call[1]) + 1));
+  return Value::number(double(indexIn(call[0].text(), call[1]) + 1));
 }
 
 Value unique(const Call& call) {
@@ -242,11 +242,11 @@ constexpr const char* kSortKeywords =
     "ASCENDING DESCENDING CASESENSITIVE CASEINSENSITIVE ACCENTSENSITIVE ACCENTINSENSITIVE PITCHSENSITIVE "
     "PITCHINSENSITIVE CUSTOMSORT";
 
-constexpr Function kRows[] = {
+constexpr Function kListFunctions[] = {
     {"@Count", 1, 1, "v", "list", "How many elements the list has. The empty text counts as one element.",
-     count, quirk::Pure},
+     count, trait::Pure},
     {"@Elements", 1, 1, "v", "list", "How many elements the list has; 0 for the empty text.", elements,
-     quirk::Pure},
+     trait::Pure},
     {"@Explode", 1, 4, "vtn", "text; separators; empties; line breaks",
      "Splits texts into a list wherever one of the separators stands; without them at blanks, commas and "
      "semicolons. Empty pieces are left out unless the third argument is true, and line breaks separate "
@@ -254,30 +254,30 @@ constexpr Function kRows[] = {
      explode},
     {"@IsMember", 2, 2, "t", "texts; list",
      "1 when the text is an element of the list; of several texts all must be. Case counts.", isMember,
-     quirk::Pure},
+     trait::Pure},
     {"@IsNotMember", 2, 2, "t", "texts; list",
      "1 when the text is no element of the list; of several texts none may be. Case counts.", isNotMember,
-     quirk::Pure},
+     trait::Pure},
     {"@Keywords", 2, 3, "t", "texts; words; separators",
      "Those of the words that occur in the texts as whole words. The separators say where a word ends; with "
      "an empty text as separators a word is found inside other words too. Case counts.",
-     keywords, quirk::Pure},
+     keywords, trait::Pure},
     {"@Member", 2, 2, "t", "text; list",
      "The place of the text in the list, counted from 1; 0 when it is not there. Case counts.", member,
-     quirk::Pure},
+     trait::Pure},
     {"@Nothing", 0, 0, "", "", "As the result of one round of @Transform: adds no element to the list.",
      nullptr, 0, Form::Nothing},
     {"@Select", 2, kAnyCount, "nv", "number; values...",
      "The value at that place among the ones that follow, counted from 1. A number that is too large takes "
      "the last value, one below 1 the first.",
-     select, quirk::Pure},
+     select, trait::Pure},
     {"@Sort", 1, 3, "vkv", "list; [order]; expression",
      "Sorts the list, ascending and with case, accents and width told apart unless keywords say otherwise. "
      "With [CUSTOMSORT] the expression compares $A with $B; a number above 0 puts $A behind $B.",
      sort, 0, Form::Sort, kSortKeywords},
     {"@Subset", 2, 2, "vn", "list; count",
      "The first elements of the list, as many as the number says, or the last ones for a negative number.",
-     subset, quirk::Pure},
+     subset, trait::Pure},
     {"@Transform", 3, 3, "vtv", "list; variable name; expression",
      "Computes the expression for each element, which it finds in the variable, and gives the results as a "
      "list. A round may give several elements, or none with @Nothing.",
@@ -290,7 +290,7 @@ constexpr Function kRows[] = {
 }  // namespace
 
 std::span<const Function> listFunctions() {
-  return kRows;
+  return kListFunctions;
 }
 
 }  // namespace lens::formula

@@ -8,13 +8,13 @@ namespace {
 Value one(const Call&) {
   return Value::number(1.0);
 }
-Value zero(const Call&) {
+Value alwaysZero(const Call&) {
   return Value::number(0.0);
 }
 Value error(const Call&) {
   return Value::error(fault::UserError);
 }
-Value same(const Call& call) {
+Value unchanged(const Call& call) {
   return call[0];
 }
 
@@ -54,9 +54,9 @@ constexpr const char* kChoiceHelp =
     "Looks at the conditions from left to right and gives the value behind the first one that is true, or "
     "the last value when none is. Only the value that is given is computed.";
 
-constexpr Function kRows[] = {
+constexpr Function kLogicFunctions[] = {
     {"@All", 0, 0, "", "", "Takes in every document, when it stands in a selection. Its value is 1.", one,
-     quirk::Pure},
+     trait::Pure},
     {"@CheckFormulaSyntax", 1, 1, "t", "formula",
      "Compiles the text without running it. Gives \"1\" when it is a formula; otherwise six texts: what is "
      "wrong, line, column, offset, length, and the characters that are to blame. Line, column and offset "
@@ -77,8 +77,8 @@ constexpr Function kRows[] = {
      "formula around them. Gives the last value, or the first error.",
      nullptr, 0, Form::Eval},
     {"@Failure", 1, 1, "t", "message",
-     "The message, for a formula that checks a field's input and turns it down.", same, quirk::Pure},
-    {"@False", 0, 0, "", "", "The number 0.", zero, quirk::Pure},
+     "The message, for a formula that checks a field's input and turns it down.", unchanged, trait::Pure},
+    {"@False", 0, 0, "", "", "The number 0.", alwaysZero, trait::Pure},
     {"@For", 4, kMostInLoop, "v", "start; condition; step; statements...",
      "Computes the start once; then, as long as the condition is true, the statements and the step. Gives "
      "1.",
@@ -86,28 +86,28 @@ constexpr Function kRows[] = {
     {"@If", 1, kMostInChoice, "v", "condition; value; ...; otherwise", kChoiceHelp, nullptr, 0, Form::If},
     {"@IfError", 1, 2, "v", "value; instead",
      "The value, unless computing it fails; then the second one, or the empty text without it.", nullptr,
-     quirk::TakesErrors, Form::IfError},
+     trait::TakesErrors, Form::IfError},
     {"@IsAvailable", 1, 1, "v", "name",
      "1 when the document has an item of that name, or the formula a variable. The name stands without "
      "quotes.",
      nullptr, 0, Form::IsAvailable},
     {"@IsError", 1, 1, "v", "value", "1 when the value is an error, otherwise 0.", isError,
-     quirk::Pure | quirk::TakesErrors},
+     trait::Pure | trait::TakesErrors},
     {"@IsNull", 1, 1, "v", "value",
      "1 when the value is one empty text, otherwise 0. A list, a number and an error are not null.", isNull,
-     quirk::Pure | quirk::TakesErrors},
+     trait::Pure | trait::TakesErrors},
     {"@IsNumber", 1, 1, "v", "value", "1 for a number or a list of numbers. The text \"123\" is none.",
-     isNumber, quirk::Pure | quirk::TakesErrors},
+     isNumber, trait::Pure | trait::TakesErrors},
     {"@IsText", 1, 1, "v", "value", "1 for a text or a list of texts.", isText,
-     quirk::Pure | quirk::TakesErrors},
+     trait::Pure | trait::TakesErrors},
     {"@IsTime", 1, 1, "v", "value", "1 for a date, a time, a range of them, or a list.", isTime,
-     quirk::Pure | quirk::TakesErrors},
+     trait::Pure | trait::TakesErrors},
     {"@IsUnavailable", 1, 1, "v", "name",
      "1 when neither the document nor the formula knows the name. The name stands without quotes.", nullptr,
      0, Form::IsUnavailable},
     {"@IsValid", 0, 0, "", "", "1 when the checks of all the form's fields accept what they hold.", one, 0,
      Form::Call, nullptr, "Always 1: no form stands behind the document whose checks could fail."},
-    {"@No", 0, 0, "", "", "The number 0.", zero, quirk::Pure},
+    {"@No", 0, 0, "", "", "The number 0.", alwaysZero, trait::Pure},
     {"@Return", 1, 1, "v", "value", "Ends the formula at once, with this value, from any depth.", nullptr, 0,
      Form::Return},
     {"@Set", 2, 2, "tv", "name; value",
@@ -115,8 +115,8 @@ constexpr Function kRows[] = {
      "result.",
      nullptr, 0, Form::Set},
     {"@Success", 0, 0, "", "", "The number 1, for a formula that checks a field's input and accepts it.", one,
-     quirk::Pure},
-    {"@True", 0, 0, "", "", "The number 1.", one, quirk::Pure},
+     trait::Pure},
+    {"@True", 0, 0, "", "", "The number 1.", one, trait::Pure},
     {"@Unavailable", 0, 0, "", "",
      "As the value of a FIELD statement: removes that field. Any other use of it is an error.", nullptr, 0,
      Form::Unavailable},
@@ -125,13 +125,13 @@ constexpr Function kRows[] = {
     {"@While", 2, kMostInLoop, "v", "condition; statements...",
      "Tests the condition and, as long as it is true, runs the statements and starts over. Gives 1.", nullptr,
      0, Form::While},
-    {"@Yes", 0, 0, "", "", "The number 1.", one, quirk::Pure},
+    {"@Yes", 0, 0, "", "", "The number 1.", one, trait::Pure},
 };
 
 }  // namespace
 
 std::span<const Function> logicFunctions() {
-  return kRows;
+  return kLogicFunctions;
 }
 
 }  // namespace lens::formula

@@ -2,6 +2,7 @@
 
 #include "embedded/formula/functions/names.h"
 #include "embedded/formula/functions/text_units.h"
+#include "notes/literals.h"
 
 namespace lens::formula {
 namespace {
@@ -29,12 +30,12 @@ Text completed(const Call& call, const HierarchicalName& name, const Text& whole
   const HierarchicalName userName(user);
   if (!name.isFlat()) return Text(name.completedFrom(userName));
   if (userName.isFlat()) return whole;
-  const QString labelled = QStringLiteral("CN=") + whole.view().toString();
+  const QString labelled = u"CN="_s + whole.view().toString();
   return Text(HierarchicalName(labelled).completedFrom(userName));
 }
 
 // Parts that a label stands for, under their own name or a longer one.
-QStringView labelOf(QStringView part) {
+QStringView knownLabel(QStringView part) {
   static constexpr QStringView kLabels[] = {u"CN", u"O", u"C", u"G", u"S", u"I", u"Q", u"A", u"P"};
   for (const QStringView label : kLabels)
     if (part == label) return label;
@@ -48,7 +49,7 @@ Text ofHierarchicalName(const Call& call, const HierarchicalName& name, QStringV
   if (part == u"HIERARCHYONLY") return Text(name.canonical(false));
   if (part == u"TOKEYWORD") return Text(name.keyword());
   if (part.size() == 3 && part.startsWith(u"OU")) return Text(name.unit(part[2].unicode() - u'0'));
-  const QStringView label = labelOf(part);
+  const QStringView label = knownLabel(part);
   return label.isNull() ? Text() : Text(name.part(label));
 }
 
@@ -64,7 +65,7 @@ Value name(const Call& call) {
   });
 }
 
-constexpr Function kFunctions[] = {
+constexpr Function kNameFunctions[] = {
     {.name = "@Name",
      .least = 2,
      .most = 2,
@@ -85,7 +86,7 @@ constexpr Function kFunctions[] = {
 }  // namespace
 
 std::span<const Function> nameFunctions() {
-  return kFunctions;
+  return kNameFunctions;
 }
 
 }  // namespace lens::formula

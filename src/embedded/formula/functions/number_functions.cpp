@@ -157,51 +157,51 @@ Value random(const Call&) {
   return Value::number(double(QRandomGenerator::global()->generate64() >> 11) / kSteps);
 }
 
-constexpr Function kRows[] = {
-    {"@Abs", 1, 1, "n", "number", "The number without its sign.", each<absolute>, quirk::Pure},
+constexpr Function kNumberFunctions[] = {
+    {"@Abs", 1, 1, "n", "number", "The number without its sign.", each<absolute>, trait::Pure},
     {"@ACos", 1, 1, "n", "number", "The angle in radians, 0 to pi, whose cosine is the number.",
-     each<arcCosine>, quirk::Pure},
+     each<arcCosine>, trait::Pure},
     {"@ASin", 1, 1, "n", "number", "The angle in radians, -pi/2 to pi/2, whose sine is the number.",
-     each<arcSine>, quirk::Pure},
+     each<arcSine>, trait::Pure},
     {"@ATan", 1, 1, "n", "number", "The angle in radians, -pi/2 to pi/2, whose tangent is the number.",
-     each<arcTangent>, quirk::Pure},
+     each<arcTangent>, trait::Pure},
     {"@ATan2", 2, 2, "n", "x; y", "The angle in radians, -pi to pi, under which the point x, y is seen.",
-     eachOfPairs<angleOf>, quirk::Pure},
-    {"@Cos", 1, 1, "n", "angle", "The cosine of an angle in radians.", each<cosine>, quirk::Pure},
-    {"@Exp", 1, 1, "n", "number", "The number e raised to that power.", each<exponential>, quirk::Pure},
+     eachOfPairs<angleOf>, trait::Pure},
+    {"@Cos", 1, 1, "n", "angle", "The cosine of an angle in radians.", each<cosine>, trait::Pure},
+    {"@Exp", 1, 1, "n", "number", "The number e raised to that power.", each<exponential>, trait::Pure},
     {"@FloatEq", 2, 3, "n", "number; number; range",
      "1 when the numbers differ by no more than the range, which is 0.0001 unless it is given. Of lists one "
      "such pair is enough.",
-     floatEq, quirk::Pure},
-    {"@Integer", 1, 1, "n", "number", "The number without its decimals.", each<integer>, quirk::Pure},
-    {"@Ln", 1, 1, "n", "number", "The natural logarithm.", each<naturalLogarithm>, quirk::Pure},
-    {"@Log", 1, 1, "n", "number", "The logarithm to base 10.", each<decimalLogarithm>, quirk::Pure},
+     floatEq, trait::Pure},
+    {"@Integer", 1, 1, "n", "number", "The number without its decimals.", each<integer>, trait::Pure},
+    {"@Ln", 1, 1, "n", "number", "The natural logarithm.", each<naturalLogarithm>, trait::Pure},
+    {"@Log", 1, 1, "n", "number", "The logarithm to base 10.", each<decimalLogarithm>, trait::Pure},
     {"@Max", 1, 2, "n", "numbers; numbers",
-     "Of one list its largest number; of two the larger number of each pair.", largest, quirk::Pure},
+     "Of one list its largest number; of two the larger number of each pair.", largest, trait::Pure},
     {"@Min", 1, 2, "n", "numbers; numbers",
-     "Of one list its smallest number; of two the smaller number of each pair.", smallest, quirk::Pure},
+     "Of one list its smallest number; of two the smaller number of each pair.", smallest, trait::Pure},
     {"@Modulo", 2, 2, "n", "number; divisor",
      "What a division without decimals leaves over. It has the sign of the first number.",
-     eachOfPairs<modulo>, quirk::Pure},
-    {"@Pi", 0, 0, "", "", "The number pi, 3.14159265358979.", pi, quirk::Pure},
+     eachOfPairs<modulo>, trait::Pure},
+    {"@Pi", 0, 0, "", "", "The number pi, 3.14159265358979.", pi, trait::Pure},
     {"@Power", 2, 2, "n", "base; exponent", "The base raised to the power of the exponent.",
-     eachOfPairs<power>, quirk::Pure},
+     eachOfPairs<power>, trait::Pure},
     {"@Random", 0, 0, "", "", "A random number from 0 to 1.", random},
     {"@Round", 1, 2, "n", "number; factor",
      "The nearest whole number or, with a factor, its nearest multiple. Halves go away from zero.", round,
-     quirk::Pure},
+     trait::Pure},
     {"@Sign", 1, 1, "n", "number", "-1 for a negative number, 1 for a positive one, otherwise 0.", each<sign>,
-     quirk::Pure},
-    {"@Sin", 1, 1, "n", "angle", "The sine of an angle in radians.", each<sine>, quirk::Pure},
-    {"@Sqrt", 1, 1, "n", "number", "The square root.", each<squareRoot>, quirk::Pure},
-    {"@Sum", 1, kAnyCount, "n", "numbers...", "The sum of all numbers in all arguments.", sum, quirk::Pure},
-    {"@Tan", 1, 1, "n", "angle", "The tangent of an angle in radians.", each<tangent>, quirk::Pure},
+     trait::Pure},
+    {"@Sin", 1, 1, "n", "angle", "The sine of an angle in radians.", each<sine>, trait::Pure},
+    {"@Sqrt", 1, 1, "n", "number", "The square root.", each<squareRoot>, trait::Pure},
+    {"@Sum", 1, kAnyCount, "n", "numbers...", "The sum of all numbers in all arguments.", sum, trait::Pure},
+    {"@Tan", 1, 1, "n", "angle", "The tangent of an angle in radians.", each<tangent>, trait::Pure},
 };
 
 }  // namespace
 
 std::span<const Function> numberFunctions() {
-  return kRows;
+  return kNumberFunctions;
 }
 
 }  // namespace lens::formula

@@ -270,7 +270,7 @@ Value toNumber(const Call& call) {
 
 // --- The table ------------------------------------------------------------------------------------------
 
-constexpr Function kFunctions[] = {
+constexpr Function kTextFunctions[] = {
     {"@Abstract", 4, 4, "kntt", "[keywords]; size; beginning; names",
      "Puts together the texts of the named items behind a beginning, shortened as the keywords say and cut "
      "at "
@@ -285,21 +285,21 @@ constexpr Function kFunctions[] = {
     {"@Ascii", 1, 2, "tk", "texts; [ALLINRANGE]",
      "Writes each text with plain ASCII characters: letters lose their accents, and what has no counterpart "
      "becomes a question mark. With ALLINRANGE, a text with a question mark gives the empty text.",
-     ascii, quirk::Pure, Form::Call, "ALLINRANGE"},
+     ascii, trait::Pure, Form::Call, "ALLINRANGE"},
     {"@Begins", 2, 2, "tt", "texts; pieces",
-     "True when any of the texts begins with any of the pieces. Case counts.", begins, quirk::Pure},
+     "True when any of the texts begins with any of the pieces. Case counts.", begins, trait::Pure},
     {"@Char", 1, 1, "n", "codes", "The character with each code of code page 850, from 0 to 255.",
-     characterOfCode, quirk::Pure},
+     characterOfCode, trait::Pure},
     {"@Compare", 2, 3, "ttk", "texts; texts; [options]",
      "Compares texts pair by pair in the order of dictionaries, small letters before capitals of the same "
      "letter: -1, 0 or 1 for each pair.",
-     compare, quirk::Pure, Form::Call,
+     compare, trait::Pure, Form::Call,
      "CASESENSITIVE CASEINSENSITIVE ACCENTSENSITIVE ACCENTINSENSITIVE PITCHSENSITIVE PITCHINSENSITIVE"},
     {"@Contains", 2, 2, "tt", "texts; pieces",
      "True when any of the texts has any of the pieces in it. Case counts; an empty piece is always found.",
-     contains, quirk::Pure},
+     contains, trait::Pure},
     {"@Ends", 2, 2, "tt", "texts; pieces",
-     "True when any of the texts ends with any of the pieces. Case counts.", ends, quirk::Pure},
+     "True when any of the texts ends with any of the pieces. Case counts.", ends, trait::Pure},
     {"@HashPassword", 1, 1, "t", "texts",
      "A digest of each password that differs every time and that @VerifyPassword can check.", hashPassword, 0,
      Form::Call, nullptr,
@@ -307,37 +307,37 @@ constexpr Function kFunctions[] = {
      "server's."},
     {"@Implode", 1, 2, "tt", "texts; separator",
      "Joins the elements of a list to one text, with a blank or the separator between them.", implode,
-     quirk::Pure},
-    {"@Length", 1, 1, "t", "texts", "The number of characters of each text.", length, quirk::Pure},
+     trait::Pure},
+    {"@Length", 1, 1, "t", "texts", "The number of characters of each text.", length, trait::Pure},
     {"@Like", 2, 3, "ttt", "texts; patterns; escape",
      "True when a whole text fits a pattern, where _ is any one character and % any number of them. The "
      "escape makes the sign behind it stand for itself. Case counts.",
-     like, quirk::Pure},
-    {"@LowerCase", 1, 1, "t", "texts", "Each text in small letters.", lowerCase, quirk::Pure},
+     like, trait::Pure},
+    {"@LowerCase", 1, 1, "t", "texts", "Each text in small letters.", lowerCase, trait::Pure},
     {"@Matches", 2, 2, "tt", "texts; patterns",
      "True when a whole text fits a pattern: ? is one character, * any number, {A-F} one of a set, {!A-F} "
      "one "
      "that is not in it, + before a character or set any number of it; ! & | are not, and, or. Case counts "
      "in sets only; a backslash makes a sign stand for itself.",
-     matches, quirk::Pure},
+     matches, trait::Pure},
     {"@Narrow", 1, 1, "t", "texts", "Each text with full width characters turned to half width.", narrow,
-     quirk::Pure},
-    {"@NewLine", 0, 0, "", "", "A line break.", newLine, quirk::Pure},
+     trait::Pure},
+    {"@NewLine", 0, 0, "", "", "A line break.", newLine, trait::Pure},
     {"@Password", 1, 1, "t", "texts", "A digest of each password: 32 hexadecimal digits in parentheses.",
-     password, quirk::Pure, Form::Call, nullptr,
+     password, trait::Pure, Form::Call, nullptr,
      "The digits are not those that a Domino server makes of the same password."},
     {"@PasswordQuality", 1, 1, "t", "texts", "How hard each password is to guess, from 0 to 16.",
-     passwordQuality, quirk::Pure, Form::Call, nullptr,
+     passwordQuality, trait::Pure, Form::Call, nullptr,
      "An estimate by length and kinds of characters; words of a dictionary are not known."},
     {"@ProperCase", 1, 1, "t", "texts",
      "Each text with the first letter of every word as a capital and the rest small.", properCase,
-     quirk::Pure},
+     trait::Pure},
     {"@Repeat", 2, 3, "tnn", "texts; number; most",
-     "Each text that many times over, cut at the most characters given, and at 1,024.", repeat, quirk::Pure},
+     "Each text that many times over, cut at the most characters given, and at 1,024.", repeat, trait::Pure},
     {"@Soundex", 1, 1, "t", "texts",
      "A letter and three digits for how each text sounds in English, so that names can be found in spite of "
      "their spelling.",
-     soundex, quirk::Pure},
+     soundex, trait::Pure},
     {"@Text", 1, 2, "vt", "values; format",
      "Values as text. Numbers take G, F, S or C for general, fixed, scientific or currency, a number of "
      "digits, and a comma, % or () for thousands, percent and negative numbers. Times take D0-D3, T0-T1, "
@@ -351,26 +351,26 @@ constexpr Function kFunctions[] = {
      "Each text without blanks at its ends and with single blanks inside; elements that become empty are "
      "left "
      "out.",
-     trim, quirk::Pure},
-    {"@UpperCase", 1, 1, "t", "texts", "Each text in capitals.", upperCase, quirk::Pure},
+     trim, trait::Pure},
+    {"@UpperCase", 1, 1, "t", "texts", "Each text in capitals.", upperCase, trait::Pure},
     {"@URLDecode", 2, 2, "tt", "character set; texts",
      "Texts from an Internet address with their %XX turned back to characters. The character set is "
      "\"Domino\" for UTF-8, \"Platform\", or a MIME name.",
-     urlDecode, quirk::Pure},
+     urlDecode, trait::Pure},
     {"@URLEncode", 2, 2, "tt", "character set; texts",
      "Texts as they may stand in an Internet address: what could be taken for a sign of it becomes %XX.",
-     urlEncode, quirk::Pure},
+     urlEncode, trait::Pure},
     {"@VerifyPassword", 2, 2, "tt", "texts; digests",
      "True when the passwords belong to the digests of @Password or @HashPassword.", verifyPassword,
-     quirk::Pure, Form::Call, nullptr, "Digests that a Domino server made are not known."},
+     trait::Pure, Form::Call, nullptr, "Digests that a Domino server made are not known."},
     {"@Wide", 1, 1, "t", "texts", "Each text with half width characters turned to full width.", wide,
-     quirk::Pure},
+     trait::Pure},
 };
 
 }  // namespace
 
 std::span<const Function> textFunctions() {
-  return kFunctions;
+  return kTextFunctions;
 }
 
 }  // namespace lens::formula

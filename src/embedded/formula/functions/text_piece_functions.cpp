@@ -235,51 +235,51 @@ Value replaceSubstring(const Call& call) {
   });
 }
 
-constexpr Function kFunctions[] = {
+constexpr Function kTextPieceFunctions[] = {
     {"@Left", 2, 2, "tv", "texts; count or search",
      "The beginning of each text: that many characters, or all that stands before the first place where the "
      "search text is found. A negative number gives the whole text; a search text that is not found gives "
      "the empty text.",
-     left, quirk::Pure},
+     left, trait::Pure},
     {"@LeftBack", 2, 2, "tv", "texts; count or search",
      "The beginning of each text without that many characters at its end, or all that stands before the last "
      "place where the search text is found.",
-     leftBack, quirk::Pure},
+     leftBack, trait::Pure},
     {"@Middle", 3, 3, "tvv", "texts; start; count or end",
      "A piece from within each text. It starts behind that many characters or behind the start text, and "
      "has that many characters or ends before the end text. A negative count takes what stands before the "
      "start.",
-     middle, quirk::Pure},
+     middle, trait::Pure},
     {"@MiddleBack", 3, 3, "tvv", "texts; start; count or end",
      "The same as @Middle, looked for from the right: a number as start counts from the right, where 1 is "
      "the end of the text, and an end text is looked for to the left of the start.",
-     middleBack, quirk::Pure},
+     middleBack, trait::Pure},
     {"@Replace", 3, 3, "ttt", "texts; from; to",
      "Exchanges whole elements: one that equals an element of the second list becomes the element at the "
      "same place of the third, or the empty text when the third is shorter.",
-     replace, quirk::Pure},
+     replace, trait::Pure},
     {"@ReplaceSubstring", 3, 3, "ttt", "texts; from; to",
      "Exchanges pieces of each text wherever they stand. Several pieces are exchanged one after the other, "
      "each in what the one before left.",
-     replaceSubstring, quirk::Pure},
+     replaceSubstring, trait::Pure},
     {"@Right", 2, 2, "tv", "texts; count or search",
      "The end of each text: that many characters, or all that stands behind the first place where the search "
      "text is found.",
-     right, quirk::Pure},
+     right, trait::Pure},
     {"@RightBack", 2, 2, "tv", "texts; count or search",
      "The end of each text without that many characters at its beginning, or all that stands behind the last "
      "place where the search text is found.",
-     rightBack, quirk::Pure},
+     rightBack, trait::Pure},
     {"@Word", 3, 3, "ttn", "texts; separator; number",
      "One word of each text, by its number from 1, where words lie between separators; -1 is the last word. "
      "Two separators side by side have an empty word between them.",
-     word, quirk::Pure},
+     word, trait::Pure},
 };
 
 }  // namespace
 
 std::span<const Function> textPieceFunctions() {
-  return kFunctions;
+  return kTextPieceFunctions;
 }
 
 }  // namespace lens::formula

@@ -205,7 +205,7 @@ constexpr const char* kSummerRules =
 constexpr const char* kCountNote =
     "Two, four or five numbers are an error when it runs, and none at all when it is compiled.";
 
-constexpr Function kRows[] = {
+constexpr Function kTimeFunctions[] = {
     {"@Accessed", 0, 0, "", "", "When the document was last read or written.", accessed},
     {"@Adjust", 7, 8, "dnnnnnnk", "time; years; months; days; hours; minutes; seconds; [keyword]",
      "Moves a time on, or back with negative numbers: seconds first, years last. A day that the month lacks "
@@ -220,7 +220,7 @@ constexpr Function kRows[] = {
     {"@Date", 1, kAnyCount, "v", "year; month; day",
      "A date. The year has all its digits. Three more numbers, for a time, are passed over; of a single "
      "time it gives the date. A day that does not exist gives a blank time.",
-     date, quirk::RaggedCount, Form::Call, nullptr, kCountNote},
+     date, trait::RaggedCount, Form::Call, nullptr, kCountNote},
     {"@Day", 1, 1, "d", "time", "The day of the month, 1 to 31; -1 for a time without a date.", day},
     {"@GetCurrentTimeZone", 0, 0, "", "",
      "The machine's zone as text: hours west of GMT behind Z, 1 behind DO when there is summer time, and "
@@ -241,7 +241,7 @@ constexpr Function kRows[] = {
     {"@Time", 1, kAnyCount, "v", "hour; minute; second",
      "A time of day. Six numbers, with year, month and day in front, give a date and time; of a single time "
      "it gives the time of day. Numbers that no clock shows give a blank time.",
-     time, quirk::RaggedCount, Form::Call, nullptr, kCountNote},
+     time, trait::RaggedCount, Form::Call, nullptr, kCountNote},
     {"@TimeMerge", 2, 3, "ddt", "date; time; zone",
      "A time with the date of the first and the clock of the second one, as clocks in the zone show it; "
      "without a zone, as they do here. The zone is a text that @GetCurrentTimeZone or a zone field gives.",
@@ -271,7 +271,7 @@ constexpr Function kRows[] = {
 }  // namespace
 
 std::span<const Function> timeFunctions() {
-  return kRows;
+  return kTimeFunctions;
 }
 
 }  // namespace lens::formula

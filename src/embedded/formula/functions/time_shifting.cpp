@@ -13,7 +13,7 @@ struct Shift {
 };
 
 // Whole numbers; beyond any calendar they stay there.
-qint64 cut(double number) {
+qint64 cutNumber(double number) {
   constexpr double kFar = 1e12;
   return qint64(std::clamp(number, -kFar, kFar));
 }
@@ -69,7 +69,7 @@ Value adjustTimes(const Call& call) {
   const LocalZone& zone = call.zone();
   const auto adjustedAt = [&](qsizetype place) {
     const auto number = [&](int argument) {
-      return cut(call[argument].number(std::min(place, call[argument].count() - 1)));
+      return cutNumber(call[argument].number(std::min(place, call[argument].count() - 1)));
     };
     Shift shift{number(1), number(2), number(3), 0};
     shift.hundredths = (number(4) * 3600 + number(5) * 60 + number(6)) * 100;

@@ -5,6 +5,7 @@
 #include "embedded/formula/functions/time_functions.h"
 #include "embedded/formula/time_text.h"
 #include "embedded/formula/zones.h"
+#include "notes/literals.h"
 
 namespace lens::formula {
 namespace {
@@ -46,7 +47,7 @@ int daysInMonth(int year, int month) {
 QString changeRule(qint32 day) {
   const YearMonthDay date = yearMonthDay(day);
   const bool last = date.day + 7 > daysInMonth(date.year, date.month);
-  return QStringLiteral("%1 %2 %3").arg(date.month).arg(last ? -1 : (date.day - 1) / 7 + 1).arg(weekday(day));
+  return u"%1 %2 %3"_s.arg(date.month).arg(last ? -1 : (date.day - 1) / 7 + 1).arg(weekday(day));
 }
 
 // When summer time begins and ends this year; "" where the clocks do not change twice.
@@ -69,14 +70,13 @@ QString summerRule(int year, const LocalZone& zone) {
 Value currentTimeZone(const Call& call) {
   const LocalZone& local = call.zone();
   const Zone zone = local.standard();
-  QString text = QStringLiteral("Z=") + zoneNumber(zone.offsetMinutes) + QStringLiteral("$DO=") +
-                 QString::number(zone.observesDst ? 1 : 0);
+  QString text =
+      u"Z="_s + zoneNumber(zone.offsetMinutes) + u"$DO="_s + QString::number(zone.observesDst ? 1 : 0);
   const Civil now = civilOf(call.environment().now(), local);
   const QString rule = now.hasDate ? summerRule(yearMonthDay(now.day).year, local) : QString();
-  if (!rule.isEmpty()) text += QStringLiteral("$DL=") + rule;
+  if (!rule.isEmpty()) text += u"$DL="_s + rule;
   const QString name = zoneName(zone, false);
-  return Value::text(text + QStringLiteral("$ZN=") +
-                     (name.isEmpty() ? offsetName(zone.offsetMinutes) : name));
+  return Value::text(text + u"$ZN="_s + (name.isEmpty() ? offsetName(zone.offsetMinutes) : name));
 }
 
 Value mergeTimes(const Call& call) {
@@ -124,8 +124,7 @@ Value timeZoneToText(const Call& call) {
     const Zone zone = zoneOfText(text);
     const QString name = zoneName(zone, false);
     const int minutes = std::abs(zone.offsetMinutes);
-    const QString clock = QStringLiteral("(GMT%1%2:%3)")
-                              .arg(QChar(zone.offsetMinutes < 0 ? u'-' : u'+'))
+    const QString clock = u"(GMT%1%2:%3)"_s.arg(QChar(zone.offsetMinutes < 0 ? u'-' : u'+'))
                               .arg(minutes / 60, 2, 10, QLatin1Char('0'))
                               .arg(minutes % 60, 2, 10, QLatin1Char('0'));
     return Text(name.isEmpty() ? clock : clock + u' ' + name);

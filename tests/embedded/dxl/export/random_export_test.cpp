@@ -3,7 +3,7 @@
 
 #include "embedded/dxl/export/export_fixture.h"
 #include "embedded/dxl/import_context.h"
-#include "embedded/dxl/source_formula.h"
+#include "embedded/format/source_formula.h"
 #include "embedded/richtext/rich_text.h"
 
 namespace lens {

@@ -4,7 +4,7 @@
 #include <QFile>
 #include <ostream>
 
-#include "embedded/formula/support/test_world.h"
+#include "embedded/formula/support/test_context.h"
 
 namespace lens::formula {
 namespace {
@@ -30,7 +30,7 @@ QString printError(const CompileError& error) {
 
 // The source with the place of its compile error between two marks.
 QString markedStretch(const QString& formula) {
-  const TestWorld world;
+  const TestContext world;
   const CompileError error = compile(formula, {&world.environment}).error;
   if (!error.reason) return {};
   return formula.left(error.offset) + u">>"_s + formula.mid(error.offset, error.length) + u"<<"_s +
@@ -75,7 +75,7 @@ const QVector<Case>& allCases() {
 }
 
 QString resultOf(const QString& formula) {
-  TestWorld world;
+  TestContext world;
   const Compiled compiled = compile(formula, {&world.environment});
   if (!compiled) return printError(compiled.error);
   Evaluation evaluation(compiled.formula, world.environment);

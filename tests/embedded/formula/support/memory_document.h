@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "embedded/formula/world.h"
+#include "embedded/formula/evaluation_context.h"
 
 namespace lens::formula {
 

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "embedded/formula/support/test_world.h"
+#include "embedded/formula/support/test_context.h"
 
 namespace lens::formula {
 namespace {
@@ -21,8 +21,8 @@ const std::array<std::vector<Operator>, 5> kLevels{{
     {Operator::And, Operator::Or},
 }};
 
-const QStringList kNames{u"a"_s,    u"B"_s,     u"x1"_s,      u"_low"_s,      u"$Ref"_s,   u"Straße"_s,
-                         u"Form"_s, u"Names"_s, u"Numbers"_s, u"Item.Part"_s, u"Fields"_s, u"Remark"_s};
+const QStringList kItemNames{u"a"_s,    u"B"_s,     u"x1"_s,      u"_low"_s,      u"$Ref"_s,   u"Straße"_s,
+                             u"Form"_s, u"Names"_s, u"Numbers"_s, u"Item.Part"_s, u"Fields"_s, u"Remark"_s};
 const QStringList kTexts{
     u""_s,   u"a"_s,  u"Quarterly report"_s, u"\"in quotes\""_s, u"back\\slash"_s, u"{}"_s, u"two\nlines"_s,
     u"ä€"_s, u"]["_s, u"; x := 1"_s};
@@ -30,7 +30,7 @@ const QStringList kKeywords{u"CN"_s, u"OK"_s, u"CASESENSITIVE"_s};
 constexpr std::array<double, 9> kNumbers{0, 1, 2, 3, 0.5, 123456789, 1e20, 1e-7, 0.1};
 
 bool takesAnything(const Function& function) {
-  return function.form == Form::Call && !function.keywords && !(function.quirks & quirk::NeedsClient);
+  return function.form == Form::Call && !function.keywords && !(function.traits & trait::NeedsClient);
 }
 
 }  // namespace
@@ -223,7 +223,7 @@ QString TreeMaker::randomText() {
 }
 
 QString TreeMaker::randomName() {
-  return oneOf(kNames);
+  return oneOf(kItemNames);
 }
 
 }  // namespace lens::formula

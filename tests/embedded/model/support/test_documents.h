@@ -6,7 +6,7 @@
 
 #include "embedded/model/support/test_workspace.h"
 
-namespace lens::testing {
+namespace lens::testbed {
 
 // The description of the RuntimeError that the body raises, "" when it raises none.
 template <class Body>
@@ -75,4 +75,4 @@ class Documents : public ::testing::Test {
   TestWorkspace t;
 };
 
-}  // namespace lens::testing
+}  // namespace lens::testbed

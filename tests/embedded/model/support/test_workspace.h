@@ -12,14 +12,14 @@
 #include <QTemporaryDir>
 #include <utility>
 
-#include "embedded/dxl/source_formula.h"
+#include "embedded/format/source_formula.h"
 #include "embedded/mime/mime_entity.h"
 #include "embedded/model/embedded_gateway.h"
 #include "embedded/richtext/rich_text.h"
 #include "embedded/store/database.h"
-#include "embedded/workspace.h"
+#include "embedded/workspace/workspace.h"
 
-namespace lens::testing {
+namespace lens::testbed {
 
 struct NamedValue {
   QString name;
@@ -114,4 +114,4 @@ int raised(const Body& body) {
   return 0;
 }
 
-}  // namespace lens::testing
+}  // namespace lens::testbed

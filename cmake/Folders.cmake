@@ -1,0 +1,21 @@
+# Compiles the sources of each folder as one file. What is unnamed in one file must not clash with another one's of its
+# folder; a folder whose files must stand alone says so with a list of names behind the target.
+function(lens_folders_as_files target)
+  if(NOT LENS_UNITY)
+    return()
+  endif()
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+  # All of a folder counts as included then, where a class without a name looks like one of a header.
+  target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+  get_target_property(sources ${target} SOURCES)
+  foreach(source ${sources})
+    cmake_path(GET source FILENAME name)
+    if(name IN_LIST ARGN OR NOT name MATCHES "\\.cpp$")
+      continue()
+    endif()
+    cmake_path(GET source PARENT_PATH folder)
+    cmake_path(RELATIVE_PATH folder BASE_DIRECTORY ${PROJECT_SOURCE_DIR} OUTPUT_VARIABLE group)
+    string(REPLACE "/" "_" group "${group}")
+    set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${group})
+  endforeach()
+endfunction()

@@ -1,0 +1,95 @@
+#include "app/launcher.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QStandardPaths>
+#include <QTimer>
+
+#include "app/closed_doors.h"
+#include "app/sample_workspace.h"
+#include "controls/look.h"
+#include "embedded/capi/embedded_capi.h"
+#include "embedded/model/embedded_gateway.h"
+#include "notes/literals.h"
+
+namespace lens {
+namespace {
+
+// Milliseconds in which the main window is drawn before the client window is made.
+constexpr int kMoment = 20;
+
+QString workspaceDirectory() {
+  const QString named = qEnvironmentVariable("TESSALY_WORKSPACE");
+  if (!named.isEmpty()) return named;
+  const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+  QDir().mkpath(data);
+  return data + u"/tessaly-lens"_s;
+}
+
+}  // namespace
+
+Launcher::Launcher(Host& host) : host_(host) {
+  // Hiding into the tray, a box at the start or a closed client window must not end the process.
+  QApplication::setQuitOnLastWindowClosed(false);
+  applyLook(*qApp);
+  openWorkspace();
+  QString source = u"No workspace"_s;
+  if (workspace_) {
+    notes_ = std::make_unique<EmbeddedGateway>(workspace_);
+    capi_ = std::make_unique<EmbeddedCApi>(workspace_);
+    source = u"Embedded: "_s + QDir::toNativeSeparators(workspace_->directory());
+  } else {
+    notes_ = std::make_unique<ClosedGateway>(failure_);
+    capi_ = std::make_unique<ClosedCApi>(failure_);
+  }
+  application_ = std::make_unique<Application>(*notes_, *capi_, host_, source);
+}
+
+Launcher::~Launcher() = default;
+
+// Behind the main window, which the user came for; it is made when that one has been drawn.
+void Launcher::openClient() {
+  client_ = std::make_unique<ClientWindow>(workspace_);
+  firstDatabase_.reset();
+  client_->setAttribute(Qt::WA_ShowWithoutActivating);
+  client_->show();
+  client_->lower();
+  client_->setAttribute(Qt::WA_ShowWithoutActivating, false);
+  // Closing the client window hides it; the panel that names the source brings it back.
+  application_->form.sbrMain->setToolTip(u"Click on the source to show the client window"_s);
+  application_->form.sbrMain->panelClick = [this](const QString& key) {
+    if (key == u"Source") showClient();
+  };
+}
+
+template <class Statements>
+bool Launcher::tell(Statements&& statements) {
+  try {
+    statements();
+    return true;
+  } catch (const RuntimeError& error) {
+    failure_ = error.description();
+    host_.messageBox(failure_, box::Critical, u"Workspace"_s);
+    return false;
+  }
+}
+
+// A sample that cannot be read must not keep the user from the other databases.
+void Launcher::openWorkspace() {
+  if (!tell([this] { workspace_ = Workspace::open(workspaceDirectory(), host_.regional()); })) return;
+  tell([this] { fillFirstTime(*workspace_); });
+  tell([this] { firstDatabase_ = openSampleMail(*workspace_); });
+}
+
+void Launcher::showClient() {
+  client_->showNormal();
+  client_->raise();
+  client_->activateWindow();
+}
+
+void Launcher::start() {
+  application_->start();
+  if (workspace_) QTimer::singleShot(kMoment, &application_->form, [this] { openClient(); });
+}
+
+}  // namespace lens

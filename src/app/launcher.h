@@ -1,0 +1,46 @@
+// The program as a whole: chooses what stands behind the two doors, and builds the windows on it.
+#pragma once
+
+#include <memory>
+
+#include "app/application.h"
+#include "client/client_window.h"
+#include "embedded/workspace/workspace.h"
+#include "host/host.h"
+
+namespace lens {
+
+class Launcher {
+ public:
+  // Opens the workspace that the environment variable TESSALY_WORKSPACE names, else the user's own,
+  // which the first start fills with samples. When it cannot be opened the user is told why, and the
+  // program comes up with closed doors.
+  explicit Launcher(Host& host);
+  ~Launcher();
+
+  // Shows the windows.
+  void start();
+
+  Application& application() { return *application_; }
+  // Null with closed doors, and until the main window has been drawn.
+  ClientWindow* client() { return client_.get(); }
+
+ private:
+  void openWorkspace();
+  // Shows a failure with the title "Workspace"; false then.
+  template <class Statements>
+  bool tell(Statements&& statements);
+  void openClient();
+  void showClient();
+
+  Host& host_;
+  QString failure_;
+  std::shared_ptr<Workspace> workspace_;
+  std::shared_ptr<Database> firstDatabase_;  // held until the first screen is there
+  std::unique_ptr<Gateway> notes_;
+  std::unique_ptr<CApi> capi_;
+  std::unique_ptr<Application> application_;
+  std::unique_ptr<ClientWindow> client_;
+};
+
+}  // namespace lens

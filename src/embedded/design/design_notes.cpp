@@ -1,0 +1,52 @@
+#include "embedded/design/design_notes.h"
+
+namespace lens {
+namespace {
+
+bool sameName(QStringView a, QStringView b) {
+  return a.trimmed().compare(b.trimmed(), Qt::CaseInsensitive) == 0;
+}
+
+QString titleOf(const Database& database, quint32 noteId) {
+  Item item;
+  if (!database.readItem(noteId, u"$TITLE", item)) return {};
+  const Value values = itemValues(item);
+  if (!values.isArray() || values.upperBound() < 0 || values.at(0).kind() != Value::Kind::Text) return {};
+  return values.at(0).text();
+}
+
+}  // namespace
+
+bool titleAnswersTo(QStringView title, QStringView name) {
+  if (name.trimmed().isEmpty()) return false;
+  if (sameName(title, name)) return true;
+  for (const QStringView part : title.split(u'|'))
+    if (sameName(part, name)) return true;
+  return false;
+}
+
+quint32 findDesignNote(const Database& database, quint16 classMask, QStringView name) {
+  const quint16 designMask = classMask & ~noteclass::Document;
+  if (name.trimmed().isEmpty() || designMask == 0) return 0;
+  for (const NoteSummary& note : database.list(designMask)) {
+    try {
+      if (titleAnswersTo(titleOf(database, note.id), name)) return note.id;
+    } catch (const RuntimeError&) {
+      // A damaged note must not hide the ones behind it.
+    }
+  }
+  return 0;
+}
+
+bool isSpecialNoteId(quint32 noteId) {
+  return noteId >= 0xFFFF0000u;
+}
+
+quint32 resolveSpecialNoteId(const Database& database, quint32 noteId) {
+  const quint16 noteClass = noteId & 0xFFFF;
+  if (noteClass == 0) return 0;
+  const bool many = noteClass == noteclass::Form || noteClass == noteclass::View;
+  return database.specialNote(many ? noteClass | noteclass::Default : noteClass);
+}
+
+}  // namespace lens

@@ -1,0 +1,44 @@
+#include "embedded/files/file_lock.h"
+
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QThread>
+
+#include "notes/literals.h"
+
+namespace lens {
+namespace {
+
+constexpr int kPauseMs = 10;
+constexpr qint64 kLongestEmptyMs = 1000;
+
+}  // namespace
+
+FileLock::FileLock(const QString& path, int waitMs) : lock_(path + u".lock"_s) {
+  lock_.setStaleLockTime(0);  // work under a lock may take its time
+  QElapsedTimer waited;
+  waited.start();
+  while (state_ == State::Taken) {
+    if (lock_.tryLock(0)) {
+      state_ = State::Held;
+    } else if (lock_.error() != QLockFile::LockFailedError) {
+      state_ = State::Impossible;
+    } else {
+      if (removeAbandoned()) continue;
+      if (waited.elapsed() >= waitMs) return;
+      QThread::msleep(kPauseMs);
+    }
+  }
+}
+
+// Who died before it had written who it is would keep everybody out for good.
+bool FileLock::removeAbandoned() const {
+  const QFileInfo file(lock_.fileName());
+  return file.exists() && file.size() == 0 &&
+         file.lastModified().msecsTo(QDateTime::currentDateTime()) > kLongestEmptyMs &&
+         QFile::remove(file.filePath());
+}
+
+}  // namespace lens

@@ -1,0 +1,38 @@
+// The records of agents: when and on what an agent runs, and what it does.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include "embedded/format/timedate.h"
+
+namespace lens {
+
+struct AgentSchedule {
+  quint16 trigger = 0, search = 0, intervalType = 0, interval = 0;
+  quint32 time1 = 0, time2 = 0;  // hundredths of a second since midnight; or a day, see intervalType
+  TimeDate start{}, end{};
+  quint32 flags = 0;
+};
+
+namespace agentflag {
+inline constexpr quint32 Hidden = 1, NoWeekends = 2, StoreHighlights = 4, ChooseServer = 0x10;
+}
+
+// "$AssistInfo", type word included: 104 bytes.
+QByteArray assistInfoValue(const AgentSchedule& schedule);
+
+// "$AssistAction" and "$AssistQuery", type words included.
+QByteArray formulaActionValue(const QByteArray& formula);
+QByteArray scriptActionValue(const QString& source);
+QByteArray emptyActionValue();
+QByteArray emptyQueryValue();
+
+// Numbers for the words of the triggers, document sets and kinds of schedule; 0 for unknown words.
+quint16 triggerOf(QStringView type);
+quint16 searchOf(QStringView documentSet);
+quint16 intervalOf(QStringView schedule);
+// 1 = Sunday; 0 for an unknown word.
+quint32 weekdayOf(QStringView day);
+
+}  // namespace lens

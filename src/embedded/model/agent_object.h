@@ -1,0 +1,28 @@
+// NotesAgent: an agent of a database.
+#pragma once
+
+#include "embedded/model/member_table.h"
+#include "embedded/model/model_context.h"
+
+namespace lens {
+
+class AgentObject : public ModelObject {
+ public:
+  // Nothing when the note cannot be read.
+  static Value read(const std::shared_ptr<OpenDatabase>& database, quint32 noteId);
+  AgentObject(std::shared_ptr<OpenDatabase> database, quint32 noteId, QString title)
+      : database_(std::move(database)), noteId_(noteId), title_(std::move(title)) {}
+
+ protected:
+  const MemberTable& members() const override;
+
+ private:
+  Value name();
+  Value run();
+
+  std::shared_ptr<OpenDatabase> database_;
+  quint32 noteId_;
+  QString title_;
+};
+
+}  // namespace lens

@@ -1,0 +1,29 @@
+// NotesMIMEEntity: a part of a message.
+#pragma once
+
+#include "embedded/mime/mime_entity.h"
+#include "embedded/model/member_table.h"
+
+namespace lens {
+
+class MimeEntityObject : public ModelObject {
+ public:
+  explicit MimeEntityObject(std::shared_ptr<const MimeEntity> entity,
+                            std::shared_ptr<const MimeEntity> parent = nullptr, qsizetype place = 0)
+      : entity_(std::move(entity)), parent_(std::move(parent)), place_(place) {}
+
+ protected:
+  const MemberTable& members() const override;
+
+ private:
+  Value contentType();
+  Value contentAsText();
+  Value firstChild();
+  Value nextSibling();
+
+  std::shared_ptr<const MimeEntity> entity_;
+  std::shared_ptr<const MimeEntity> parent_;  // null for the whole message
+  qsizetype place_;
+};
+
+}  // namespace lens

@@ -1,0 +1,38 @@
+// NotesSession: the user, the settings, the way to databases.
+#pragma once
+
+#include "embedded/model/database_object.h"
+#include "embedded/model/member_table.h"
+#include "embedded/model/model_context.h"
+
+namespace lens {
+
+class SessionObject : public ModelObject {
+ public:
+  // The back-end kind needs Initialize before anything else and knows nothing of the client's windows.
+  enum class Kind { Client, BackEnd };
+  SessionObject(std::shared_ptr<ModelContext> context, Kind kind);
+
+ protected:
+  const MemberTable& members() const override;
+  void allow(const Member& member) override;
+
+ private:
+  Value currentDatabase();
+  Value notesVersion();
+  Value userName();
+  Value initialize();
+  Value environmentString(const Arguments& arguments);
+  Value addressBooks();
+  Value database(const Arguments& arguments);
+  Value databaseDirectory(const Arguments& arguments);
+  DatabaseObject::Source source() const;
+  Value convertMime();
+  void setConvertMime(const Value& value);
+
+  std::shared_ptr<ModelContext> context_;
+  Kind kind_;
+  bool initialized_;
+};
+
+}  // namespace lens

@@ -1,0 +1,25 @@
+// NotesUIWorkspace: what the client has on screen.
+#pragma once
+
+#include "embedded/model/member_table.h"
+#include "embedded/model/model_context.h"
+
+namespace lens {
+
+class UiWorkspaceObject : public ModelObject {
+ public:
+  explicit UiWorkspaceObject(std::shared_ptr<ModelContext> context) : context_(std::move(context)) {}
+
+ protected:
+  const MemberTable& members() const override;
+
+ private:
+  Value currentDocument();
+  Value currentDatabase();
+  Value openDatabase(const Arguments& arguments);
+  Value refreshView();
+
+  std::shared_ptr<ModelContext> context_;
+};
+
+}  // namespace lens

@@ -1,0 +1,29 @@
+// NotesViewEntryCollection: the rows of a view, categories among them, as they were at one moment.
+#pragma once
+
+#include "embedded/model/member_table.h"
+#include "embedded/model/model_context.h"
+
+namespace lens {
+
+class ViewEntryCollectionObject : public ModelObject {
+ public:
+  // 0 is a category.
+  ViewEntryCollectionObject(std::shared_ptr<OpenDatabase> database, QVector<quint32> notes)
+      : database_(std::move(database)), notes_(std::move(notes)) {}
+
+ protected:
+  const MemberTable& members() const override;
+
+ private:
+  Value count();
+  Value firstEntry();
+  Value nextEntry(const Arguments& arguments);
+  Value removeAll(const Arguments& arguments);
+  Value entryAt(qsizetype place) const;
+
+  std::shared_ptr<OpenDatabase> database_;
+  QVector<quint32> notes_;
+};
+
+}  // namespace lens

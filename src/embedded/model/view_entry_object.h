@@ -1,0 +1,29 @@
+// NotesViewEntry: a row of a view, a document or a category.
+#pragma once
+
+#include "embedded/model/member_table.h"
+#include "embedded/model/model_context.h"
+
+namespace lens {
+
+class ViewEntryObject : public ModelObject {
+ public:
+  // A note of 0 is a category; a place of -1 belongs to no collection.
+  ViewEntryObject(std::shared_ptr<OpenDatabase> database, quint32 note, qsizetype place)
+      : database_(std::move(database)), note_(note), place_(place) {}
+  quint32 noteNumber() const { return note_; }
+  qsizetype place() const { return place_; }
+
+ protected:
+  const MemberTable& members() const override;
+
+ private:
+  Value isDocument();
+  Value document();
+
+  std::shared_ptr<OpenDatabase> database_;
+  quint32 note_;
+  qsizetype place_;
+};
+
+}  // namespace lens

@@ -1,0 +1,123 @@
+// A directory of databases: what the embedded engine works on.
+//
+//   notes.ini         "[Notes]": Directory, NotesProgram, UserName, Names (address books), ...
+//   data/             the local databases, in any depth of folders
+//   servers/<name>/   one server each; "[Server]" Name=CN=... in its server.ini is its canonical
+//                     name, which is "CN=<folder>" when there is no such file
+//
+// Paths of databases are below the directory of their server. Both "\" and "/" part them, they are
+// given back with the host's separator, and one that leads outside is refused. Directory and
+// NotesProgram may be relative to the workspace; without entries they are data/ and the workspace
+// itself.
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+#include <functional>
+#include <memory>
+
+#include "embedded/files/ini_file.h"
+#include "embedded/store/database.h"
+#include "embedded/workspace/client_state.h"
+#include "embedded/workspace/workspace_fault.h"
+#include "host/regional.h"
+
+namespace lens {
+
+class Workspace {
+ public:
+  // Opens the directory, which is made with notes.ini and data/ when only its parent exists. Raises
+  // CannotOpen when it is no directory, or cannot be made, read or written.
+  static std::shared_ptr<Workspace> open(const QString& directory, const Regional& regional);
+
+  const QString& directory() const { return directory_; }
+  const Regional& regional() const { return regional_; }
+  ClientState& client() { return client_; }
+
+  QString userName() const;
+  // Both without a separator at the end.
+  QString dataDirectory() const { return dataDirectory_; }
+  QString programDirectory() const;
+  // An entry of notes.ini as it stands there, "" when it is missing.
+  QString iniValue(QStringView name) const { return ini_.value(name); }
+  void setIniValue(const QString& name, const QString& value);
+
+  // Canonical names in order of their folders. The list is read when the workspace is opened.
+  QStringList serverNames() const;
+  // Makes a server, or does nothing when it is there.
+  void addServer(const QString& canonicalName);
+  // The canonical name for a canonical or abbreviated one in any case; "" stays "". Raises
+  // UnknownServer, as a server that does not answer would.
+  QString canonicalServer(const QString& name) const;
+
+  // Paths of all files that are named like databases, whatever is in them, folders included, sorted by
+  // upper-cased path.
+  QStringList databaseFiles(const QString& server) const;
+  // Those that look like our databases.
+  QStringList databases(const QString& server) const;
+  // Where a database stands, whether or not the file exists. Without an ending ".nsf" is meant,
+  // and an existing file is found in any case of letters. Raises BadPath or UnknownServer.
+  DatabasePlace place(const QString& server, const QString& path) const;
+  QString absolutePath(const DatabasePlace& place) const;
+
+  // The database, opened once for all who hold it. Raises when there is none or it cannot be opened.
+  std::shared_ptr<Database> database(const QString& server, const QString& path);
+  // Makes a new one. An existing file is replaced only on demand, only when it is one of our
+  // databases, and only while nobody holds it.
+  std::shared_ptr<Database> createDatabase(const QString& server, const QString& path,
+                                           const DatabaseInfo& info, bool replace = false);
+
+  // The properties of a database without opening it for good; empty where it cannot be read.
+  DatabaseInfo infoOf(const DatabasePlace& place) const;
+
+  // The databases of a server with that replica ID, in order of their paths. Raises UnknownServer.
+  QVector<DatabasePlace> replicas(const QString& server, const QString& replicaId) const;
+  // A copy under a replica ID of its own (store/database_copy.h), and the folders that lead to it. A failure
+  // leaves none.
+  void copyDatabase(const DatabasePlace& from, const DatabasePlace& to);
+  // Makes a replica, and the folders that lead to it. Raises when there is a file; a failure leaves none.
+  // Raises NotesLeftOut behind the finished replica when damaged notes could not go along.
+  DatabasePlace createReplica(Database& source, const QString& server, const QString& path);
+  // Deletes a database with its journals. Everything in this process that holds it raises from then on, and
+  // the client closes it. Raises when it is in use by another process, and then leaves it alone.
+  void removeDatabase(const DatabasePlace& place);
+
+  // The books that the entry Names lists ("file" or "server!!file", parted by commas), whether or not they
+  // can be opened; without it, names.nsf of the local machine and of each server where there is one.
+  QVector<DatabasePlace> addressBooks() const;
+  // An address book on a server is everybody's; the one of this machine is its user's own.
+  bool isPublicAddressBook(const DatabasePlace& place) const;
+
+  // Whoever changes documents tells it here, so that an open view can follow.
+  void setChangeListener(std::function<void(const DatabasePlace&)> listener) {
+    changed_ = std::move(listener);
+  }
+  void notifyChanged(const DatabasePlace& place) const {
+    if (changed_) changed_(place);
+  }
+
+ private:
+  struct Server {
+    QString name;
+    QString directory;
+  };
+  Workspace(const QString& directory, const Regional& regional);
+  void readServers();
+  const QString& serverDirectory(const QString& canonicalName) const;
+
+  QString directory_;
+  Regional regional_;
+  IniFile ini_;
+  QString dataDirectory_;
+  QVector<Server> servers_;
+  QHash<QString, std::weak_ptr<Database>> open_;
+  ClientState client_;
+  std::function<void(const DatabasePlace&)> changed_;
+};
+
+// A hierarchical name without the labels of its parts: "CN=Hub/O=Acme" gives "Hub/Acme".
+QString nameWithoutLabels(const QString& canonical);
+
+}  // namespace lens

@@ -1,0 +1,172 @@
+// The launcher from its first breath: good, missing and damaged workspaces.
+
+#include "app/launcher.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include "host/desktop_host.h"
+#include "support/printers.h"
+#include "support/recording_host.h"
+
+namespace lens {
+namespace {
+using namespace Qt::StringLiterals;
+
+class ProgramTest : public testing::Test {
+ protected:
+  ProgramTest() { useWorkspace(directory.filePath(u"workspace"_s)); }
+  ~ProgramTest() override {
+    qunsetenv("TESSALY_WORKSPACE");
+    setUntrappedReport(nullptr);
+  }
+  static void useWorkspace(const QString& path) { qputenv("TESSALY_WORKSPACE", path.toUtf8()); }
+  // The client window follows the main window a moment later.
+  static bool clientComesUp(Launcher& launcher) {
+    return QTest::qWaitFor([&] { return launcher.client() != nullptr; });
+  }
+  QString sampleMail() const { return directory.filePath(u"workspace/data/mail/kmeier.nsf"_s); }
+
+  QTemporaryDir directory;
+  RecordingHost host;
+};
+
+TEST_F(ProgramTest, TheFirstStartShowsTheSampleMail) {
+  Launcher launcher(host);
+  launcher.start();
+  Form1& form = launcher.application().form;
+  EXPECT_EQ(host.boxTexts(), QStringList());
+  EXPECT_TRUE(form.isVisible());
+  ASSERT_TRUE(clientComesUp(launcher));
+  EXPECT_TRUE(launcher.client()->isVisible());
+  EXPECT_TRUE(form.txtFieldContent->text().startsWith(u"Dear Mr Okafor"));
+  EXPECT_TRUE(form.sbrMain->panelText(u"Source"_s).startsWith(u"Embedded: "));
+  EXPECT_FALSE(QApplication::quitOnLastWindowClosed());
+}
+
+TEST_F(ProgramTest, TheFirstStartMakesATemplateAndAReplicaOnAServer) {
+  { const Launcher first(host); }
+  const auto workspace = Workspace::open(directory.filePath(u"workspace"_s), host.regional());
+  const QString replica = QDir::toNativeSeparators(u"disc/ideas.nsf"_s);
+  EXPECT_EQ(workspace->databases(u"ACME-APP02/Acme"_s), QStringList(replica));
+  EXPECT_EQ(workspace->infoOf({u"CN=ACME-APP02/O=Acme"_s, replica}).replicaId,
+            workspace->infoOf({QString(), replica}).replicaId);
+  EXPECT_EQ(workspace->infoOf({QString(), u"acmedisc.ntf"_s}).templateName, u"AcmeDiscussion"_s);
+}
+
+TEST_F(ProgramTest, AWorkspaceThatIsAFileIsNamedAndTheProgramComesUpWithClosedDoors) {
+  const QString path = directory.filePath(u"file"_s);
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.close();
+  useWorkspace(path);
+  Launcher launcher(host);
+  launcher.start();
+  EXPECT_FALSE(launcher.client());
+  EXPECT_TRUE(launcher.application().form.isVisible());
+  ASSERT_GE(host.boxes.size(), 3);
+  EXPECT_TRUE(host.boxes[0].text.contains(path)) << host.boxes[0].text.toStdString();
+  EXPECT_EQ(host.boxes[0].style, box::Critical);
+  EXPECT_TRUE(host.boxes[1].text.startsWith(u"Start NotesClient !!!  "));
+  EXPECT_TRUE(host.boxes[2].text.endsWith(u"in procedure Form_Load of Formular Form1"));
+  host.boxes.clear();
+  launcher.application().form.cmdGetDoc->raiseClick();
+  EXPECT_EQ(launcher.application().routines.GetAPIError(0x0222), "");
+  EXPECT_FALSE(host.boxes.isEmpty());
+}
+
+TEST_F(ProgramTest, ADamagedSampleIsNamedAndTheOtherDatabasesStayInReach) {
+  { const Launcher first(host); }
+  QFile file(sampleMail());
+  ASSERT_TRUE(file.resize(5000));
+  for (const char16_t* journal : {u"-wal", u"-shm"})
+    QFile::remove(sampleMail() + QString::fromUtf16(journal));
+  Launcher launcher(host);
+  launcher.start();
+  ASSERT_FALSE(host.boxes.isEmpty());
+  EXPECT_TRUE(host.boxes[0].text.contains(u"kmeier.nsf")) << host.boxes[0].text.toStdString();
+  EXPECT_TRUE(clientComesUp(launcher));
+  EXPECT_TRUE(launcher.application().form.isVisible());
+  EXPECT_EQ(launcher.application().form.lstServerList->listCount(), 4);
+}
+
+TEST_F(ProgramTest, AFirstStartThatWasCutShortIsDoneAgain) {
+  { const Launcher first(host); }
+  {
+    const auto workspace = Workspace::open(directory.filePath(u"workspace"_s), host.regional());
+    workspace->setIniValue(u"Samples"_s, u"filling"_s);
+  }
+  ASSERT_TRUE(QFile::remove(sampleMail()));
+  Launcher launcher(host);
+  EXPECT_EQ(host.boxTexts(), QStringList());
+  EXPECT_TRUE(QFile::exists(sampleMail()));
+}
+
+TEST_F(ProgramTest, DoingAFirstStartAgainLeavesFilledDatabasesWithTheirNewDocuments) {
+  { const Launcher first(host); }
+  Note note;
+  {
+    const auto workspace = Workspace::open(directory.filePath(u"workspace"_s), host.regional());
+    workspace->setIniValue(u"Samples"_s, u"filling"_s);
+    note.add(u"Form"_s, itemflag::Summary, textValue(u"Memo"_s));
+    workspace->database(QString(), u"mail/kmeier.nsf"_s)->save(note);
+  }
+  { const Launcher second(host); }
+  const auto workspace = Workspace::open(directory.filePath(u"workspace"_s), host.regional());
+  Note found;
+  EXPECT_TRUE(workspace->database(QString(), u"mail/kmeier.nsf"_s)->read(note.header.unid, found));
+  EXPECT_EQ(workspace->iniValue(u"Samples"), "filled");
+  EXPECT_EQ(host.boxTexts(), QStringList());
+}
+
+TEST_F(ProgramTest, AClosedClientWindowLeavesTheProgramAliveAndComesBackFromTheStatusBar) {
+  Launcher launcher(host);
+  launcher.start();
+  ASSERT_TRUE(clientComesUp(launcher));
+  launcher.client()->close();
+  launcher.application().form.mnuBarHide->raise();
+  QApplication::processEvents();
+  EXPECT_FALSE(launcher.client()->isVisible());
+  launcher.application().form.mnuBarShow->raise();
+  launcher.application().form.sbrMain->panelClick.raise(u"Source"_s);
+  EXPECT_TRUE(launcher.client()->isVisible());
+  EXPECT_EQ(host.processEnds, 0);
+}
+
+TEST_F(ProgramTest, ABoxOfTheDesktopBlocksTheToolAndNotTheClientWindowAndShowsMarkupAsItIs) {
+  Launcher launcher(host);
+  launcher.start();
+  ASSERT_TRUE(clientComesUp(launcher));
+  DesktopHost desktop;
+  QMessageBox* shown = nullptr;
+  Qt::WindowModality modality = Qt::NonModal;
+  QString text;
+  Qt::TextFormat format = Qt::AutoText;
+  const QWidget* owner = nullptr;
+  QTimer::singleShot(0, [&] {
+    for (QWidget* window : QApplication::topLevelWidgets())
+      if (auto* box = qobject_cast<QMessageBox*>(window)) shown = box;
+    if (!shown) return;
+    modality = shown->windowModality();
+    text = shown->text();
+    format = shown->textFormat();
+    owner = shown->parentWidget();
+    shown->accept();
+  });
+  desktop.messageBox(u"<b>x</b>"_s, box::Plain, QString());
+  ASSERT_TRUE(shown);
+  EXPECT_EQ(modality, Qt::WindowModal);
+  EXPECT_EQ(owner, &launcher.application().form);
+  EXPECT_EQ(text, "<b>x</b>");
+  EXPECT_EQ(format, Qt::PlainText);
+}
+
+}  // namespace
+}  // namespace lens
