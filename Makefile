@@ -1,5 +1,5 @@
 # The commands of the README. Each installs what is missing, configures, builds and does its job.
-.PHONY: run test bench fuzz format check-format clean
+.PHONY: run test bench fuzz tidy format check-format clean
 
 run:
 	@scripts/run.sh
@@ -12,6 +12,9 @@ bench:
 
 fuzz:
 	@scripts/fuzz.sh
+
+tidy:
+	@scripts/tidy.sh
 
 format:
 	@git ls-files '*.cpp' '*.h' | xargs clang-format -i

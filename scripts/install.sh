@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what the given purposes (build, test, bench, fuzz, run) need and is missing. Debian packages.
+# Installs what the given purposes (build, test, bench, fuzz, run, format, tidy) need and is missing. Debian packages.
 set -euo pipefail
 
 build=(g++ cmake ninja-build make pkg-config qt6-base-dev qt6-base-dev-tools libgl-dev libsqlite3-dev
@@ -9,6 +9,7 @@ bench=(libbenchmark-dev liblua5.4-dev)
 fuzz=(clang libclang-rt-dev)
 run=(xvfb xauth imagemagick x11-utils)
 format=(clang-format)
+tidy=(clang-tidy)
 
 wanted=()
 for purpose in "$@"; do

@@ -1,11 +1,14 @@
-// The rule of the house: includes go down the list of folders, never up, and only the named places may
-// know the embedded engine and the real client.
+// The rule of the house: includes go down the list of folders, never up, in the engine's rooms as in the
+// whole; no two files need each other; and only the named places may know the embedded engine and the real
+// client.
 
 #include <gtest/gtest.h>
 
 #include <QDirIterator>
 #include <QFile>
+#include <QHash>
 #include <QRegularExpression>
+#include <QSet>
 #include <QStringList>
 #include <algorithm>
 
@@ -22,12 +25,14 @@ const QStringList kMayKnowTheEngine = {u"app"_s, u"client"_s, u"embedded"_s};
 
 struct Include {
   QString file;
-  QString from;
+  QString header;
+  QString from;  // folders at the top
   QString to;
 };
 
 QVector<Include> includesOfTheHouse() {
-  static const QRegularExpression line(u"^#include \"([a-z]+)/"_s, QRegularExpression::MultilineOption);
+  static const QRegularExpression line(u"^#include \"([a-z]+)/([^\"]+)\""_s,
+                                       QRegularExpression::MultilineOption);
   const QString root = QStringLiteral(LENS_SOURCE_DIR "/src/");
   QVector<Include> all;
   QDirIterator files(root, {u"*.cpp"_s, u"*.h"_s}, QDir::Files, QDirIterator::Subdirectories);
@@ -38,7 +43,8 @@ QVector<Include> includesOfTheHouse() {
     if (!name.contains(u'/')) continue;  // main.cpp may know everything
     const QString text = QString::fromUtf8(file.readAll());
     for (const QRegularExpressionMatch& match : line.globalMatch(text))
-      all.push_back({name, name.section(u'/', 0, 0), match.captured(1)});
+      all.push_back(
+          {name, match.captured(1) + u'/' + match.captured(2), name.section(u'/', 0, 0), match.captured(1)});
   }
   return all;
 }
@@ -72,34 +78,106 @@ TEST(Layers, OnlyTheApplicationAndTheClientWindowKnowTheEngine) {
         << include.file.toStdString();
 }
 
-// The formula language is tested and measured without a database: of the store it knows how values are
-// laid out, and nothing else of the engine.
-TEST(Layers, FormulasKnowNoDatabase) {
-  static const QRegularExpression line(u"^#include [\"<]([^\">]+)"_s, QRegularExpression::MultilineOption);
-  static const QStringList kAllowed = {u"embedded/format/item_value.h"_s,
-                                       u"embedded/format/timedate.h"_s,
-                                       u"embedded/format/lmbcs.h"_s,
-                                       u"notes/"_s,
-                                       u"embedded/formula/"_s,
-                                       u"unicode/"_s};  // character sets
-  QDirIterator files(QStringLiteral(LENS_SOURCE_DIR "/src/embedded/formula"), {u"*.cpp"_s, u"*.h"_s},
-                     QDir::Files, QDirIterator::Subdirectories);
+// The rooms of the engine from its ground up. Rooms of one floor do not know each other.
+const QVector<QStringList> kEngineFloors = {{u"format"_s},
+                                            {u"files"_s},
+                                            {u"store"_s, u"formula"_s, u"richtext"_s, u"mime"_s},
+                                            {u"formula_context"_s},
+                                            {u"design"_s, u"dxl"_s, u"nsf"_s, u"help"_s},
+                                            {u"search"_s},
+                                            {u"views"_s},
+                                            {u"replication"_s},
+                                            {u"workspace"_s},
+                                            {u"evaluation"_s},
+                                            {u"console"_s},
+                                            {u"model"_s, u"capi"_s}};
+// These read and write values and nothing else: they are tested and measured without a database.
+const QStringList kNeedOnlyTheFormats = {u"formula"_s, u"richtext"_s, u"mime"_s};
+const QStringList kTheirNeeds = {u"embedded/format/"_s, u"notes/"_s};
+
+int floorOf(const QString& room) {
+  for (int floor = 0; floor < kEngineFloors.size(); ++floor)
+    if (kEngineFloors[floor].contains(room)) return floor;
+  return -1;
+}
+
+TEST(Engine, RoomsIncludeOnlyWhatStandsBelow) {
+  int between = 0;
+  for (const Include& include : includesOfTheHouse()) {
+    if (include.from != u"embedded" || include.to != u"embedded") continue;
+    const QString from = include.file.section(u'/', 1, 1), to = include.header.section(u'/', 1, 1);
+    EXPECT_GE(floorOf(from), 0) << include.file.toStdString() << " stands in no known room";
+    EXPECT_GE(floorOf(to), 0) << include.header.toStdString() << " stands in no known room";
+    if (from == to) continue;
+    ++between;
+    EXPECT_GT(floorOf(from), floorOf(to))
+        << include.file.toStdString() << " includes " << include.header.toStdString();
+  }
+  EXPECT_GT(between, 100);
+}
+
+TEST(Engine, LanguagesNeedOnlyTheFormats) {
   int seen = 0;
-  while (files.hasNext()) {
-    QFile file(files.next());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QString text = QString::fromUtf8(file.readAll());
-    for (const QRegularExpressionMatch& match : line.globalMatch(text)) {
-      const QString included = match.captured(1);
-      ++seen;
-      EXPECT_FALSE(included.contains(u"sqlite"_s)) << file.fileName().toStdString();
-      if (!included.contains(u'/')) continue;
-      EXPECT_TRUE(std::any_of(kAllowed.begin(), kAllowed.end(),
-                              [&](const QString& allowed) { return included.startsWith(allowed); }))
-          << file.fileName().toStdString() << " includes " << included.toStdString();
-    }
+  for (const Include& include : includesOfTheHouse()) {
+    const QString room = include.file.section(u'/', 1, 1);
+    if (include.from != u"embedded" || !kNeedOnlyTheFormats.contains(room)) continue;
+    ++seen;
+    EXPECT_TRUE(include.header.startsWith(u"embedded/"_s + room + u'/') ||
+                std::any_of(kTheirNeeds.begin(), kTheirNeeds.end(),
+                            [&](const QString& need) { return include.header.startsWith(need); }))
+        << include.file.toStdString() << " includes " << include.header.toStdString();
   }
   EXPECT_GT(seen, 100);
+}
+
+// SQLite is the store's affair, and of those who keep tables of their own in its files.
+TEST(Engine, LanguagesKnowNoSqlite) {
+  for (const QString& room : kNeedOnlyTheFormats) {
+    QDirIterator files(QStringLiteral(LENS_SOURCE_DIR "/src/embedded/") + room, {u"*.cpp"_s, u"*.h"_s},
+                       QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+      QFile file(files.next());
+      ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+      EXPECT_FALSE(file.readAll().contains("sqlite")) << file.fileName().toStdString();
+    }
+  }
+}
+
+// A header and its source are one unit. What a unit needs, its sources included, never needs the unit.
+TEST(Files, NeedEachOtherInOneDirectionOnly) {
+  QHash<QString, QSet<QString>> needs;
+  for (const Include& include : includesOfTheHouse()) {
+    const QString from = include.file.section(u'.', 0, 0), to = include.header.section(u'.', 0, 0);
+    if (from != to) needs[from].insert(to);
+  }
+  const auto leadsTo = [&](const QString& from, const QString& to) {
+    QSet<QString> seen{from};
+    QStringList open{from};
+    while (!open.isEmpty()) {
+      for (const QString& next : needs.value(open.takeLast())) {
+        if (next == to) return true;
+        if (seen.contains(next)) continue;
+        seen.insert(next);
+        open.append(next);
+      }
+    }
+    return false;
+  };
+  for (auto unit = needs.begin(); unit != needs.end(); ++unit)
+    EXPECT_FALSE(leadsTo(unit.key(), unit.key()))
+        << unit.key().toStdString() << " needs itself by way of others";
+}
+
+TEST(Files, NoTwoHeadersHaveOneName) {
+  QHash<QString, QString> known;
+  QDirIterator files(QStringLiteral(LENS_SOURCE_DIR "/src"), {u"*.h"_s}, QDir::Files,
+                     QDirIterator::Subdirectories);
+  while (files.hasNext()) {
+    const QString path = files.next(), name = files.fileName();
+    EXPECT_FALSE(known.contains(name)) << path.toStdString() << " and " << known.value(name).toStdString();
+    known.insert(name, path);
+  }
+  EXPECT_GT(known.size(), 100);
 }
 
 }  // namespace
