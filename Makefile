@@ -1,11 +1,14 @@
 # The commands of the README. Each installs what is missing, configures, builds and does its job.
-.PHONY: run test bench fuzz tidy format check-format clean
+.PHONY: run test soak bench fuzz tidy format check-format clean
 
 run:
 	@scripts/run.sh
 
 test:
 	@scripts/test.sh
+
+soak:
+	@scripts/soak.sh
 
 bench:
 	@scripts/bench.sh

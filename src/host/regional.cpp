@@ -7,11 +7,30 @@
 namespace lens {
 namespace {
 
+// Marks that turn the direction of writing: they are seen by no reader of a number.
+bool isDirectionMark(char32_t c) {
+  return c == 0x200E || c == 0x200F || c == 0x061C;
+}
+
 // Later locale data puts narrow and no-break blanks where a person types a plain one.
 QString plainBlanks(QString text) {
   for (QChar& c : text)
-    if (c == u'\u00A0' || c == u'\u202F') c = u' ';
+    if (c == u'\u00A0' || c == u'\u202F' || c == u'\u2009') c = u' ';
   return text;
+}
+
+// As readers compare: plain blanks, digits of every script as 0 to 9, small letters, no marks of direction.
+QString plain(QStringView text) {
+  QString result;
+  result.reserve(text.size());
+  for (const char32_t c : plainBlanks(text.toString()).toUcs4()) {
+    if (isDirectionMark(c)) continue;
+    if (const int digit = QChar::digitValue(c); digit >= 0 && digit <= 9)
+      result += QChar(u'0' + digit);
+    else
+      result += QChar::fromUcs4(QChar::toCaseFolded(c));
+  }
+  return result;
 }
 
 // Day, month and year in the region's order, the year with four digits, all of it one word: the first
@@ -20,7 +39,8 @@ QString dateFormatOf(const QLocale& locale) {
   if (locale.language() == QLocale::C) return u"MM/dd/yyyy"_s;
   QString format = plainBlanks(locale.dateFormat(QLocale::ShortFormat));
   format.remove(u' ');
-  if (format.contains(u"MMM")) return u"yyyy-MM-dd"_s;
+  static const QRegularExpression touching(u"([dMy])(?!\\1)[dMy]"_s);
+  if (format.contains(u"MMM") || touching.match(format).hasMatch()) return u"yyyy-MM-dd"_s;
   if (!format.contains(u"yyyy")) format.replace(u"yy"_s, u"yyyy"_s);
   if (!format.contains(u"yyyy")) format.replace(u"y"_s, u"yyyy"_s);
   return format;
@@ -51,37 +71,98 @@ int fullYear(int year, bool twoDigits) {
   return twoDigits ? (year < 50 ? 2000 + year : 1900 + year) : year;
 }
 
-// Reads the three numbers of a date in the order of the format ("dd.MM.yyyy", "M/d/yyyy", ...).
-QDate numericDate(const QString& text, const QString& format) {
-  static const QRegularExpression numbers(u"^(\\d{1,4})\\D{1,3}(\\d{1,4})\\D{1,3}(\\d{1,4})\\D{0,3}$"_s);
-  const QRegularExpressionMatch match = numbers.match(text);
-  if (!match.hasMatch() || format.contains(u"MMM")) return {};
-  int day = 0, month = 0, year = 0, place = 0;
-  bool twoDigits = false;
-  QChar last;
-  for (QChar c : format) {
-    if (c == last || !(c == u'd' || c == u'M' || c == u'y')) continue;
-    last = c;
-    const QString digits = match.captured(++place);
-    (c == u'd' ? day : c == u'M' ? month : year) = digits.toInt();
-    if (c == u'y') twoDigits = digits.size() <= 2;
-    if (place == 3) break;
+// The letters of the format in their order, each once: "dMy".
+QString orderOf(const QString& dateFormat) {
+  QString order;
+  for (const QChar c : dateFormat)
+    if (QStringView(u"dMy").contains(c) && !order.contains(c)) order += c;
+  return order;
+}
+
+// A time format as Qt has them: letters outside of quotes are fields, everything else is written as it
+// stands.
+struct TimeFormat {
+  QStringList literals;    // before, between and behind the fields, as readers compare them
+  bool isKnown = true;     // no field that Qt would write as its letter
+  bool hasHalves = false;  // forenoon and afternoon
+};
+TimeFormat timeFormatOf(const QString& format) {
+  TimeFormat parts;
+  QString literal;
+  const auto endLiteral = [&] {
+    if (const QString found = plain(literal).trimmed(); !found.isEmpty()) parts.literals.append(found);
+    literal.clear();
+  };
+  bool quoted = false;
+  for (const QChar c : format) {
+    if (c == u'\'') {
+      quoted = !quoted;
+    } else if (quoted || !((c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'))) {
+      literal += c;
+    } else {
+      endLiteral();
+      parts.isKnown = parts.isKnown && QStringView(u"hHmsAaPp").contains(c);
+      parts.hasHalves = parts.hasHalves || c == u'A' || c == u'a';
+    }
   }
-  return QDate(fullYear(year, twoDigits), month, day);
+  endLiteral();
+  return parts;
 }
 
-QDate readDate(const QLocale& locale, const QString& text, const QString& format) {
-  if (const QDate date = numericDate(text, format); date.isValid()) return date;
-  const QDate named = locale.toDate(text, format);  // formats with the name of the month
-  return named;
+// A text as numbers and what stands between them: one more text than there are numbers.
+struct Numbers {
+  QVector<QStringView> digits;
+  QVector<QStringView> between;
+};
+Numbers numbersOf(QStringView text) {
+  const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+  Numbers numbers;
+  qsizetype at = 0;
+  for (;;) {
+    qsizetype end = at;
+    while (end < text.size() && !isDigit(text[end])) ++end;
+    numbers.between.append(text.sliced(at, end - at));
+    if (end == text.size()) return numbers;
+    at = end;
+    while (end < text.size() && isDigit(text[end])) ++end;
+    numbers.digits.append(text.sliced(at, end - at));
+    at = end;
+  }
 }
 
-QTime readTime(const QLocale& locale, const QString& text, const QString& format) {
-  if (const QTime time = locale.toTime(text, format); time.isValid()) return time;
-  static const QRegularExpression plain(u"^(\\d{1,2})[:.](\\d{2})(?:[:.](\\d{2}))?$"_s);
-  const QRegularExpressionMatch match = plain.match(text);
-  if (!match.hasMatch()) return {};
-  return QTime(match.captured(1).toInt(), match.captured(2).toInt(), match.captured(3).toInt());
+// Reads the three numbers of a date in the region's order; four digits in front are a year in every region.
+QDate readDate(const QString& text, const QString& regionalOrder) {
+  const Numbers numbers = numbersOf(text);
+  if (numbers.digits.size() != 3 || !numbers.between[0].isEmpty()) return {};
+  for (int part = 1; part <= 3; ++part) {
+    // A colon is a clock's; it parts no date in any region.
+    if (numbers.between[part].size() > 3 || numbers.between[part].contains(u':')) return {};
+    if (part < 3 && numbers.between[part].isEmpty()) return {};
+  }
+  const bool yearFirst = numbers.digits[0].size() == 4 && regionalOrder[0] != u'y';
+  const QString order = yearFirst ? u"yMd"_s : regionalOrder;
+  int day = 0, month = 0, year = 0;
+  for (int part = 0; part < 3; ++part) {
+    const QStringView digits = numbers.digits[part];
+    if (digits.size() > 4) return {};
+    if (order[part] == u'y')
+      year = fullYear(digits.toInt(), digits.size() <= 2);
+    else
+      (order[part] == u'd' ? day : month) = digits.toInt();
+  }
+  return QDate(year, month, day);
+}
+
+// Takes a word off one of the ends of the text; blanks around it go too.
+bool takeWord(QString& text, const QString& word) {
+  if (word.isEmpty()) return false;
+  if (text.startsWith(word))
+    text = text.mid(word.size()).trimmed();
+  else if (text.endsWith(word))
+    text = text.chopped(word.size()).trimmed();
+  else
+    return false;
+  return true;
 }
 
 }  // namespace
@@ -89,9 +170,22 @@ QTime readTime(const QLocale& locale, const QString& text, const QString& format
 Regional::Regional(const QLocale& locale)
     : locale_(locale),
       dateFormat_(dateFormatOf(locale)),
-      timeFormat_(plainBlanks(withSeconds(locale.timeFormat(QLocale::ShortFormat)))) {
-  // Text and back must agree for digits too, so no grouping and no digits of the region's own script.
-  locale_.setNumberOptions(QLocale::OmitGroupSeparator);
+      timeFormat_(plainBlanks(withSeconds(locale.timeFormat(QLocale::ShortFormat)))),
+      dateOrder_(orderOf(dateFormat_)) {
+  const auto half = [&](int hour) { return plain(locale_.toString(QTime(hour, 0), u"AP"_s)).trimmed(); };
+  forenoon_ = half(1);
+  afternoon_ = half(13);
+  TimeFormat parts = timeFormatOf(timeFormat_);
+  // Halves of the day that cannot be told apart would come back as the wrong one.
+  if (!parts.isKnown || (parts.hasHalves && (forenoon_.isEmpty() || forenoon_ == afternoon_))) {
+    timeFormat_ = u"HH:mm:ss"_s;
+    parts = timeFormatOf(timeFormat_);
+  }
+  timeLiterals_ = parts.literals << u":"_s;
+  if (dateOrder_.size() != 3) {
+    dateFormat_ = u"yyyy-MM-dd"_s;
+    dateOrder_ = u"yMd"_s;
+  }
 }
 
 QString Regional::timeText(const QTime& time) const {
@@ -109,17 +203,65 @@ QString Regional::stampText(const QDateTime& moment) const {
   return text(DateTime{moment.date(), moment.time()});
 }
 
+QTime Regional::readTime(QString text, const QStringList& literals) const {
+  // The longer word first: the shorter one may be its beginning or its end.
+  const bool longAfternoon = afternoon_.size() >= forenoon_.size();
+  const bool longFirst = takeWord(text, longAfternoon ? afternoon_ : forenoon_);
+  const bool shortThen = !longFirst && takeWord(text, longAfternoon ? forenoon_ : afternoon_);
+  bool isAfternoon = longFirst == longAfternoon, hasHalf = longFirst || shortThen;
+  if (!hasHalf) {
+    isAfternoon = takeWord(text, u"pm"_s);
+    hasHalf = isAfternoon || takeWord(text, u"am"_s);
+  }
+  const Numbers numbers = numbersOf(text);
+  const qsizetype count = numbers.digits.size();
+  if (count < 2 || count > 3 || numbers.digits[0].size() > 2) return {};
+  for (qsizetype part = 0; part <= count; ++part) {
+    const QString literal = numbers.between[part].trimmed().toString();
+    const bool isOutside = part == 0 || part == count;
+    const bool isBlank = literal.isEmpty() && (isOutside || !numbers.between[part].isEmpty());
+    if (!isBlank && !literals.contains(literal)) return {};
+    if (part > 0 && part < count && numbers.digits[part].size() != 2) return {};
+  }
+  int hour = numbers.digits[0].toInt();
+  if (hasHalf) {
+    if (hour < 1 || hour > 12) return {};
+    hour = hour % 12 + (isAfternoon ? 12 : 0);
+  }
+  return QTime(hour, numbers.digits[1].toInt(), count == 3 ? numbers.digits[2].toInt() : 0);
+}
+
 DateTime Regional::dateTime(QStringView raw) const {
-  const QString text = plainBlanks(withoutEndBlanks(raw).toString());
-  if (const QDate date = readDate(locale_, text, dateFormat_); date.isValid()) return {date, QTime()};
-  if (const QTime time = readTime(locale_, text, timeFormat_); time.isValid()) return {QDate(), time};
+  const QString text = plain(withoutEndBlanks(raw));
+  // What the region writes as a time is one, also where a date looks like it. What a person types may be a
+  // date as well, and that comes first then: "21.11.49".
+  if (const QTime time = readTime(text, timeLiterals_); time.isValid()) return {QDate(), time};
+  if (const QDate date = readDate(text, dateOrder_); date.isValid()) return {date, QTime()};
+  const QStringList typedLiterals = timeLiterals_ + QStringList{u"."_s};
+  if (const QTime time = readTime(text, typedLiterals); time.isValid()) return {QDate(), time};
   // A date may hold blanks itself, and so may a time: try each blank as the border between the two.
   for (qsizetype blank = text.indexOf(u' '); blank > 0; blank = text.indexOf(u' ', blank + 1)) {
-    const QDate date = readDate(locale_, text.left(blank), dateFormat_);
-    const QTime time = readTime(locale_, text.mid(blank + 1), timeFormat_);
-    if (date.isValid() && time.isValid()) return {date, time};
+    const QDate date = readDate(text.left(blank), dateOrder_);
+    if (!date.isValid()) continue;
+    if (const QTime time = readTime(text.mid(blank + 1), typedLiterals); time.isValid()) return {date, time};
   }
   throw RuntimeError(err::TypeMismatch);
+}
+
+QString Regional::plainText(const DateTime& moment) const {
+  QString date;
+  if (moment.date.isValid()) {
+    const QString year = QString::number(moment.date.year()).rightJustified(4, u'0');
+    for (const QChar part : dateOrder_) {
+      if (!date.isEmpty()) date += u'/';
+      date += part == u'y'   ? year
+              : part == u'M' ? QString::number(moment.date.month()).rightJustified(2, u'0')
+                             : QString::number(moment.date.day()).rightJustified(2, u'0');
+    }
+    if (!moment.time.isValid() || moment.time == QTime(0, 0)) return date;
+    date += u' ';
+  }
+  return moment.time.isValid() ? date + moment.time.toString(u"HH:mm:ss"_s) : date;
 }
 
 QString textOf(const Value& value, const Regional& regional) {

@@ -63,7 +63,11 @@ Status EmbeddedCApi::ConvertTIMEDATEToText(const TimeDate& time, QByteArray& buf
   length = 0;
   const DateTime local = localOf(time);
   if (!local.date.isValid() && !local.time.isValid()) return status::BadTime;
-  length = put(toCodePage(workspace_->regional().text(local)), buffer, limit);
+  const Regional& regional = workspace_->regional();
+  // Half of the regions write what the code page lacks; readers would find question marks.
+  QByteArray text = toCodePage(regional.text(local));
+  if (fromCodePage(text) != regional.text(local)) text = toCodePage(regional.plainText(local));
+  length = put(text, buffer, limit);
   return status::Ok;
 }
 

@@ -104,6 +104,27 @@ TEST_F(Text, TimesAreWrittenByTheRegionInLocalTime) {
   EXPECT_EQ(buffer.size(), 81);
 }
 
+// The code page lacks the digits, or the words for the halves of the day, of many regions.
+TEST_F(Text, TimesSurviveTheCodePageInEveryRegion) {
+  const DateTime moment{QDate(2024, 11, 21), QTime(14, 5, 9)};
+  const auto regions =
+      QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyCountry);
+  ASSERT_GT(regions.size(), 300);
+  QTemporaryDir directory;
+  int plain = 0;
+  for (const QLocale& locale : regions) {
+    const Regional regional(locale);
+    EmbeddedCApi regionsApi(Workspace::open(directory.path(), regional));
+    QByteArray buffer(81, ' ');
+    quint16 length = 0;
+    ASSERT_EQ(regionsApi.ConvertTIMEDATEToText(timeDateOf(moment), buffer, 80, length), 0);
+    const QString text = fromCodePage(buffer.first(length));
+    EXPECT_EQ(regional.dateTime(text), moment) << locale.name().toStdString() << ": " << text.toStdString();
+    if (text != regional.text(moment)) ++plain;
+  }
+  EXPECT_GT(plain, 50);
+}
+
 TEST_F(Text, ClearedAndWildcardTimesHaveNoText) {
   QByteArray buffer(81, ' ');
   for (const TimeDate& time : {TimeDate{}, TimeDate{{kAllDay, kAnyDay}}}) {
