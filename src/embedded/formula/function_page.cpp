@@ -52,8 +52,9 @@ the arguments of a function. `name := value` may stand there too.
 ## Values
 
 A value is a list of texts, numbers, times or time ranges, and a single one is a list of one. Nothing is converted
-on its own: `@Text`, `@ToNumber`, `@TextToTime` and the like do it. Truth is the number 1, falsehood 0. An item that
-the document does not have reads as the empty text. A selection sees summary items only.
+on its own: `@Text`, `@ToNumber`, `@TextToTime` and the like do it. Truth is the number 1, falsehood 0. A name that
+is neither variable nor item reads as the empty text wherever a text fits, in comparisons with texts too; compared with
+a number or a time it gives 0, whatever the operator. A selection sees summary items only.
 
 ## Operators
 

@@ -337,8 +337,9 @@ void Machine::callFunction(const Instruction& i) {
 
 // --- Names -------------------------------------------------------------------------------------------------
 
+// A variable that took over a missing name compares as the name does.
 void Machine::assign(Value& name, const Value& value) {
-  if (readsAsEmpty(value))
+  if (value.type() == Type::Nothing)
     name = emptyText();
   else if (value.type() == Type::Unavailable)
     name = Value::error(fault::UnavailableUsed);

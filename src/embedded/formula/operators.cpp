@@ -121,10 +121,12 @@ bool isEmptyText(const Value& value) {
 }
 
 Value compare(Operator op, const Value& left, const Value& right, Evaluation* evaluation) {
-  if (left.type() == Type::Missing || right.type() == Type::Missing) return Value::truth(false);
   const bool permuted = isPermuted(op);
   op = pairwise(op);
   const Value &a = readable(left), &b = readable(right);
+  // A missing name is empty text beside text, and in no relation at all to a number or a time.
+  if ((left.type() == Type::Missing && !isWords(b)) || (right.type() == Type::Missing && !isWords(a)))
+    return Value::truth(false);
   charge(evaluation, pairCount(permuted, a.count(), b.count()));
   if (a.isNumber() && b.isNumber()) {
     const Cell *x = a.cells(), *y = b.cells();

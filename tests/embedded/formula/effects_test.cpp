@@ -107,7 +107,7 @@ TEST_F(Effects, FormulasRunWithoutDocumentAndDatabase) {
   const Compiled compiled = compile(u"x := 2; FIELD y := 3; x + @If(Subject = \"\"; 1; 0) + y"_s);
   ASSERT_TRUE(compiled);
   Evaluation evaluation(compiled.formula, world.environment);
-  EXPECT_EQ(shown(evaluation.run(nullptr, nullptr).value), "5");
+  EXPECT_EQ(shown(evaluation.run(nullptr, nullptr).value), "6");
   const Compiled title = compile(u"@DbTitle"_s);
   EXPECT_EQ(shown(Evaluation(title.formula, world.environment).run(nullptr, nullptr).value), "error 0558");
 }
