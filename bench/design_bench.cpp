@@ -63,7 +63,7 @@ BENCHMARK(BM_ListForms)->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisec
 // The same notes, each asked for by its ID and read to its end.
 void BM_OpenForms(benchmark::State& state) {
   Forms& desk = forms();
-  const QVector<NoteSummary> notes = desk.database->list(noteclass::Form);
+  const QVector<NoteSummary> notes = desk.database->notes().list(noteclass::Form);
   const Raw raw(desk.path(),
                 "SELECT id, class, unid, parent, sequence, sequence_time, created, modified, added, accessed,"
                 " items FROM note WHERE id = ? AND state = 0");

@@ -25,7 +25,7 @@ struct Desk {
 
   QString path() const { return database->path(); }
   quint32 save(Note note) {
-    database->save(note);
+    database->notes().save(note);
     return note.header.id;
   }
   // The document is open in the client, and the window shows it.

@@ -80,13 +80,13 @@ void change(Collection& desk, int mode, int turn) {
 void BM_Collection(benchmark::State& state) {
   static int turn = 0;
   Collection desk;
-  const qint64 before = desk.database->changeSequence();
+  const qint64 before = desk.database->versions().changeSequence();
   int runs = 0;
   for (auto _ : state) {
     change(desk, int(state.range(0)), turn = 2 * (turn / 2) + 1);
     ++runs;
   }
-  if (desk.database->changeSequence() - before < qint64(runs) * kDocuments)
+  if (desk.database->versions().changeSequence() - before < qint64(runs) * kDocuments)
     state.SkipWithError("documents were not changed");
 }
 BENCHMARK(BM_Collection)
@@ -106,9 +106,9 @@ void BM_ReadAndWriteRows(benchmark::State& state) {
   const Raw write(desk.path(),
                   "UPDATE note SET sequence = ?, sequence_time = ?, created = ?, modified = ?, added = ?,"
                   " accessed = ?, items = ?, change = ? WHERE id = ?");
-  qint64 count = desk.database->changeSequence();
+  qint64 count = desk.database->versions().changeSequence();
   for (auto _ : state)
-    for (const NoteSummary& note : desk.database->list(noteclass::Document)) {
+    for (const NoteSummary& note : desk.database->notes().list(noteclass::Document)) {
       sqlite3_bind_int64(read.statement(), 1, note.id);
       if (sqlite3_step(read.statement()) != SQLITE_ROW) state.SkipWithError("a row is missing");
       QByteArray items(static_cast<const char*>(sqlite3_column_blob(read.statement(), 10)),

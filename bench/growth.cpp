@@ -48,7 +48,7 @@ void fill(Database& database, int documents) {
     Database::Transaction transaction(database);
     for (int i = 0; i < kInOneTransaction && number < documents; ++i, ++number) {
       Note note = letter(number);
-      database.save(note);
+      database.notes().save(note);
     }
     transaction.commit();
   }
@@ -61,7 +61,7 @@ void fill(Database& database, int documents) {
   subject.sorted = true;
   view.add(u"$ViewFormat"_s, itemflag::Summary, viewFormatValue({subject}));
   view.add(u"$Collation"_s, itemflag::Summary, collationValue({subject}));
-  database.save(view);
+  database.notes().save(view);
 }
 
 double timeOf(const std::function<void()>& work) {

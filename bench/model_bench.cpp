@@ -40,7 +40,7 @@ struct Letters {
     Database::Transaction transaction(*store);
     for (int i = 0; i < kNotes; ++i) {
       Note note = letter(i);
-      store->save(note);
+      store->notes().save(note);
       ids.push_back(note.header.id);
     }
     transaction.commit();

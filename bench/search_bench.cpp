@@ -52,7 +52,7 @@ const QString& path() {
     Database::Transaction transaction(*database);
     for (int i = 0; i < kDocuments; ++i) {
       Note note = document(i);
-      database->save(note);
+      database->notes().save(note);
     }
     transaction.commit();
     return path;

@@ -41,7 +41,7 @@ QString filled(const QTemporaryDir& directory, const QString& name) {
   Database::Transaction transaction(*database);
   for (int i = 0; i < kNotes; ++i) {
     Note note = document(i);
-    database->save(note);
+    database->notes().save(note);
   }
   transaction.commit();
   return path;
@@ -55,11 +55,11 @@ void BM_Save(benchmark::State& state) {
   const QTemporaryDir directory;
   const auto database = Database::open(filled(directory, QStringLiteral("ours.nsf")));
   Note note;
-  database->read(someId(1), note);
+  database->notes().read(someId(1), note);
   double count = 0;
   for (auto _ : state) {
     note.find(u"Size")->value = numberValue(++count);
-    database->save(note);
+    database->notes().save(note);
   }
 }
 BENCHMARK(BM_Save)->UseRealTime();
@@ -90,7 +90,7 @@ void BM_OpenAndReadFive(benchmark::State& state) {
   quint32 turn = 0;
   for (auto _ : state) {
     Note note;
-    database->read(someId(++turn), note);
+    database->notes().read(someId(++turn), note);
     for (const char16_t* name : {u"Form", u"Subject", u"SendTo", u"PostedDate", u"Size"})
       benchmark::DoNotOptimize(itemValues(*note.find(name)));
   }

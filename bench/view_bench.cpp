@@ -61,11 +61,11 @@ struct Filled {
     Database::Transaction transaction(*database);
     for (int i = 0; i < count; ++i) {
       Note note = document(i);
-      database->save(note);
+      database->notes().save(note);
       if (i == count / 2 + 1) some = note.header.id;
     }
     Note note = sortedView();
-    database->save(note);
+    database->notes().save(note);
     view = note.header.id;
     transaction.commit();
   }
@@ -107,12 +107,12 @@ void BM_ViewRefresh(benchmark::State& state) {
   ViewIndex index(*data.database, data.view);
   index.refresh();
   Note note;
-  data.database->read(data.some, note);
+  data.database->notes().read(data.some, note);
   quint32 turn = 0;
   for (auto _ : state) {
     state.PauseTiming();
     note.find(u"Subject")->value = textValue(QStringLiteral("Letter %1").arg(++turn * 2654435761u));
-    data.database->save(note);
+    data.database->notes().save(note);
     state.ResumeTiming();
     index.refresh();
   }

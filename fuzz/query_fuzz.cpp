@@ -17,7 +17,7 @@ std::shared_ptr<Database> indexedDatabase() {
     Note note;
     note.add(u"Subject"_s, itemflag::Summary, textValue(subject));
     note.add(u"Amount"_s, itemflag::Summary, numberValue(double(subject.size())));
-    database->save(note);
+    database->notes().save(note);
   }
   createFullTextIndex(*database);
   return database;

@@ -35,7 +35,7 @@ bool isFilled(Workspace& workspace, const Sample& sample) {
   constexpr quint16 kAllClasses = 0x7FFF;
   const QString path = QDir::toNativeSeparators(sample.path);
   return workspace.databases(sample.server).contains(path) &&
-         workspace.database(sample.server, path)->noteCount(kAllClasses) > 0;
+         workspace.database(sample.server, path)->notes().noteCount(kAllClasses) > 0;
 }
 
 void importSample(Workspace& workspace, const Sample& sample) {
@@ -96,7 +96,7 @@ std::shared_ptr<Database> openSampleMail(Workspace& workspace) {
   const QString path = QDir::toNativeSeparators(kMail);
   if (!local.contains(path)) return nullptr;
   const auto database = workspace.database(QString(), path);
-  const QVector<NoteSummary> documents = database->list(noteclass::Document);
+  const QVector<NoteSummary> documents = database->notes().list(noteclass::Document);
   workspace.client().showDatabase({QString(), path});
   if (!documents.isEmpty()) workspace.client().showDocument(documents.first().id);
   return database;

@@ -104,7 +104,7 @@ void ClientWindow::importDxl(const QStringList& filesOrFolders, bool intoNew) {
 bool ClientWindow::dropEmpty(ImportTarget& target) {
   if (!target.isNew) return false;
   try {
-    if (place_ == target.place || target.database->noteCount(kAnyClass) > 0) return false;
+    if (place_ == target.place || target.database->notes().noteCount(kAnyClass) > 0) return false;
   } catch (const RuntimeError&) {
     return false;
   }

@@ -176,7 +176,7 @@ bool ClientWindow::openDocument(quint32 noteId) {
 bool ClientWindow::readDocument(quint32 noteId) {
   try {
     Note note;
-    if (!database_->read(noteId, note))
+    if (!database_->notes().read(noteId, note))
       throw RuntimeError(enginefault::UnknownNote,
                          tr("%1: there is no note %2 any more; F5 refreshes the view")
                              .arg(database_->path(), noteIdText(noteId)));

@@ -110,7 +110,7 @@ QStringList DocumentModel::read(int row) const {
 
 QStringList DocumentModel::readNote(quint32 noteId) const {
   Note note;
-  if (!database_->read(noteId, note)) throw RuntimeError(enginefault::UnknownNote);
+  if (!database_->notes().read(noteId, note)) throw RuntimeError(enginefault::UnknownNote);
   const NoteTexts texts = textsOf(note, regional_);
   return {texts.form, texts.subject, texts.modified, noteIdText(noteId)};
 }

@@ -13,7 +13,7 @@ constexpr quint16 kDesign = quint16(~(noteclass::Document | noteclass::Private |
 
 QString storedText(const Database& database, quint32 noteId, QStringView name) {
   Item item;
-  if (!database.readItem(noteId, name, item)) return {};
+  if (!database.notes().readItem(noteId, name, item)) return {};
   const Value value = itemValues(item);
   return value.isArray() && value.upperBound() >= 0 ? value.at(0).text() : QString();
 }
@@ -54,7 +54,7 @@ QVector<quint32> idsOf(const QVector<NoteSummary>& notes) {
 QVector<ViewEntry> viewEntries(const Database& database) {
   QVector<ViewEntry> entries{{ViewEntry::Kind::AllDocuments, u"All documents"_s, 0},
                              {ViewEntry::Kind::DesignNotes, u"Design notes"_s, 0}};
-  for (const NoteSummary& view : database.list(noteclass::View))
+  for (const NoteSummary& view : database.notes().list(noteclass::View))
     if (showsDocuments(database, view.id)) entries.push_back(entryOf(database, view.id));
   std::stable_sort(entries.begin() + 2, entries.end(), [](const ViewEntry& a, const ViewEntry& b) {
     return a.title.compare(b.title, Qt::CaseInsensitive) < 0;
@@ -63,10 +63,10 @@ QVector<ViewEntry> viewEntries(const Database& database) {
 }
 
 QVector<quint32> documentsOf(const Database& database, const ViewEntry& entry) {
-  if (entry.kind == ViewEntry::Kind::AllDocuments) return idsOf(database.list(noteclass::Document));
-  if (entry.kind == ViewEntry::Kind::DesignNotes) return idsOf(database.list(kDesign));
+  if (entry.kind == ViewEntry::Kind::AllDocuments) return idsOf(database.notes().list(noteclass::Document));
+  if (entry.kind == ViewEntry::Kind::DesignNotes) return idsOf(database.notes().list(kDesign));
   Note view;
-  if (!database.read(entry.noteId, view))
+  if (!database.notes().read(entry.noteId, view))
     throw RuntimeError(enginefault::UnknownNote,
                        u"%1: the view \"%2\" is no longer there"_s.arg(database.path(), entry.title));
   return viewDocuments(database, view);

@@ -88,7 +88,7 @@ QStringList ViewRows::category(const ViewLine& line) const {
 // What a category says is not said again.
 QStringList ViewRows::document(const ViewLine& line) {
   Note note;
-  if (!database_->read(line.note, note)) throw RuntimeError(enginefault::UnknownNote);
+  if (!database_->notes().read(line.note, note)) throw RuntimeError(enginefault::UnknownNote);
   EvaluatedNote document(note, database_.get(), EvaluatedNote::Items::Summary);
   QStringList texts;
   for (const Column& column : std::as_const(columns_))

@@ -152,7 +152,7 @@ TEST_F(Client, RefreshShowsWhatWasSavedElsewhereAndKeepsTheMarks) {
   save(memo(u"Three"_s));
   workspace->notifyChanged({QString(), u"mail.nsf"_s});
   EXPECT_EQ(table().model()->rowCount(), 2);
-  mail->remove(first);
+  mail->notes().remove(first);
   QTest::keyClick(window.get(), Qt::Key_F5);
   ASSERT_EQ(table().model()->rowCount(), 2);
   EXPECT_EQ(cell(1, DocumentModel::Subject), u"Three"_s);

@@ -60,7 +60,7 @@ class Client : public testing::Test {
     return note;
   }
   quint32 save(Note note) const {
-    mail->save(note);
+    mail->notes().save(note);
     return note.header.id;
   }
   void start() {

@@ -25,7 +25,7 @@ class ClientExport : public Client {
     DxlImporter(*target).importFile(file(), report);
     EXPECT_EQ(report.failed.join(u'\n').toStdString(), "");
     QStringList subjects;
-    target->scan(noteclass::Document, [&](const Note& note) {
+    target->notes().scan(noteclass::Document, [&](const Note& note) {
       subjects.push_back(note.text(u"Subject"));
       return true;
     });
@@ -66,7 +66,7 @@ TEST_F(ClientExport, WritesTheDocumentsOfTheViewAndTheMarkedOnes) {
 TEST_F(ClientExport, WritesTheOpenDocument) {
   startWithMemos(2);
   table().selectAll();
-  ASSERT_TRUE(window->openDocument(mail->list(noteclass::Document).last().id));
+  ASSERT_TRUE(window->openDocument(mail->notes().list(noteclass::Document).last().id));
   EXPECT_FALSE(part<QAction>("exportViewAction").isEnabled());
   trigger("exportMarkedAction");
   EXPECT_EQ(written(), QStringList{u"Memo 2"_s});

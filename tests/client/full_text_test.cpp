@@ -50,7 +50,7 @@ void fillMail(Database& mail) {
     note.add(u"Subject"_s, itemflag::Summary, textValue(u"pump %1"_s.arg(i)));
     note.add(u"Body"_s, 0,
              textValue(u"A longer text of letter %1, with words and more words. "_s.arg(i).repeated(20)));
-    mail.save(note);
+    mail.notes().save(note);
   }
   transaction.commit();
 }

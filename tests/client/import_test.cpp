@@ -31,7 +31,7 @@ TEST_F(Client, ImportsAFolderIntoANewDatabaseWhenNoneIsOpen) {
   EXPECT_EQ(workspace->client().database()->path, u"fresh.nsf"_s);
   EXPECT_EQ(window->windowTitle(), u"Client: Other"_s);
   EXPECT_EQ(table().model()->rowCount(), 3);
-  EXPECT_EQ(mail->noteCount(noteclass::Document), 0);
+  EXPECT_EQ(mail->notes().noteCount(noteclass::Document), 0);
 }
 
 TEST_F(Client, ACancelledImportLeavesNothing) {
@@ -39,7 +39,7 @@ TEST_F(Client, ACancelledImportLeavesNothing) {
   openMail();
   QTimer::singleShot(0, window.get(), [&] { part<QPushButton>("importCancel").click(); });
   window->importDxl({dxlFile(u"many.dxl"_s, 2000)});
-  EXPECT_EQ(mail->noteCount(noteclass::Document), 0);
+  EXPECT_EQ(mail->notes().noteCount(noteclass::Document), 0);
   EXPECT_EQ(table().model()->rowCount(), 0);
   EXPECT_TRUE(report().contains(u"Cancelled"_s)) << report().toStdString();
   EXPECT_FALSE(window->isImporting());
@@ -69,12 +69,12 @@ TEST_F(Client, WhatIsSavedDuringAnImportIsNotUndoneWithIt) {
   openMail();
   Note own;
   own.add(u"Subject"_s, itemflag::Summary, textValue(u"Own"));
-  QTimer::singleShot(0, window.get(), [&] { mail->save(own); });
+  QTimer::singleShot(0, window.get(), [&] { mail->notes().save(own); });
   window->importDxl({dxlFile(u"cut.dxl"_s, 500, "<document>")});
   EXPECT_TRUE(report().contains(u"cut.dxl"_s)) << report().toStdString();
-  EXPECT_EQ(mail->noteCount(noteclass::Document), 1);
+  EXPECT_EQ(mail->notes().noteCount(noteclass::Document), 1);
   Note stored;
-  ASSERT_TRUE(mail->read(own.header.id, stored));
+  ASSERT_TRUE(mail->notes().read(own.header.id, stored));
   EXPECT_EQ(stored.text(u"Subject"), u"Own"_s);
 }
 
@@ -119,7 +119,7 @@ TEST_F(Client, AWindowDestroyedDuringAnImportEndsIt) {
   QTimer::singleShot(0, qApp, [&] { window.reset(); });
   window->importDxl({file});
   EXPECT_EQ(window, nullptr);
-  EXPECT_EQ(mail->noteCount(noteclass::Document), 0);
+  EXPECT_EQ(mail->notes().noteCount(noteclass::Document), 0);
 }
 
 TEST_F(Client, TheReportHoldsNoOtherWindowBack) {

@@ -20,7 +20,7 @@ TEST_F(Client, FitsItsPanesIntoTheWindow) {
   if (!file.isEmpty()) window->grab().save(file);
   EXPECT_GT(table().width(), 400);
   EXPECT_GT(part<QListWidget>("viewList").width(), 120);
-  ASSERT_TRUE(window->openDocument(mail->list(noteclass::Document).first().id));
+  ASSERT_TRUE(window->openDocument(mail->notes().list(noteclass::Document).first().id));
   if (!file.isEmpty()) window->grab().save(file + u".reader.png"_s);
   EXPECT_GT(part<QTableView>("readerItems").height(), 100);
   EXPECT_GT(part<QPlainTextEdit>("readerContent").height(), 100);

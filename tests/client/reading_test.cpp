@@ -87,15 +87,15 @@ TEST_F(Client, TheReaderShowsItemsWithTypeAndValue) {
 
 TEST_F(Client, RefreshReadsTheOpenDocumentAnewAndClosesOneThatHasGone) {
   Note note = memo(u"Pumps"_s);
-  mail->save(note);
+  mail->notes().save(note);
   start();
   openMail();
   ASSERT_TRUE(window->openDocument(note.header.id));
   note.find(u"Subject")->value = textValue(u"Valves");
-  mail->save(note);
+  mail->notes().save(note);
   window->refresh();
   EXPECT_EQ(part<QLabel>("readerSubject").text(), u"Valves"_s);
-  mail->remove(note.header.id);
+  mail->notes().remove(note.header.id);
   window->refresh();
   EXPECT_EQ(page(), u"viewPage"_s);
   EXPECT_TRUE(error().contains(u"there is no note"_s)) << error().toStdString();
@@ -105,7 +105,7 @@ TEST_F(Client, OpeningADeletedNoteIsToldAndLeavesTheView) {
   const quint32 id = save(memo(u"Pumps"_s));
   start();
   openMail();
-  mail->remove(id);
+  mail->notes().remove(id);
   EXPECT_FALSE(window->openDocument(id));
   EXPECT_TRUE(error().contains(u"mail.nsf"_s)) << error().toStdString();
   EXPECT_EQ(workspace->client().document(), 0u);

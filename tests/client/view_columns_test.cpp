@@ -114,7 +114,7 @@ TEST_F(ClientView, ACategoryIsNoDocument) {
 TEST_F(ClientView, ResponsesStandFurtherIn) {
   addView(u"Threads"_s, {column(u"What"_s, u"Subject"_s)}, true);
   Note main = memo(u"Question"_s);
-  mail->save(main);
+  mail->notes().save(main);
   Note answer = memo(u"Answer"_s);
   answer.header.parent = main.header.unid;
   save(answer);
@@ -141,7 +141,7 @@ TEST_F(ClientView, FollowsChangesWhenItIsRefreshed) {
   const quint32 first = order(u"Pump"_s, {}, 1);
   openView(u"Orders"_s);
   table().horizontalHeader()->resizeSection(0, 333);
-  mail->remove(first);
+  mail->notes().remove(first);
   EXPECT_EQ(rows(), QStringList{u"(deleted since the view was read)|"_s}) << "nothing was read before";
   order(u"Valve"_s, {}, 2);
   trigger("refreshAction");

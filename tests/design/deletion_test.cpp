@@ -22,9 +22,9 @@ TEST_F(DeletionTest, RemovesTheMarkedProfilesAndNoOther) {
   control<ListBox>("idList").setSelected(2, true);
   press("cmdDelete");
   EXPECT_EQ(rows("idList"), QStringList(profileRow(u"b"_s, second)));
-  EXPECT_EQ(database->state(first), NoteState::Stub);
-  EXPECT_EQ(database->state(second), NoteState::Live);
-  EXPECT_EQ(database->state(third), NoteState::Stub);
+  EXPECT_EQ(database->notes().state(first), NoteState::Stub);
+  EXPECT_EQ(database->notes().state(second), NoteState::Live);
+  EXPECT_EQ(database->notes().state(third), NoteState::Stub);
   EXPECT_EQ(host.boxes, Boxes());
   EXPECT_TRUE(form().cmdDelete->isEnabled());
 }
@@ -47,8 +47,8 @@ TEST_F(DeletionTest, TakesTwoNeighboursOneAfterTheOther) {
   markRows({profileRow(u"a"_s, first), profileRow(u"b"_s, second)});
   press("cmdDelete");
   EXPECT_EQ(rows("idList"), QStringList());
-  EXPECT_EQ(database->state(first), NoteState::Stub);
-  EXPECT_EQ(database->state(second), NoteState::Stub);
+  EXPECT_EQ(database->notes().state(first), NoteState::Stub);
+  EXPECT_EQ(database->notes().state(second), NoteState::Stub);
   EXPECT_EQ(host.boxes, Boxes());
 }
 
@@ -76,8 +76,8 @@ TEST_F(DeletionTest, ReadsBareIdsAndDesignRowsAlike) {
   markRows({digits(bare), row(u"Person|per"_s, named)});
   press("cmdDelete");
   EXPECT_EQ(rows("idList"), QStringList());
-  EXPECT_EQ(database->state(bare), NoteState::Stub);
-  EXPECT_EQ(database->state(named), NoteState::Stub);
+  EXPECT_EQ(database->notes().state(bare), NoteState::Stub);
+  EXPECT_EQ(database->notes().state(named), NoteState::Stub);
 }
 
 TEST_F(DeletionTest, ReallyRemovesADamagedNoteAndKeepsItsRowMarked) {
@@ -88,7 +88,7 @@ TEST_F(DeletionTest, ReallyRemovesADamagedNoteAndKeepsItsRowMarked) {
   notes().log.clear();
   press("cmdDelete");
   EXPECT_EQ(host.boxes, Boxes({deleted(id)}));
-  EXPECT_EQ(database->state(id), NoteState::Gone);
+  EXPECT_EQ(database->notes().state(id), NoteState::Gone);
   EXPECT_EQ(markedRows(), texts);
   EXPECT_EQ(callsOf(u"VIEWREFRESH"_s), 0);
   EXPECT_TRUE(state().gDoc.isNothing());
@@ -101,8 +101,8 @@ TEST_F(DeletionTest, ReallyRemovesADamagedNoteAndKeepsItsRowMarked) {
 
 TEST_F(DeletionTest, TellsAStubAGoneNoteAndAnIdThatNeverWasApart) {
   const quint32 stub = memo(), gone = memo(), kept = memo();
-  database->remove(stub);
-  database->remove(gone, false);
+  database->notes().remove(stub);
+  database->notes().remove(gone, false);
   start();
   markRows({digits(stub), digits(gone), digits(kept + 1), digits(kept + 400), u"00000000"_s});
   press("cmdDelete");
@@ -116,8 +116,8 @@ TEST_F(DeletionTest, TellsAStubAGoneNoteAndAnIdThatNeverWasApart) {
                         app->routines.GetAPIError(status) + u" " + id);
   EXPECT_EQ(host.boxes, expected);
   EXPECT_EQ(markedRows().size(), 5);
-  EXPECT_EQ(database->state(stub), NoteState::Stub);
-  EXPECT_EQ(database->state(kept), NoteState::Live);
+  EXPECT_EQ(database->notes().state(stub), NoteState::Stub);
+  EXPECT_EQ(database->notes().state(kept), NoteState::Live);
 }
 
 TEST_F(DeletionTest, ReallyRemovesADamagedDesignNoteThatWasListedBefore) {
@@ -128,7 +128,7 @@ TEST_F(DeletionTest, ReallyRemovesADamagedDesignNoteThatWasListedBefore) {
   damage(id);
   press("cmdDelete");
   EXPECT_EQ(host.boxes, Boxes({deleted(id)}));
-  EXPECT_EQ(database->state(id), NoteState::Gone);
+  EXPECT_EQ(database->notes().state(id), NoteState::Gone);
 }
 
 TEST_F(DeletionTest, NeverRemovesTheDocumentOnDisplayInPlaceOfTheOneThatIsGone) {
@@ -136,12 +136,12 @@ TEST_F(DeletionTest, NeverRemovesTheDocumentOnDisplayInPlaceOfTheOneThatIsGone) 
   openDocument(shown);
   start();
   const quint32 gone = memo();
-  database->remove(gone, false);
+  database->notes().remove(gone, false);
   ASSERT_FALSE(state().gDoc.isNothing());
   markRows({digits(gone)});
   press("cmdDelete");
   EXPECT_EQ(host.boxes, Boxes({notThere(gone)}));
-  EXPECT_EQ(database->state(shown), NoteState::Live);
+  EXPECT_EQ(database->notes().state(shown), NoteState::Live);
   EXPECT_TRUE(state().gDoc.isNothing());
 }
 
@@ -153,7 +153,7 @@ TEST_F(DeletionTest, TriesALowLevelRowAgainAfterARemovalBeforeTheEnd) {
   press("cmdDelete");
   EXPECT_EQ(host.boxes, Boxes({deleted(bad), notThere(bad)}));
   EXPECT_EQ(rows("idList"), QStringList({digits(bad), digits(other)}));
-  EXPECT_EQ(database->state(other), NoteState::Live);
+  EXPECT_EQ(database->notes().state(other), NoteState::Live);
 }
 
 TEST_F(DeletionTest, EndsWhenTheRemovedRowWasTheLast) {
@@ -163,7 +163,7 @@ TEST_F(DeletionTest, EndsWhenTheRemovedRowWasTheLast) {
   press("cmdDelete");
   EXPECT_EQ(host.boxes, Boxes({deleted(bad)}));
   EXPECT_EQ(rows("idList"), QStringList(digits(bad)));
-  EXPECT_EQ(database->state(good), NoteState::Stub);
+  EXPECT_EQ(database->notes().state(good), NoteState::Stub);
 }
 
 TEST_F(DeletionTest, GoesOnBehindALowLevelRow) {
@@ -188,7 +188,7 @@ TEST_F(DeletionTest, TakesNoPartOfANameForAnId) {
   };
   EXPECT_EQ(host.boxes, Boxes({mismatch(older), mismatch(tail), mismatch(u"12"_s), mismatch(u"123456789"_s),
                                mismatch(u"0000011G"_s)}));
-  EXPECT_EQ(database->state(id), NoteState::Live);
+  EXPECT_EQ(database->notes().state(id), NoteState::Live);
   EXPECT_EQ(capi().log.filter(u"NSFNoteDelete"_s), QStringList());
   EXPECT_EQ(capi().log.filter(u"NotesTerm"_s), QStringList());
   EXPECT_EQ(capi().log.filter(u"NSFDbClose"_s).size(), 5);
@@ -202,7 +202,7 @@ TEST_F(DeletionTest, ClearsTheTopBitOfAnId) {
   press("cmdDelete");
   ASSERT_EQ(host.boxes.size(), 1);
   EXPECT_EQ(host.boxes[0], toldBox(u"Successfully deleted NoteID "_s + digits(bad | 0x80000000u)));
-  EXPECT_EQ(database->state(bad), NoteState::Gone);
+  EXPECT_EQ(database->notes().state(bad), NoteState::Gone);
 }
 
 TEST_F(DeletionTest, EndsSilentlyAtARowWithoutAnId) {
@@ -212,7 +212,7 @@ TEST_F(DeletionTest, EndsSilentlyAtARowWithoutAnId) {
   capi().log.clear();
   press("cmdDelete");
   EXPECT_EQ(host.boxes, Boxes({deleted(before)}));
-  EXPECT_EQ(database->state(behind), NoteState::Live);
+  EXPECT_EQ(database->notes().state(behind), NoteState::Live);
   EXPECT_EQ(rows("idList").size(), 3);
 }
 
@@ -224,7 +224,7 @@ TEST_F(DeletionTest, EndsWithoutADatabase) {
   press("cmdDelete");
   EXPECT_EQ(host.boxes, Boxes({noDatabaseBox()}));
   EXPECT_EQ(rows("idList").size(), 2);
-  EXPECT_EQ(database->state(id), NoteState::Live);
+  EXPECT_EQ(database->notes().state(id), NoteState::Live);
 }
 
 TEST_F(DeletionTest, DeletesInTheDatabaseOfTheListAndNotInTheOneThatIsShownNow) {
@@ -235,8 +235,8 @@ TEST_F(DeletionTest, DeletesInTheDatabaseOfTheListAndNotInTheOneThatIsShownNow) 
   openDatabase(u"other.nsf"_s);
   const quint32 other = profile(u"b"_s);
   press("cmdDelete");
-  EXPECT_EQ(mail->state(id), NoteState::Stub);
-  EXPECT_EQ(database->state(other), NoteState::Live);
+  EXPECT_EQ(mail->notes().state(id), NoteState::Stub);
+  EXPECT_EQ(database->notes().state(other), NoteState::Live);
   EXPECT_EQ(host.boxes, Boxes());
 }
 
@@ -258,7 +258,7 @@ TEST_F(DeletionTest, OfADatabaseThatCannotBeOpenedSaysSoAndGoesOn) {
   const QStringList once{u"NotesInitExtended"_s, u"OSPathNetConstruct"_s, u"NSFDbOpen"_s,
                          u"NotesInitExtended"_s, u"OSLoadString"_s,       u"NotesTerm"_s};
   EXPECT_EQ(capi().log.mid(0, 12), once + once) << "the library stays open here";
-  EXPECT_EQ(database->state(id), NoteState::Damaged);
+  EXPECT_EQ(database->notes().state(id), NoteState::Damaged);
   // Whatever uses the library later works on.
   host.boxes.clear();
   notes().replies.clear();
@@ -289,7 +289,7 @@ TEST_F(DeletionTest, ThatTheObjectModelRefusesEndsWithItsReason) {
     EXPECT_EQ(markedRows().size(), 2);
   }
   EXPECT_EQ(capi().log, QStringList()) << "the second level is for notes that are not found";
-  EXPECT_EQ(database->state(first), NoteState::Live);
+  EXPECT_EQ(database->notes().state(first), NoteState::Live);
 }
 
 TEST_F(DeletionTest, ThatTheStoreRefusesEndsWithItsReasonAndKeepsTheNote) {
@@ -326,7 +326,7 @@ TEST_F(DeletionTest, RefreshesNoViewWhereNoneIsOpenAndSaysNothing) {
   closeDatabase();
   markRows({digits(id)});
   press("cmdDelete");
-  EXPECT_EQ(database->state(id), NoteState::Stub);
+  EXPECT_EQ(database->notes().state(id), NoteState::Stub);
   EXPECT_EQ(host.boxes, Boxes());
 }
 

@@ -129,7 +129,7 @@ TEST_F(DesignDocsTest, EndsAtANoteThatIsGone) {
   run(u"SELECTDOCUMENTS"_s);
   EXPECT_EQ(rows("idList"), QStringList(digits(first) + u" "));
   EXPECT_EQ(host.boxes, Boxes({errorBox(kDesignDocsProcedure, err::ObjectNotSet)}));
-  EXPECT_EQ(database->state(second), NoteState::Live);
+  EXPECT_EQ(database->notes().state(second), NoteState::Live);
 }
 
 class NoteIdScan : public DesignDocsTest {
@@ -193,7 +193,7 @@ TEST_F(NoteIdScan, FindsProfilesAndEndsAtTheFirstIdThatTheClientRefuses) {
   saved(noteWith(u"$Name"_s, textValue(u"$Profile_001b_"_s)));
   saved(noteWith(u"$Name"_s, textValue(u"a $profile_"_s)));
   const quint32 gone = profile(u"gone"_s);
-  database->remove(gone);
+  database->notes().remove(gone);
   const quint32 second = profile(u"b"_s);
   start();
   scan(1000, QString::number(before));

@@ -36,7 +36,7 @@ class DesignTest : public LensFixture {
   void damage(quint32 id) {
     const QByteArray sql = "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(id);
     ASSERT_EQ(sqlite3_exec(database->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
-    ASSERT_EQ(database->state(id), NoteState::Damaged);
+    ASSERT_EQ(database->notes().state(id), NoteState::Damaged);
   }
   quint32 damaged() {
     const quint32 id = memo();

@@ -203,7 +203,7 @@ TEST_F(DesignListTest, EndsAtANoteThatIsDeletedMeanwhileAndKeepsItsRows) {
   start();
   setText("txtSearch", u"x"_s);
   const QString counter = text("lblCounter");
-  host.whileYielding = [&] { database->remove(second, false); };
+  host.whileYielding = [&] { database->notes().remove(second, false); };
   host.pointers.clear();
   list(u"SELECTDOCUMENTS"_s);
   EXPECT_EQ(rows("idList"), QStringList(digits(first)));
@@ -212,7 +212,7 @@ TEST_F(DesignListTest, EndsAtANoteThatIsDeletedMeanwhileAndKeepsItsRows) {
   EXPECT_EQ(text("lblCounter"), counter);
   EXPECT_EQ(state().gDocKind, "PROFILE");
   EXPECT_EQ(caption(), "DOCUMENTS documents in: !!mail.nsf");
-  EXPECT_EQ(database->state(third), NoteState::Live);
+  EXPECT_EQ(database->notes().state(third), NoteState::Live);
 }
 
 TEST_F(DesignListTest, IsThatOfTheMomentItBegan) {
@@ -220,7 +220,7 @@ TEST_F(DesignListTest, IsThatOfTheMomentItBegan) {
   start();
   host.whileYielding = [&] {
     if (host.yields != 1) return;
-    database->remove(first, false);
+    database->notes().remove(first, false);
     memo();
   };
   host.yields = 0;
@@ -233,7 +233,7 @@ TEST_F(DesignListTest, ShowsNoFieldsOfANoteThatIsGone) {
   const quint32 id = design(noteclass::Form, u"Memo"_s);
   start();
   list(u"SELECTFORMS"_s);
-  database->remove(id, false);
+  database->notes().remove(id, false);
   select("idList", 0);
   click("cmdidList");
   EXPECT_EQ(rows("fldList"), QStringList());

@@ -136,11 +136,11 @@ TEST_F(DesignFaults, TheDeletionTellsARefusedRemovalAndTakesAFailedLookUpForALos
           EXPECT_EQ(
               host.boxes,
               Boxes({{u"Successfully deleted NoteID "_s + digits(id), box::Information, u"Remove doc"_s}}));
-          EXPECT_EQ(database->state(id), NoteState::Gone);
+          EXPECT_EQ(database->notes().state(id), NoteState::Gone);
           EXPECT_EQ(markedRows().size(), 1);
         } else if (failedIn(n, u"Remove"_s)) {
           EXPECT_EQ(host.boxes, Boxes({{failure, box::Critical, u"Remove Profiles"_s}}));
-          EXPECT_EQ(database->state(id), NoteState::Live);
+          EXPECT_EQ(database->notes().state(id), NoteState::Live);
           EXPECT_EQ(markedRows().size(), 1);
         } else {
           EXPECT_EQ(host.boxes, Boxes({errorBox(u"RefreshCurrentView"_s, 70)}));
@@ -165,7 +165,7 @@ TEST_F(DesignFaults, TheLowLevelTellsAFailureOfTheModelAndOfTheLibraryInTheSameB
     press("cmdDelete");
     notes().failing.clear();
     EXPECT_EQ(host.boxes, told(70));
-    EXPECT_EQ(database->state(id), NoteState::Damaged);
+    EXPECT_EQ(database->notes().state(id), NoteState::Damaged);
   }
   for (int n = 1; n <= 6; ++n) {
     SCOPED_TRACE(n);
@@ -177,7 +177,7 @@ TEST_F(DesignFaults, TheLowLevelTellsAFailureOfTheModelAndOfTheLibraryInTheSameB
     press("cmdDelete");
     capi().failAt = 0;
     EXPECT_EQ(host.boxes, told(453));
-    EXPECT_EQ(database->state(id), n <= 4 ? NoteState::Damaged : NoteState::Gone);
+    EXPECT_EQ(database->notes().state(id), n <= 4 ? NoteState::Damaged : NoteState::Gone);
     const QStringList closes = capi().log.filter(u"NSFDbClose"_s);
     EXPECT_EQ(closes.size(), n <= 3 ? 0 : n == 4 ? 1 : 2) << "a handle that was had is closed";
     EXPECT_EQ(engineCapi->openHandles(), 0);
@@ -187,7 +187,7 @@ TEST_F(DesignFaults, TheLowLevelTellsAFailureOfTheModelAndOfTheLibraryInTheSameB
 
 TEST_F(DesignFaults, AStatusWhoseTextCannotBeReadIsToldWithoutIt) {
   const quint32 id = memo();
-  database->remove(id, false);
+  database->notes().remove(id, false);
   markRows({digits(id)});
   capi().failFunction = u"OSLoadString"_s;
   press("cmdDelete");

@@ -227,7 +227,7 @@ TEST_F(FieldReports, AnItemWithoutValuesEndsTheReportInABox) {
 TEST_F(FieldReports, NotesThatAreGoneOrUnreadableAreSkipped) {
   const quint32 stub = memo(u"V"_s, textValue(u"x")), damaged = memo(u"V"_s, textValue(u"x"));
   const quint32 good = memo(u"V"_s, textValue(u"x"));
-  database->remove(stub);
+  database->notes().remove(stub);
   const QByteArray sql = "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(damaged);
   ASSERT_EQ(sqlite3_exec(database->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
   list({stub, damaged, good});
@@ -242,7 +242,7 @@ TEST_F(FieldReports, TheDocumentIsTheLastNoteTried) {
   contentsOf(u"V"_s);
   EXPECT_EQ(state().gDoc.get(u"NoteID"_s).text(), QString::number(two, 16).toUpper());
   EXPECT_EQ(state().gDocKind, u"PROFILE"_s);
-  database->remove(two);
+  database->notes().remove(two);
   contentsOf(u"V"_s);
   EXPECT_TRUE(state().gDoc.isNothing());
 }

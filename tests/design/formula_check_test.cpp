@@ -139,7 +139,7 @@ TEST_F(FormulaCheck, WritesNothingIntoTheDocument) {
   const quint32 id = show(order());
   EXPECT_EQ(answers(u"FIELD Customer := \"new\"; Customer"_s), QStringList(u"new"_s));
   Note stored;
-  ASSERT_TRUE(database->read(id, stored));
+  ASSERT_TRUE(database->notes().read(id, stored));
   EXPECT_EQ(stored.text(u"Customer"), u"Größe & Co"_s);
 }
 
@@ -158,7 +158,7 @@ TEST_F(FormulaCheck, ADatabaseThatCannotBeOpenedAnswersNothing) {
 
 TEST_F(FormulaCheck, ANoteThatIsGoneAnswersNothing) {
   const quint32 id = show(order());
-  database->remove(id);
+  database->notes().remove(id);
   notes().replies.insert(u"NOTEID"_s, QString::number(id, 16));
   capi().log.clear();
   EXPECT_EQ(answers(u"\"x\""_s), QStringList());

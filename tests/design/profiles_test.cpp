@@ -123,9 +123,9 @@ TEST_F(ProfilesTest, OneThatLosesItsNameMeanwhileCostsOneBox) {
   notes().onCall = [&](const QString& name) {
     if (name != u"GETNTHDOCUMENT" || callsOf(name) != 2) return;
     Note note;
-    ASSERT_TRUE(database->read(second, note));
+    ASSERT_TRUE(database->notes().read(second, note));
     note.items.clear();
-    database->save(note);
+    database->notes().save(note);
   };
   click("cmdGetProfiels");
   EXPECT_EQ(host.boxes, Boxes({errorBox(kProfilesProcedure, err::TypeMismatch)}));
@@ -138,7 +138,7 @@ TEST_F(ProfilesTest, OneThatIsDeletedMeanwhileCostsOneBox) {
   start();
   notes().log.clear();
   notes().onCall = [&](const QString& name) {
-    if (name == u"GETNTHDOCUMENT" && callsOf(name) == 2) database->remove(second, false);
+    if (name == u"GETNTHDOCUMENT" && callsOf(name) == 2) database->notes().remove(second, false);
   };
   click("cmdGetProfiels");
   EXPECT_EQ(host.boxes.size(), 1);
@@ -227,9 +227,9 @@ TEST_F(UnprocessedDocuments, AreRemovedWithoutAQuestion) {
   start();
   selectDocuments({first, second});
   app->profiles.removeUnprocessedDocuments();
-  EXPECT_EQ(database->state(first), NoteState::Stub);
-  EXPECT_EQ(database->state(second), NoteState::Stub);
-  EXPECT_EQ(database->state(kept), NoteState::Live);
+  EXPECT_EQ(database->notes().state(first), NoteState::Stub);
+  EXPECT_EQ(database->notes().state(second), NoteState::Stub);
+  EXPECT_EQ(database->notes().state(kept), NoteState::Live);
   EXPECT_EQ(host.boxes, Boxes());
 }
 
@@ -238,7 +238,7 @@ TEST_F(UnprocessedDocuments, OfNoSelectionAreLeftAlone) {
   start();
   app->profiles.removeUnprocessedDocuments();
   EXPECT_EQ(callsOf(u"REMOVEALL"_s), 0);
-  EXPECT_EQ(database->state(id), NoteState::Live);
+  EXPECT_EQ(database->notes().state(id), NoteState::Live);
 }
 
 TEST_F(UnprocessedDocuments, LeaveAFailureToTheCaller) {

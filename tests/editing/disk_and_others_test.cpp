@@ -68,34 +68,34 @@ class DiskAndOthers : private FailingDisk, public EditingTest {
 
 TEST_F(DiskAndOthers, ADocumentDeletedElsewhereIsNotWrittenAndNotBroughtBack) {
   show(memo());
-  ASSERT_TRUE(elsewhere()->remove(noteId));
+  ASSERT_TRUE(elsewhere()->notes().remove(noteId));
   overwrite(u"new"_s);
   ASSERT_EQ(host.boxes.size(), 1);
   EXPECT_EQ(host.boxes[0].title, u"Error in Overwrite"_s);
   EXPECT_TRUE(host.boxes[0].text.endsWith(u" (please Reload the document again)"_s));
   Note note;
-  EXPECT_FALSE(elsewhere()->read(noteId, note));
+  EXPECT_FALSE(elsewhere()->notes().read(noteId, note));
 }
 
 TEST_F(DiskAndOthers, ADocumentChangedElsewhereTakesTheLastWriteWithoutAConflict) {
   show(memo());
   const auto other = elsewhere();
   Note theirs;
-  ASSERT_TRUE(other->read(noteId, theirs));
+  ASSERT_TRUE(other->notes().read(noteId, theirs));
   theirs.find(u"Subject")->value = textValue(u"theirs"_s);
   theirs.add(u"Theirs"_s, itemflag::Summary, textValue(u"x"_s));
-  other->save(theirs);
-  const int notesBefore = other->noteCount(noteclass::Document);
+  other->notes().save(theirs);
+  const int notesBefore = other->notes().noteCount(noteclass::Document);
   overwrite(u"ours"_s);
   EXPECT_EQ(boxes(), QStringList());
   EXPECT_EQ(values(u"Subject"_s), QStringList(u"ours"_s));
   EXPECT_EQ(stored().header.sequence, theirs.header.sequence + 1);
-  EXPECT_EQ(elsewhere()->noteCount(noteclass::Document), notesBefore);
+  EXPECT_EQ(elsewhere()->notes().noteCount(noteclass::Document), notesBefore);
 }
 
 TEST_F(DiskAndOthers, ADocumentOfTheListDeletedElsewhereIsPassedOver) {
   collect(3);
-  ASSERT_TRUE(elsewhere()->remove(ids[1]));
+  ASSERT_TRUE(elsewhere()->notes().remove(ids[1]));
   press("cmdWriteDocsInColl");
   EXPECT_EQ(boxes(), QStringList());
   EXPECT_EQ(values(stored(ids[0]), u"Subject"_s), QStringList(u"new"_s));
@@ -107,7 +107,8 @@ TEST_F(DiskAndOthers, ADocumentDeletedWhileTheRunHoldsItEndsTheRunThere) {
   collect(3);
   int taken = 0;
   notes().onCall = [&](const QString& name) {
-    if (name.compare(u"GETFIRSTITEM", Qt::CaseInsensitive) == 0 && ++taken == 2) elsewhere()->remove(ids[1]);
+    if (name.compare(u"GETFIRSTITEM", Qt::CaseInsensitive) == 0 && ++taken == 2)
+      elsewhere()->notes().remove(ids[1]);
   };
   press("cmdWriteDocsInColl");
   notes().onCall = nullptr;
@@ -177,7 +178,7 @@ TEST_F(DiskAndOthers, ADiskThatFillsUpInARunLosesNothingAndHalvesNothing) {
     for (const quint32 id : ids) {
       Note note = stored(id);
       note.find(u"Subject")->value = textValue(u"old"_s);
-      database->save(note);
+      database->notes().save(note);
     }
     setText("txtFieldName", u"Subject"_s);
     setText("txtFieldContent", u"new"_s);

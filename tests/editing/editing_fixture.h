@@ -33,7 +33,7 @@ class EditingTest : public LensFixture {
   }
   Note stored(quint32 id) {
     Note note;
-    EXPECT_TRUE(database->read(id, note));
+    EXPECT_TRUE(database->notes().read(id, note));
     return note;
   }
   Note stored() { return stored(noteId); }

@@ -65,7 +65,7 @@ TEST_F(Limits, TheLineCounterShowsOneBoxInEachCommand) {
     EXPECT_EQ(stored(id).has(u"Subject"), button == std::string("cmdWriteDocsInColl")) << button;
     Note note = stored(id);
     if (!note.has(u"Subject")) note.add(u"Subject"_s, itemflag::Summary, textValue(u"Pumps"_s));
-    database->save(note);
+    database->notes().save(note);
   }
 }
 

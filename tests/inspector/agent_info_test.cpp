@@ -290,7 +290,8 @@ TEST_F(AgentInfoTest, RecordsOfAnyLengthAreShown) {
     EXPECT_EQ(boxes(), QStringList()) << size;
     EXPECT_EQ(engineCapi->openHandles(), 0) << size;
     app.reset();
-    for (const NoteSummary& summary : database->list(noteclass::Filter)) database->remove(summary.id);
+    for (const NoteSummary& summary : database->notes().list(noteclass::Filter))
+      database->notes().remove(summary.id);
   }
 }
 
@@ -315,7 +316,7 @@ TEST_F(AgentInfoTest, ARecordOfAnotherTypeIsReadAllTheSame) {
 TEST_F(AgentInfoTest, AClickShowsWhatIsStoredAtThatMoment) {
   view(assistInfoValue(weekly()));
   Note note;
-  ASSERT_TRUE(database->read(database->list(noteclass::Filter).constFirst().id, note));
+  ASSERT_TRUE(database->notes().read(database->notes().list(noteclass::Filter).constFirst().id, note));
   AgentSchedule changed = weekly();
   changed.trigger = 5;
   note.find(u"$AssistInfo")->value = assistInfoValue(changed);

@@ -52,7 +52,7 @@ TEST_F(DatabasePropertiesTest, ShowsTheIconNoteAndItsItems) {
   EXPECT_EQ(control<ListBox>("idList").listIndex(), 0);
   EXPECT_EQ(rows("fldList"), QStringList({u"$TITLE: Mail"_s, u"$Flags: rJ"_s}));
   Note icon;
-  ASSERT_TRUE(database->read(iconId, icon));
+  ASSERT_TRUE(database->notes().read(iconId, icon));
   EXPECT_EQ(text("NotesUID"), icon.header.unid.text());
   EXPECT_EQ(state().gDoc.get(u"NoteID"_s).text().toUInt(nullptr, 16), iconId);
   EXPECT_EQ(boxes(), QStringList());

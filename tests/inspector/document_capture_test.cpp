@@ -331,7 +331,7 @@ TEST_F(DocumentCaptureTest, AnIdWithoutADatabaseShowsNothing) {
 
 TEST_F(DocumentCaptureTest, ADeletedDocumentGivesNoFieldsAndNoBox) {
   const quint32 id = memo(u"x"_s);
-  database->remove(id);
+  database->notes().remove(id);
   start();
   setText("NotesID", QString::number(id));
   click("viewNotesID");

@@ -33,12 +33,12 @@ class EveryNoteTest : public LensFixture {
       for (const QString& entry : listed) all += listedNoteId(entry);
     }
     EXPECT_EQ(all.removeDuplicates(), 0);
-    EXPECT_EQ(all.size(), store->list(kAllClasses).size()) << place.path.toStdString();
+    EXPECT_EQ(all.size(), store->notes().list(kAllClasses).size()) << place.path.toStdString();
   }
   void viewRow(const Database& store, int row) {
     const std::string shown = rows("idList")[row].toStdString();
     Note note;
-    ASSERT_TRUE(store.read(listedNoteId(rows("idList")[row]).toUInt(nullptr, 16), note));
+    ASSERT_TRUE(store.notes().read(listedNoteId(rows("idList")[row]).toUInt(nullptr, 16), note));
     EXPECT_EQ(rows("idList")[row].startsWith(note.text(u"$TITLE") + u"  # "), note.has(u"$TITLE")) << shown;
     select("idList", row);
     click("cmdidList");
@@ -76,9 +76,9 @@ class EveryNoteTest : public LensFixture {
     workspace->client().showDatabase(place);
     const auto store = workspace->database(place.server, place.path);
     int viewed = 0;
-    for (const NoteSummary& summary : store->list(kAllClasses)) {
+    for (const NoteSummary& summary : store->notes().list(kAllClasses)) {
       Note note;
-      EXPECT_TRUE(store->read(summary.id, note));
+      EXPECT_TRUE(store->notes().read(summary.id, note));
       form().NotesID->setText(QString::number(summary.id));
       form().viewNotesID->raiseClick();
       EXPECT_EQ(rows("fldList").size(), note.items.size()) << place.path.toStdString() << " " << summary.id;
@@ -131,9 +131,9 @@ TEST_F(EveryNoteTest, OfAFolderOfExportsIsListedByItsClass) {
 
 TEST_F(EveryNoteTest, ASecondStartLeavesAFilledWorkspaceAlone) {
   fillFirstTime(*workspace);
-  const qint64 before = workspace->database(QString(), u"mail/kmeier.nsf"_s)->changeSequence();
+  const qint64 before = workspace->database(QString(), u"mail/kmeier.nsf"_s)->versions().changeSequence();
   fillFirstTime(*workspace);
-  EXPECT_EQ(workspace->database(QString(), u"mail/kmeier.nsf"_s)->changeSequence(), before);
+  EXPECT_EQ(workspace->database(QString(), u"mail/kmeier.nsf"_s)->versions().changeSequence(), before);
 }
 
 TEST_F(EveryNoteTest, OfAFolderOfExportsCanBeRead) {

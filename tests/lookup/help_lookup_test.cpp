@@ -286,7 +286,7 @@ TEST_F(HelpLookupTest, OnlyTheFirstSubjectCounts) {
   topic.add(u"TopicType"_s, itemflag::Summary, textValue(u"About"));
   topic.add(u"_Parent"_s, itemflag::Summary, textValue(u"LSAZ_CHAPTER_7"));
   topic.add(u"Subject"_s, itemflag::Summary, textListValue({u"one"_s, u"a longer one"_s}));
-  help->save(topic);
+  help->notes().save(topic);
   startWithRow();
   ASSERT_EQ(listedBy("cmdLS").size(), 1);
   EXPECT_TRUE(rows("idList")[0].startsWith(u"one # "_s));
@@ -298,7 +298,7 @@ TEST_F(HelpLookupTest, ATopicWithoutASubjectEndsInTheReportAndTheHourglassStays)
   Note topic = document(u"Topic"_s);
   topic.add(u"TopicType"_s, itemflag::Summary, textValue(u"About"));
   topic.add(u"_Parent"_s, itemflag::Summary, textValue(u"LSAZ_CHAPTER_7"));
-  help->save(topic);
+  help->notes().save(topic);
   startWithRow();
   press("cmdLS");
   EXPECT_EQ(host.boxes, ShownBoxes({report(err::TypeMismatch)}));

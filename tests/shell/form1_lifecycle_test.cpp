@@ -100,11 +100,11 @@ TEST_F(MainWindowTest, TheServerListTakesTheServersOfThePublicAddressBook) {
   Note view;
   view.header.noteClass = noteclass::View;
   view.add(u"$TITLE"_s, itemflag::Summary, textValue(u"($Servers)"));
-  book->save(view);
+  book->notes().save(view);
   for (const QString& server : {hub, u"CN=ACME-MAIL01/O=Acme"_s}) {
     Note note = document(u"Server"_s);
     note.add(u"ServerName"_s, itemflag::Summary, textValue(server));
-    book->save(note);
+    book->notes().save(note);
   }
   startWithDocument();
   EXPECT_EQ(rows("lstServerList"), QStringList({u"Local"_s, hub, u"CN=ACME-MAIL01/O=Acme"_s}));

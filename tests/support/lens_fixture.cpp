@@ -36,7 +36,7 @@ Note LensFixture::document(const QString& form) {
 }
 
 quint32 LensFixture::save(Note& note) {
-  database->save(note);
+  database->notes().save(note);
   return note.header.id;
 }
 
@@ -44,7 +44,7 @@ void LensFixture::attach(Note& note, const QString& fileName, const QByteArray& 
   QBuffer source;
   source.setData(bytes);
   source.open(QIODevice::ReadOnly);
-  const Database::StoredObject object = database->addObject(source);
+  const StoredObject object = database->objects().add(source);
   FileObject file;
   file.objectId = object.id;
   file.name = fileName;

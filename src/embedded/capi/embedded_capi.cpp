@@ -24,7 +24,7 @@ DatabasePlace placeOf(const Workspace& workspace, const QByteArray& path) {
 }
 
 Status whyMissing(const Database& store, quint32 noteId) {
-  switch (store.state(noteId)) {
+  switch (store.notes().state(noteId)) {
     case NoteState::NeverIssued:
       return status::BadNoteId;
     case NoteState::Stub:
@@ -36,13 +36,13 @@ Status whyMissing(const Database& store, quint32 noteId) {
 
 // A response tells its parent in its header, or else in an item that has to be looked for in all documents.
 bool hasResponses(const Database& store, quint32 noteId) {
-  const QVector<NoteSummary> notes = store.list(noteclass::Document);
+  const QVector<NoteSummary> notes = store.notes().list(noteclass::Document);
   const auto note = std::find_if(notes.begin(), notes.end(), [&](const auto& n) { return n.id == noteId; });
   if (note == notes.end()) return false;
   const Unid unid = note->unid;
   if (std::any_of(notes.begin(), notes.end(), [&](const auto& n) { return n.parent == unid; })) return true;
   bool found = false;
-  store.scanPacked(noteclass::Document, [&](const PackedNote& other) {
+  store.notes().scanPacked(noteclass::Document, [&](const PackedNote& other) {
     found = other.items.find(u"$REF") >= 0 && parentOf(other.unpack()) == unid;
     return !found;
   });
@@ -122,7 +122,7 @@ Status EmbeddedCApi::NSFNoteOpen(DbHandle db, qint32 noteId, quint16, NoteHandle
       return status::NoSpecialNote;
     auto opened = std::make_unique<OpenNote>();
     opened->db = db;
-    if (!open->store->read(id, opened->note)) {
+    if (!open->store->notes().read(id, opened->note)) {
       return whyMissing(*open->store, id);
     }
     note = give(notes_, std::move(opened));
@@ -154,7 +154,7 @@ Status EmbeddedCApi::NSFNoteDelete(DbHandle db, qint32 noteId, quint16 flags) {
     const bool leaveStub = !(flags & kNoStub);
     // Without a stub other replicas would bring the document back below its responses.
     if (!leaveStub && !(flags & kForce) && hasResponses(*store, id)) return status::HasResponses;
-    if (!store->remove(id, leaveStub)) return whyMissing(*store, id);
+    if (!store->notes().remove(id, leaveStub)) return whyMissing(*store, id);
     workspace_->notifyChanged(place);
     return status::Ok;
   });

@@ -1,6 +1,7 @@
 // Commands that look after databases: compact, updall.
 #include "embedded/console/console_call.h"
 #include "embedded/search/full_text.h"
+#include "embedded/store/compaction.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -58,7 +59,7 @@ QString updateFullText(Database& database, bool makeAnew) {
 
 Lines compactCommand(const ConsoleCall& call) {
   Lines lines = onDatabases(call, u"Compact"_s, [](Database& database) {
-    const qint64 saved = database.compact();
+    const qint64 saved = compact(database);
     return u"%1 bytes recovered, %2 bytes left"_s.arg(saved).arg(database.size());
   });
   addPassedOver(call, {}, lines);

@@ -50,7 +50,7 @@ QString directoryRow(const ConsoleCall& call, const QString& path) {
   const QString name = u"  %1"_s.arg(path, -36);
   try {
     const std::shared_ptr<Database> database = call.workspace.database(call.server, path);
-    const QString documents = QString::number(database->noteCount(noteclass::Document));
+    const QString documents = QString::number(database->notes().noteCount(noteclass::Document));
     return u"%1 %2 %3 documents  %4"_s.arg(name, sizeText(database->size()).rightJustified(9),
                                            documents.rightJustified(8), database->info().title);
   } catch (const RuntimeError& error) {

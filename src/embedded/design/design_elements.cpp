@@ -10,7 +10,7 @@ namespace {
 
 QString textItem(const Database& database, quint32 noteId, QStringView name) {
   Item item;
-  if (!database.readItem(noteId, name, item)) return {};
+  if (!database.notes().readItem(noteId, name, item)) return {};
   Note only;
   only.items.push_back(std::move(item));
   return only.text(name);
@@ -24,7 +24,7 @@ NoteKinds kindsOf(const Database& database, const NoteSummary& note) {
 void addDocuments(const Database& database, NoteKinds kinds, QVector<quint32>& found) {
   const bool documents = kinds.has(NoteKind::Documents);
   const bool profiles = kinds.has(NoteKind::Profiles);
-  database.scanPacked(noteclass::Document, [&](const PackedNote& note) {
+  database.notes().scanPacked(noteclass::Document, [&](const PackedNote& note) {
     if (isProfile(note) ? profiles : documents) found.push_back(note.header.id);
     return true;
   });
@@ -47,7 +47,7 @@ QVector<quint32> notesOfKinds(const Database& database, NoteKinds kinds) {
   QVector<quint32> found;
   if (kinds.isEmpty()) return found;
   const quint16 classes = classesOf(kinds);
-  eachReadable(database.list(classes & ~noteclass::Document), [&](const NoteSummary& note) {
+  eachReadable(database.notes().list(classes & ~noteclass::Document), [&](const NoteSummary& note) {
     if (kindsOf(database, note).meets(kinds)) found.push_back(note.id);
     return true;
   });
@@ -59,7 +59,7 @@ QVector<quint32> notesOfKinds(const Database& database, NoteKinds kinds) {
 quint32 findDesignElement(const Database& database, NoteKinds kinds, QStringView name) {
   quint32 found = 0;
   if (name.trimmed().isEmpty()) return found;
-  eachReadable(database.list(classesOf(kinds) & ~noteclass::Document), [&](const NoteSummary& note) {
+  eachReadable(database.notes().list(classesOf(kinds) & ~noteclass::Document), [&](const NoteSummary& note) {
     if (titleAnswersTo(textItem(database, note.id, u"$TITLE"), name) && kindsOf(database, note).meets(kinds))
       found = note.id;
     return found == 0;

@@ -9,7 +9,7 @@ bool sameName(QStringView a, QStringView b) {
 
 QString titleOf(const Database& database, quint32 noteId) {
   Item item;
-  if (!database.readItem(noteId, u"$TITLE", item)) return {};
+  if (!database.notes().readItem(noteId, u"$TITLE", item)) return {};
   const Value values = itemValues(item);
   if (!values.isArray() || values.upperBound() < 0 || values.at(0).kind() != Value::Kind::Text) return {};
   return values.at(0).text();
@@ -28,7 +28,7 @@ bool titleAnswersTo(QStringView title, QStringView name) {
 quint32 findDesignNote(const Database& database, quint16 classMask, QStringView name) {
   const quint16 designMask = classMask & ~noteclass::Document;
   if (name.trimmed().isEmpty() || designMask == 0) return 0;
-  for (const NoteSummary& note : database.list(designMask)) {
+  for (const NoteSummary& note : database.notes().list(designMask)) {
     try {
       if (titleAnswersTo(titleOf(database, note.id), name)) return note.id;
     } catch (const RuntimeError&) {
@@ -46,7 +46,7 @@ quint32 resolveSpecialNoteId(const Database& database, quint32 noteId) {
   const quint16 noteClass = noteId & 0xFFFF;
   if (noteClass == 0) return 0;
   const bool many = noteClass == noteclass::Form || noteClass == noteclass::View;
-  return database.specialNote(many ? noteClass | noteclass::Default : noteClass);
+  return database.notes().specialNote(many ? noteClass | noteclass::Default : noteClass);
 }
 
 }  // namespace lens

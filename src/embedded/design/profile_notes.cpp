@@ -7,7 +7,7 @@ namespace lens {
 
 QVector<Profile> profilesOf(const Database& database) {
   QVector<Profile> profiles;
-  database.scanPacked(noteclass::Document, [&](const PackedNote& note) {
+  database.notes().scanPacked(noteclass::Document, [&](const PackedNote& note) {
     if (isProfile(note)) profiles.push_back({note.header.id, note.unpack().text(u"$Name")});
     return true;
   });

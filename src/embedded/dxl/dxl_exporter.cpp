@@ -23,7 +23,7 @@ void writeProperties(DxlWriter& out, const DatabaseInfo& info) {
 
 void writeDatabaseInfo(DxlWriter& out, const Database& database) {
   out.begin(u"databaseinfo"_s);
-  out.attribute(u"numberofdocuments"_s, QString::number(database.noteCount(noteclass::Document)));
+  out.attribute(u"numberofdocuments"_s, QString::number(database.notes().noteCount(noteclass::Document)));
   out.end();
   out.layout();
 }
@@ -35,7 +35,7 @@ void writeNotes(ExportContext& context, const QVector<quint32>& ids, Missing mis
   for (const quint32 id : ids) {
     if (!context.goOn()) throw ExportCancelled();
     Note note;
-    if (context.database.read(id, note))
+    if (context.database.notes().read(id, note))
       writeNote(context, note);
     else if (missing == Missing::Raise)
       throw RuntimeError(enginefault::UnknownNote,
@@ -70,7 +70,7 @@ bool write(const Database& database, const QVector<quint32>& ids, bool whole, QI
 
 QVector<quint32> allNotes(const Database& database) {
   constexpr quint16 kAnyClass = 0xFFFF;
-  const QVector<NoteSummary> notes = database.list(kAnyClass);
+  const QVector<NoteSummary> notes = database.notes().list(kAnyClass);
   QVector<quint32> ids;
   ids.reserve(notes.size());
   for (const NoteSummary& note : notes) ids.push_back(note.id);

@@ -53,10 +53,10 @@ FileObject fileAttributes(ImportContext& context) {
   return file;
 }
 
-Database::StoredObject readFileData(ImportContext& context, const QString& what) {
-  const quint32 object = context.target.beginObject();
-  context.in.readBase64(what, [&](QByteArrayView piece) { context.target.appendObject(object, piece); });
-  return context.target.finishObject(object);
+StoredObject readFileData(ImportContext& context, const QString& what) {
+  const quint32 object = context.target.objects().begin();
+  context.in.readBase64(what, [&](QByteArrayView piece) { context.target.objects().append(object, piece); });
+  return context.target.objects().finish(object);
 }
 
 TimeDate childTime(ImportContext& context, const QString& what) {
@@ -95,7 +95,7 @@ void readFile(ImportContext& context, Note& note, const QString& itemName, quint
   bool sized = false;
   const qint64 stated = context.in.attribute(u"size").toLongLong(&sized);
   bool hasData = false;
-  Database::StoredObject stored;
+  StoredObject stored;
   while (context.in.nextChild()) {
     if (context.in.is(u"created")) {
       file.created = childTime(context, what);
@@ -109,8 +109,8 @@ void readFile(ImportContext& context, Note& note, const QString& itemName, quint
     }
   }
   if (!hasData) {
-    const quint32 object = context.target.beginObject();
-    stored = context.target.finishObject(object);
+    const quint32 object = context.target.objects().begin();
+    stored = context.target.objects().finish(object);
     context.findings.ignored(u"attachment \"%1\" came without its data"_s.arg(file.name));
   }
   if (!whole.isEmpty()) {

@@ -183,9 +183,9 @@ bool removeOtherInstance(Database& target, const Note& note) {
                                               noteclass::HelpIndex, noteclass::Using};
   const quint16 noteClass = noteclass::base(note.header.noteClass);
   if (std::find(kSingle.begin(), kSingle.end(), noteClass) == kSingle.end()) return false;
-  for (const NoteSummary& present : target.list(noteClass)) {
+  for (const NoteSummary& present : target.notes().list(noteClass)) {
     if (noteclass::base(present.noteClass) == noteClass && present.unid != note.header.unid)
-      return target.remove(present.id, false);
+      return target.notes().remove(present.id, false);
   }
   return false;
 }
@@ -226,7 +226,7 @@ void saveImported(ImportContext& context, Note& note) {
   if (total > DxlReader::kMaxValueBytes)
     context.in.fail(u"the items of a note are longer than %1 bytes"_s.arg(DxlReader::kMaxValueBytes));
   const bool instead = removeOtherInstance(context.target, note);
-  const bool replaced = context.target.saveAsGiven(note);
+  const bool replaced = context.target.notes().saveAsGiven(note);
   ++context.findings.notes;
   if (replaced || instead) ++context.findings.replaced;
 }

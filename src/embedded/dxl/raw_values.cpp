@@ -92,9 +92,9 @@ bool storeInlineObject(Database& target, QByteArrayView data, QByteArray& value)
   const quint16 objectType = reader.u16();
   reader.skip(4);
   if (reader.failed()) return false;
-  const quint32 object = target.beginObject();
-  target.appendObject(object, reader.take(reader.left()));
-  target.finishObject(object);
+  const quint32 object = target.objects().begin();
+  target.objects().append(object, reader.take(reader.left()));
+  target.objects().finish(object);
   value.clear();
   appendU16(value, itemtype::Object);
   appendU16(value, objectType);

@@ -35,9 +35,9 @@ std::shared_ptr<const formula::Formula> compiled(const AgentPlace& at, const Age
 QVector<quint32> documentsInView(const AgentPlace& at, const Agent& agent) {
   const ClientState& client = at.workspace.client();
   quint32 view = at.seesClient && client.isOnTop(at.place) ? client.view() : 0;
-  if (view == 0) view = at.store->specialNote(noteclass::View | noteclass::Default);
+  if (view == 0) view = at.store->notes().specialNote(noteclass::View | noteclass::Default);
   Note note;
-  if (view == 0 || !at.store->read(view, note))
+  if (view == 0 || !at.store->notes().read(view, note))
     refuse(at, agent,
            u"it runs on the documents of a view; none is open, and the database has no "
            "default view"_s);
@@ -113,7 +113,7 @@ class Run {
   // Marked rows of a list may be design notes, and a document may have gone meanwhile.
   bool read(quint32 id, Note& note) const {
     try {
-      if (!at_.store->read(id, note)) return false;
+      if (!at_.store->notes().read(id, note)) return false;
     } catch (const RuntimeError& error) {
       if (error.number() != enginefault::Damaged) throw;
       return false;
@@ -154,10 +154,10 @@ class Run {
     if (formula_->hasSelect() && !outcome.matches) return;
     ++run_.processed;
     if (outcome.deletes) {
-      at_.store->remove(id);
+      at_.store->notes().remove(id);
       ++run_.deleted;
     } else if (outcome.modified) {
-      at_.store->save(note);
+      at_.store->notes().save(note);
       ++run_.changed;
     }
   }
@@ -177,7 +177,7 @@ class Run {
 void recordRun(Database& store, Note note, const TimeDate& now, const AgentRun& run) {
   setItem(note, u"$AssistLastRun"_s, timeValue(now), 0);
   setItem(note, u"$AssistDocCount"_s, numberValue(run.processed), 0);
-  store.saveAsGiven(note);
+  store.notes().saveAsGiven(note);
 }
 
 // Times are hundredths of a second. What is saved right behind the run has to be later than the run, or
@@ -193,7 +193,7 @@ AgentRun runAgent(const AgentPlace& at, quint32 agentId) {
   // From here on nobody else changes the agent, which is written back at the end.
   Database::Transaction all(*at.store);
   Note note;
-  if (!at.store->read(agentId, note))
+  if (!at.store->notes().read(agentId, note))
     throw RuntimeError(agentfault::CannotRun, u"%1: the agent is no longer there"_s.arg(at.store->path()));
   const Agent agent = readFormulaAgent(note, at.store->path());
   Run run(at, agent);

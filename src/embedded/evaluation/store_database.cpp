@@ -45,7 +45,7 @@ auto guarded(const Read& read) {
 template <class Which>
 bool readNote(const lens::Database& store, const Which& which, Note& note) {
   try {
-    return store.read(which, note);
+    return store.notes().read(which, note);
   } catch (const RuntimeError&) {
     return false;
   }
@@ -75,7 +75,7 @@ bool StoreDatabase::documentItem(const QString& unid, const formula::Name& name,
 void StoreDatabase::write(Note& note, const QString& name, const formula::Value& value) {
   EvaluatedNote(&note, nullptr).setItem(name, value);
   try {
-    store_->save(note);
+    store_->notes().save(note);
   } catch (const RuntimeError&) {
     throw Fault{fault::FieldsReadOnly};
   }
@@ -90,10 +90,10 @@ void StoreDatabase::setDocumentItem(const QString& unid, const QString& name, co
 
 // The places of all profiles are kept until the database changes, since a search asks for each document.
 void StoreDatabase::findProfiles() const {
-  const qint64 change = store_->changeSequence();
+  const qint64 change = store_->versions().changeSequence();
   if (change == profilesOf_) return;
   profiles_.clear();
-  store_->scanPacked(noteclass::Document, [&](const PackedNote& candidate) {
+  store_->notes().scanPacked(noteclass::Document, [&](const PackedNote& candidate) {
     if (isProfile(candidate))
       profiles_.insert(candidate.unpack().text(u"$Name").toLower(), candidate.header.id);
     return true;
@@ -141,7 +141,7 @@ ViewIndex& StoreDatabase::openView(const formula::ViewPlace& place) const {
     const QString server = place.server.isEmpty() && !place.path.isEmpty() ? place_.server : place.server;
     view.store = place.path.isEmpty() ? store_ : workspace_.database(server, place.path);
   }
-  const qint64 change = view.store->changeSequence();
+  const qint64 change = view.store->versions().changeSequence();
   if (!view.index || view.change != change) {
     const quint32 note = findView(*view.store, place.view);
     if (note == 0) throw Fault{fault::CannotCompute};

@@ -89,7 +89,7 @@ bool answersSelected(Unid parent, const EvaluatedNote::Selected& selected, const
     if (selected(parent)) return true;
     if (!everyLevel || !database) return false;
     try {
-      if (!database->read(parent, above)) return false;
+      if (!database->notes().read(parent, above)) return false;
     } catch (const RuntimeError&) {
       return false;  // a damaged note leads no further
     }

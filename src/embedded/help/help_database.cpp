@@ -15,7 +15,7 @@ void addIcon(Database& help) {
   icon.header.noteClass = noteclass::Icon;
   icon.add(u"$TITLE"_s, itemflag::Summary, textValue(help.info().title));
   icon.add(u"$Flags"_s, itemflag::Summary, textValue(u"n"));
-  help.save(icon);
+  help.notes().save(icon);
 }
 
 // Texts for the help key; a list of functions leaves them out by their type.

@@ -29,7 +29,7 @@ void addTopic(Database& help, const Topic& topic) {
   note.add(u"TopicType"_s, itemflag::Summary, textValue(topic.type));
   note.add(u"_Parent"_s, itemflag::Summary, textValue(topic.chapter));
   note.add(u"Body"_s, 0, bodyOf(topic));
-  help.save(note);
+  help.notes().save(note);
 }
 
 void addTopics(Database& help, const char16_t* chapter, const TopicRow* rows, size_t count) {

@@ -69,7 +69,7 @@ FileObject attachFile(OpenNote& open, const QString& path, RichText& text) {
   file.modified = timeOf(info.lastModified());
   text.appendAttachment(file.name, attachmentName(storable(info.fileName())));
   fileObjectValue(file);  // raises for a name that no item can hold, before anything is stored
-  const Database::StoredObject stored = open.storeObject(source);
+  const StoredObject stored = open.storeObject(source);
   file.objectId = stored.id;
   file.size = quint32(stored.size);
   open.add({u"$FILE"_s, itemflag::Summary, fileObjectValue(file)});

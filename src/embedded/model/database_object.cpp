@@ -171,7 +171,7 @@ Value DatabaseObject::documentById(const Arguments& arguments) {
   }
   if (const Value found = DocumentObject::read(database_, id); found.object()) return found;
   // What was issued once may be gone; that is no failure, unlike an ID that never was.
-  if (id > notes.highestIssuedId()) refuse(u"note ID"_s, text, notes);
+  if (id > notes.notes().highestIssuedId()) refuse(u"note ID"_s, text, notes);
   return nothing();
 }
 

@@ -24,7 +24,7 @@ bool readable(const Read& read) {
 }  // namespace
 
 bool readableNote(const Database& store, quint32 noteId, Note& note) {
-  return readable([&] { return store.read(noteId, note); });
+  return readable([&] { return store.notes().read(noteId, note); });
 }
 
 Value DocumentObject::read(const std::shared_ptr<OpenDatabase>& database, quint32 noteId) {
@@ -35,7 +35,7 @@ Value DocumentObject::read(const std::shared_ptr<OpenDatabase>& database, quint3
 Value DocumentObject::read(const std::shared_ptr<OpenDatabase>& database, const Unid& unid) {
   Note note;
   const Database& store = requireStore(*database);
-  return readable([&] { return store.read(unid, note); }) ? of(database, std::move(note)) : nothing();
+  return readable([&] { return store.notes().read(unid, note); }) ? of(database, std::move(note)) : nothing();
 }
 
 Value DocumentObject::of(const std::shared_ptr<OpenDatabase>& database, Note note) {

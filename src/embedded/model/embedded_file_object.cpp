@@ -34,7 +34,7 @@ Value EmbeddedFileObject::type() {
 
 // The stored bytes count; the item says the size only where the object itself is missing.
 Value EmbeddedFileObject::fileSize() {
-  const qint64 stored = requireStore(*open_->database).objectSize(file_.objectId);
+  const qint64 stored = requireStore(*open_->database).objects().size(file_.objectId);
   return Value(stored >= 0 ? stored : qint64(file_.size));
 }
 
@@ -43,7 +43,7 @@ Value EmbeddedFileObject::extractFile(const Arguments& arguments) {
   if (path.isEmpty())
     throw RuntimeError(err::PathFileAccess, u"%1: \"%2\" needs a file to be extracted to"_s.arg(
                                                 open_->database->place.path, file_.name));
-  requireStore(*open_->database).extractObject(file_.objectId, path);
+  requireStore(*open_->database).objects().extract(file_.objectId, path);
   return {};
 }
 

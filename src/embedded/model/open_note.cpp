@@ -42,7 +42,7 @@ void removeNotes(const OpenDatabase& database, const QVector<quint32>& notes) {
   {
     Database::Transaction transaction(store);
     for (const quint32 note : notes)
-      if (note != 0) store.remove(note);
+      if (note != 0) store.notes().remove(note);
     transaction.commit();
   }
   tellChanged(database);

@@ -63,7 +63,7 @@ struct OpenNote {
 
   // Puts a file's bytes into the database; they count as attached once the document is saved with an item
   // that refers to them.
-  Database::StoredObject storeObject(QIODevice& source);
+  StoredObject storeObject(QIODevice& source);
 
   // Who changed the document since it was read loses under force. Without it a changed document raises
   // ChangedMeanwhile, or this one becomes an answer to it, marked as a conflict. Raises whenever the

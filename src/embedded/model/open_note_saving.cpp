@@ -25,7 +25,7 @@ bool sameTime(const TimeDate& a, const TimeDate& b) {
 // Whether the stored note is another state than the one that the header tells; raises when it is gone.
 bool changedSince(const Database& store, const NoteHeader& header) {
   Note stored;
-  if (!store.read(header.id, stored)) raiseGone(store, header);
+  if (!store.notes().read(header.id, stored)) raiseGone(store, header);
   return stored.header.sequence != header.sequence ||
          !sameTime(stored.header.sequenceTime, header.sequenceTime);
 }
@@ -50,15 +50,15 @@ OpenNote::~OpenNote() {
   if (!database || !database->store) return;
   for (const quint32 object : std::as_const(unsaved_)) {
     try {
-      database->store->removeObject(object);
+      database->store->objects().remove(object);
     } catch (const RuntimeError&) {
       // Nothing refers to it; whoever compacts the database finds it.
     }
   }
 }
 
-Database::StoredObject OpenNote::storeObject(QIODevice& source) {
-  const Database::StoredObject object = requireStore(*database).addObject(source);
+StoredObject OpenNote::storeObject(QIODevice& source) {
+  const StoredObject object = requireStore(*database).objects().add(source);
   unsaved_.push_back(object.id);
   return object;
 }
@@ -69,7 +69,7 @@ void OpenNote::requireObjects() const {
   const Database& store = requireStore(*database);
   for (const Item& item : note.items) {
     const quint32 object = objectOf(item);
-    if (unsaved_.contains(object) && store.objectSize(object) < 0)
+    if (unsaved_.contains(object) && store.objects().size(object) < 0)
       throw RuntimeError(
           enginefault::NotSaved,
           u"%1: the document was not saved (an attached file is gone from the database)"_s.arg(store.path()));
@@ -91,7 +91,7 @@ void OpenNote::save(bool force, bool asResponse) {
       if (!asResponse) raiseChanged(store, written.header);
       makeConflict(written);
     }
-    store.save(written);
+    store.notes().save(written);
     transaction.commit();
   }
   count();
@@ -108,7 +108,7 @@ void OpenNote::erase(bool force, bool leaveStub) {
   {
     Database::Transaction transaction(store);
     if (!force && changedSince(store, note.header)) raiseChanged(store, note.header);
-    if (!store.remove(note.header.id, leaveStub)) raiseGone(store, note.header);
+    if (!store.notes().remove(note.header.id, leaveStub)) raiseGone(store, note.header);
     transaction.commit();
   }
   removed = true;

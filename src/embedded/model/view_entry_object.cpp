@@ -14,7 +14,7 @@ const MemberTable& ViewEntryObject::members() const {
 
 // A document that has gone since is none any more.
 Value ViewEntryObject::isDocument() {
-  return note_ != 0 && database_->store->state(note_) == NoteState::Live;
+  return note_ != 0 && database_->store->notes().state(note_) == NoteState::Live;
 }
 
 Value ViewEntryObject::document() {

@@ -10,7 +10,7 @@ namespace {
 // What an item says, with its object's content in place of its number.
 QByteArray saidBy(const Item& item, const Database& database) {
   if (!mayReferToObject(item)) return item.value;
-  const QByteArray digest = database.objectDigest(objectOf(item));
+  const QByteArray digest = database.objects().digest(objectOf(item));
   if (digest.isEmpty()) return item.value;
   Item without = item;
   setObjectOf(without, 0);
@@ -24,10 +24,10 @@ void bringObjects(Note& note, const Database& from, Database& to, const Note* re
   QHash<QByteArray, quint32> there;
   if (replaced)
     for (const Item& item : replaced->items)
-      if (mayReferToObject(item)) there.insert(to.objectDigest(objectOf(item)), objectOf(item));
+      if (mayReferToObject(item)) there.insert(to.objects().digest(objectOf(item)), objectOf(item));
   for (Item& item : note.items) {
     if (!mayReferToObject(item)) continue;
-    const QByteArray digest = from.objectDigest(objectOf(item));
+    const QByteArray digest = from.objects().digest(objectOf(item));
     if (digest.isEmpty()) continue;  // what it refers to is no object here, and none there
     quint32 id = there.value(digest);
     if (id == 0) id = copyObject(from, objectOf(item), to);

@@ -34,7 +34,7 @@ NoteHeader stubAfter(const NoteVersion& version) {
 // A damaged note is replaced as a whole.
 bool readSound(const Database& database, const Unid& unid, Note& note) {
   try {
-    return database.read(unid, note);
+    return database.notes().read(unid, note);
   } catch (const RuntimeError& error) {
     if (error.number() != enginefault::Damaged) throw;
     return false;
@@ -102,12 +102,13 @@ void Replicator::settle(const Unid& unid) {
 // Looks again, now that nobody else can write.
 void Replicator::exchange(const Unid& unid) {
   NoteVersion a, b;
-  const bool hasA = here_.store.findVersion(unid, a), hasB = there_.store.findVersion(unid, b);
+  const bool hasA = here_.store.versions().findVersion(unid, a),
+             hasB = there_.store.versions().findVersion(unid, b);
   if (hasA && !hasB) return send(here_, a, there_, nullptr);
   if (hasB && !hasA) return send(there_, b, here_, nullptr);
   if (!hasA || a.stamp == b.stamp) return;
-  const bool aKnowsB = here_.store.versionVector(a).knows(b.stamp);
-  const bool bKnowsA = there_.store.versionVector(b).knows(a.stamp);
+  const bool aKnowsB = here_.store.versions().versionVector(a).knows(b.stamp);
+  const bool bKnowsA = there_.store.versions().versionVector(b).knows(a.stamp);
   if (aKnowsB && !bKnowsA) return send(here_, a, there_, &b);
   if (bKnowsA && !aKnowsB) return send(there_, b, here_, &a);
   if (outranks(a, b)) return resolve(here_, a, there_, b);
@@ -119,14 +120,14 @@ void Replicator::send(Side& from, const NoteVersion& version, Side& to, const No
     cannotWrite_ = to.store.path();
     return;
   }
-  VersionVector versionVector = from.store.versionVector(version);
-  if (replaced) versionVector.absorb(to.store.versionVector(*replaced));
+  VersionVector versionVector = from.store.versions().versionVector(version);
+  if (replaced) versionVector.absorb(to.store.versions().versionVector(*replaced));
   if (!version.live) return sendStub(version, to, replaced, versionVector);
   Note note, old;
-  if (!from.store.read(version.unid, note) || !makeRoom(from, version, note, to)) return;
+  if (!from.store.notes().read(version.unid, note) || !makeRoom(from, version, note, to)) return;
   const bool hasOld = replaced && replaced->live;
   bringObjects(note, from.store, to.store, hasOld && readSound(to.store, version.unid, old) ? &old : nullptr);
-  to.store.saveVersion(note, versionVector);
+  to.store.versions().saveVersion(note, versionVector);
   if (to.profilesKnown && isProfile(note)) to.profiles.insert(profileName(note), version.unid);
   ++(hasOld ? report_.updated : report_.added);
 }
@@ -135,16 +136,16 @@ void Replicator::sendStub(const NoteVersion& version, Side& to, const NoteVersio
                           const VersionVector& versionVector) {
   NoteHeader header = stubAfter(version);
   header.sequence = version.sequence;
-  to.store.saveStub(header, versionVector);
+  to.store.versions().saveStub(header, versionVector);
   if (replaced && replaced->live) ++report_.deleted;
 }
 
 void Replicator::resolve(Side& winnerSide, const NoteVersion& winner, Side& loserSide,
                          const NoteVersion& loser) {
   if (loser.live && keepLoser(winnerSide, winner, loserSide, loser)) ++report_.conflicts;
-  VersionVector versionVector = winnerSide.store.versionVector(winner);
-  versionVector.absorb(loserSide.store.versionVector(loser));
-  if (winnerSide.writable) winnerSide.store.setVersionVector(winner.id, versionVector);
+  VersionVector versionVector = winnerSide.store.versions().versionVector(winner);
+  versionVector.absorb(loserSide.store.versions().versionVector(loser));
+  if (winnerSide.writable) winnerSide.store.versions().setVersionVector(winner.id, versionVector);
   send(winnerSide, winner, loserSide, &loser);
 }
 
@@ -153,22 +154,22 @@ void Replicator::resolve(Side& winnerSide, const NoteVersion& winner, Side& lose
 bool Replicator::keepLoser(Side& winnerSide, const NoteVersion& winner, Side& loserSide,
                            const NoteVersion& loser) {
   Note lost, kept;
-  loserSide.store.read(loser.unid, lost);
-  winnerSide.store.read(winner.unid, kept);
+  loserSide.store.notes().read(loser.unid, lost);
+  winnerSide.store.notes().read(winner.unid, kept);
   if (!leavesConflict(lost) || sameContent(lost, loserSide.store, kept, winnerSide.store)) return false;
   const Note conflict = conflictDocument(lost, loser.stamp);
   const VersionVector versionVector(
       originalStamp(conflict.header.unid, conflict.header.sequence, conflict.header.sequenceTime));
   for (Side* side : {&loserSide, &winnerSide}) {
     NoteVersion there;
-    if (side->store.findVersion(conflict.header.unid, there)) continue;
+    if (side->store.versions().findVersion(conflict.header.unid, there)) continue;
     if (!side->writable) {
       cannotWrite_ = side->store.path();
       continue;
     }
     Note copy = conflict;
     bringObjects(copy, loserSide.store, side->store, nullptr);
-    side->store.saveVersion(copy, versionVector);
+    side->store.versions().saveVersion(copy, versionVector);
   }
   return true;
 }
@@ -177,16 +178,16 @@ bool Replicator::keepLoser(Side& winnerSide, const NoteVersion& winner, Side& lo
 bool Replicator::makeRoom(Side& from, const NoteVersion& version, const Note& note, Side& to) {
   const Unid rivalUnid = rivalOf(note, to);
   NoteVersion rival;
-  if (rivalUnid.isNull() || !to.store.findVersion(rivalUnid, rival) || !rival.live) return true;
+  if (rivalUnid.isNull() || !to.store.versions().findVersion(rivalUnid, rival) || !rival.live) return true;
   const bool rivalStays = outranks(rival, version);
   const NoteVersion& goes = rivalStays ? version : rival;
-  replaceByStub(goes, (rivalStays ? from : to).store.versionVector(goes));
+  replaceByStub(goes, (rivalStays ? from : to).store.versions().versionVector(goes));
   return !rivalStays;
 }
 
 Unid Replicator::rivalOf(const Note& note, Side& side) {
   if (isSingleInstance(note.header.noteClass)) {
-    for (const NoteSummary& summary : side.store.list(noteclass::base(note.header.noteClass)))
+    for (const NoteSummary& summary : side.store.notes().list(noteclass::base(note.header.noteClass)))
       if (summary.unid != note.header.unid) return summary.unid;
     return {};
   }
@@ -197,7 +198,7 @@ Unid Replicator::rivalOf(const Note& note, Side& side) {
 
 const QHash<QString, Unid>& Replicator::profilesOf(Side& side) {
   if (side.profilesKnown) return side.profiles;
-  side.store.scanPacked(noteclass::Document, [&](const PackedNote& note) {
+  side.store.notes().scanPacked(noteclass::Document, [&](const PackedNote& note) {
     if (isProfile(note)) side.profiles.insert(profileName(note.unpack()), note.header.unid);
     return true;
   });
@@ -210,13 +211,13 @@ void Replicator::replaceByStub(const NoteVersion& version, const VersionVector& 
   after.add(derivedStamp(version.stamp, "replaced"));
   for (Side* side : {&here_, &there_}) {
     NoteVersion there;
-    const bool known = side->store.findVersion(version.unid, there);
+    const bool known = side->store.versions().findVersion(version.unid, there);
     if (known && !(there.stamp == version.stamp)) continue;  // settled when its turn comes
     if (!side->writable) {
       cannotWrite_ = side->store.path();
       continue;
     }
-    side->store.saveStub(stubAfter(version), after);
+    side->store.versions().saveStub(stubAfter(version), after);
     if (known) ++report_.deleted;
   }
 }

@@ -17,7 +17,7 @@ class VersionWalk {
  private:
   static constexpr int kPiece = 500;
   void read(const Unid& after) {
-    versions_ = database_.versionsAfter(after, kPiece);
+    versions_ = database_.versions().versionsAfter(after, kPiece);
     at_ = 0;
   }
   const Database& database_;

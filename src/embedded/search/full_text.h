@@ -27,7 +27,7 @@ struct IndexWork {
 };
 
 // Whether the database has a whole index. Only a database that has one can be searched.
-bool hasFullTextIndex(const Database& database);
+bool hasFullTextIndex(Database& database);
 // Makes the index, or brings it up to date from the changes since the last time. A damaged one is made anew.
 // False when the work was ended early.
 bool createFullTextIndex(Database& database, const IndexWork& work = {});

@@ -48,7 +48,7 @@ class CatchUp {
   // False when there is nothing to do.
   bool look() {
     if (!tables_.exist()) return false;
-    goal_ = database_.changeSequence();
+    goal_ = database_.versions().changeSequence();
     mark_ = tables_.mark();
     if (mark_.change > goal_) {
       makeTables(database_, tables_, Existing::Replace);
@@ -56,7 +56,7 @@ class CatchUp {
     }
     if (start_ < 0) start_ = mark_.change;
     if (mark_ == Mark{goal_, true}) return false;
-    changes_ = database_.changesSince(mark_.change);
+    changes_ = database_.versions().changesSince(mark_.change);
     next_ = 0;
     writer_.emplace(tables_);
     return true;
@@ -108,7 +108,7 @@ class CatchUp {
 
 }  // namespace
 
-bool hasFullTextIndex(const Database& database) {
+bool hasFullTextIndex(Database& database) {
   Tables tables(database.connection());
   return tables.exist() && tables.mark().whole;
 }

@@ -46,7 +46,7 @@ std::optional<RuntimeError> refreshSoon(Database& database) {
 
 // The changed documents in an index of their own, in memory, so that a query means the same to them.
 Hits findFresh(const Database& database, const QVector<NoteChange>& changes, const QueryNode& query) {
-  const Connection memory(u":memory:"_s, SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY);
+  Connection memory(u":memory:"_s, SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY);
   memory.execute("CREATE TABLE info (key TEXT PRIMARY KEY, value)", enginefault::CannotOpen);
   Tables tables(memory);
   tables.create();
@@ -58,7 +58,7 @@ Hits findFresh(const Database& database, const QVector<NoteChange>& changes, con
 // What the index says of documents that changed since does not count.
 Hits findBeside(const Database& database, qint64 since, const QueryNode& query, const Hits& indexed,
                 const RuntimeError& reason) {
-  const QVector<NoteChange> changes = database.changesSince(since);
+  const QVector<NoteChange> changes = database.versions().changesSince(since);
   if (changes.size() > kMostFresh)
     throw RuntimeError(
         reason.number(),

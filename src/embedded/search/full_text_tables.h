@@ -33,7 +33,7 @@ struct Mark {
 };
 
 struct Tables {
-  explicit Tables(const Connection& connection) : connection(connection) {}
+  explicit Tables(Connection& connection) : connection(connection) {}
 
   bool exist();
   void create();
@@ -43,7 +43,7 @@ struct Tables {
   // 0: no document has such a field.
   qint64 fieldNumber(const QString& key);
 
-  const Connection& connection;
+  Connection& connection;
   static constexpr int kRead = enginefault::CannotOpen, kWrite = enginefault::NotSaved;
   Statement definition{connection,
                        "SELECT sql FROM sqlite_master WHERE name = 'full_text' AND EXISTS"

@@ -35,7 +35,7 @@ bool unpack(QByteArrayView packed, QString& fields) {
 
 bool readIndexed(const Database& database, const NoteChange& change, Note& note) {
   try {
-    return change.state == NoteState::Live && database.read(change.id, note) &&
+    return change.state == NoteState::Live && database.notes().read(change.id, note) &&
            noteclass::base(note.header.noteClass) == noteclass::Document && !isProfile(note);
   } catch (const RuntimeError& error) {
     if (error.number() != enginefault::Damaged) throw;

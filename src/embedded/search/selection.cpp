@@ -22,7 +22,7 @@ class Search {
 
   QVector<quint32> run() {
     const bool withResponses = request_.formula->responses() != Formula::Responses::None;
-    documents_.scanPacked(noteclass::Document, [&](const PackedNote& note) {
+    documents_.notes().scanPacked(noteclass::Document, [&](const PackedNote& note) {
       if (isProfile(note) || !recentEnough(note)) return true;
       if (matches(note)) {
         found_.push_back(note.header.id);
@@ -57,7 +57,7 @@ class Search {
   void addResponses() {
     document_.setSelected([this](const Unid& unid) { return selected_.contains(unid); });
     const qsizetype first = found_.size();
-    documents_.scanPacked(noteclass::Document, [&](const PackedNote& note) {
+    documents_.notes().scanPacked(noteclass::Document, [&](const PackedNote& note) {
       if (parentOf(note).isNull() || isProfile(note) || !recentEnough(note)) return true;
       if (selected_.contains(note.header.unid)) return true;
       if (matches(note)) found_.push_back(note.header.id);

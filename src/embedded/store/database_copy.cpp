@@ -23,7 +23,7 @@ void writeCopy(sqlite3* source, const QString& sourcePath, const QString& aside,
 
 // The last write also brings what was copied onto the disk.
 void giveReplicaId(const QString& aside) {
-  const Connection copy(aside, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX);
+  Connection copy(aside, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX);
   copy.execute("PRAGMA synchronous = FULL", enginefault::NotSaved);
   const QString id = timeDateHex(newIdTime());
   Statement statement(copy, "INSERT OR REPLACE INTO info (key, value) VALUES ('replica id', ?)",

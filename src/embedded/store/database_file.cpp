@@ -62,7 +62,7 @@ bool isOurs(const QByteArray& head) {
 }
 
 void writeSchema(const QString& aside) {
-  const Connection connection(aside, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX);
+  Connection connection(aside, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX);
   connection.execute(kSchema, enginefault::NotSaved);
 }
 
@@ -92,7 +92,7 @@ void requireDatabaseFile(const QString& path) {
 // Schema 1 did not write down what was erased without a stub, schema 2 not which version of a note came
 // out of which. A file that cannot be changed gets the tables for this connection only, and keeps its
 // schema.
-void bringUpToDate(const Connection& connection, FileAccess access) {
+void bringUpToDate(Connection& connection, FileAccess access) {
   Statement version(connection, "PRAGMA user_version", enginefault::CannotOpen);
   qint64 schema = 0;
   {

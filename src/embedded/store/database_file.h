@@ -24,7 +24,7 @@ enum class FileAccess {
 FileAccess accessTo(const QString& path);
 
 // Gives a database of an older schema what it lacks.
-void bringUpToDate(const Connection& connection, FileAccess access);
+void bringUpToDate(Connection& connection, FileAccess access);
 
 // Stages an empty database (StagedFile); raises 58 when there is a file, 76 without a directory. On
 // failure nothing is left.

@@ -13,7 +13,7 @@ namespace {
 bool hasObject(const Item& item, const Database& database) {
   constexpr quint16 kFile = 0;
   if (!mayReferToObject(item)) return false;
-  return ByteReader(item.data()).u16() == kFile || database.objectSize(objectOf(item)) >= 0;
+  return ByteReader(item.data()).u16() == kFile || database.objects().size(objectOf(item)) >= 0;
 }
 
 QString singleName(quint16 noteClass) {
@@ -33,7 +33,7 @@ QString singleName(quint16 noteClass) {
 
 void requireRoomForSingle(const Note& note, const Database& target) {
   const quint16 noteClass = noteclass::base(note.header.noteClass);
-  if (!isSingleInstance(noteClass) || target.specialNote(noteClass) == 0) return;
+  if (!isSingleInstance(noteClass) || target.notes().specialNote(noteClass) == 0) return;
   throw RuntimeError(kSecondSingleNote,
                      u"%1: the database has its %2 note already, a second one is not possible"_s.arg(
                          target.path(), singleName(noteClass)));
@@ -55,7 +55,7 @@ Note copyNote(const Note& note, const Database& source, Database& target) {
     if (!copies.contains(object)) copies.insert(object, copyObject(source, object, target));
     setObjectOf(item, copies.value(object));
   }
-  target.save(copy);
+  target.notes().save(copy);
   transaction.commit();
   return copy;
 }

@@ -12,10 +12,10 @@ constexpr qsizetype kPlace = 4;  // behind the item's type and the object's kind
 // nothing may be thrown through the device.
 class ObjectWriter : public QIODevice {
  public:
-  explicit ObjectWriter(Database& target) : target_(target), object_(target.beginObject()) {
+  explicit ObjectWriter(Database& target) : target_(target), object_(target.objects().begin()) {
     open(WriteOnly | Unbuffered);
   }
-  quint32 finish() { return target_.finishObject(object_).id; }
+  quint32 finish() { return target_.objects().finish(object_).id; }
   void raiseFailure() const {
     if (failure_) std::rethrow_exception(failure_);
   }
@@ -24,7 +24,7 @@ class ObjectWriter : public QIODevice {
   qint64 readData(char*, qint64) override { return -1; }
   qint64 writeData(const char* bytes, qint64 size) override {
     try {
-      target_.appendObject(object_, QByteArrayView(bytes, size));
+      target_.objects().append(object_, QByteArrayView(bytes, size));
       return size;
     } catch (const RuntimeError&) {
       failure_ = std::current_exception();
@@ -55,7 +55,7 @@ void setObjectOf(Item& item, quint32 object) {
 quint32 copyObject(const Database& from, quint32 object, Database& to) {
   ObjectWriter writer(to);
   try {
-    from.readObject(object, writer);
+    from.objects().read(object, writer);
   } catch (const RuntimeError&) {
     writer.raiseFailure();
     throw;

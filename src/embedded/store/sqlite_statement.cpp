@@ -53,7 +53,7 @@ Connection::~Connection() {
   sqlite3_close_v2(handle_);
 }
 
-void Connection::execute(const char* sql, int fault) const {
+void Connection::execute(const char* sql, int fault) {
   if (sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr) != SQLITE_OK) fail(fault);
 }
 

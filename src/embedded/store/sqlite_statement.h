@@ -28,7 +28,7 @@ class Connection {
   void requireFile() const;
   const QString& path() const { return path_; }
   // Runs statements that are not kept.
-  void execute(const char* sql, int fault) const;
+  void execute(const char* sql, int fault);
   // Raises the last failure: Damaged when SQLite found the file damaged, 70 when access is refused,
   // otherwise the given number.
   [[noreturn]] void fail(int fault) const;

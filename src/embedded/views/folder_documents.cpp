@@ -38,7 +38,7 @@ bool hasTable(const Database& database) {
 }
 
 // In a transaction. A table of an earlier kind kept what belonged to deleted documents, and no times.
-void makeTable(const Database& database) {
+void makeTable(Database& database) {
   if (hasTable(database) && !hasColumn(database, "time"))
     database.connection().execute(
         "ALTER TABLE folder_document ADD COLUMN time INTEGER NOT NULL DEFAULT 0;"
@@ -91,7 +91,7 @@ QVector<quint32> noteIds(Statement::Run& run) {
 
 Unid requireFolder(const Database& database, quint32 folder) {
   Note note;
-  if (!database.read(folder, note))
+  if (!database.notes().read(folder, note))
     throw RuntimeError(enginefault::UnknownNote, u"%1: there is no note %2 (it may have been deleted)"_s.arg(
                                                      database.path(), QString::number(folder, 16).toUpper()));
   if (noteclass::base(note.header.noteClass) != noteclass::View || !isFolder(note))

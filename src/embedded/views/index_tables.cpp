@@ -35,7 +35,7 @@ qint64 placeOf(quint32 view, quint32 block) {
   return qint64(view) << 24 | block;
 }
 
-void drop(const Connection& connection, const char* place) {
+void drop(Connection& connection, const char* place) {
   for (const Table& table : kTables)
     connection.execute(QByteArray("DROP TABLE IF EXISTS ").append(place).append(table.name).constData(),
                        enginefault::NotSaved);
@@ -55,7 +55,7 @@ quint32 noteIdOf(QByteArrayView key) {
   return key.size() < 4 ? 0 : qFromBigEndian<quint32>(key.data() + key.size() - 4);
 }
 
-IndexTables::IndexTables(const Database& database) : connection_(database.connection()) {}
+IndexTables::IndexTables(Database& database) : connection_(database.connection()) {}
 
 void IndexTables::create(bool temporary) {
   const QByteArray place(temporary ? "temp." : "main.");

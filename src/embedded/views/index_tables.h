@@ -55,7 +55,7 @@ quint32 noteIdOf(QByteArrayView key);
 class IndexTables {
  public:
   // The database must outlive this.
-  explicit IndexTables(const Database& database);
+  explicit IndexTables(Database& database);
 
   // Makes the tables where they are missing or an older program laid them out, for this connection only if
   // asked so.
@@ -108,7 +108,7 @@ class IndexTables {
   void writeBlock(quint32 view, quint32 block, const NoteBlock& written);
   void takeOutOfBlock(quint32 view, quint32 note);
 
-  const Connection& connection_;
+  Connection& connection_;
   NoteBlock growing_;  // of addNote
   quint32 growingBlock_ = 0;
 

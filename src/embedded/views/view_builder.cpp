@@ -63,7 +63,7 @@ ViewBuilder::ViewBuilder(const Database& database, const ViewDesign& design, Doc
 bool ViewBuilder::readNote(quint32 noteId, Note& note) const {
   try {
     note = {};
-    return database_.read(noteId, note);
+    return database_.notes().read(noteId, note);
   } catch (const RuntimeError& error) {
     if (error.number() != enginefault::Damaged) throw;
     return false;
@@ -135,7 +135,7 @@ void ViewBuilder::takeResponse(quint32 noteId, RowBuffer* buffer) {
 
 void ViewBuilder::scan(RowBuffer& buffer, const Pause& pause) {
   EvaluatedPackedNote document(rows_.names(), &database_);
-  database_.scanPacked(design_.noteClass, [&](const PackedNote& note) {
+  database_.notes().scanPacked(design_.noteClass, [&](const PackedNote& note) {
     if (isProfile(note)) return true;
     document.show(note);
     take(note.header, tree() ? parentOf(note) : Unid(), document, &buffer);

@@ -4,7 +4,7 @@
 
 namespace lens {
 
-QVector<quint32> viewDocuments(const Database& database, const Note& view) {
+QVector<quint32> viewDocuments(Database& database, const Note& view) {
   ViewIndex index(database, view.header.id);
   index.refresh();
   return index.documents();

@@ -10,6 +10,6 @@ namespace lens {
 
 // Note IDs in the order of the view, each once; its index is brought up to date first. Raises for a view
 // whose selection is there in compiled form only, or has a mistake.
-QVector<quint32> viewDocuments(const Database& database, const Note& view);
+QVector<quint32> viewDocuments(Database& database, const Note& view);
 
 }  // namespace lens

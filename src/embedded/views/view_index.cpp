@@ -24,7 +24,7 @@ bool cannotWrite(const RuntimeError& error) {
 // A transaction that writes to tables of this connection only: it asks for no right to write to the file.
 class TemporaryTransaction {
  public:
-  explicit TemporaryTransaction(const Database& database) : connection_(database.connection()) {
+  explicit TemporaryTransaction(Database& database) : connection_(database.connection()) {
     connection_.execute("SAVEPOINT view_index", enginefault::NotSaved);
   }
   ~TemporaryTransaction() {
@@ -40,13 +40,13 @@ class TemporaryTransaction {
   }
 
  private:
-  const Connection& connection_;
+  Connection& connection_;
   bool open_ = true;
 };
 
 }  // namespace
 
-ViewIndex::ViewIndex(const Database& database, quint32 view)
+ViewIndex::ViewIndex(Database& database, quint32 view)
     : database_(database),
       view_(view),
       tables_(database),
@@ -57,10 +57,10 @@ ViewIndex::ViewIndex(const Database& database, quint32 view)
 ViewIndex::~ViewIndex() = default;
 
 void ViewIndex::readDesign() {
-  const qint64 change = database_.changeSequence();
+  const qint64 change = database_.versions().changeSequence();
   if (change == designOf_) return;
   Note note;
-  if (!database_.read(view_, note) || noteclass::base(note.header.noteClass) != noteclass::View)
+  if (!database_.notes().read(view_, note) || noteclass::base(note.header.noteClass) != noteclass::View)
     throw RuntimeError(enginefault::UnknownNote, u"%1: there is no view %2 (it may have been deleted)"_s.arg(
                                                      database_.path(), QString::number(view_, 16).toUpper()));
   ViewDesign design = readViewDesign(note);
@@ -81,7 +81,7 @@ std::unique_ptr<DocumentRows> ViewIndex::makeRows(const ViewDesign& design) {
 }
 
 IndexHead ViewIndex::wanted() {
-  return {design_.digest, database_.changeSequence(), rows_->moment(),
+  return {design_.digest, database_.versions().changeSequence(), rows_->moment(),
           design_.folder ? folderChange(database_, design_.unid) : 0};
 }
 
@@ -105,8 +105,7 @@ void ViewIndex::refresh() {
 
 // What others changed during a pause is brought in by another round.
 void ViewIndex::refreshInFile() {
-  // What is written is derived from what everybody can read: for its users the database stays the same.
-  PacedTransaction transaction(const_cast<Database&>(database_), kWaitMs);
+  PacedTransaction transaction(database_, kWaitMs);
   tables_.dropTemporary();
   tables_.create(false);
   bool othersWrote = true;
@@ -158,13 +157,14 @@ void ViewIndex::makeAnew(const IndexHead& goal, const ViewBuilder::Pause& pause)
 
 void ViewIndex::catchUp(const IndexHead& from, const IndexHead& goal, const ViewBuilder::Pause& pause) {
   QVector<quint32> changed;
-  for (const NoteChange& change : database_.changesSince(from.change)) changed.push_back(change.id);
+  for (const NoteChange& change : database_.versions().changesSince(from.change))
+    changed.push_back(change.id);
   if (design_.folder) {
     const QSet<quint32> known(changed.begin(), changed.end());
     for (const quint32 note : folderChangesSince(database_, design_.unid, from.folderChange))
       if (!known.contains(note)) changed.push_back(note);
   }
-  if (changed.size() > kManyChanges && changed.size() > database_.noteCount(design_.noteClass) / 4)
+  if (changed.size() > kManyChanges && changed.size() > database_.notes().noteCount(design_.noteClass) / 4)
     return makeAnew(goal, pause);
   ViewBuilder builder(database_, design_, *rows_, tables_);
   builder.update(changed);

@@ -30,9 +30,9 @@ struct ViewLine {
 
 class ViewIndex {
  public:
-  // The database must outlive this; it may be one that was opened for reading, since an index says nothing
-  // that its documents do not say. Raises UnknownNote when there is no such view.
-  ViewIndex(const Database& database, quint32 view);
+  // The database must outlive this; it may be one whose file cannot be written. Raises UnknownNote when there
+  // is no such view.
+  ViewIndex(Database& database, quint32 view);
   ~ViewIndex();
 
   const ViewDesign& design() const { return design_; }
@@ -63,7 +63,7 @@ class ViewIndex {
   void makeAnew(const IndexHead& goal, const ViewBuilder::Pause& pause);
   void catchUp(const IndexHead& from, const IndexHead& goal, const ViewBuilder::Pause& pause);
 
-  const Database& database_;
+  Database& database_;
   const quint32 view_;
   formula::MachineEnvironment environment_;
   ViewDesign design_;

@@ -163,7 +163,7 @@ template <class Read>
 void withDocument(ViewIndex& index, quint32 note, const Read& read) {
   Note found;
   try {
-    if (!index.database().read(note, found)) return;
+    if (!index.database().notes().read(note, found)) return;
   } catch (const RuntimeError& error) {
     if (error.number() != enginefault::Damaged) throw;
     return;
@@ -223,7 +223,7 @@ quint32 findByKey(ViewIndex& index, const ViewKey& key, const Regional& regional
   quint32 found = 0;
   eachRowOfKey(index, key, regional, [&](QByteArrayView row) {
     const quint32 note = noteIdOf(row);
-    if (index.database().state(note) == NoteState::Live) found = note;
+    if (index.database().notes().state(note) == NoteState::Live) found = note;
     return found == 0;
   });
   return found;

@@ -224,10 +224,7 @@ std::shared_ptr<Database> Workspace::database(const QString& server, const QStri
   const QString file = absolutePath(place(server, path));
   // Also for who has it open: what is saved to a file that somebody deleted would be lost.
   if (!QFileInfo(file).isFile()) failWorkspace(workspacefault::NoSuchFile, file, u"File does not exist"_s);
-  if (std::shared_ptr<Database> known = open_.value(file).lock(); known && !known->isRemoved()) return known;
-  std::shared_ptr<Database> opened = Database::open(file);
-  open_.insert(file, opened);
-  return opened;
+  return Database::open(file);
 }
 
 }  // namespace lens

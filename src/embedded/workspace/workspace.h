@@ -11,7 +11,6 @@
 // itself.
 #pragma once
 
-#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -112,7 +111,6 @@ class Workspace {
   IniFile ini_;
   QString dataDirectory_;
   QVector<Server> servers_;
-  QHash<QString, std::weak_ptr<Database>> open_;
   ClientState client_;
   std::function<void(const DatabasePlace&)> changed_;
 };

@@ -54,11 +54,10 @@ std::shared_ptr<Database> Workspace::createDatabase(const QString& server, const
   const auto created = withFolders(file, [&] {
     if (!QFileInfo::exists(file)) return Database::create(file, info);
     if (!replace) failWorkspace(workspacefault::FileExists, file, u"File already exists"_s);
-    if (open_.value(file).lock())
+    if (Database::isOpenHere(file))
       failWorkspace(workspacefault::InUse, file, u"the database is open and is not replaced"_s);
     return replaceDatabase(file, info);
   });
-  open_.insert(file, created);
   client_.changeDatabases();
   return created;
 }
@@ -104,7 +103,6 @@ DatabasePlace Workspace::createReplica(Database& source, const QString& server, 
 void Workspace::removeDatabase(const DatabasePlace& place) {
   const std::shared_ptr<Database> held = database(place.server, place.path);
   held->removeFile();
-  open_.remove(absolutePath(place));
   if (client_.isOnTop(place)) client_.closeDatabase();
   client_.changeDatabases();
 }

@@ -157,7 +157,7 @@ TEST_F(AnyHandle, ThatIsNoneOfItsKindIsAStatusAndHarmsNothing) {
   }
   EXPECT_TRUE(api.OSUnlockObject(stale.formula));
   EXPECT_NE(api.OSMemFree(live.item), 0) << "the note's own";
-  EXPECT_EQ(t.store->state(id), NoteState::Live);
+  EXPECT_EQ(t.store->notes().state(id), NoteState::Live);
   EXPECT_EQ(itemInfo(live.note), 0);
   EXPECT_EQ(evaluate(live.compute, live.note), 0);
   close(live);

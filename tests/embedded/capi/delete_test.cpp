@@ -33,17 +33,17 @@ struct NoteDelete : ::testing::Test {
 TEST_F(NoteDelete, LeavesAStubOrNothing) {
   const quint32 stub = plain(), gone = plain();
   EXPECT_EQ(remove(stub, 0), 0);
-  EXPECT_EQ(t.store->state(stub), NoteState::Stub);
+  EXPECT_EQ(t.store->notes().state(stub), NoteState::Stub);
   EXPECT_EQ(remove(gone), 0);
-  EXPECT_EQ(t.store->state(gone), NoteState::Gone);
+  EXPECT_EQ(t.store->notes().state(gone), NoteState::Gone);
 }
 
 TEST_F(NoteDelete, TellsWhyThereIsNothingToDelete) {
   const quint32 stub = plain(), gone = plain();
-  t.store->remove(stub);
-  t.store->remove(gone, false);
+  t.store->notes().remove(stub);
+  t.store->notes().remove(gone, false);
   EXPECT_EQ(remove(stub), 0x0225);
-  EXPECT_EQ(t.store->state(stub), NoteState::Stub);
+  EXPECT_EQ(t.store->notes().state(stub), NoteState::Stub);
   EXPECT_EQ(remove(gone), 0x0227);
   EXPECT_EQ(remove(gone - 1), 0x0227);
   EXPECT_EQ(remove(0), 0x0214);
@@ -57,7 +57,7 @@ TEST_F(NoteDelete, TakesNotesOfEveryClass) {
                                   noteclass::Acl, noteclass::SharedField}) {
     const quint32 id = plain(noteClass);
     EXPECT_EQ(remove(id), 0) << noteClass;
-    EXPECT_EQ(t.store->state(id), NoteState::Gone);
+    EXPECT_EQ(t.store->notes().state(id), NoteState::Gone);
   }
 }
 
@@ -65,7 +65,7 @@ TEST_F(NoteDelete, TakesADamagedNoteThatNothingElseCanOpen) {
   const quint32 id = plain();
   const QByteArray sql = "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(id);
   ASSERT_EQ(sqlite3_exec(t.store->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
-  ASSERT_EQ(t.store->state(id), NoteState::Damaged);
+  ASSERT_EQ(t.store->notes().state(id), NoteState::Damaged);
   EXPECT_EQ(remove(id), 0);
   EXPECT_EQ(remove(id), 0x0227);
 }
@@ -73,21 +73,21 @@ TEST_F(NoteDelete, TakesADamagedNoteThatNothingElseCanOpen) {
 TEST_F(NoteDelete, ADocumentWithResponsesGoesWithoutAStubOnlyByForce) {
   const quint32 parent = plain(), other = plain();
   Note main, response = noteOf({{u"A"_s, textValue(u"answer")}});
-  ASSERT_TRUE(t.store->read(parent, main));
+  ASSERT_TRUE(t.store->notes().read(parent, main));
   response.header.parent = main.header.unid;
-  t.store->save(response);
+  t.store->notes().save(response);
   EXPECT_EQ(remove(parent, kNoStub), 0x02F0);
-  EXPECT_EQ(t.store->state(parent), NoteState::Live);
+  EXPECT_EQ(t.store->notes().state(parent), NoteState::Live);
   EXPECT_EQ(remove(other, kNoStub), 0);
   EXPECT_EQ(remove(parent, kForceNoStub), 0);
-  EXPECT_EQ(t.store->state(response.header.id), NoteState::Live);
+  EXPECT_EQ(t.store->notes().state(response.header.id), NoteState::Live);
   EXPECT_EQ(remove(response.header.id, kForce), 0);
 }
 
 TEST_F(NoteDelete, AResponseMayTellItsParentInAnItem) {
   const quint32 parent = plain(), other = plain();
   Note main;
-  ASSERT_TRUE(t.store->read(parent, main));
+  ASSERT_TRUE(t.store->notes().read(parent, main));
   const quint32 response =
       t.add({{u"A"_s, textValue(u"answer")}, {u"$Ref"_s, noteRefsValue({main.header.unid.text()})}});
   EXPECT_EQ(remove(parent, kNoStub), 0x02F0);
@@ -137,5 +137,5 @@ TEST_F(NoteDelete, NeedsADatabase) {
     EXPECT_EQ(api.NSFNoteDelete(handle, qint32(id), kForceNoStub), status::BadHandle);
   api.NSFDbClose(db);
   EXPECT_EQ(remove(id), status::BadHandle);
-  EXPECT_EQ(t.store->state(id), NoteState::Live);
+  EXPECT_EQ(t.store->notes().state(id), NoteState::Live);
 }

@@ -192,7 +192,7 @@ TEST_F(Formulas, FieldsAreWrittenToTheOpenNoteAndNotToTheDatabase) {
   EXPECT_EQ(length, 2u + 11u);
   EXPECT_EQ(api.NSFItemInfo(note, "Amounts", 7, item, type, value, length), status::NoItem);
   Note stored;
-  ASSERT_TRUE(t.store->read(id, stored));
+  ASSERT_TRUE(t.store->notes().read(id, stored));
   EXPECT_EQ(stored.text(u"Subject"), u"Größe"_s);
   api.NSFNoteClose(note);
   EXPECT_EQ(api.OSLockObject(handedOut), nullptr);

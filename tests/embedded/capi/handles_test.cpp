@@ -161,8 +161,8 @@ TEST_F(Handles, NewDatabasesAreToldToTheClient) {
 
 TEST_F(Handles, NoteIdsTellWhyTheyLeadNowhere) {
   const quint32 stub = t.add({{u"A"_s, textValue(u"x")}}), gone = t.add({{u"A"_s, textValue(u"x")}});
-  t.store->remove(stub);
-  t.store->remove(gone, false);
+  t.store->notes().remove(stub);
+  t.store->notes().remove(gone, false);
   const DbHandle db = open();
   EXPECT_EQ(openStatus(db, qint32(id)), 0);
   EXPECT_EQ(openStatus(db, qint32(stub)), 0x0225);
@@ -255,7 +255,7 @@ TEST_F(Handles, ADatabaseIsMadeEmptyAndClosedAndNothingElseIsReplaced) {
   t.workspace->addServer(u"CN=Hub1/O=Acme"_s);
   EXPECT_EQ(api.NSFDbCreate("Hub1/Acme!!new folder\\there", 0xFF03, -1), 0);
   EXPECT_EQ(api.openHandles(), 0);
-  EXPECT_EQ(t.workspace->database(u"Hub1/Acme"_s, u"new folder/there.nsf"_s)->noteCount(0x7FFF), 0);
+  EXPECT_EQ(t.workspace->database(u"Hub1/Acme"_s, u"new folder/there.nsf"_s)->notes().noteCount(0x7FFF), 0);
   EXPECT_EQ(api.NSFDbCreate("Hub2/Acme!!x.nsf", 0xFF03, -1), 0x0803);
   EXPECT_EQ(api.NSFDbCreate("../x.nsf", 0xFF03, -1), status::BadPath);
   EXPECT_NE(api.NSFDbCreate("", 0xFF03, -1), 0);

@@ -40,8 +40,8 @@ struct Console : ::testing::Test {
   // Notes that have come and gone, with much text.
   void fillAndEmpty(Database& database) {
     Note note = noteOf({{u"A"_s, textValue(QString(300'000, u'x'))}});
-    database.save(note);
-    database.remove(note.header.id);
+    database.notes().save(note);
+    database.notes().remove(note.header.id);
   }
   TestWorkspace t;
 };
@@ -98,7 +98,7 @@ TEST_F(Console, ShowsTheServerItsTasksUsersPortsAndDisk) {
 
 TEST_F(Console, TheDirectoryHasOneLineForEachDatabaseOfTheServer) {
   Note note = noteOf({{u"A"_s, textValue(u"x")}});
-  orders()->save(note);
+  orders()->notes().save(note);
   const QStringList lines = run(u"show directory"_s).split(u"\r\n"_s);
   ASSERT_EQ(lines.size(), 4) << lines.join(u'\n').toStdString();
   EXPECT_TRUE(lines[1].contains(u"apps"_s) && lines[1].endsWith(u"1 documents  Orders"_s));
@@ -147,13 +147,13 @@ TEST_F(Console, NamesThatLeadNowhereOrOutAreToldWithTheirReason) {
 
 TEST_F(Console, DbcopyMakesADatabaseOfItsOwn) {
   Note note = noteOf({{u"A"_s, textValue(u"x")}});
-  orders()->save(note);
+  orders()->notes().save(note);
   EXPECT_TRUE(says(u"dbcopy apps/orders.nsf \"new folder/copy\""_s, u"was copied"_s));
   const auto copy = t.workspace->database(kHub, u"new folder/copy.nsf"_s);
-  EXPECT_EQ(copy->noteCount(noteclass::Document), 1);
+  EXPECT_EQ(copy->notes().noteCount(noteclass::Document), 1);
   EXPECT_NE(copy->info().replicaId, orders()->info().replicaId);
   EXPECT_TRUE(says(u"dbcopy apps/orders.nsf names.nsf"_s, u"exists already"_s));
-  EXPECT_EQ(t.workspace->database(kHub, u"names.nsf"_s)->noteCount(noteclass::Document), 0);
+  EXPECT_EQ(t.workspace->database(kHub, u"names.nsf"_s)->notes().noteCount(noteclass::Document), 0);
   EXPECT_TRUE(says(u"dbcopy none.nsf x.nsf"_s, u"does not exist"_s));
   EXPECT_TRUE(says(u"dbcopy one"_s, u"needs two names"_s));
 }
@@ -182,7 +182,7 @@ TEST_F(Console, TasksThatAreNotThereAreNotFound) {
 
 TEST_F(Console, UpdallMakesAFullTextIndexOnlyOnDemand) {
   Note note = noteOf({{u"A"_s, textValue(u"pump")}});
-  orders()->save(note);
+  orders()->notes().save(note);
   EXPECT_TRUE(says(u"updall apps/orders.nsf"_s, u"there is no full-text index"_s));
   EXPECT_FALSE(hasFullTextIndex(*orders()));
   EXPECT_TRUE(says(u"load updall apps/orders.nsf -X"_s, u"the full-text index was made anew"_s));
@@ -193,7 +193,7 @@ TEST_F(Console, UpdallMakesAFullTextIndexOnlyOnDemand) {
 
 TEST_F(Console, SearchesGoOnBehindACompaction) {
   Note note = noteOf({{u"A"_s, textValue(u"pump")}});
-  orders()->save(note);
+  orders()->notes().save(note);
   run(u"updall apps/orders.nsf -x"_s);
   EXPECT_EQ(fullTextSearch(*orders(), u"pump", 0).size(), 1);
   EXPECT_TRUE(says(u"compact apps/orders.nsf"_s, u"recovered"_s));
@@ -208,11 +208,11 @@ TEST_F(Console, ReplicateBringsReplicasTogetherAndLeavesOthers) {
   const auto here = t.workspace->database(kHub, u"a.nsf"_s);
   const auto there = t.workspace->database(u"Hub2/Acme"_s, u"b.nsf"_s);
   Note note = noteOf({{u"A"_s, textValue(u"x")}});
-  here->save(note);
+  here->notes().save(note);
   QStringList changed;
   t.workspace->setChangeListener([&](const DatabasePlace& place) { changed.append(place.path); });
   EXPECT_TRUE(says(u"replicate hub2/acme"_s, u"1 added, 0 updated, 0 deleted, 0 conflicts"_s));
-  EXPECT_EQ(there->noteCount(noteclass::Document), 1);
+  EXPECT_EQ(there->notes().noteCount(noteclass::Document), 1);
   EXPECT_EQ(changed, QStringList({u"a.nsf"_s, u"b.nsf"_s}));
   EXPECT_TRUE(says(u"replicate Hub2/Acme names.nsf"_s, u"no replica"_s));
   EXPECT_TRUE(says(u"replicate Hub9/Acme"_s, u"Hub9/Acme"_s));

@@ -102,7 +102,7 @@ TEST_F(DesignElements, AreFewAmongManyDocuments) {
     for (int i = 0; i < 20'000; ++i) {
       Note note = noteOf({{u"Form"_s, textValue(u"Memo")}, {u"Subject"_s, textValue(QString(200, u'x'))}});
       if (i % 5'000 == 0) note.add(u"$Name"_s, itemflag::Summary, textValue(u"$profile_001p_u%1"_s.arg(i)));
-      t.store->save(note);
+      t.store->notes().save(note);
     }
     all.commit();
   }

@@ -15,7 +15,7 @@ const QByteArray kTwoDocuments =
 
 // Everything that an import could have left behind.
 qint64 traces(Database& database) {
-  return database.changeSequence() + database.highestIssuedId();
+  return database.versions().changeSequence() + database.notes().highestIssuedId();
 }
 
 TEST_F(DxlImport, FileThatIsCutAnywhereLeavesNothing) {

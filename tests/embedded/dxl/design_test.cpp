@@ -68,7 +68,7 @@ TEST_F(DxlImport, EveryDesignRootHasItsClassAndLetter) {
     Note note;
     Unid unid;
     Unid::parse(u"00000000000000010000000000000009", unid);
-    ASSERT_TRUE(database_->read(unid, note)) << element;
+    ASSERT_TRUE(database_->notes().read(unid, note)) << element;
     EXPECT_EQ(note.header.noteClass, noteClass) << element;
     EXPECT_EQ(valuesText(note, u"$Flags"), letters) << element;
   }

@@ -61,7 +61,7 @@ TEST_F(DxlImport, EveryItemOfAFolderOfExportsIsStored) {
       Unid unid;
       Note stored;
       ASSERT_TRUE(Unid::parse(note.unid, unid)) << path.toStdString();
-      ASSERT_TRUE(database_->read(unid, stored)) << path.toStdString();
+      ASSERT_TRUE(database_->notes().read(unid, stored)) << path.toStdString();
       QStringList names;
       for (const Item& item : stored.items) names.push_back(item.name);
       // The icon note also takes what the database root says of itself, and notes their prolog.

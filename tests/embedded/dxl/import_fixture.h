@@ -49,23 +49,23 @@ class DxlImport : public ::testing::Test {
     return report.failed.isEmpty() ? QString() : report.failed.first();
   }
 
-  int notes() const { return database_->noteCount(0x7FFF); }
+  int notes() const { return database_->notes().noteCount(0x7FFF); }
 
   QByteArray attachment(quint32 objectId) const {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
-    database_->readObject(objectId, buffer);
+    database_->objects().read(objectId, buffer);
     return buffer.data();
   }
 
   Note onlyNote(const ImportReport& report, quint16 noteClass) {
     EXPECT_EQ(report.failed.join(u'\n').toStdString(), "");
     last_ = report;
-    const QVector<NoteSummary> list = database_->list(noteClass);
+    const QVector<NoteSummary> list = database_->notes().list(noteClass);
     EXPECT_EQ(list.size(), 1);
     Note note;
     if (!list.isEmpty()) {
-      EXPECT_TRUE(database_->read(list.first().id, note));
+      EXPECT_TRUE(database_->notes().read(list.first().id, note));
     }
     return note;
   }

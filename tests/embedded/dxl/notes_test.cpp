@@ -26,7 +26,7 @@ TEST_F(DxlImport, NoteInfoGivesUnidSequenceAndTimes) {
 
 TEST_F(DxlImport, NoteWithoutInfoGetsIdentityOfItsOwn) {
   run("<database><document/><document/></database>");
-  const QVector<NoteSummary> list = database_->list(noteclass::Document);
+  const QVector<NoteSummary> list = database_->notes().list(noteclass::Document);
   ASSERT_EQ(list.size(), 2);
   EXPECT_FALSE(list[0].unid.isNull());
   EXPECT_FALSE(list[0].unid == list[1].unid);
@@ -117,7 +117,7 @@ TEST_F(DxlImport, DatabaseAttributesGoToItsProperties) {
   EXPECT_EQ(info.replicaId.toStdString(), "C2257B2600344548");
   EXPECT_FALSE(info.publicAddressBook);
   Note icon;
-  ASSERT_TRUE(database_->read(database_->specialNote(noteclass::Icon), icon));
+  ASSERT_TRUE(database_->notes().read(database_->notes().specialNote(noteclass::Icon), icon));
   EXPECT_EQ(valuesText(icon, u"$TITLE"), "Sales\nWork\n#1AcmeSales\n#2StdBase");
   EXPECT_TRUE(icon.has(u"$Flags"));
 }
@@ -136,9 +136,9 @@ TEST_F(DxlImport, IconNoteOfTheFileIsTheOnlyOne) {
       "<item name='$TITLE'><text>Own<break/></text></item></note></database>";
   run(file);
   run(file);
-  ASSERT_EQ(database_->noteCount(noteclass::Icon), 1);
+  ASSERT_EQ(database_->notes().noteCount(noteclass::Icon), 1);
   Note icon;
-  ASSERT_TRUE(database_->read(database_->specialNote(noteclass::Icon), icon));
+  ASSERT_TRUE(database_->notes().read(database_->notes().specialNote(noteclass::Icon), icon));
   EXPECT_EQ(valuesText(icon, u"$TITLE"), "Own\n");
   EXPECT_EQ(namesText(icon), "$TITLE $DXL_launchsettings");
 }

@@ -28,7 +28,7 @@ class Samples : public DxlImport {
 
   QVector<Note> all(quint16 noteClass) const {
     QVector<Note> notes;
-    database_->scan(noteClass, [&](const Note& note) {
+    database_->notes().scan(noteClass, [&](const Note& note) {
       notes.push_back(note);
       return true;
     });
@@ -72,7 +72,7 @@ TEST_F(Samples, FirstDocumentOfTheMailFileIsTheContractMemo) {
     untold = untold || item.type() == itemtype::ViewFormat;
     if (item.name != u"$FILE" || !readFileObject(item.data(), file)) continue;
     files.push_back(file.name);
-    EXPECT_EQ(database_->objectSize(file.objectId), qint64(file.size));
+    EXPECT_EQ(database_->objects().size(file.objectId), qint64(file.size));
     EXPECT_GT(file.size, 300u);
   }
   EXPECT_EQ(files.join(u' ').toStdString(), "contract.pdf price-list.ods");
@@ -108,7 +108,7 @@ TEST_F(Samples, DiscussionHoldsEveryKindOfDesignAndSchedule) {
   EXPECT_EQ(triggers.join(u' ').toStdString(), "4 4 6 2 1 1 1 1 1 5 3 8 4 4 4 4 4 4 4");
   EXPECT_EQ(intervals.size(), 5);
   for (const quint16 single : {noteclass::Icon, noteclass::About, noteclass::Using, noteclass::Acl})
-    EXPECT_NE(database_->specialNote(single), 0u);
+    EXPECT_NE(database_->notes().specialNote(single), 0u);
   EXPECT_EQ(countForm(QStringLiteral("MainTopic")), 3);
   EXPECT_EQ(countForm(QStringLiteral("Response")), 3);
   QStringList profiles;

@@ -32,10 +32,10 @@ struct AgentRuns : ::testing::Test {
   }
   quint32 response(quint32 parent, const QString& subject) {
     Note above;
-    EXPECT_TRUE(t.store->read(parent, above));
+    EXPECT_TRUE(t.store->notes().read(parent, above));
     Note note = noteOf({{u"Form"_s, textValue(u"Response")}, {u"Subject"_s, textValue(subject)}});
     note.header.parent = above.header.unid;
-    t.store->save(note);
+    t.store->notes().save(note);
     return note.header.id;
   }
   AgentRun run(quint32 id, bool seesClient = true) {
@@ -43,11 +43,11 @@ struct AgentRuns : ::testing::Test {
   }
   QString text(quint32 id, QStringView name) {
     Note note;
-    return t.store->read(id, note) ? note.text(name) : u"(gone)"_s;
+    return t.store->notes().read(id, note) ? note.text(name) : u"(gone)"_s;
   }
   quint32 sequence(quint32 id) {
     Note note;
-    EXPECT_TRUE(t.store->read(id, note));
+    EXPECT_TRUE(t.store->notes().read(id, note));
     return note.header.sequence;
   }
   int failure(quint32 id, QString* description = nullptr) {
@@ -105,9 +105,9 @@ TEST_F(AgentRuns, DeleteWhatTheFormulaDeletes) {
   const quint32 empty = memo(u" "_s), full = memo(u"x"_s), task = memo(u""_s, u"Task"_s);
   const AgentRun done = run(agent(1, u"@DeleteDocument; SELECT Form = \"Memo\" & @Trim(Subject) = \"\""_s));
   EXPECT_EQ(done.deleted, 1);
-  EXPECT_EQ(t.store->state(empty), NoteState::Stub);
-  EXPECT_EQ(t.store->state(full), NoteState::Live);
-  EXPECT_EQ(t.store->state(task), NoteState::Live);
+  EXPECT_EQ(t.store->notes().state(empty), NoteState::Stub);
+  EXPECT_EQ(t.store->notes().state(full), NoteState::Live);
+  EXPECT_EQ(t.store->notes().state(task), NoteState::Live);
 }
 
 TEST_F(AgentRuns, OverNewAndModifiedDocumentsGoOnFromTheLastRun) {
@@ -120,8 +120,8 @@ TEST_F(AgentRuns, OverNewAndModifiedDocumentsGoOnFromTheLastRun) {
   EXPECT_EQ(run(changed).processed, 1) << "another agent changed it";
   const quint32 second = memo(u"b"_s);
   Note note;
-  ASSERT_TRUE(t.store->read(first, note));
-  t.store->save(note);
+  ASSERT_TRUE(t.store->notes().read(first, note));
+  t.store->notes().save(note);
   EXPECT_EQ(run(added).processed, 1);
   EXPECT_EQ(text(first, u"News"), u"n"_s);
   EXPECT_EQ(text(second, u"News"), u"n"_s);
@@ -170,7 +170,7 @@ TEST_F(AgentRuns, OnceComputeTheFormulaWithoutADocument) {
   EXPECT_EQ(run(once).processed, 0);
   EXPECT_EQ(sequence(id), 1u);
   QStringList ran;
-  t.store->scan(noteclass::Document, [&](const Note& note) {
+  t.store->notes().scan(noteclass::Document, [&](const Note& note) {
     if (isProfile(note)) ran.append(note.text(u"Ran"));
     return true;
   });
@@ -185,7 +185,7 @@ TEST_F(AgentRuns, WithoutKnownDocumentsAreRefused) {
         << search;
     EXPECT_TRUE(why.contains(t.store->path()) && why.contains(u"\"Clean|cl\""_s)) << why.toStdString();
   }
-  EXPECT_EQ(t.store->noteCount(noteclass::Document), 1);
+  EXPECT_EQ(t.store->notes().noteCount(noteclass::Document), 1);
 }
 
 TEST_F(AgentRuns, TakeInResponsesThatTheSelectionTakesIn) {
@@ -243,13 +243,13 @@ TEST_F(AgentRuns, AreRecordedInTheAgentWithoutANewVersionOfIt) {
   const quint32 id = agent(1, u"FIELD A := \"1\"; SELECT Subject = \"a\""_s);
   run(id);
   Note note;
-  ASSERT_TRUE(t.store->read(id, note));
+  ASSERT_TRUE(t.store->notes().read(id, note));
   EXPECT_EQ(note.header.sequence, 1u);
   ASSERT_TRUE(note.has(u"$AssistLastRun"));
   EXPECT_TRUE(instantOf(readTimeDate(note.find(u"$AssistLastRun")->data().data())).isValid());
   EXPECT_EQ(itemValues(*note.find(u"$AssistDocCount")).at(0).number(), 1);
   run(id);
-  ASSERT_TRUE(t.store->read(id, note));
+  ASSERT_TRUE(t.store->notes().read(id, note));
   EXPECT_EQ(std::count_if(note.items.begin(), note.items.end(),
                           [](const Item& item) { return item.name == u"$AssistLastRun"; }),
             1);
@@ -271,9 +271,9 @@ TEST_F(AgentRuns, OfTheDiscussionSampleDoWhatTheySay) {
   ASSERT_EQ(report.failed, QStringList());
   QHash<QString, int> processed;
   QStringList refused;
-  for (const NoteSummary& summary : t.store->list(noteclass::Filter)) {
+  for (const NoteSummary& summary : t.store->notes().list(noteclass::Filter)) {
     Note note;
-    ASSERT_TRUE(t.store->read(summary.id, note));
+    ASSERT_TRUE(t.store->notes().read(summary.id, note));
     if (!note.has(u"$AssistInfo")) continue;
     try {
       processed.insert(note.text(u"$TITLE"), run(summary.id).processed);

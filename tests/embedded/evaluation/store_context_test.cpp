@@ -27,7 +27,7 @@ class StoreContext : public ::testing::Test {
   }
   QString unidOf(quint32 id) {
     Note note;
-    EXPECT_TRUE(t.store->read(id, note));
+    EXPECT_TRUE(t.store->notes().read(id, note));
     return note.header.unid.text();
   }
 
@@ -142,7 +142,7 @@ TEST_F(StoreContext, ProfilesAreMadeWhenTheyAreMissing) {
   EXPECT_EQ(run(u"@GetProfileField(\"Settings\"; \"Color\"; \"ada\")"_s), u"red"_s);
   database.setProfileItem(u"settings"_s, u"ada"_s, u"Color"_s, formula::Value::text(u"green"));
   EXPECT_EQ(run(u"@GetProfileField(\"Settings\"; \"Color\"; \"Ada\")"_s), u"green"_s);
-  EXPECT_EQ(t.store->noteCount(noteclass::Document), 1);
+  EXPECT_EQ(t.store->notes().noteCount(noteclass::Document), 1);
 }
 
 TEST_F(StoreContext, WrittenDocumentsAreSavedAndTold) {
@@ -151,7 +151,7 @@ TEST_F(StoreContext, WrittenDocumentsAreSavedAndTold) {
   t.workspace->setChangeListener([&](const DatabasePlace& place) { told = place.path; });
   database.setDocumentItem(unidOf(id), u"Subject"_s, formula::Value::text(u"Bye"));
   Note note;
-  ASSERT_TRUE(t.store->read(id, note));
+  ASSERT_TRUE(t.store->notes().read(id, note));
   EXPECT_EQ(note.text(u"Subject"), u"Bye"_s);
   EXPECT_EQ(told, u"mail.nsf"_s);
 }

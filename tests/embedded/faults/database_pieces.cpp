@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include "embedded/store/compaction.h"
 #include "embedded/store/database.h"
 #include "embedded/views/folder_documents.h"
 #include "piece_of_work.h"
@@ -26,9 +27,9 @@ Note letter(int number) {
 
 void addFile(Database& database, Note& note) {
   FileObject file;
-  file.objectId = database.beginObject();
-  database.appendObject(file.objectId, QByteArray(60'000, 'f'));
-  database.finishObject(file.objectId);
+  file.objectId = database.objects().begin();
+  database.objects().append(file.objectId, QByteArray(60'000, 'f'));
+  database.objects().finish(file.objectId);
   file.name = u"a.bin"_s;
   note.add(u"$FILE"_s, itemflag::Summary, fileObjectValue(file));
 }
@@ -36,14 +37,14 @@ void addFile(Database& database, Note& note) {
 // The subjects of the documents; one that is not whole fails the test.
 QStringList lettersIn(const Database& database) {
   QStringList subjects;
-  database.scan(noteclass::Document, [&](const Note& note) {
+  database.notes().scan(noteclass::Document, [&](const Note& note) {
     const QString subject = note.text(u"Subject");
     subjects << subject;
     EXPECT_EQ(note.text(u"Body"), QString(9'000, subject[0]));
     FileObject file;
     const Item* item = note.find(u"$FILE");
     if (item && readFileObject(item->data(), file)) {
-      EXPECT_EQ(database.objectSize(file.objectId), 60'000);
+      EXPECT_EQ(database.objects().size(file.objectId), 60'000);
     }
     return true;
   });
@@ -57,22 +58,22 @@ void prepareWaste(const QString& directory) {
     Database::Transaction transaction(*database);
     Note note = letter(number);
     addFile(*database, note);
-    database->save(note);
-    if (number % 2) database->remove(note.header.id);
+    database->notes().save(note);
+    if (number % 2) database->notes().remove(note.header.id);
     transaction.commit();
   }
 }
 
 const RegisterPiece compacting({"Compacting", prepareWaste,
                                 [](const QString& directory, const auto& stepDone) {
-                                  Database::open(fileIn(directory))->compact();
+                                  compact(*Database::open(fileIn(directory)));
                                   stepDone();
                                 },
                                 [](const QString& directory, int stepsDone) {
                                   const auto database = Database::open(fileIn(directory));
                                   EXPECT_EQ(lettersIn(*database), QStringList({u"0"_s, u"2"_s, u"4"_s}));
                                   EXPECT_TRUE(stepsDone == 0 || database->size() < kDocuments * 60'000);
-                                  database->compact();
+                                  compact(*database);
                                   EXPECT_EQ(lettersIn(*database).size(), 3);
                                 }});
 
@@ -82,7 +83,7 @@ void prepareFirstSchema(const QString& directory) {
     const auto database = Database::create(fileIn(directory), {});
     for (int number = 0; number < 3; ++number) {
       Note note = letter(number);
-      database->save(note);
+      database->notes().save(note);
     }
   }
   sqlite3* handle = nullptr;
@@ -98,7 +99,7 @@ const RegisterPiece upgrading({"BringingAnOldDatabaseUpToDate", prepareFirstSche
                                  const auto database = Database::open(fileIn(directory));
                                  stepDone();
                                  Note note = letter(3);
-                                 database->save(note);
+                                 database->notes().save(note);
                                  stepDone();
                                },
                                [](const QString& directory, int stepsDone) {
@@ -107,10 +108,10 @@ const RegisterPiece upgrading({"BringingAnOldDatabaseUpToDate", prepareFirstSche
                                  EXPECT_GE(letters.size(), stepsDone == 2 ? 4 : 3);
                                  EXPECT_LE(letters.size(), stepsDone == 0 ? 3 : 4);
                                  // What the old schema had no place for works now.
-                                 const quint32 first = database->list(noteclass::Document).first().id;
-                                 const qint64 seen = database->changeSequence();
-                                 EXPECT_TRUE(database->remove(first, false));
-                                 EXPECT_EQ(database->changesSince(seen).size(), 1);
+                                 const quint32 first = database->notes().list(noteclass::Document).first().id;
+                                 const qint64 seen = database->versions().changeSequence();
+                                 EXPECT_TRUE(database->notes().remove(first, false));
+                                 EXPECT_EQ(database->versions().changesSince(seen).size(), 1);
                                }});
 
 void prepareFolder(const QString& directory) {
@@ -119,31 +120,31 @@ void prepareFolder(const QString& directory) {
   folder.header.noteClass = noteclass::View;
   folder.add(u"$TITLE"_s, itemflag::Summary, textValue(u"Kept"));
   folder.add(u"$Flags"_s, itemflag::Summary, textValue(u"F"));
-  database->save(folder);
+  database->notes().save(folder);
   for (int number = 0; number < kDocuments; ++number) {
     Note note = letter(number);
-    database->save(note);
+    database->notes().save(note);
   }
 }
 
 const RegisterPiece filing({"PuttingDocumentsIntoAFolder", prepareFolder,
                             [](const QString& directory, const auto& stepDone) {
                               const auto database = Database::open(fileIn(directory));
-                              const quint32 folder = database->list(noteclass::View).first().id;
+                              const quint32 folder = database->notes().list(noteclass::View).first().id;
                               QVector<quint32> ids;
-                              for (const NoteSummary& note : database->list(noteclass::Document))
+                              for (const NoteSummary& note : database->notes().list(noteclass::Document))
                                 ids.push_back(note.id);
                               addToFolder(*database, folder, ids);
                               stepDone();
                               removeFromFolder(*database, folder, ids.first(3));
                               stepDone();
-                              database->remove(ids.last());
+                              database->notes().remove(ids.last());
                               stepDone();
                             },
                             [](const QString& directory, int stepsDone) {
                               const auto database = Database::open(fileIn(directory));
                               EXPECT_GE(lettersIn(*database).size(), kDocuments - 1);
-                              const Unid folder = database->list(noteclass::View).first().unid;
+                              const Unid folder = database->notes().list(noteclass::View).first().unid;
                               // All or none of each step.
                               const QVector<qsizetype> sizes{0, kDocuments, kDocuments - 3, kDocuments - 4};
                               const qsizetype size = folderDocuments(*database, folder).size();

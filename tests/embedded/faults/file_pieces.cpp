@@ -45,14 +45,14 @@ void prepareFiles(const QString& directory) {
   for (int number = 0; number < kFiles; ++number) {
     Database::Transaction transaction(*database);
     FileObject file;
-    file.objectId = database->beginObject();
-    database->appendObject(file.objectId, bytesOf(number));
-    file.size = quint32(database->finishObject(file.objectId).size);
+    file.objectId = database->objects().begin();
+    database->objects().append(file.objectId, bytesOf(number));
+    file.size = quint32(database->objects().finish(file.objectId).size);
     file.name = u"a.bin"_s;
     Note note;
     note.add(u"Subject"_s, itemflag::Summary, textValue(QString::number(number)));
     note.add(u"$FILE"_s, itemflag::Summary, fileObjectValue(file));
-    database->save(note);
+    database->notes().save(note);
     transaction.commit();
     writeFile(targetIn(directory, number), "former");
   }
@@ -60,7 +60,7 @@ void prepareFiles(const QString& directory) {
 
 QVector<quint32> objectsOf(const Database& database) {
   QVector<quint32> objects;
-  database.scan(noteclass::Document, [&](const Note& note) {
+  database.notes().scan(noteclass::Document, [&](const Note& note) {
     FileObject file;
     if (readFileObject(note.find(u"$FILE")->data(), file)) objects.push_back(file.objectId);
     return true;
@@ -74,7 +74,7 @@ const RegisterPiece extracting(
        const auto database = Database::open(databaseIn(directory));
        const QVector<quint32> objects = objectsOf(*database);
        for (int number = 0; number < kFiles; ++number) {
-         database->extractObject(objects[number], targetIn(directory, number));
+         database->objects().extract(objects[number], targetIn(directory, number));
          stepDone();
        }
      },

@@ -54,12 +54,12 @@ const RegisterPiece importing(
      [](const QString& directory, int stepsDone) {
        const auto database = Database::open(fileIn(directory));
        QVector<int> notesOf(kFiles);
-       database->scan(noteclass::Document, [&](const Note& note) {
+       database->notes().scan(noteclass::Document, [&](const Note& note) {
          ++notesOf[note.text(u"File").toInt()];
          FileObject file;
          const Item* item = note.find(u"$FILE");
          EXPECT_TRUE(item && readFileObject(item->data(), file) &&
-                     database->objectSize(file.objectId) == 3000);
+                     database->objects().size(file.objectId) == 3000);
          EXPECT_EQ(note.text(u"Text").size(), 9000);
          return true;
        });

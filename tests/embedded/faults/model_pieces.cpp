@@ -46,14 +46,14 @@ void add(Database& database, const QString& subject, const QByteArray& attachmen
   note.add(u"Pages"_s, 0, textValue(QString(kPages, u'p')));
   if (!attachment.isEmpty()) {
     FileObject file;
-    file.objectId = database.beginObject();
-    database.appendObject(file.objectId, attachment);
-    database.finishObject(file.objectId);
+    file.objectId = database.objects().begin();
+    database.objects().append(file.objectId, attachment);
+    database.objects().finish(file.objectId);
     file.name = u"report.pdf"_s;
     file.size = quint32(attachment.size());
     note.add(u"$FILE"_s, itemflag::Summary, fileObjectValue(file));
   }
-  database.save(note);
+  database.notes().save(note);
   transaction.commit();
 }
 
@@ -68,7 +68,7 @@ void prepareLetters(const QString& directory) {
   view.header.noteClass = noteclass::View;
   view.add(u"$TITLE"_s, itemflag::Summary, textValue(u"Letters"_s));
   view.add(u"$Formula"_s, itemflag::Summary, sourceFormulaValue(u"SELECT Form = \"Letter\""_s));
-  store->save(view);
+  store->notes().save(view);
 }
 
 void prepareTwo(const QString& directory) {
@@ -79,12 +79,13 @@ void prepareTwo(const QString& directory) {
 // The subjects of all letters; a letter that is not whole fails the test.
 QStringList lettersIn(const Database& database) {
   QStringList subjects;
-  database.scan(noteclass::Document, [&](const Note& note) {
+  database.notes().scan(noteclass::Document, [&](const Note& note) {
     subjects << note.text(u"Subject");
     EXPECT_EQ(note.text(u"Pages").size(), kPages);
     FileObject file;
     const Item* item = note.find(u"$FILE");
-    EXPECT_TRUE(item && readFileObject(item->data(), file) && database.objectSize(file.objectId) == 20'000);
+    EXPECT_TRUE(item && readFileObject(item->data(), file) &&
+                database.objects().size(file.objectId) == 20'000);
     return true;
   });
   return subjects;
@@ -174,12 +175,12 @@ void prepareReplicas(const QString& directory) {
   const auto here = desk.store(u"letters.nsf"_s), there = desk.store(u"copy.nsf"_s);
   add(*here, u"from here"_s, QByteArray(20'000, 'h'));
   add(*there, u"from there"_s, QByteArray(20'000, 't'));
-  const QVector<NoteSummary> notes = here->list(noteclass::Document);
+  const QVector<NoteSummary> notes = here->notes().list(noteclass::Document);
   Note changed, deleted;
-  ASSERT_TRUE(here->read(notes[0].unid, changed) && there->read(notes[1].unid, deleted));
+  ASSERT_TRUE(here->notes().read(notes[0].unid, changed) && there->notes().read(notes[1].unid, deleted));
   changed.find(u"Subject")->value = textValue(u"changed here"_s);
-  here->save(changed);
-  there->remove(deleted.header.id);
+  here->notes().save(changed);
+  there->notes().remove(deleted.header.id);
 }
 
 const RegisterPiece replicating(

@@ -36,7 +36,7 @@ void expectWhole(const Note& note) {
 
 QVector<Note> lettersIn(const Database& database) {
   QVector<Note> notes;
-  database.scan(noteclass::Document, [&](const Note& note) {
+  database.notes().scan(noteclass::Document, [&](const Note& note) {
     notes.push_back(note);
     return true;
   });
@@ -47,7 +47,7 @@ void prepareLetters(const QString& directory) {
   const auto database = Database::create(fileIn(directory), {});
   for (int number = 0; number < kSteps; ++number) {
     Note note = letter(number);
-    database->save(note);
+    database->notes().save(note);
   }
 }
 
@@ -57,7 +57,7 @@ const RegisterPiece saving({"Saving",
                               const auto database = Database::open(fileIn(directory));
                               for (int number = 0; number < kSteps; ++number) {
                                 Note note = letter(number);
-                                database->save(note);
+                                database->notes().save(note);
                                 stepDone();
                               }
                             },
@@ -77,7 +77,7 @@ const RegisterPiece changing({"Changing", prepareLetters,
                                 const auto database = Database::open(fileIn(directory));
                                 for (Note& note : lettersIn(*database)) {
                                   note.items = letter(note.text(u"Subject").toInt() + 5).items;
-                                  database->save(note);
+                                  database->notes().save(note);
                                   stepDone();
                                 }
                               },
@@ -101,7 +101,7 @@ const RegisterPiece batch({"ABatchInOneTransaction", prepareLetters,
                              Database::Transaction transaction(*database);
                              for (Note& note : lettersIn(*database)) {
                                note.items = letter(note.text(u"Subject").toInt() + 5).items;
-                               database->save(note);
+                               database->notes().save(note);
                              }
                              transaction.commit();
                              stepDone();
@@ -119,8 +119,8 @@ const RegisterPiece batch({"ABatchInOneTransaction", prepareLetters,
 const RegisterPiece deleting({"Deleting", prepareLetters,
                               [](const QString& directory, const auto& stepDone) {
                                 const auto database = Database::open(fileIn(directory));
-                                for (const NoteSummary& note : database->list(noteclass::Document)) {
-                                  database->remove(note.id, note.id % 8 == 2);
+                                for (const NoteSummary& note : database->notes().list(noteclass::Document)) {
+                                  database->notes().remove(note.id, note.id % 8 == 2);
                                   stepDone();
                                 }
                               },
@@ -146,11 +146,11 @@ const RegisterPiece attaching({"Attaching",
                                    source.open(QIODevice::ReadOnly);
                                    Database::Transaction transaction(*database);
                                    FileObject file;
-                                   file.objectId = database->addObject(source).id;
+                                   file.objectId = database->objects().add(source).id;
                                    file.name = QStringLiteral("report.pdf");
                                    Note note = letter(number);
                                    note.items[2] = {QStringLiteral("$FILE"), 0, fileObjectValue(file)};
-                                   database->save(note);
+                                   database->notes().save(note);
                                    transaction.commit();
                                    stepDone();
                                  }
@@ -166,7 +166,7 @@ const RegisterPiece attaching({"Attaching",
                                    ASSERT_TRUE(item && readFileObject(item->data(), file));
                                    QBuffer target;
                                    target.open(QIODevice::WriteOnly);
-                                   database->readObject(file.objectId, target);
+                                   database->objects().read(file.objectId, target);
                                    EXPECT_EQ(target.data(), bytesOf(number));
                                  }
                                }});

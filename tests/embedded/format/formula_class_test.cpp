@@ -10,14 +10,14 @@ class ViewsOfAClass : public ViewTest {
     Note note;
     note.header.noteClass = noteClass;
     note.add(u"Subject"_s, itemflag::Summary, textValue(subject));
-    database->save(note);
+    database->notes().save(note);
     return note.header.id;
   }
   quint32 viewOf(const QByteArray& formulaClass) {
     Note note =
         viewNote(u"View"_s, {.formula = u"SELECT Subject != \"\""_s, .columns = {sorted(u"Subject"_s)}});
     note.add(u"$FormulaClass"_s, itemflag::Summary, formulaClass);
-    database->save(note);
+    database->notes().save(note);
     return note.header.id;
   }
   QString shownFor(const QString& formulaClass) { return lines(viewOf(textValue(formulaClass))); }
@@ -51,7 +51,7 @@ TEST_F(ViewsOfAClass, FollowTheirNotesAndTheClassItself) {
   EXPECT_EQ(lines(view), u"a b"_s);
   change(a, u"Subject"_s, textValue(u"c"));
   EXPECT_EQ(lines(view), u"b c"_s);
-  database->remove(a);
+  database->notes().remove(a);
   EXPECT_EQ(lines(view), u"b"_s);
   change(view, u"$FormulaClass"_s, textValue(u"1"));
   EXPECT_EQ(lines(view), u"document"_s);

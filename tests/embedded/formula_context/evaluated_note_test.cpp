@@ -160,7 +160,7 @@ TEST(EvaluatedNote, AnswersAreFoundAtAnyDepth) {
   QVector<Note> notes(3, noteOf({}));
   for (int i = 0; i < 3; ++i) {
     if (i > 0) notes[i].header.parent = notes[i - 1].header.unid;
-    t.store->save(notes[i]);
+    t.store->notes().save(notes[i]);
   }
   EvaluatedNote last(notes[2], t.store.get());
   EXPECT_FALSE(last.respondsToSelected(true));
@@ -177,7 +177,7 @@ TEST(EvaluatedNote, ACircleOfAnswersEnds) {
   Note note = noteOf({});
   note.header.unid = Unid::create();
   note.header.parent = note.header.unid;
-  t.store->save(note);
+  t.store->notes().save(note);
   EvaluatedNote document(note, t.store.get());
   document.setSelected([](const Unid&) { return false; });
   EXPECT_FALSE(document.respondsToSelected(true));

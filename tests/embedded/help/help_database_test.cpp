@@ -75,7 +75,7 @@ TEST_F(HelpDatabase, KeepsHelpForWindowsOutOfTheLists) {
 
 TEST_F(HelpDatabase, HasATextInEveryTopic) {
   int topics = 0;
-  t.store->scan(noteclass::Document, [&](const Note& note) {
+  t.store->notes().scan(noteclass::Document, [&](const Note& note) {
     const Item* body = note.find(u"Body");
     const QString text = body ? RichText::fromBytes(body->data()).plainText() : QString();
     EXPECT_GT(text.size(), note.text(u"Subject").size() + 5) << note.text(u"Subject").toStdString();

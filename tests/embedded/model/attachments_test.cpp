@@ -191,7 +191,7 @@ TEST_F(Attaching, LargeFilesGoInPieces) {
   QFile left(path), right(out);
   ASSERT_TRUE(left.open(QIODevice::ReadOnly) && right.open(QIODevice::ReadOnly));
   ASSERT_EQ(right.size(), kSize);
-  while (!left.atEnd()) ASSERT_EQ(left.read(1 << 20), right.read(1 << 20));
+  while (!left.atEnd()) ASSERT_EQ(left.notes().read(1 << 20), right.notes().read(1 << 20));
 }
 
 TEST_F(Attaching, ADamagedOneIsToldAndTheFileThatWasThereStays) {
@@ -248,7 +248,7 @@ TEST_F(Attaching, ObjectsOfOtherProgramsAreNoAttachments) {
   appendU16(runData, 8);
   appendU32(runData, 1);
   note.add(u"$AssistRunInfo"_s, 0, rawValue(itemtype::Object, runData));
-  t.store->save(note);
+  t.store->notes().save(note);
   const Object document = t.document(note.header.id);
   EXPECT_EQ(document.call(u"GETATTACHMENT"_s, u"sheet"_s).object().get(u"Type"_s).number(), 1453);
   document.call(u"RemoveItem"_s, u"$FILE"_s);
@@ -272,7 +272,7 @@ TEST_F(Attaching, ATextShowsTheFirstFileOfEachNameInItsOwnOrderAndEachOnce) {
   for (quint32 i = kFiles; i > 0; --i) text.appendAttachment(u"File%1.TXT"_s.arg(i), {});
   for (const QString& name : {u"file1.txt"_s, u"SS.txt"_s, u"none.txt"_s}) text.appendAttachment(name, {});
   note.add(u"Body"_s, 0, rawValue(itemtype::RichText, text.toBytes()));
-  t.store->save(note);
+  t.store->notes().save(note);
   const Object shown = t.document(note.header.id);
   const Value all = itemOf(shown, u"Body"_s).get(u"EmbeddedObjects"_s);
   ASSERT_EQ(all.upperBound(), int(kFiles));

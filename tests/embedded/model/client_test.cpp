@@ -40,9 +40,9 @@ TEST_F(Client, OpenDocumentIsReadFromTheStoreEachTime) {
   const Object window = t.ui().get(u"CURRENTDOCUMENT"_s).object();
   EXPECT_EQ(window.get(u"Document"_s).object().get(u"NoteID"_s).text(), t.hex(second));
   Note note;
-  ASSERT_TRUE(t.store->read(second, note));
+  ASSERT_TRUE(t.store->notes().read(second, note));
   note.find(u"Subject")->value = textValue(u"Changed");
-  t.store->save(note);
+  t.store->notes().save(note);
   const Object again = window.get(u"DOCUMENT"_s).object();
   EXPECT_EQ(again.call(u"GETITEMVALUE"_s, u"Subject"_s).at(0).text(), u"Changed"_s);
 }
@@ -123,7 +123,7 @@ TEST_F(Client, CollectionWalksItsDocumentsAndPassesOverGoneOnes) {
   t.workspace->client().select({third, first, second});
   const Object selected =
       t.session().get(u"CURRENTDATABASE"_s).object().get(u"UNPROCESSEDDOCUMENTS"_s).object();
-  t.store->remove(first);
+  t.store->notes().remove(first);
   Object document = selected.call(u"GetFirstDocument"_s).object();
   EXPECT_EQ(document.get(u"NoteID"_s).text(), t.hex(third));
   document = selected.call(u"GetNextDocument"_s, document).object();

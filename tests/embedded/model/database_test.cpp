@@ -61,8 +61,8 @@ TEST(DocumentById, EmptyTextAndGoneNotesGiveNothing) {
   const quint32 stub = t.add({{u"A"_s, textValue(u"x")}});
   const quint32 gone = t.add({{u"A"_s, textValue(u"x")}});
   const quint32 last = t.add({{u"A"_s, textValue(u"x")}});
-  t.store->remove(stub);
-  t.store->remove(gone, false);
+  t.store->notes().remove(stub);
+  t.store->notes().remove(gone, false);
   const Object mail = t.mail();
   for (const QString& text : {u""_s, t.hex(stub), t.hex(gone), t.hex(last - 1)})
     EXPECT_TRUE(mail.call(u"GETDOCUMENTBYID"_s, text).object().isNothing()) << text.toStdString();
@@ -103,7 +103,7 @@ TEST(DocumentByUnid, FindsByIdentityAndRaisesOtherwise) {
   EXPECT_EQ(unid.size(), 32);
   const Object mail = t.mail();
   EXPECT_EQ(mail.call(u"GetDocumentByUNID"_s, unid.toLower()).object().get(u"NoteID"_s).text(), t.hex(id));
-  t.store->remove(id);
+  t.store->notes().remove(id);
   for (const QString& text : {unid, QString(32, u'0'), u""_s, u"12"_s, QString(32, u'g')})
     EXPECT_GT(raised([&] { mail.call(u"GETDOCUMENTBYUNID"_s, text); }), 0) << text.toStdString();
 }
@@ -113,9 +113,9 @@ TEST(DatabaseObject, ReadsTheStoredStateAnew) {
   const quint32 id = t.add({{u"A"_s, textValue(u"old")}});
   const Object before = t.document(id);
   Note note;
-  ASSERT_TRUE(t.store->read(id, note));
+  ASSERT_TRUE(t.store->notes().read(id, note));
   note.find(u"A")->value = textValue(u"new");
-  t.store->save(note);
+  t.store->notes().save(note);
   EXPECT_EQ(before.call(u"GETITEMVALUE"_s, u"A"_s).at(0).text(), u"old"_s);
   EXPECT_EQ(t.document(id).call(u"GETITEMVALUE"_s, u"A"_s).at(0).text(), u"new"_s);
 }

@@ -136,7 +136,7 @@ TEST_F(DesignModel, AnAgentThatCannotRunSaysWhy) {
 TEST_F(DesignModel, AnAgentThatWasDeletedMeanwhileSaysSo) {
   import(kAgent);
   const Object agent = t.mail().call(u"GETAGENT"_s, u"Mark"_s).object();
-  t.store->remove(t.store->list(noteclass::Filter).first().id);
+  t.store->notes().remove(t.store->notes().list(noteclass::Filter).first().id);
   EXPECT_EQ(raised([&] { agent.call(u"RUN"_s); }), agentfault::CannotRun);
 }
 

@@ -12,7 +12,7 @@ struct Collections : Documents {
     for (int i = 0; i < 5; ++i) ids.push_back(t.add({{u"Number"_s, numberValue(i)}}));
     all = t.mail().call(u"SEARCH"_s, u"SELECT @All"_s, Value(), 0).object();
   }
-  int live() { return t.store->noteCount(noteclass::Document); }
+  int live() { return t.store->notes().noteCount(noteclass::Document); }
   int numberOf(const Value& document) { return int(valueOf(document.object(), u"Number"_s).at(0).number()); }
   QVector<quint32> ids;
   Object all;
@@ -42,8 +42,8 @@ TEST_F(Collections, RemoveAllLeavesStubsAndAnEmptyCollection) {
   QStringList told;
   t.workspace->setChangeListener([&](const DatabasePlace& place) { told.append(place.path); });
   all.call(u"removeALL"_s, true);
-  for (const quint32 id : ids) EXPECT_EQ(t.store->state(id), NoteState::Stub);
-  EXPECT_EQ(t.store->state(later), NoteState::Live);
+  for (const quint32 id : ids) EXPECT_EQ(t.store->notes().state(id), NoteState::Stub);
+  EXPECT_EQ(t.store->notes().state(later), NoteState::Live);
   EXPECT_EQ(all.get(u"count"_s).number(), 0);
   EXPECT_TRUE(all.call(u"GETFIRSTDOCUMENT"_s).object().isNothing());
   EXPECT_EQ(told, QStringList(u"mail.nsf"_s));
@@ -51,13 +51,13 @@ TEST_F(Collections, RemoveAllLeavesStubsAndAnEmptyCollection) {
 }
 
 TEST_F(Collections, RemoveAllPassesOverWhatIsGoneAndTakesWhatIsDamaged) {
-  t.store->remove(ids[1]);
-  t.store->remove(ids[2], false);
+  t.store->notes().remove(ids[1]);
+  t.store->notes().remove(ids[2], false);
   sql("UPDATE note SET items = x'00' WHERE id = " + QByteArray::number(ids[3]));
   all.call(u"REMOVEALL"_s, true);
   EXPECT_EQ(live(), 0);
-  EXPECT_EQ(t.store->state(ids[2]), NoteState::Gone);
-  EXPECT_EQ(t.store->state(ids[3]), NoteState::Stub);
+  EXPECT_EQ(t.store->notes().state(ids[2]), NoteState::Gone);
+  EXPECT_EQ(t.store->notes().state(ids[3]), NoteState::Stub);
 }
 
 TEST_F(Collections, RemoveAllIsAllOrNothing) {

@@ -120,7 +120,7 @@ TEST_F(ItemWriting, AttachmentsAndReferencesAreNotReplaced) {
 TEST_F(ItemWriting, AnAttachmentBehindATextOfItsNameIsKept) {
   Note note = Documents::stored(t.addFile(u"a.txt"_s, "bytes"));
   note.items.push_front({u"$File"_s, 0, textValue(u"label")});
-  t.store->save(note);
+  t.store->notes().save(note);
   const Object mixed = t.document(note.header.id);
   EXPECT_EQ(raised([&] { mixed.call(u"REPLACEITEMVALUE"_s, u"$FILE"_s, u"x"); }), modelfault::ItemRefused);
   EXPECT_EQ(mixed.get(u"ITEMS"_s).upperBound(), 1);
@@ -207,7 +207,7 @@ TEST_F(ItemWriting, OfThreeAttachmentsOneIsRemoved) {
   Note note = Documents::stored(t.addFile(u"a"_s, "1"));
   for (const QString& name : {u"b"_s, u"c"_s})
     note.items.push_back(Documents::stored(t.addFile(name, "2")).items.first());
-  t.store->save(note);
+  t.store->notes().save(note);
   const Object three = t.document(note.header.id);
   three.call(u"RemoveItem"_s, u"$FILE"_s);
   saveForced(three);

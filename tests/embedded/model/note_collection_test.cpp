@@ -113,8 +113,8 @@ TEST_F(NoteCollections, AreWalkedToTheEndWhenNotesGoAwayMeanwhile) {
   const Object notes = collection();
   notes.set(u"SELECTDOCUMENTS"_s, true);
   notes.call(u"BUILDCOLLECTION"_s);
-  t.store->remove(second.toUInt(nullptr, 16), false);
-  t.store->remove(third.toUInt(nullptr, 16));
+  t.store->notes().remove(second.toUInt(nullptr, 16), false);
+  t.store->notes().remove(third.toUInt(nullptr, 16));
   EXPECT_EQ(ids(notes), QStringList({first, second, third}));
   EXPECT_TRUE(t.mail().call(u"GETDOCUMENTBYID"_s, second).object().isNothing());
 }
@@ -153,7 +153,7 @@ TEST_F(NoteCollections, MayBeLimitedToWhatIsRecent) {
   const QString fresh = memo(u"new"_s);
   Note old = noteOf({{u"Subject"_s, textValue(u"old")}});
   old.header.modified = timeDateOf(DateTime{QDate(2001, 2, 3), QTime(4, 5)});
-  t.store->saveAsGiven(old);
+  t.store->notes().saveAsGiven(old);
   const Object notes = collection();
   notes.set(u"SELECTDOCUMENTS"_s, true);
   const auto built = [&] {

@@ -36,9 +36,9 @@ struct ReplicaMembers : ::testing::Test {
   }
   void edit(Database& store, const QString& text) {
     Note note;
-    ASSERT_TRUE(store.read(store.list(noteclass::Document).first().id, note));
+    ASSERT_TRUE(store.notes().read(store.notes().list(noteclass::Document).first().id, note));
     note.find(u"Subject")->value = textValue(text);
-    store.save(note);
+    store.notes().save(note);
   }
   QString subject(const Object& database) {
     return database.call(u"GETDOCUMENTBYUNID"_s, t.document(id).get(u"UNIVERSALID"_s).text())
@@ -71,7 +71,7 @@ TEST_F(ReplicaMembers, AnExistingFileIsNeverOverwritten) {
             workspacefault::FileExists);
   EXPECT_EQ(raised([&] { t.mail().call(u"CREATEREPLICA"_s, u""_s, u"mail.nsf"_s); }),
             workspacefault::FileExists);
-  EXPECT_EQ(t.workspace->database(hub, u"mail.nsf"_s)->noteCount(0x7FFF), 0);
+  EXPECT_EQ(t.workspace->database(hub, u"mail.nsf"_s)->notes().noteCount(0x7FFF), 0);
   EXPECT_EQ(raised([&] { t.mail().call(u"CREATEREPLICA"_s, u"Hub9/Acme"_s, u"x.nsf"_s); }),
             workspacefault::UnknownServer);
 }
@@ -147,7 +147,7 @@ TEST_F(ReplicaMembers, RemovingDeletesTheFileWithItsJournalsAndEndsItsObjects) {
   EXPECT_EQ(listener.told, QStringList({u"closed"_s, u"changed"_s}));
   EXPECT_GT(raised([&] { t.mail(); }), 0);
   Note note = noteOf({});
-  EXPECT_GT(raised([&] { t.store->save(note); }), 0);
+  EXPECT_GT(raised([&] { t.store->notes().save(note); }), 0);
   EXPECT_GT(raised([&] { Database::Transaction change(*t.store); }), 0);
   t.workspace->client().setListener(nullptr);
 }

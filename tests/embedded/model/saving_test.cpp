@@ -52,7 +52,7 @@ TEST_F(Saving, ForceOverwritesWhatSomebodyElseSaved) {
   set(document, u"mine"_s);
   saveForced(document);
   EXPECT_EQ(form(), u"mine"_s);
-  EXPECT_EQ(t.store->noteCount(noteclass::Document), 1);
+  EXPECT_EQ(t.store->notes().noteCount(noteclass::Document), 1);
 }
 
 TEST_F(Saving, WithoutForceAChangedDocumentIsNotOverwritten) {
@@ -85,13 +85,13 @@ TEST_F(Saving, AChangedDocumentCanBecomeAConflictThatAnswersTheOther) {
   // The object goes on as that document.
   set(document, u"again"_s);
   document.call(u"SAVE"_s, false, false);
-  EXPECT_EQ(t.store->noteCount(noteclass::Document), 2);
+  EXPECT_EQ(t.store->notes().noteCount(noteclass::Document), 2);
 }
 
 TEST_F(Saving, AConflictOfAnAnswerKeepsThePlacesOfItsItems) {
   Note answer = stored(id);
   answer.items.insert(0, {u"$Ref"_s, itemflag::Summary, noteRefsValue({Unid::create().text()})});
-  t.store->save(answer);
+  t.store->notes().save(answer);
   document = t.document(id);
   const Object form = itemOf(document, u"Form"_s), other = t.document(id);
   set(other, u"other"_s);
@@ -106,11 +106,11 @@ TEST_F(Saving, AConflictOfAnAnswerKeepsThePlacesOfItsItems) {
 }
 
 TEST_F(Saving, ADeletedDocumentIsNotSaved) {
-  t.store->remove(id);
+  t.store->notes().remove(id);
   set(document, u"mine"_s);
   EXPECT_GT(raised([&] { saveForced(document); }), 0);
   EXPECT_EQ(raised([&] { document.call(u"SAVE"_s, false, true); }), modelfault::NoSuchDocument);
-  EXPECT_EQ(t.store->state(id), NoteState::Stub);
+  EXPECT_EQ(t.store->notes().state(id), NoteState::Stub);
   EXPECT_TRUE(told.isEmpty());
 }
 
@@ -183,7 +183,7 @@ TEST_F(Saving, ACopyIsSavedAtOnceWithIdsOfItsOwn) {
 TEST_F(Saving, ACopyInTheSameDatabaseIsAnotherDocument) {
   const Object copy = document.call(u"COPYTODATABASE"_s, t.mail()).object();
   EXPECT_NE(copy.get(u"NOTEID"_s).text(), t.hex(id));
-  EXPECT_EQ(t.store->noteCount(noteclass::Document), 2);
+  EXPECT_EQ(t.store->notes().noteCount(noteclass::Document), 2);
   document.call(u"Remove"_s, true);
   EXPECT_EQ(valueOf(t.document(copy.get(u"NOTEID"_s).text().toUInt(nullptr, 16)), u"Form"_s),
             listOf({u"Memo"}));
@@ -196,7 +196,7 @@ TEST_F(Saving, ACopyNeedsAnOpenDatabase) {
   const Object closed = t.mail();
   closed.call(u"Close"_s);
   EXPECT_EQ(raised([&] { document.call(u"COPYTODATABASE"_s, closed); }), modelfault::DatabaseClosed);
-  EXPECT_EQ(t.store->noteCount(noteclass::Document), 1);
+  EXPECT_EQ(t.store->notes().noteCount(noteclass::Document), 1);
 }
 
 TEST_F(Saving, DesignNotesAreCopiedAndASecondIconIsRefused) {
@@ -213,8 +213,8 @@ TEST_F(Saving, RemoveLeavesAStubAndRemovePermanentlyNothing) {
   const quint32 second = t.add({{u"A"_s, textValue(u"x")}});
   document.call(u"rEMOVE"_s, true);
   t.document(second).call(u"RemovePermanently"_s, true);
-  EXPECT_EQ(t.store->state(id), NoteState::Stub);
-  EXPECT_EQ(t.store->state(second), NoteState::Gone);
+  EXPECT_EQ(t.store->notes().state(id), NoteState::Stub);
+  EXPECT_EQ(t.store->notes().state(second), NoteState::Gone);
   EXPECT_TRUE(t.document(id).isNothing());
   EXPECT_EQ(told.size(), 2);
 }
@@ -244,15 +244,15 @@ TEST_F(Saving, RemovingWhatIsGoneIsAFailure) {
   document.call(u"Remove"_s, true);
   EXPECT_EQ(raised([&] { other.call(u"Remove"_s, true); }), modelfault::NoSuchDocument);
   EXPECT_EQ(raised([&] { other.call(u"REMOVEPERMANENTLY"_s, true); }), modelfault::NoSuchDocument);
-  EXPECT_EQ(t.store->state(id), NoteState::Stub);
+  EXPECT_EQ(t.store->notes().state(id), NoteState::Stub);
 }
 
 TEST_F(Saving, WithoutForceAChangedDocumentIsNotRemoved) {
   saveForced(t.document(id));
   EXPECT_EQ(raised([&] { document.call(u"Remove"_s, false); }), modelfault::ChangedMeanwhile);
-  EXPECT_EQ(t.store->state(id), NoteState::Live);
+  EXPECT_EQ(t.store->notes().state(id), NoteState::Live);
   t.document(id).call(u"Remove"_s, false);
-  EXPECT_EQ(t.store->state(id), NoteState::Stub);
+  EXPECT_EQ(t.store->notes().state(id), NoteState::Stub);
 }
 
 TEST_F(Saving, AnItemObjectOutlivesTheDocumentObjectAndChangesNothingStored) {

@@ -84,7 +84,7 @@ TEST(ViewObject, WalksItsDocuments) {
   EXPECT_TRUE(subjects(t.mail().call(u"GETVIEW"_s, u"Put"_s).object()).isEmpty());
   // A document that goes away in the walk does not end it.
   const Object first = memos.call(u"GETFIRSTDOCUMENT"_s).object();
-  t.store->remove(third);
+  t.store->notes().remove(third);
   const Object next = memos.call(u"GETNEXTDOCUMENT"_s, first).object();
   EXPECT_EQ(next.call(u"GETITEMVALUE"_s, u"Subject"_s).at(0).text(), u"four"_s);
 }
@@ -121,7 +121,7 @@ TEST(ViewObject, WhoseSelectionNobodyCanReadGivesNoDocuments) {
           << error.description().toStdString();
     }
   }
-  EXPECT_EQ(t.store->state(id), NoteState::Live);
+  EXPECT_EQ(t.store->notes().state(id), NoteState::Live);
 }
 
 TEST(ViewObject, ViewsAreAnArrayAlsoWhenThereAreNone) {
@@ -214,7 +214,7 @@ TEST_F(ViewEntries, AreAsTheyWereAtTheCall) {
   const quint32 a = memo(u"a"_s, {u"X"_s});
   const Object before = view().get(u"ALLENTRIES"_s).object();
   const quint32 b = memo(u"b"_s, {u"X"_s});
-  t.store->remove(a);
+  t.store->notes().remove(a);
   EXPECT_EQ(before.get(u"count"_s).number(), 2);
   const Object first = before.call(u"GetFirstEntry"_s).object();
   EXPECT_FALSE(first.get(u"ISDOCUMENT"_s).boolean());
@@ -233,9 +233,9 @@ TEST_F(ViewEntries, GiveDocumentsReadAnew) {
   const Object all = view().get(u"ALLENTRIES"_s).object();
   const Object entry = all.call(u"GETNEXTENTRY"_s, all.call(u"GETFIRSTENTRY"_s)).object();
   Note note;
-  ASSERT_TRUE(t.store->read(a, note));
+  ASSERT_TRUE(t.store->notes().read(a, note));
   note.find(u"Subject")->value = textValue(u"new");
-  t.store->save(note);
+  t.store->notes().save(note);
   EXPECT_EQ(entry.get(u"Document"_s).object().call(u"GETITEMVALUE"_s, u"Subject"_s).at(0).text(), u"new"_s);
 }
 
@@ -254,20 +254,21 @@ TEST_F(ViewEntries, AreRemovedAllAtOnceEachDocumentOnceWithStubs) {
   const Object held = view();
   const Object all = held.get(u"ALLENTRIES"_s).object();
   const quint32 copy = memo(u"copy"_s, {u"X"_s});
-  t.store->remove(b, false);
-  const qint64 change = t.store->changeSequence();
+  t.store->notes().remove(b, false);
+  const qint64 change = t.store->versions().changeSequence();
   all.call(u"RemoveAll"_s, true);
-  EXPECT_EQ(t.store->changeSequence(), change + 1);
+  EXPECT_EQ(t.store->versions().changeSequence(), change + 1);
   EXPECT_EQ(all.get(u"Count"_s).number(), 0);
-  EXPECT_EQ(t.store->state(a), NoteState::Stub);
-  EXPECT_EQ(t.store->state(b), NoteState::Gone);
-  EXPECT_EQ(t.store->state(copy), NoteState::Live) << "it was not in the view when the entries were taken";
+  EXPECT_EQ(t.store->notes().state(a), NoteState::Stub);
+  EXPECT_EQ(t.store->notes().state(b), NoteState::Gone);
+  EXPECT_EQ(t.store->notes().state(copy), NoteState::Live)
+      << "it was not in the view when the entries were taken";
   EXPECT_EQ(held.get(u"ENTRYCOUNT"_s).number(), 2) << "the view stays";
   constexpr int kMissingArgument = 449;
   EXPECT_EQ(raised([&] { all.call(u"REMOVEALL"_s); }), kMissingArgument) << "as a collection of documents";
   const Object documents = t.mail().call(u"SEARCH"_s, u"@All"_s, Object(), 0).object();
   EXPECT_EQ(raised([&] { documents.call(u"RemoveAll"_s); }), kMissingArgument);
-  EXPECT_EQ(t.store->state(copy), NoteState::Live);
+  EXPECT_EQ(t.store->notes().state(copy), NoteState::Live);
 }
 
 TEST_F(ViewEntries, AreRemovedAllOrNone) {
@@ -279,8 +280,8 @@ TEST_F(ViewEntries, AreRemovedAllOrNone) {
                           " BEGIN SELECT raise(ABORT, 'disk'); END"_s.arg(b)),
                nullptr, nullptr, nullptr);
   EXPECT_EQ(raised([&] { all.call(u"REMOVEALL"_s, true); }), enginefault::NotSaved);
-  EXPECT_EQ(t.store->state(a), NoteState::Live);
-  EXPECT_EQ(t.store->state(b), NoteState::Live);
+  EXPECT_EQ(t.store->notes().state(a), NoteState::Live);
+  EXPECT_EQ(t.store->notes().state(b), NoteState::Live);
   EXPECT_EQ(all.get(u"count"_s).number(), 3);
 }
 

@@ -49,13 +49,13 @@ struct WriteFaults : Documents {
   // What everybody else sees.
   QByteArray state() {
     QByteArray seen;
-    t.store->scan(0x7FFF, [&](const Note& note) {
+    t.store->notes().scan(0x7FFF, [&](const Note& note) {
       seen += QByteArray::number(note.header.id) + ':';
       for (const Item& item : note.items) {
         FileObject attached;
         seen += item.name.toUtf8() + '=' + QByteArray::number(qHash(item.value));
         if (item.type() == itemtype::Object && readFileObject(item.data(), attached))
-          seen += '@' + QByteArray::number(t.store->objectSize(attached.objectId));
+          seen += '@' + QByteArray::number(t.store->objects().size(attached.objectId));
       }
       return true;
     });

@@ -20,8 +20,8 @@ class Convergence : public Replicas {
 
   // A live document of the replica, conflict documents included.
   bool pick(const Database& database, Note& note) {
-    const QVector<NoteSummary> all = database.list(noteclass::Document);
-    return !all.isEmpty() && database.read(all[random.bounded(int(all.size()))].id, note);
+    const QVector<NoteSummary> all = database.notes().list(noteclass::Document);
+    return !all.isEmpty() && database.notes().read(all[random.bounded(int(all.size()))].id, note);
   }
 
   // An edit starts from what the person sees: the texts that went before live on in it.
@@ -36,14 +36,14 @@ class Convergence : public Replicas {
     if (!pick(database, note)) return;
     const QString old = note.text(u"Subject");
     if (what == 1) {
-      database.remove(note.header.id);
+      database.notes().remove(note.header.id);
       deleted.insert(old);
       return;
     }
     const QString fresh = nextText();
     before.insert(fresh, old);
     note.find(u"Subject")->value = textValue(fresh);
-    database.save(note);
+    database.notes().save(note);
     if (what == 2) attach(database, note.header.unid, fresh.toUtf8());
   }
 

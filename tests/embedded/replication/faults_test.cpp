@@ -80,7 +80,7 @@ TEST_F(Faults, AReadOnlySideWhoseVersionStaysIsNamedToo) {
 TEST_F(Faults, AReplicaTellsWhatCouldNotGoAlong) {
   const Unid damaged = add(*a, u"damaged"_s);
   Note note;
-  ASSERT_TRUE(a->read(damaged, note));
+  ASSERT_TRUE(a->notes().read(damaged, note));
   limitPages(*a, "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(note.header.id));
   EXPECT_EQ(createReplica(*a, path(u"new"_s)).leftOut.size(), 1);
   EXPECT_EQ(subject(*Database::open(path(u"new"_s)), unid), u"first"_s);
@@ -94,7 +94,7 @@ TEST_F(Faults, AFullDiskEndsTheRunAndTheNextOneGoesOn) {
   EXPECT_EQ(errorNumber([&] { replicate(*a, *b); }, &why), enginefault::NotSaved);
   EXPECT_TRUE(why.contains(path(u"b"_s))) << why.toStdString();
   EXPECT_EQ(integrityOf(*b), QByteArray("ok"));
-  b->scan(0x7FFF, [&](const Note& note) {
+  b->notes().scan(0x7FFF, [&](const Note& note) {
     EXPECT_EQ(told(*b, note), stateOf(*a).value(note.header.unid.text()));
     return true;
   });

@@ -10,18 +10,18 @@ using namespace Qt::Literals::StringLiterals;
 TEST_F(Pair, WhatIsInFoldersTravelsAndTheLaterChangeCounts) {
   Note folder = noteWith(u"Kept"_s, noteclass::View);
   folder.add(u"$Flags"_s, itemflag::Summary, textValue(u"F"));
-  a->save(folder);
+  a->notes().save(folder);
   const Unid kept = folder.header.unid, other = add(*a, u"other"_s), late = add(*a, u"late"_s);
   const auto idIn = [](const Database& database, const Unid& note) {
     NoteVersion version;
-    EXPECT_TRUE(database.findVersion(note, version));
+    EXPECT_TRUE(database.versions().findVersion(note, version));
     return version.id;
   };
   const auto shown = [&](const Database& database) {
     QStringList subjects;
     for (const quint32 id : folderDocuments(database, kept)) {
       Note note;
-      if (database.read(id, note)) subjects << note.text(u"Subject");
+      if (database.notes().read(id, note)) subjects << note.text(u"Subject");
     }
     subjects.sort();
     return subjects.join(u' ');

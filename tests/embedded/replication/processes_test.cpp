@@ -61,14 +61,14 @@ class Processes : public Replicas {
   static void rewrite(Database& database, const Unid& unid, const QString& text) {
     edit(database, unid, text);
     Note note;
-    ASSERT_TRUE(database.read(unid, note));
+    ASSERT_TRUE(database.notes().read(unid, note));
     note.items.removeIf([](const Item& item) { return item.name == u"$FILE"; });
-    database.saveAsGiven(note);
+    database.notes().saveAsGiven(note);
     attach(database, unid, text.toUtf8().repeated(1000));
   }
   void changeSome(const QString& name, int round) {
     const auto database = Database::open(path(name));
-    const QVector<NoteSummary> all = database->list(noteclass::Document);
+    const QVector<NoteSummary> all = database->notes().list(noteclass::Document);
     Database::Transaction changes(*database);
     for (qsizetype i = round; i < all.size(); i += 3)
       rewrite(*database, all[i].unid, u"%1 again %2.%3"_s.arg(name).arg(round).arg(i));
@@ -77,10 +77,10 @@ class Processes : public Replicas {
   void expectWhole(const QString& name) {
     const auto database = Database::open(path(name));
     EXPECT_EQ(integrityOf(*database), QByteArray("ok"));
-    database->scan(0x7FFF, [&](const Note& note) {
+    database->notes().scan(0x7FFF, [&](const Note& note) {
       QBuffer file;
       file.open(QIODevice::WriteOnly);
-      database->readObject(objectIn(*note.find(u"$FILE")), file);
+      database->objects().read(objectIn(*note.find(u"$FILE")), file);
       EXPECT_EQ(file.data(), note.text(u"Subject").toUtf8().repeated(1000));
       return true;
     });
@@ -109,7 +109,7 @@ TEST_F(Processes, AKilledReplicationLeavesWholeNotesAndTheNextOneGoesOn) {
   const auto a = Database::open(path(u"a"_s)), b = Database::open(path(u"b"_s));
   replicate(*a, *b);
   EXPECT_EQ(differenceOf(*a, *b), "");
-  EXPECT_GE(a->noteCount(noteclass::Document), 300);
+  EXPECT_GE(a->notes().noteCount(noteclass::Document), 300);
 }
 
 TEST_F(Processes, AKilledCreationLeavesNoReplicaOrAWholeOne) {
@@ -159,7 +159,7 @@ TEST_F(Processes, TwoProcessesReplicateTheSameFilesWhileBothWrite) {
   EXPECT_EQ(integrityOf(*b), QByteArray("ok"));
   replicate(*a, *b);
   EXPECT_EQ(differenceOf(*a, *b), "");
-  EXPECT_EQ(a->noteCount(noteclass::Document), 4 * kRounds);
+  EXPECT_EQ(a->notes().noteCount(noteclass::Document), 4 * kRounds);
 }
 
 }  // namespace

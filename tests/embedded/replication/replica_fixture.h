@@ -51,7 +51,7 @@ inline QString told(const Database& database, const Note& note) {
     QBuffer object;
     if (item.type() == itemtype::Object && value.size() >= 8) {
       object.open(QIODevice::WriteOnly);
-      database.readObject(objectIn(item), object);
+      database.objects().read(objectIn(item), object);
       for (int i = 4; i < 8; ++i) value[i] = 0;
     }
     parts << item.name + u'/' + QString::number(item.flags) + u'=' + QString::fromLatin1(value.toHex()) +
@@ -63,11 +63,11 @@ inline QString told(const Database& database, const Note& note) {
 // Every live note and stub of a database by UNID.
 inline QMap<QString, QString> stateOf(const Database& database) {
   QMap<QString, QString> state;
-  database.scan(0x7FFF, [&](const Note& note) {
+  database.notes().scan(0x7FFF, [&](const Note& note) {
     state.insert(note.header.unid.text(), told(database, note));
     return true;
   });
-  for (const NoteVersion& version : database.versionsAfter({}, 1 << 30))
+  for (const NoteVersion& version : database.versions().versionsAfter({}, 1 << 30))
     if (!version.live)
       state.insert(version.unid.text(),
                    QStringLiteral("stub %1 %2").arg(version.stamp.writer).arg(version.stamp.count));
@@ -104,40 +104,40 @@ class Replicas : public testing::Test {
   }
   static Unid add(Database& database, const QString& subject, quint16 noteClass = noteclass::Document) {
     Note note = noteWith(subject, noteClass);
-    database.save(note);
+    database.notes().save(note);
     return note.header.unid;
   }
   static void edit(Database& database, const Unid& unid, const QString& subject) {
     Note note;
-    ASSERT_TRUE(database.read(unid, note));
+    ASSERT_TRUE(database.notes().read(unid, note));
     note.find(u"Subject")->value = textValue(subject);
-    database.save(note);
+    database.notes().save(note);
   }
   static void remove(Database& database, const Unid& unid, bool stub = true) {
     Note note;
-    ASSERT_TRUE(database.read(unid, note));
-    ASSERT_TRUE(database.remove(note.header.id, stub));
+    ASSERT_TRUE(database.notes().read(unid, note));
+    ASSERT_TRUE(database.notes().remove(note.header.id, stub));
   }
   static void attach(Database& database, const Unid& unid, const QByteArray& bytes) {
     Note note;
-    ASSERT_TRUE(database.read(unid, note));
+    ASSERT_TRUE(database.notes().read(unid, note));
     QBuffer source;
     source.setData(bytes);
     source.open(QIODevice::ReadOnly);
     FileObject file;
-    file.objectId = database.addObject(source).id;
+    file.objectId = database.objects().add(source).id;
     file.name = QStringLiteral("plan.txt");
     file.size = quint32(bytes.size());
     note.add(QStringLiteral("$FILE"), itemflag::Summary, fileObjectValue(file));
-    database.save(note);
+    database.notes().save(note);
   }
   static QString subject(const Database& database, const Unid& unid) {
     Note note;
-    return database.read(unid, note) ? note.text(u"Subject") : QStringLiteral("(none)");
+    return database.notes().read(unid, note) ? note.text(u"Subject") : QStringLiteral("(none)");
   }
   static QVector<Note> conflictsIn(const Database& database) {
     QVector<Note> found;
-    database.scan(0x7FFF, [&](const Note& note) {
+    database.notes().scan(0x7FFF, [&](const Note& note) {
       if (note.has(u"$Conflict")) found.push_back(note);
       return true;
     });

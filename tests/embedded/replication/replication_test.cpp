@@ -33,10 +33,10 @@ TEST_F(Pair, ManyChangesOnOneSideAreOneStepForTheOther) {
 TEST_F(Pair, NothingHappensTheSecondTime) {
   edit(*a, unid, u"by a"_s);
   replicate(*a, *b);
-  const qint64 changes = a->changeSequence() + b->changeSequence();
+  const qint64 changes = a->versions().changeSequence() + b->versions().changeSequence();
   const ReplicationReport again = replicate(*a, *b);
   EXPECT_EQ(again.added + again.updated + again.deleted + again.conflicts, 0);
-  EXPECT_EQ(a->changeSequence() + b->changeSequence(), changes);
+  EXPECT_EQ(a->versions().changeSequence() + b->versions().changeSequence(), changes);
 }
 
 TEST_F(Pair, ADeletionTravelsAsAStub) {
@@ -206,7 +206,7 @@ TEST_F(Pair, AConflictDocumentHasTheAttachmentsOfItsVersion) {
     ASSERT_TRUE(conflict.has(u"$FILE"));
     QBuffer file;
     file.open(QIODevice::WriteOnly);
-    side->readObject(objectIn(*conflict.find(u"$FILE")), file);
+    side->objects().read(objectIn(*conflict.find(u"$FILE")), file);
     EXPECT_EQ(file.data(), "of a");
   }
 }
@@ -246,7 +246,7 @@ TEST_F(Pair, DesignNotesTravelAndLeaveNoConflict) {
   edit(*b, view, u"by b, later"_s);
   EXPECT_EQ(replicate(*a, *b).conflicts, 0);
   EXPECT_EQ(subject(*a, view), u"by b, later"_s);
-  EXPECT_EQ(a->noteCount(noteclass::View), 1);
+  EXPECT_EQ(a->notes().noteCount(noteclass::View), 1);
   expectAlike();
 }
 
@@ -259,7 +259,7 @@ TEST_F(Pair, ThereIsOneIconAndOneAccessListAndOneOfOtherSingleNotes) {
     replicate(*a, *b);
     replicate(*a, *b);
     for (const auto& side : {a, b}) {
-      EXPECT_EQ(side->noteCount(noteClass), 1);
+      EXPECT_EQ(side->notes().noteCount(noteClass), 1);
       EXPECT_EQ(subject(*side, stays), u"b, changed"_s);
     }
   }
@@ -268,9 +268,9 @@ TEST_F(Pair, ThereIsOneIconAndOneAccessListAndOneOfOtherSingleNotes) {
 
 TEST_F(Pair, AConflictDocumentKeepsThePlacesOfItsItemsAndAnswersTheOtherOne) {
   Note note;
-  ASSERT_TRUE(a->read(unid, note));
+  ASSERT_TRUE(a->notes().read(unid, note));
   note.items.insert(0, {u"$Ref"_s, itemflag::Summary, noteRefsValue({Unid::create().text()})});
-  a->save(note);
+  a->notes().save(note);
   replicate(*a, *b);
   edit(*a, unid, u"by a"_s);
   edit(*b, unid, u"by b"_s);
@@ -289,7 +289,7 @@ TEST_F(Pair, ThereIsOneProfileOfAName) {
   const auto addProfile = [](Database& database, const QString& name, const QString& text) {
     Note note = noteWith(text);
     note.add(u"$Name"_s, itemflag::Summary, textValue(name));
-    database.save(note);
+    database.notes().save(note);
     return note.header.unid;
   };
   addProfile(*a, u"$profile_010Settings__"_s, u"a"_s);
@@ -298,7 +298,7 @@ TEST_F(Pair, ThereIsOneProfileOfAName) {
   addProfile(*b, u"$profile_005other_"_s, u"other"_s);
   replicate(*a, *b);
   replicate(*a, *b);
-  EXPECT_EQ(a->noteCount(noteclass::Document), 3);
+  EXPECT_EQ(a->notes().noteCount(noteclass::Document), 3);
   EXPECT_EQ(subject(*a, stays), u"b, changed"_s);
   EXPECT_TRUE(conflictsIn(*a).isEmpty());
   expectAlike();
@@ -306,10 +306,10 @@ TEST_F(Pair, ThereIsOneProfileOfAName) {
 
 TEST_F(Pair, AnImportOverANoteIsAChangeOfIt) {
   Note before;
-  ASSERT_TRUE(a->read(unid, before));
+  ASSERT_TRUE(a->notes().read(unid, before));
   edit(*a, unid, u"later"_s);
   replicate(*a, *b);
-  a->saveAsGiven(before);
+  a->notes().saveAsGiven(before);
   EXPECT_EQ(replicate(*a, *b).conflicts, 0);
   EXPECT_EQ(subject(*b, unid), u"first"_s);
 }
@@ -320,8 +320,8 @@ TEST_F(Pair, TheSameExportInBothReplicasIsTheSameVersion) {
   given.header.sequence = 3;
   given.header.sequenceTime = timeDateNow();
   Note inB = given;
-  a->saveAsGiven(given);
-  b->saveAsGiven(inB);
+  a->notes().saveAsGiven(given);
+  b->notes().saveAsGiven(inB);
   edit(*a, given.header.unid, u"changed"_s);
   EXPECT_EQ(replicate(*a, *b).conflicts, 0);
   EXPECT_EQ(subject(*b, given.header.unid), u"changed"_s);
@@ -329,10 +329,10 @@ TEST_F(Pair, TheSameExportInBothReplicasIsTheSameVersion) {
 
 TEST_F(Pair, ANoteThatWasMadeAnewOverItsStubComesToAll) {
   Note note;
-  ASSERT_TRUE(a->read(unid, note));
+  ASSERT_TRUE(a->notes().read(unid, note));
   remove(*a, unid);
   replicate(*a, *b);
-  a->saveAsGiven(note);
+  a->notes().saveAsGiven(note);
   replicate(*a, *b);
   EXPECT_EQ(subject(*b, unid), u"first"_s);
   expectAlike();

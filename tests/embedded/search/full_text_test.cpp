@@ -208,16 +208,16 @@ TEST_F(LetterBox, LearnsOfEveryChange) {
   const quint32 late = add(u"pump again"_s);
   EXPECT_EQ(found(u"pump"_s), Ids({pump, house, late}));
   Note note;
-  ASSERT_TRUE(t.store->read(house, note));
+  ASSERT_TRUE(t.store->notes().read(house, note));
   note.find(u"Subject")->value = textValue(u"Castle");
-  t.store->save(note);
-  t.store->remove(pump);
+  t.store->notes().save(note);
+  t.store->notes().remove(pump);
   EXPECT_EQ(found(u"pump"_s), Ids({late}));
-  t.store->remove(late, false);
+  t.store->notes().remove(late, false);
   EXPECT_EQ(found(u"pump"_s), Ids());
   EXPECT_EQ(found(u"castle"_s), Ids({house}));
   note.add(u"$Name"_s, itemflag::Summary, textValue(u"$profile_001x_"));
-  t.store->save(note);
+  t.store->notes().save(note);
   EXPECT_EQ(found(u"castle"_s), Ids()) << "it became a profile";
 }
 
@@ -251,7 +251,7 @@ TEST_F(LetterBox, NothingOfAQueryReachesTheIndexUnquoted) {
   EXPECT_EQ(found(u"words:pump"_s), Ids());
   EXPECT_EQ(raised([&] { find(QString(1024 * 1024, u'p')); }), kQueryError);
   EXPECT_EQ(raised([&] { find(QString(100'000, u'(')); }), kQueryError);
-  EXPECT_EQ(t.store->noteCount(noteclass::Document), 9);
+  EXPECT_EQ(t.store->notes().noteCount(noteclass::Document), 9);
 }
 
 TEST_F(LetterBox, DeepAndWideQueriesAreAnswered) {
@@ -331,13 +331,13 @@ TEST_F(FullText, AfterAnyChangesTheIndexIsWhatAFreshOneWouldBe) {
       Note note;
       switch (random.bounded(4)) {
         case 0:
-          t.store->remove(old, random.bounded(2));
+          t.store->notes().remove(old, random.bounded(2));
           break;
         case 1:
-          if (t.store->read(old, note)) {
+          if (t.store->notes().read(old, note)) {
             note.items[0].value = textValue(text());
             note.add(u"Number"_s, itemflag::Summary, numberValue(random.bounded(10)));
-            t.store->save(note);
+            t.store->notes().save(note);
           }
           break;
         default:
@@ -379,7 +379,7 @@ TEST_F(FullText, ABuildThatWasEndedGoesOnWhereItStopped) {
   EXPECT_EQ(raised([&] { find(u"pump"_s); }), kNoFullTextIndex);
   EXPECT_TRUE(refreshFullTextIndex(*t.store));
   EXPECT_FALSE(hasFullTextIndex(*t.store));
-  t.store->remove(ids[1]);
+  t.store->notes().remove(ids[1]);
   int steps = 0;
   EXPECT_TRUE(createFullTextIndex(*t.store, {[&](qint64, qint64) { return ++steps > 0; }, 0}));
   EXPECT_EQ(steps, 2) << "two documents and the deletion";
@@ -396,11 +396,11 @@ TEST_F(FullText, ABuildInStepsAmongChangesIsWhatOneInQuietWouldBe) {
     Note note;
     const quint32 id = ids[random.bounded(int(ids.size()))];
     if (random.bounded(3) == 0) {
-      t.store->remove(id, random.bounded(2));
-    } else if (t.store->read(id, note)) {
+      t.store->notes().remove(id, random.bounded(2));
+    } else if (t.store->notes().read(id, note)) {
       note.find(u"Subject")->value = textValue(u"changed%1"_s.arg(random.bounded(9)));
       note.add(u"Extra%1"_s.arg(random.bounded(3)), itemflag::Summary, numberValue(changes));
-      t.store->save(note);
+      t.store->notes().save(note);
     }
     if (random.bounded(4) == 0) ids.push_back(add(u"late%1"_s.arg(random.bounded(9))));
     return changes % 5 != 0;  // ended now and then
@@ -439,11 +439,11 @@ TEST_F(FullText, ABusyFileIsSearchedWithoutWaitingAndMissesNothing) {
   const quint32 one = add(u"pump"_s), two = add(u"pump"_s), three = add(u"pump"_s);
   createFullTextIndex(*t.store);
   Note note;
-  ASSERT_TRUE(t.store->read(two, note));
+  ASSERT_TRUE(t.store->notes().read(two, note));
   note.find(u"Subject")->value = textValue(u"harbour");
-  t.store->save(note);
+  t.store->notes().save(note);
   const quint32 fresh = add(u"pump house"_s);
-  t.store->remove(three);
+  t.store->notes().remove(three);
   Neighbour neighbour(*t.store);
   ASSERT_TRUE(neighbour.run("BEGIN IMMEDIATE"));
   QElapsedTimer waited;
@@ -498,7 +498,7 @@ TEST_F(FullText, RangesOfTimesAreCompared) {
   EXPECT_EQ(found(u"[When] > 2024-03-12 - 2024-03-18"_s), Ids({hours, both}));
   EXPECT_EQ(found(u"[When] >= 2024-03-12 - 2024-03-28"_s), Ids({days, hours, one, both}));
   EXPECT_EQ(found(u"[When] <= 2024-03-02 - 2024-03-10"_s), Ids({days, both}));
-  t.store->remove(hours);
+  t.store->notes().remove(hours);
   EXPECT_EQ(found(u"[When] = 2024-03-19"_s), Ids());
 }
 
@@ -517,7 +517,7 @@ TEST_F(FullText, AFileThatCannotBeWrittenIsSearchedWithWhatItsIndexLacks) {
   const quint32 one = add(u"pump"_s), two = add(u"pump"_s);
   createFullTextIndex(*t.store);
   const quint32 late = add(u"pump, too late"_s);
-  t.store->remove(two);
+  t.store->notes().remove(two);
   const QString path = t.store->path(), copy = t.file(u"copy.nsf"_s);
   ASSERT_EQ(
       sqlite3_wal_checkpoint_v2(t.store->handle(), nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr),
@@ -540,7 +540,7 @@ TEST_F(FullText, TwoConnectionsKeepOneIndex) {
     const auto other = Database::open(t.store->path());
     elsewhere = fullTextSearch(*other, u"pump", 0);
     Note note = noteOf({{u"Subject"_s, textValue(u"pump")}});
-    other->save(note);
+    other->notes().save(note);
     two = note.header.id;
     refreshFullTextIndex(*other);
   }).join();
@@ -566,8 +566,8 @@ TEST_F(FullText, ADamagedIndexIsToldAndCanBeMadeAnew) {
     ASSERT_EQ(sqlite3_exec(t.store->handle(), sql, nullptr, nullptr, nullptr), SQLITE_OK);
     EXPECT_EQ(found(u"pump"_s), Ids({id}));
     Note note;
-    ASSERT_TRUE(t.store->read(id, note));
-    t.store->save(note);
+    ASSERT_TRUE(t.store->notes().read(id, note));
+    t.store->notes().save(note);
     EXPECT_EQ(raised([&] { find(u"pump"_s); }), enginefault::Damaged);
     createFullTextIndex(*t.store);
     EXPECT_EQ(found(u"pump"_s), Ids({id}));

@@ -14,7 +14,7 @@ struct Selection : ::testing::Test {
   quint32 addMemo(const QString& subject, const Unid& parent = {}) {
     Note note = noteOf({{u"Form"_s, textValue(u"Memo")}, {u"Subject"_s, textValue(subject)}});
     note.header.parent = parent;
-    t.store->save(note);
+    t.store->notes().save(note);
     last = note.header.unid;
     return note.header.id;
   }
@@ -62,7 +62,7 @@ TEST_F(Selection, WritesNothing) {
   const quint32 id = addMemo(u"old"_s);
   EXPECT_EQ(select(u"FIELD Subject := \"new\"; SELECT Subject = \"new\""_s).size(), 1);
   Note note;
-  ASSERT_TRUE(t.store->read(id, note));
+  ASSERT_TRUE(t.store->notes().read(id, note));
   EXPECT_EQ(note.text(u"Subject"), u"old"_s);
   EXPECT_EQ(note.header.sequence, 1u);
 }
@@ -89,7 +89,7 @@ TEST_F(Selection, TakesInResponsesThatStandBeforeTheirParent) {
   Note parent = noteOf({{u"Subject"_s, textValue(u"topic")}});
   parent.header.unid = Unid::create();
   const quint32 answer = addMemo(u"answer"_s, parent.header.unid);
-  t.store->save(parent);
+  t.store->notes().save(parent);
   EXPECT_EQ(select(u"SELECT Subject = \"topic\" | @AllDescendants"_s),
             QVector<quint32>({answer, parent.header.id}));
 }

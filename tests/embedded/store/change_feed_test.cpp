@@ -20,42 +20,42 @@ QString told(const QVector<NoteChange>& changes) {
 TEST_F(ChangeFeed, TellsEachNoteOnceInTheOrderOfItsLastChange) {
   const quint32 first = saved(QStringLiteral("one")), second = saved(QStringLiteral("two"));
   Note note;
-  ASSERT_TRUE(database->read(first, note));
-  database->save(note);
-  EXPECT_EQ(told(database->changesSince(0)),
+  ASSERT_TRUE(database->notes().read(first, note));
+  database->notes().save(note);
+  EXPECT_EQ(told(database->versions().changesSince(0)),
             QStringLiteral("%1 live, %2 live").arg(second, 0, 16).arg(first, 0, 16));
 }
 
 TEST_F(ChangeFeed, TellsDeletionsWithAndWithoutAStub) {
   const quint32 first = saved(QStringLiteral("one")), second = saved(QStringLiteral("two"));
-  const qint64 seen = database->changeSequence();
-  EXPECT_TRUE(database->changesSince(seen).isEmpty());
-  database->remove(second, false);
-  database->remove(first);
-  EXPECT_EQ(told(database->changesSince(seen)),
+  const qint64 seen = database->versions().changeSequence();
+  EXPECT_TRUE(database->versions().changesSince(seen).isEmpty());
+  database->notes().remove(second, false);
+  database->notes().remove(first);
+  EXPECT_EQ(told(database->versions().changesSince(seen)),
             QStringLiteral("%1 gone, %2 stub").arg(second, 0, 16).arg(first, 0, 16));
 }
 
 TEST_F(ChangeFeed, TellsThatAStubMadeWayForItsNote) {
   const quint32 id = saved(QStringLiteral("one"));
   Note note;
-  ASSERT_TRUE(database->read(id, note));
-  database->remove(id);
-  const qint64 seen = database->changeSequence();
-  database->saveAsGiven(note);
-  EXPECT_EQ(told(database->changesSince(seen)),
+  ASSERT_TRUE(database->notes().read(id, note));
+  database->notes().remove(id);
+  const qint64 seen = database->versions().changeSequence();
+  database->notes().saveAsGiven(note);
+  EXPECT_EQ(told(database->versions().changesSince(seen)),
             QStringLiteral("%1 gone, %2 live").arg(id, 0, 16).arg(note.header.id, 0, 16));
 }
 
 TEST_F(ChangeFeed, KnowsNothingOfAChangeThatWasUndone) {
   const quint32 id = saved(QStringLiteral("one"));
-  const qint64 seen = database->changeSequence();
+  const qint64 seen = database->versions().changeSequence();
   {
     Database::Transaction transaction(*database);
-    database->remove(id, false);
+    database->notes().remove(id, false);
     saved(QStringLiteral("two"));
   }
-  EXPECT_TRUE(database->changesSince(seen).isEmpty());
+  EXPECT_TRUE(database->versions().changesSince(seen).isEmpty());
 }
 
 // A database as the first schema left it: without the record of what was erased.
@@ -74,9 +74,9 @@ TEST_F(ChangeFeed, WorksInADatabaseOfTheFirstSchema) {
   database.reset();
   makeOld(path());
   reopen();
-  const qint64 seen = database->changeSequence();
-  database->remove(id, false);
-  EXPECT_EQ(told(database->changesSince(seen)), QStringLiteral("%1 gone").arg(id, 0, 16));
+  const qint64 seen = database->versions().changeSequence();
+  database->notes().remove(id, false);
+  EXPECT_EQ(told(database->versions().changesSince(seen)), QStringLiteral("%1 gone").arg(id, 0, 16));
 }
 
 TEST_F(ChangeFeed, LeavesAReadOnlyDatabaseOfTheFirstSchemaAsItIs) {
@@ -86,7 +86,7 @@ TEST_F(ChangeFeed, LeavesAReadOnlyDatabaseOfTheFirstSchemaAsItIs) {
   const QByteArray before = contentOf(path());
   QFile::setPermissions(path(), QFile::ReadOwner);
   reopen();
-  EXPECT_EQ(database->changesSince(0).size(), 1);
+  EXPECT_EQ(database->versions().changesSince(0).size(), 1);
   database.reset();
   EXPECT_EQ(contentOf(path()), before);
 }

@@ -6,6 +6,7 @@
 #include <QBuffer>
 #include <QThread>
 
+#include "embedded/store/compaction.h"
 #include "embedded/support/store_test.h"
 
 namespace lens {
@@ -14,9 +15,9 @@ namespace {
 class Compact : public StoreTest {
  protected:
   quint32 object(const QByteArray& bytes) {
-    const quint32 id = database->beginObject();
-    database->appendObject(id, bytes);
-    return database->finishObject(id).id;
+    const quint32 id = database->objects().begin();
+    database->objects().append(id, bytes);
+    return database->objects().finish(id).id;
   }
   static QByteArray fileValue(quint32 object) {
     FileObject file;
@@ -28,17 +29,17 @@ class Compact : public StoreTest {
   Note withFile(const QByteArray& bytes) {
     Note note = noteWith(QStringLiteral("with a file"));
     note.add(QStringLiteral("$FILE"), itemflag::Summary, fileValue(object(bytes)));
-    database->save(note);
+    database->notes().save(note);
     return note;
   }
   static quint32 objectOf(const Note& note) { return objectIdOf(note.find(u"$FILE")->data()); }
   QByteArray contentOfObject(quint32 id) {
     QBuffer target;
     target.open(QIODevice::WriteOnly);
-    database->readObject(id, target);
+    database->objects().read(id, target);
     return target.data();
   }
-  bool has(quint32 id) { return database->objectSize(id) >= 0; }
+  bool has(quint32 id) { return database->objects().size(id) >= 0; }
   QByteArray integrity() {
     sqlite3_stmt* check = nullptr;
     sqlite3_prepare_v2(database->handle(), "PRAGMA integrity_check", -1, &check, nullptr);
@@ -50,7 +51,7 @@ class Compact : public StoreTest {
   // The failure of a compaction; it must name the file and leave every object.
   int refusal(const QVector<quint32>& objects) {
     QString description;
-    const int number = errorNumber([&] { database->compact(); }, &description);
+    const int number = errorNumber([&] { compact(*database); }, &description);
     EXPECT_TRUE(description.contains(path())) << description.toStdString();
     for (const quint32 id : objects) EXPECT_TRUE(has(id));
     return number;
@@ -63,11 +64,11 @@ TEST_F(Compact, FilesOfLiveNotesStayAndThoseOfDeletedOrReplacedGo) {
   Note replaced = withFile(big);
   const quint32 before = objectOf(replaced), fresh = object("fresh");
   replaced.find(u"$FILE")->value = fileValue(fresh);
-  database->save(replaced);
-  database->remove(deleted.header.id);
-  database->remove(erased.header.id, false);
+  database->notes().save(replaced);
+  database->notes().remove(deleted.header.id);
+  database->notes().remove(erased.header.id, false);
   const qint64 size = database->size();
-  const qint64 saved = database->compact();
+  const qint64 saved = compact(*database);
   EXPECT_GT(saved, 3 * big.size() * 9 / 10);
   EXPECT_EQ(database->size(), size - saved);
   EXPECT_EQ(contentOfObject(objectOf(kept)), "kept" + big);
@@ -80,12 +81,12 @@ TEST_F(Compact, AFileThatTwoNotesShareStaysUntilBothAreGone) {
   const Note first = withFile("shared");
   Note second = noteWith(QStringLiteral("copy"));
   second.add(QStringLiteral("$FILE"), 0, first.find(u"$FILE")->value);
-  database->save(second);
-  database->remove(first.header.id);
-  database->compact();
+  database->notes().save(second);
+  database->notes().remove(first.header.id);
+  compact(*database);
   EXPECT_EQ(contentOfObject(objectOf(first)), "shared");
-  database->remove(second.header.id);
-  database->compact();
+  database->notes().remove(second.header.id);
+  compact(*database);
   EXPECT_FALSE(has(objectOf(first)));
 }
 
@@ -97,27 +98,27 @@ TEST_F(Compact, WhatAnAgentKeepsFromItsRunsStays) {
   appendU32(value, data);
   Note agent = noteWith(QStringLiteral("agent"), noteclass::Filter);
   agent.add(QStringLiteral("$AssistRunInfo"), 0, value);
-  database->save(agent);
-  database->compact();
+  database->notes().save(agent);
+  compact(*database);
   EXPECT_EQ(contentOfObject(data), "run data");
 }
 
 TEST_F(Compact, AFileOfADocumentThatIsStillBeingWrittenStays) {
   const quint32 open = object("not saved yet");
-  database->compact();
+  compact(*database);
   ASSERT_TRUE(has(open));
   Note note = noteWith(QStringLiteral("later"));
   note.add(QStringLiteral("$FILE"), 0, fileValue(open));
-  database->save(note);
-  database->compact();
+  database->notes().save(note);
+  compact(*database);
   EXPECT_EQ(contentOfObject(open), "not saved yet");
 }
 
 TEST_F(Compact, AFileThatNeverCameIntoADocumentGoesWithTheNextOpening) {
   const quint32 lost = object("lost");
-  database->beginObject();  // not even finished
+  database->objects().begin();  // not even finished
   reopen();
-  database->compact();
+  compact(*database);
   EXPECT_FALSE(has(lost));
   sqlite3_stmt* rows = nullptr;
   sqlite3_prepare_v2(database->handle(),
@@ -130,22 +131,22 @@ TEST_F(Compact, AFileThatNeverCameIntoADocumentGoesWithTheNextOpening) {
 
 TEST_F(Compact, BesideADamagedNoteNoFileIsTakenAway) {
   const Note deleted = withFile(big), damaged = withFile("perhaps");
-  database->remove(deleted.header.id);
+  database->notes().remove(deleted.header.id);
   const QByteArray sql = "UPDATE note SET items = x'00' WHERE id = " + QByteArray::number(damaged.header.id);
   damage(sql.constData());
-  database->compact();
+  compact(*database);
   EXPECT_TRUE(has(objectOf(damaged)));
   EXPECT_TRUE(has(objectOf(deleted)));
 }
 
 TEST_F(Compact, TheDatabaseIsUsedAsBefore) {
   const quint32 first = saved(QStringLiteral("one")), gone = saved(QStringLiteral("two"));
-  database->remove(gone, false);
-  const qint64 change = database->changeSequence();
-  EXPECT_GE(database->compact(), 0);
+  database->notes().remove(gone, false);
+  const qint64 change = database->versions().changeSequence();
+  EXPECT_GE(compact(*database), 0);
   EXPECT_EQ(subjectOf(first), QStringLiteral("one"));
-  EXPECT_EQ(database->changeSequence(), change);
-  EXPECT_EQ(database->changesSince(0).size(), 2) << "an index still learns what is gone";
+  EXPECT_EQ(database->versions().changeSequence(), change);
+  EXPECT_EQ(database->versions().changesSince(0).size(), 2) << "an index still learns what is gone";
   EXPECT_EQ(saved(QStringLiteral("three")), gone + 4);
   // Others can open it and write beside this one.
   std::unique_ptr<QThread> other(QThread::create([this] {
@@ -161,7 +162,7 @@ TEST_F(Compact, TheDatabaseIsUsedAsBefore) {
 
 TEST_F(Compact, IsRefusedInTheMiddleOfAChange) {
   const Note deleted = withFile(big);
-  database->remove(deleted.header.id);
+  database->notes().remove(deleted.header.id);
   {
     Database::Transaction transaction(*database);
     const quint32 written = saved(QStringLiteral("inside"));
@@ -169,7 +170,7 @@ TEST_F(Compact, IsRefusedInTheMiddleOfAChange) {
     transaction.commit();
     EXPECT_EQ(subjectOf(written), QStringLiteral("inside"));
   }
-  EXPECT_GT(database->compact(), 0);
+  EXPECT_GT(compact(*database), 0);
 }
 
 TEST_F(Compact, IsRefusedInTheMiddleOfAListing) {
@@ -181,12 +182,12 @@ TEST_F(Compact, IsRefusedInTheMiddleOfAListing) {
   EXPECT_EQ(refusal({}), enginefault::InUse);
   EXPECT_EQ(sqlite3_step(listing), SQLITE_ROW);
   sqlite3_finalize(listing);
-  EXPECT_EQ(errorNumber([&] { database->compact(); }), 0);
+  EXPECT_EQ(errorNumber([&] { compact(*database); }), 0);
 }
 
 TEST_F(Compact, IsRefusedWhileAnotherThreadHasTheFileOpen) {
   const Note deleted = withFile(big);
-  database->remove(deleted.header.id);
+  database->notes().remove(deleted.header.id);
   std::shared_ptr<Database> elsewhere;
   std::unique_ptr<QThread> other(QThread::create([&] { elsewhere = Database::open(path()); }));
   other->start();
@@ -194,12 +195,12 @@ TEST_F(Compact, IsRefusedWhileAnotherThreadHasTheFileOpen) {
   EXPECT_EQ(refusal({objectOf(deleted)}), enginefault::InUse);
   EXPECT_NE(saved(QStringLiteral("still works")), 0u);
   elsewhere.reset();
-  EXPECT_GT(database->compact(), 0);
+  EXPECT_GT(compact(*database), 0);
 }
 
 TEST_F(Compact, IsRefusedWhileAnotherProgramHasTheFileOpen) {
   const Note deleted = withFile(big);
-  database->remove(deleted.header.id);
+  database->notes().remove(deleted.header.id);
   database.reset();
   int ready[2] = {-1, -1}, done[2] = {-1, -1};
   ASSERT_EQ(pipe(ready), 0);
@@ -223,12 +224,12 @@ TEST_F(Compact, IsRefusedWhileAnotherProgramHasTheFileOpen) {
   EXPECT_EQ(status, 0);
   close(ready[0]);
   close(ready[1]);
-  EXPECT_GT(database->compact(), 0);
+  EXPECT_GT(compact(*database), 0);
 }
 
 TEST_F(Compact, AReadOnlyFileStaysAsItIs) {
   const Note deleted = withFile(big);
-  database->remove(deleted.header.id);
+  database->notes().remove(deleted.header.id);
   database.reset();
   ASSERT_TRUE(QFile::setPermissions(path(), QFile::ReadOwner));
   const QByteArray content = contentOf(path());
@@ -244,18 +245,18 @@ TEST_F(Compact, AReadOnlyFileStaysAsItIs) {
   const auto database = Database::open(path);
   for (quint32 turn = 0;; ++turn) {
     for (int i = 0; i < 2; ++i) {
-      const quint32 object = database->beginObject();
-      database->appendObject(object, QByteArray(60'000, char('a' + turn % 26)));
-      database->finishObject(object);
+      const quint32 object = database->objects().begin();
+      database->objects().append(object, QByteArray(60'000, char('a' + turn % 26)));
+      database->objects().finish(object);
       Note note = noteWith(QStringLiteral("kept"));
       FileObject file;
       file.objectId = object;
       note.add(QStringLiteral("$FILE"), 0, fileObjectValue(file));
-      database->save(note);
-      if (i == 0) database->remove(note.header.id);
+      database->notes().save(note);
+      if (i == 0) database->notes().remove(note.header.id);
       if (i == 1 && write(pipe, &note.header.id, 4) != 4) _exit(1);
     }
-    database->compact();
+    compact(*database);
   }
 }
 
@@ -284,7 +285,7 @@ TEST_F(Compact, KilledAtAnyMomentLosesNothing) {
     EXPECT_EQ(integrity(), "ok");
     for (const quint32 noteId : std::as_const(kept)) {
       Note note;
-      ASSERT_TRUE(database->read(noteId, note)) << noteId;
+      ASSERT_TRUE(database->notes().read(noteId, note)) << noteId;
       EXPECT_EQ(contentOfObject(objectOf(note)).size(), 60'000);
     }
     database.reset();

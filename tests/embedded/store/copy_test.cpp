@@ -16,26 +16,26 @@ class Copy : public StoreTest {
 
 TEST_F(Copy, HoldsTheSameNotesUnderAReplicaIdOfItsOwn) {
   const quint32 first = saved(QStringLiteral("one")), stub = saved(QStringLiteral("two"));
-  database->remove(stub);
-  const quint32 object = database->beginObject();
-  database->appendObject(object, "attached");
-  database->finishObject(object);
+  database->notes().remove(stub);
+  const quint32 object = database->objects().begin();
+  database->objects().append(object, "attached");
+  database->objects().finish(object);
   copyDatabase(*database, target());
   const auto copy = Database::open(target());
   Note here, there;
-  ASSERT_TRUE(database->read(first, here) && copy->read(first, there));
+  ASSERT_TRUE(database->notes().read(first, here) && copy->notes().read(first, there));
   EXPECT_EQ(here.header.unid, there.header.unid);
   EXPECT_EQ(there.text(u"Subject"), QStringLiteral("one"));
-  EXPECT_EQ(copy->state(stub), NoteState::Stub);
+  EXPECT_EQ(copy->notes().state(stub), NoteState::Stub);
   QBuffer bytes;
   bytes.open(QIODevice::WriteOnly);
-  copy->readObject(object, bytes);
+  copy->objects().read(object, bytes);
   EXPECT_EQ(bytes.data(), QByteArray("attached"));
   EXPECT_EQ(copy->info().title, QStringLiteral("Letters"));
   EXPECT_EQ(copy->info().replicaId.size(), 16);
   EXPECT_NE(copy->info().replicaId, database->info().replicaId);
   // They go apart from here.
-  copy->remove(first);
+  copy->notes().remove(first);
   EXPECT_EQ(subjectOf(first), QStringLiteral("one"));
 }
 

@@ -138,9 +138,9 @@ TEST_F(DatabaseFile, WriteProtectedFileIsReadAndRefusesChanges) {
   EXPECT_EQ(subjectOf(id), QStringLiteral("a"));
   Note note = noteWith(QStringLiteral("b"));
   QString description;
-  EXPECT_EQ(errorNumber([&] { database->save(note); }, &description), enginefault::NotSaved);
+  EXPECT_EQ(errorNumber([&] { database->notes().save(note); }, &description), enginefault::NotSaved);
   EXPECT_TRUE(description.contains(path()));
-  EXPECT_EQ(errorNumber([&] { database->remove(id); }), enginefault::NotSaved);
+  EXPECT_EQ(errorNumber([&] { database->notes().remove(id); }), enginefault::NotSaved);
   EXPECT_EQ(errorNumber([&] { database->setInfo({}); }), enginefault::NotSaved);
   EXPECT_EQ(closedContent(), before);
   EXPECT_EQ(files(), QStringList{QStringLiteral("letters.nsf")});
@@ -179,7 +179,7 @@ TEST_F(DatabaseFile, FileMadeAnewIsNotTheOneThatIsStillOpen) {
   for (const char* suffix : {"-wal", "-shm"}) QFile::remove(path() + QLatin1String(suffix));
   const auto fresh = Database::create(path(), {});
   EXPECT_NE(fresh, database);
-  EXPECT_EQ(fresh->noteCount(0xFFFF), 0);
+  EXPECT_EQ(fresh->notes().noteCount(0xFFFF), 0);
   EXPECT_EQ(Database::open(path()), fresh);
   database.reset();
   EXPECT_EQ(Database::open(path()), fresh);
@@ -191,28 +191,28 @@ TEST_F(DatabaseFile, LockedDatabaseRefusesTheSaveAndLivesOn) {
   ASSERT_EQ(sqlite3_open(path().toUtf8().constData(), &other), SQLITE_OK);
   ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
   Note note = noteWith(QStringLiteral("a"));
-  EXPECT_EQ(errorNumber([&] { database->save(note); }), enginefault::NotSaved);
+  EXPECT_EQ(errorNumber([&] { database->notes().save(note); }), enginefault::NotSaved);
   EXPECT_EQ(note.header.id, 0u);
   sqlite3_close(other);
-  database->save(note);
-  EXPECT_EQ(database->noteCount(0xFFFF), 1);
+  database->notes().save(note);
+  EXPECT_EQ(database->notes().noteCount(0xFFFF), 1);
 }
 
 TEST_F(DatabaseFile, FullDiskUndoesTheTransactionAndSaysSo) {
   Note kept = noteWith(QStringLiteral("kept"));
-  database->save(kept);
+  database->notes().save(kept);
   sqlite3_exec(database->handle(), "PRAGMA max_page_count = 40", nullptr, nullptr, nullptr);
   {
     Database::Transaction transaction(*database);
     Note small = noteWith(QStringLiteral("small"));
-    database->save(small);
+    database->notes().save(small);
     Note large = noteWith(QString(1000000, QChar(u'x')));
     QString description;
-    EXPECT_EQ(errorNumber([&] { database->save(large); }, &description), enginefault::NotSaved);
+    EXPECT_EQ(errorNumber([&] { database->notes().save(large); }, &description), enginefault::NotSaved);
     EXPECT_TRUE(description.contains(u"full"));
   }
-  EXPECT_EQ(database->noteCount(0xFFFF), 1);
-  database->save(kept);
+  EXPECT_EQ(database->notes().noteCount(0xFFFF), 1);
+  database->notes().save(kept);
   EXPECT_EQ(kept.header.sequence, 2u);
 }
 

@@ -14,9 +14,9 @@ constexpr int kStops = 6;
   const auto database = Database::open(path);
   for (;;) {
     Note note = noteWith(QString(3000, QChar(u'k')));
-    database->save(note);
+    database->notes().save(note);
     note.add(QStringLiteral("Again"), 0, textValue(u"yes"));
-    database->save(note);
+    database->notes().save(note);
     const quint32 id = note.header.id;
     if (write(pipe, &id, sizeof id) != sizeof id) _exit(1);
   }
@@ -63,7 +63,7 @@ TEST_F(StoreTest, KilledProcessLosesNoFinishedSave) {
     EXPECT_EQ(integrityOf(*database), QByteArray("ok"));
     for (quint32 id : std::as_const(acknowledged)) {
       Note note;
-      ASSERT_TRUE(database->read(id, note)) << id;
+      ASSERT_TRUE(database->notes().read(id, note)) << id;
       EXPECT_EQ(note.text(u"Again"), QStringLiteral("yes"));
       EXPECT_EQ(note.header.sequence, 2u);
     }

@@ -48,15 +48,15 @@ class FailingDevice : public LongDevice {
 
 class DatabaseObject : public StoreTest {
  protected:
-  Database::StoredObject stored(QByteArray content) {
+  StoredObject stored(QByteArray content) {
     QBuffer source(&content);
     source.open(QIODevice::ReadOnly);
-    return database->addObject(source);
+    return database->objects().add(source);
   }
   QByteArray read(quint32 id) {
     QBuffer target;
     target.open(QIODevice::WriteOnly);
-    database->readObject(id, target);
+    database->objects().read(id, target);
     return target.data();
   }
   qint64 rows(const char* table) {
@@ -78,7 +78,7 @@ TEST_F(DatabaseObject, BytesComeBackAtEveryChunkBoundary) {
     for (int i = 0; i < size; i += 1000) content[i] = char(i / 1000);
     const auto object = stored(content);
     EXPECT_EQ(object.size, size);
-    EXPECT_EQ(database->objectSize(object.id), size);
+    EXPECT_EQ(database->objects().size(object.id), size);
     reopen();
     EXPECT_EQ(read(object.id), content) << size;
   }
@@ -88,34 +88,34 @@ TEST_F(DatabaseObject, LargeSourceGoesInAndOutInPieces) {
   constexpr qint64 size = 40 * 1024 * 1024 + 7;
   LongDevice source(size), sink(size);
   ASSERT_TRUE(source.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
-  const auto object = database->addObject(source);
+  const auto object = database->objects().add(source);
   EXPECT_EQ(object.size, size);
   ASSERT_TRUE(sink.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-  database->readObject(object.id, sink);
+  database->objects().read(object.id, sink);
   EXPECT_EQ(sink.seen(), size);
   EXPECT_TRUE(sink.sameSoFar());
   EXPECT_EQ(rows("object_chunk"), 161);
 }
 
 TEST_F(DatabaseObject, PiecesOfAnySizeMakeOneObject) {
-  const quint32 id = database->beginObject();
-  EXPECT_EQ(database->objectSize(id), -1);
+  const quint32 id = database->objects().begin();
+  EXPECT_EQ(database->objects().size(id), -1);
   QByteArray whole;
   for (int size : {1, 300000, 0, 7, 262144, 600000}) {
     const QByteArray piece(size, char('a' + size % 23));
-    database->appendObject(id, piece);
+    database->objects().append(id, piece);
     whole += piece;
   }
   EXPECT_EQ(errorNumber([&] { read(id); }), enginefault::Damaged);
-  EXPECT_EQ(database->finishObject(id).size, whole.size());
+  EXPECT_EQ(database->objects().finish(id).size, whole.size());
   EXPECT_EQ(read(id), whole);
-  EXPECT_EQ(errorNumber([&] { database->appendObject(id, "more"); }), err::InvalidCall);
+  EXPECT_EQ(errorNumber([&] { database->objects().append(id, "more"); }), err::InvalidCall);
 }
 
 TEST_F(DatabaseObject, SourceThatFailsLeavesNothing) {
   FailingDevice source(1000000);
   ASSERT_TRUE(source.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
-  EXPECT_EQ(errorNumber([&] { database->addObject(source); }), 57);
+  EXPECT_EQ(errorNumber([&] { database->objects().add(source); }), 57);
   EXPECT_EQ(rows("object"), 0);
   EXPECT_EQ(rows("object_chunk"), 0);
 }
@@ -125,12 +125,12 @@ TEST_F(DatabaseObject, TargetThatFailsIsTold) {
   FailingDevice sink(1000000);
   ASSERT_TRUE(sink.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
   QString why;
-  EXPECT_EQ(errorNumber([&] { database->readObject(object.id, sink); }, &why), 57);
+  EXPECT_EQ(errorNumber([&] { database->objects().read(object.id, sink); }, &why), 57);
   EXPECT_TRUE(why.contains(path())) << why.toStdString();
 #ifdef Q_OS_LINUX
   QFile full(QStringLiteral("/dev/full"));
   ASSERT_TRUE(full.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-  EXPECT_EQ(errorNumber([&] { database->readObject(object.id, full); }, &why), 57);
+  EXPECT_EQ(errorNumber([&] { database->objects().read(object.id, full); }, &why), 57);
   EXPECT_TRUE(why.contains(full.fileName())) << why.toStdString();
 #endif
 }
@@ -139,7 +139,7 @@ TEST_F(DatabaseObject, SourceThatFailsIsToldWithTheDatabase) {
   FailingDevice source(1000000);
   ASSERT_TRUE(source.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
   QString why;
-  EXPECT_EQ(errorNumber([&] { database->addObject(source); }, &why), 57);
+  EXPECT_EQ(errorNumber([&] { database->objects().add(source); }, &why), 57);
   EXPECT_TRUE(why.contains(path())) << why.toStdString();
 }
 
@@ -147,10 +147,10 @@ TEST_F(DatabaseObject, ObjectOfAnUndoneTransactionIsGone) {
   quint32 id = 0;
   {
     Database::Transaction transaction(*database);
-    id = database->beginObject();
-    database->appendObject(id, QByteArray(300000, 'x'));
+    id = database->objects().begin();
+    database->objects().append(id, QByteArray(300000, 'x'));
   }
-  EXPECT_EQ(errorNumber([&] { database->appendObject(id, "more"); }), err::InvalidCall);
+  EXPECT_EQ(errorNumber([&] { database->objects().append(id, "more"); }), err::InvalidCall);
   EXPECT_EQ(rows("object"), 0);
   EXPECT_EQ(rows("object_chunk"), 0);
 }
@@ -158,10 +158,10 @@ TEST_F(DatabaseObject, ObjectOfAnUndoneTransactionIsGone) {
 TEST_F(DatabaseObject, ExtractionWritesTheFile) {
   const QByteArray content(700000, 'e');
   const auto object = stored(content);
-  database->extractObject(object.id, target());
+  database->objects().extract(object.id, target());
   EXPECT_EQ(contentOf(target()), content);
   const auto other = stored("other");
-  database->extractObject(other.id, target());
+  database->objects().extract(other.id, target());
   EXPECT_EQ(contentOf(target()), QByteArray("other"));
 }
 
@@ -176,7 +176,7 @@ TEST_F(DatabaseObject, DamagedObjectLeavesNoFile) {
     damage(fault);
     const QStringList before = files();
     QString description;
-    EXPECT_EQ(errorNumber([&] { database->extractObject(object.id, target()); }, &description),
+    EXPECT_EQ(errorNumber([&] { database->objects().extract(object.id, target()); }, &description),
               enginefault::Damaged)
         << fault;
     EXPECT_TRUE(description.contains(path())) << fault;
@@ -184,27 +184,27 @@ TEST_F(DatabaseObject, DamagedObjectLeavesNoFile) {
     ASSERT_EQ(
         sqlite3_exec(database->handle(), "ROLLBACK TO before; RELEASE before", nullptr, nullptr, nullptr), 0);
   }
-  database->extractObject(object.id, target());
+  database->objects().extract(object.id, target());
 }
 
 TEST_F(DatabaseObject, FailedExtractionKeepsTheFileThatWasThere) {
   const auto object = stored(QByteArray(700000, 'e'));
   writeFile(target(), "before");
   damage("UPDATE object SET checksum = x'00'");
-  EXPECT_EQ(errorNumber([&] { database->extractObject(object.id, target()); }), enginefault::Damaged);
+  EXPECT_EQ(errorNumber([&] { database->objects().extract(object.id, target()); }), enginefault::Damaged);
   EXPECT_EQ(contentOf(target()), QByteArray("before"));
 }
 
 TEST_F(DatabaseObject, ExtractionNeedsADirectory) {
   const auto object = stored("x");
-  EXPECT_EQ(errorNumber([&] { database->extractObject(object.id, path(QStringLiteral("no/such"))); }),
+  EXPECT_EQ(errorNumber([&] { database->objects().extract(object.id, path(QStringLiteral("no/such"))); }),
             err::PathNotFound);
 }
 
 TEST_F(DatabaseObject, RemovedObjectIsGoneAndItsIdIsNotUsedAgain) {
   const auto object = stored(QByteArray(700000, 'e'));
-  database->removeObject(object.id);
-  EXPECT_EQ(database->objectSize(object.id), -1);
+  database->objects().remove(object.id);
+  EXPECT_EQ(database->objects().size(object.id), -1);
   EXPECT_EQ(errorNumber([&] { read(object.id); }), enginefault::Damaged);
   EXPECT_EQ(rows("object_chunk"), 0);
   reopen();

@@ -9,7 +9,7 @@ class DatabaseScan : public StoreTest {
  protected:
   QVector<quint32> ids(quint16 mask) {
     QVector<quint32> found;
-    database->scanPacked(mask, [&](const PackedNote& note) {
+    database->notes().scanPacked(mask, [&](const PackedNote& note) {
       found.push_back(note.header.id);
       return true;
     });
@@ -17,7 +17,7 @@ class DatabaseScan : public StoreTest {
   }
   QVector<quint32> idsOfWholeNotes(quint16 mask) {
     QVector<quint32> found;
-    database->scan(mask, [&](const Note& note) {
+    database->notes().scan(mask, [&](const Note& note) {
       found.push_back(note.header.id);
       return true;
     });
@@ -30,7 +30,7 @@ class DatabaseScan : public StoreTest {
                                 : i % 5 == 1 ? noteclass::Document | noteclass::Private
                                              : noteclass::Document;
       const quint32 id = saved(QString::number(i), noteClass);
-      if (i % 11 == 0) database->remove(id, i % 2);
+      if (i % 11 == 0) database->notes().remove(id, i % 2);
     }
     transaction.commit();
   }
@@ -49,12 +49,12 @@ TEST_F(DatabaseScan, ShowsTheHeaderAndAllItems) {
   Note answer = noteWith(QStringLiteral("answer"));
   answer.header.parent = Unid::create();
   answer.add(QStringLiteral("Body"), 0, rawValue(itemtype::RichText, QByteArray(300000, 'y')));
-  database->save(answer);
+  database->notes().save(answer);
   int shown = 0;
-  database->scanPacked(noteclass::Document, [&](const PackedNote& packed) {
+  database->notes().scanPacked(noteclass::Document, [&](const PackedNote& packed) {
     ++shown;
     Note note;
-    EXPECT_TRUE(database->read(packed.header.id, note));
+    EXPECT_TRUE(database->notes().read(packed.header.id, note));
     const Note unpacked = packed.unpack();
     EXPECT_EQ(unpacked.header.unid, note.header.unid);
     EXPECT_EQ(unpacked.header.parent, answer.header.parent);
@@ -81,7 +81,7 @@ TEST_F(DatabaseScan, GoesOnBehindAPageThatIsNone) {
   for (int i = 0; i < 60; ++i) {
     Note note = noteWith(i == 30 ? QStringLiteral("the middle") : QString::number(i));
     note.add(QStringLiteral("Body"), 0, textValue(QString(1000, u'x')));
-    database->save(note);
+    database->notes().save(note);
     whole.push_back(note.header.id);
   }
   database.reset();
@@ -111,7 +111,7 @@ TEST_F(DatabaseScan, EndsWhereRowsHaveNumbersThatAreNoNoteIds) {
 TEST_F(DatabaseScan, EndsWhenTheVisitorHasEnough) {
   fill(100);
   int shown = 0;
-  database->scanPacked(noteclass::Document, [&](const PackedNote&) { return ++shown < 40; });
+  database->notes().scanPacked(noteclass::Document, [&](const PackedNote&) { return ++shown < 40; });
   EXPECT_EQ(shown, 40);
 }
 
@@ -119,14 +119,14 @@ TEST_F(DatabaseScan, LetsTheVisitorChangeTheDatabaseAndScanInTurn) {
   fill(300);
   const QVector<quint32> before = ids(noteclass::Document);
   QVector<quint32> shown;
-  database->scanPacked(noteclass::Document, [&](const PackedNote& packed) {
+  database->notes().scanPacked(noteclass::Document, [&](const PackedNote& packed) {
     shown.push_back(packed.header.id);
     if (shown.size() % 50 == 0) {
       EXPECT_FALSE(ids(noteclass::Document).isEmpty());
-      EXPECT_TRUE(database->remove(packed.header.id));
+      EXPECT_TRUE(database->notes().remove(packed.header.id));
       Note note = packed.unpack();
       note.header = {};
-      if (shown.size() == 100) database->save(note);
+      if (shown.size() == 100) database->notes().save(note);
     }
     return true;
   });
@@ -138,7 +138,8 @@ TEST_F(DatabaseScan, WhatTheVisitorRaisesComesOut) {
   const auto raise = [](const PackedNote&) -> bool {
     throw RuntimeError(enginefault::Damaged, QStringLiteral("told by the visitor"));
   };
-  EXPECT_EQ(errorNumber([&] { database->scanPacked(noteclass::Document, raise); }), enginefault::Damaged);
+  EXPECT_EQ(errorNumber([&] { database->notes().scanPacked(noteclass::Document, raise); }),
+            enginefault::Damaged);
 }
 
 TEST_F(DatabaseScan, ProfilesAreRecognisedWithoutUnpacking) {
@@ -146,11 +147,11 @@ TEST_F(DatabaseScan, ProfilesAreRecognisedWithoutUnpacking) {
   profile.add(QStringLiteral("$NAME"), 0, textListValue({QStringLiteral("$Profile_007calprof_")}));
   Note named = noteWith(QStringLiteral("y"));
   named.add(QStringLiteral("$Name"), itemflag::Summary, numberValue(5));
-  database->save(profile);
-  database->save(named);
+  database->notes().save(profile);
+  database->notes().save(named);
   saved(QStringLiteral("z"));
   QVector<bool> seen;
-  database->scanPacked(noteclass::Document, [&](const PackedNote& packed) {
+  database->notes().scanPacked(noteclass::Document, [&](const PackedNote& packed) {
     EXPECT_EQ(isProfile(packed), isProfile(packed.unpack()));
     seen.push_back(isProfile(packed));
     return true;

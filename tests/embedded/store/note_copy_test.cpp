@@ -13,9 +13,9 @@ class NoteCopy : public StoreTest {
   NoteCopy() { target = Database::create(path(u"target.nsf"_s), {}); }
 
   quint32 objectOf(const QByteArray& bytes, Database& store) {
-    const quint32 id = store.beginObject();
-    store.appendObject(id, bytes);
-    return store.finishObject(id).id;
+    const quint32 id = store.objects().begin();
+    store.objects().append(id, bytes);
+    return store.objects().finish(id).id;
   }
   static QByteArray fileValue(const QString& name, quint32 object, qsizetype size) {
     FileObject file;
@@ -26,7 +26,7 @@ class NoteCopy : public StoreTest {
   }
   // Of an attachment, or of an object of any other kind.
   QByteArray bytesOf(const Database& store, const Item& item) const {
-    store.extractObject(objectIdOf(item.data()), path(u"out.bin"_s));
+    store.objects().extract(objectIdOf(item.data()), path(u"out.bin"_s));
     return contentOf(path(u"out.bin"_s));
   }
   int count(Database& store, const char* sql) {
@@ -38,7 +38,7 @@ class NoteCopy : public StoreTest {
     return number;
   }
   bool targetIsEmpty() {
-    return target->noteCount(0x7FFF) == 0 && count(*target, "SELECT count(*) FROM object") == 0 &&
+    return target->notes().noteCount(0x7FFF) == 0 && count(*target, "SELECT count(*) FROM object") == 0 &&
            count(*target, "SELECT count(*) FROM object_chunk") == 0;
   }
 
@@ -54,10 +54,10 @@ TEST_F(NoteCopy, KeepsClassParentItemsAndTheirOrder) {
   note.add(u"B"_s, itemflag::Protected, textValue(u"x"));
   note.add(u"A"_s, itemflag::Summary, numberValue(1));
   note.add(u"b"_s, 0, rawValue(itemtype::UserData, "??"));
-  database->save(note);
+  database->notes().save(note);
   const Note copy = copyNote(note, *database, *target);
   Note stored;
-  ASSERT_TRUE(target->read(copy.header.id, stored));
+  ASSERT_TRUE(target->notes().read(copy.header.id, stored));
   EXPECT_NE(stored.header.unid, note.header.unid);
   EXPECT_EQ(stored.header.noteClass, note.header.noteClass);
   EXPECT_EQ(stored.header.parent, note.header.parent);
@@ -80,7 +80,7 @@ TEST_F(NoteCopy, TakesObjectsAlongUnderNumbersOfTheTarget) {
   appendU16(runData, 8);
   appendU32(runData, objectOf("run data", *database));
   note.add(u"$AssistRunInfo"_s, 0, rawValue(itemtype::Object, runData));
-  database->save(note);
+  database->notes().save(note);
   const Note copy = copyNote(note, *database, *target);
   EXPECT_EQ(bytesOf(*target, copy.items[0]), large);
   EXPECT_EQ(bytesOf(*target, copy.items[1]), large);
@@ -100,7 +100,7 @@ TEST_F(NoteCopy, TakesObjectsOfAnyKindAlongAndLeavesNumbersThatMeanNone) {
   Note note;
   note.add(u"Kept"_s, 0, ofKind(0xFFFF, objectOf("of a kind of its own", *database)));
   note.add(u"None"_s, 0, ofKind(0xFFFF, 77));
-  database->save(note);
+  database->notes().save(note);
   const Note copy = copyNote(note, *database, *target);
   EXPECT_EQ(bytesOf(*target, copy.items[0]), "of a kind of its own");
   EXPECT_EQ(copy.items[1].value, note.items[1].value);
@@ -109,7 +109,7 @@ TEST_F(NoteCopy, TakesObjectsOfAnyKindAlongAndLeavesNumbersThatMeanNone) {
 TEST_F(NoteCopy, WorksWithinOneDatabase) {
   Note note;
   note.add(u"$FILE"_s, 0, fileValue(u"a"_s, objectOf("bytes", *database), 5));
-  database->save(note);
+  database->notes().save(note);
   const Note copy = copyNote(note, *database, *database);
   EXPECT_NE(copy.header.id, note.header.id);
   EXPECT_NE(copy.items[0].value, note.items[0].value);
@@ -121,7 +121,7 @@ TEST_F(NoteCopy, ADamagedAttachmentLeavesNothingInTheTarget) {
   Note note;
   note.add(u"$FILE"_s, 0, fileValue(u"a"_s, objectOf("good", *database), 4));
   note.add(u"$FILE"_s, 0, fileValue(u"b"_s, objectOf(large, *database), large.size()));
-  database->save(note);
+  database->notes().save(note);
   damage("UPDATE object_chunk SET bytes = zeroblob(length(bytes)) WHERE object = 2 AND number = 1");
   EXPECT_EQ(errorNumber([&] { copyNote(note, *database, *target); }), enginefault::Damaged);
   EXPECT_TRUE(targetIsEmpty());
@@ -138,12 +138,12 @@ TEST_F(NoteCopy, ASecondNoteOfAClassThatADatabaseHasOnceIsRefused) {
   for (const quint16 noteClass :
        {noteclass::Icon, noteclass::Acl, noteclass::About, noteclass::Design, noteclass::HelpIndex}) {
     Note note = noteWith(u"first"_s, noteClass);
-    database->save(note);
+    database->notes().save(note);
     copyNote(note, *database, *target);
     QString reason;
     EXPECT_EQ(errorNumber([&] { copyNote(note, *database, *target); }, &reason), kSecondSingleNote);
     EXPECT_TRUE(reason.contains(target->path())) << reason.toStdString();
-    EXPECT_EQ(target->noteCount(noteClass), 1);
+    EXPECT_EQ(target->notes().noteCount(noteClass), 1);
   }
 }
 
@@ -151,7 +151,7 @@ TEST_F(NoteCopy, AFullTargetKeepsItsOwnFailureAndStaysAsItWas) {
   const QByteArray large(900'000, 'x');
   Note note;
   note.add(u"$FILE"_s, 0, fileValue(u"a"_s, objectOf(large, *database), large.size()));
-  database->save(note);
+  database->notes().save(note);
   const int pages = count(*target, "PRAGMA page_count");
   for (int more = 0; more < 115; more += 8) {
     const QByteArray limit = "PRAGMA max_page_count = " + QByteArray::number(pages + more);

@@ -57,12 +57,12 @@ class StoreTest : public testing::Test {
   }
   quint32 saved(const QString& subject, quint16 noteClass = noteclass::Document) {
     Note note = noteWith(subject, noteClass);
-    database->save(note);
+    database->notes().save(note);
     return note.header.id;
   }
   QString subjectOf(quint32 id) {
     Note note;
-    return database->read(id, note) ? note.text(u"Subject") : QStringLiteral("(none)");
+    return database->notes().read(id, note) ? note.text(u"Subject") : QStringLiteral("(none)");
   }
   // Runs a statement beside the store, as damage would come about.
   void damage(const char* sql) {

@@ -72,7 +72,7 @@ class ViewTest : public ::testing::Test {
 
   quint32 addView(const Design& design, const QString& title = u"View"_s) {
     Note note = viewNote(title, design);
-    database->save(note);
+    database->notes().save(note);
     return note.header.id;
   }
   quint32 add(const QString& subject, const QVector<std::pair<QString, QByteArray>>& items = {},
@@ -81,12 +81,12 @@ class ViewTest : public ::testing::Test {
     note.header.parent = parent;
     note.add(u"Subject"_s, itemflag::Summary, textValue(subject));
     for (const auto& [name, value] : items) note.add(name, itemflag::Summary, value);
-    database->save(note);
+    database->notes().save(note);
     return note.header.id;
   }
   Note read(quint32 id) const {
     Note note;
-    EXPECT_TRUE(database->read(id, note));
+    EXPECT_TRUE(database->notes().read(id, note));
     return note;
   }
   // A column of the view as formulas read it.
@@ -105,11 +105,11 @@ class ViewTest : public ::testing::Test {
       item->value = value;
     else
       note.add(name, itemflag::Summary, value);
-    database->save(note);
+    database->notes().save(note);
   }
   QString subjectOf(const Database& from, quint32 id) const {
     Note note;
-    return from.read(id, note) ? note.text(u"Subject") : u"(gone)"_s;
+    return from.notes().read(id, note) ? note.text(u"Subject") : u"(gone)"_s;
   }
   // Categories in brackets, ">" for each level above the line.
   QString linesOf(const Database& from, quint32 view) const {

@@ -46,13 +46,13 @@ TEST_F(Folders, LoseADocumentForGoodWithItsDeletion) {
   Note kept = read(a);
   EXPECT_EQ(lines(folder), u"a b"_s);
   EXPECT_EQ(lines(other), QString());
-  database->remove(a);
+  database->notes().remove(a);
   EXPECT_EQ(lines(folder), u"b"_s);
-  database->saveAsGiven(kept);
+  database->notes().saveAsGiven(kept);
   EXPECT_EQ(lines(folder), u"b"_s);
   addToFolder(*database, folder, {kept.header.id});
   EXPECT_EQ(lines(folder), u"a b"_s);
-  database->remove(b, false);
+  database->notes().remove(b, false);
   EXPECT_EQ(lines(folder), u"a"_s);
 }
 
@@ -73,14 +73,14 @@ TEST_F(Folders, KeepNothingOfWhatWasDeleted) {
   EXPECT_EQ(rows(), 5);
   {
     const Database::Transaction undone(*database);
-    database->remove(a);
+    database->notes().remove(a);
     EXPECT_EQ(rows(), 3);
   }
   EXPECT_EQ(rows(), 5);
-  database->remove(a);
-  database->remove(b, false);
+  database->notes().remove(a);
+  database->notes().remove(b, false);
   EXPECT_EQ(rows(), 1);
-  database->remove(folder);
+  database->notes().remove(folder);
   EXPECT_EQ(rows(), 0);
 }
 
@@ -95,7 +95,7 @@ TEST_F(Folders, ATableOfAnEarlierKindIsBroughtUpToDate) {
       f + "', x'" + x + "', 1, 1), (x'" + f + "', x'" + y + "', 2, 1)";
   ASSERT_EQ(sqlite3_exec(database->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
   EXPECT_EQ(lines(folder), u"a gone"_s);
-  database->remove(gone);
+  database->notes().remove(gone);
   EXPECT_EQ(lines(folder), u"a"_s);
   addToFolder(*database, folder, {b});
   EXPECT_EQ(lines(folder), u"a b"_s);

@@ -80,7 +80,7 @@ TEST_F(ViewOrder, ItemsThatAreNoSummaryAreNotSeen) {
     const quint32 id = add(subject);
     Note note = read(id);
     note.add(u"Hidden"_s, 0, textValue(subject));
-    database->save(note);
+    database->notes().save(note);
   }
   EXPECT_EQ(lines(view), u"b a"_s);
 }
@@ -160,13 +160,13 @@ TEST_F(ViewOrder, ResponsesStandBelowWhatTheyAnswerAndOrphansAreNotShown) {
   change(b, u"Subject"_s, textValue(u"0"));
   EXPECT_EQ(lines(view), u"0 >z >>x >y a"_s);
   Note kept = read(b);
-  database->remove(b);
+  database->notes().remove(b);
   EXPECT_EQ(lines(view), u"a"_s);
-  database->saveAsGiven(kept);
+  database->notes().saveAsGiven(kept);
   EXPECT_EQ(lines(view), u"0 >z >>x >y a"_s);
-  database->remove(answer, false);
+  database->notes().remove(answer, false);
   EXPECT_EQ(lines(view), u"0 >y a"_s);
-  database->remove(a);
+  database->notes().remove(a);
 }
 
 TEST_F(ViewOrder, AReferenceItemMakesAResponseToo) {
@@ -189,7 +189,7 @@ TEST_F(ViewOrder, CirclesOfResponsesAreNotShownAndEndNothing) {
   const quint32 b = add(u"b"_s, {}, unidOf(a));
   Note note = read(a);
   note.header.parent = unidOf(b);
-  database->save(note);
+  database->notes().save(note);
   add(u"c"_s);
   EXPECT_EQ(lines(view), u"c"_s);
 }
@@ -237,9 +237,9 @@ TEST_F(ViewContent, FollowsEveryChange) {
   change(b, u"Kind"_s, textValue(u"x"));
   change(b, u"Subject"_s, textValue(u"0"));
   EXPECT_EQ(lines(view), u"0 a"_s);
-  database->remove(a);
+  database->notes().remove(a);
   EXPECT_EQ(lines(view), u"0"_s);
-  database->remove(b, false);
+  database->notes().remove(b, false);
   EXPECT_EQ(lines(view), QString());
 }
 
@@ -274,7 +274,7 @@ TEST_F(ViewContent, ANewDesignMakesTheIndexAnew) {
   Note changed =
       viewNote(u"View"_s, {.formula = u"SELECT Subject != \"c\""_s, .columns = {descending(u"Subject"_s)}});
   changed.header = read(view).header;
-  database->save(changed);
+  database->notes().save(changed);
   add(u"c"_s);
   index.refresh();
   EXPECT_EQ(index.documents().size(), 2);
@@ -286,7 +286,7 @@ TEST_F(ViewContent, AViewThatIsGoneSaysSoAndItsIndexGoesToo) {
   add(u"a"_s);
   ViewIndex index(*database, view);
   index.refresh();
-  database->remove(view);
+  database->notes().remove(view);
   try {
     index.refresh();
     FAIL();
@@ -305,7 +305,7 @@ TEST_F(ViewContent, IsKeptFromOneUseToTheNext) {
   EXPECT_EQ(lines(view), u"a"_s);
   IndexHead head;
   ASSERT_TRUE(IndexTables(*database).readHead(view, head));
-  EXPECT_EQ(head.change, database->changeSequence());
+  EXPECT_EQ(head.change, database->versions().changeSequence());
   database.reset();
   database = Database::open(path());
   // What is kept is used: a row that nobody would make shows it.
@@ -350,9 +350,9 @@ TEST_F(ViewContent, KnowsHowManyRowsItHasWithoutCountingThem) {
   expectRows(6);
   change(main, u"Tags"_s, textListValue({u"x"_s, u"y"_s, u"z"_s}));
   expectRows(9);
-  database->remove(response);
+  database->notes().remove(response);
   expectRows(3);
-  database->remove(main);
+  database->notes().remove(main);
   expectRows(0);
 }
 
@@ -370,7 +370,7 @@ TEST_F(ViewContent, ADocumentMayGetManyRowsAndLoseThemAgain) {
     index.refresh();
     EXPECT_EQ(index.notes().size(), rows);
   }
-  database->remove(note);
+  database->notes().remove(note);
   EXPECT_EQ(lines(view), u"b"_s);
 }
 
@@ -437,7 +437,7 @@ TEST_F(ViewFiles, TwoConnectionsSeeEachOthersDocumentsAndIndexes) {
     const auto second = Database::open(path());
     Note note;
     note.add(u"Subject"_s, itemflag::Summary, textValue(u"a"));
-    second->save(note);
+    second->notes().save(note);
     seen = linesOf(*second, view);
   });
   other.join();
@@ -509,7 +509,7 @@ TEST_F(ViewFiles, OthersMayWriteWhileAnIndexIsMade) {
     while (!made && !hasBegun()) sqlite3_sleep(1);
     Note note;
     note.add(u"Subject"_s, itemflag::Summary, textValue(u"a"));
-    second->save(note);
+    second->notes().save(note);
     savedMeanwhile = !made;
   });
   ViewIndex index(*database, view);

@@ -77,7 +77,7 @@ TEST_F(ViewLookup, ACategoryGivesItsFirstDocument) {
   EXPECT_EQ(find(view, u"Fruit\\Pe"_s), QString());
   EXPECT_EQ(find(view, u"Fruit\\Pe"_s, false), u"pear"_s);
   EXPECT_EQ(find(view, u"Bread"_s), u"bread"_s);
-  database->remove(bread);
+  database->notes().remove(bread);
   EXPECT_EQ(find(view, u"Bread"_s), QString());
 }
 

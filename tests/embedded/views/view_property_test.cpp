@@ -62,28 +62,28 @@ class ViewProperty : public ViewTest {
       fill(note);
       // A UNID that others may refer to already.
       if (!upTo(3)) unids.push_back(note.header.unid = Unid::create());
-      database->save(note);
+      database->notes().save(note);
       ids.push_back(note.header.id);
       unids.push_back(note.header.unid);
     } else if (what < 8) {
-      if (!database->read(oneOf(ids), note)) return;
+      if (!database->notes().read(oneOf(ids), note)) return;
       fill(note);
       if (!upTo(8)) note.header.unid = Unid::create();
-      database->save(note);
+      database->notes().save(note);
     } else if (what < 10) {
       const quint32 id = oneOf(ids);
-      if (database->read(id, note)) gone.push_back(note);
-      database->remove(id, upTo(2) == 0);
+      if (database->notes().read(id, note)) gone.push_back(note);
+      database->notes().remove(id, upTo(2) == 0);
     } else if (what == 10 && !gone.isEmpty()) {
       note = oneOf(gone);
-      database->saveAsGiven(note);
+      database->notes().saveAsGiven(note);
       ids.push_back(note.header.id);
     } else if (!views.isEmpty() && !upTo(3)) {
       const quint32 id = oneOf(views);
       Note changed = viewNote(u"View"_s, oneOf(designs()));
-      if (!database->read(id, note)) return;
+      if (!database->notes().read(id, note)) return;
       changed.header = note.header;
-      database->save(changed);
+      database->notes().save(changed);
     }
   }
 

@@ -269,7 +269,7 @@ TEST(Workspace, ReplacingNeedsConsentAndNobodyWhoHoldsIt) {
   EXPECT_EQ(raised([&] { t.workspace->createDatabase({}, u"mail.nsf"_s, {}, true); }), workspacefault::InUse);
   t.store.reset();
   const auto fresh = t.workspace->createDatabase({}, u"mail.nsf"_s, {}, true);
-  EXPECT_EQ(fresh->noteCount(noteclass::Document), 0);
+  EXPECT_EQ(fresh->notes().noteCount(noteclass::Document), 0);
 }
 
 TEST(Workspace, ServersAnswerToCanonicalAndAbbreviatedNames) {

@@ -37,7 +37,7 @@ class ObjectTarget : public QIODevice {
 void writeObject(ExportContext& context, quint32 object, Base64Lines& lines) {
   ObjectTarget target(context, lines);
   try {
-    context.database.readObject(object, target);
+    context.database.objects().read(object, target);
   } catch (const RuntimeError&) {
     if (target.cancelled()) throw ExportCancelled();
     throw;
@@ -123,7 +123,7 @@ void writeObjectValue(ExportContext& context, const Item& item) {
   const QByteArrayView data = item.data();
   FileObject file;
   const bool isFile = readFileObject(data, file);
-  const qint64 size = data.size() < kDescriptor ? -1 : context.database.objectSize(objectOf(data));
+  const qint64 size = data.size() < kDescriptor ? -1 : context.database.objects().size(objectOf(data));
   if (isFile || (size >= 0 && data.size() > kDescriptor)) {
     file.objectId = objectOf(data);
     writeFile(context, item, file, size);

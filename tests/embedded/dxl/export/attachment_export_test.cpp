@@ -9,7 +9,7 @@ class AttachmentExport : public DxlExport {
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
-    const Database::StoredObject stored = source_->addObject(buffer);
+    const StoredObject stored = source_->objects().add(buffer);
     FileObject file;
     file.objectId = stored.id;
     file.size = quint32(stored.size);
@@ -97,7 +97,7 @@ TEST_F(AttachmentExport, DescriptorsOfNothingStayWhatTheyAre) {
 
 TEST_F(AttachmentExport, AnAttachmentWithoutItsBytesIsNamedWithItsNote) {
   FileObject file = attach("abc");
-  source_->removeObject(file.objectId);
+  source_->objects().remove(file.objectId);
   Note note;
   note.add(u"$FILE"_s, 0, fileObjectValue(file));
   const QString id = QString::number(save(note), 16).toUpper();

@@ -16,7 +16,7 @@ inline quint32 objectIdOf(const Item& item) {
 inline QByteArray objectBytes(const Database& database, quint32 object) {
   QBuffer buffer;
   buffer.open(QIODevice::WriteOnly);
-  database.readObject(object, buffer);
+  database.objects().read(object, buffer);
   return buffer.data();
 }
 
@@ -26,7 +26,7 @@ inline QString itemDifference(const Database& before, const Item& a, const Datab
     return QStringLiteral("has flags %1, not %2").arg(b.flags, 0, 16).arg(a.flags, 0, 16);
   QByteArray x = a.value, y = b.value;
   const bool object = a.type() == itemtype::Object && x.size() >= 8 && y.size() == x.size() &&
-                      before.objectSize(objectIdOf(a)) >= 0;
+                      before.objects().size(objectIdOf(a)) >= 0;
   if (object) {
     if (objectBytes(before, objectIdOf(a)) != objectBytes(after, objectIdOf(b)))
       return QStringLiteral("has other bytes in its object");
@@ -70,11 +70,12 @@ inline QString infoText(const DatabaseInfo& info) {
 inline QString difference(const Database& before, const Database& after) {
   if (infoText(before.info()) != infoText(after.info()))
     return QStringLiteral("properties %1, not %2").arg(infoText(after.info()), infoText(before.info()));
-  const QVector<NoteSummary> a = before.list(0xFFFF), b = after.list(0xFFFF);
+  const QVector<NoteSummary> a = before.notes().list(0xFFFF), b = after.notes().list(0xFFFF);
   if (a.size() != b.size()) return QStringLiteral("%1 notes, not %2").arg(b.size()).arg(a.size());
   for (qsizetype i = 0; i < a.size(); ++i) {
     Note x, y;
-    if (!before.read(a[i].id, x) || !after.read(b[i].id, y)) return QStringLiteral("a note has gone");
+    if (!before.notes().read(a[i].id, x) || !after.notes().read(b[i].id, y))
+      return QStringLiteral("a note has gone");
     const QString found = noteDifference(before, x, after, y);
     if (!found.isEmpty()) return QStringLiteral("note %1: %2").arg(x.header.unid.text(), found);
   }

@@ -60,7 +60,7 @@ class DxlExport : public ::testing::Test {
   }
 
   quint32 save(Note note) {
-    source_->save(note);
+    source_->notes().save(note);
     return note.header.id;
   }
   // A document with one item makes the round trip; returns the export.

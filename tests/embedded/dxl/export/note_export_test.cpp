@@ -8,7 +8,7 @@ namespace {
 class NoteExport : public DxlExport {
  protected:
   quint32 saveAsGiven(Note note) {
-    source_->saveAsGiven(note);
+    source_->notes().saveAsGiven(note);
     return note.header.id;
   }
   static Note noteOf(quint16 noteClass) {
@@ -119,7 +119,7 @@ TEST_F(NoteExport, NamedNotesGoInTheirOrderAndWithoutTheOthers) {
   EXPECT_EQ(dxl.count("<document"), 2);
   EXPECT_LT(dxl.indexOf("noteid=\"" + QByteArray::number(ids[2], 16)),
             dxl.indexOf("noteid=\"" + QByteArray::number(ids[0], 16)));
-  EXPECT_EQ(imported(dxl)->noteCount(noteclass::Document), 2);
+  EXPECT_EQ(imported(dxl)->notes().noteCount(noteclass::Document), 2);
 }
 
 TEST_F(NoteExport, ANamedNoteThatIsNotThereIsAFault) {
@@ -137,7 +137,7 @@ TEST_F(NoteExport, ANamedNoteThatIsNotThereIsAFault) {
 TEST_F(NoteExport, DeletedNotesAreLeftOut) {
   const quint32 id = saveAsGiven(noteOf(noteclass::Document));
   saveAsGiven(noteOf(noteclass::Document));
-  source_->remove(id);
+  source_->notes().remove(id);
   EXPECT_EQ(roundTrip().count("<document"), 1);
 }
 
@@ -178,7 +178,7 @@ TEST_F(NoteExport, ATargetThatRefusesIsAFaultWithItsText) {
   QBuffer bytes;
   bytes.setData(QByteArray(500'000, 'x'));
   bytes.open(QIODevice::ReadOnly);
-  const Database::StoredObject stored = source_->addObject(bytes);
+  const StoredObject stored = source_->objects().add(bytes);
   FileObject file;
   file.objectId = stored.id;
   file.size = quint32(stored.size);
@@ -206,7 +206,7 @@ TEST_F(NoteExport, EachStepCanBeTheLast) {
   bytes.setData(QByteArray(700'000, 'x'));
   bytes.open(QIODevice::ReadOnly);
   FileObject file;
-  file.objectId = source_->addObject(bytes).id;
+  file.objectId = source_->objects().add(bytes).id;
   file.size = 700'000;
   file.name = u"a.bin"_s;
   for (int i = 0; i < 3; ++i) {

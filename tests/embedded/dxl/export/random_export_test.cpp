@@ -111,7 +111,7 @@ QByteArray randomValue(Dice& dice, Database& database) {
       QBuffer bytes;
       bytes.setData(dice.bytes(200));
       bytes.open(QIODevice::ReadOnly);
-      const Database::StoredObject stored = database.addObject(bytes);
+      const StoredObject stored = database.objects().add(bytes);
       FileObject file{stored.id, dice.text(8), quint32(stored.size), dice.time(), dice.time(), 0, 0, 0, 0};
       if (dice.chance(20)) file.hostType = quint16(dice.below(0x1000));
       if (dice.chance(20)) file.flags = quint16(dice.below(256));
@@ -161,7 +161,7 @@ TEST_F(DxlExport, GivesRandomNotesBack) {
       Database::Transaction transaction(*source_);
       for (int i = 0; i < 100; ++i) {
         Note note = randomNote(dice, *source_);
-        source_->saveAsGiven(note);
+        source_->notes().saveAsGiven(note);
       }
       transaction.commit();
     }

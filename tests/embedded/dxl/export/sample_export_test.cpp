@@ -61,7 +61,7 @@ TEST_F(SampleExport, RealExportsAreTheSameAfterAnExport) {
     if (!take(path)) continue;
     const QByteArray dxl = roundTrip();
     ++files;
-    notes += source_->noteCount(0x7FFF);
+    notes += source_->notes().noteCount(0x7FFF);
     raw += dxl.count("<rawitemdata");
     marks += dxl.count(" lens:");
     bytes += dxl.size();

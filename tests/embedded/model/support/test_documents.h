@@ -38,7 +38,7 @@ class Documents : public ::testing::Test {
   // What another program reads: the stored note.
   Note stored(quint32 id) const {
     Note note;
-    EXPECT_TRUE(t.store->read(id, note));
+    EXPECT_TRUE(t.store->notes().read(id, note));
     return note;
   }
   const Item* storedItem(const Note& note, const QString& name) const { return note.find(name); }

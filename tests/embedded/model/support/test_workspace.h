@@ -59,7 +59,7 @@ class TestWorkspace {
 
   quint32 add(const QVector<NamedValue>& items, quint16 noteClass = noteclass::Document) {
     Note note = noteOf(items, noteClass);
-    store->save(note);
+    store->notes().save(note);
     return note.header.id;
   }
   quint32 addView(const QString& title, const QByteArray& formula = {}, const QString& flags = {}) {
@@ -70,10 +70,10 @@ class TestWorkspace {
   }
   // A document with one attachment of these bytes.
   quint32 addFile(const QString& name, const QByteArray& bytes) {
-    const quint32 object = store->beginObject();
-    store->appendObject(object, bytes);
+    const quint32 object = store->objects().begin();
+    store->objects().append(object, bytes);
     FileObject file;
-    file.objectId = store->finishObject(object).id;
+    file.objectId = store->objects().finish(object).id;
     file.name = name;
     file.size = quint32(bytes.size());
     return add({{QStringLiteral("$FILE"), fileObjectValue(file)}});
@@ -81,7 +81,7 @@ class TestWorkspace {
   quint32 addMime(const QByteArray& message) {
     Note note = noteOf({{QStringLiteral("Form"), textValue(u"Memo")}});
     for (const QByteArray& value : mimePartValues(message)) note.add(QStringLiteral("Body"), 0, value);
-    store->save(note);
+    store->notes().save(note);
     return note.header.id;
   }
 

@@ -1,7 +1,12 @@
+#include "embedded/store/note_store.h"
+
 #include <algorithm>
 
 #include "embedded/format/packed_items.h"
-#include "embedded/store/database_impl.h"
+#include "embedded/store/note_statements.h"
+#include "embedded/store/object_store.h"
+#include "embedded/store/stored_row.h"
+#include "embedded/store/version_table.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -52,7 +57,15 @@ void completeNewHeader(NoteHeader& header) {
 
 }  // namespace
 
-bool Database::Impl::readHeader(const Statement::Run& row, NoteHeader& header) {
+NoteStore::NoteStore(StoreSession& session, VersionTable& versions, ObjectStore& objects)
+    : session_(session),
+      versions_(versions),
+      objects_(objects),
+      statements_(std::make_unique<Statements>(session.connection())) {}
+
+NoteStore::~NoteStore() = default;
+
+bool NoteStore::Statements::readHeader(const Statement::Run& row, NoteHeader& header) {
   const qint64 id = row.integer(0);
   header.id = quint32(id);
   header.noteClass = quint16(row.integer(1));
@@ -68,7 +81,7 @@ bool Database::Impl::readHeader(const Statement::Run& row, NoteHeader& header) {
   return unid.size() == 16 && id > 0 && id <= kLastId;
 }
 
-bool Database::Impl::readRow(Statement::Run& row, Note& note) const {
+bool NoteStore::Statements::readRow(Statement::Run& row, Note& note) const {
   if (!row.step()) return false;
   if (!readHeader(row, note.header)) damagedNote(connection.path(), note.header.id, u"its UNID is cut"_s);
   try {
@@ -79,60 +92,28 @@ bool Database::Impl::readRow(Statement::Run& row, Note& note) const {
   return true;
 }
 
-qint64 Database::Impl::nextChange() {
-  Statement::Run row(highestChange);
-  row.step();
-  return row.integer(0) + 1;
-}
-
 // The row goes, and those who follow the changes learn of it.
-void Database::Impl::eraseRow(quint32 noteId, qint64 change) {
-  Statement::Run(erase, noteId).step();
-  Statement::Run(eraseVersionVector, noteId).step();
-  Statement::Run(recordErased, change, noteId).step();
+void NoteStore::eraseRow(quint32 noteId, qint64 change) {
+  Statement::Run(statements_->erase, noteId).step();
+  versions_.erase(noteId);
+  Statement::Run(statements_->recordErased, change, noteId).step();
 }
 
-quint32 Database::Impl::nextId() {
-  Statement::Run row(highestId);
-  row.step();
-  const qint64 highest = row.integer(0);
+quint32 NoteStore::nextId() const {
+  const qint64 highest = session_.highestId();
   if (highest > kLastId - kIdStep)
-    throw RuntimeError(enginefault::NotSaved, u"%1: there are no note IDs left"_s.arg(connection.path()));
+    throw RuntimeError(enginefault::NotSaved, u"%1: there are no note IDs left"_s.arg(session_.path()));
   return highest < kFirstId ? kFirstId : quint32(highest) + kIdStep;
 }
 
-quint32 Database::highestIssuedId() const {
-  Statement::Run row(impl_->highestId);
-  row.step();
-  return quint32(row.integer(0));
+quint32 NoteStore::highestIssuedId() const {
+  return quint32(session_.highestId());
 }
 
-qint64 Database::changeSequence() const {
-  Statement::Run row(impl_->highestChange);
-  row.step();
-  return row.integer(0);
-}
-
-QVector<NoteChange> Database::changesSince(qint64 change) const {
-  QVector<NoteChange> changes;
-  {
-    Statement::Run row(impl_->changedNotes, change);
-    while (row.step())
-      changes.push_back({row.integer(0), quint32(row.integer(1)),
-                         row.integer(2) == kStateLive ? NoteState::Live : NoteState::Stub});
-  }
-  const qsizetype changed = changes.size();
-  Statement::Run row(impl_->erasedNotes, change);
-  while (row.step()) changes.push_back({row.integer(0), quint32(row.integer(1)), NoteState::Gone});
-  std::inplace_merge(changes.begin(), changes.begin() + changed, changes.end(),
-                     [](const NoteChange& a, const NoteChange& b) { return a.change < b.change; });
-  return changes;
-}
-
-NoteState Database::state(quint32 noteId) const {
+NoteState NoteStore::state(quint32 noteId) const {
   if (noteId == 0 || noteId > highestIssuedId()) return NoteState::NeverIssued;
   try {
-    Statement::Run row(impl_->readState, noteId);
+    Statement::Run row(statements_->readState, noteId);
     if (!row.step()) return NoteState::Gone;
     if (row.integer(0) != kStateLive) return NoteState::Stub;
     checkPackedItems(row.blob(1));
@@ -143,44 +124,44 @@ NoteState Database::state(quint32 noteId) const {
   }
 }
 
-bool Database::read(quint32 noteId, Note& note) const {
-  Statement::Run row(impl_->readById, noteId);
-  return impl_->readRow(row, note);
+bool NoteStore::read(quint32 noteId, Note& note) const {
+  Statement::Run row(statements_->readById, noteId);
+  return statements_->readRow(row, note);
 }
 
-bool Database::read(const Unid& unid, Note& note) const {
+bool NoteStore::read(const Unid& unid, Note& note) const {
   const QByteArray bytes = unid.bytes();
-  Statement::Run row(impl_->readByUnid, bytes);
-  return impl_->readRow(row, note);
+  Statement::Run row(statements_->readByUnid, bytes);
+  return statements_->readRow(row, note);
 }
 
-bool Database::readItem(quint32 noteId, QStringView name, Item& item) const {
-  Statement::Run row(impl_->readItems, noteId);
+bool NoteStore::readItem(quint32 noteId, QStringView name, Item& item) const {
+  Statement::Run row(statements_->readItems, noteId);
   if (!row.step()) return false;
   try {
     return findPackedItem(row.blob(0), name, item);
   } catch (const RuntimeError& error) {
-    damagedNote(path_, noteId, error.description());
+    damagedNote(session_.path(), noteId, error.description());
   }
 }
 
 // Few classes are in use: they are looked up one after the other in the index, so that a listing of
 // design notes never walks over the documents.
-QVector<quint16> Database::classesIn(quint16 classMask) const {
+QVector<quint16> NoteStore::classesIn(quint16 classMask) const {
   QVector<quint16> classes;
   for (qint64 last = -1;;) {
-    Statement::Run row(impl_->nextClass, last);
+    Statement::Run row(statements_->nextClass, last);
     if (!row.step() || row.isNull(0)) return classes;
     last = row.integer(0);
     if (noteclass::base(quint16(last)) & classMask) classes.push_back(quint16(last));
   }
 }
 
-QVector<NoteSummary> Database::list(quint16 classMask) const {
+QVector<NoteSummary> NoteStore::list(quint16 classMask) const {
   QVector<NoteSummary> notes;
   const QVector<quint16> classes = classesIn(classMask);
   for (quint16 noteClass : classes) {
-    Statement::Run row(impl_->listClass, noteClass);
+    Statement::Run row(statements_->listClass, noteClass);
     while (row.step())
       notes.push_back(
           {quint32(row.integer(0)), Unid::fromBytes(row.blob(1)), noteClass, Unid::fromBytes(row.blob(2))});
@@ -190,7 +171,7 @@ QVector<NoteSummary> Database::list(quint16 classMask) const {
   return notes;
 }
 
-void Database::scan(quint16 classMask, const std::function<bool(const Note&)>& visit) const {
+void NoteStore::scan(quint16 classMask, const std::function<bool(const Note&)>& visit) const {
   // The visitor may change the database: no statement stays open while it works.
   const QVector<NoteSummary> notes = list(classMask);
   for (const NoteSummary& summary : notes) {
@@ -205,12 +186,12 @@ void Database::scan(quint16 classMask, const std::function<bool(const Note&)>& v
   }
 }
 
-quint32 Database::specialNote(quint16 noteClass) const {
+quint32 NoteStore::specialNote(quint16 noteClass) const {
   quint32 first = 0;
   const QVector<quint16> classes = classesIn(noteclass::base(noteClass));
   for (quint16 candidate : classes) {
     if ((candidate & noteClass) != noteClass) continue;
-    Statement::Run row(impl_->firstOfClass, candidate);
+    Statement::Run row(statements_->firstOfClass, candidate);
     if (!row.step() || row.isNull(0)) continue;
     const quint32 id = quint32(row.integer(0));
     if (first == 0 || id < first) first = id;
@@ -218,57 +199,57 @@ quint32 Database::specialNote(quint16 noteClass) const {
   return first;
 }
 
-int Database::noteCount(quint16 classMask) const {
+int NoteStore::noteCount(quint16 classMask) const {
   qint64 count = 0;
   const QVector<quint16> classes = classesIn(classMask);
   for (quint16 noteClass : classes) {
-    Statement::Run row(impl_->countClass, noteClass);
+    Statement::Run row(statements_->countClass, noteClass);
     if (row.step()) count += row.integer(0);
   }
   return int(count);
 }
 
-void Database::insertNote(NoteHeader& header, const QByteArray& items) {
+void NoteStore::insertNote(NoteHeader& header, const QByteArray& items) {
   const QByteArray unid = header.unid.bytes(), parent = parentBytes(header.parent);
-  const quint32 id = impl_->nextId();
-  qint64 change = impl_->nextChange();
+  const quint32 id = nextId();
+  qint64 change = session_.nextChange();
   VersionVector versionVector;
-  if (NoteVersion stub; findVersion(header.unid, stub)) {
+  if (NoteVersion stub; versions_.find(header.unid, stub)) {
     if (stub.live)
       throw RuntimeError(enginefault::NotSaved,
                          u"%1: the change was not saved (there is a note "
-                         "with the UNID %2 already)"_s.arg(path_, header.unid.text()));
+                         "with the UNID %2 already)"_s.arg(session_.path(), header.unid.text()));
     // The note is back: its stub would only hide it, and must not take it away in other replicas.
     NoteHeader before;
     before.id = stub.id;
     before.unid = header.unid;
     before.sequence = stub.sequence;
     before.sequenceTime = stub.sequenceTime;
-    versionVector = impl_->nextVersionVector(before);
-    impl_->eraseRow(stub.id, change++);
+    versionVector = versions_.next(before);
+    eraseRow(stub.id, change++);
   }
-  Statement::Run(impl_->insert, id, header.noteClass, unid, parent, header.sequence,
+  Statement::Run(statements_->insert, id, header.noteClass, unid, parent, header.sequence,
                  stored(header.sequenceTime), stored(header.created), stored(header.modified),
                  stored(header.added), stored(header.accessed), items, change)
       .step();
-  if (!versionVector.isNull()) impl_->putVersionVector(id, versionVector);
+  if (!versionVector.isNull()) versions_.put(id, versionVector);
   header.id = id;
 }
 
-void Database::updateNote(const NoteHeader& header, const QByteArray& items, const NoteHeader& before) {
+void NoteStore::updateNote(const NoteHeader& header, const QByteArray& items, const NoteHeader& before) {
   if (before.noteClass != header.noteClass || before.unid != header.unid || before.parent != header.parent) {
     const QByteArray unid = header.unid.bytes(), parent = parentBytes(header.parent);
-    Statement::Run(impl_->updateIdentity, header.noteClass, unid, parent, header.id).step();
+    Statement::Run(statements_->updateIdentity, header.noteClass, unid, parent, header.id).step();
   }
-  Statement::Run(impl_->updateContent, header.sequence, stored(header.sequenceTime), stored(header.created),
-                 stored(header.modified), stored(header.added), stored(header.accessed), items,
-                 impl_->nextChange(), header.id)
+  Statement::Run(statements_->updateContent, header.sequence, stored(header.sequenceTime),
+                 stored(header.created), stored(header.modified), stored(header.added),
+                 stored(header.accessed), items, session_.nextChange(), header.id)
       .step();
-  impl_->putVersionVector(header.id, impl_->nextVersionVector(before));
+  versions_.put(header.id, versions_.next(before));
 }
 
-bool Database::Impl::readIdentity(quint32 noteId, NoteHeader& header) {
-  Statement::Run row(identity, noteId);
+bool NoteStore::readIdentity(quint32 noteId, NoteHeader& header) {
+  Statement::Run row(statements_->identity, noteId);
   if (!row.step()) return false;
   header.id = noteId;
   header.noteClass = quint16(row.integer(0));
@@ -279,68 +260,65 @@ bool Database::Impl::readIdentity(quint32 noteId, NoteHeader& header) {
   return true;
 }
 
-void Database::save(Note& note) {
-  const QByteArray items = packedFor(path_, note);
+void NoteStore::save(Note& note) {
+  const QByteArray items = packedFor(session_.path(), note);
   NoteHeader header = note.header;
-  Transaction transaction(*this);
+  StoreTransaction transaction(session_);
   if (header.id == 0) {
     const bool mayHaveBeenHere = !header.unid.isNull();
     completeNewHeader(header);
     insertNote(header, items);
-    if (mayHaveBeenHere) impl_->renewWriter();
+    if (mayHaveBeenHere) versions_.renewWriter();
   } else {
     NoteHeader before;
-    if (!impl_->readIdentity(header.id, before))
+    if (!readIdentity(header.id, before))
       throw RuntimeError(enginefault::UnknownNote,
                          u"%1: there is no note %2 (it may have been deleted)"_s.arg(
-                             path_, QString::number(header.id, 16).toUpper()));
+                             session_.path(), QString::number(header.id, 16).toUpper()));
     header.sequence = before.sequence + 1;
     header.sequenceTime = header.modified = timeDateNow();
     updateNote(header, items, before);
   }
   transaction.commit();
   note.header = header;
-  impl_->noteSaved(note);
+  objects_.noteSaved(note);
 }
 
-bool Database::saveAsGiven(Note& note) {
-  const QByteArray items = packedFor(path_, note);
+bool NoteStore::saveAsGiven(Note& note) {
+  const QByteArray items = packedFor(session_.path(), note);
   NoteHeader header = note.header;
   if (header.unid.isNull()) header.unid = Unid::create();
-  Transaction transaction(*this);
+  StoreTransaction transaction(session_);
   NoteVersion there;
   NoteHeader before;
-  const bool replaces =
-      findVersion(header.unid, there) && there.live && impl_->readIdentity(there.id, before);
+  const bool replaces = versions_.find(header.unid, there) && there.live && readIdentity(there.id, before);
   if (replaces) {
     header.id = there.id;
     updateNote(header, items, before);
   } else {
     insertNote(header, items);
-    impl_->renewWriter();
+    versions_.renewWriter();
   }
   transaction.commit();
   note.header = header;
-  impl_->noteSaved(note);
+  objects_.noteSaved(note);
   return replaces;
 }
 
-bool Database::remove(quint32 noteId, bool leaveStub) {
-  Transaction transaction(*this);
+bool NoteStore::remove(quint32 noteId, bool leaveStub) {
+  StoreTransaction transaction(session_);
   NoteHeader before;
-  if (!impl_->readIdentity(noteId, before)) return false;
-  const qint64 change = impl_->nextChange();
+  if (!readIdentity(noteId, before)) return false;
+  const qint64 change = session_.nextChange();
   if (leaveStub) {
     const qint64 now = stored(timeDateNow());
-    Statement::Run(impl_->makeStub, now, now, change, noteId).step();
-    impl_->putVersionVector(noteId, impl_->nextVersionVector(before));
+    Statement::Run(statements_->makeStub, now, now, change, noteId).step();
+    versions_.put(noteId, versions_.next(before));
   } else {
     // The row takes its numbers along, so the highest ones are written down before it goes.
     const quint32 highest = highestIssuedId();
-    const QString idKey = u"highest id"_s, changeKey = u"highest change"_s;
-    Statement::Run(impl_->writeInfo, idKey, highest).step();
-    Statement::Run(impl_->writeInfo, changeKey, change).step();
-    impl_->eraseRow(noteId, change);
+    session_.keepHighest(highest, change);
+    eraseRow(noteId, change);
   }
   transaction.commit();
   return true;

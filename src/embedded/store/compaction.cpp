@@ -1,7 +1,8 @@
+#include "embedded/store/compaction.h"
+
 #include <algorithm>
 
-#include "embedded/format/packed_items.h"
-#include "embedded/store/database_impl.h"
+#include "embedded/store/sqlite_statement.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -16,7 +17,7 @@ namespace {
 // ordinary journal, so a file whose compaction was cut short is whole again when it is opened next.
 class SoleUse {
  public:
-  explicit SoleUse(const Connection& connection) : connection_(connection) {
+  explicit SoleUse(Connection& connection) : connection_(connection) {
     try {
       // A copy of the whole database does not belong into memory.
       connection.execute("PRAGMA temp_store = FILE; PRAGMA locking_mode = EXCLUSIVE", enginefault::NotSaved);
@@ -53,7 +54,7 @@ class SoleUse {
     }
   }
 
-  const Connection& connection_;
+  Connection& connection_;
 };
 
 bool isReading(sqlite3* handle) {
@@ -63,55 +64,22 @@ bool isReading(sqlite3* handle) {
   return false;
 }
 
-// Adds what live notes refer to. False when a note is damaged: what it refers to cannot be told.
-bool addReferences(const Connection& connection, QSet<quint32>& objects) {
-  Statement notes(connection, "SELECT items FROM note WHERE state = 0", enginefault::CannotOpen);
-  Statement::Run row(notes);
-  try {
-    while (row.step())
-      for (const Item& item : unpackItems(row.blob(0)))
-        if (item.type() == itemtype::Object) objects.insert(objectIdOf(item.data()));
-  } catch (const RuntimeError& error) {
-    if (error.number() != enginefault::Damaged) throw;
-    return false;
-  }
-  return true;
-}
-
-void removeLostObjects(Database& database, const Connection& connection, QSet<quint32> wanted) {
-  Database::Transaction transaction(database);
-  if (!addReferences(connection, wanted)) return;
-  QVector<quint32> lost;
-  {
-    Statement objects(connection, "SELECT id FROM object", enginefault::CannotOpen);
-    Statement::Run row(objects);
-    while (row.step()) {
-      const quint32 id = quint32(row.integer(0));
-      if (!wanted.contains(id)) lost.push_back(id);
-    }
-  }
-  for (const quint32 id : std::as_const(lost)) database.removeObject(id);
-  connection.execute("DELETE FROM object_chunk WHERE object NOT IN (SELECT id FROM object)",
-                     enginefault::NotSaved);
-  transaction.commit();
-}
-
 }  // namespace
 
-qint64 Database::compact() {
-  const qint64 before = size();
-  if (impl_->depth > 0 || !sqlite3_get_autocommit(handle()))
-    refuse(path_, u"a change of it is not finished"_s);
-  if (isReading(handle())) refuse(path_, u"it is being read"_s);
-  if (sqlite3_db_readonly(handle(), "main"))
+qint64 compact(Database& database) {
+  const QString& path = database.path();
+  const qint64 before = database.size();
+  if (database.isChanging()) refuse(path, u"a change of it is not finished"_s);
+  if (isReading(database.handle())) refuse(path, u"it is being read"_s);
+  if (sqlite3_db_readonly(database.handle(), "main"))
     throw RuntimeError(enginefault::NotSaved,
-                       u"%1: the database cannot be compacted (the file cannot be written)"_s.arg(path_));
+                       u"%1: the database cannot be compacted (the file cannot be written)"_s.arg(path));
   {
-    const SoleUse alone(impl_->connection);
-    removeLostObjects(*this, impl_->connection, impl_->unsavedObjects);
-    impl_->connection.execute("VACUUM", enginefault::NotSaved);
+    const SoleUse alone(database.connection());
+    database.objects().removeUnreferenced();
+    database.connection().execute("VACUUM", enginefault::NotSaved);
   }
-  return std::max<qint64>(before - size(), 0);
+  return std::max<qint64>(before - database.size(), 0);
 }
 
 }  // namespace lens

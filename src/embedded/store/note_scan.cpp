@@ -1,11 +1,12 @@
 // Walking over many notes without unpacking them.
 #include "embedded/format/packed_note.h"
-#include "embedded/store/database_impl.h"
+#include "embedded/store/note_statements.h"
+#include "embedded/store/note_store.h"
 
 namespace lens {
 namespace {
 
-using PackedVisitor = Database::PackedVisitor;
+using PackedVisitor = NoteStore::PackedVisitor;
 
 // Rows copied out of SQLite's memory. Small enough to stay near the processor, and full soon enough for
 // a search that ends with its first find.
@@ -50,15 +51,15 @@ class Batch {
 }  // namespace
 
 // The visitor may change the database or search it in turn: no statement stays open while it works.
-Database::Scan Database::scanRows(quint16 mask, qint64& last, const PackedVisitor& visit) const {
+NoteStore::Scan NoteStore::scanRows(quint16 mask, qint64& last, const PackedVisitor& visit) const {
   Batch batch;
   for (bool more = true; more; batch.next()) {
     Scan state = Scan::Whole;
     try {
-      Statement::Run row(impl_->scanRows, last, mask);
+      Statement::Run row(statements_->scanRows, last, mask);
       while (!batch.isFull() && (more = row.step())) {
         NoteHeader header;
-        if (Impl::readHeader(row, header)) batch.add(header, row.blob(Impl::kItemsColumn));
+        if (Statements::readHeader(row, header)) batch.add(header, row.blob(Statements::kItemsColumn));
         last = row.integer(0);  // the number of the row: a damaged one may be no note ID
       }
     } catch (const RuntimeError& error) {
@@ -71,15 +72,16 @@ Database::Scan Database::scanRows(quint16 mask, qint64& last, const PackedVisito
   return Scan::Whole;
 }
 
-void Database::scanOneByOne(quint16 mask, qint64 after, const PackedVisitor& visit) const {
+void NoteStore::scanOneByOne(quint16 mask, qint64 after, const PackedVisitor& visit) const {
   const QVector<NoteSummary> notes = list(mask);
   for (const NoteSummary& summary : notes) {
     if (summary.id <= after) continue;
     Batch one;
     try {
-      Statement::Run row(impl_->readById, summary.id);
+      Statement::Run row(statements_->readById, summary.id);
       NoteHeader header;
-      if (row.step() && Impl::readHeader(row, header)) one.add(header, row.blob(Impl::kItemsColumn));
+      if (row.step() && Statements::readHeader(row, header))
+        one.add(header, row.blob(Statements::kItemsColumn));
     } catch (const RuntimeError& error) {
       if (error.number() != enginefault::Damaged) throw;
     }
@@ -89,7 +91,7 @@ void Database::scanOneByOne(quint16 mask, qint64 after, const PackedVisitor& vis
 
 // Design notes are few and lie anywhere; of documents the rows are read as they lie. Where the file is
 // damaged the walk ends, and what lies behind is asked for note by note.
-void Database::scanPacked(quint16 classMask, const PackedVisitor& visit) const {
+void NoteStore::scanPacked(quint16 classMask, const PackedVisitor& visit) const {
   const quint16 mask = noteclass::base(classMask);
   qint64 last = 0;
   if ((mask & noteclass::Document) && scanRows(mask, last, visit) != Scan::Damaged) return;

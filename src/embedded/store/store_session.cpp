@@ -1,0 +1,101 @@
+#include "embedded/store/store_session.h"
+
+#include "embedded/store/database_file.h"
+#include "notes/literals.h"
+
+namespace lens {
+
+std::unique_ptr<StoreSession> StoreSession::open(const QString& path) {
+  const FileAccess access = accessTo(path);
+  const bool readOnly = access != FileAccess::ReadWrite;
+  std::unique_ptr<StoreSession> session(new StoreSession(
+      path, readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE, access == FileAccess::Constant));
+  Connection& connection = session->connection_;
+  connection.execute(
+      "PRAGMA synchronous = FULL; PRAGMA temp_store = MEMORY; PRAGMA cache_size = -16384;"
+      "PRAGMA foreign_keys = OFF; PRAGMA cell_size_check = ON;",
+      kRead);
+  if (!readOnly) connection.execute("PRAGMA journal_mode = WAL", kRead);
+  bringUpToDate(connection, access);
+  // The first read shows whether the tables are what they should be.
+  session->highestChange();
+  return session;
+}
+
+std::unique_ptr<StoreSession> StoreSession::removed(const QString& path) {
+  return std::unique_ptr<StoreSession>(new StoreSession(path));
+}
+
+bool StoreSession::isWritable() const {
+  return !removed_ && sqlite3_db_readonly(connection_.handle(), "main") == 0;
+}
+
+void StoreSession::checkWritable() const {
+  if (depth_ > 0 && sqlite3_get_autocommit(connection_.handle()))
+    throw RuntimeError(
+        kWrite, u"%1: the change was not saved (an earlier failure undid the transaction)"_s.arg(path()));
+}
+
+qint64 StoreSession::highestId() {
+  Statement::Run row(highestId_);
+  row.step();
+  return row.integer(0);
+}
+
+qint64 StoreSession::highestChange() {
+  Statement::Run row(highestChange_);
+  row.step();
+  return row.integer(0);
+}
+
+void StoreSession::keepHighest(qint64 id, qint64 change) {
+  const QString idKey = u"highest id"_s, changeKey = u"highest change"_s;
+  Statement::Run(writeInfo_, idKey, id).step();
+  Statement::Run(writeInfo_, changeKey, change).step();
+}
+
+QString StoreSession::info(const QString& key) {
+  Statement::Run row(readInfo_, key);
+  return row.step() ? row.text(0) : QString();
+}
+
+void StoreSession::setInfo(const QString& key, const QString& value) {
+  Statement::Run(writeInfo_, key, value).step();
+}
+
+qint64 StoreSession::size() {
+  Statement::Run pages(pageCount_), page(pageSize_);
+  return pages.step() && page.step() ? pages.integer(0) * page.integer(0) : 0;
+}
+
+StoreTransaction::StoreTransaction(StoreSession& session) : session_(session) {
+  session_.checkWritable();
+  Statement::Run(session_.depth_ == 0 ? session_.begin_ : session_.savepoint_).step();
+  ++session_.depth_;
+}
+
+void StoreTransaction::commit() {
+  session_.checkWritable();
+  Statement::Run(session_.depth_ == 1 ? session_.commit_ : session_.release_).step();
+  --session_.depth_;
+  open_ = false;
+}
+
+StoreTransaction::~StoreTransaction() {
+  if (!open_) return;
+  if (session_.undone) session_.undone(session_.depth_);
+  --session_.depth_;
+  if (sqlite3_get_autocommit(session_.connection_.handle())) return;
+  try {
+    if (session_.depth_ == 0) {
+      Statement::Run(session_.rollback_).step();
+    } else {
+      Statement::Run(session_.rollbackTo_).step();
+      Statement::Run(session_.release_).step();
+    }
+  } catch (const RuntimeError&) {
+    // What could not be undone now is undone when the file is opened next.
+  }
+}
+
+}  // namespace lens
