@@ -1,7 +1,7 @@
 #include "embedded/model/agent_object.h"
 
 #include "embedded/evaluation/agent_run.h"
-#include "embedded/model/document_object.h"
+#include "embedded/model/open_note.h"
 
 namespace lens {
 
@@ -12,21 +12,17 @@ Value AgentObject::read(const std::shared_ptr<OpenDatabase>& database, quint32 n
 }
 
 const MemberTable& AgentObject::members() const {
-  static const MemberTable table{
-      property<&AgentObject::name>(u"Name"),
-      property<&AgentObject::run>(u"RUN"),
-  };
+  static const MemberTable table{Members{
+      // With the aliases behind it, unlike the name of a view.
+      {u"Name", [](AgentObject& self) { return self.title_; }},
+      {u"RUN",
+       [](AgentObject& self) {
+         const OpenDatabase& database = *self.database_;
+         runAgent({*database.context->workspace, database.place, database.store, database.withUi},
+                  self.noteId_);
+       }},
+  }};
   return table;
-}
-
-// With the aliases behind it, unlike the name of a view.
-Value AgentObject::name() {
-  return title_;
-}
-
-Value AgentObject::run() {
-  runAgent({*database_->context->workspace, database_->place, database_->store, database_->withUi}, noteId_);
-  return {};
 }
 
 }  // namespace lens

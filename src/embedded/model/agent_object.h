@@ -17,9 +17,6 @@ class AgentObject : public ModelObject {
   const MemberTable& members() const override;
 
  private:
-  Value name();
-  Value run();
-
   std::shared_ptr<OpenDatabase> database_;
   quint32 noteId_;
   QString title_;

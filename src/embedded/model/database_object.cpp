@@ -5,6 +5,7 @@
 #include "embedded/design/design_notes.h"
 #include "embedded/model/document_collection_object.h"
 #include "embedded/model/document_object.h"
+#include "embedded/model/parent_database.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -22,6 +23,21 @@ bool parseNoteId(const QString& text, quint32& id) {
 [[noreturn]] void refuse(const QString& what, const QString& id, const Database& store) {
   throw RuntimeError(enginefault::UnknownNote,
                      u"%1: no document has the %2 \"%3\""_s.arg(store.path(), what, id));
+}
+
+Value documentOfNoteId(const std::shared_ptr<OpenDatabase>& database, const QString& text) {
+  const Database& notes = *database->store;
+  if (text.isEmpty()) return nothing();
+  quint32 id = 0;
+  if (!parseNoteId(text, id) || id == 0) refuse(u"note ID"_s, text, notes);
+  if (isSpecialNoteId(id)) {
+    id = resolveSpecialNoteId(notes, id);
+    if (id == 0) refuse(u"special note ID"_s, text, notes);
+  }
+  if (const Value found = DocumentObject::read(database, id); found.object()) return found;
+  // What was issued once may be gone; that is no failure, unlike an ID that never was.
+  if (id > notes.notes().highestIssuedId()) refuse(u"note ID"_s, text, notes);
+  return nothing();
 }
 
 }  // namespace
@@ -59,40 +75,14 @@ Value DatabaseObject::unopened(const std::shared_ptr<ModelContext>& context, con
   return newObject<DatabaseObject>(closed, source);
 }
 
-Value DatabaseObject::parentOf(const std::shared_ptr<OpenDatabase>& database) {
+Value parentDatabase(const std::shared_ptr<OpenDatabase>& database) {
+  using Source = DatabaseObject::Source;
   return newObject<DatabaseObject>(database, database->withUi ? Source::ClientSession : Source::BackEnd);
 }
 
-const MemberTable& DatabaseObject::members() const {
-  static const MemberTable table{
-      property<&DatabaseObject::server>(u"server"),
-      property<&DatabaseObject::filePath>(u"FILEPATH"),
-      property<&DatabaseObject::fileName>(u"FILENAME"),
-      property<&DatabaseObject::size>(u"Size"),
-      property<&DatabaseObject::title>(u"Title"),
-      property<&DatabaseObject::replicaId>(u"REPLICAID"),
-      property<&DatabaseObject::templateName>(u"TEMPLATENAME"),
-      property<&DatabaseObject::isOpen>(u"ISOPEN"),
-      property<&DatabaseObject::isPublicAddressBook>(u"ISPUBLICADDRESSBOOK"),
-      property<&DatabaseObject::unprocessedDocuments>(u"UNPROCESSEDDOCUMENTS"),
-      property<&DatabaseObject::views>(u"VIEWS"),
-      method<&DatabaseObject::view>(u"GETVIEW", 1, 1),
-      property<&DatabaseObject::agents>(u"AGENTS"),
-      method<&DatabaseObject::agent>(u"GETAGENT", 1, 1),
-      method<&DatabaseObject::form>(u"GETFORM", 1, 1),
-      method<&DatabaseObject::profileDocuments>(u"GETPROFILEDOCCOLLECTION", 0, 1),
-      method<&DatabaseObject::noteCollection>(u"CREATENOTECOLLECTION", 0, 1),
-      method<&DatabaseObject::documentById>(u"GETDOCUMENTBYID", 1, 1),
-      method<&DatabaseObject::documentByUnid>(u"GETDOCUMENTBYUNID", 1, 1),
-      method<&DatabaseObject::search>(u"SEARCH", 3, 3),
-      method<&DatabaseObject::createReplica>(u"CREATEREPLICA", 2, 2),
-      method<&DatabaseObject::replicate>(u"REPLICATE", 1, 1),
-      property<&DatabaseObject::remove>(u"Remove"),
-      method<&DatabaseObject::fullTextSearch>(u"FTSEARCH", 2, 2),
-      property<&DatabaseObject::isIndexed>(u"isIndexed"),
-      property<&DatabaseObject::close>(u"Close"),
-  };
-  return table;
+std::shared_ptr<OpenDatabase> databaseBehind(const Value& argument) {
+  const auto object = argumentAs<DatabaseObject>(argument);
+  return object ? object->opened() : nullptr;
 }
 
 Database& DatabaseObject::store() const {
@@ -102,23 +92,6 @@ Database& DatabaseObject::store() const {
   return *database_->store;
 }
 
-Value DatabaseObject::server() {
-  return database_->place.server;
-}
-
-Value DatabaseObject::filePath() {
-  return database_->place.path;
-}
-
-Value DatabaseObject::fileName() {
-  const QString& path = database_->place.path;
-  return path.mid(path.lastIndexOf(QDir::separator()) + 1);
-}
-
-Value DatabaseObject::size() {
-  return Value(store().size());
-}
-
 // A listing asks objects that were never opened; what Close() has ended raises.
 DatabaseInfo DatabaseObject::info() {
   if (closed_ || database_->store) return store().info();
@@ -126,71 +99,77 @@ DatabaseInfo DatabaseObject::info() {
   return *peeked_;
 }
 
-Value DatabaseObject::title() {
-  return info().title;
+const MemberTable& DatabaseObject::members() const {
+  static const MemberTable table{propertyMembers(), documentMembers(), designMembers(), searchMembers(),
+                                 replicaMembers()};
+  return table;
 }
 
-Value DatabaseObject::replicaId() {
-  return info().replicaId;
+Members DatabaseObject::propertyMembers() {
+  return {
+      {u"server", [](DatabaseObject& self) { return self.database_->place.server; }},
+      {u"FILEPATH", [](DatabaseObject& self) { return self.database_->place.path; }},
+      {u"FILENAME",
+       [](DatabaseObject& self) {
+         const QString& path = self.database_->place.path;
+         return path.mid(path.lastIndexOf(QDir::separator()) + 1);
+       }},
+      {u"Size", [](DatabaseObject& self) { return self.store().size(); }},
+      {u"Title", [](DatabaseObject& self) { return self.info().title; }},
+      {u"REPLICAID", [](DatabaseObject& self) { return self.info().replicaId; }},
+      // The master template that the design comes from, by which people find all databases of one design.
+      {u"TEMPLATENAME", [](DatabaseObject& self) { return self.info().inheritsFrom; }},
+      {u"ISOPEN",
+       [](DatabaseObject& self) {
+         const std::shared_ptr<Database>& store = self.database_->store;
+         return !self.closed_ && store && !store->isRemoved();
+       }},
+      // A listing of address books opens none of them: the settings name them, and one of this machine is
+      // its user's own. Any other database on a server is asked what it is.
+      {u"ISPUBLICADDRESSBOOK",
+       [](DatabaseObject& self) {
+         const DatabasePlace& place = self.database_->place;
+         if (place.server.isEmpty()) return false;
+         return self.database_->context->workspace->isPublicAddressBook(place) ||
+                self.info().publicAddressBook;
+       }},
+      // What came from the client's workspace is the client's own database: closing it closes its windows.
+      {u"Close",
+       [](DatabaseObject& self) {
+         self.closed_ = true;
+         ClientState& client = self.database_->context->workspace->client();
+         if (self.source_ == Source::ClientWindow && client.isOnTop(self.database_->place))
+           client.closeDatabase();
+       }},
+  };
 }
 
-// The master template that the design comes from, by which people find all databases of one design.
-Value DatabaseObject::templateName() {
-  return info().inheritsFrom;
-}
-
-Value DatabaseObject::isOpen() {
-  return bool(!closed_ && database_->store && !database_->store->isRemoved());
-}
-
-// A listing of address books opens none of them: the settings name them, and one of this machine is its
-// user's own. Any other database on a server is asked what it is.
-Value DatabaseObject::isPublicAddressBook() {
-  const DatabasePlace& place = database_->place;
-  if (place.server.isEmpty()) return false;
-  return database_->context->workspace->isPublicAddressBook(place) || info().publicAddressBook;
-}
-
-Value DatabaseObject::unprocessedDocuments() {
-  store();
-  const ClientState& client = database_->context->workspace->client();
-  const bool onTop = source_ != Source::BackEnd && client.isOnTop(database_->place);
-  return newObject<DocumentCollectionObject>(database_,
-                                             onTop ? client.visibleSelection() : QVector<quint32>());
-}
-
-Value DatabaseObject::documentById(const Arguments& arguments) {
-  const Database& notes = store();
-  const QString text = arguments[0].text();
-  if (text.isEmpty()) return nothing();
-  quint32 id = 0;
-  if (!parseNoteId(text, id) || id == 0) refuse(u"note ID"_s, text, notes);
-  if (isSpecialNoteId(id)) {
-    id = resolveSpecialNoteId(notes, id);
-    if (id == 0) refuse(u"special note ID"_s, text, notes);
-  }
-  if (const Value found = DocumentObject::read(database_, id); found.object()) return found;
-  // What was issued once may be gone; that is no failure, unlike an ID that never was.
-  if (id > notes.notes().highestIssuedId()) refuse(u"note ID"_s, text, notes);
-  return nothing();
-}
-
-Value DatabaseObject::documentByUnid(const Arguments& arguments) {
-  const Database& notes = store();
-  const QString text = arguments[0].text();
-  Unid unid;
-  if (!Unid::parse(text, unid)) refuse(u"universal ID"_s, text, notes);
-  const Value found = DocumentObject::read(database_, unid);
-  if (!found.object()) refuse(u"universal ID"_s, text, notes);
-  return found;
-}
-
-// What came from the client's workspace is the client's own database: closing it closes its windows.
-Value DatabaseObject::close() {
-  closed_ = true;
-  ClientState& client = database_->context->workspace->client();
-  if (source_ == Source::ClientWindow && client.isOnTop(database_->place)) client.closeDatabase();
-  return {};
+Members DatabaseObject::documentMembers() {
+  return {
+      {u"UNPROCESSEDDOCUMENTS",
+       [](DatabaseObject& self) {
+         self.store();
+         const ClientState& client = self.database_->context->workspace->client();
+         const bool onTop = self.source_ != Source::BackEnd && client.isOnTop(self.database_->place);
+         return newObject<DocumentCollectionObject>(self.database_,
+                                                    onTop ? client.visibleSelection() : QVector<quint32>());
+       }},
+      {u"GETDOCUMENTBYID",
+       [](DatabaseObject& self, const Value& text) {
+         self.store();
+         return documentOfNoteId(self.database_, text.text());
+       }},
+      {u"GETDOCUMENTBYUNID",
+       [](DatabaseObject& self, const Value& value) {
+         const Database& notes = self.store();
+         const QString text = value.text();
+         Unid unid;
+         if (!Unid::parse(text, unid)) refuse(u"universal ID"_s, text, notes);
+         const Value found = DocumentObject::read(self.database_, unid);
+         if (!found.object()) refuse(u"universal ID"_s, text, notes);
+         return found;
+       }},
+  };
 }
 
 }  // namespace lens

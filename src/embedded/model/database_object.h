@@ -33,39 +33,16 @@ class DatabaseObject : public ModelObject {
     store();
     return database_;
   }
-  // The database that an object of it belongs to.
-  static Value parentOf(const std::shared_ptr<OpenDatabase>& database);
 
  protected:
   const MemberTable& members() const override;
 
  private:
-  Value server();
-  Value filePath();
-  Value fileName();
-  Value size();
-  Value title();
-  Value replicaId();
-  Value templateName();
-  Value isOpen();
-  Value isPublicAddressBook();
-  Value unprocessedDocuments();
-  Value views();
-  Value view(const Arguments& arguments);
-  Value agents();
-  Value agent(const Arguments& arguments);
-  Value form(const Arguments& arguments);
-  Value profileDocuments(const Arguments& arguments);
-  Value noteCollection(const Arguments& arguments);
-  Value documentById(const Arguments& arguments);
-  Value documentByUnid(const Arguments& arguments);
-  Value search(const Arguments& arguments);
-  Value createReplica(const Arguments& arguments);
-  Value replicate(const Arguments& arguments);
-  Value remove();
-  Value fullTextSearch(const Arguments& arguments);
-  Value isIndexed();
-  Value close();
+  static Members propertyMembers();
+  static Members documentMembers();
+  static Members designMembers();
+  static Members searchMembers();
+  static Members replicaMembers();
 
   Database& store() const;
   DatabaseInfo info();

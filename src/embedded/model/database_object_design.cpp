@@ -22,48 +22,52 @@ QVector<Value> objectsOf(const std::shared_ptr<OpenDatabase>& database, NoteKind
 
 }  // namespace
 
-Value DatabaseObject::views() {
-  store();
-  return Value::array(objectsOf<ViewObject>(database_, kViewsAndFolders));
-}
-
-Value DatabaseObject::view(const Arguments& arguments) {
-  const quint32 id = findView(store(), arguments[0].text());
-  return id == 0 ? nothing() : ViewObject::read(database_, id);
-}
-
-// Empty, not an array without places: readers ask for that.
-Value DatabaseObject::agents() {
-  store();
-  QVector<Value> agents = objectsOf<AgentObject>(database_, {NoteKind::Agents});
-  return agents.isEmpty() ? Value() : Value::array(std::move(agents));
-}
-
-Value DatabaseObject::agent(const Arguments& arguments) {
-  const quint32 id = findDesignElement(store(), {NoteKind::Agents}, arguments[0].text());
-  return id == 0 ? nothing() : AgentObject::read(database_, id);
-}
-
-// A subform is found too, unless a form has the name.
-Value DatabaseObject::form(const Arguments& arguments) {
-  const QString name = arguments[0].text();
-  quint32 id = findDesignElement(store(), {NoteKind::Forms}, name);
-  if (id == 0) id = findDesignElement(store(), {NoteKind::Subforms}, name);
-  return id == 0 ? nothing() : FormObject::read(database_, id);
-}
-
-// All profiles, or those of one name.
-Value DatabaseObject::profileDocuments(const Arguments& arguments) {
-  const QString name = arguments.isEmpty() ? QString() : arguments[0].text();
-  QVector<quint32> ids;
-  for (const Profile& profile : profilesOf(store()))
-    if (name.isEmpty() || isProfileCalled(profile.name, name)) ids.push_back(profile.id);
-  return newObject<DocumentCollectionObject>(database_, std::move(ids));
-}
-
-Value DatabaseObject::noteCollection(const Arguments& arguments) {
-  store();
-  return newObject<NoteCollectionObject>(database_, !arguments.isEmpty() && arguments[0].boolean());
+Members DatabaseObject::designMembers() {
+  return {
+      {u"VIEWS",
+       [](DatabaseObject& self) {
+         self.store();
+         return Value::array(objectsOf<ViewObject>(self.database_, kViewsAndFolders));
+       }},
+      {u"GETVIEW",
+       [](DatabaseObject& self, const QString& name) {
+         const quint32 id = findView(self.store(), name);
+         return id == 0 ? nothing() : ViewObject::read(self.database_, id);
+       }},
+      // Empty, not an array without places: readers ask for that.
+      {u"AGENTS",
+       [](DatabaseObject& self) {
+         self.store();
+         QVector<Value> agents = objectsOf<AgentObject>(self.database_, {NoteKind::Agents});
+         return agents.isEmpty() ? Value() : Value::array(std::move(agents));
+       }},
+      {u"GETAGENT",
+       [](DatabaseObject& self, const QString& name) {
+         const quint32 id = findDesignElement(self.store(), {NoteKind::Agents}, name);
+         return id == 0 ? nothing() : AgentObject::read(self.database_, id);
+       }},
+      // A subform is found too, unless a form has the name.
+      {u"GETFORM",
+       [](DatabaseObject& self, const QString& name) {
+         quint32 id = findDesignElement(self.store(), {NoteKind::Forms}, name);
+         if (id == 0) id = findDesignElement(self.store(), {NoteKind::Subforms}, name);
+         return id == 0 ? nothing() : FormObject::read(self.database_, id);
+       }},
+      // All profiles, or those of one name.
+      {u"GETPROFILEDOCCOLLECTION",
+       [](DatabaseObject& self, const Value* wanted) {
+         const QString name = wanted ? wanted->text() : QString();
+         QVector<quint32> ids;
+         for (const Profile& profile : profilesOf(self.store()))
+           if (name.isEmpty() || isProfileCalled(profile.name, name)) ids.push_back(profile.id);
+         return newObject<DocumentCollectionObject>(self.database_, std::move(ids));
+       }},
+      {u"CREATENOTECOLLECTION",
+       [](DatabaseObject& self, const Value* selectAll) {
+         self.store();
+         return newObject<NoteCollectionObject>(self.database_, selectAll && selectAll->boolean());
+       }},
+  };
 }
 
 }  // namespace lens

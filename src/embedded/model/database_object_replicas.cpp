@@ -4,44 +4,54 @@
 #include "notes/literals.h"
 
 namespace lens {
-
-Value DatabaseObject::createReplica(const Arguments& arguments) {
-  Workspace& workspace = *database_->context->workspace;
-  const DatabasePlace place = workspace.createReplica(store(), arguments[0].text(), arguments[1].text());
-  return open(database_->context, place, source_);
-}
+namespace {
 
 // All replicas of the server get their turn; what failed first is told at the end.
-Value DatabaseObject::replicate(const Arguments& arguments) {
-  Database& here = store();
-  Workspace& workspace = *database_->context->workspace;
-  QVector<DatabasePlace> others = workspace.replicas(arguments[0].text(), here.info().replicaId);
-  others.removeAll(database_->place);
+void replicateWithAll(const OpenDatabase& database, Database& here, const QString& server) {
+  Workspace& workspace = *database.context->workspace;
+  QVector<DatabasePlace> others = workspace.replicas(server, here.info().replicaId);
+  others.removeAll(database.place);
   if (others.isEmpty())
-    throw RuntimeError(
-        replicationfault::NoReplica,
-        u"%1: there is no other replica on %2"_s.arg(
-            here.path(), arguments[0].text().isEmpty() ? u"this machine"_s : arguments[0].text()));
+    throw RuntimeError(replicationfault::NoReplica,
+                       u"%1: there is no other replica on %2"_s.arg(
+                           here.path(), server.isEmpty() ? u"this machine"_s : server));
   std::optional<RuntimeError> failure;
   QStringList damaged;
   for (const DatabasePlace& other : std::as_const(others)) {
     try {
-      damaged += lens::replicate(here, *workspace.database(other.server, other.path)).leftOut;
+      damaged += replicate(here, *workspace.database(other.server, other.path)).leftOut;
     } catch (const RuntimeError& error) {
       if (!failure) failure = error;
     }
     workspace.notifyChanged(other);
   }
-  workspace.notifyChanged(database_->place);
+  workspace.notifyChanged(database.place);
   if (failure) throw *failure;
   requireNothingLeftOut(here.path(), damaged);
-  return true;
 }
 
-Value DatabaseObject::remove() {
-  store();
-  database_->context->workspace->removeDatabase(database_->place);
-  return {};
+}  // namespace
+
+Members DatabaseObject::replicaMembers() {
+  return {
+      {u"CREATEREPLICA",
+       [](DatabaseObject& self, const QString& server, const QString& path) {
+         Workspace& workspace = *self.database_->context->workspace;
+         const DatabasePlace place = workspace.createReplica(self.store(), server, path);
+         return open(self.database_->context, place, self.source_);
+       }},
+      {u"REPLICATE",
+       [](DatabaseObject& self, const Value& server) {
+         Database& here = self.store();
+         replicateWithAll(*self.database_, here, server.text());
+         return true;
+       }},
+      {u"Remove",
+       [](DatabaseObject& self) {
+         self.store();
+         self.database_->context->workspace->removeDatabase(self.database_->place);
+       }},
+  };
 }
 
 }  // namespace lens

@@ -9,31 +9,32 @@
 
 namespace lens {
 
-// Formula, the moment from which on documents count (nothing: all), and how many at most (0: all).
-Value DatabaseObject::search(const Arguments& arguments) {
-  const Database& notes = store();
-  Workspace& workspace = *database_->context->workspace;
-  WorkspaceEnvironment environment(workspace);
-  StoreDatabase properties(workspace, database_->place, database_->store);
-  SelectionRequest request{
-      searchFormula(notes, arguments[0].text(), environment), environment, &properties, {}, 0};
-  if (arguments[1].kind() == Value::Kind::DateTime) {
-    const DateTime& since = arguments[1].dateTime();
-    request.since = QDateTime(since.date, since.time.isValid() ? since.time : QTime(0, 0));
-  }
-  request.most = qMax<qsizetype>(0, roundToInt32(arguments[2].number()));
-  return newObject<DocumentCollectionObject>(database_, selectDocuments(notes, request));
-}
-
-// Query and how many documents at most (0: all), best match first.
-Value DatabaseObject::fullTextSearch(const Arguments& arguments) {
-  const qsizetype most = qMax<qsizetype>(0, roundToInt32(arguments[1].number()));
-  return newObject<DocumentCollectionObject>(database_,
-                                             lens::fullTextSearch(store(), arguments[0].text(), most));
-}
-
-Value DatabaseObject::isIndexed() {
-  return hasFullTextIndex(store());
+Members DatabaseObject::searchMembers() {
+  return {
+      // Formula, the moment from which on documents count (nothing: all), and how many at most (0: all).
+      {u"SEARCH",
+       [](DatabaseObject& self, const Value& formula, const Value& since, const Value& most) {
+         const Database& notes = self.store();
+         const OpenDatabase& database = *self.database_;
+         WorkspaceEnvironment environment(*database.context->workspace);
+         StoreDatabase properties(*database.context->workspace, database.place, database.store);
+         SelectionRequest request{
+             searchFormula(notes, formula.text(), environment), environment, &properties, {}, 0};
+         if (since.kind() == Value::Kind::DateTime) {
+           const DateTime& moment = since.dateTime();
+           request.since = QDateTime(moment.date, moment.time.isValid() ? moment.time : QTime(0, 0));
+         }
+         request.most = qMax<qsizetype>(0, roundToInt32(most.number()));
+         return newObject<DocumentCollectionObject>(self.database_, selectDocuments(notes, request));
+       }},
+      // Query and how many documents at most (0: all), best match first.
+      {u"FTSEARCH",
+       [](DatabaseObject& self, const Value& query, qint32 most) {
+         return newObject<DocumentCollectionObject>(
+             self.database_, fullTextSearch(self.store(), query.text(), qMax<qsizetype>(0, most)));
+       }},
+      {u"isIndexed", [](DatabaseObject& self) { return hasFullTextIndex(self.store()); }},
+  };
 }
 
 }  // namespace lens

@@ -19,9 +19,9 @@ class DbDirectoryObject : public ModelObject {
   const MemberTable& members() const override;
 
  private:
-  Value firstDatabase(const Arguments& arguments);
-  Value nextDatabase();
-  Value byReplicaId(const Arguments& arguments);
+  // Begins a walk over the databases of that type.
+  void list(double type);
+  Value next();
 
   std::shared_ptr<ModelContext> context_;
   QString server_;

@@ -1,8 +1,8 @@
 #include "embedded/model/document_collection_object.h"
 
 #include "embedded/model/document_object.h"
+#include "embedded/model/open_note.h"
 #include "notes/literals.h"
-#include "notes/numbers.h"
 
 namespace lens {
 
@@ -17,21 +17,6 @@ DocumentCollectionObject::DocumentCollectionObject(std::shared_ptr<OpenDatabase>
   }
 }
 
-const MemberTable& DocumentCollectionObject::members() const {
-  static const MemberTable table{
-      property<&DocumentCollectionObject::count>(u"count"),
-      property<&DocumentCollectionObject::firstDocument>(u"GETFIRSTDOCUMENT"),
-      method<&DocumentCollectionObject::nextDocument>(u"GETNEXTDOCUMENT", 1, 1),
-      method<&DocumentCollectionObject::nthDocument>(u"GETNTHDOCUMENT", 1, 1),
-      method<&DocumentCollectionObject::removeAll>(u"REMOVEALL", 1, 1),
-  };
-  return table;
-}
-
-Value DocumentCollectionObject::count() {
-  return Value(qint64(noteIds_.size()));
-}
-
 // Documents that went away since then are passed over.
 Value DocumentCollectionObject::readableFrom(qsizetype place) const {
   for (; place < noteIds_.size(); ++place)
@@ -39,35 +24,37 @@ Value DocumentCollectionObject::readableFrom(qsizetype place) const {
   return nothing();
 }
 
-Value DocumentCollectionObject::firstDocument() {
-  return readableFrom(0);
-}
-
-Value DocumentCollectionObject::nextDocument(const Arguments& arguments) {
-  const auto current = argumentAs<DocumentObject>(arguments[0]);
-  if (!current || !places_.contains(current->noteNumber()))
-    throw RuntimeError(
-        modelfault::WrongKind,
-        u"%1: GETNEXTDOCUMENT expects a document of the collection"_s.arg(database_->place.path));
-  return readableFrom(places_.value(current->noteNumber()) + 1);
-}
-
-Value DocumentCollectionObject::nthDocument(const Arguments& arguments) {
-  const qint32 position = roundToInt32(arguments[0].number());
-  if (position < 1 || position > noteIds_.size()) return nothing();
-  const Value found = DocumentObject::read(database_, noteIds_[position - 1]);
-  if (!found.object())
-    throw RuntimeError(modelfault::NoSuchDocument, u"%1: document %2 of the collection is gone"_s.arg(
-                                                       database_->place.path, QString::number(position)));
-  return found;
-}
-
-Value DocumentCollectionObject::removeAll(const Arguments& arguments) {
-  arguments[0].boolean();
-  removeNotes(*database_, noteIds_);
-  noteIds_.clear();
-  places_.clear();
-  return {};
+const MemberTable& DocumentCollectionObject::members() const {
+  static const MemberTable table{Members{
+      {u"count", [](DocumentCollectionObject& self) { return qint64(self.noteIds_.size()); }},
+      {u"GETFIRSTDOCUMENT", [](DocumentCollectionObject& self) { return self.readableFrom(0); }},
+      {u"GETNEXTDOCUMENT",
+       [](DocumentCollectionObject& self, const Value& document) {
+         const auto current = argumentAs<DocumentObject>(document);
+         if (!current || !self.places_.contains(current->noteNumber()))
+           throw RuntimeError(
+               modelfault::WrongKind,
+               u"%1: GETNEXTDOCUMENT expects a document of the collection"_s.arg(self.database_->place.path));
+         return self.readableFrom(self.places_.value(current->noteNumber()) + 1);
+       }},
+      {u"GETNTHDOCUMENT",
+       [](DocumentCollectionObject& self, qint32 position) {
+         if (position < 1 || position > self.noteIds_.size()) return nothing();
+         const Value found = DocumentObject::read(self.database_, self.noteIds_[position - 1]);
+         if (!found.object())
+           throw RuntimeError(modelfault::NoSuchDocument,
+                              u"%1: document %2 of the collection is gone"_s.arg(self.database_->place.path,
+                                                                                 QString::number(position)));
+         return found;
+       }},
+      {u"REMOVEALL",
+       [](DocumentCollectionObject& self, bool) {
+         removeNotes(*self.database_, self.noteIds_);
+         self.noteIds_.clear();
+         self.places_.clear();
+       }},
+  }};
+  return table;
 }
 
 }  // namespace lens

@@ -16,11 +16,6 @@ class DocumentCollectionObject : public ModelObject {
   const MemberTable& members() const override;
 
  private:
-  Value count();
-  Value firstDocument();
-  Value nextDocument(const Arguments& arguments);
-  Value nthDocument(const Arguments& arguments);
-  Value removeAll(const Arguments& arguments);
   Value readableFrom(qsizetype place) const;
 
   std::shared_ptr<OpenDatabase> database_;

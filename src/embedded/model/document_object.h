@@ -7,9 +7,6 @@
 
 namespace lens {
 
-// Reads a live note; false when there is none of that ID, or when it is damaged.
-bool readableNote(const Database& store, quint32 noteId, Note& note);
-
 class DocumentObject : public ModelObject {
  public:
   // Reads the stored state; nothing when there is no readable note.
@@ -27,23 +24,8 @@ class DocumentObject : public ModelObject {
   void allow(const Member& member) override;
 
  private:
-  Value noteId();
-  Value universalId();
-  Value items();
-  Value parentDatabase();
-  Value hasEmbedded();
-  Value hasItem(const Arguments& arguments);
-  Value firstItem(const Arguments& arguments);
-  Value itemValue(const Arguments& arguments);
-  Value attachment(const Arguments& arguments);
-  Value mimeEntity(const Arguments& arguments);
-  Value replaceItemValue(const Arguments& arguments);
-  Value createRichTextItem(const Arguments& arguments);
-  Value removeItem(const Arguments& arguments);
-  Value save(const Arguments& arguments);
-  Value copyToDatabase(const Arguments& arguments);
-  Value remove(const Arguments& arguments);
-  Value removePermanently(const Arguments& arguments);
+  static Members readingMembers();
+  static Members changingMembers();
 
   std::shared_ptr<OpenNote> open_;
 };

@@ -1,61 +1,70 @@
 // The members of a document that change its items, and those that change its database.
 #include "embedded/format/written_value.h"
-#include "embedded/model/database_object.h"
 #include "embedded/model/document_object.h"
-#include "embedded/model/item_object.h"
+#include "embedded/model/parent_database.h"
+#include "embedded/model/rich_text_item_object.h"
 #include "embedded/store/note_copy.h"
 #include "notes/literals.h"
 
 namespace lens {
+namespace {
 
-Value DocumentObject::replaceItemValue(const Arguments& arguments) {
-  const QString name = arguments[0].text();
+quint32 replaceItem(OpenNote& open, const QString& name, const Value& value) {
   try {
-    return ItemObject::of(open_, open_->replace(name, writtenValue(arguments[1])));
+    return open.replace(name, writtenValue(value));
   } catch (const RuntimeError& error) {
     if (error.number() == modelfault::ItemRefused || name.isEmpty()) throw;
     throw RuntimeError(error.number(), u"%1: the item \"%2\" was not changed (%3)"_s.arg(
-                                           open_->database->place.path, name.left(64), error.description()));
+                                           open.database->place.path, name.left(64), error.description()));
   }
 }
 
-// Always a new item, also beside others of the name.
-Value DocumentObject::createRichTextItem(const Arguments& arguments) {
-  return ItemObject::of(open_, open_->add({arguments[0].text(), 0, rawValue(itemtype::RichText, {})}));
-}
-
-Value DocumentObject::removeItem(const Arguments& arguments) {
-  open_->removeFirst(arguments[0].text());
-  return {};
-}
-
-// Force, whether to answer a changed document, and whether it counts as read, which nobody asks for here.
-Value DocumentObject::save(const Arguments& arguments) {
-  open_->save(arguments[0].boolean(), arguments[1].boolean());
-  return true;
-}
-
-Value DocumentObject::copyToDatabase(const Arguments& arguments) {
-  if (arguments[0].object().isNothing()) throw RuntimeError(err::ObjectNotSet);
-  const auto target = argumentAs<DatabaseObject>(arguments[0]);
-  if (!target)
+Value copyTo(const OpenNote& open, const Value& target) {
+  if (target.object().isNothing()) throw RuntimeError(err::ObjectNotSet);
+  const std::shared_ptr<OpenDatabase> database = databaseBehind(target);
+  if (!database)
     throw RuntimeError(modelfault::WrongKind,
-                       u"%1: COPYTODATABASE expects a database"_s.arg(open_->database->place.path));
-  const std::shared_ptr<OpenDatabase> database = target->opened();
-  Note copy = copyNote(open_->note, requireStore(*open_->database), requireStore(*database));
+                       u"%1: COPYTODATABASE expects a database"_s.arg(open.database->place.path));
+  Note copy = copyNote(open.note, requireStore(*open.database), requireStore(*database));
   tellChanged(*database);
-  return of(database, std::move(copy));
+  return DocumentObject::of(database, std::move(copy));
 }
 
-Value DocumentObject::remove(const Arguments& arguments) {
-  open_->erase(arguments[0].boolean(), true);
-  return true;
-}
+}  // namespace
 
-// Nothing tells replicas that the document is gone.
-Value DocumentObject::removePermanently(const Arguments& arguments) {
-  open_->erase(arguments[0].boolean(), false);
-  return true;
+Members DocumentObject::changingMembers() {
+  return {
+      {u"REPLACEITEMVALUE",
+       [](DocumentObject& self, const QString& name, const Value& value) {
+         return newItemObject({self.open_, replaceItem(*self.open_, name, value)});
+       }},
+      // Always a new item, also beside others of the name.
+      {u"CREATERICHTEXTITEM",
+       [](DocumentObject& self, const QString& name) {
+         return newItemObject({self.open_, self.open_->add({name, 0, rawValue(itemtype::RichText, {})})});
+       }},
+      {u"RemoveItem", [](DocumentObject& self, const QString& name) { self.open_->removeFirst(name); }},
+      // Force, whether to answer a changed document, and whether it counts as read, which nobody asks for
+      // here.
+      {u"SAVE",
+       [](DocumentObject& self, bool force, bool asResponse, const Value*) {
+         self.open_->save(force, asResponse);
+         return true;
+       }},
+      {u"COPYTODATABASE",
+       [](DocumentObject& self, const Value& target) { return copyTo(*self.open_, target); }},
+      {u"Remove",
+       [](DocumentObject& self, bool force) {
+         self.open_->erase(force, true);
+         return true;
+       }},
+      // Nothing tells replicas that the document is gone.
+      {u"REMOVEPERMANENTLY",
+       [](DocumentObject& self, bool force) {
+         self.open_->erase(force, false);
+         return true;
+       }},
+  };
 }
 
 }  // namespace lens

@@ -10,41 +10,31 @@ constexpr quint16 kOleHost = 0x0100;
 
 }  // namespace
 
-const MemberTable& EmbeddedFileObject::members() const {
-  static const MemberTable table{
-      property<&EmbeddedFileObject::name>(u"Name"),
-      property<&EmbeddedFileObject::type>(u"Type"),
-      property<&EmbeddedFileObject::fileSize>(u"FILESIZE"),
-      method<&EmbeddedFileObject::extractFile>(u"EXTRACTFILE", 1, 1),
-  };
-  return table;
-}
-
 void EmbeddedFileObject::allow(const Member&) {
   open_->requirePresent();
 }
 
-Value EmbeddedFileObject::name() {
-  return file_.name;
-}
-
-Value EmbeddedFileObject::type() {
-  return file_.hostType == kOleHost ? kOleObject : kAttachment;
-}
-
-// The stored bytes count; the item says the size only where the object itself is missing.
-Value EmbeddedFileObject::fileSize() {
-  const qint64 stored = requireStore(*open_->database).objects().size(file_.objectId);
-  return Value(stored >= 0 ? stored : qint64(file_.size));
-}
-
-Value EmbeddedFileObject::extractFile(const Arguments& arguments) {
-  const QString path = arguments[0].text();
-  if (path.isEmpty())
-    throw RuntimeError(err::PathFileAccess, u"%1: \"%2\" needs a file to be extracted to"_s.arg(
-                                                open_->database->place.path, file_.name));
-  requireStore(*open_->database).objects().extract(file_.objectId, path);
-  return {};
+const MemberTable& EmbeddedFileObject::members() const {
+  static const MemberTable table{Members{
+      {u"Name", [](EmbeddedFileObject& self) { return self.file_.name; }},
+      {u"Type",
+       [](EmbeddedFileObject& self) { return self.file_.hostType == kOleHost ? kOleObject : kAttachment; }},
+      // The stored bytes count; the item says the size only where the object itself is missing.
+      {u"FILESIZE",
+       [](EmbeddedFileObject& self) {
+         const qint64 stored = requireStore(*self.open_->database).objects().size(self.file_.objectId);
+         return stored >= 0 ? stored : qint64(self.file_.size);
+       }},
+      {u"EXTRACTFILE",
+       [](EmbeddedFileObject& self, const QString& path) {
+         const OpenDatabase& database = *self.open_->database;
+         if (path.isEmpty())
+           throw RuntimeError(err::PathFileAccess, u"%1: \"%2\" needs a file to be extracted to"_s.arg(
+                                                       database.place.path, self.file_.name));
+         requireStore(database).objects().extract(self.file_.objectId, path);
+       }},
+  }};
+  return table;
 }
 
 }  // namespace lens

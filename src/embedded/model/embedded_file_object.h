@@ -17,11 +17,6 @@ class EmbeddedFileObject : public ModelObject {
   void allow(const Member& member) override;
 
  private:
-  Value name();
-  Value type();
-  Value fileSize();
-  Value extractFile(const Arguments& arguments);
-
   std::shared_ptr<OpenNote> open_;
   FileObject file_;
 };

@@ -1,7 +1,7 @@
 #include "embedded/model/form_object.h"
 
 #include "embedded/format/case_key.h"
-#include "embedded/model/document_object.h"
+#include "embedded/model/open_note.h"
 
 namespace lens {
 
@@ -18,23 +18,21 @@ FormObject::FormObject(std::shared_ptr<OpenDatabase> database, const Note& note)
 }
 
 const MemberTable& FormObject::members() const {
-  static const MemberTable table{
-      property<&FormObject::fields>(u"FIELDS"),
-      method<&FormObject::fieldType>(u"GETFIELDTYPE", 1, 1),
-  };
+  static const MemberTable table{Members{
+      {u"FIELDS",
+       [](FormObject& self) {
+         QVector<Value> names;
+         names.reserve(self.fields_.size());
+         for (const DesignField& field : self.fields_) names.push_back(field.name);
+         return Value::array(std::move(names));
+       }},
+      // A name that is no field has the code of the unknown type.
+      {u"GETFIELDTYPE",
+       [](FormObject& self, const QString& name) {
+         return self.types_.value(caseKey(name), int(itemtype::Unknown));
+       }},
+  }};
   return table;
-}
-
-Value FormObject::fields() {
-  QVector<Value> names;
-  names.reserve(fields_.size());
-  for (const DesignField& field : fields_) names.push_back(field.name);
-  return Value::array(std::move(names));
-}
-
-// A name that is no field has the code of the unknown type.
-Value FormObject::fieldType(const Arguments& arguments) {
-  return types_.value(caseKey(arguments[0].text()), int(itemtype::Unknown));
 }
 
 }  // namespace lens

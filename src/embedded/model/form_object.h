@@ -19,9 +19,6 @@ class FormObject : public ModelObject {
   const MemberTable& members() const override;
 
  private:
-  Value fields();
-  Value fieldType(const Arguments& arguments);
-
   std::shared_ptr<OpenDatabase> database_;
   QVector<DesignField> fields_;
   QHash<QString, int> types_;  // by folded name; the first field of a name counts

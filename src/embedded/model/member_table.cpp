@@ -25,16 +25,8 @@ constexpr int kArgumentMissing = 449;
 
 }  // namespace
 
-MemberTable::MemberTable(std::initializer_list<Member> rows) : rows_(rows) {
-  build();
-}
-
-MemberTable::MemberTable(const MemberTable& base, std::initializer_list<Member> rows) : rows_(base.rows_) {
-  rows_.insert(rows_.end(), rows.begin(), rows.end());
-  build();
-}
-
-void MemberTable::build() {
+MemberTable::MemberTable(std::initializer_list<Members> groups) {
+  for (const Members& group : groups) rows_.insert(rows_.end(), group.begin(), group.end());
   size_t size = 8;
   while (size < rows_.size() * 3) size *= 2;
   slots_.assign(size, -1);
@@ -65,7 +57,7 @@ Value ModelObject::call(const QString& name, const Arguments& arguments) {
   if (!member) throw RuntimeError(err::MemberNotSupported);
   allow(*member);
   if (arguments.size() < member->fewest) throw RuntimeError(kArgumentMissing);
-  if (arguments.size() > member->most || !member->read) throw RuntimeError(kWrongArguments);
+  if (arguments.size() > member->most) throw RuntimeError(kWrongArguments);
   return member->read(*this, arguments);
 }
 

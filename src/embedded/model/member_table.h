@@ -7,73 +7,126 @@
 #include <QVector>
 #include <initializer_list>
 #include <memory>
+#include <tuple>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "notes/bridge.h"
+#include "notes/numbers.h"
 
 namespace lens {
 
 using Arguments = QVector<Value>;
 
-// One member. A property is one that takes no arguments; a reader may ask for it either way.
+namespace detail {
+
+// What a member asks of an argument, converted as Value converts and with what it raises.
+template <class Wanted>
+Wanted converted(const Value& value) {
+  if constexpr (std::is_same_v<Wanted, QString>)
+    return value.text();
+  else if constexpr (std::is_same_v<Wanted, bool>)
+    return value.boolean();
+  else if constexpr (std::is_same_v<Wanted, double>)
+    return value.number();
+  else if constexpr (std::is_same_v<Wanted, qint32>)
+    return roundToInt32(value.number());
+  else
+    return value;  // const Value&: the member converts it itself
+}
+
+template <class Parameter>
+using Wanted =
+    std::conditional_t<std::is_same_v<Parameter, const Value&>, const Value&, std::decay_t<Parameter>>;
+
+// A pointer is an argument that may be left out: null then.
+template <class Parameter>
+Wanted<Parameter> argument(const Arguments& arguments, size_t place) {
+  if constexpr (std::is_same_v<Parameter, const Value*>)
+    return qsizetype(place) < arguments.size() ? &arguments[qsizetype(place)] : nullptr;
+  else
+    return converted<Wanted<Parameter>>(arguments[qsizetype(place)]);
+}
+
+// The body of a member, a function object without state: its parameters tell the class and the arguments.
+template <class Function>
+struct Body;
+template <class Lambda, class Result, class Class, class... Parameters>
+struct Body<Result (Lambda::*)(Class&, Parameters...) const> {
+  static constexpr int kFewest = (0 + ... + int(!std::is_pointer_v<Parameters>));
+  static constexpr int kMost = sizeof...(Parameters);
+
+  static Value run(Dispatch& self, const Arguments& arguments) {
+    return run(static_cast<Class&>(self), arguments, std::index_sequence_for<Parameters...>());
+  }
+  static void write(Dispatch& self, const Value& value) {
+    (Lambda{}(static_cast<Class&>(self), converted<Wanted<Parameters>>(value)), ...);
+  }
+
+ private:
+  template <size_t... kPlaces>
+  static Value run(Class& self, const Arguments& arguments, std::index_sequence<kPlaces...>) {
+    // Braces convert the arguments in their order, so that the first one that does not fit is told.
+    std::tuple<Wanted<Parameters>...> given{argument<Parameters>(arguments, kPlaces)...};
+    if constexpr (std::is_void_v<Result>) {
+      Lambda{}(self, std::get<kPlaces>(given)...);
+      return {};
+    } else {
+      return Lambda{}(self, std::get<kPlaces>(given)...);
+    }
+  }
+};
+template <class Lambda>
+using BodyOf = Body<decltype(&Lambda::operator())>;
+
+}  // namespace detail
+
+// One member: its name and what it does, as a lambda over its object. The parameters behind the object are
+// the arguments: QString, bool, double and qint32 are converted before the body runs, const Value& is given
+// as it is, and const Value* may be left out.
+//
+//   {u"GETFIELDTYPE", [](FormObject& self, const QString& name) { return self.typeOf(name); }}
+//
+// A member without arguments is a property: a reader may ask for it either way, and a second lambda takes
+// what is written to it.
 struct Member {
+  template <class Read>
+  Member(const char16_t* memberName, Read)
+      : name(memberName),
+        fewest(detail::BodyOf<Read>::kFewest),
+        most(detail::BodyOf<Read>::kMost),
+        read(detail::BodyOf<Read>::run) {}
+  template <class Read, class Write>
+  Member(const char16_t* memberName, Read body, Write) : Member(memberName, body) {
+    static_assert(detail::BodyOf<Read>::kMost == 0 && detail::BodyOf<Write>::kMost == 1);
+    write = detail::BodyOf<Write>::write;
+  }
+
   const char16_t* name;
   int fewest;
   int most;
   Value (*read)(Dispatch& self, const Arguments& arguments);
   void (*write)(Dispatch& self, const Value& value) = nullptr;
 };
-
-namespace detail {
-template <class Function>
-struct ClassOf;
-template <class Class, class Result, class... Parameters>
-struct ClassOf<Result (Class::*)(Parameters...)> {
-  using Type = Class;
-};
-}  // namespace detail
-
-// Rows from member functions: Value name(), Value name(const Arguments&), void name(const Value&).
-template <auto Function>
-Member property(const char16_t* name) {
-  using Class = typename detail::ClassOf<decltype(Function)>::Type;
-  return {name, 0, 0,
-          [](Dispatch& self, const Arguments&) { return (static_cast<Class&>(self).*Function)(); }};
-}
-
-template <auto Function>
-Member method(const char16_t* name, int fewest, int most) {
-  using Class = typename detail::ClassOf<decltype(Function)>::Type;
-  return {name, fewest, most, [](Dispatch& self, const Arguments& arguments) {
-            return (static_cast<Class&>(self).*Function)(arguments);
-          }};
-}
-
-template <auto Function>
-Member written(const char16_t* name) {
-  using Class = typename detail::ClassOf<decltype(Function)>::Type;
-  return {name, 0, 0, nullptr,
-          [](Dispatch& self, const Value& value) { (static_cast<Class&>(self).*Function)(value); }};
-}
+using Members = std::vector<Member>;
 
 class MemberTable {
  public:
-  MemberTable(std::initializer_list<Member> rows);
-  // The rows of another class and more.
-  MemberTable(const MemberTable& base, std::initializer_list<Member> rows);
+  // A class may name its members in groups, and take over those of another class.
+  MemberTable(std::initializer_list<Members> groups);
 
   // Null when the class has no such member.
   const Member* find(QStringView name) const;
 
  private:
-  void build();
-  std::vector<Member> rows_;
+  Members rows_;
   std::vector<qint16> slots_;  // open addressing, -1 is free
 };
 
 // An object of the model: looks the name up, checks the number of arguments, runs the member.
-// Raises 438 for an unknown member, 449 for too few arguments, 450 for too many and for a property
-// that cannot be written or read.
+// Raises 438 for an unknown member, 449 for too few arguments, 450 for too many and for a member that cannot
+// be written.
 class ModelObject : public Dispatch, public std::enable_shared_from_this<ModelObject> {
  public:
   Value get(const QString& name) final { return call(name, {}); }

@@ -3,31 +3,22 @@
 namespace lens {
 
 const MemberTable& MimeEntityObject::members() const {
-  static const MemberTable table{
-      property<&MimeEntityObject::contentType>(u"CONTENTTYPE"),
-      property<&MimeEntityObject::contentAsText>(u"CONTENTASTEXT"),
-      property<&MimeEntityObject::firstChild>(u"GETFIRSTCHILDENTITY"),
-      property<&MimeEntityObject::nextSibling>(u"GETNEXTSIBLING"),
-  };
+  static const MemberTable table{Members{
+      {u"CONTENTTYPE", [](MimeEntityObject& self) { return self.entity_->contentType(); }},
+      {u"CONTENTASTEXT", [](MimeEntityObject& self) { return self.entity_->contentAsText(); }},
+      {u"GETFIRSTCHILDENTITY",
+       [](MimeEntityObject& self) {
+         if (self.entity_->children().isEmpty()) return nothing();
+         return newObject<MimeEntityObject>(self.entity_->children().first(), self.entity_);
+       }},
+      {u"GETNEXTSIBLING",
+       [](MimeEntityObject& self) {
+         const qsizetype next = self.place_ + 1;
+         if (!self.parent_ || next >= self.parent_->children().size()) return nothing();
+         return newObject<MimeEntityObject>(self.parent_->children()[next], self.parent_, next);
+       }},
+  }};
   return table;
-}
-
-Value MimeEntityObject::contentType() {
-  return entity_->contentType();
-}
-
-Value MimeEntityObject::contentAsText() {
-  return entity_->contentAsText();
-}
-
-Value MimeEntityObject::firstChild() {
-  if (entity_->children().isEmpty()) return nothing();
-  return newObject<MimeEntityObject>(entity_->children().first(), entity_);
-}
-
-Value MimeEntityObject::nextSibling() {
-  if (!parent_ || place_ + 1 >= parent_->children().size()) return nothing();
-  return newObject<MimeEntityObject>(parent_->children()[place_ + 1], parent_, place_ + 1);
 }
 
 }  // namespace lens

@@ -16,11 +16,6 @@ class MimeEntityObject : public ModelObject {
   const MemberTable& members() const override;
 
  private:
-  Value contentType();
-  Value contentAsText();
-  Value firstChild();
-  Value nextSibling();
-
   std::shared_ptr<const MimeEntity> entity_;
   std::shared_ptr<const MimeEntity> parent_;  // null for the whole message
   qsizetype place_;

@@ -6,32 +6,18 @@
 #include "embedded/design/design_elements.h"
 #include "embedded/evaluation/store_database.h"
 #include "embedded/evaluation/workspace_environment.h"
-#include "embedded/model/document_object.h"
+#include "embedded/model/open_note.h"
 #include "embedded/search/selection.h"
 #include "notes/literals.h"
 
 namespace lens {
 namespace {
 
-template <NoteKind kKind>
-Value readSwitch(Dispatch& self, const Arguments&) {
-  return static_cast<NoteCollectionObject&>(self).selects(kKind);
-}
-
-template <NoteKind kKind>
-void writeSwitch(Dispatch& self, const Value& value) {
-  static_cast<NoteCollectionObject&>(self).select(kKind, value.boolean());
-}
-
-template <size_t kRow>
-Member switchRow() {
-  constexpr NoteKind kind = NoteKind(kRow);
-  return {noteKindTable()[kRow].property, 0, 0, readSwitch<kind>, writeSwitch<kind>};
-}
-
 template <size_t... kRows>
-MemberTable withSwitches(const MemberTable& rest, std::index_sequence<kRows...>) {
-  return {rest, {switchRow<kRows>()...}};
+Members kindSwitches(std::index_sequence<kRows...>) {
+  return {{noteKindTable()[kRows].property,
+           [](NoteCollectionObject& self) { return self.selects(NoteKind(kRows)); },
+           [](NoteCollectionObject& self, bool on) { self.select(NoteKind(kRows), on); }}...};
 }
 
 // A number is a moment as automation counts it: days since 1899-12-30.
@@ -51,41 +37,8 @@ DateTime momentOf(const Value& value, const QString& database) {
 NoteCollectionObject::NoteCollectionObject(std::shared_ptr<OpenDatabase> database, bool selectAll)
     : database_(std::move(database)), kinds_(selectAll ? NoteKinds::all() : NoteKinds()) {}
 
-const MemberTable& NoteCollectionObject::members() const {
-  static const MemberTable rest{
-      method<&NoteCollectionObject::selectAllNotes>(u"SELECTALLNOTES", 1, 1),
-      property<&NoteCollectionObject::build>(u"BUILDCOLLECTION"),
-      property<&NoteCollectionObject::count>(u"count"),
-      property<&NoteCollectionObject::firstNoteId>(u"GETFIRSTNOTEID"),
-      method<&NoteCollectionObject::nextNoteId>(u"GETNEXTNOTEID", 1, 1),
-      {u"SELECTIONFORMULA", 0, 0, property<&NoteCollectionObject::selectionFormula>(u"").read,
-       written<&NoteCollectionObject::setSelectionFormula>(u"").write},
-      {u"SINCETIME", 0, 0, property<&NoteCollectionObject::sinceTime>(u"").read,
-       written<&NoteCollectionObject::setSinceTime>(u"").write},
-  };
-  static const MemberTable table = withSwitches(rest, std::make_index_sequence<kNoteKinds>());
-  return table;
-}
-
-Value NoteCollectionObject::selectAllNotes(const Arguments& arguments) {
-  kinds_ = arguments[0].boolean() ? NoteKinds::all() : NoteKinds();
-  return {};
-}
-
-Value NoteCollectionObject::selectionFormula() {
-  return formula_;
-}
-
-void NoteCollectionObject::setSelectionFormula(const Value& value) {
-  formula_ = value.text();
-}
-
-Value NoteCollectionObject::sinceTime() {
-  return since_;
-}
-
 // Nothing and an empty value take the limit away.
-void NoteCollectionObject::setSinceTime(const Value& value) {
+void NoteCollectionObject::setSince(const Value& value) {
   const bool none = value.isEmpty() || (value.kind() == Value::Kind::Object && !value.object());
   if (none) {
     since_ = {};
@@ -112,7 +65,7 @@ bool NoteCollectionObject::isRecent(quint32 noteId) const {
   return readableNote(*database_->store, noteId, note) && instantOf(note.header.modified) >= sinceInstant_;
 }
 
-Value NoteCollectionObject::build() {
+void NoteCollectionObject::build() {
   NoteKinds kinds = kinds_;
   QVector<quint32> selected;
   if (!formula_.isEmpty()) {
@@ -125,29 +78,38 @@ Value NoteCollectionObject::build() {
   std::merge(ofKinds.begin(), ofKinds.end(), selected.begin(), selected.end(), std::back_inserter(ids));
   if (sinceInstant_.isValid()) ids.removeIf([this](quint32 id) { return !isRecent(id); });
   noteIds_ = std::move(ids);
-  return {};
-}
-
-Value NoteCollectionObject::count() {
-  return Value(qint64(noteIds_.size()));
 }
 
 // The end of the list is an empty text.
-Value NoteCollectionObject::idAt(qsizetype place) const {
+QString NoteCollectionObject::idAt(qsizetype place) const {
   return place < noteIds_.size() ? QString::number(noteIds_[place], 16).toUpper() : QString();
 }
 
-Value NoteCollectionObject::firstNoteId() {
-  return idAt(0);
-}
-
-// What is no ID of the list ends the walk.
-Value NoteCollectionObject::nextNoteId(const Arguments& arguments) {
-  bool isNumber = false;
-  const quint32 id = arguments[0].text().toUInt(&isNumber, 16);
-  const auto found = std::lower_bound(noteIds_.cbegin(), noteIds_.cend(), id);
-  if (!isNumber || found == noteIds_.cend() || *found != id) return QString();
-  return idAt(found - noteIds_.cbegin() + 1);
+const MemberTable& NoteCollectionObject::members() const {
+  static const MemberTable table{
+      Members{
+          {u"SELECTALLNOTES",
+           [](NoteCollectionObject& self, bool on) { self.kinds_ = on ? NoteKinds::all() : NoteKinds(); }},
+          {u"SELECTIONFORMULA", [](NoteCollectionObject& self) { return self.formula_; },
+           [](NoteCollectionObject& self, const QString& formula) { self.formula_ = formula; }},
+          {u"SINCETIME", [](NoteCollectionObject& self) { return self.since_; },
+           [](NoteCollectionObject& self, const Value& moment) { self.setSince(moment); }},
+          {u"BUILDCOLLECTION", [](NoteCollectionObject& self) { self.build(); }},
+          {u"count", [](NoteCollectionObject& self) { return qint64(self.noteIds_.size()); }},
+          {u"GETFIRSTNOTEID", [](NoteCollectionObject& self) { return self.idAt(0); }},
+          // What is no ID of the list ends the walk.
+          {u"GETNEXTNOTEID",
+           [](NoteCollectionObject& self, const QString& text) {
+             bool isNumber = false;
+             const quint32 id = text.toUInt(&isNumber, 16);
+             const QVector<quint32>& ids = self.noteIds_;
+             const auto found = std::lower_bound(ids.cbegin(), ids.cend(), id);
+             if (!isNumber || found == ids.cend() || *found != id) return QString();
+             return self.idAt(found - ids.cbegin() + 1);
+           }},
+      },
+      kindSwitches(std::make_index_sequence<kNoteKinds>())};
+  return table;
 }
 
 }  // namespace lens

@@ -25,19 +25,11 @@ class NoteCollectionObject : public ModelObject {
   const MemberTable& members() const override;
 
  private:
-  Value selectAllNotes(const Arguments& arguments);
-  Value selectionFormula();
-  void setSelectionFormula(const Value& value);
-  Value sinceTime();
-  void setSinceTime(const Value& value);
-  Value build();
-  Value count();
-  Value firstNoteId();
-  Value nextNoteId(const Arguments& arguments);
-
+  void setSince(const Value& value);
+  void build();
   QVector<quint32> formulaDocuments() const;
   bool isRecent(quint32 noteId) const;
-  Value idAt(qsizetype place) const;
+  QString idAt(qsizetype place) const;
 
   std::shared_ptr<OpenDatabase> database_;
   NoteKinds kinds_;

@@ -33,6 +33,10 @@ Database& requireStore(const OpenDatabase& database) {
   return *database.store;
 }
 
+bool readableNote(const Database& store, quint32 noteId, Note& note) {
+  return readable([&] { return store.read(noteId, note); });
+}
+
 void tellChanged(const OpenDatabase& database) {
   database.context->workspace->notifyChanged(database.place);
 }

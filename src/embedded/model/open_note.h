@@ -17,6 +17,18 @@ inline constexpr int ChangedMeanwhile =
 
 // The store of a database; raises when the database was closed or removed.
 Database& requireStore(const OpenDatabase& database);
+// Runs a read of the store. A damaged note counts as none, so that one bad row does not end a walk.
+template <class Read>
+bool readable(const Read& read) {
+  try {
+    return read();
+  } catch (const RuntimeError& error) {
+    if (error.number() == enginefault::Damaged) return false;
+    throw;
+  }
+}
+// Reads a live note; false when there is none of that ID, or when it is damaged.
+bool readableNote(const Database& store, quint32 noteId, Note& note);
 // The attached file that an item stands for; false for every other item.
 bool readAttachedFile(const Item& item, FileObject& file);
 // Of each name, in any case, the first one: where a text shows its files, they are looked up by name.

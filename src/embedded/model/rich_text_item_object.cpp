@@ -10,95 +10,82 @@
 #include "embedded/model/rich_text_range_object.h"
 #include "embedded/richtext/rich_text.h"
 #include "notes/literals.h"
-#include "notes/numbers.h"
 
 namespace lens {
+namespace {
 
-const MemberTable& RichTextItemObject::members() const {
-  static const MemberTable table(itemMembers(),
-                                 {method<&RichTextItemObject::formattedText>(u"GETFORMATTEDTEXT", 2, 2),
-                                  method<&RichTextItemObject::appendText>(u"APPENDTEXT", 1, 1),
-                                  method<&RichTextItemObject::embedObject>(u"EMBEDOBJECT", 3, 3),
-                                  property<&RichTextItemObject::embeddedObjects>(u"EMBEDDEDOBJECTS"),
-                                  property<&RichTextItemObject::compact>(u"COMPACT"),
-                                  property<&RichTextItemObject::createNavigator>(u"CREATENAVIGATOR"),
-                                  property<&RichTextItemObject::createRange>(u"CREATERANGE")});
-  return table;
-}
-
-RichText RichTextItemObject::richText() const {
-  open()->requirePresent();
-  const Item& present = item();
-  if (present.type() != itemtype::RichText)
-    throw RuntimeError(modelfault::WrongKind, u"%1: the item \"%2\" is no rich text any more"_s.arg(
-                                                  open()->database->place.path, present.name.left(64)));
-  return RichText::fromBytes(present.data());
-}
-
-void RichTextItemObject::setRichText(const RichText& text) {
-  item().value = rawValue(itemtype::RichText, text.toBytes());
-}
-
-std::shared_ptr<RichTextItemObject> RichTextItemObject::self() {
-  return std::static_pointer_cast<RichTextItemObject>(shared_from_this());
-}
-
-Value RichTextItemObject::formattedText(const Arguments& arguments) {
-  const bool stripTabs = arguments[0].boolean();
-  const int lineLength = std::max(0, roundToInt32(arguments[1].number()));
-  return richText().formattedText(stripTabs, lineLength);
-}
-
-Value RichTextItemObject::appendText(const Arguments& arguments) {
-  RichText text = richText();
-  text.appendText(arguments[0].text());
-  setRichText(text);
-  return {};
-}
-
-// Kind, class (only objects of other programs have one) and the path of the file.
-Value RichTextItemObject::embedObject(const Arguments& arguments) {
+Value embedFile(const OpenItem& open, qint32 kind, const Value& path) {
   constexpr qint32 kAttachment = 1454;
-  if (const qint32 kind = roundToInt32(arguments[0].number()); kind != kAttachment)
-    throw RuntimeError(err::InvalidCall, u"%1: EMBEDOBJECT attaches files (%2), nothing of kind %3"_s.arg(
-                                             open()->database->place.path, QString::number(kAttachment),
-                                             QString::number(kind)));
-  RichText text = richText();
-  const FileObject file = attachFile(*open(), arguments[2].text(), text);
-  setRichText(text);
-  return newObject<EmbeddedFileObject>(open(), file);
+  if (kind != kAttachment)
+    throw RuntimeError(err::InvalidCall,
+                       u"%1: EMBEDOBJECT attaches files (%2), nothing of kind %3"_s.arg(
+                           open.databasePath(), QString::number(kAttachment), QString::number(kind)));
+  RichText text = open.richText();
+  const FileObject file = attachFile(*open.note(), path.text(), text);
+  open.setRichText(text);
+  return newObject<EmbeddedFileObject>(open.note(), file);
 }
 
 // Those that this item shows, in the order in which they stand there.
-Value RichTextItemObject::embeddedObjects() {
+Value shownFiles(const OpenItem& open) {
   QVector<Value> objects;
   QSet<quint32> known;
-  const RichText text = richText();
-  const QHash<QString, FileObject> files = attachedFilesByKey(open()->note);
+  const RichText text = open.richText();
+  const QHash<QString, FileObject> files = attachedFilesByKey(open.note()->note);
   for (const RichElement& element : text.elements()) {
     if (element.kind != RichElement::Kind::Attachment) continue;
     const auto file = files.constFind(caseKey(attachmentName(element.text)));
     if (file == files.cend() || known.contains(file->objectId)) continue;
     known.insert(file->objectId);
-    objects.push_back(newObject<EmbeddedFileObject>(open(), *file));
+    objects.push_back(newObject<EmbeddedFileObject>(open.note(), *file));
   }
   return objects.isEmpty() ? Value() : Value::array(std::move(objects));
 }
 
-Value RichTextItemObject::compact() {
-  RichText text = richText();
-  if (text.compact()) setRichText(text);
-  return {};
+}  // namespace
+
+Value newItemObject(OpenItem open) {
+  if (open.item().type() == itemtype::RichText) return newObject<RichTextItemObject>(std::move(open));
+  return newObject<ItemObject>(std::move(open));
 }
 
-Value RichTextItemObject::createNavigator() {
-  richText();
-  return newObject<RichTextNavigatorObject>(self());
+const MemberTable& RichTextItemObject::members() const {
+  static const MemberTable table{itemMembers(), textMembers()};
+  return table;
 }
 
-Value RichTextItemObject::createRange() {
-  richText();
-  return newObject<RichTextRangeObject>(self());
+Members RichTextItemObject::textMembers() {
+  return {
+      {u"GETFORMATTEDTEXT",
+       [](RichTextItemObject& self, bool stripTabs, qint32 lineLength) {
+         return self.open_.richText().formattedText(stripTabs, std::max(0, lineLength));
+       }},
+      {u"APPENDTEXT",
+       [](RichTextItemObject& self, const Value& more) {
+         RichText text = self.open_.richText();
+         text.appendText(more.text());
+         self.open_.setRichText(text);
+       }},
+      // Kind, class (only objects of other programs have one) and the path of the file.
+      {u"EMBEDOBJECT", [](RichTextItemObject& self, qint32 kind, const Value&,
+                          const Value& path) { return embedFile(self.open_, kind, path); }},
+      {u"EMBEDDEDOBJECTS", [](RichTextItemObject& self) { return shownFiles(self.open_); }},
+      {u"COMPACT",
+       [](RichTextItemObject& self) {
+         RichText text = self.open_.richText();
+         if (text.compact()) self.open_.setRichText(text);
+       }},
+      {u"CREATENAVIGATOR",
+       [](RichTextItemObject& self) {
+         self.open_.richText();
+         return newObject<RichTextNavigatorObject>(self.open_);
+       }},
+      {u"CREATERANGE",
+       [](RichTextItemObject& self) {
+         self.open_.richText();
+         return newObject<RichTextRangeObject>(self.open_);
+       }},
+  };
 }
 
 }  // namespace lens

@@ -5,30 +5,18 @@
 
 namespace lens {
 
-class RichText;
+// An object for an item: a rich text item where its type says so.
+Value newItemObject(OpenItem open);
 
 class RichTextItemObject : public ItemObject {
  public:
   using ItemObject::ItemObject;
 
-  // What the item holds now; raises once it holds a plain value or is removed. Changes stay in memory until
-  // the document is saved.
-  RichText richText() const;
-  void setRichText(const RichText& text);
-  const QString& databasePath() const { return open()->database->place.path; }
-
  protected:
   const MemberTable& members() const override;
 
  private:
-  Value formattedText(const Arguments& arguments);
-  Value appendText(const Arguments& arguments);
-  Value embedObject(const Arguments& arguments);
-  Value embeddedObjects();
-  Value compact();
-  Value createNavigator();
-  Value createRange();
-  std::shared_ptr<RichTextItemObject> self();
+  static Members textMembers();
 };
 
 }  // namespace lens

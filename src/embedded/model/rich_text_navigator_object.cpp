@@ -1,7 +1,6 @@
 #include "embedded/model/rich_text_navigator_object.h"
 
 #include "embedded/richtext/rich_text.h"
-#include "notes/numbers.h"
 
 namespace lens {
 namespace {
@@ -32,19 +31,17 @@ bool isElement(qint32 type, Kind kind) {
 }  // namespace
 
 const MemberTable& RichTextNavigatorObject::members() const {
-  static const MemberTable table{
-      method<&RichTextNavigatorObject::findFirstElement>(u"FINDFIRSTELEMENT", 1, 1),
-  };
+  static const MemberTable table{Members{
+      // Whether there is one; a text without it is no failure, since nobody looks at the result.
+      {u"FINDFIRSTELEMENT",
+       [](RichTextNavigatorObject& self, qint32 type) {
+         const RichText text = self.open_.richText();
+         for (const RichElement& element : text.elements())
+           if (isElement(type, element.kind)) return true;
+         return false;
+       }},
+  }};
   return table;
-}
-
-// Whether there is one; a text without it is no failure, since nobody looks at the result.
-Value RichTextNavigatorObject::findFirstElement(const Arguments& arguments) {
-  const qint32 type = roundToInt32(arguments[0].number());
-  const RichText text = item_->richText();
-  for (const RichElement& element : text.elements())
-    if (isElement(type, element.kind)) return true;
-  return false;
 }
 
 }  // namespace lens

@@ -1,21 +1,20 @@
 // NotesRichTextNavigator: looks for the elements of a rich text item.
 #pragma once
 
-#include "embedded/model/rich_text_item_object.h"
+#include "embedded/model/member_table.h"
+#include "embedded/model/open_item.h"
 
 namespace lens {
 
 class RichTextNavigatorObject : public ModelObject {
  public:
-  explicit RichTextNavigatorObject(std::shared_ptr<RichTextItemObject> item) : item_(std::move(item)) {}
+  explicit RichTextNavigatorObject(OpenItem open) : open_(std::move(open)) {}
 
  protected:
   const MemberTable& members() const override;
 
  private:
-  Value findFirstElement(const Arguments& arguments);
-
-  std::shared_ptr<RichTextItemObject> item_;
+  OpenItem open_;
 };
 
 }  // namespace lens

@@ -1,21 +1,20 @@
 // NotesRichTextRange: the whole of a rich text item, to search and replace in.
 #pragma once
 
-#include "embedded/model/rich_text_item_object.h"
+#include "embedded/model/member_table.h"
+#include "embedded/model/open_item.h"
 
 namespace lens {
 
 class RichTextRangeObject : public ModelObject {
  public:
-  explicit RichTextRangeObject(std::shared_ptr<RichTextItemObject> item) : item_(std::move(item)) {}
+  explicit RichTextRangeObject(OpenItem open) : open_(std::move(open)) {}
 
  protected:
   const MemberTable& members() const override;
 
  private:
-  Value findAndReplace(const Arguments& arguments);
-
-  std::shared_ptr<RichTextItemObject> item_;
+  OpenItem open_;
 };
 
 }  // namespace lens

@@ -18,17 +18,8 @@ class SessionObject : public ModelObject {
   void allow(const Member& member) override;
 
  private:
-  Value currentDatabase();
-  Value notesVersion();
-  Value userName();
-  Value initialize();
-  Value environmentString(const Arguments& arguments);
-  Value addressBooks();
-  Value database(const Arguments& arguments);
-  Value databaseDirectory(const Arguments& arguments);
   DatabaseObject::Source source() const;
-  Value convertMime();
-  void setConvertMime(const Value& value);
+  static Members clientMembers();
 
   std::shared_ptr<ModelContext> context_;
   Kind kind_;

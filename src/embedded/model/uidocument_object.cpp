@@ -6,22 +6,20 @@
 namespace lens {
 
 const MemberTable& UiDocumentObject::members() const {
-  static const MemberTable table{
-      property<&UiDocumentObject::document>(u"DOCUMENT"),
-      property<&UiDocumentObject::close>(u"Close"),
-  };
+  static const MemberTable table{Members{
+      {u"DOCUMENT",
+       [](UiDocumentObject& self) {
+         return DocumentObject::read(DatabaseObject::openStore(self.context_, self.place_, true),
+                                     self.noteId_);
+       }},
+      // A window that shows something else by now is left alone.
+      {u"Close",
+       [](UiDocumentObject& self) {
+         ClientState& client = self.context_->workspace->client();
+         if (client.isOnTop(self.place_) && client.document() == self.noteId_) client.closeDocument();
+       }},
+  }};
   return table;
-}
-
-Value UiDocumentObject::document() {
-  return DocumentObject::read(DatabaseObject::openStore(context_, place_, true), noteId_);
-}
-
-// A window that shows something else by now is left alone.
-Value UiDocumentObject::close() {
-  ClientState& client = context_->workspace->client();
-  if (client.isOnTop(place_) && client.document() == noteId_) client.closeDocument();
-  return {};
 }
 
 }  // namespace lens

@@ -15,9 +15,6 @@ class UiDocumentObject : public ModelObject {
   const MemberTable& members() const override;
 
  private:
-  Value document();
-  Value close();
-
   std::shared_ptr<ModelContext> context_;
   DatabasePlace place_;
   quint32 noteId_;

@@ -6,38 +6,29 @@
 namespace lens {
 
 const MemberTable& UiWorkspaceObject::members() const {
-  static const MemberTable table{
-      property<&UiWorkspaceObject::currentDocument>(u"CURRENTDOCUMENT"),
-      property<&UiWorkspaceObject::currentDatabase>(u"CURRENTDATABASE"),
-      property<&UiWorkspaceObject::refreshView>(u"VIEWREFRESH"),
-      method<&UiWorkspaceObject::openDatabase>(u"OPENDATABASE", 2, 2),
-  };
+  static const MemberTable table{Members{
+      {u"CURRENTDOCUMENT",
+       [](UiWorkspaceObject& self) {
+         const ClientState& client = self.context_->workspace->client();
+         if (client.document() == 0) return nothing();
+         return newObject<UiDocumentObject>(self.context_, *client.database(), client.document());
+       }},
+      {u"CURRENTDATABASE",
+       [](UiWorkspaceObject& self) {
+         const DatabasePlace* top = self.context_->workspace->client().database();
+         if (!top) return nothing();
+         return DatabaseObject::open(self.context_, *top, DatabaseObject::Source::ClientWindow);
+       }},
+      {u"VIEWREFRESH", [](UiWorkspaceObject& self) { self.context_->workspace->client().refreshView(); }},
+      {u"OPENDATABASE",
+       [](UiWorkspaceObject& self, const QString& server, const QString& path) {
+         Workspace& workspace = *self.context_->workspace;
+         const DatabasePlace place = workspace.place(server, path);
+         workspace.database(place.server, place.path);  // raises where it cannot be opened
+         workspace.client().showDatabase(place);
+       }},
+  }};
   return table;
-}
-
-Value UiWorkspaceObject::currentDocument() {
-  const ClientState& client = context_->workspace->client();
-  if (client.document() == 0) return nothing();
-  return newObject<UiDocumentObject>(context_, *client.database(), client.document());
-}
-
-Value UiWorkspaceObject::currentDatabase() {
-  const DatabasePlace* top = context_->workspace->client().database();
-  if (!top) return nothing();
-  return DatabaseObject::open(context_, *top, DatabaseObject::Source::ClientWindow);
-}
-
-Value UiWorkspaceObject::openDatabase(const Arguments& arguments) {
-  Workspace& workspace = *context_->workspace;
-  const DatabasePlace place = workspace.place(arguments[0].text(), arguments[1].text());
-  workspace.database(place.server, place.path);  // raises where it cannot be opened
-  workspace.client().showDatabase(place);
-  return {};
-}
-
-Value UiWorkspaceObject::refreshView() {
-  context_->workspace->client().refreshView();
-  return {};
 }
 
 }  // namespace lens

@@ -14,11 +14,6 @@ class UiWorkspaceObject : public ModelObject {
   const MemberTable& members() const override;
 
  private:
-  Value currentDocument();
-  Value currentDatabase();
-  Value openDatabase(const Arguments& arguments);
-  Value refreshView();
-
   std::shared_ptr<ModelContext> context_;
 };
 

@@ -16,10 +16,6 @@ class ViewEntryCollectionObject : public ModelObject {
   const MemberTable& members() const override;
 
  private:
-  Value count();
-  Value firstEntry();
-  Value nextEntry(const Arguments& arguments);
-  Value removeAll(const Arguments& arguments);
   Value entryAt(qsizetype place) const;
 
   std::shared_ptr<OpenDatabase> database_;

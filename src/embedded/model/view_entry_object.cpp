@@ -5,20 +5,18 @@
 namespace lens {
 
 const MemberTable& ViewEntryObject::members() const {
-  static const MemberTable table{
-      property<&ViewEntryObject::isDocument>(u"ISDOCUMENT"),
-      property<&ViewEntryObject::document>(u"DOCUMENT"),
-  };
+  static const MemberTable table{Members{
+      // A document that has gone since is none any more.
+      {u"ISDOCUMENT",
+       [](ViewEntryObject& self) {
+         return self.note_ != 0 && self.database_->store->notes().state(self.note_) == NoteState::Live;
+       }},
+      {u"DOCUMENT",
+       [](ViewEntryObject& self) {
+         return self.note_ == 0 ? nothing() : DocumentObject::read(self.database_, self.note_);
+       }},
+  }};
   return table;
-}
-
-// A document that has gone since is none any more.
-Value ViewEntryObject::isDocument() {
-  return note_ != 0 && database_->store->notes().state(note_) == NoteState::Live;
-}
-
-Value ViewEntryObject::document() {
-  return note_ == 0 ? nothing() : DocumentObject::read(database_, note_);
 }
 
 }  // namespace lens

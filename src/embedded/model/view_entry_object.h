@@ -18,9 +18,6 @@ class ViewEntryObject : public ModelObject {
   const MemberTable& members() const override;
 
  private:
-  Value isDocument();
-  Value document();
-
   std::shared_ptr<OpenDatabase> database_;
   quint32 note_;
   qsizetype place_;

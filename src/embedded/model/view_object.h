@@ -22,13 +22,8 @@ class ViewObject : public ModelObject {
   const MemberTable& members() const override;
 
  private:
-  Value name();
-  Value selectionFormula();
-  Value allEntries();
-  Value entryCount();
-  Value firstDocument();
-  Value nextDocument(const Arguments& arguments);
-  Value entryByKey(const Arguments& arguments);
+  static Members ownMembers();
+  static Members documentMembers();
   ViewIndex& refreshed();
   void readDocuments();
   Value readableFrom(qsizetype place) const;

@@ -1,0 +1,25 @@
+#include "embedded/model/open_item.h"
+
+#include "embedded/richtext/rich_text.h"
+#include "notes/literals.h"
+
+namespace lens {
+
+Item& OpenItem::item() const {
+  note_->requirePresent();
+  return note_->item(number_);
+}
+
+RichText OpenItem::richText() const {
+  const Item& present = item();
+  if (present.type() != itemtype::RichText)
+    throw RuntimeError(modelfault::WrongKind, u"%1: the item \"%2\" is no rich text any more"_s.arg(
+                                                  databasePath(), present.name.left(64)));
+  return RichText::fromBytes(present.data());
+}
+
+void OpenItem::setRichText(const RichText& text) const {
+  item().value = rawValue(itemtype::RichText, text.toBytes());
+}
+
+}  // namespace lens
