@@ -35,6 +35,7 @@ Launcher::Launcher(Host& host) : host_(host) {
   openWorkspace();
   QString source = u"No workspace"_s;
   if (workspace_) {
+    workspace_->setInterruptCheck([&host] { return host.escapePressed(); });
     notes_ = std::make_unique<EmbeddedGateway>(workspace_);
     capi_ = std::make_unique<EmbeddedCApi>(workspace_);
     source = u"Embedded: "_s + QDir::toNativeSeparators(workspace_->directory());

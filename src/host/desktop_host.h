@@ -4,6 +4,7 @@
 #include <QSystemTrayIcon>
 #include <memory>
 
+#include "host/escape_watch.h"
 #include "host/host.h"
 
 namespace lens {
@@ -14,6 +15,7 @@ class DesktopHost : public Host {
 
   int messageBox(const QString& text, int style, const QString& title) override;
   void yield() override;
+  bool escapePressed() override { return escape_.pressed(); }
   void setPointer(int code) override;
   void playSound(const QString& path) override;
   QDateTime now() override { return QDateTime::currentDateTime(); }
@@ -35,6 +37,7 @@ class DesktopHost : public Host {
  private:
   Regional regional_;
   bool pointerSet_ = false;
+  EscapeWatch escape_;
   std::unique_ptr<QSystemTrayIcon> tray_;
 };
 

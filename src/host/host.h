@@ -45,6 +45,9 @@ class Host {
   virtual int messageBox(const QString& text, int style = box::Plain, const QString& title = {}) = 0;
   // Takes the events that wait, then returns.
   virtual void yield() = 0;
+  // Whether the user pressed Esc since long work began, which nobody has seen yet. Other input waits, nothing
+  // else runs. It may be asked very often.
+  virtual bool escapePressed() = 0;
   // Sets the one screen pointer; it replaces what was set before, nothing is stacked.
   virtual void setPointer(int code) = 0;
   // Plays a sound file to its end without taking events; silence on any trouble.

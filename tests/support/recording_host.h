@@ -37,6 +37,8 @@ class RecordingHost : public Host {
   QStringList sounds;
   int yields = 0;
   std::function<void()> whileYielding;  // the events that wait, when the program takes them
+  int escapesAsked = 0;
+  std::function<bool()> whenEscapeIsAsked;  // whether Esc was pressed; never without it
   QDateTime clock = QDateTime(QDate(2024, 3, 11), QTime(14, 5, 9));
   QString programDir, tempDir;
   bool hasTray = true;
@@ -64,6 +66,10 @@ class RecordingHost : public Host {
   void yield() override {
     ++yields;
     if (whileYielding) whileYielding();
+  }
+  bool escapePressed() override {
+    ++escapesAsked;
+    return whenEscapeIsAsked && whenEscapeIsAsked();
   }
   void setPointer(int code) override {
     pointerCode = code;

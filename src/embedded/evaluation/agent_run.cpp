@@ -41,7 +41,7 @@ QVector<quint32> documentsInView(const AgentPlace& at, const Agent& agent) {
     refuse(at, agent,
            u"it runs on the documents of a view; none is open, and the database has no "
            "default view"_s);
-  return viewDocuments(*at.store, note);
+  return viewDocuments(*at.store, note, [&at] { return at.workspace.isInterrupted(); });
 }
 
 QVector<quint32> targetDocuments(const AgentPlace& at, const Agent& agent) {
@@ -124,12 +124,17 @@ class Run {
     return agent_.target() != AgentTarget::NewOrModified || instantOf(note.header.modified) > lastRun_;
   }
 
-  const formula::Outcome& checked(const formula::Outcome& outcome, const QString& where) const {
-    if (!outcome.value.isError()) return outcome;
-    throw RuntimeError(
-        agentfault::Failed,
-        u"%1: the agent \"%2\" failed over %3 and changed nothing: %4"_s.arg(
-            at_.store->path(), agent_.title, where, formula::faultText(outcome.value.errorCode())));
+  // A user who has had enough ends the run between two documents too.
+  const formula::Outcome& checked(const formula::Outcome& outcome, const QString& where) {
+    if (outcome.value.isError()) fail(where, outcome.value.errorCode());
+    if (environment_.interrupted()) fail(where, formula::fault::TooMuchTime);
+    return outcome;
+  }
+
+  [[noreturn]] void fail(const QString& where, formula::FaultCode code) const {
+    throw RuntimeError(agentfault::Failed,
+                       u"%1: the agent \"%2\" failed over %3 and changed nothing: %4"_s.arg(
+                           at_.store->path(), agent_.title, where, formula::faultText(code)));
   }
 
   formula::Outcome evaluate(EvaluatedNote& document, quint32 id, Evaluation::Writes writes) {

@@ -1,6 +1,7 @@
 #include "embedded/evaluation/store_database.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "embedded/design/design_elements.h"
 #include "embedded/format/packed_note.h"
@@ -146,10 +147,17 @@ ViewIndex& StoreDatabase::openView(const formula::ViewPlace& place) const {
     const quint32 note = findView(*view.store, place.view);
     if (note == 0) throw Fault{fault::CannotCompute};
     if (!view.index || view.index->design().noteId != note)
-      view.index = std::make_shared<ViewIndex>(*view.store, note);
+      view.index = std::make_shared<ViewIndex>(
+          *view.store, note, [this] { return interrupted_ = interrupted_ || workspace_.isInterrupted(); });
     view.change = change;
   }
-  view.index->refresh();
+  try {
+    view.index->refresh();
+  } catch (const RuntimeError&) {
+    // Who interrupts wants the formula that asked to end, not a value that cannot be computed.
+    if (std::exchange(interrupted_, false)) throw Fault{fault::TooMuchTime, true};
+    throw;
+  }
   return *view.index;
 }
 

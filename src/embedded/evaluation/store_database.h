@@ -51,6 +51,7 @@ class StoreDatabase : public formula::Database {
   mutable QHash<QString, quint32> profiles_;
   mutable qint64 profilesOf_ = -1;
   mutable QHash<QString, OpenView> views_;  // by place
+  mutable bool interrupted_ = false;        // while a view was brought up to date
 };
 
 }  // namespace lens

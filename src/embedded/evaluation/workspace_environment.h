@@ -20,13 +20,10 @@ class WorkspaceEnvironment : public formula::MachineEnvironment {
   // "server!!path", or the path alone for a book of this machine.
   QStringList addressBooks() const override;
   QString language() const override;
-  // Ends a run that the user no longer wants; asked from the thread that evaluates.
-  void setInterrupted(std::function<bool()> asked) { asked_ = std::move(asked); }
-  bool interrupted() override { return asked_ && asked_(); }
+  bool interrupted() override { return workspace_.isInterrupted(); }
 
  private:
   Workspace& workspace_;
-  std::function<bool()> asked_;
 };
 
 }  // namespace lens

@@ -40,7 +40,7 @@ Members ItemObject::itemMembers() {
       {u"Name", [](ItemObject& self) { return self.open_.item().name; }},
       {u"Text",
        [](ItemObject& self) {
-         return itemText(self.open_.item(), self.open_.note()->database->context->workspace->regional());
+         return itemAsText(self.open_.item(), self.open_.note()->database->context->workspace->regional());
        }},
       {u"Type", [](ItemObject& self) { return objectModelType(self.open_.item()); }},
       {u"Values", [](ItemObject& self) { return valuesOf(self.open_.item()); }},

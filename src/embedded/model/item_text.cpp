@@ -10,7 +10,7 @@ Value valuesOf(const Item& item) {
   return Value::array({Value(RichText::fromBytes(item.data()).plainText())});
 }
 
-QString itemText(const Item& item, const Regional& regional) {
+QString itemAsText(const Item& item, const Regional& regional) {
   QString source;
   if (item.type() == itemtype::Formula) return formulaSource(item, source) ? source : QString();
   const Value values = valuesOf(item);

@@ -11,6 +11,6 @@ namespace lens {
 Value valuesOf(const Item& item);
 // All values as text, parted by ";": dates by the region, rich text as plain text, "$FILE" as the file name,
 // a formula as its source. "" for types that have no text.
-QString itemText(const Item& item, const Regional& regional);
+QString itemAsText(const Item& item, const Regional& regional);
 
 }  // namespace lens

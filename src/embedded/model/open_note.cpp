@@ -34,7 +34,7 @@ Database& requireStore(const OpenDatabase& database) {
 }
 
 bool readableNote(const Database& store, quint32 noteId, Note& note) {
-  return readable([&] { return store.read(noteId, note); });
+  return readable([&] { return store.notes().read(noteId, note); });
 }
 
 void tellChanged(const OpenDatabase& database) {

@@ -22,7 +22,10 @@ Value ViewObject::read(const std::shared_ptr<OpenDatabase>& database, quint32 no
 }
 
 ViewIndex& ViewObject::refreshed() {
-  if (!index_) index_ = std::make_unique<ViewIndex>(*database_->store, note_.header.id);
+  if (!index_)
+    index_ = std::make_unique<ViewIndex>(
+        *database_->store, note_.header.id,
+        [workspace = database_->context->workspace] { return workspace->isInterrupted(); });
   index_->refresh();
   return *index_;
 }

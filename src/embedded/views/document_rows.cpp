@@ -152,13 +152,16 @@ std::vector<formula::Name> DocumentRows::names() const {
   return keyNames_;
 }
 
+void DocumentRows::raiseTooMuchTime() const {
+  throw RuntimeError(kFormulaError,
+                     u"%1: the view \"%2\": %3"_s.arg(design_.database, design_.title,
+                                                      formula::faultText(formula::fault::TooMuchTime)));
+}
+
 // A formula without an end would have none over the next document either.
 FormulaValue DocumentRows::evaluated(Evaluation& evaluation, formula::Document& document, bool* matches) {
   formula::Outcome outcome = evaluation.run(&document, nullptr, Evaluation::Writes::Pretend);
-  if (outcome.value.isError() && outcome.value.errorCode() == formula::fault::TooMuchTime)
-    throw RuntimeError(kFormulaError,
-                       u"%1: the view \"%2\": %3"_s.arg(design_.database, design_.title,
-                                                        formula::faultText(formula::fault::TooMuchTime)));
+  if (outcome.value.isError() && outcome.value.errorCode() == formula::fault::TooMuchTime) raiseTooMuchTime();
   if (matches) *matches = outcome.matches;
   return std::move(outcome.value);
 }

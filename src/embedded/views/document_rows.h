@@ -71,6 +71,9 @@ class DocumentRows {
   std::vector<formula::Value> column(int column, formula::Document& document,
                                      const QVector<QByteArray>& rowKeys);
 
+  // Names the view.
+  [[noreturn]] void raiseTooMuchTime() const;
+
   const formula::LocalZone& zone() const { return environment_.zone(); }
 
   static constexpr std::size_t kMostRows = 65535;

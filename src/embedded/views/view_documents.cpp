@@ -4,8 +4,8 @@
 
 namespace lens {
 
-QVector<quint32> viewDocuments(Database& database, const Note& view) {
-  ViewIndex index(database, view.header.id);
+QVector<quint32> viewDocuments(Database& database, const Note& view, std::function<bool()> interrupted) {
+  ViewIndex index(database, view.header.id, std::move(interrupted));
   index.refresh();
   return index.documents();
 }

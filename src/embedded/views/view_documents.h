@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QVector>
+#include <functional>
 
 #include "embedded/store/database.h"
 #include "embedded/views/view_design.h"
@@ -9,7 +10,7 @@
 namespace lens {
 
 // Note IDs in the order of the view, each once; its index is brought up to date first. Raises for a view
-// whose selection is there in compiled form only, or has a mistake.
-QVector<quint32> viewDocuments(Database& database, const Note& view);
+// whose selection is there in compiled form only, has a mistake, or is interrupted (view_index.h).
+QVector<quint32> viewDocuments(Database& database, const Note& view, std::function<bool()> interrupted = {});
 
 }  // namespace lens

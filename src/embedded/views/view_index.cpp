@@ -46,11 +46,12 @@ class TemporaryTransaction {
 
 }  // namespace
 
-ViewIndex::ViewIndex(Database& database, quint32 view)
+ViewIndex::ViewIndex(Database& database, quint32 view, Interrupted interrupted)
     : database_(database),
       view_(view),
       tables_(database),
       readOnly_(sqlite3_db_readonly(database.handle(), "main") == 1) {
+  environment_.asked = std::move(interrupted);
   readDesign();
 }
 
@@ -144,6 +145,7 @@ void ViewIndex::makeAnew(const IndexHead& goal, const ViewBuilder::Pause& pause)
   tables_.writeHead(view_, unfinished, 0);
   ViewBuilder builder(database_, design_, *rows_, tables_);
   builder.rebuild([&] {
+    if (environment_.interrupted()) rows_->raiseTooMuchTime();
     if (!pause()) return false;
     IndexHead head;
     if (!tables_.readHead(view_, head) || head != unfinished)

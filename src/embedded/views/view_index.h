@@ -11,6 +11,7 @@
 // finds it left by somebody who died, begins again.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "embedded/views/document_rows.h"
@@ -30,9 +31,11 @@ struct ViewLine {
 
 class ViewIndex {
  public:
+  using Interrupted = std::function<bool()>;
   // The database must outlive this; it may be one whose file cannot be written. Raises UnknownNote when there
-  // is no such view.
-  ViewIndex(Database& database, quint32 view);
+  // is no such view. Where the user may
+  // interrupt, a refresh asks and raises kFormulaError, as for a formula that takes too much time.
+  ViewIndex(Database& database, quint32 view, Interrupted interrupted = {});
   ~ViewIndex();
 
   const ViewDesign& design() const { return design_; }
@@ -65,7 +68,11 @@ class ViewIndex {
 
   Database& database_;
   const quint32 view_;
-  formula::MachineEnvironment environment_;
+  struct Environment : formula::MachineEnvironment {
+    bool interrupted() override { return asked && asked(); }
+    Interrupted asked;
+  };
+  Environment environment_;
   ViewDesign design_;
   qint64 designOf_ = -1;  // the change of the database that it was read at
   std::unique_ptr<DocumentRows> rows_;

@@ -89,6 +89,11 @@ class Workspace {
   // An address book on a server is everybody's; the one of this machine is its user's own.
   bool isPublicAddressBook(const DatabasePlace& place) const;
 
+  // Whether the user has had enough of what runs now: formulas over many documents, and each formula that
+  // takes long, ask it now and then. It must be quick, and not touch the workspace.
+  void setInterruptCheck(std::function<bool()> check) { interruptCheck_ = std::move(check); }
+  bool isInterrupted() const { return interruptCheck_ && interruptCheck_(); }
+
   // Whoever changes documents tells it here, so that an open view can follow.
   void setChangeListener(std::function<void(const DatabasePlace&)> listener) {
     changed_ = std::move(listener);
@@ -113,6 +118,7 @@ class Workspace {
   QVector<Server> servers_;
   ClientState client_;
   std::function<void(const DatabasePlace&)> changed_;
+  std::function<bool()> interruptCheck_;
 };
 
 // A hierarchical name without the labels of its parts: "CN=Hub/O=Acme" gives "Hub/Acme".

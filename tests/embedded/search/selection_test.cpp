@@ -123,7 +123,7 @@ TEST_F(Selection, EndsWithAFormulaThatDoesNot) {
   for (int i = 0; i < 50; ++i) addMemo(u"memo"_s);
   WorkspaceEnvironment environment(*t.workspace);
   int asked = 0;
-  environment.setInterrupted([&] { return ++asked > 3; });
+  t.workspace->setInterruptCheck([&] { return ++asked > 3; });
   const SelectionRequest endless{compiledFormula(u"SELECT @While(1; 1)", environment), environment};
   try {
     selectDocuments(*t.store, endless);
@@ -139,7 +139,7 @@ TEST_F(Selection, CanBeInterruptedBetweenDocuments) {
   for (int i = 0; i < 50; ++i) addMemo(u"memo"_s);
   WorkspaceEnvironment environment(*t.workspace);
   int asked = 0;
-  environment.setInterrupted([&] { return ++asked > 3; });
+  t.workspace->setInterruptCheck([&] { return ++asked > 3; });
   EXPECT_THROW(selectDocuments(*t.store, {compiledFormula(u"SELECT @All", environment), environment}),
                RuntimeError);
   EXPECT_EQ(asked, 4);
