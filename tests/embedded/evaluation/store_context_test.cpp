@@ -166,7 +166,7 @@ TEST_F(StoreContext, EntriesThatWouldBreakTheFileAreRefused) {
 }
 
 TEST_F(StoreContext, TheUserMayInterrupt) {
-  environment.setInterrupted([] { return true; });
+  t.workspace->setInterruptCheck([] { return true; });
   EXPECT_EQ(run(u"@While(1; 1)"_s), u"error 0562"_s);
 }
 
