@@ -1,10 +1,12 @@
 #include "embedded/design/design_notes.h"
 
+#include "embedded/format/case_key.h"
+
 namespace lens {
 namespace {
 
-bool sameName(QStringView a, QStringView b) {
-  return a.trimmed().compare(b.trimmed(), Qt::CaseInsensitive) == 0;
+bool sameTitle(QStringView a, QStringView b) {
+  return sameCaseKey(a.trimmed(), b.trimmed());
 }
 
 QString titleOf(const Database& database, quint32 noteId) {
@@ -19,9 +21,9 @@ QString titleOf(const Database& database, quint32 noteId) {
 
 bool titleAnswersTo(QStringView title, QStringView name) {
   if (name.trimmed().isEmpty()) return false;
-  if (sameName(title, name)) return true;
+  if (sameTitle(title, name)) return true;
   for (const QStringView part : title.split(u'|'))
-    if (sameName(part, name)) return true;
+    if (sameTitle(part, name)) return true;
   return false;
 }
 

@@ -1,5 +1,6 @@
 #include "embedded/design/profile_notes.h"
 
+#include "embedded/format/case_key.h"
 #include "embedded/format/packed_note.h"
 #include "embedded/format/profile_name.h"
 
@@ -16,7 +17,7 @@ QVector<Profile> profilesOf(const Database& database) {
 
 bool isProfileCalled(QStringView name, QStringView profile) {
   const auto parts = profileNameParts(name);
-  return parts && parts->profile.compare(profile, Qt::CaseInsensitive) == 0;
+  return parts && sameCaseKey(parts->profile, profile);
 }
 
 }  // namespace lens

@@ -1,13 +1,11 @@
 #include "embedded/dxl/note_elements.h"
 
-#include <algorithm>
-#include <array>
-
 #include "embedded/dxl/datetime_element.h"
 #include "embedded/dxl/design_reader.h"
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/item_elements.h"
 #include "embedded/format/profile_name.h"
+#include "embedded/format/single_notes.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -18,20 +16,20 @@ struct ClassName {
   const char16_t* name;
   quint16 value;
 };
-constexpr std::array<ClassName, 14> kClasses = {{{u"document", 0x0001},
-                                                 {u"data", 0x0001},
-                                                 {u"helpaboutdocument", 0x0002},
-                                                 {u"form", 0x0004},
-                                                 {u"view", 0x0008},
-                                                 {u"icon", 0x0010},
-                                                 {u"designcollection", 0x0020},
-                                                 {u"acl", 0x0040},
-                                                 {u"helpindex", 0x0080},
-                                                 {u"helpusingdocument", 0x0100},
-                                                 {u"help", 0x0100},
-                                                 {u"filter", 0x0200},
-                                                 {u"sharedfield", 0x0400},
-                                                 {u"replicationformula", 0x0800}}};
+constexpr ClassName kClasses[] = {{u"document", noteclass::Document},
+                                  {u"data", noteclass::Document},
+                                  {u"helpaboutdocument", noteclass::About},
+                                  {u"form", noteclass::Form},
+                                  {u"view", noteclass::View},
+                                  {u"icon", noteclass::Icon},
+                                  {u"designcollection", noteclass::Design},
+                                  {u"acl", noteclass::Acl},
+                                  {u"helpindex", noteclass::HelpIndex},
+                                  {u"helpusingdocument", noteclass::Using},
+                                  {u"help", noteclass::Using},
+                                  {u"filter", noteclass::Filter},
+                                  {u"sharedfield", noteclass::SharedField},
+                                  {u"replicationformula", noteclass::ReplicationFormula}};
 
 quint16 classOf(const DxlReader& in) {
   const QString name = in.attribute(u"class");
@@ -177,12 +175,10 @@ void readDesign(ImportContext& context, Note& note, const DesignKind& kind) {
   addProlog(note, prolog);
 }
 
-// Of some classes a database holds one note: an imported one takes its place, whatever its UNID.
+// Where a database holds one note of the class, an imported one takes its place, whatever its UNID.
 bool removeOtherInstance(Database& target, const Note& note) {
-  constexpr std::array<quint16, 5> kSingle = {noteclass::About, noteclass::Icon, noteclass::Acl,
-                                              noteclass::HelpIndex, noteclass::Using};
   const quint16 noteClass = noteclass::base(note.header.noteClass);
-  if (std::find(kSingle.begin(), kSingle.end(), noteClass) == kSingle.end()) return false;
+  if (!isSingleInstance(noteClass)) return false;
   for (const NoteSummary& present : target.notes().list(noteClass)) {
     if (noteclass::base(present.noteClass) == noteClass && present.unid != note.header.unid)
       return target.notes().remove(present.id, false);

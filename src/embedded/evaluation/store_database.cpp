@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "embedded/design/design_elements.h"
+#include "embedded/format/case_key.h"
 #include "embedded/format/packed_note.h"
 #include "embedded/format/profile_name.h"
 #include "embedded/formula_context/evaluated_note.h"
@@ -96,7 +97,7 @@ void StoreDatabase::findProfiles() const {
   profiles_.clear();
   store_->notes().scanPacked(noteclass::Document, [&](const PackedNote& candidate) {
     if (isProfile(candidate))
-      profiles_.insert(candidate.unpack().text(u"$Name").toLower(), candidate.header.id);
+      profiles_.insert(caseKey(candidate.unpack().text(u"$Name")), candidate.header.id);
     return true;
   });
   profilesOf_ = change;

@@ -1,19 +1,34 @@
 #include "embedded/format/case_key.h"
 
 namespace lens {
+namespace {
+
+char16_t foldedUnit(char16_t unit) {
+  if (unit < 0x80) return unit >= u'A' && unit <= u'Z' ? char16_t(unit | 0x20) : unit;
+  return QChar(unit).toCaseFolded().unicode();
+}
+
+}  // namespace
 
 QString caseKey(QStringView name) {
-  QString key = name.toString();
-  for (qsizetype i = 0; i < key.size(); ++i) {
-    if (key[i].isHighSurrogate() && i + 1 < key.size() && key[i + 1].isLowSurrogate()) {
-      const char32_t folded = QChar::toCaseFolded(QChar::surrogateToUcs4(key[i], key[i + 1]));
-      key[i] = QChar(QChar::highSurrogate(folded));
-      key[++i] = QChar(QChar::lowSurrogate(folded));
+  QString key(name.size(), Qt::Uninitialized);
+  QChar* out = key.data();
+  for (qsizetype i = 0; i < name.size(); ++i) {
+    if (name[i].isHighSurrogate() && i + 1 < name.size() && name[i + 1].isLowSurrogate()) {
+      const char32_t folded = QChar::toCaseFolded(QChar::surrogateToUcs4(name[i], name[i + 1]));
+      *out++ = QChar(QChar::highSurrogate(folded));
+      *out++ = QChar(QChar::lowSurrogate(folded));
+      ++i;
     } else {
-      key[i] = key[i].toCaseFolded();
+      *out++ = QChar(foldedUnit(name[i].unicode()));
     }
   }
   return key;
+}
+
+// Qt compares by the same folding; only names of one length can match.
+bool sameCaseKey(QStringView a, QStringView b) {
+  return a.size() == b.size() && a.compare(b, Qt::CaseInsensitive) == 0;
 }
 
 }  // namespace lens

@@ -1,4 +1,8 @@
-// Names that match without regard to case as keys of sets and tables.
+// Names without regard to case: the engine's one rule by which two names are the same.
+//
+// Each character is folded to one character (simple case folding), so a name keeps its length and "ß" stays
+// apart from "SS". Search words and what @UpperCase makes of a text follow the rules of writing instead, and
+// say so there.
 #pragma once
 
 #include <QString>
@@ -6,8 +10,9 @@
 
 namespace lens {
 
-// Two names have the same key exactly when sameItemName says that they match; file names of attachments are
-// compared alike. Other foldings of Qt make two letters of one (of "ß"), so what matches would have two keys.
+// Two names have the same key exactly when sameCaseKey says that they match: what sets and tables are looked
+// up by.
 QString caseKey(QStringView name);
+bool sameCaseKey(QStringView a, QStringView b);
 
 }  // namespace lens

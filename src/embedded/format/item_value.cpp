@@ -115,10 +115,6 @@ bool isOleObject(QByteArrayView data) {
 
 }  // namespace
 
-bool sameItemName(QStringView a, QStringView b) {
-  return a.size() == b.size() && a.compare(b, Qt::CaseInsensitive) == 0;
-}
-
 QByteArray rawValue(quint16 type, QByteArrayView data) {
   QByteArray value = typed(type, data.size());
   value.append(data.data(), data.size());

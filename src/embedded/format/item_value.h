@@ -8,6 +8,7 @@
 #include <QVector>
 
 #include "embedded/format/byte_reader.h"
+#include "embedded/format/item_name.h"
 #include "embedded/format/timedate.h"
 #include "notes/bridge.h"
 
@@ -37,9 +38,6 @@ struct Item {
   quint16 type() const { return quint16(quint8(value[0]) | quint8(value[1]) << 8); }
   QByteArrayView data() const { return QByteArrayView(value).sliced(2); }
 };
-
-// Item names match without regard to case.
-bool sameItemName(QStringView a, QStringView b);
 
 // Values from what they mean. A text list of one entry stays a list. A list of more than 65535 entries,
 // or an entry of more than 65535 bytes, has no form and raises 6.

@@ -168,18 +168,6 @@ void checkPackedItems(QByteArrayView packed) {
   for (qsizetype i = 0; i < directory.count(); ++i) budget.spend(directory.entry(i));
 }
 
-// Plain names are compared in place; the first other character sends both to the full comparison.
-bool isPackedName(QByteArrayView utf8, QStringView name) {
-  const qsizetype common = qMin(utf8.size(), name.size());
-  for (qsizetype i = 0; i < common; ++i) {
-    const quint8 stored = quint8(utf8[i]);
-    const char16_t asked = name[i].unicode();
-    if (stored >= 0x80 || asked >= 0x80) return sameItemName(QString::fromUtf8(utf8), name);
-    if (lower(stored) != lower(quint8(asked))) return false;
-  }
-  return utf8.size() == name.size();
-}
-
 bool findPackedItem(QByteArrayView packed, QStringView name, Item& item) {
   const Directory directory(packed);
   for (qsizetype i = 0; i < directory.count(); ++i) {
@@ -213,10 +201,10 @@ qsizetype PackedItems::find(QStringView name, quint16 flags) const {
   return -1;
 }
 
-WantedItems::WantedItems(const QStringList& names) : names_(names), next_(std::size_t(names.size()), -1) {
+WantedItems::WantedItems(std::vector<ItemName> names) : names_(std::move(names)), next_(names_.size(), -1) {
   first_.fill(-1);
-  for (int n = 0; n < int(names.size()); ++n) {
-    const QByteArray utf8 = names[n].toUtf8();
+  for (int n = 0; n < int(names_.size()); ++n) {
+    const QByteArray utf8 = names_[std::size_t(n)].text().toUtf8();
     if (utf8.isEmpty() || !isPlain(utf8)) {
       others_.push_back(n);
       continue;
@@ -230,27 +218,31 @@ int WantedItems::bucketOf(char first, char last, qsizetype length) {
   return int(lower(quint8(first)) * 5 + lower(quint8(last)) * 11 + length) % kBuckets;
 }
 
+bool WantedItems::matches(QByteArrayView packed, int name) const {
+  return isPackedName(packed, names_[std::size_t(name)].text());
+}
+
 void WantedItems::note(int name, qint32 place, std::vector<qint32>& places) const {
   qint32& known = places[std::size_t(name)];
   if (known < 0) known = place;
 }
 
 void WantedItems::find(const PackedItems& items, quint16 flags, std::vector<qint32>& places) const {
-  places.assign(std::size_t(names_.size()), -1);
+  places.assign(names_.size(), -1);
   for (qsizetype i = 0; i < items.count(); ++i) {
     const PackedItems::Entry entry = items[i];
     if ((entry.flags & flags) != flags) continue;
     const QByteArrayView name = entry.name;
     if (name.isEmpty() || !isPlain(name)) {
       for (int n = 0; n < int(names_.size()); ++n)
-        if (isPackedName(name, names_[n])) note(n, qint32(i), places);
+        if (matches(name, n)) note(n, qint32(i), places);
       continue;
     }
     for (int n = first_[std::size_t(bucketOf(name.front(), name.back(), name.size()))]; n >= 0;
          n = next_[std::size_t(n)])
-      if (isPackedName(name, names_[n])) note(n, qint32(i), places);
+      if (matches(name, n)) note(n, qint32(i), places);
     for (int n : others_)
-      if (isPackedName(name, names_[n])) note(n, qint32(i), places);
+      if (matches(name, n)) note(n, qint32(i), places);
   }
 }
 

@@ -9,7 +9,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QStringList>
 #include <QVector>
 #include <array>
 #include <vector>
@@ -25,8 +24,6 @@ QVector<Item> unpackItems(QByteArrayView packed);
 void checkPackedItems(QByteArrayView packed);
 // The first item of that name without unpacking the others; false when there is none.
 bool findPackedItem(QByteArrayView packed, QStringView name, Item& item);
-// Whether a name as it is packed is that item name; without regard to case.
-bool isPackedName(QByteArrayView utf8, QStringView name);
 
 // Packed items where they lie: nothing is copied, so the bytes must outlive this.
 class PackedItems {
@@ -55,15 +52,17 @@ class PackedItems {
 // Names that are looked for in many notes: all of them in one pass over each note's items.
 class WantedItems {
  public:
-  explicit WantedItems(const QStringList& names);
+  explicit WantedItems(std::vector<ItemName> names);
+  const std::vector<ItemName>& names() const { return names_; }
   // For each name the place of its first item that has all these flags; -1: none.
   void find(const PackedItems& items, quint16 flags, std::vector<qint32>& places) const;
 
  private:
   static constexpr int kBuckets = 64;
   static int bucketOf(char first, char last, qsizetype length);
+  bool matches(QByteArrayView packed, int name) const;
   void note(int name, qint32 place, std::vector<qint32>& places) const;
-  QStringList names_;
+  std::vector<ItemName> names_;
   std::array<int, kBuckets> first_;  // a plain name that falls there; -1: none
   std::vector<int> next_;            // the next plain name of the same bucket
   std::vector<int> others_;          // names with characters beyond ASCII

@@ -1,5 +1,6 @@
 #include "embedded/format/profile_name.h"
 
+#include "embedded/format/case_key.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -12,7 +13,7 @@ constexpr qsizetype kLengthDigits = 3;
 
 QString profileName(const QString& profile, const QString& user) {
   return kProfileMark.toString() + u"%1%2_%3"_s.arg(profile.size(), int(kLengthDigits), 10, QLatin1Char('0'))
-                                       .arg(profile.toLower(), user.toLower());
+                                       .arg(caseKey(profile), caseKey(user));
 }
 
 bool isProfileName(QStringView name) {

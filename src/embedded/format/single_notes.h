@@ -1,14 +1,17 @@
-// The notes that a database has once at most.
+// The notes that a database has once at most: copying refuses a second one, an import and a replication put
+// the new one in the place of the old.
 #pragma once
 
 #include "embedded/format/note.h"
 
 namespace lens {
 
+// Class bits.
+inline constexpr quint16 kSingleNotes =
+    noteclass::About | noteclass::Icon | noteclass::Design | noteclass::Acl | noteclass::HelpIndex;
+
 inline bool isSingleInstance(quint16 noteClass) {
-  constexpr quint16 kSingle =
-      noteclass::Design | noteclass::Acl | noteclass::About | noteclass::Icon | noteclass::HelpIndex;
-  return noteclass::base(noteClass) & kSingle;
+  return noteclass::base(noteClass) & kSingleNotes;
 }
 
 }  // namespace lens

@@ -60,13 +60,13 @@ bool Compiler::hasEffects(int index) {
 }
 
 int Compiler::nameOf(const QString& written) {
-  const QString folded = foldedName(written);
-  const auto known = program_.nameIndex.constFind(folded);
+  const Name name(written);
+  const auto known = program_.nameIndex.constFind(name);
   if (known != program_.nameIndex.constEnd()) return *known;
   const int index = int(program_.names.size());
-  program_.names.emplace_back(written);
+  program_.names.push_back(name);
   program_.variables.push_back(computedNames_);
-  program_.nameIndex.insert(folded, index);
+  program_.nameIndex.insert(name, index);
   known_.push_back(false);
   return index;
 }

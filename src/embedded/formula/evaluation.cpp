@@ -80,7 +80,7 @@ void Evaluation::askWhetherToGoOn() {
 
 bool Evaluation::item(const Name& name, Value& value) const {
   if (!state_->written.isEmpty()) {
-    const auto written = state_->written.constFind(name.folded);
+    const auto written = state_->written.constFind(name);
     if (written != state_->written.constEnd()) {
       if (written->type() == Type::Unavailable) return false;
       value = *written;
@@ -95,11 +95,11 @@ QStringList Evaluation::itemNames() const {
   if (state_->written.isEmpty()) return stored;
   // Those of the document that were not removed, then those that are new.
   QStringList names;
-  QSet<QString> seen;
+  QSet<Name> seen;
   for (const QString& name : stored) {
-    const QString folded = foldedName(name);
-    seen.insert(folded);
-    if (state_->written.value(folded).type() != Type::Unavailable) names.append(name);
+    const Name key(name);
+    seen.insert(key);
+    if (state_->written.value(key).type() != Type::Unavailable) names.append(name);
   }
   for (auto written = state_->written.constBegin(); written != state_->written.constEnd(); ++written)
     if (written->type() != Type::Unavailable && !seen.contains(written.key()))
@@ -120,11 +120,11 @@ void Evaluation::writeItem(const QString& name, const Value& value) {
     else
       document_->setItem(name, value);
   } else {
-    state_->written.insert(written.folded, value);
-    state_->writtenNames.insert(written.folded, name);
+    state_->written.insert(written, value);
+    state_->writtenNames.insert(written, name);
   }
   // What the formula has read of the item before is out of date.
-  if (Frame* frame = state_->current) frame->itemWritten(written.folded, value);
+  if (Frame* frame = state_->current) frame->itemWritten(written, value);
 }
 
 // --- Call ----------------------------------------------------------------------------------------------

@@ -6,8 +6,8 @@
 #include <QString>
 #include <QStringList>
 #include <QVector>
-#include <cstring>
 
+#include "embedded/format/item_name.h"
 #include "embedded/formula/region.h"
 #include "embedded/formula/times.h"
 #include "embedded/formula/value.h"
@@ -15,19 +15,8 @@
 
 namespace lens::formula {
 
-// The name of an item or variable, prepared once so that it can be looked up often.
-struct Name {
-  Name() = default;
-  explicit Name(const QString& written) : text(written), folded(foldedName(written)), hash(qHash(folded)) {}
-  QString text;    // as written
-  QString folded;  // for comparing
-  size_t hash = 0;
-
-  bool matches(const Name& other) const {
-    return hash == other.hash && folded.size() == other.folded.size() &&
-           std::memcmp(folded.utf16(), other.folded.utf16(), size_t(folded.size()) * 2) == 0;
-  }
-};
+// The name of an item or of a variable.
+using Name = ItemName;
 
 struct DocumentProperties {
   TimeDate created, modified, accessed;

@@ -1,6 +1,7 @@
 #include <QHash>
 #include <algorithm>
 
+#include "embedded/format/case_key.h"
 #include "embedded/formula/function.h"
 
 namespace lens::formula {
@@ -33,10 +34,10 @@ QString callForm(const Function& function) {
 const Function* findFunction(QStringView name) {
   static const QHash<QString, const Function*> byName = [] {
     QHash<QString, const Function*> index;
-    for (const Function* row : allFunctions()) index.insert(foldedName(QString::fromLatin1(row->name)), row);
+    for (const Function* row : allFunctions()) index.insert(caseKey(QString::fromLatin1(row->name)), row);
     return index;
   }();
-  return byName.value(foldedName(name), nullptr);
+  return byName.value(caseKey(name), nullptr);
 }
 
 }  // namespace lens::formula

@@ -47,8 +47,8 @@ void Frame::clear() {
   for (std::size_t i = std::size_t(program.firstName()); i < registers.size(); ++i) registers[i].clear();
 }
 
-void Frame::itemWritten(const QString& foldedName, const Value& value) {
-  const auto name = program.nameIndex.constFind(foldedName);
+void Frame::itemWritten(const Name& item, const Value& value) {
+  const auto name = program.nameIndex.constFind(item);
   if (name == program.nameIndex.constEnd() || isVariable(*name)) return;
   registers[std::size_t(program.firstName() + *name)] =
       value.type() == Type::Unavailable ? Value::missing() : value;
@@ -352,7 +352,7 @@ void Machine::writeField(const Instruction& i) {
   // A value of its own: the register may be the name's, which writing changes.
   const Value value = readsAsEmpty(at(i.a)) ? emptyText() : at(i.a);
   try {
-    if (!value.isError()) evaluation_.writeItem(nameAt(name).text, value);
+    if (!value.isError()) evaluation_.writeItem(nameAt(name).text(), value);
     if (!isVariable(name)) at(name) = value.type() == Type::Unavailable ? Value::missing() : value;
     at(i.result) = value;
   } catch (const Fault& fault) {
@@ -369,7 +369,7 @@ void Machine::writeEnvironment(const Instruction& i) {
   try {
     if (!value.isError() && !value.isText()) throw Fault{fault::TextExpected};
     if (!value.isError() && evaluation_.mayWrite())
-      evaluation_.environment().setIniValue(environmentEntry(name.text), value.text().toString());
+      evaluation_.environment().setIniValue(environmentEntry(name.text()), value.text().toString());
     at(i.result) = value;
   } catch (const Fault& fault) {
     if (fault.fatal) throw;
@@ -385,7 +385,7 @@ void Machine::setByName(const Instruction& i) {
     at(i.result) = written.isError() ? written : Value::error(fault::TextExpected);
     return;
   }
-  setVariable(foldedName(written.text()), value);
+  setVariable(Name(written.text().toString()), value);
   at(i.result) = std::move(value);
 }
 

@@ -14,7 +14,7 @@ struct Frame {
   // Lets go of all that the last run left.
   void clear();
   // An item that was written has the new value from now on; Unavailable: it is gone. Variables stay.
-  void itemWritten(const QString& foldedName, const Value& value);
+  void itemWritten(const Name& item, const Value& value);
   // Whether the name is a variable here: in the program, or because the formula around it has set it.
   bool isVariable(int name) const {
     return program.variables[std::size_t(name)] || (!shared.empty() && shared[std::size_t(name)]);
@@ -31,10 +31,10 @@ struct Evaluation::State {
   std::unique_ptr<Frame> main;
   Frame* current = nullptr;
   // Items that the formula wrote in a run that must not write: by folded name.
-  QHash<QString, Value> written;
-  QHash<QString, QString> writtenNames;
+  QHash<Name, Value> written;
+  QHash<Name, QString> writtenNames;
   // Variables that only @Set and @Eval know of.
-  QHash<QString, Value> loose;
+  QHash<Name, Value> loose;
   std::optional<bool> selected;
   int depth = 0;  // machines and blocks within each other
   int evalDepth = 0;
@@ -81,8 +81,8 @@ class Machine {
   void shareVariables(Frame& inner);
   void takeVariables(Frame& inner);
   // The variable of that name in this formula or the nearest one around it; null when none knows the name.
-  Value* findVariable(const QString& foldedName);
-  void setVariable(const QString& foldedName, const Value& value);
+  Value* findVariable(const Name& name);
+  void setVariable(const Name& name, const Value& value);
 
   Evaluation& evaluation_;
   Evaluation::State& state_;

@@ -104,18 +104,18 @@ Value Machine::evaluateText(QStringView source) {
   return result;
 }
 
-Value* Machine::findVariable(const QString& foldedName) {
+Value* Machine::findVariable(const Name& name) {
   for (Frame* frame = &frame_; frame; frame = frame->outer) {
-    const auto known = frame->program.nameIndex.constFind(foldedName);
+    const auto known = frame->program.nameIndex.constFind(name);
     if (known != frame->program.nameIndex.constEnd())
       return &frame->registers[std::size_t(frame->program.firstName() + *known)];
   }
-  const auto loose = state_.loose.find(foldedName);
+  const auto loose = state_.loose.find(name);
   return loose == state_.loose.end() ? nullptr : &*loose;
 }
 
-void Machine::setVariable(const QString& foldedName, const Value& value) {
-  if (Value* known = findVariable(foldedName)) {
+void Machine::setVariable(const Name& name, const Value& value) {
+  if (Value* known = findVariable(name)) {
     *known = value;
     return;
   }
@@ -123,13 +123,13 @@ void Machine::setVariable(const QString& foldedName, const Value& value) {
   constexpr qsizetype kMostLoose = 10'000;
   if (state_.loose.size() >= kMostLoose) throw Fault{fault::TooMuchMemory, true};
   evaluation_.charge(16);
-  state_.loose.insert(foldedName, value);
+  state_.loose.insert(name, value);
 }
 
 void Machine::shareVariables(Frame& inner) {
   inner.shared.assign(inner.program.names.size(), false);
   for (std::size_t n = 0; n < inner.program.names.size(); ++n) {
-    const Value* known = findVariable(inner.program.names[n].folded);
+    const Value* known = findVariable(inner.program.names[n]);
     if (!known || known->isUnset()) continue;
     inner.registers[std::size_t(inner.program.firstName()) + n] = *known;
     inner.shared[n] = true;
@@ -139,7 +139,7 @@ void Machine::shareVariables(Frame& inner) {
 void Machine::takeVariables(Frame& inner) {
   for (std::size_t n = 0; n < inner.program.names.size(); ++n) {
     const Value& value = inner.registers[std::size_t(inner.program.firstName()) + n];
-    if (inner.isVariable(int(n)) && !value.isUnset()) setVariable(inner.program.names[n].folded, value);
+    if (inner.isVariable(int(n)) && !value.isUnset()) setVariable(inner.program.names[n], value);
   }
 }
 

@@ -76,7 +76,7 @@ struct Program {
   // Assigned to somewhere in the formula, or may be by a name that is computed: a variable hides the
   // item. The others are items, read at most once in a run.
   std::vector<bool> variables;
-  QHash<QString, int> nameIndex;  // by folded name
+  QHash<Name, int> nameIndex;
   std::vector<const Function*> functions;
   std::vector<quint16> arguments;
   int registers = 0;

@@ -30,10 +30,6 @@ qsizetype storedTextSize(QStringView units) {
   return units.size();
 }
 
-QString foldedName(QStringView name) {
-  return name.toString().toUpper();
-}
-
 // --- Text ----------------------------------------------------------------------------------------------
 
 Text Text::ofSize(qsizetype size, char16_t*& units) {

@@ -286,7 +286,4 @@ struct ValueMemory {
 // Bytes that a text takes when it is stored.
 qsizetype storedTextSize(QStringView units);
 
-// Names of fields, variables and functions match without case: both sides are folded with this.
-QString foldedName(QStringView name);
-
 }  // namespace lens::formula

@@ -2,7 +2,6 @@
 
 #include <QSet>
 
-#include "embedded/format/case_key.h"
 #include "embedded/formula_context/item_conversion.h"
 #include "embedded/richtext/rich_text.h"
 #include "notes/literals.h"
@@ -105,7 +104,7 @@ const Item* EvaluatedNote::find(QStringView name) const {
 }
 
 bool EvaluatedNote::item(const formula::Name& name, formula::Value& value) const {
-  const Item* found = find(name.text);
+  const Item* found = find(name.text());
   if (!found || found->value.size() < 2 || found->type() == itemtype::Unavailable) return false;
   formulaValue(*found, value);
   return true;
@@ -114,11 +113,11 @@ bool EvaluatedNote::item(const formula::Name& name, formula::Value& value) const
 template <class Wanted>
 QStringList EvaluatedNote::namesOf(const Wanted& wanted) const {
   QStringList names;
-  QSet<QString> known;
+  QSet<ItemName> known;
   for (const Item& item : note_.items) {
     if (!wanted(item)) continue;
     const qsizetype before = known.size();
-    known.insert(caseKey(item.name));
+    known.insert(ItemName(item.name));
     if (known.size() > before) names.append(item.name);
   }
   return names;
@@ -176,7 +175,7 @@ QVector<formula::Attachment> EvaluatedNote::attachments() const {
 QString EvaluatedNote::richText(const formula::Name& name) const {
   QString text;
   for (const Item& item : note_.items) {
-    if (item.value.size() < 2 || item.type() != itemtype::RichText || !sameItemName(item.name, name.text))
+    if (item.value.size() < 2 || item.type() != itemtype::RichText || !sameItemName(item.name, name.text()))
       continue;
     if (!text.isEmpty()) text += u'\n';
     text += RichText::fromBytes(item.data()).plainText().replace(u"\r\n"_s, u"\n"_s);

@@ -5,12 +5,6 @@
 namespace lens {
 namespace {
 
-QStringList namesOf(const std::vector<formula::Name>& names) {
-  QStringList texts;
-  for (const formula::Name& name : names) texts.append(name.text);
-  return texts;
-}
-
 // As QString counts them: a character beyond the first plane is two.
 qsizetype charactersOf(QByteArrayView utf8) {
   qsizetype count = 0;
@@ -21,7 +15,7 @@ qsizetype charactersOf(QByteArrayView utf8) {
 }  // namespace
 
 EvaluatedPackedNote::EvaluatedPackedNote(std::vector<formula::Name> names, const Database* database)
-    : names_(std::move(names)), wanted_(namesOf(names_)), database_(database) {}
+    : wanted_(std::move(names)), database_(database) {}
 
 void EvaluatedPackedNote::show(const PackedNote& note) {
   packed_ = &note;
@@ -30,12 +24,13 @@ void EvaluatedPackedNote::show(const PackedNote& note) {
 }
 
 qsizetype EvaluatedPackedNote::placeOf(const formula::Name& name) const {
-  for (std::size_t n = 0; n < names_.size(); ++n) {
-    if (names_[n].hash != name.hash || names_[n].text != name.text) continue;
+  const std::vector<formula::Name>& names = wanted_.names();
+  for (std::size_t n = 0; n < names.size(); ++n) {
+    if (names[n] != name) continue;
     if (places_.empty()) wanted_.find(packed_->items, itemflag::Summary, places_);
     return places_[n];
   }
-  return packed_->items.find(name.text, itemflag::Summary);
+  return packed_->items.find(name.text(), itemflag::Summary);
 }
 
 bool EvaluatedPackedNote::item(const formula::Name& name, formula::Value& value) const {

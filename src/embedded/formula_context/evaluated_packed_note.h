@@ -34,7 +34,6 @@ class EvaluatedPackedNote : public formula::Document {
   // What is seldom asked is answered by the unpacked note.
   const EvaluatedNote& whole() const;
 
-  std::vector<formula::Name> names_;
   WantedItems wanted_;
   const Database* database_;
   EvaluatedNote::Selected selected_;

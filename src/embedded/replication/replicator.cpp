@@ -1,5 +1,6 @@
 #include "embedded/replication/replicator.h"
 
+#include "embedded/format/case_key.h"
 #include "embedded/format/packed_note.h"
 #include "embedded/format/single_notes.h"
 #include "embedded/replication/conflict.h"
@@ -18,7 +19,7 @@ bool comesBefore(const Unid& a, const Unid& b) {
 }
 
 QString profileName(const Note& note) {
-  return note.text(u"$Name").toLower();
+  return caseKey(note.text(u"$Name"));
 }
 
 // The stub of a version that another note takes the place of.

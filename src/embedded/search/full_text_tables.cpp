@@ -33,10 +33,6 @@ QString fieldPrefix(qint64 field) {
   return kFieldMark + QString::number(field) + kFieldMark;
 }
 
-QString fieldKey(QStringView name) {
-  return name.toString().toCaseFolded();
-}
-
 // A table of that name with another definition was not made by this program: it is no index.
 bool Tables::exist() {
   Statement::Run row(definition);

@@ -7,6 +7,7 @@
 // the copy would be the greater part of the file.
 #pragma once
 
+#include "embedded/format/case_key.h"
 #include "embedded/format/engine_fault.h"
 #include "embedded/store/sqlite_statement.h"
 
@@ -19,8 +20,6 @@ inline constexpr QChar kEnd(0xE003);         // behind each entry: no phrase goe
 
 // What stands before each word of a field.
 QString fieldPrefix(qint64 field);
-// Field names match without regard to case.
-QString fieldKey(QStringView name);
 
 // How a value is kept for comparing: a number, an instant in milliseconds UTC, a date as Julian day.
 enum class ValueKind { Number, Instant, Day };
@@ -40,7 +39,7 @@ struct Tables {
   void drop();
   Mark mark();
   void setMark(const Mark& mark);
-  // 0: no document has such a field.
+  // Of a field by its caseKey; 0: no document has such a field.
   qint64 fieldNumber(const QString& key);
 
   Connection& connection;

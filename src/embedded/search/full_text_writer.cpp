@@ -95,7 +95,7 @@ void Writer::remove(quint32 note) {
 const Writer::Field& Writer::field(const QString& name) {
   const auto known = known_.constFind(name);
   if (known != known_.constEnd()) return *known;
-  const QString key = fieldKey(name);
+  const QString key = caseKey(name);
   qint64 number = tables_.fieldNumber(key);
   if (number == 0) {
     Statement::Run(tables_.addField, key).step();

@@ -143,7 +143,7 @@ Hits IndexSearch::findAny(const QueryNode& node) {
 }
 
 Hits IndexSearch::compare(const QueryNode& node) {
-  const qint64 field = tables_.fieldNumber(fieldKey(node.field));
+  const qint64 field = tables_.fieldNumber(caseKey(node.field));
   Hits hits;
   const bool known = compareNumber(field, node, hits) || compareTime(field, node, hits);
   if (node.relation == Relation::Equal) return either(hits, sameWords(node));

@@ -93,7 +93,7 @@ QString MatchExpressions::phrase(const QueryNode& node) {
   const QString nowhere = column + quoted(QString(fulltext::kNowhere));
   QString prefix;
   if (!node.field.isEmpty()) {
-    const qint64 field = tables_.fieldNumber(fulltext::fieldKey(node.field));
+    const qint64 field = tables_.fieldNumber(caseKey(node.field));
     if (field == 0) return nowhere;
     prefix = fulltext::fieldPrefix(field);
   }

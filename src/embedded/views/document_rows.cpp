@@ -91,10 +91,10 @@ DocumentRows::DocumentRows(const ViewDesign& design, formula::Environment& envir
       columns_(std::size_t(design.columns.size())),
       makesOneRow_(std::none_of(design.keys.begin(), design.keys.end(),
                                 [](const DesignKey& key) { return key.separateValues; })) {
-  QSet<QString> known;
+  QSet<ItemName> known;
   const auto need = [&](const formula::Name& name) {
     const qsizetype before = known.size();
-    known.insert(name.folded);
+    known.insert(name);
     if (known.size() > before) keyNames_.push_back(name);
   };
   const auto compile = [&](const QString& source) {

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <algorithm>
 
+#include "embedded/format/case_key.h"
 #include "notes/abbreviate_name.h"
 #include "notes/literals.h"
 
@@ -69,10 +70,6 @@ void checkInside(const QString& directory, const QString& file, const QString& p
   const QString canonical = there.canonicalFilePath();
   if (canonical != root && !canonical.startsWith(root + u'/'))
     refusePath(path, u"the file lies outside the directory of databases"_s);
-}
-
-bool sameName(const QString& a, const QString& b) {
-  return a.compare(b, Qt::CaseInsensitive) == 0;
 }
 
 }  // namespace
@@ -164,8 +161,8 @@ QString Workspace::canonicalServer(const QString& name) const {
   if (name.isEmpty()) return {};
   // Lists show names in either short form.
   for (const Server& server : servers_)
-    if (sameName(abbreviateName(server.name), abbreviateName(name)) ||
-        sameName(nameWithoutLabels(server.name), nameWithoutLabels(name)))
+    if (sameCaseKey(abbreviateName(server.name), abbreviateName(name)) ||
+        sameCaseKey(nameWithoutLabels(server.name), nameWithoutLabels(name)))
       return server.name;
   failWorkspace(workspacefault::UnknownServer, name,
                 u"Unable to find path to server. No server of this name is in the workspace."_s);

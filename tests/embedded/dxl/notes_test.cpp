@@ -1,5 +1,6 @@
 #include "embedded/dxl/note_elements.h"
-#include "import_fixture.h"
+#include "embedded/dxl/import_fixture.h"
+#include "embedded/format/single_notes.h"
 
 namespace lens {
 namespace {
@@ -60,6 +61,31 @@ TEST_F(DxlImport, EveryClassNameIsKnown) {
                                                      {"replicationformula", 0x800}};
   for (const auto& [name, value] : classes)
     EXPECT_EQ(design(QByteArray("<note class='") + name + "'/>", value).header.noteClass, value) << name;
+}
+
+// Whatever UNIDs they have; a "using" document is none of them.
+TEST_F(DxlImport, ASecondNoteOfAClassThatADatabaseHoldsOnceReplacesTheFirst) {
+  const std::pair<const char*, quint16> classes[] = {{"helpaboutdocument", 0x2},
+                                                     {"icon", 0x10},
+                                                     {"designcollection", 0x20},
+                                                     {"acl", 0x40},
+                                                     {"helpindex", 0x80},
+                                                     {"helpusingdocument", 0x100},
+                                                     {"form", 0x4}};
+  for (const auto& [name, value] : classes) {
+    const auto note = [&](const char* unid) {
+      return QByteArray("<note class='") + name + "'><noteinfo unid='" + unid + "'/></note>";
+    };
+    run(note("0123456789ABCDEF0123456789ABCDE1"));
+    const int before = notes();
+    const ImportReport second = run(note("0123456789ABCDEF0123456789ABCDE2"));
+    const bool single = isSingleInstance(value);
+    EXPECT_EQ(single, (value & 0x00F2) != 0) << name;
+    EXPECT_EQ(notes(), single ? before : before + 1) << name;
+    EXPECT_EQ(second.replaced, single ? 1 : 0) << name;
+    EXPECT_EQ(database_->list(value).size(), single ? 1 : 2) << name;
+    for (const NoteSummary& left : database_->list(0x7FFF)) database_->remove(left.id, false);
+  }
 }
 
 TEST_F(DxlImport, DocumentAttributesStandForItems) {

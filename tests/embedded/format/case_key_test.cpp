@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "embedded/format/item_value.h"
-
 namespace lens {
 namespace {
 using namespace Qt::StringLiterals;
@@ -19,7 +17,7 @@ TEST(CaseKeys, AreTheSameExactlyForNamesThatMatch) {
     for (const char32_t other :
          {QChar::toUpper(c), QChar::toLower(c), QChar::toTitleCase(c), char32_t(c + 1)}) {
       const QString a = u"x"_s + text(c), b = u"X"_s + text(other);
-      ASSERT_EQ(caseKey(a) == caseKey(b), sameItemName(a, b)) << uint(c) << " " << uint(other);
+      ASSERT_EQ(caseKey(a) == caseKey(b), sameCaseKey(a, b)) << uint(c) << " " << uint(other);
       matching += other != c && caseKey(a) == caseKey(b);
     }
   }

@@ -143,7 +143,7 @@ TEST(PackedItems, WantedItemsAreTheFirstOnesOfTheirNames) {
     const QByteArray packed = packItems(items);
     const PackedItems view(packed);
     std::vector<qint32> places;
-    WantedItems(names).find(view, itemflag::Summary, places);
+    WantedItems(std::vector<ItemName>(names.begin(), names.end())).find(view, itemflag::Summary, places);
     for (qsizetype n = 0; n < names.size(); ++n) {
       qsizetype expected = 0;
       while (expected < items.size() &&

@@ -2,6 +2,7 @@
 // and where it must stop.
 #include <gtest/gtest.h>
 
+#include "embedded/format/case_key.h"
 #include "embedded/formula/support/test_context.h"
 
 namespace lens::formula {
@@ -144,9 +145,9 @@ TEST_F(Effects, AFormulaTellsWhichItemsItReads) {
   const Compiled compiled = compile(u"x := Subject; SELECT Form = \"Memo\" & x != Topic & FORM != \"\""_s);
   ASSERT_TRUE(compiled);
   QStringList names;
-  for (const Name& name : compiled.formula->itemNames()) names.append(name.folded);
+  for (const Name& name : compiled.formula->itemNames()) names.append(name.key());
   for (const QString& name : {u"Subject"_s, u"Form"_s, u"Topic"_s})
-    EXPECT_EQ(names.count(foldedName(name)), 1) << name.toStdString();
+    EXPECT_EQ(names.count(caseKey(name)), 1) << name.toStdString();
   EXPECT_TRUE(compiled.formula->hasSelect());
   EXPECT_FALSE(compile(u"Form"_s).formula->hasSelect());
 }

@@ -1,14 +1,12 @@
 #include "embedded/formula/functions/names.h"
 
+#include "embedded/format/case_key.h"
+
 namespace lens::formula {
 namespace {
 
-bool same(QStringView left, QStringView right) {
-  return left.size() == right.size() && left.compare(right, Qt::CaseInsensitive) == 0;
-}
-
 bool isUnit(const NamePart& part) {
-  return part.label.size() >= 2 && part.label.size() <= 3 && same(part.label.first(2), u"OU") &&
+  return part.label.size() >= 2 && part.label.size() <= 3 && sameCaseKey(part.label.first(2), u"OU") &&
          (part.label.size() == 2 || (part.label[2] >= u'1' && part.label[2] <= u'4'));
 }
 
@@ -80,7 +78,7 @@ void HierarchicalName::readAbbreviated(QStringView name) {
 
 QStringView HierarchicalName::part(QStringView label) const {
   for (const NamePart& part : parts_)
-    if (same(part.label, label)) return part.value;
+    if (sameCaseKey(part.label, label)) return part.value;
   return u"";
 }
 
@@ -93,7 +91,7 @@ QStringView HierarchicalName::unit(int fromRight) const {
 QString HierarchicalName::canonical(bool withCommonName) const {
   QString text;
   for (const NamePart& part : parts_)
-    if (withCommonName || !same(part.label, u"CN")) append(text, part);
+    if (withCommonName || !sameCaseKey(part.label, u"CN")) append(text, part);
   return text;
 }
 
@@ -125,7 +123,7 @@ QString HierarchicalName::completedFrom(const HierarchicalName& user) const {
   if (!part(u"O").isEmpty()) return text;
   const bool hasUnits = !unit(1).isEmpty(), hasCountry = !part(u"C").isEmpty();
   for (const NamePart& other : user.parts_) {
-    const bool isPlace = same(other.label, u"O") || (same(other.label, u"C") && !hasCountry);
+    const bool isPlace = sameCaseKey(other.label, u"O") || (sameCaseKey(other.label, u"C") && !hasCountry);
     if (isPlace || (!hasUnits && isUnit(other))) append(text, other);
   }
   return text;

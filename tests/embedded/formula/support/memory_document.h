@@ -33,7 +33,7 @@ class MemoryDocument : public Document {
   }
   QStringList itemNames() const override {
     QStringList names;
-    for (const Entry& entry : entries_) names.append(entry.name.text);
+    for (const Entry& entry : entries_) names.append(entry.name.text());
     return names;
   }
   void setItem(const QString& name, const Value& value) override {
@@ -43,7 +43,7 @@ class MemoryDocument : public Document {
   void removeItem(const QString& name) override {
     writes_.push_back({name, Value::unavailable()});
     const Name wanted(name);
-    std::erase_if(entries_, [&](const Entry& entry) { return entry.name.folded == wanted.folded; });
+    std::erase_if(entries_, [&](const Entry& entry) { return entry.name == wanted; });
     index(slots_.size());
   }
   QString richText(const Name& name) const override {
@@ -62,9 +62,9 @@ class MemoryDocument : public Document {
   const Entry* find(const Name& name) const {
     if (slots_.empty()) return nullptr;
     const size_t mask = slots_.size() - 1;
-    for (size_t i = name.hash & mask; slots_[i] != kFree; i = (i + 1) & mask) {
+    for (size_t i = name.hash() & mask; slots_[i] != kFree; i = (i + 1) & mask) {
       const Entry& entry = entries_[size_t(slots_[i])];
-      if (entry.name.matches(name)) return &entry;
+      if (entry.name == name) return &entry;
     }
     return nullptr;
   }
@@ -81,7 +81,7 @@ class MemoryDocument : public Document {
     while (size < 2 * entries_.size()) size *= 2;
     slots_.assign(size, kFree);
     for (size_t e = 0; e < entries_.size(); ++e) {
-      size_t i = entries_[e].name.hash & (size - 1);
+      size_t i = entries_[e].name.hash() & (size - 1);
       while (slots_[i] != kFree) i = (i + 1) & (size - 1);
       slots_[i] = int(e);
     }

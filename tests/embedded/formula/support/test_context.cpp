@@ -1,5 +1,7 @@
 #include "embedded/formula/support/test_context.h"
 
+#include "embedded/format/case_key.h"
+
 namespace lens::formula {
 namespace {
 using namespace Qt::StringLiterals;
@@ -142,30 +144,29 @@ bool TestDatabase::documentItem(const QString& unid, const Name& name, Value& va
   const QMap<QString, Value> items = written_.value(unid.toLower());
   if (unid.compare(u"FEDCBA9876543210FEDCBA9876543210"_s, Qt::CaseInsensitive) != 0)
     throw Fault{fault::NoDocument};
-  if (items.contains(name.folded)) {
-    value = items.value(name.folded);
+  if (items.contains(name.key())) {
+    value = items.value(name.key());
     return true;
   }
-  if (name.text.compare(u"Subject", Qt::CaseInsensitive) == 0) return value = Value::text(u"Other"), true;
-  if (name.text.compare(u"Amount", Qt::CaseInsensitive) == 0) return value = Value::number(7.0), true;
+  if (name.text().compare(u"Subject", Qt::CaseInsensitive) == 0) return value = Value::text(u"Other"), true;
+  if (name.text().compare(u"Amount", Qt::CaseInsensitive) == 0) return value = Value::number(7.0), true;
   return false;
 }
 
 void TestDatabase::setDocumentItem(const QString& unid, const QString& name, const Value& value) {
   Value unused;
   documentItem(unid, Name(name), unused);  // refuses documents that do not exist
-  written_[unid.toLower()].insert(foldedName(name), value);
+  written_[unid.toLower()].insert(caseKey(name), value);
 }
 
 bool TestDatabase::profileItem(const QString& profile, const QString& key, const Name& name,
                                Value& value) const {
   const QMap<QString, Value> items = written_.value(profile.toLower() + u'/' + key.toLower());
-  if (items.contains(name.folded)) {
-    value = items.value(name.folded);
+  if (items.contains(name.key())) {
+    value = items.value(name.key());
     return true;
   }
-  if (profile.compare(u"Settings", Qt::CaseInsensitive) != 0 || name.folded != foldedName(u"Color"))
-    return false;
+  if (profile.compare(u"Settings", Qt::CaseInsensitive) != 0 || name.key() != caseKey(u"Color")) return false;
   if (!key.isEmpty() && key.compare(u"Ada", Qt::CaseInsensitive) != 0) return false;
   value = Value::text(key.isEmpty() ? u"blue" : u"red");
   return true;
@@ -173,7 +174,7 @@ bool TestDatabase::profileItem(const QString& profile, const QString& key, const
 
 void TestDatabase::setProfileItem(const QString& profile, const QString& key, const QString& name,
                                   const Value& value) {
-  written_[profile.toLower() + u'/' + key.toLower()].insert(foldedName(name), value);
+  written_[profile.toLower() + u'/' + key.toLower()].insert(caseKey(name), value);
 }
 
 bool TestDatabase::exists(const QString& server, const QString& path) const {
