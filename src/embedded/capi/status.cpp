@@ -31,7 +31,7 @@ Status statusOf(const RuntimeError& error) {
     case err::PathNotFound:
     case workspacefault::NoSuchFile:
       return status::NoFile;
-    case 58:
+    case err::FileExists:
     case workspacefault::FileExists:
       return status::FileExists;
     case enginefault::NotADatabase:
@@ -46,12 +46,10 @@ Status statusOf(const RuntimeError& error) {
       return status::NoServer;
     case workspacefault::BadPath:
       return status::BadPath;
-    case workspacefault::InUse:
     case enginefault::InUse:
       return status::Locked;
     case err::PermissionDenied:
     case err::PathFileAccess:
-    case workspacefault::CannotOpen:
     case enginefault::CannotOpen:
     case enginefault::NotSaved:
       return status::CannotAccess;

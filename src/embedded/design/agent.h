@@ -2,14 +2,10 @@
 #pragma once
 
 #include "embedded/format/agent_records.h"
+#include "embedded/format/engine_fault.h"
 #include "embedded/format/note.h"
 
 namespace lens {
-
-namespace agentfault {
-inline constexpr int CannotRun = 4117;  // the description says why
-inline constexpr int Failed = 4118;     // over which document, and how
-}  // namespace agentfault
 
 // On which documents an agent runs; the numbers of its settings.
 enum class AgentTarget {

@@ -9,7 +9,6 @@ namespace lens {
 namespace {
 
 constexpr double kFormulaAgent = 65412, kScriptAgent = 65413, kJavaAgent = 65427, kNoCode = -1;
-constexpr quint32 kWholeDay = 8640000;
 
 }  // namespace
 
@@ -57,7 +56,7 @@ void AgentReader::readSchedule() {
   if (schedule_.intervalType == 1) {
     schedule_.interval =
         quint16(in_.attribute(u"hours").toUShort() * 60 + in_.attribute(u"minutes").toUShort());
-    schedule_.time2 = kWholeDay;
+    schedule_.time2 = kHundredthsPerDay;
   }
   if (schedule_.intervalType == 3) schedule_.time2 = weekdayOf(in_.attribute(u"dayofweek"));
   if (schedule_.intervalType == 4) schedule_.time2 = in_.attribute(u"dateinmonth").toUInt();
@@ -95,7 +94,7 @@ TimeDate AgentReader::readTime() {
 
 quint32 AgentReader::readTimeOfDay() {
   const TimeDate time = readTime();
-  return time.innards[0] < kWholeDay ? time.innards[0] : 0;
+  return hasClock(time) ? time.innards[0] : 0;
 }
 
 void AgentReader::readCode() {

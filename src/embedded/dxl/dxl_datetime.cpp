@@ -86,10 +86,10 @@ QString offsetText(int minutes) {
 
 // As it is meant to be read; whether it reads back is another question.
 DxlTime written(const TimeDate& time) {
-  constexpr quint32 kDay = 0x00FFFFFF;
   if (time.innards[1] == kAnyDay)
-    return {timeText(QTime::fromMSecsSinceStartOfDay(int(qMin(time.innards[0], 8640000u) * 10))), false};
-  if (time.innards[0] == kAllDay) return {dateText(QDate::fromJulianDay(time.innards[1] & kDay)), false};
+    return {timeText(QTime::fromMSecsSinceStartOfDay(int(qMin(time.innards[0], kHundredthsPerDay) * 10))),
+            false};
+  if (time.innards[0] == kAllDay) return {dateText(QDate::fromJulianDay(dayOf(time))), false};
   const Zone zone = zoneOf(time);
   const int offset = zone.offsetMinutes + (zone.observesDst ? 60 : 0);
   const QDateTime wall = instantOf(time).addSecs(qint64(offset) * 60);
@@ -126,15 +126,15 @@ bool parseDxlTime(QStringView text, bool dst, TimeDate& time) {
 DxlTime dxlTime(const TimeDate& time) {
   const DxlTime text = written(time);
   TimeDate again;
-  const bool same = !text.text.isEmpty() && parseDxlTime(text.text, text.dst, again) &&
-                    again.innards[0] == time.innards[0] && again.innards[1] == time.innards[1];
+  const bool same =
+      !text.text.isEmpty() && parseDxlTime(text.text, text.dst, again) && sameTimeDate(again, time);
   return same ? text : DxlTime{};
 }
 
 bool parseTimeDateHex(QStringView text, TimeDate& time) {
   bool good = false;
   const quint64 number = text.size() == 16 ? text.toULongLong(&good, 16) : 0;
-  time = {{quint32(number), quint32(number >> 32)}};
+  time = unpackTime(number);
   return good;
 }
 

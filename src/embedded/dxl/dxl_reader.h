@@ -8,16 +8,12 @@
 #include <functional>
 
 #include "embedded/dxl/dxl_source.h"
+#include "embedded/format/engine_fault.h"
 #include "notes/runtime_error.h"
 
 namespace lens {
 
-// Numbers of import failures; the description tells what is wrong, the place stands beside it.
-namespace enginefault {
-inline constexpr int BadDxl = 4070;
-inline constexpr int NoDxl = 4071;
-}  // namespace enginefault
-
+// BadDxl or NoDxl: the description tells what is wrong, the place stands beside it.
 class DxlFault : public RuntimeError {
  public:
   DxlFault(int number, qint64 line, qint64 column, const QString& reason)

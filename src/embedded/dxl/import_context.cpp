@@ -1,5 +1,7 @@
 #include "embedded/dxl/import_context.h"
 
+#include "embedded/format/lmbcs.h"
+
 #include <algorithm>
 
 #include "notes/literals.h"
@@ -24,18 +26,13 @@ void keepElement(ReadContext& context, Note& note) {
 }
 
 QByteArray storedTextValue(QStringView text) {
-  QByteArray value = textValue(text);
-  if (text.contains(u'\n')) {
-    // The two bytes of the type word stay; the byte of a line feed is no part of another character.
-    char* bytes = value.data();
-    std::replace(bytes + 2, bytes + value.size(), '\n', '\0');
-  }
-  return value;
+  return text.contains(u'\n') ? textValue(withStoredBreaks(text.toString())) : textValue(text);
 }
 
 QByteArray storedTextListValue(const QStringList& texts) {
-  QStringList stored = texts;
-  for (QString& text : stored) text.replace(QChar(u'\n'), QChar(u'\0'));
+  QStringList stored;
+  stored.reserve(texts.size());
+  for (const QString& text : texts) stored.append(withStoredBreaks(text));
   return textListValue(stored);
 }
 

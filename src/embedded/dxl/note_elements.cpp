@@ -6,6 +6,7 @@
 #include "embedded/dxl/item_elements.h"
 #include "embedded/format/profile_name.h"
 #include "embedded/format/single_notes.h"
+#include "embedded/format/stored_lists.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -190,8 +191,8 @@ bool removeOtherInstance(Database& target, const Note& note) {
 
 Unid referredNote(const Note& note) {
   const Item* reference = note.find(u"$REF");
-  if (!reference || reference->type() != itemtype::NoteRefs || reference->data().size() < 18) return {};
-  return Unid::fromBytes(reference->data().sliced(2, 16));
+  if (!reference || reference->type() != itemtype::NoteRefs) return {};
+  return StoredReferences(reference->data()).first();
 }
 
 QString className(quint16 baseClass) {

@@ -1,5 +1,6 @@
 #include "embedded/dxl/raw_values.h"
 
+#include "embedded/format/stored_lists.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -8,27 +9,20 @@ namespace {
 
 // Entries of a text list; the texts may not need more than what follows their lengths.
 QString textListFault(QByteArrayView data) {
-  ByteReader reader(data);
-  const qsizetype count = reader.u16();
-  if (reader.failed() || !reader.has(count * 2)) return u"a text list of %1 entries"_s.arg(count);
-  qsizetype total = 0;
-  for (qsizetype i = 0; i < count; ++i) total += reader.u16();
-  return reader.has(total) ? QString() : u"texts of %1 bytes"_s.arg(total);
+  const StoredTexts texts(data);
+  if (data.size() < 2 || !texts.hasLengths()) return u"a text list of %1 entries"_s.arg(texts.claimed());
+  return texts.fits() ? QString() : u"texts of %1 bytes"_s.arg(texts.claimedBytes());
 }
 
 QString rangeFault(QByteArrayView data) {
-  ByteReader reader(data);
-  const qsizetype count = reader.u16(), pairs = reader.u16();
-  if (reader.failed() || !reader.has(count * 8 + pairs * 16))
-    return u"a list of %1 entries and %2 pairs"_s.arg(count).arg(pairs);
-  return {};
+  const StoredRange range(data);
+  if (range.fits()) return {};
+  return u"a list of %1 entries and %2 pairs"_s.arg(range.claimedSingles()).arg(range.claimedPairs());
 }
 
 QString noteRefsFault(QByteArrayView data) {
-  ByteReader reader(data);
-  const qsizetype count = reader.u16();
-  if (reader.failed() || !reader.has(count * 16)) return u"%1 note references"_s.arg(count);
-  return {};
+  const StoredReferences references(data);
+  return references.fits() ? QString() : u"%1 note references"_s.arg(references.claimed());
 }
 
 QString mimePartFault(QByteArrayView data) {

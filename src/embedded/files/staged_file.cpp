@@ -21,7 +21,7 @@ namespace {
 
 void requireFree(const QString& path) {
   const QFileInfo file(path);
-  if (file.exists() || file.isSymLink()) refuse(58, path, u"the file exists already"_s);
+  if (file.exists() || file.isSymLink()) refuse(err::FileExists, path, u"the file exists already"_s);
 }
 
 void removeWithJournals(const QString& file) {

@@ -2,17 +2,14 @@
 
 #include <limits>
 
-#include "embedded/format/attachment_name.h"
 #include "embedded/format/lmbcs.h"
-#include "embedded/format/unid.h"
+#include "embedded/format/stored_lists.h"
 #include "notes/literals.h"
 
 namespace lens {
 namespace {
 
 constexpr qsizetype kMaxWord = std::numeric_limits<quint16>::max();
-constexpr quint16 kFileObject = 0;
-constexpr quint16 kOleHost = 0x0100;
 
 QByteArray typed(quint16 type, qsizetype dataSize) {
   QByteArray value;
@@ -21,61 +18,34 @@ QByteArray typed(quint16 type, qsizetype dataSize) {
   return value;
 }
 
-// Lists count their entries and their texts in 16 bits; what is longer has no form.
-void requireWord(qsizetype size, const QString& what) {
-  if (size > kMaxWord)
-    throw RuntimeError(err::Overflow, u"%1: %2, the limit is %3"_s.arg(what).arg(size).arg(kMaxWord));
-}
-
-// A NUL inside stored text is a line break.
-QString storedText(QByteArrayView bytes) {
-  QString text = fromLmbcs(bytes);
-  if (text.contains(QChar(u'\0'))) text.replace(QChar(u'\0'), QChar(u'\n'));
-  return text;
-}
-
 QVector<Value> listTexts(QByteArrayView data) {
-  ByteReader lengths(data);
-  const qsizetype count = lengths.u16();
-  if (!lengths.has(count * 2)) return {};
-  ByteReader texts(data);
-  texts.skip(2 + count * 2);
+  const StoredTexts texts(data);
   QVector<Value> values;
-  values.reserve(count);
-  for (qsizetype i = 0; i < count && !texts.failed(); ++i) {
-    const quint16 length = lengths.u16();
-    if (length > 0 && texts.left() == 0) break;
-    values.push_back(storedText(texts.take(length)));
-  }
+  values.reserve(texts.count());
+  texts.forEach([&](QByteArrayView text, bool) { values.push_back(textFromStored(text)); });
   return values;
 }
 
-// Single entries, then pairs; read(reader) gives the value of one entry.
-template <class Read>
-QVector<Value> rangeValues(QByteArrayView data, Read read) {
-  ByteReader reader(data);
-  const qsizetype singles = reader.u16(), pairs = reader.u16();
-  const qsizetype count = qMin(singles + 2 * pairs, reader.left() / 8);
+// Single entries, then the ends of pairs.
+QVector<Value> numbersOf(const StoredRange& range) {
   QVector<Value> values;
-  values.reserve(count);
-  for (qsizetype i = 0; i < count; ++i) values.push_back(read(reader));
+  values.reserve(range.entries());
+  for (qsizetype i = 0; i < range.entries(); ++i) values.push_back(range.number(i));
   return values;
 }
 
-QVector<Value> noteRefs(QByteArrayView data) {
-  ByteReader reader(data);
-  const qsizetype count = qMin<qsizetype>(reader.u16(), reader.left() / 16);
+QVector<Value> timesOf(const StoredRange& range) {
   QVector<Value> values;
-  values.reserve(count);
-  for (qsizetype i = 0; i < count; ++i) values.push_back(Unid::fromBytes(reader.take(16)).text());
+  values.reserve(range.entries());
+  for (qsizetype i = 0; i < range.entries(); ++i) values.push_back(localOf(range.time(i)));
   return values;
 }
 
-Value readNumber(ByteReader& reader) {
-  return reader.f64();
-}
-Value readTime(ByteReader& reader) {
-  return localOf(reader.time());
+QVector<Value> noteRefs(const StoredReferences& references) {
+  QVector<Value> values;
+  values.reserve(references.count());
+  for (qsizetype i = 0; i < references.count(); ++i) values.push_back(references.unid(i).text());
+  return values;
 }
 
 QVector<Value> valuesOf(const Item& item) {
@@ -85,19 +55,19 @@ QVector<Value> valuesOf(const Item& item) {
   switch (item.type()) {
     case itemtype::Text:
     case itemtype::Rfc822Text:
-      return {Value(storedText(data))};
+      return {Value(textFromStored(data))};
     case itemtype::TextList:
       return listTexts(data);
     case itemtype::Number:
-      return reader.has(8) ? QVector<Value>{readNumber(reader)} : QVector<Value>();
+      return reader.has(8) ? QVector<Value>{reader.f64()} : QVector<Value>();
     case itemtype::Time:
-      return reader.has(8) ? QVector<Value>{readTime(reader)} : QVector<Value>();
+      return reader.has(8) ? QVector<Value>{localOf(reader.time())} : QVector<Value>();
     case itemtype::NumberRange:
-      return rangeValues(data, readNumber);
+      return numbersOf(StoredRange(data));
     case itemtype::TimeRange:
-      return rangeValues(data, readTime);
+      return timesOf(StoredRange(data));
     case itemtype::NoteRefs:
-      return noteRefs(data);
+      return noteRefs(StoredReferences(data));
     case itemtype::Object:
       if (sameItemName(item.name, u"$FILE") && readFileObject(data, file)) return {Value(file.name)};
       return {};
@@ -106,14 +76,12 @@ QVector<Value> valuesOf(const Item& item) {
   }
 }
 
-bool isOleObject(QByteArrayView data) {
-  ByteReader reader(data);
-  const quint16 kind = reader.u16();
-  reader.skip(6);
-  return kind == kFileObject && reader.u16() == kOleHost && !reader.failed();
-}
-
 }  // namespace
+
+void requireWordCount(qsizetype count, QStringView what) {
+  if (count > kMaxWord)
+    throw RuntimeError(err::Overflow, u"%1: %2, the limit is %3"_s.arg(what).arg(count).arg(kMaxWord));
+}
 
 QByteArray rawValue(quint16 type, QByteArrayView data) {
   QByteArray value = typed(type, data.size());
@@ -126,13 +94,13 @@ QByteArray textValue(QStringView text) {
 }
 
 QByteArray textListValue(const QStringList& texts) {
-  requireWord(texts.size(), u"Too many entries in a text list"_s);
+  requireWordCount(texts.size(), u"Too many entries in a text list");
   QVector<QByteArray> stored;
   stored.reserve(texts.size());
   qsizetype size = 2 + 2 * texts.size();
   for (const QString& text : texts) {
     stored.push_back(toLmbcs(text));
-    requireWord(stored.back().size(), u"Too many bytes in an entry of a text list"_s);
+    requireWordCount(stored.back().size(), u"Too many bytes in an entry of a text list");
     size += stored.back().size();
   }
   QByteArray value = typed(itemtype::TextList, size);
@@ -149,7 +117,7 @@ QByteArray numberValue(double number) {
 }
 
 QByteArray numberListValue(const QVector<double>& numbers) {
-  requireWord(numbers.size(), u"Too many entries in a number list"_s);
+  requireWordCount(numbers.size(), u"Too many entries in a number list");
   QByteArray value = typed(itemtype::NumberRange, 4 + 8 * numbers.size());
   appendU16(value, quint16(numbers.size()));
   appendU16(value, 0);
@@ -164,8 +132,8 @@ QByteArray timeValue(const TimeDate& time) {
 }
 
 QByteArray timeListValue(const QVector<TimeDate>& times, const QVector<TimePair>& pairs) {
-  requireWord(times.size(), u"Too many entries in a time list"_s);
-  requireWord(pairs.size(), u"Too many pairs in a time list"_s);
+  requireWordCount(times.size(), u"Too many entries in a time list");
+  requireWordCount(pairs.size(), u"Too many pairs in a time list");
   QByteArray value = typed(itemtype::TimeRange, 4 + 8 * times.size() + 16 * pairs.size());
   appendU16(value, quint16(times.size()));
   appendU16(value, quint16(pairs.size()));
@@ -178,7 +146,7 @@ QByteArray timeListValue(const QVector<TimeDate>& times, const QVector<TimePair>
 }
 
 QByteArray noteRefsValue(const QStringList& unids) {
-  requireWord(unids.size(), u"Too many note references"_s);
+  requireWordCount(unids.size(), u"Too many note references");
   QByteArray value = typed(itemtype::NoteRefs, 2 + 16 * unids.size());
   appendU16(value, quint16(unids.size()));
   for (const QString& text : unids) {
@@ -194,17 +162,17 @@ int objectModelType(const Item& item) {
   const quint16 type = item.type();
   switch (type) {
     case itemtype::Object:
-      if (sameItemName(item.name, u"$FILE")) return 1084;
-      return isOleObject(item.data()) ? 1090 : 1085;
+      if (sameItemName(item.name, u"$FILE")) return reportedtype::Attachment;
+      return isOleObject(item.data()) ? reportedtype::EmbeddedObject : reportedtype::OtherObject;
     case itemtype::NumberRange:
       return itemtype::Number;
     case itemtype::TimeRange:
       return itemtype::Time;
     case itemtype::Text:
     case itemtype::TextList:
-      if (item.flags & itemflag::Authors) return 1076;
-      if (item.flags & itemflag::Readers) return 1075;
-      if (item.flags & itemflag::Names) return 1074;
+      if (item.flags & itemflag::Authors) return reportedtype::Authors;
+      if (item.flags & itemflag::Readers) return reportedtype::Readers;
+      if (item.flags & itemflag::Names) return reportedtype::Names;
       return itemtype::Text;
     default:
       return type;
@@ -218,51 +186,9 @@ Value itemValues(const Item& item) {
 }
 
 QString firstText(const Item& item) {
-  if (item.value.size() < 2 || item.type() >> 8 != itemtype::Text >> 8) return QString();
+  if (item.value.size() < 2 || !itemtype::isText(item.type())) return QString();
   const Value values = itemValues(item);
   return values.isArray() && values.upperBound() >= 0 ? values.at(0).text() : QString();
-}
-
-QByteArray fileObjectValue(const FileObject& file) {
-  const QByteArray name = toLmbcs(file.name);
-  requireWord(name.size(), u"Too many bytes in the name of a file"_s);
-  QByteArray value = typed(itemtype::Object, 36 + name.size());
-  appendU16(value, kFileObject);
-  appendU32(value, file.objectId);
-  appendU16(value, quint16(name.size()));
-  for (quint16 word : {file.hostType, file.compression, file.attributes, file.flags}) appendU16(value, word);
-  appendU32(value, file.size);
-  appendTimeDate(value, file.created);
-  appendTimeDate(value, file.modified);
-  return value.append(name);
-}
-
-bool readFileObject(QByteArrayView data, FileObject& file) {
-  ByteReader reader(data);
-  if (reader.u16() != kFileObject) return false;
-  FileObject read;
-  read.objectId = reader.u32();
-  const quint16 nameLength = reader.u16();
-  read.hostType = reader.u16();
-  read.compression = reader.u16();
-  read.attributes = reader.u16();
-  read.flags = reader.u16();
-  read.size = reader.u32();
-  read.created = reader.time();
-  read.modified = reader.time();
-  const QByteArrayView name = reader.take(nameLength);
-  if (reader.failed()) return false;
-  // Whoever wrote the value, its name leads to no other directory.
-  read.name = attachmentName(fromLmbcs(name));
-  file = read;
-  return true;
-}
-
-quint32 objectIdOf(QByteArrayView data) {
-  ByteReader reader(data);
-  reader.skip(2);  // the kind of object
-  const quint32 id = reader.u32();
-  return reader.failed() ? 0 : id;
 }
 
 }  // namespace lens

@@ -154,4 +154,18 @@ bool isPlainLmbcs(QByteArrayView bytes) {
   return plain;
 }
 
+QString withLineFeeds(QString stored) {
+  if (stored.contains(QChar(u'\0'))) stored.replace(QChar(u'\0'), QChar(u'\n'));
+  return stored;
+}
+
+QString withStoredBreaks(QString text) {
+  if (text.contains(u'\n')) text.replace(QChar(u'\n'), QChar(u'\0'));
+  return text;
+}
+
+QString textFromStored(QByteArrayView bytes) {
+  return withLineFeeds(fromLmbcs(bytes));
+}
+
 }  // namespace lens

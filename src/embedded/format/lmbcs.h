@@ -13,6 +13,12 @@ QByteArray toLmbcs(QStringView text);
 // Malformed sequences become U+FFFD; nothing is read outside the bytes. A NUL stays U+0000: callers
 // decide whether it ends the text or breaks the line.
 QString fromLmbcs(QByteArrayView bytes);
+// A line break is a NUL in stored text and a line feed in the program. Each way for a text without the other
+// kind.
+QString withLineFeeds(QString stored);
+QString withStoredBreaks(QString text);
+// Stored text as the program has it.
+QString textFromStored(QByteArrayView bytes);
 // Whether every byte is a printable ASCII character and stands for itself.
 bool isPlainLmbcs(QByteArrayView bytes);
 

@@ -8,31 +8,11 @@
 namespace lens {
 namespace {
 
-constexpr quint32 kDayMask = 0x00FFFFFF;
 constexpr quint32 kEast = 0x40000000;
 constexpr quint32 kObservesDst = 0x80000000;
-constexpr quint32 kHundredthsPerDay = 24 * 60 * 60 * 100;
 
 quint32 hundredthsOf(const QTime& time) {
   return quint32(time.msecsSinceStartOfDay() / 10);
-}
-
-bool hasDay(const TimeDate& time) {
-  return time.innards[1] != kAnyDay && (time.innards[1] & kDayMask) != 0;
-}
-bool hasTime(const TimeDate& time) {
-  return time.innards[0] < kHundredthsPerDay;
-}
-bool isCleared(const TimeDate& time) {
-  return time.innards[0] == 0 && time.innards[1] == 0;
-}
-
-quint32 zoneBits(Zone zone) {
-  const quint32 quarters = quint32(std::abs(zone.offsetMinutes)) / 15;
-  quint32 bits = (quarters / 4 & 0xF) << 24 | (quarters % 4) << 28;
-  if (zone.offsetMinutes > 0) bits |= kEast;
-  if (zone.observesDst) bits |= kObservesDst;
-  return bits;
 }
 
 // The standard offset is the smaller one of winter and summer; the system's zone data knows both.
@@ -45,6 +25,14 @@ Zone machineZone(int year) {
 }
 
 }  // namespace
+
+quint32 zoneBits(Zone zone) {
+  const quint32 quarters = quint32(std::abs(zone.offsetMinutes)) / 15;
+  quint32 bits = (quarters / 4 & 0xF) << 24 | (quarters % 4) << 28;
+  if (zone.offsetMinutes > 0) bits |= kEast;
+  if (zone.observesDst) bits |= kObservesDst;
+  return bits;
+}
 
 TimeDate timeDateOf(const QDateTime& instant, Zone zone) {
   if (!instant.isValid()) return {};
@@ -77,16 +65,16 @@ TimeDate timeDateNow() {
 }
 
 QDateTime instantOf(const TimeDate& time) {
-  if (!hasDay(time) || !hasTime(time)) return {};
-  return QDateTime(QDate::fromJulianDay(time.innards[1] & kDayMask),
+  if (!hasDay(time) || !hasClock(time)) return {};
+  return QDateTime(QDate::fromJulianDay(dayOf(time)),
                    QTime::fromMSecsSinceStartOfDay(int(time.innards[0]) * 10), Qt::UTC);
 }
 
 DateTime localOf(const TimeDate& time) {
-  if (isCleared(time)) return {};
+  if (isClearedTime(time)) return {};
   if (time.innards[0] == kAllDay)
-    return hasDay(time) ? DateTime{QDate::fromJulianDay(time.innards[1] & kDayMask), QTime()} : DateTime{};
-  if (!hasTime(time)) return {};
+    return hasDay(time) ? DateTime{QDate::fromJulianDay(dayOf(time)), QTime()} : DateTime{};
+  if (!hasClock(time)) return {};
   if (time.innards[1] == kAnyDay)
     return {QDate(), QTime::fromMSecsSinceStartOfDay(int(time.innards[0]) * 10)};
   const QDateTime local = instantOf(time).toLocalTime();

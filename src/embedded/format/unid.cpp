@@ -50,7 +50,7 @@ Unid Unid::create() {
   Unid unid;
   do unid.file_ = QRandomGenerator::global()->generate64();
   while (unid.file_ == 0);
-  unid.note_ = quint64(now.innards[1]) << 32 | now.innards[0];
+  unid.note_ = packTime(now);
   return unid;
 }
 

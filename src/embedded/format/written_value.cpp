@@ -1,6 +1,7 @@
 #include "embedded/format/written_value.h"
 
 #include "embedded/format/item_value.h"
+#include "embedded/format/lmbcs.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -13,15 +14,13 @@ namespace {
 // A line end is one NUL in stored text; a lone carriage return stays what it is.
 QString storedLines(QString text) {
   text.replace(u"\r\n"_s, u"\n"_s);
-  text.replace(u'\n', QChar(u'\0'));
-  return text;
+  return withStoredBreaks(std::move(text));
 }
 
 // A moment without date and time is what a cleared time gives; it goes back as such.
 TimeDate storedTime(const DateTime& moment) {
   const TimeDate time = timeDateOf(moment);
-  const bool cleared = time.innards[0] == 0 && time.innards[1] == 0;
-  if (cleared && (moment.date.isValid() || moment.time.isValid()))
+  if (isClearedTime(time) && (moment.date.isValid() || moment.time.isValid()))
     refuse(err::Overflow,
            u"the date %1 lies outside what an item can hold"_s.arg(moment.date.toString(Qt::ISODate)));
   return time;

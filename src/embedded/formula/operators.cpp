@@ -208,7 +208,7 @@ TimeDate later(const TimeDate& time, double seconds, const LocalZone& zone) {
   }
   if (!civil.hasTime && hundredths % kHundredthsOfDay == 0) {
     const qint64 day = civil.day + hundredths / kHundredthsOfDay;
-    if (day <= 0 || day > 0xFFFFFF) return kBlankTime;
+    if (day <= 0 || day > kDayMask) return kBlankTime;
     civil.day = qint32(day);
     return timeDateOf(civil, zone);
   }

@@ -36,7 +36,7 @@ class Reader {
     if (hour_ >= 0) civil_.hasTime = true, civil_.hundredths = hour_ * 360000 + belowHour_;
     if (civil_.isBlank() || (zoned_ && !civil_.hasTime)) return {};
     const TimeDate time = zoned_ ? inZone() : timeDateOf(civil_, reading_.zone);
-    if (time.innards[0] == 0 && time.innards[1] == 0) return {};
+    if (isClearedTime(time)) return {};
     return time;
   }
 

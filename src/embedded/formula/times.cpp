@@ -1,7 +1,6 @@
 #include "embedded/formula/times.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "embedded/formula/whole_division.h"
 #include "embedded/formula/zones.h"
@@ -13,23 +12,9 @@ constexpr qint32 kEpochDay = 2440588;     // 1 January 1970
 constexpr qint32 kMarchOfZero = 1721120;  // 1 March of the year 0, where a leap day ends its year
 constexpr qint32 kFirstDay = 1721426;     // 1 January 1
 constexpr qint32 kLastDay = 5373484;      // 31 December 9999
-constexpr quint32 kDayMask = 0x00FFFFFF;
-constexpr quint32 kEastBit = 0x40000000, kSummerBit = 0x80000000;
 
-bool hasDay(const TimeDate& time) {
-  return time.innards[1] != kAnyDay && (time.innards[1] & kDayMask) != 0;
-}
-bool hasClock(const TimeDate& time) {
-  return time.innards[0] < quint32(kHundredthsOfDay);
-}
 qint64 storedInstant(const TimeDate& time) {
-  return (qint64(time.innards[1] & kDayMask) - kEpochDay) * kHundredthsOfDay + time.innards[0];
-}
-
-quint32 zoneBits(Zone zone) {
-  const quint32 quarters = quint32(std::abs(zone.offsetMinutes)) / 15;
-  return (quarters / 4 & 0xF) << 24 | (quarters % 4) << 28 | (zone.offsetMinutes > 0 ? kEastBit : 0) |
-         (zone.observesDst ? kSummerBit : 0);
+  return (qint64(dayOf(time)) - kEpochDay) * kHundredthsOfDay + time.innards[0];
 }
 
 }  // namespace
@@ -81,7 +66,7 @@ Civil civilOf(const TimeDate& time, const LocalZone& zone) {
       const qint64 instant = storedInstant(time);
       return civilAt(instant + 100 * qint64(zone.offsetAt(instant)));
     }
-    if (time.innards[0] == kAllDay) return {true, false, qint32(time.innards[1] & kDayMask), 0};
+    if (time.innards[0] == kAllDay) return {true, false, qint32(dayOf(time)), 0};
   } else if (hasClock(time) && time.innards[1] == kAnyDay) {
     return {false, true, 0, qint32(time.innards[0])};
   }

@@ -7,7 +7,7 @@
 
 namespace lens::formula {
 
-inline constexpr qint32 kHundredthsOfDay = 24 * 60 * 60 * 100;
+inline constexpr qint32 kHundredthsOfDay = qint32(kHundredthsPerDay);  // signed, for differences
 
 // A moment as a wall clock and a calendar show it. Either half may be missing.
 struct Civil {

@@ -83,13 +83,6 @@ union Cell {
   void* text;
 };
 
-inline quint64 packTime(const TimeDate& time) {
-  return quint64(time.innards[1]) << 32 | time.innards[0];
-}
-inline TimeDate unpackTime(quint64 packed) {
-  return {{quint32(packed), quint32(packed >> 32)}};
-}
-
 class Value {
  public:
   Value() = default;

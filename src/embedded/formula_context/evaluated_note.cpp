@@ -2,6 +2,7 @@
 
 #include <QSet>
 
+#include "embedded/format/stored_lists.h"
 #include "embedded/formula_context/item_conversion.h"
 #include "embedded/richtext/rich_text.h"
 #include "notes/literals.h"
@@ -27,10 +28,8 @@ bool isFileItem(const Item& item) {
 
 // The first note that a stored value refers to.
 Unid referenceIn(QByteArrayView stored) {
-  ByteReader reader(stored);
-  if (reader.u16() != itemtype::NoteRefs) return {};
-  reader.skip(2);
-  return Unid::fromBytes(reader.take(16));
+  if (ByteReader(stored).u16() != itemtype::NoteRefs) return {};
+  return StoredReferences(stored.sliced(2)).first();
 }
 
 void removeAll(Note& note, const QString& name) {

@@ -4,6 +4,7 @@
 
 #include "embedded/format/lmbcs.h"
 #include "embedded/format/note.h"
+#include "embedded/format/stored_lists.h"
 
 namespace lens {
 namespace {
@@ -13,7 +14,7 @@ using formula::ListBuilder;
 using formula::Type;
 namespace fault = formula::fault;
 
-// A NUL inside stored text is a line break, which formulas see as LF.
+// Plain text is copied as it is.
 formula::Text readText(QByteArrayView bytes) {
   if (isPlainLmbcs(bytes) && bytes.size() <= formula::kMaxBytes) {
     char16_t* units;
@@ -21,64 +22,48 @@ formula::Text readText(QByteArrayView bytes) {
     std::copy(bytes.begin(), bytes.end(), units);
     return text;
   }
-  QString text = fromLmbcs(bytes);
-  if (text.contains(QChar(u'\0'))) text.replace(QChar(u'\0'), QChar(u'\n'));
-  return formula::Text(text);
-}
-
-QString writtenText(QStringView text) {
-  QString stored = text.toString();
-  if (stored.contains(u'\n')) stored.replace(QChar(u'\n'), QChar(u'\0'));
-  return stored;
+  return formula::Text(textFromStored(bytes));
 }
 
 formula::Value readTextList(QByteArrayView data) {
-  ByteReader lengths(data);
-  const qsizetype count = lengths.u16();
-  if (!lengths.has(count * 2)) return formula::Value::text(u"");
-  ListBuilder list(Type::Text, count);
-  ByteReader texts(data);
-  texts.skip(2 + count * 2);
-  for (qsizetype i = 0; i < count; ++i) {
-    const quint16 length = lengths.u16();
-    if (!texts.has(length)) break;
-    list.addText(readText(texts.take(length)));
-  }
+  const StoredTexts texts(data);
+  if (!texts.hasLengths()) return formula::Value::text(u"");
+  ListBuilder list(Type::Text, texts.count());
+  texts.forEach([&](QByteArrayView text, bool whole) {
+    if (whole) list.addText(readText(text));
+  });
   return list.take();
 }
 
 formula::Value readNumbers(QByteArrayView data) {
-  ByteReader reader(data);
-  const qsizetype singles = reader.u16(), pairs = reader.u16();
-  const qsizetype count = qMin(singles + 2 * pairs, reader.left() / 8);
+  const StoredRange range(data);
+  const qsizetype count = range.entries();
   ListBuilder list(Type::Number, count);
-  for (qsizetype i = 0; i < count; ++i) list.addNumber(reader.f64());
+  for (qsizetype i = 0; i < count; ++i) list.addNumber(range.number(i));
   return list.take();
 }
 
+// A list with pairs is one of ranges throughout.
 formula::Value readTimes(QByteArrayView data) {
-  ByteReader reader(data);
-  const qsizetype singles = reader.u16(), pairs = reader.u16();
-  ListBuilder list(pairs > 0 ? Type::TimeRange : Type::Time, qMin(singles + pairs, reader.left() / 8));
-  for (qsizetype i = 0; i < singles && reader.has(8); ++i) {
-    const TimeDate time = reader.time();
-    if (pairs > 0)
+  const StoredRange range(data);
+  const bool ranges = range.claimedPairs() > 0;
+  const qsizetype singles = range.singles(), pairs = range.pairs();
+  ListBuilder list(ranges ? Type::TimeRange : Type::Time, singles + pairs);
+  for (qsizetype i = 0; i < singles; ++i) {
+    const TimeDate time = range.time(i);
+    if (ranges)
       list.addRange({time, time});
     else
       list.addTime(time);
   }
-  for (qsizetype i = 0; i < pairs && reader.has(16); ++i) {
-    const TimeDate from = reader.time();
-    list.addRange({from, reader.time()});
-  }
+  for (qsizetype i = 0; i < pairs; ++i) list.addRange({range.from(i), range.to(i)});
   return list.take();
 }
 
 formula::Value readReferences(QByteArrayView data) {
-  ByteReader reader(data);
-  const qsizetype count = qMin<qsizetype>(reader.u16(), reader.left() / 16);
-  ListBuilder list(Type::Text, count);
-  for (qsizetype i = 0; i < count; ++i) list.addText(Unid::fromBytes(reader.take(16)).text());
+  const StoredReferences references(data);
+  ListBuilder list(Type::Text, references.count());
+  for (qsizetype i = 0; i < references.count(); ++i) list.addText(references.unid(i).text());
   return list.take();
 }
 
@@ -119,7 +104,7 @@ bool read(QByteArrayView stored, formula::Value& value) {
 QStringList textsOf(const formula::Value& value) {
   QStringList texts;
   texts.reserve(value.count());
-  for (qsizetype i = 0; i < value.count(); ++i) texts.append(writtenText(value.text(i)));
+  for (qsizetype i = 0; i < value.count(); ++i) texts.append(withStoredBreaks(value.text(i).toString()));
   return texts;
 }
 
@@ -138,7 +123,7 @@ QByteArray timeList(const formula::Value& value) {
 }
 
 bool isOneMoment(const TimePair& range) {
-  return formula::packTime(range.from) == formula::packTime(range.to);
+  return sameTimeDate(range.from, range.to);
 }
 
 // The layout has single times before the pairs. Ranges of one moment at the list's start go there, as
@@ -202,7 +187,7 @@ QByteArray storedValue(const formula::Value& value) {
 QByteArray fieldValue(const formula::Value& value) {
   if (value.count() == 1 && value.isNumber()) return numberValue(value.number());
   if (value.count() == 1 && value.isTime()) return timeValue(value.time());
-  if (value.count() == 1 && value.isText()) return textValue(writtenText(value.text()));
+  if (value.count() == 1 && value.isText()) return textValue(withStoredBreaks(value.text().toString()));
   if (value.count() == 0 && !value.isError()) return textValue(u"");
   return storedValue(value);
 }

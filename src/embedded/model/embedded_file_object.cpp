@@ -6,7 +6,6 @@ namespace lens {
 namespace {
 
 constexpr int kAttachment = 1454, kOleObject = 1453;
-constexpr quint16 kOleHost = 0x0100;
 
 }  // namespace
 

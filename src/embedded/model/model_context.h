@@ -3,19 +3,11 @@
 
 #include <memory>
 
+#include "embedded/format/engine_fault.h"
 #include "embedded/store/database.h"
 #include "embedded/workspace/workspace.h"
 
 namespace lens {
-
-// Numbers of the object model's own failures.
-namespace modelfault {
-inline constexpr int NotInitialized = 4100;
-inline constexpr int DatabaseClosed = 4101;
-// 4102: a view whose selection is there in compiled form only (views)
-inline constexpr int WrongKind = 4103;
-inline constexpr int NoSuchDocument = 4104;  // 4105: a formula that cannot be compiled (search)
-}  // namespace modelfault
 
 struct ModelContext {
   std::shared_ptr<Workspace> workspace;

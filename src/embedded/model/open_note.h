@@ -8,13 +8,6 @@
 
 namespace lens {
 
-namespace modelfault {
-inline constexpr int ItemRemoved = 4110;
-inline constexpr int ItemRefused = 4111;
-inline constexpr int ChangedMeanwhile =
-    4112;  // 4113: a second note of a class that has one (store/note_copy.h)
-}  // namespace modelfault
-
 // The store of a database; raises when the database was closed or removed.
 Database& requireStore(const OpenDatabase& database);
 // Runs a read of the store. A damaged note counts as none, so that one bad row does not end a walk.

@@ -13,10 +13,6 @@ quint32 objectOf(const Item& item) {
   return readAttachedFile(item, file) ? file.objectId : 0;
 }
 
-bool sameTime(const TimeDate& a, const TimeDate& b) {
-  return a.innards[0] == b.innards[0] && a.innards[1] == b.innards[1];
-}
-
 [[noreturn]] void raiseGone(const Database& store, const NoteHeader& header) {
   throw RuntimeError(modelfault::NoSuchDocument, u"%1: document %2 is no longer there"_s.arg(
                                                      store.path(), QString::number(header.id, 16).toUpper()));
@@ -27,7 +23,7 @@ bool changedSince(const Database& store, const NoteHeader& header) {
   Note stored;
   if (!store.notes().read(header.id, stored)) raiseGone(store, header);
   return stored.header.sequence != header.sequence ||
-         !sameTime(stored.header.sequenceTime, header.sequenceTime);
+         !sameTimeDate(stored.header.sequenceTime, header.sequenceTime);
 }
 
 [[noreturn]] void raiseChanged(const Database& store, const NoteHeader& header) {

@@ -8,11 +8,6 @@
 namespace lens {
 namespace {
 
-// Instants in order, whatever their zones.
-quint64 orderOf(const TimeDate& time) {
-  return quint64(time.innards[1] & 0x00FFFFFF) << 32 | time.innards[0];
-}
-
 // The random half follows from the version; the other half is a time, as in every UNID.
 Unid conflictUnid(const VersionStamp& stamp, const TimeDate& time) {
   const VersionStamp derived = derivedStamp(stamp, "conflict");
@@ -34,8 +29,8 @@ void setItem(Note& note, const QString& name, QByteArray value) {
 
 bool outranks(const NoteVersion& a, const NoteVersion& b) {
   const auto rank = [](const NoteVersion& version) {
-    return std::tuple(version.live, version.sequence, orderOf(version.sequenceTime), version.stamp.writer,
-                      version.stamp.count);
+    return std::tuple(version.live, version.sequence, instantOrder(version.sequenceTime),
+                      version.stamp.writer, version.stamp.count);
   };
   return rank(a) > rank(b);
 }

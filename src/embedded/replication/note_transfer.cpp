@@ -10,10 +10,10 @@ namespace {
 // What an item says, with its object's content in place of its number.
 QByteArray saidBy(const Item& item, const Database& database) {
   if (!mayReferToObject(item)) return item.value;
-  const QByteArray digest = database.objects().digest(objectOf(item));
+  const QByteArray digest = database.objects().digest(objectIdOf(item.data()));
   if (digest.isEmpty()) return item.value;
   Item without = item;
-  setObjectOf(without, 0);
+  replaceObjectId(without.value, 0);
   return without.value + digest;
 }
 
@@ -24,15 +24,16 @@ void bringObjects(Note& note, const Database& from, Database& to, const Note* re
   QHash<QByteArray, quint32> there;
   if (replaced)
     for (const Item& item : replaced->items)
-      if (mayReferToObject(item)) there.insert(to.objects().digest(objectOf(item)), objectOf(item));
+      if (mayReferToObject(item))
+        there.insert(to.objects().digest(objectIdOf(item.data())), objectIdOf(item.data()));
   for (Item& item : note.items) {
     if (!mayReferToObject(item)) continue;
-    const QByteArray digest = from.objects().digest(objectOf(item));
+    const QByteArray digest = from.objects().digest(objectIdOf(item.data()));
     if (digest.isEmpty()) continue;  // what it refers to is no object here, and none there
     quint32 id = there.value(digest);
-    if (id == 0) id = copyObject(from, objectOf(item), to);
+    if (id == 0) id = copyObject(from, objectIdOf(item.data()), to);
     there.insert(digest, id);
-    setObjectOf(item, id);
+    replaceObjectId(item.value, id);
   }
 }
 

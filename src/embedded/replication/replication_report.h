@@ -3,13 +3,9 @@
 
 #include <QStringList>
 
-namespace lens {
+#include "embedded/format/engine_fault.h"
 
-namespace replicationfault {
-inline constexpr int NotReplicas = 4114;  // other replica IDs, or twice the same file
-inline constexpr int NoReplica = 4115;    // none on that server
-inline constexpr int NotesLeftOut = 4116;
-}  // namespace replicationfault
+namespace lens {
 
 struct ReplicationReport {
   int added = 0;

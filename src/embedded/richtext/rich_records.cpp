@@ -35,11 +35,10 @@ qsizetype headerSize(Width width) {
 }
 
 // Line ends of every origin become "\n": the stored NUL, and CR, LF or both from imported text.
-QString withLineFeeds(QString text) {
+QString withOneKindOfBreak(QString text) {
   text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
   text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
-  text.replace(QChar(u'\0'), QLatin1Char('\n'));
-  return text;
+  return withLineFeeds(std::move(text));
 }
 
 QByteArray toStoredText(QStringView lines) {
@@ -69,7 +68,7 @@ void readText(QByteArrayView data, RichElement& element) {
   const QByteArrayView text = data.sliced(kFontSize);
   const bool onlyBreak = text.size() == 1 && text[0] == '\0';
   element.kind = onlyBreak ? RichElement::Kind::Break : RichElement::Kind::Text;
-  if (!onlyBreak) element.text = withLineFeeds(fromLmbcs(text));
+  if (!onlyBreak) element.text = withOneKindOfBreak(fromLmbcs(text));
 }
 
 void readHotspot(QByteArrayView data, RichElement& element) {
@@ -194,7 +193,7 @@ QByteArray wordRecord(quint8 kind, QByteArrayView data) {
 QVector<QByteArray> textRecords(const QString& text, const RichFont& font) {
   // Characters are encoded in slices, since one takes up to three bytes per UTF-16 unit.
   constexpr qsizetype kSlice = 4096;
-  const QString lines = withLineFeeds(text);
+  const QString lines = withOneKindOfBreak(text);
   QVector<QByteArray> records;
   QByteArray data = fontBytes(font);
   for (qsizetype at = 0; at < lines.size();) {

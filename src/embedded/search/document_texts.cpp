@@ -1,34 +1,35 @@
 #include "embedded/search/document_texts.h"
 
+#include "embedded/format/lmbcs.h"
+#include "embedded/format/stored_lists.h"
 #include "embedded/mime/mime_entity.h"
 #include "embedded/richtext/rich_text.h"
 
 namespace lens {
 namespace {
 
-void readTexts(const Item& item, FieldSink& sink) {
+// The text of the item; of an attachment its name.
+void readText(const Item& item, FieldSink& sink) {
   const Value values = itemValues(item);
-  if (!values.isArray()) return;
-  for (qsizetype i = 0; i <= values.upperBound(); ++i) sink.text(item.name, values.at(i).text());
+  if (values.isArray()) sink.text(item.name, values.at(0).text());
+}
+
+void readTextList(const Item& item, FieldSink& sink) {
+  StoredTexts(item.data()).forEach([&](QByteArrayView text, bool) {
+    sink.text(item.name, textFromStored(text));
+  });
 }
 
 void readNumbers(const Item& item, FieldSink& sink) {
-  ByteReader bytes(item.data());
-  qsizetype count = 1;
-  if (item.type() == itemtype::NumberRange) {
-    const qsizetype singles = bytes.u16(), pairs = bytes.u16();
-    count = singles + 2 * pairs;
-  }
-  for (; count > 0 && bytes.has(8); --count) sink.number(item.name, bytes.f64());
+  const StoredRange range(item.data());
+  for (qsizetype i = 0; i < range.entries(); ++i) sink.number(item.name, range.number(i));
 }
 
 void readTimes(const Item& item, FieldSink& sink) {
-  ByteReader bytes(item.data());
-  qsizetype singles = 1, pairs = 0;
-  if (item.type() == itemtype::TimeRange) singles = bytes.u16(), pairs = bytes.u16();
-  for (; singles > 0 && bytes.has(8); --singles) sink.time(item.name, bytes.time());
-  for (; pairs > 0 && bytes.has(16); --pairs) {
-    const TimeDate from = bytes.time(), to = bytes.time();
+  const StoredRange range(item.data());
+  for (qsizetype i = 0; i < range.singles(); ++i) sink.time(item.name, range.time(i));
+  for (qsizetype i = 0; i < range.pairs(); ++i) {
+    const TimeDate from = range.from(i), to = range.to(i);
     sink.time(item.name, from);
     sink.time(item.name, to);
     sink.span(item.name, from, to);
@@ -59,16 +60,22 @@ void readEntity(const MimeEntity& entity, const QString& field, FieldSink& sink)
 }
 
 void readItem(const Item& item, FieldSink& sink) {
+  ByteReader bytes(item.data());
   switch (item.type()) {
-    case itemtype::Text:
     case itemtype::TextList:
+      return readTextList(item, sink);
+    case itemtype::Text:
     case itemtype::Rfc822Text:
     case itemtype::Object:
-      return readTexts(item, sink);
+      return readText(item, sink);
     case itemtype::Number:
+      if (bytes.has(8)) sink.number(item.name, bytes.f64());
+      return;
     case itemtype::NumberRange:
       return readNumbers(item, sink);
     case itemtype::Time:
+      if (bytes.has(8)) sink.time(item.name, bytes.time());
+      return;
     case itemtype::TimeRange:
       return readTimes(item, sink);
     case itemtype::RichText:

@@ -13,12 +13,11 @@
 #include <QVector>
 #include <functional>
 
+#include "embedded/format/engine_fault.h"
 #include "embedded/search/query.h"
 #include "embedded/store/database.h"
 
 namespace lens {
-
-inline constexpr int kNoFullTextIndex = 4107;
 
 struct IndexWork {
   // How far it is, counted in changes of the database. Asked between two transactions; false ends the work.

@@ -3,11 +3,11 @@
 
 #include <QString>
 
+#include "embedded/format/engine_fault.h"
+
 namespace lens {
 
-inline constexpr int kQueryError = 4106;
-
-// A mistake at that place of the query, counted from 0; the word is where it stands.
+// kQueryError: a mistake at that place of the query, counted from 0; the word is where it stands.
 [[noreturn]] void raiseQueryError(const QString& reason, qsizetype place, QStringView word = {});
 
 }  // namespace lens

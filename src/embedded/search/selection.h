@@ -4,12 +4,11 @@
 #include <QVector>
 #include <memory>
 
+#include "embedded/format/engine_fault.h"
 #include "embedded/formula/formula.h"
 #include "embedded/store/database.h"
 
 namespace lens {
-
-inline constexpr int kFormulaError = 4105;
 
 struct SelectionRequest {
   std::shared_ptr<const formula::Formula> formula;

@@ -11,9 +11,8 @@ namespace {
 
 // An attached file has to be there; of other objects what is not there was none.
 bool hasObject(const Item& item, const Database& database) {
-  constexpr quint16 kFile = 0;
   if (!mayReferToObject(item)) return false;
-  return ByteReader(item.data()).u16() == kFile || database.objects().size(objectOf(item)) >= 0;
+  return isFileKind(item.data()) || database.objects().size(objectIdOf(item.data())) >= 0;
 }
 
 QString singleName(quint16 noteClass) {
@@ -51,9 +50,9 @@ Note copyNote(const Note& note, const Database& source, Database& target) {
   QHash<quint32, quint32> copies;
   for (Item& item : copy.items) {
     if (!hasObject(item, source)) continue;
-    const quint32 object = objectOf(item);
+    const quint32 object = objectIdOf(item.data());
     if (!copies.contains(object)) copies.insert(object, copyObject(source, object, target));
-    setObjectOf(item, copies.value(object));
+    replaceObjectId(item.value, copies.value(object));
   }
   target.notes().save(copy);
   transaction.commit();

@@ -16,11 +16,8 @@ constexpr quint32 kFirstId = 0x000008FA;
 constexpr quint32 kIdStep = 4;
 constexpr quint32 kLastId = 0x7FFFFFFA;  // the top bit marks deleted notes
 
-bool isCleared(const TimeDate& time) {
-  return time.innards[0] == 0 && time.innards[1] == 0;
-}
 void fill(TimeDate& time, const TimeDate& with) {
-  if (isCleared(time)) time = with;
+  if (isClearedTime(time)) time = with;
 }
 
 [[noreturn]] void damagedNote(const QString& path, quint32 noteId, const QString& fault) {

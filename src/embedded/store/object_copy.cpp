@@ -1,12 +1,11 @@
 #include "embedded/store/object_copy.h"
 
-#include <QtEndian>
 #include <exception>
 
 namespace lens {
 namespace {
 
-constexpr qsizetype kPlace = 4;  // behind the item's type and the object's kind
+constexpr qsizetype kShortest = 8;  // type, kind of object and number
 
 // Takes what is read of an object into another database. A failure waits until the reader is back, since
 // nothing may be thrown through the device.
@@ -41,15 +40,7 @@ class ObjectWriter : public QIODevice {
 }  // namespace
 
 bool mayReferToObject(const Item& item) {
-  return item.value.size() >= kPlace + 4 && item.type() == itemtype::Object;
-}
-
-quint32 objectOf(const Item& item) {
-  return qFromLittleEndian<quint32>(item.value.constData() + kPlace);
-}
-
-void setObjectOf(Item& item, quint32 object) {
-  qToLittleEndian(object, item.value.data() + kPlace);
+  return item.value.size() >= kShortest && item.type() == itemtype::Object;
 }
 
 quint32 copyObject(const Database& from, quint32 object, Database& to) {

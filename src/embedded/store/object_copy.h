@@ -9,9 +9,6 @@ namespace lens {
 // Whether an item has a number where objects are referred to. What is there may be no object all the same:
 // of kinds that are not known the number may mean something else.
 bool mayReferToObject(const Item& item);
-// Both for such items only.
-quint32 objectOf(const Item& item);
-void setObjectOf(Item& item, quint32 object);
 
 // Copies an object piece by piece and gives its number in the other database. Raises when it is missing or
 // damaged, or cannot be written there.

@@ -14,7 +14,6 @@
 namespace lens {
 namespace {
 
-constexpr int kDeviceFault = 57;
 constexpr qsizetype kChunkSize = 256 * 1024;
 
 [[noreturn]] void objectFault(const QString& path, quint32 objectId, const QString& fault) {
@@ -32,8 +31,8 @@ void writeAll(QIODevice& target, QByteArrayView bytes, const QString& databasePa
   while (!bytes.isEmpty()) {
     const qint64 written = target.write(bytes.data(), bytes.size());
     if (written <= 0)
-      throw RuntimeError(kDeviceFault, u"%1: the attachment cannot be written (%2)"_s.arg(
-                                           fileOf(target, databasePath), target.errorString()));
+      throw RuntimeError(err::DeviceFault, u"%1: the attachment cannot be written (%2)"_s.arg(
+                                               fileOf(target, databasePath), target.errorString()));
     bytes = bytes.sliced(written);
   }
 }
@@ -145,8 +144,8 @@ StoredObject ObjectStore::add(QIODevice& source) {
   for (;;) {
     const qint64 count = source.read(piece.data(), piece.size());
     if (count < 0)
-      throw RuntimeError(kDeviceFault, u"%1: the file to attach cannot be read (%2)"_s.arg(
-                                           fileOf(source, session_.path()), source.errorString()));
+      throw RuntimeError(err::DeviceFault, u"%1: the file to attach cannot be read (%2)"_s.arg(
+                                               fileOf(source, session_.path()), source.errorString()));
     if (count == 0) break;
     append(id, QByteArrayView(piece).first(count));
   }

@@ -9,10 +9,10 @@ inline constexpr int kStateLive = 0;
 inline constexpr int kStateStub = 1;
 
 inline qint64 stored(const TimeDate& time) {
-  return qint64(quint64(time.innards[1]) << 32 | time.innards[0]);
+  return qint64(packTime(time));
 }
 inline TimeDate fromStored(qint64 number) {
-  return {{quint32(quint64(number)), quint32(quint64(number) >> 32)}};
+  return unpackTime(quint64(number));
 }
 inline QByteArray parentBytes(const Unid& parent) {
   return parent.isNull() ? QByteArray() : parent.bytes();

@@ -8,6 +8,7 @@
 
 #include <QVector>
 
+#include "embedded/format/engine_fault.h"
 #include "embedded/store/database.h"
 
 namespace lens {
@@ -17,8 +18,6 @@ namespace lens {
 void addToFolder(Database& database, quint32 folder, const QVector<quint32>& documents);
 // Documents that are not in it, or not there, are passed over.
 void removeFromFolder(Database& database, quint32 folder, const QVector<quint32>& documents);
-
-inline constexpr int kNoFolder = 4119;
 
 // Two replicas: of what was done with a document in a folder, the later counts on both sides. Folders and
 // documents that only one side has are passed over; a side that can only be read gives and takes nothing.

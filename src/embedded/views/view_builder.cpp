@@ -19,8 +19,7 @@ void appendNoteId(QByteArray& key, quint32 note) {
 // Responses stand in the order in which they were made.
 QByteArray creationKey(const TimeDate& created) {
   QByteArray key(8, '\0');
-  qToBigEndian(created.innards[1] & 0x00FFFFFF, key.data());
-  qToBigEndian(created.innards[0], key.data() + 4);
+  qToBigEndian(instantOrder(created), key.data());
   return key;
 }
 

@@ -9,6 +9,7 @@
 #include <QString>
 #include <QVector>
 
+#include "embedded/format/engine_fault.h"
 #include "embedded/format/note.h"
 
 namespace lens {
@@ -52,7 +53,6 @@ struct ViewDesign {
 
 ViewDesign readViewDesign(const Note& view);
 
-inline constexpr int kNoFormulaSource = 4102;
 // Raises kNoFormulaSource for a view whose selection nobody can read. Which documents it holds cannot be
 // told, and to show all of them would be wrong: who removes all documents of a view means those of the view.
 [[noreturn]] void raiseHiddenSelection(const QString& databasePath, const QString& title);

@@ -15,8 +15,7 @@ namespace {
 const QString kDefaultUser = u"CN=Karin Meier/O=Acme"_s;
 
 void makeDirectory(const QString& path) {
-  if (!QDir().mkpath(path))
-    failWorkspace(workspacefault::CannotOpen, path, u"the directory cannot be made"_s);
+  if (!QDir().mkpath(path)) failWorkspace(enginefault::CannotOpen, path, u"the directory cannot be made"_s);
 }
 
 // Names of folders may hold no character that a file system or a path would read otherwise.
@@ -83,20 +82,19 @@ QString nameWithoutLabels(const QString& canonical) {
 std::shared_ptr<Workspace> Workspace::open(const QString& directory, const Regional& regional) {
   const QString path = QDir::cleanPath(QFileInfo(directory).absoluteFilePath());
   const QFileInfo info(path);
-  if (directory.isEmpty())
-    failWorkspace(workspacefault::CannotOpen, u"Workspace"_s, u"no directory is named"_s);
+  if (directory.isEmpty()) failWorkspace(enginefault::CannotOpen, u"Workspace"_s, u"no directory is named"_s);
   if (info.exists() && !info.isDir())
-    failWorkspace(workspacefault::CannotOpen, path, u"the workspace is a file, not a directory"_s);
+    failWorkspace(enginefault::CannotOpen, path, u"the workspace is a file, not a directory"_s);
   if (!info.exists() && !QFileInfo(info.path()).isDir())
-    failWorkspace(workspacefault::CannotOpen, path, u"the directory of the workspace does not exist"_s);
+    failWorkspace(enginefault::CannotOpen, path, u"the directory of the workspace does not exist"_s);
   if (!info.exists()) makeDirectory(path);
   if (!QFileInfo(path).isReadable() || !QFileInfo(path).isExecutable())
-    failWorkspace(workspacefault::CannotOpen, path, u"the directory cannot be read"_s);
+    failWorkspace(enginefault::CannotOpen, path, u"the directory cannot be read"_s);
   try {
     return std::shared_ptr<Workspace>(new Workspace(path, regional));
   } catch (const RuntimeError& error) {
-    if (error.number() == workspacefault::CannotOpen) throw;
-    failWorkspace(workspacefault::CannotOpen, path, error.description());
+    if (error.number() == enginefault::CannotOpen) throw;
+    failWorkspace(enginefault::CannotOpen, path, error.description());
   }
 }
 

@@ -17,8 +17,7 @@ template <class Make>
 auto withFolders(const QString& file, const Make& make) {
   const QString folder = QFileInfo(file).path();
   MadeFolders folders(folder);
-  if (!folders.areReady())
-    failWorkspace(workspacefault::CannotOpen, folder, u"the directory cannot be made"_s);
+  if (!folders.areReady()) failWorkspace(enginefault::CannotOpen, folder, u"the directory cannot be made"_s);
   auto made = make();
   folders.keep();
   return made;
@@ -55,7 +54,7 @@ std::shared_ptr<Database> Workspace::createDatabase(const QString& server, const
     if (!QFileInfo::exists(file)) return Database::create(file, info);
     if (!replace) failWorkspace(workspacefault::FileExists, file, u"File already exists"_s);
     if (Database::isOpenHere(file))
-      failWorkspace(workspacefault::InUse, file, u"the database is open and is not replaced"_s);
+      failWorkspace(enginefault::InUse, file, u"the database is open and is not replaced"_s);
     return replaceDatabase(file, info);
   });
   client_.changeDatabases();

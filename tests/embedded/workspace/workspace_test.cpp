@@ -266,7 +266,7 @@ TEST(Workspace, ReplacingNeedsConsentAndNobodyWhoHoldsIt) {
   TestWorkspace t;
   t.add({{u"Form"_s, textValue(u"Memo")}});
   EXPECT_EQ(raised([&] { t.workspace->createDatabase({}, u"mail.nsf"_s, {}); }), workspacefault::FileExists);
-  EXPECT_EQ(raised([&] { t.workspace->createDatabase({}, u"mail.nsf"_s, {}, true); }), workspacefault::InUse);
+  EXPECT_EQ(raised([&] { t.workspace->createDatabase({}, u"mail.nsf"_s, {}, true); }), enginefault::InUse);
   t.store.reset();
   const auto fresh = t.workspace->createDatabase({}, u"mail.nsf"_s, {}, true);
   EXPECT_EQ(fresh->notes().noteCount(noteclass::Document), 0);

@@ -8,7 +8,6 @@ namespace lens {
 
 namespace {
 
-constexpr int kDeviceFault = 57;
 constexpr qsizetype kLineBytes = 57;  // 76 characters
 
 }  // namespace
@@ -69,7 +68,7 @@ void DxlWriter::datetime(const TimeDate& time) {
 }
 
 void DxlWriter::time(const QString& element, const TimeDate& time) {
-  if (time.innards[0] == 0 && time.innards[1] == 0) return;
+  if (isClearedTime(time)) return;
   begin(element);
   datetime(time);
   end();
@@ -78,7 +77,7 @@ void DxlWriter::time(const QString& element, const TimeDate& time) {
 
 void DxlWriter::check() const {
   if (!xml_.hasError()) return;
-  throw RuntimeError(kDeviceFault, u"The DXL cannot be written (%1)"_s.arg(target_.errorString()));
+  throw RuntimeError(err::DeviceFault, u"The DXL cannot be written (%1)"_s.arg(target_.errorString()));
 }
 
 void Base64Lines::feed(QByteArrayView bytes) {

@@ -45,12 +45,6 @@ void writeObject(ExportContext& context, quint32 object, Base64Lines& lines) {
   context.out.check();
 }
 
-quint32 objectOf(QByteArrayView data) {
-  ByteReader reader(data);
-  reader.skip(2);
-  return reader.u32();
-}
-
 // Whether "file" gives the value back but for its object ID.
 bool isPlainFile(const FileObject& file, QByteArrayView data, qint64 storedSize) {
   return !file.name.isEmpty() && isXmlText(file.name) && safeFileName(file.name) == file.name &&
@@ -111,7 +105,7 @@ void writeInline(ExportContext& context, QByteArrayView data) {
   for (const quint16 word : {6, 1, 0}) appendU16(head, word);
   lines.feed(head);
   lines.feed(data);
-  writeObject(context, objectOf(data), lines);
+  writeObject(context, objectIdOf(data), lines);
   lines.finish();
   context.out.end();
 }
@@ -123,9 +117,9 @@ void writeObjectValue(ExportContext& context, const Item& item) {
   const QByteArrayView data = item.data();
   FileObject file;
   const bool isFile = readFileObject(data, file);
-  const qint64 size = data.size() < kDescriptor ? -1 : context.database.objects().size(objectOf(data));
+  const qint64 size = data.size() < kDescriptor ? -1 : context.database.objects().size(objectIdOf(data));
   if (isFile || (size >= 0 && data.size() > kDescriptor)) {
-    file.objectId = objectOf(data);
+    file.objectId = objectIdOf(data);
     writeFile(context, item, file, size);
   } else if (size >= 0) {
     writeInline(context, data);

@@ -8,6 +8,7 @@
 #include "embedded/format/item_value.h"
 #include "embedded/format/lmbcs.h"
 #include "embedded/format/source_formula.h"
+#include "embedded/format/stored_lists.h"
 
 namespace lens {
 
@@ -20,7 +21,7 @@ bool isData(const QByteArray& value, QByteArrayView data) {
 // A line feed byte is no line break in stored text, but would come back as one.
 bool breaksToLines(QString& text) {
   if (text.contains(u'\n')) return false;
-  text.replace(QChar(u'\0'), QChar(u'\n'));
+  text = withLineFeeds(std::move(text));
   return isXmlText(text);
 }
 
@@ -37,11 +38,10 @@ bool numberText(double number, QString& text) {
 // Entries and pairs of a list that is exactly as long as its counts say; false for any other.
 template <class Read>
 bool readRange(QByteArrayView data, Read read) {
-  ByteReader reader(data);
-  const qsizetype singles = reader.u16(), pairs = reader.u16();
-  if (reader.failed() || reader.left() != singles * 8 + pairs * 16) return false;
-  for (qsizetype i = 0; i < singles + 2 * pairs; ++i) {
-    if (!read(reader, i >= singles)) return false;
+  const StoredRange range(data);
+  if (!range.isExact()) return false;
+  for (qsizetype i = 0; i < range.entries(); ++i) {
+    if (!read(range, i, i >= range.singles())) return false;
   }
   return true;
 }
@@ -59,19 +59,17 @@ bool nativeText(QByteArrayView data, QString& text) {
 
 bool nativeTexts(QByteArrayView data, QStringList& texts) {
   texts.clear();
-  ByteReader lengths(data);
-  const qsizetype count = lengths.u16();
-  if (!lengths.has(count * 2)) return false;
-  ByteReader reader(data);
-  reader.skip(2 + count * 2);
-  for (qsizetype i = 0; i < count; ++i) {
-    QString text = fromLmbcs(reader.take(lengths.u16()));
-    if (!breaksToLines(text)) return false;
+  const StoredTexts stored(data);
+  if (!stored.fits()) return false;
+  bool readable = true;
+  stored.forEach([&](QByteArrayView bytes, bool) {
+    QString text = fromLmbcs(bytes);
+    readable = readable && breaksToLines(text);
     texts.push_back(text);
-  }
+  });
   // Text that was read wrongly may need more bytes than an entry can have.
   try {
-    return !reader.failed() && isData(storedTextListValue(texts), data);
+    return readable && isData(storedTextListValue(texts), data);
   } catch (const RuntimeError&) {
     return false;
   }
@@ -85,9 +83,9 @@ bool nativeNumber(QByteArrayView data, QString& number) {
 bool nativeNumbers(QByteArrayView data, QStringList& singles, QStringList& pairEnds) {
   singles.clear();
   pairEnds.clear();
-  return readRange(data, [&](ByteReader& reader, bool pair) {
+  return readRange(data, [&](const StoredRange& range, qsizetype place, bool pair) {
     QString text;
-    const bool good = numberText(reader.f64(), text);
+    const bool good = numberText(range.number(place), text);
     (pair ? pairEnds : singles).push_back(text);
     return good;
   });
@@ -102,8 +100,8 @@ bool nativeTime(QByteArrayView data, TimeDate& time) {
 bool nativeTimes(QByteArrayView data, QVector<TimeDate>& singles, QVector<TimeDate>& pairEnds) {
   singles.clear();
   pairEnds.clear();
-  return readRange(data, [&](ByteReader& reader, bool pair) {
-    const TimeDate time = reader.time();
+  return readRange(data, [&](const StoredRange& range, qsizetype place, bool pair) {
+    const TimeDate time = range.time(place);
     (pair ? pairEnds : singles).push_back(time);
     return hasText(time);
   });

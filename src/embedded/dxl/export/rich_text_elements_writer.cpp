@@ -37,7 +37,7 @@ bool runText(const RichElement& element, QString& text) {
   if (element.record.size() <= kHead) return false;
   text = fromLmbcs(QByteArrayView(element.record).sliced(kHead));
   if (text.contains(u'\n')) return false;
-  text.replace(QChar(u'\0'), QChar(u'\n'));
+  text = withLineFeeds(text);
   return isXmlText(text) && textRecord(text, element.font) == element.record;
 }
 
