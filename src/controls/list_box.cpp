@@ -5,6 +5,7 @@
 #include <QScrollBar>
 #include <algorithm>
 
+#include "controls/list_box_accessibility.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -25,13 +26,11 @@ class SidewaysBar : public QScrollBar {
 
 }  // namespace
 
-ListBox::ListBox(QWidget* parent) : QListView(parent), rows_(new ListRows(this)) {
+ListBox::ListBox(QWidget* parent) : QAbstractItemView(parent), rows_(new ListRows(this)) {
+  [[maybe_unused]] static const bool once = (QAccessible::installFactory(accessibleListBox), true);
   setModel(rows_);
-  setUniformItemSizes(true);
   setSelectionMode(NoSelection);
   setEditTriggers(NoEditTriggers);
-  setVerticalScrollMode(ScrollPerItem);
-  setHorizontalScrollMode(ScrollPerPixel);
   setFrameStyle(int(Box) | int(Plain));
   setLineWidth(1);
   setHorizontalScrollBar(new SidewaysBar(this));

@@ -1,8 +1,8 @@
 // A list of rows with an index and marks: single choice, extended choice, or a check in each row.
 #pragma once
 
+#include <QAbstractItemView>
 #include <QBasicTimer>
-#include <QListView>
 
 #include "controls/event.h"
 #include "controls/list_rows.h"
@@ -13,7 +13,7 @@ namespace lens {
 //
 // The index is the row of the focus; in a single list it is also the one mark. Marking a row moves the
 // index to it; unmarking, adding and sorting leave it on its row.
-class ListBox : public QListView {
+class ListBox : public QAbstractItemView {
   Q_OBJECT
   Q_PROPERTY(bool multiSelect READ isMultiSelect WRITE setMultiSelect)
   Q_PROPERTY(bool sorted READ isSorted WRITE setSorted)
@@ -83,7 +83,6 @@ class ListBox : public QListView {
   QRect visualRect(const QModelIndex& index) const override;
   QModelIndex indexAt(const QPoint& point) const override;
   void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
-  void doItemsLayout() override;
 
  protected:
   // What a row shows; the row itself keeps its text.
@@ -95,19 +94,21 @@ class ListBox : public QListView {
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
-  void wheelEvent(QWheelEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
   void scrollContentsBy(int dx, int dy) override;
   void updateGeometries() override;
   int horizontalOffset() const override;
   int verticalOffset() const override;
+  bool isIndexHidden(const QModelIndex&) const override { return false; }
+  // The list moves its index and keeps its marks itself.
+  QModelIndex moveCursor(CursorAction, Qt::KeyboardModifiers) override { return currentIndex(); }
   void setSelection(const QRect&, QItemSelectionModel::SelectionFlags) override {}
   QRegion visualRegionForSelection(const QItemSelection& selection) const override;
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void rowsInserted(const QModelIndex& parent, int start, int end) override;
   void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
   void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,

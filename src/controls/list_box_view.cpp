@@ -1,10 +1,10 @@
 // Where the rows of a list box are on the screen, and how they are drawn.
+#include <QAccessible>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyleOptionButton>
 #include <QTimerEvent>
-#include <QWheelEvent>
 #include <algorithm>
 
 #include "controls/list_box.h"
@@ -50,10 +50,6 @@ void ListBox::scrollTo(const QModelIndex& index, ScrollHint) {
     setTopIndex(row - rowsInView() + 1);
 }
 
-void ListBox::doItemsLayout() {
-  QAbstractItemView::doItemsLayout();
-}
-
 void ListBox::updateGeometries() {
   const int rowsShown = rowsInView();
   verticalScrollBar()->setPageStep(rowsShown);
@@ -63,10 +59,6 @@ void ListBox::updateGeometries() {
   horizontalScrollBar()->setPageStep(width);
   horizontalScrollBar()->setSingleStep(16);
   horizontalScrollBar()->setRange(0, std::max(0, extent_ - width));
-}
-
-void ListBox::resizeEvent(QResizeEvent* event) {
-  QAbstractItemView::resizeEvent(event);
 }
 
 void ListBox::scrollContentsBy(int, int) {
@@ -85,6 +77,15 @@ QRegion ListBox::visualRegionForSelection(const QItemSelection&) const {
   return viewport()->rect();
 }
 
+// Screen readers speak the row that the index comes to.
+void ListBox::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QAbstractItemView::currentChanged(current, previous);
+  if (!QAccessible::isActive() || !current.isValid() || !hasFocus()) return;
+  QAccessibleEvent focus(this, QAccessible::Focus);
+  focus.setChild(current.row());
+  QAccessible::updateAccessibility(&focus);
+}
+
 void ListBox::rowsInserted(const QModelIndex& parent, int start, int end) {
   QAbstractItemView::rowsInserted(parent, start, end);
   if (start <= topIndex() + rowsInView())
@@ -96,7 +97,7 @@ void ListBox::rowsInserted(const QModelIndex& parent, int start, int end) {
 // Rows below the view show in the bar alone. A list that takes events between its rows would otherwise be
 // painted for each of them, which costs more than the rows.
 void ListBox::timerEvent(QTimerEvent* event) {
-  if (event->timerId() != barTimer_.timerId()) return QListView::timerEvent(event);
+  if (event->timerId() != barTimer_.timerId()) return QAbstractItemView::timerEvent(event);
   barTimer_.stop();
   updateGeometries();
 }
@@ -112,13 +113,9 @@ void ListBox::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomR
   viewport()->update(first.united(last));
 }
 
-void ListBox::wheelEvent(QWheelEvent* event) {
-  QAbstractScrollArea::wheelEvent(event);
-}
-
 // The border tells which list has the focus.
 bool ListBox::event(QEvent* event) {
-  const bool done = QListView::event(event);
+  const bool done = QAbstractItemView::event(event);
   if (event->type() == QEvent::Paint) {
     QPainter painter(this);
     painter.setPen(hasFocus() ? QColor(colour::FocusBorder) : palette().color(QPalette::Mid));
