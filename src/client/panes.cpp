@@ -48,6 +48,16 @@ void prepareTable(QTableView& table) {
   table.horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 
+void giveKeys(QAction& action, const QList<QKeySequence>& keys, QWidget& where) {
+  action.setShortcuts(keys);
+  action.setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  where.addAction(&action);
+}
+
+QList<QKeySequence> enterKeys() {
+  return {Qt::Key_Return, Qt::Key_Enter};
+}
+
 QWidget* labelled(const QString& caption, QWidget* content) {
   auto* pane = new QWidget;
   auto* layout = new QVBoxLayout(pane);

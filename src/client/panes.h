@@ -1,6 +1,8 @@
 // How the lists and tables of the client window are set up alike.
 #pragma once
 
+#include <QAction>
+#include <QKeySequence>
 #include <QString>
 #include <QTableView>
 #include <QWidget>
@@ -15,6 +17,10 @@ void giveRowsRoom(QAbstractItemView& view);
 
 // A table of whole rows of one height that Tab leaves.
 void prepareTable(QTableView& table);
+
+// Keys of an action that work only inside a widget.
+void giveKeys(QAction& action, const QList<QKeySequence>& keys, QWidget& where);
+QList<QKeySequence> enterKeys();
 
 // A pane with a label above; the label's mnemonic leads to the content.
 QWidget* labelled(const QString& caption, QWidget* content);

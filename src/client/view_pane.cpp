@@ -1,22 +1,79 @@
-// The views of the open database and the documents of the current one in the client window.
+#include "client/view_pane.h"
+
 #include <QHeaderView>
 #include <QItemSelection>
 #include <QScopedValueRollback>
 #include <QSet>
 
-#include "client/client_window.h"
+#include "client/client_controls.h"
 #include "client/document_model.h"
-#include "ui_client_window.h"
+#include "client/panes.h"
 
 namespace lens {
 
-const ViewEntry* ClientWindow::currentEntry() const {
-  const int row = ui_->viewList->currentRow();
+ViewPane::ViewPane(ClientControls& controls, std::shared_ptr<Workspace> workspace)
+    : controls_(controls),
+      workspace_(std::move(workspace)),
+      documents_(new DocumentModel(workspace_->regional(), this)) {
+  useListFont(*controls.viewList);
+  giveRowsRoom(*controls.viewList);
+  QTableView& table = *controls.documentTable;
+  prepareTable(table);
+  table.setModel(documents_);
+  layOutColumns();
+  giveKeys(*controls.openDocumentAction, enterKeys(), table);
+  giveKeys(*controls.selectAllAction, {QKeySequence::SelectAll}, table);
+  const auto openRow = [this](const QModelIndex& row) {
+    Q_EMIT documentChosen(documents_->noteId(row.row()));
+  };
+  connect(&table, &QTableView::doubleClicked, this, openRow);
+  connect(controls.openDocumentAction, &QAction::triggered, this,
+          [this, openRow] { openRow(controls_.documentTable->currentIndex()); });
+  connect(controls.selectAllAction, &QAction::triggered, &table, &QTableView::selectAll);
+  connect(controls.viewList, &QListWidget::currentRowChanged, this, [this] {
+    if (!loading_) loadDocuments();
+  });
+  connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+    if (loading_) return;
+    workspace_->client().select(markedDocuments());
+    Q_EMIT changed();
+  });
+}
+
+void ViewPane::show(std::shared_ptr<Database> database) {
+  database_ = std::move(database);
+  entries_.clear();
+  reload();
+}
+
+void ViewPane::clear() {
+  database_.reset();
+  entries_.clear();
+  stale_ = false;
+  const QScopedValueRollback quiet(loading_, true);
+  controls_.viewList->clear();
+  documents_->show(nullptr, {});
+}
+
+void ViewPane::showCount() {
+  const ViewEntry* entry = currentEntry();
+  if (!entry) return;
+  const int count = documents_->documentCount();
+  QString label = tr("Doc&uments: %1").arg(count);
+  if (count == 0)
+    label = entry->kind == ViewEntry::Kind::Folder
+                ? tr("Doc&uments: none (what lies in a folder is found under \"All documents\")")
+                : tr("Doc&uments: none in this view");
+  controls_.documentLabel->setText(label);
+}
+
+const ViewEntry* ViewPane::currentEntry() const {
+  const int row = controls_.viewList->currentRow();
   return row >= 0 && row < entries_.size() ? &entries_[row] : nullptr;
 }
 
 // Keeps the current view when it is still there.
-void ClientWindow::loadViews() {
+void ViewPane::reload() {
   const QVector<ViewEntry> fresh = viewEntries(*database_);
   const ViewEntry* old = currentEntry();
   int row = 0;
@@ -25,21 +82,21 @@ void ClientWindow::loadViews() {
   entries_ = fresh;
   {
     const QScopedValueRollback quiet(loading_, true);
-    ui_->viewList->clear();
+    controls_.viewList->clear();
     for (const ViewEntry& entry : entries_)
-      ui_->viewList->addItem(entry.kind == ViewEntry::Kind::Folder ? tr("%1 (folder)").arg(entry.title)
-                                                                   : entry.title);
-    ui_->viewList->setCurrentRow(row);
+      controls_.viewList->addItem(entry.kind == ViewEntry::Kind::Folder ? tr("%1 (folder)").arg(entry.title)
+                                                                        : entry.title);
+    controls_.viewList->setCurrentRow(row);
   }
   loadDocuments();
 }
 
-void ClientWindow::loadDocuments() {
+void ViewPane::loadDocuments() {
   const ViewEntry* entry = currentEntry();
   if (!entry || !database_) return;
   workspace_->client().showView(entry->noteId);
   const QVector<quint32> marked = markedDocuments();
-  const quint32 current = documents_->noteId(ui_->documentTable->currentIndex().row());
+  const quint32 current = documents_->noteId(controls_.documentTable->currentIndex().row());
   {
     const QScopedValueRollback quiet(loading_, true);
     try {
@@ -47,17 +104,17 @@ void ClientWindow::loadDocuments() {
       stale_ = false;
     } catch (const RuntimeError& error) {
       documents_->show(nullptr, {});
-      showError(error.description());
+      controls_.showError(error.description());
     }
     layOutColumns();
     markDocuments(marked, current);
   }
   workspace_->client().select(markedDocuments());
-  showCounts();
+  Q_EMIT changed();
 }
 
 // A view that has columns is shown by them.
-void ClientWindow::showRows(const ViewEntry& entry) {
+void ViewPane::showRows(const ViewEntry& entry) {
   if (entry.kind == ViewEntry::Kind::View || entry.kind == ViewEntry::Kind::Folder) {
     auto view = std::make_unique<ViewRows>(database_, entry.noteId, workspace_->regional());
     if (!view->columns().isEmpty()) return documents_->show(std::move(view));
@@ -66,7 +123,7 @@ void ClientWindow::showRows(const ViewEntry& entry) {
 }
 
 // Marks as few ranges as there are: a view may hold very many documents.
-void ClientWindow::markDocuments(const QVector<quint32>& noteIds, quint32 current) {
+void ViewPane::markDocuments(const QVector<quint32>& noteIds, quint32 current) {
   const QSet<quint32> wanted(noteIds.begin(), noteIds.end());
   const QVector<quint32>& rows = documents_->noteIds();
   QItemSelection selection;
@@ -77,16 +134,16 @@ void ClientWindow::markDocuments(const QVector<quint32>& noteIds, quint32 curren
     selection.append(QItemSelectionRange(documents_->index(first, 0),
                                          documents_->index(row, documents_->columnCount() - 1)));
   }
-  QItemSelectionModel* marks = ui_->documentTable->selectionModel();
+  QItemSelectionModel* marks = controls_.documentTable->selectionModel();
   marks->select(selection, QItemSelectionModel::ClearAndSelect);
   const qsizetype row = current == 0 ? 0 : qMax<qsizetype>(0, rows.indexOf(current));
   marks->setCurrentIndex(documents_->index(int(row), 0), QItemSelectionModel::NoUpdate);
 }
 
 // Each once: a document may stand below several categories.
-QVector<quint32> ClientWindow::markedDocuments() const {
+QVector<quint32> ViewPane::markedDocuments() const {
   QVector<std::pair<int, int>> ranges;
-  for (const QItemSelectionRange& range : ui_->documentTable->selectionModel()->selection())
+  for (const QItemSelectionRange& range : controls_.documentTable->selectionModel()->selection())
     ranges.push_back({range.top(), range.bottom()});
   std::sort(ranges.begin(), ranges.end());
   QVector<quint32> ids;
@@ -102,8 +159,8 @@ QVector<quint32> ClientWindow::markedDocuments() const {
 }
 
 // What the user made of the widths stays until other columns come.
-void ClientWindow::layOutColumns() {
-  QTableView& table = *ui_->documentTable;
+void ViewPane::layOutColumns() {
+  QTableView& table = *controls_.documentTable;
   const QVector<int> widths = documents_->columnWidths();
   if (widths == columnWidths_) return;
   columnWidths_ = widths;

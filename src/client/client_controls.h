@@ -1,0 +1,29 @@
+// The controls of the client window and what those who work on them share. What the controls do lives in
+// panes and controllers, each of which connects its own actions.
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+
+#include "client/file_choice.h"
+#include "client/import_bar.h"
+#include "ui_client_window.h"
+
+namespace lens {
+
+struct ClientControls : ::Ui::ClientWindow {
+  // Puts the controls into the window.
+  explicit ClientControls(QMainWindow& window);
+
+  // A failure, in the strip at the window's top.
+  void showError(const QString& text);
+  void clearError();
+  // True, and told to the user, while an import, export or index is on its way: there is one at a time.
+  bool refuseWhileBusy();
+
+  QMainWindow& window;
+  ImportBar* importBar;
+  std::unique_ptr<FileChoice> choice;
+};
+
+}  // namespace lens

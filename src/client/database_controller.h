@@ -1,0 +1,80 @@
+// Opening, making and closing databases in the client window, and what the window says about the open one:
+// page, title and status.
+#pragma once
+
+#include <QObject>
+#include <memory>
+#include <optional>
+
+#include "embedded/workspace/workspace.h"
+
+namespace lens {
+
+class DocumentPane;
+class ViewPane;
+struct ClientControls;
+
+// The workspace's ClientState says what is open; this shows it, changes it, and follows what programs change
+// there.
+class DatabaseController : public QObject, private ClientListener {
+  Q_OBJECT
+
+ public:
+  // Becomes the listener of the workspace's client and of its changes until it is destroyed.
+  DatabaseController(ClientControls& controls, std::shared_ptr<Workspace> workspace, ViewPane& views,
+                     DocumentPane& document);
+  ~DatabaseController() override;
+
+  // Shows what is open by now.
+  void start();
+
+  // These tell a failure in the window, leave everything as it was then, and give false or null.
+  bool open(const DatabasePlace& place);
+  // Makes an empty database and opens it; its title is its file name.
+  bool create(const QString& server, const QString& path);
+  struct Opened {
+    DatabasePlace place;
+    std::shared_ptr<Database> database;
+  };
+  // Makes an empty database beside the open one.
+  std::optional<Opened> make(const QString& server, const QString& path);
+  // Asks for the path of a database to be made on the server that is current in the tree, which it gives
+  // too. Empty when the user gives up.
+  DatabasePlace askNewPlace();
+
+  void close();
+  // Reads servers, views, documents and the open document again.
+  void refresh();
+
+  // The open database; null for none.
+  const std::shared_ptr<Database>& database() const { return database_; }
+  const std::optional<DatabasePlace>& place() const { return place_; }
+
+ Q_SIGNALS:
+  // Another page is shown, or the same of another database.
+  void pageShown();
+
+ private:
+  void refreshView() override;
+  void databaseShown() override { syncWithState(); }
+  void documentClosed() override;
+  void databaseClosed() override { syncWithState(); }
+  void databasesChanged() override;
+
+  void connectActions();
+  void syncWithState();
+  bool load();
+  void unload(const QString& why = {});
+  void showPage();
+  void showTitle();
+  void showCounts();
+
+  ClientControls& controls_;
+  std::shared_ptr<Workspace> workspace_;
+  ViewPane& views_;
+  DocumentPane& document_;
+  std::shared_ptr<Database> database_;
+  std::optional<DatabasePlace> place_;
+};
+
+}  // namespace lens

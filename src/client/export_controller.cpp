@@ -1,0 +1,88 @@
+#include "client/export_controller.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QPointer>
+
+#include "client/client_controls.h"
+#include "client/database_controller.h"
+#include "client/view_pane.h"
+#include "embedded/dxl/dxl_exporter.h"
+#include "embedded/files/save_file.h"
+#include "notes/literals.h"
+
+namespace lens {
+namespace {
+
+// False when it was cancelled; nothing is left of the file then, nor after a failure.
+bool writeFile(const QString& path, const std::function<bool(QIODevice&)>& write) {
+  QSaveFile file(path);
+  const bool opened = file.open(QIODevice::WriteOnly);
+  if (opened && !write(file)) return false;
+  if (!opened || !commitWhole(file))
+    throw RuntimeError(err::PathFileAccess,
+                       QObject::tr("the file cannot be written (%1)").arg(file.errorString()));
+  return true;
+}
+
+}  // namespace
+
+ExportController::ExportController(ClientControls& controls, std::shared_ptr<Workspace> workspace,
+                                   const DatabaseController& databases, const ViewPane& views)
+    : controls_(controls), workspace_(std::move(workspace)), databases_(databases), views_(views) {
+  const auto bind = [this](QAction* action, ExportRange range) {
+    connect(action, &QAction::triggered, this, [this, range] { ask(range); });
+  };
+  bind(controls.exportDatabaseAction, ExportRange::Database);
+  bind(controls.exportViewAction, ExportRange::View);
+  bind(controls.exportMarkedAction, ExportRange::Marked);
+}
+
+void ExportController::ask(ExportRange range) {
+  if (controls_.refuseWhileBusy() || !databases_.place()) return;
+  const QString name = QFileInfo(QDir::fromNativeSeparators(databases_.place()->path)).completeBaseName();
+  const QString file = controls_.choice->exportFile(&controls_.window, name + u".dxl"_s);
+  if (!file.isEmpty()) exportDxl(range, file);
+}
+
+QVector<quint32> ExportController::notesOf(ExportRange range) const {
+  const quint32 open = workspace_->client().document();
+  if (range == ExportRange::Marked) return open ? QVector<quint32>{open} : views_.markedDocuments();
+  const ViewEntry* entry = views_.currentEntry();
+  return entry ? documentsOf(*databases_.database(), *entry) : QVector<quint32>();
+}
+
+void ExportController::exportDxl(ExportRange range, const QString& path) {
+  if (controls_.refuseWhileBusy() || !databases_.database()) return;
+  const std::shared_ptr<Database> database = databases_.database();  // the user may open another meanwhile
+  const bool whole = range == ExportRange::Database;
+  controls_.clearError();
+  QString failure;
+  int count = 0;
+  bool finished = false;
+  const QPointer<ExportController> self(this);
+  try {
+    const QVector<quint32> notes = whole ? QVector<quint32>() : notesOf(range);
+    if (!whole && notes.isEmpty()) return controls_.showError(tr("There are no documents to export"));
+    controls_.importBar->begin(ImportBar::Work::Export);
+    ExportWatch watch(controls_.importBar);
+    const ExportProgress progress = [&](int done, int all) {
+      count = all;
+      return watch.go(path, done, all);
+    };
+    finished = writeFile(path, [&](QIODevice& file) {
+      return whole ? exportDatabase(*database, file, progress)
+                   : exportNotes(*database, notes, file, progress);
+    });
+  } catch (const RuntimeError& error) {
+    failure = error.description();
+  }
+  if (!self) return;  // destroyed by what ran meanwhile
+  controls_.importBar->finish();
+  const QString native = QDir::toNativeSeparators(path);
+  if (!failure.isEmpty()) return controls_.showError(tr("%1 was not written: %2").arg(native, failure));
+  controls_.statusBar->showMessage(finished ? tr("%n note(s) exported to %1", nullptr, count).arg(native)
+                                            : tr("The export was cancelled; no file was written"));
+}
+
+}  // namespace lens
