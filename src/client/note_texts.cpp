@@ -2,7 +2,7 @@
 
 #include "embedded/format/formula_source.h"
 #include "embedded/richtext/rich_text.h"
-#include "notes/item_type_sentences.h"
+#include "notes/item_types.h"
 #include "notes/literals.h"
 
 namespace lens {

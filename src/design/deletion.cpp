@@ -59,7 +59,7 @@ Deletion::Walk Deletion::removeNoteOf(int row) {
   // Whatever is left here would be removed when the look-up fails.
   state_.gDoc.release();
   Continue lookup;
-  lookup([&] { state_.gDoc = state_.gDb.call(u"GETDOCUMENTBYID"_s, noteId).object(); });
+  lookup([&] { state_.gDoc = state_.gDb.documentById(noteId); });
   if (state_.gDoc.isNothing()) return removeById(noteId);
   removeDocument(row);
   return Walk::StartsAnew;
@@ -67,7 +67,7 @@ Deletion::Walk Deletion::removeNoteOf(int row) {
 
 // No part of the window shows the document afterwards.
 void Deletion::removeDocument(int row) {
-  state_.gDoc.call(u"Remove"_s, true);
+  state_.gDoc.remove(true);
   state_.gDoc.release();
   form_.idList->removeItem(row);
   form_.idList->refresh();
@@ -94,12 +94,12 @@ Deletion::Walk Deletion::removeById(const QString& noteId) {
 
 // NotesTerm runs only where the note was asked for: after a database that cannot be opened, and after a
 // raised failure, the library stays open.
-QString Deletion::DeleteNoteLowLevel(const Object& database, const QString& noteIdText) {
+QString Deletion::DeleteNoteLowLevel(const NotesDatabase& database, const QString& noteIdText) {
   DbHandle db = 0;
   try {
     api_.NotesInitExtended(0, QByteArray());
-    const QString server = database.get(u"server"_s).text();
-    const QString filePath = database.get(u"FILEPATH"_s).text();
+    const QString server = database.server();
+    const QString filePath = database.filePath();
     QByteArray path(kPathSize, '\0');
     api_.OSPathNetConstruct(0, toCodePage(server), toCodePage(filePath), path);
     if (const Status status = api_.NSFDbOpen(upToNul(path), db); status != 0)

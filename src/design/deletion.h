@@ -23,7 +23,7 @@ class Deletion {
 
   void cmdDelete_Click();
   // Deletes a note by its ID of eight hexadecimal digits. Empty on success, otherwise what went wrong.
-  QString DeleteNoteLowLevel(const Object& database, const QString& noteIdText);
+  QString DeleteNoteLowLevel(const NotesDatabase& database, const QString& noteIdText);
 
  private:
   enum class Walk { GoesOn, StartsAnew, Ends };

@@ -27,7 +27,7 @@ DesignDocs::DesignDocs(Form1& form, Globals& state, Host& host, Routines& routin
 
 void DesignDocs::cmdDesignDocs_Click() {
   trapped(host_, {u"cmdDesignDocs_Click"_s}, [this] {
-    state_.gDb = state_.gSession.get(u"CURRENTDATABASE"_s).object();
+    state_.gDb = state_.gSession.currentDatabase();
     if (state_.gDb.isNothing()) {
       host_.messageBox(exact::kNoDatabase);
       return;
@@ -48,24 +48,24 @@ QString DesignDocs::olderRow(const QString& noteId, const QString& name) const {
 }
 
 // Empty where the item has no value: these listings go on, while others end there.
-QString DesignDocs::nameOf(const Object& document) const {
-  const Value names = document.call(u"GETITEMVALUE"_s, kNameItem);
+QString DesignDocs::nameOf(const NotesDocument& document) const {
+  const Value names = document.itemValue(kNameItem);
   return names.isEmpty() ? QString() : textOf(names.at(0), host_.regional());
 }
 
 void DesignDocs::listCollection() {
-  state_.gNoteColl = state_.gDb.call(u"CREATENOTECOLLECTION"_s, false).object();
+  state_.gNoteColl = state_.gDb.createNoteCollection(false);
   switchChosenClassOn(designDocsClasses(), form_, state_, routines_);
-  state_.gNoteColl.call(u"BUILDCOLLECTION"_s);
-  QString id = state_.gNoteColl.call(u"GETFIRSTNOTEID"_s).text();
-  const qint64 count = roundToInt32(state_.gNoteColl.get(u"count"_s).number());
+  state_.gNoteColl.buildCollection();
+  QString id = state_.gNoteColl.firstNoteId();
+  const qint64 count = roundToInt32(state_.gNoteColl.count());
   for (qint64 i = 1; i <= count; ++i) {
-    state_.gDoc = state_.gDb.call(u"GETDOCUMENTBYID"_s, id).object();
-    const QString noteId = state_.gDoc.get(u"NoteID"_s).text();
+    state_.gDoc = state_.gDb.documentById(id);
+    const QString noteId = state_.gDoc.noteId();
     if (!noteId.isEmpty()) {
       form_.idList->addItem(olderRow(noteId, nameOf(state_.gDoc)));
     }
-    id = state_.gNoteColl.call(u"GETNEXTNOTEID"_s, id).text();
+    id = state_.gNoteColl.nextNoteId(id);
   }
   form_.idList->refresh();
 }
@@ -94,8 +94,8 @@ void DesignDocs::tryNoteId(qint32 counter) {
   form_.lfdIDNum->setText(id);
   form_.txtLfdNr->setText(QString::number(counter));
   form_.lfdIDNum->repaint();
-  state_.gDoc = state_.gDb.call(u"GETDOCUMENTBYID"_s, id).object();
-  if (state_.gDoc.isNothing() || !state_.gDoc.call(u"HASITEM"_s, kNameItem).boolean()) return;
+  state_.gDoc = state_.gDb.documentById(id);
+  if (state_.gDoc.isNothing() || !state_.gDoc.hasItem(kNameItem)) return;
   const QString name = nameOf(state_.gDoc);
   if (!name.startsWith(kProfileName)) return;
   form_.idList->addItem(olderRow(id, name));

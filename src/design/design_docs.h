@@ -23,7 +23,7 @@ class DesignDocs {
   void scanNoteIds();
   void tryNoteId(qint32 counter);
   QString olderRow(const QString& noteId, const QString& name) const;
-  QString nameOf(const Object& document) const;
+  QString nameOf(const NotesDocument& document) const;
 
   Form1& form_;
   Globals& state_;

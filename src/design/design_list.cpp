@@ -23,8 +23,8 @@ DesignList::DesignList(Form1& form, Globals& state, Gateway& notes, Host& host, 
 void DesignList::lstDesigns_DblClick() {
   trapped(host_, {u"lstDesigns_DblClick"_s}, [this] {
     host_.setPointer(pointer::Hourglass);
-    state_.gSession = notes_.create(u"Notes.NotesSession"_s);
-    state_.gDb = state_.gSession.get(u"CURRENTDATABASE"_s).object();
+    state_.gSession = NotesSession::ofClient(notes_);
+    state_.gDb = state_.gSession.currentDatabase();
     if (state_.gDb.isNothing()) {
       host_.messageBox(exact::kNoDatabase);
       host_.setPointer(pointer::Default);
@@ -41,10 +41,10 @@ void DesignList::listClass() {
   form_.idList->clear();
   form_.fldList->clear();
   form_.setWindowTitle(u"Documents in: "_s + captionPlace(routines_, state_.gDb));
-  state_.gNoteColl = state_.gDb.call(u"CREATENOTECOLLECTION"_s, false).object();
-  state_.gNoteColl.call(u"SELECTALLNOTES"_s, false);
+  state_.gNoteColl = state_.gDb.createNoteCollection(false);
+  state_.gNoteColl.selectAllNotes(false);
   switchChosenClassOn(designClasses(), form_, state_, routines_);
-  state_.gNoteColl.call(u"BUILDCOLLECTION"_s);
+  state_.gNoteColl.buildCollection();
   listNotes();
   state_.gDesignStop = false;
   form_.idList->refresh();
@@ -55,12 +55,12 @@ void DesignList::listClass() {
 
 // Database, collection and document are those of the globals in each turn, whoever has set them since.
 void DesignList::listNotes() {
-  QString id = state_.gNoteColl.call(u"GETFIRSTNOTEID"_s).text();
-  const qint64 count = roundToInt32(state_.gNoteColl.get(u"count"_s).number());
+  QString id = state_.gNoteColl.firstNoteId();
+  const qint64 count = roundToInt32(state_.gNoteColl.count());
   for (qint64 i = 1; i <= count; ++i) {
-    state_.gDoc = state_.gDb.call(u"GETDOCUMENTBYID"_s, id).object();
+    state_.gDoc = state_.gDb.documentById(id);
     addRow();
-    id = state_.gNoteColl.call(u"GETNEXTNOTEID"_s, id).text();
+    id = state_.gNoteColl.nextNoteId(id);
     host_.yield();
     if (state_.gDesignStop) return;
   }
@@ -68,9 +68,9 @@ void DesignList::listNotes() {
 
 // Names may carry aliases; whoever reads the row cuts them.
 void DesignList::addRow() {
-  const QString id = state_.gDoc.get(u"NoteID"_s).text();
+  const QString id = state_.gDoc.noteId();
   if (id.isEmpty()) return;
-  const auto has = [this](const QString& item) { return state_.gDoc.call(u"HASITEM"_s, item).boolean(); };
+  const auto has = [this](const QString& item) { return state_.gDoc.hasItem(item); };
   if (has(kNameItem))
     form_.idList->addItem(namedNoteRow(firstValueText(state_.gDoc, kNameItem, host_.regional()), id));
   else if (has(kTitleItem))

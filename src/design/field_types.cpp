@@ -66,13 +66,13 @@ QString FieldTypes::reportOf(RecordsOfRow recordsOf) {
 QString FieldTypes::fieldsOfForm(const QString& row) {
   const QString name = formName(row);
   if (name.isEmpty()) return {};
-  const Object form = state_.gDb.call(u"GETFORM"_s, name).object();
+  const NotesForm form = state_.gDb.form(name);
   if (form.isNothing()) return {};
   const QString beginning = row.left(row.indexOf(kNameMark) + 1);
   QString report;
-  const Value fields = form.get(u"FIELDS"_s);
+  const Value fields = form.fields();
   for (const Value& field : fields.values()) {
-    const double type = form.call(u"GETFIELDTYPE"_s, field).number();
+    const double type = form.fieldType(field);
     if (type == wantedType()) report += record(beginning, field.text());
   }
   return report;
@@ -96,9 +96,9 @@ void FieldTypes::cmdChkFields_Click() {
 QString FieldTypes::contentOfNote(const QString& row) {
   const QString id = listedNoteId(row);
   const QString name = form_.txtFieldName->text();
-  state_.gDoc = state_.gDb.call(u"GETDOCUMENTBYID"_s, id).object();
-  if (state_.gDoc.isNothing() || !state_.gDoc.call(u"HASITEM"_s, name).boolean()) return {};
-  const Value values = state_.gDoc.call(u"GETITEMVALUE"_s, name);
+  state_.gDoc = state_.gDb.documentById(id);
+  if (state_.gDoc.isNothing() || !state_.gDoc.hasItem(name)) return {};
+  const Value values = state_.gDoc.itemValue(name);
   return record(id, textOf(values.at(0), host_.regional()));
 }
 

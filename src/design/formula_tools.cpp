@@ -69,7 +69,7 @@ void FormulaTools::cmdChkFormula_Click() {
 void FormulaTools::evaluateOnDocument(const QString& formula) {
   Continue step;
   QString noteId;
-  step([&] { noteId = state_.gDoc.get(u"NoteID"_s).text(); });
+  step([&] { noteId = state_.gDoc.noteId(); });
   QStringList lines;
   step([&] { lines = newLines(EvaluateFormula(noteId, formula)); });
   for (const QString& line : lines) step([&] { append(line); });
@@ -136,9 +136,9 @@ FormulaTools::Results FormulaTools::evaluate(Run& run, const QString& noteId, co
 
 // The note is that of the current document. It is not closed: closing the database ends it.
 void FormulaTools::openNote(Run& run) {
-  const Object database = state_.gDoc.get(u"PARENTDATABASE"_s).object();
+  const NotesDatabase database = state_.gDoc.parentDatabase();
   api_.NSFDbOpen(networkPath(api_, database), run.db);
-  if (run.db != 0) api_.NSFNoteOpen(run.db, hexToInt32(state_.gDoc.get(u"NoteID"_s).text()), 0, run.note);
+  if (run.db != 0) api_.NSFNoteOpen(run.db, hexToInt32(state_.gDoc.noteId()), 0, run.note);
 }
 
 QVector<Value> FormulaTools::compute(Run& run) {
@@ -176,22 +176,22 @@ void FormulaTools::releaseAfterFailure(Run& run) {
 void FormulaTools::cmdCollbyFormula_Click() {
   const QString formula = form_.txtFieldContent->text();
   if (!formula.isEmpty()) {
-    const Object found = state_.gDb.call(u"SEARCH"_s, formula, Object(), 0).object();
+    const NotesDocumentCollection found = state_.gDb.search(formula, 0);
     if (!found.isNothing()) {
-      if (found.get(u"count"_s).number() > 0) listFound(found);
+      if (found.count() > 0) listFound(found);
       form_.lblCounter->setText(QString::number(form_.idList->listCount()));
     }
   }
   host_.setPointer(pointer::Default);
 }
 
-void FormulaTools::listFound(const Object& found) {
+void FormulaTools::listFound(const NotesDocumentCollection& found) {
   form_.idList->clear();
   host_.setPointer(pointer::Hourglass);
-  Object document = found.call(u"GETFIRSTDOCUMENT"_s).object();
+  NotesDocument document = found.firstDocument();
   while (!document.isNothing()) {
-    form_.idList->addItem(eightDigits(document.get(u"NoteID"_s).text()));
-    document = found.call(u"GETNEXTDOCUMENT"_s, document).object();
+    form_.idList->addItem(eightDigits(document.noteId()));
+    document = found.nextDocument(document);
   }
 }
 

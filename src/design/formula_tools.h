@@ -58,7 +58,7 @@ class FormulaTools {
   void evaluateOnDocument(const QString& formula);
   void append(const QString& lines);
   void showFault(const CompileReport& report);
-  void listFound(const Object& found);
+  void listFound(const NotesDocumentCollection& found);
 
   Form1& form_;
   Globals& state_;

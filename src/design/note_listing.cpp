@@ -4,12 +4,12 @@
 
 namespace lens {
 
-QString captionPlace(Routines& routines, const Object& database) {
-  return serverCommonName(routines, database) + u"!!" + database.get(u"FILEPATH"_s).text();
+QString captionPlace(Routines& routines, const NotesDatabase& database) {
+  return serverCommonName(routines, database) + u"!!" + database.filePath();
 }
 
-QString firstValueText(const Object& document, const QString& item, const Regional& regional) {
-  return textOf(document.call(u"GETITEMVALUE"_s, item).at(0), regional);
+QString firstValueText(const NotesDocument& document, const QString& item, const Regional& regional) {
+  return textOf(document.itemValue(item).at(0), regional);
 }
 
 void switchChosenClassOn(const QVector<DesignClass>& classes, Form1& form, Globals& state,
@@ -17,7 +17,7 @@ void switchChosenClassOn(const QVector<DesignClass>& classes, Form1& form, Globa
   QString label;
   for (const DesignClass& row : classes) {
     if (form.lstDesigns->text() != row.property) continue;
-    state.gNoteColl.set(row.property, true);
+    state.gNoteColl.select(row.property, true);
     label = row.label;
   }
   form.setWindowTitle(label + u" documents in: " + captionPlace(routines, state.gDb));

@@ -18,10 +18,10 @@ inline const QString kNameItem = u"$Name"_s;
 inline const QString kTitleItem = u"$Title"_s;
 
 // "Server!!path", as the window's caption names the database.
-QString captionPlace(Routines& routines, const Object& database);
+QString captionPlace(Routines& routines, const NotesDatabase& database);
 
 // The first value of an item as text. Raises 13 for an item without values.
-QString firstValueText(const Object& document, const QString& item, const Regional& regional);
+QString firstValueText(const NotesDocument& document, const QString& item, const Regional& regional);
 
 // Switches on in gNoteColl the class of the chosen entry of lstDesigns, and names it in the caption. An
 // entry that the classes do not know switches nothing on.

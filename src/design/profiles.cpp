@@ -19,15 +19,13 @@ void Profiles::cmdGetProfiels_Click() {
   state_.gSession.release();
   state_.gUIWorkspace.release();
   state_.gDb.release();
-  step([&] { state_.gSession = notes_.create(u"Notes.NotesSession"_s); });
-  step([&] { state_.gDb = state_.gSession.get(u"CURRENTDATABASE"_s).object(); });
+  step([&] { state_.gSession = NotesSession::ofClient(notes_); });
+  step([&] { state_.gDb = state_.gSession.currentDatabase(); });
   if (state_.gDb.isNothing()) {
     host_.messageBox(exact::kNoDatabase);
     return;
   }
-  step([&] {
-    form_.lastModified->setText(u"Database size: "_s + state_.gDb.get(u"Size"_s).text() + u" bytes");
-  });
+  step([&] { form_.lastModified->setText(u"Database size: "_s + state_.gDb.sizeText() + u" bytes"); });
   form_.idList->clear();
   form_.fldList->clear();
   step([&] { form_.setWindowTitle(u"PROFILE documents in: "_s + captionPlace(routines_, state_.gDb)); });
@@ -38,14 +36,14 @@ void Profiles::cmdGetProfiels_Click() {
 }
 
 void Profiles::listProfiles(Told& step) {
-  Object profiles;
+  NotesDocumentCollection profiles;
   qint64 count = 0;
-  step([&] { profiles = state_.gDb.call(u"GETPROFILEDOCCOLLECTION"_s).object(); });
-  step([&] { count = roundToInt32(profiles.get(u"count"_s).number()); });
+  step([&] { profiles = state_.gDb.profileDocuments(); });
+  step([&] { count = roundToInt32(profiles.count()); });
   // A document that cannot be had must not stand for the one before, nor for what was shown.
   state_.gDoc.release();
   for (qint64 i = 1; i <= count; ++i) {
-    if (step([&] { state_.gDoc = profiles.call(u"GETNTHDOCUMENT"_s, i).object(); })) addRow(step);
+    if (step([&] { state_.gDoc = profiles.nthDocument(i); })) addRow(step);
     state_.gDoc.release();
   }
 }
@@ -53,7 +51,7 @@ void Profiles::listProfiles(Told& step) {
 void Profiles::addRow(Told& step) {
   QString id;
   if (!step.holds([&] {
-        id = state_.gDoc.get(u"NoteID"_s).text();
+        id = state_.gDoc.noteId();
         return !id.isEmpty();
       }))
     return;
@@ -63,8 +61,8 @@ void Profiles::addRow(Told& step) {
 }
 
 void Profiles::removeUnprocessedDocuments() {
-  const Object documents = state_.gDb.get(u"UNPROCESSEDDOCUMENTS"_s).object();
-  if (documents.get(u"count"_s).number() > 0) documents.call(u"REMOVEALL"_s, true);
+  const NotesDocumentCollection documents = state_.gDb.unprocessedDocuments();
+  if (documents.count() > 0) documents.removeAll(true);
 }
 
 }  // namespace lens

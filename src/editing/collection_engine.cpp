@@ -1,6 +1,5 @@
 #include "editing/collection_engine.h"
 
-#include "editing/item_types.h"
 #include "editing/place_replacement.h"
 #include "editing/rich_text_replacement.h"
 #include "editing/type_number.h"
@@ -55,7 +54,7 @@ void CollectionEngine::procCollection(int mode, const QString& fieldName, const 
     for (Int16 index; index <= last; index += 1) {
       if (index >= form_.idList->listCount()) break;
       const QString noteId = listedNoteId(form_.idList->list(index));
-      work.step([&] { state_.gDoc = state_.gDb.call(u"GETDOCUMENTBYID"_s, noteId).object(); });
+      work.step([&] { state_.gDoc = state_.gDb.documentById(noteId); });
       if (state_.gDoc.isNothing()) continue;
       if (changeDocument(work, mode, fieldName, fieldValue) == Run::Ends) break;
     }
@@ -91,15 +90,15 @@ void CollectionEngine::endOfRun() {
 }
 
 void CollectionEngine::saveDocument(Work& work) {
-  work.step([&] { state_.gDoc.call(u"SAVE"_s, true, false); });
+  work.step([&] { state_.gDoc.save(true, false); });
 }
 
 void CollectionEngine::fetchItem(Work& work, const QString& name) {
-  work.step([&] { work.item = state_.gDoc.call(u"GETFIRSTITEM"_s, name).object(); });
+  work.step([&] { work.item = state_.gDoc.firstItem(name); });
 }
 
 void CollectionEngine::replaceValue(Work& work, const QString& name, const Value& value) {
-  work.step([&] { state_.gDoc.call(u"REPLACEITEMVALUE"_s, name, value); });
+  work.step([&] { state_.gDoc.replaceItemValue(name, value); });
 }
 
 void CollectionEngine::writeDates(Work& work, const QString& name, const QString& content) {
@@ -107,13 +106,13 @@ void CollectionEngine::writeDates(Work& work, const QString& name, const QString
 }
 
 void CollectionEngine::deleteItem(Work& work, const QString& name) {
-  work.step([&] { state_.gDoc.call(u"RemoveItem"_s, name); });
+  work.step([&] { state_.gDoc.removeItem(name); });
   saveDocument(work);
 }
 
 // An item that is there goes first, and the document is saved without it.
 void CollectionEngine::addItem(Work& work, const QString& name, const QString& typeText) {
-  if (work.step.holds([&] { return state_.gDoc.call(u"HASITEM"_s, name).boolean(); })) deleteItem(work, name);
+  if (work.step.holds([&] { return state_.gDoc.hasItem(name); })) deleteItem(work, name);
   work.step([&] { work.type = typeNumber(typeText); });
   addValue(work, name);
   saveDocument(work);
@@ -123,11 +122,11 @@ void CollectionEngine::addValue(Work& work, const QString& name) {
   const QString content = form_.txtFieldContent->text();
   switch (work.type) {
     case itemcode::RichText:
-      work.step([&] { work.item = state_.gDoc.call(u"CREATERICHTEXTITEM"_s, name).object(); });
-      work.step([&] { work.item.call(u"APPENDTEXT"_s, content); });
+      work.step([&] { work.item = state_.gDoc.createRichTextItem(name); });
+      work.step([&] { NotesRichTextItem(work.item).appendText(content); });
       break;
     case itemcode::Number:
-      work.step([&] { state_.gDoc.call(u"REPLACEITEMVALUE"_s, name, toInt32(content)); });
+      work.step([&] { state_.gDoc.replaceItemValue(name, toInt32(content)); });
       break;
     case itemcode::Date:
       writeDates(work, name, content);
@@ -135,7 +134,7 @@ void CollectionEngine::addValue(Work& work, const QString& name) {
     case itemcode::Readers:
       addLines(work, name, content);
       fetchItem(work, name);
-      work.step([&] { work.item.set(u"ISREADERS"_s, true); });
+      work.step([&] { work.item.setReaders(true); });
       break;
     case itemcode::Names:
     case itemcode::Authors:
@@ -155,7 +154,7 @@ void CollectionEngine::addLines(Work& work, const QString& name, const QString& 
 void CollectionEngine::overwriteItem(Work& work, const QString& name, const QString& content) {
   fetchItem(work, name);
   if (work.item.isNothing()) return;
-  work.step([&] { work.type = itemType(work.item); });
+  work.step([&] { work.type = work.item.typeCode(); });
   overwriteValue(work, name, content);
   saveDocument(work);
 }
@@ -177,11 +176,12 @@ void CollectionEngine::overwriteValue(Work& work, const QString& name, const QSt
       break;
     case itemcode::RichText: {
       const QString search = form_.txtSearch->text(), replace = form_.txtReplace->text();
-      if (!search.isEmpty() || !replace.isEmpty()) replaceInRichText(work.step, work.item, search, replace);
+      if (!search.isEmpty() || !replace.isEmpty())
+        replaceInRichText(work.step, NotesRichTextItem(work.item), search, replace);
       break;
     }
     case itemcode::Number: {
-      work.step([&] { work.values = state_.gDoc.call(u"GETITEMVALUE"_s, name); });
+      work.step([&] { work.values = state_.gDoc.itemValue(name); });
       work.step([&] { work.values = valueList(numberLines(content, work.values.upperBound() + 1)); });
       replaceValue(work, name, work.values);
       break;
@@ -196,26 +196,26 @@ CollectionEngine::Run CollectionEngine::replaceInDocument(Work& work) {
     return Run::Ends;
   }
   bool changed = false;
-  const Value items = state_.gDoc.get(u"ITEMS"_s);
-  for (const Value& item : items.values()) changed = replaceInItem(work, item.object()) || changed;
+  const Value items = state_.gDoc.items();
+  for (const Value& item : items.values()) changed = replaceInItem(work, NotesItem(item.object())) || changed;
   if (changed) {
-    state_.gDoc.call(u"SAVE"_s, true, false, true);
+    state_.gDoc.save(true, false, true);
     state_.gDoc.release();
   }
   return Run::GoesOn;
 }
 
 // True when the item was changed. Rich text is searched without regard to case, anything else exactly.
-bool CollectionEngine::replaceInItem(Work& work, const Object& item) {
-  const int type = itemType(item);
+bool CollectionEngine::replaceInItem(Work& work, const NotesItem& item) {
+  const int type = item.typeCode();
   const Replacement replacement{form_.txtSearch->text(), form_.txtReplace->text()};
   if (type == itemcode::RichText)
-    return replaceInRichText(work.step, item, replacement.search, replacement.replace);
-  const Value stored = item.get(u"Values"_s);
+    return replaceInRichText(work.step, NotesRichTextItem(item), replacement.search, replacement.replace);
+  const Value stored = item.values();
   if (!stored.isArray()) return false;
   QVector<Value> values = stored.values();
   if (!replaceInValues(values, Places::AllButLast, type, replacement, host_.regional())) return false;
-  replaceValue(work, item.get(u"Name"_s).text(), Value::array(values));
+  replaceValue(work, item.name(), Value::array(values));
   return true;
 }
 

@@ -37,7 +37,7 @@ class CollectionEngine {
   // what the document before had.
   struct Work {
     Statements step;
-    Object item;
+    NotesItem item;
     int type = 0;
     Value values;
   };
@@ -49,7 +49,7 @@ class CollectionEngine {
   void overwriteItem(Work& work, const QString& name, const QString& content);
   void overwriteValue(Work& work, const QString& name, const QString& content);
   Run replaceInDocument(Work& work);
-  bool replaceInItem(Work& work, const Object& item);
+  bool replaceInItem(Work& work, const NotesItem& item);
   void fetchItem(Work& work, const QString& name);
   void replaceValue(Work& work, const QString& name, const Value& value);
   void writeDates(Work& work, const QString& name, const QString& content);

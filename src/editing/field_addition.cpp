@@ -1,7 +1,6 @@
 #include "editing/field_addition.h"
 
 #include "editing/flag_boxes.h"
-#include "editing/item_types.h"
 #include "editing/reload_box.h"
 #include "editing/type_number.h"
 #include "editing/value_lines.h"
@@ -22,17 +21,17 @@ void FieldAddition::cmdAddField_Click() {
   Statements step;
   try {
     if (state_.gDoc.isNothing()) return;
-    if (state_.gDoc.call(u"HASITEM"_s, name).boolean()) {
+    if (state_.gDoc.hasItem(name)) {
       host_.messageBox(exact::kItemExists, box::Plain, u"Add field"_s);
       return;
     }
     addValue(step, name);
-    Object item;
-    step([&] { item = state_.gDoc.call(u"GETFIRSTITEM"_s, name).object(); });
+    NotesItem item;
+    step([&] { item = state_.gDoc.firstItem(name); });
     writeFlags(step, form_, item);
     // Before the save: the size is that of the note as stored so far.
     if (name != u"$FILE") step([&] { form_.lblSize->setText(sizeText(lowLevel_.ItemSizeOf(name))); });
-    step([&] { state_.gDoc.call(u"SAVE"_s, true, false); });
+    step([&] { state_.gDoc.save(true, false); });
     readAnew(step);
   } catch (const RuntimeError& error) {
     showReloadBox(host_, error, u"Error in AddField"_s);
@@ -43,12 +42,12 @@ void FieldAddition::cmdAddField_Click() {
 void FieldAddition::addValue(Statements& step, const QString& name) {
   const QString content = form_.txtFieldContent->text();
   const auto replaceValue = [&](const Value& value) {
-    step([&] { state_.gDoc.call(u"REPLACEITEMVALUE"_s, name, value); });
+    step([&] { state_.gDoc.replaceItemValue(name, value); });
   };
   switch (typeNumber(typeText(form_.cmbFieldType->text()))) {
     case itemcode::RichText:
       // The new item stays empty, whatever the content box holds.
-      state_.gRTItem = state_.gDoc.call(u"CREATERICHTEXTITEM"_s, name).object();
+      state_.gRTItem = state_.gDoc.createRichTextItem(name);
       break;
     case itemcode::Number:
       replaceValue(toInt32(content));
@@ -58,7 +57,7 @@ void FieldAddition::addValue(Statements& step, const QString& name) {
       break;
     case itemcode::Readers:
       replaceValue(valueList(textLines(content)));
-      state_.gDoc.call(u"GETFIRSTITEM"_s, name).object().set(u"ISREADERS"_s, true);
+      state_.gDoc.firstItem(name).setReaders(true);
       break;
     case itemcode::Names:
     case itemcode::Authors:

@@ -1,7 +1,6 @@
 #include "editing/field_overwriting.h"
 
 #include "editing/flag_boxes.h"
-#include "editing/item_types.h"
 #include "editing/reload_box.h"
 #include "editing/rich_text_replacement.h"
 #include "editing/value_lines.h"
@@ -42,20 +41,20 @@ void FieldOverwriting::cmdOverwrite_Click() {
 }
 
 void FieldOverwriting::overwriteItem(Statements& step, const QString& name) {
-  Object item;
-  step([&] { item = state_.gDoc.call(u"GETFIRSTITEM"_s, name).object(); });
+  NotesItem item;
+  step([&] { item = state_.gDoc.firstItem(name); });
   int type = 0;
-  step([&] { type = itemType(item); });
+  step([&] { type = item.typeCode(); });
   if (!writeValue(step, name, item, type)) return;
   // To the item as it was fetched, although its value may have been replaced since.
   writeFlags(step, form_, item);
-  step([&] { state_.gDoc.call(u"SAVE"_s, true, false); });
+  step([&] { state_.gDoc.save(true, false); });
   step([&] { form_.lblSize->setText(sizeText(lowLevel_.ItemSizeOf(name))); });
   readAnew(step);
 }
 
 // False when the user was told that nothing is done.
-bool FieldOverwriting::writeValue(Statements& step, const QString& name, const Object& item, int type) {
+bool FieldOverwriting::writeValue(Statements& step, const QString& name, const NotesItem& item, int type) {
   switch (type) {
     case itemcode::Text:
     case itemcode::Names:
@@ -65,7 +64,7 @@ bool FieldOverwriting::writeValue(Statements& step, const QString& name, const O
       return true;
     case itemcode::Date: {
       const QVector<Value> dates = dateLines(step, form_.txtFieldContent->text(), host_.regional());
-      step([&] { state_.gDoc.call(u"REPLACEITEMVALUE"_s, name, Value::array(dates)); });
+      step([&] { state_.gDoc.replaceItemValue(name, Value::array(dates)); });
       return true;
     }
     case itemcode::Number:
@@ -85,25 +84,25 @@ void FieldOverwriting::writeText(Statements& step, const QString& name) {
   QStringList lines;
   step([&] { lines = overwriteLines(form_.txtFieldContent->text()); });
   const Value value = lines.isEmpty() ? Value(QString()) : valueList(lines);
-  step([&] { state_.gDoc.call(u"REPLACEITEMVALUE"_s, name, value); });
+  step([&] { state_.gDoc.replaceItemValue(name, value); });
 }
 
 // The number of values stays.
 void FieldOverwriting::writeNumbers(Statements& step, const QString& name) {
   Value values;
-  step([&] { values = state_.gDoc.call(u"GETITEMVALUE"_s, name); });
+  step([&] { values = state_.gDoc.itemValue(name); });
   const Value numbers = valueList(numberLines(form_.txtFieldContent->text(), values.upperBound() + 1));
-  step([&] { state_.gDoc.call(u"REPLACEITEMVALUE"_s, name, numbers); });
+  step([&] { state_.gDoc.replaceItemValue(name, numbers); });
 }
 
-bool FieldOverwriting::replaceText(Statements& step, const Object& item) {
+bool FieldOverwriting::replaceText(Statements& step, const NotesItem& item) {
   const QString search = form_.txtSearch->text(), replace = form_.txtReplace->text();
   if (search.isEmpty() && replace.isEmpty()) return true;
   if (replace.isEmpty()) {
     host_.messageBox(exact::kNoReplaceText, box::Information, u"Error in Overwrite"_s);
     return false;
   }
-  replaceInRichText(step, item, search, replace);
+  replaceInRichText(step, NotesRichTextItem(item), search, replace);
   return true;
 }
 
@@ -124,8 +123,8 @@ void FieldOverwriting::cmdDelField_Click() {
     QString name;
     const int row = selectedItem(name);
     if (row < 0) return;
-    state_.gDoc.call(u"RemoveItem"_s, name);
-    state_.gDoc.call(u"SAVE"_s, true, false);
+    state_.gDoc.removeItem(name);
+    state_.gDoc.save(true, false);
     form_.fldList->removeItem(row);
     clearItemControls();
     form_.fldList->refresh();

@@ -18,10 +18,10 @@ class FieldOverwriting {
 
  private:
   void overwriteItem(Statements& step, const QString& name);
-  bool writeValue(Statements& step, const QString& name, const Object& item, int type);
+  bool writeValue(Statements& step, const QString& name, const NotesItem& item, int type);
   void writeText(Statements& step, const QString& name);
   void writeNumbers(Statements& step, const QString& name);
-  bool replaceText(Statements& step, const Object& item);
+  bool replaceText(Statements& step, const NotesItem& item);
   void readAnew(Statements& step);
   int selectedItem(QString& name) const;
   void clearItemControls();

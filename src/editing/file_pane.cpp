@@ -2,7 +2,6 @@
 
 #include <QDir>
 
-#include "editing/item_types.h"
 #include "host/paths.h"
 #include "notes/literals.h"
 #include "shell/error_modes.h"
@@ -11,7 +10,6 @@
 namespace lens {
 namespace {
 
-constexpr int kAttachment = 1454;
 constexpr int kLeftButton = 1;
 constexpr int kStarted = 33;
 constexpr int kNoAssociation = 31;
@@ -75,21 +73,23 @@ void FilePane::cmdExtractAtt_Click() {
   const QString directory = openDirectory();
   if (state_.gDoc.isNothing()) return;
   const WhileFilesMove hourglass(host_);
-  const Value items = state_.gDoc.get(u"ITEMS"_s);
-  for (const Value& item : items.values())
-    if (itemType(item.object()) == itemcode::RichText) extractFrom(item.object(), directory);
+  const Value items = state_.gDoc.items();
+  for (const Value& element : items.values()) {
+    const NotesItem item = element.object();
+    if (item.typeCode() == itemcode::RichText) extractFrom(NotesRichTextItem(item), directory);
+  }
   form_.File1->refresh();
 }
 
 // Existing files are overwritten without a question.
-void FilePane::extractFrom(const Object& item, const QString& directory) {
-  const Value objects = item.get(u"EMBEDDEDOBJECTS"_s);
+void FilePane::extractFrom(const NotesRichTextItem& item, const QString& directory) {
+  const Value objects = item.embeddedObjects();
   if (!objects.isArray()) return;
   for (const Value& embedded : objects.values()) {
-    const Object object = embedded.object();
-    if (object.get(u"Type"_s).number() != kAttachment) continue;
-    const QString name = object.get(u"Name"_s).text();
-    object.call(u"EXTRACTFILE"_s, host_.joinPath(directory, fileNameOf(name)));
+    const NotesEmbeddedObject object = embedded.object();
+    if (object.type() != NotesEmbeddedObject::kAttachment) continue;
+    const QString name = object.name();
+    object.extractFile(host_.joinPath(directory, fileNameOf(name)));
   }
 }
 
@@ -110,11 +110,11 @@ void FilePane::cmdLoadAtt_Click() {
       host_.messageBox(exact::kNoRichText, box::Critical, title);
       return;
     }
-    const Object item = state_.gDoc.call(u"GETFIRSTITEM"_s, name).object();
-    if (itemType(item) != itemcode::RichText) return;
+    const NotesItem item = state_.gDoc.firstItem(name);
+    if (item.typeCode() != itemcode::RichText) return;
     const WhileFilesMove hourglass(host_);
-    item.call(u"EMBEDOBJECT"_s, kAttachment, QString(), path);
-    state_.gDoc.call(u"SAVE"_s, true, false, true);
+    NotesRichTextItem(item).embedObject(NotesEmbeddedObject::kAttachment, QString(), path);
+    state_.gDoc.save(true, false, true);
     form_.cmdGetDoc->raiseClick();
   });
 }

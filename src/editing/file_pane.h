@@ -29,7 +29,7 @@ class FilePane {
   QString openDirectory() const;
   int selectedFile() const;
   QString filePath(int row) const;
-  void extractFrom(const Object& item, const QString& directory);
+  void extractFrom(const NotesRichTextItem& item, const QString& directory);
   void showFirstFile();
 
   Form1& form_;

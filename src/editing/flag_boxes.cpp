@@ -2,14 +2,14 @@
 
 namespace lens {
 
-void writeFlags(Statements& step, const Form1& form, const Object& item) {
-  const auto write = [&](const char16_t* member, const CheckBox& box) {
-    step([&] { item.set(QString::fromUtf16(member), box.value() != 0); });
+void writeFlags(Statements& step, const Form1& form, const NotesItem& item) {
+  const auto write = [&](void (NotesItem::*set)(bool) const, const CheckBox& box) {
+    step([&] { (item.*set)(box.value() != 0); });
   };
-  write(u"ISSUMMARY", *form.chkSummary);
-  write(u"ISENCRYPTED", *form.chkEncrypted);
-  write(u"ISSIGNED", *form.chkSigned);
-  write(u"ISPROTECTED", *form.chkProtected);
+  write(&NotesItem::setSummary, *form.chkSummary);
+  write(&NotesItem::setEncrypted, *form.chkEncrypted);
+  write(&NotesItem::setSigned, *form.chkSigned);
+  write(&NotesItem::setProtected, *form.chkProtected);
 }
 
 }  // namespace lens

@@ -1,13 +1,13 @@
 // The four flag boxes of the window, written to an item.
 #pragma once
 
-#include "notes/bridge.h"
+#include "notes/objects/item.h"
 #include "shell/form1.h"
 #include "shell/statements.h"
 
 namespace lens {
 
 // In the order of the window; any value but 0 counts as set.
-void writeFlags(Statements& step, const Form1& form, const Object& item);
+void writeFlags(Statements& step, const Form1& form, const NotesItem& item);
 
 }  // namespace lens

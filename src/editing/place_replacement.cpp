@@ -1,6 +1,5 @@
 #include "editing/place_replacement.h"
 
-#include "editing/item_types.h"
 #include "notes/numbers.h"
 #include "shell/text_routines.h"
 

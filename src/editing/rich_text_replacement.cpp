@@ -3,24 +3,20 @@
 #include "notes/literals.h"
 
 namespace lens {
-namespace {
 
-constexpr int kTextParagraph = 4;
-constexpr int kIgnoreCase = 1;
-constexpr int kAllHits = 16;
-
-}  // namespace
-
-bool replaceInRichText(Statements& step, const Object& item, const QString& search, const QString& replace) {
+bool replaceInRichText(Statements& step, const NotesRichTextItem& item, const QString& search,
+                       const QString& replace) {
   // The range spans the whole item; the navigator's place plays no part in it.
-  Object navigator, range;
-  step([&] { navigator = item.call(u"CREATENAVIGATOR"_s).object(); });
-  step([&] { navigator.call(u"FINDFIRSTELEMENT"_s, kTextParagraph); });
-  step([&] { range = item.call(u"CREATERANGE"_s).object(); });
+  NotesRichTextNavigator navigator;
+  NotesRichTextRange range;
+  step([&] { navigator = item.createNavigator(); });
+  step([&] { navigator.findFirstElement(NotesRichTextNavigator::kTextParagraph); });
+  step([&] { range = item.createRange(); });
+  constexpr int kEveryHit = NotesRichTextRange::kIgnoreCase + NotesRichTextRange::kAllHits;
   double hits = 0;
-  step([&] { hits = range.call(u"FINDANDREPLACE"_s, search, replace, kIgnoreCase + kAllHits).number(); });
+  step([&] { hits = range.findAndReplace(search, replace, kEveryHit); });
   if (hits < 1) return false;
-  step([&] { item.call(u"COMPACT"_s); });
+  step([&] { item.compact(); });
   return true;
 }
 

@@ -3,13 +3,14 @@
 
 #include <QString>
 
-#include "notes/bridge.h"
+#include "notes/objects/item.h"
 #include "shell/statements.h"
 
 namespace lens {
 
 // Replaces all hits over the whole item, without regard to case, and compacts the item when there were any.
 // Gives back whether there were.
-bool replaceInRichText(Statements& step, const Object& item, const QString& search, const QString& replace);
+bool replaceInRichText(Statements& step, const NotesRichTextItem& item, const QString& search,
+                       const QString& replace);
 
 }  // namespace lens

@@ -1,7 +1,6 @@
 #include "editing/search_replace.h"
 
 #include "controls/keys.h"
-#include "editing/item_types.h"
 #include "editing/place_replacement.h"
 #include "editing/reload_box.h"
 #include "editing/rich_text_replacement.h"
@@ -69,7 +68,7 @@ bool SearchReplace::holdsSearchText(const QString& text) const {
 
 // All values without anything between them, so that a text across two of them is found.
 QString SearchReplace::joinedValues(const QString& itemName) const {
-  const Value values = state_.gDoc.call(u"GETITEMVALUE"_s, itemName);
+  const Value values = state_.gDoc.itemValue(itemName);
   if (values.typeName() == u"Empty") return {};
   if (values.upperBound() < 1) return textOf(values.at(0), host_.regional());
   QString text;
@@ -99,10 +98,10 @@ void SearchReplace::cmdSearchReplaceAll_Click() {
       return;
     }
     bool changed = false;
-    const Value items = state_.gDoc.get(u"ITEMS"_s);
-    for (const Value& item : items.values()) changed = replaceInItem(item.object()) || changed;
+    const Value items = state_.gDoc.items();
+    for (const Value& item : items.values()) changed = replaceInItem(NotesItem(item.object())) || changed;
     if (!changed) return;
-    state_.gDoc.call(u"SAVE"_s, true, false, true);
+    state_.gDoc.save(true, false, true);
     state_.gDoc.release();
     // Whatever the window showed: the document that is open in the client.
     form_.cmdGetDoc->raiseClick();
@@ -112,18 +111,18 @@ void SearchReplace::cmdSearchReplaceAll_Click() {
 }
 
 // True when the item was changed. Rich text is searched without regard to case, anything else exactly.
-bool SearchReplace::replaceInItem(const Object& item) {
-  const int type = itemType(item);
+bool SearchReplace::replaceInItem(const NotesItem& item) {
+  const int type = item.typeCode();
   const Replacement replacement{form_.txtSearch->text(), form_.txtReplace->text()};
   if (type == itemcode::RichText) {
     Statements step;
-    return replaceInRichText(step, item, replacement.search, replacement.replace);
+    return replaceInRichText(step, NotesRichTextItem(item), replacement.search, replacement.replace);
   }
-  const Value stored = item.get(u"Values"_s);
+  const Value stored = item.values();
   if (!stored.isArray()) return false;
   QVector<Value> values = stored.values();
   if (!replaceInValues(values, Places::All, type, replacement, host_.regional())) return false;
-  state_.gDoc.call(u"REPLACEITEMVALUE"_s, item.get(u"Name"_s), Value::array(values));
+  state_.gDoc.replaceItemValue(item.name(), Value::array(values));
   return true;
 }
 

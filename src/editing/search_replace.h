@@ -25,7 +25,7 @@ class SearchReplace {
   Found searchItems(Int16& row);
   bool holdsSearchText(const QString& text) const;
   QString joinedValues(const QString& itemName) const;
-  bool replaceInItem(const Object& item);
+  bool replaceInItem(const NotesItem& item);
 
   Form1& form_;
   Globals& state_;

@@ -11,7 +11,7 @@ AgentInfo::AgentInfo(Form1& form, Globals& state, CApi& api, Host& host)
     : form_(form), state_(state), api_(api), host_(host) {}
 
 // Each release has a box of its own, so that one that fails keeps no other handle open.
-void AgentInfo::ShowAgentInfo(const Object&, const QString& title) {
+void AgentInfo::ShowAgentInfo(const NotesDatabase&, const QString& title) {
   Opened opened;
   Shown shown;
   Left left = Left::NoteToClose;
@@ -29,7 +29,7 @@ void AgentInfo::ShowAgentInfo(const Object&, const QString& title) {
 // What failed is told by the handles and the note ID alone; no status is looked at.
 AgentInfo::Left AgentInfo::readAgent(const QString& title, Opened& opened, Shown& shown) {
   constexpr quint16 kAgents = 0x200;
-  const Object parent = state_.gDoc.get(u"PARENTDATABASE"_s).object();
+  const NotesDatabase parent = state_.gDoc.parentDatabase();
   api_.NotesInitExtended(0, QByteArray());
   api_.NSFDbOpen(networkPath(api_, parent), opened.db);
   if (opened.db == 0) {

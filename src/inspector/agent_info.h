@@ -20,7 +20,7 @@ class AgentInfo {
 
   // The agent is looked up by its title in the database of the current document; the database given is
   // not used. Where the record cannot be had the text shows one of zeros.
-  void ShowAgentInfo(const Object& database, const QString& title);
+  void ShowAgentInfo(const NotesDatabase& database, const QString& title);
 
  private:
   struct Opened {

@@ -14,15 +14,15 @@ DatabaseProperties::DatabaseProperties(Form1& form, Globals& state, Host& host)
 
 void DatabaseProperties::lastModified_DblClick() {
   if (state_.gDb.isNothing()) return;
-  state_.gDoc = state_.gDb.call(u"GETDOCUMENTBYID"_s, u"FFFF0010"_s).object();
+  state_.gDoc = state_.gDb.documentById(u"FFFF0010"_s);
   clearDocumentControls();
-  form_.idList->addItem(eightDigits(state_.gDoc.get(u"NoteID"_s).text()));
-  form_.NotesUID->setText(state_.gDoc.get(u"UNIVERSALID"_s).text());
+  form_.idList->addItem(eightDigits(state_.gDoc.noteId()));
+  form_.NotesUID->setText(state_.gDoc.universalId());
   form_.idList->refresh();
   form_.idList->setSelected(0, true);
   form_.cmdidList->raiseClick();
   // The listing may have shown an item in the content box; the legend takes its place.
-  const Value flags = state_.gDoc.call(u"GETITEMVALUE"_s, u"$Flags"_s);
+  const Value flags = state_.gDoc.itemValue(u"$Flags"_s);
   loadDBInfo(textOf(flags.at(0), host_.regional()));
 }
 

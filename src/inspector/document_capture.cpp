@@ -16,9 +16,9 @@ const QString kDecimalMode = u"DEC NoteID"_s;
 const QString kHexMode = u"HEX NoteID"_s;
 const QString kFile = u"$FILE"_s;
 
-QVector<Value> itemsOf(const Object& document, Continue& step) {
+QVector<Value> itemsOf(const NotesDocument& document, Continue& step) {
   QVector<Value> items;
-  step([&] { items = document.get(u"ITEMS"_s).values(); });
+  step([&] { items = document.items().values(); });
   return items;
 }
 
@@ -45,9 +45,7 @@ void DocumentCapture::cmdGetDoc_Click() {
     state_.gSession.release();
     return;
   }
-  step([&] {
-    form_.lastModified->setText(u"Database size: "_s + state_.gDb.get(u"Size"_s).text() + u" bytes");
-  });
+  step([&] { form_.lastModified->setText(u"Database size: "_s + state_.gDb.sizeText() + u" bytes"); });
   hideScanControls(step);
 
   state_.gDoc.release();
@@ -60,8 +58,7 @@ void DocumentCapture::cmdGetDoc_Click() {
 
   step([&] {
     const QString commonName = serverCommonName(routines_, state_.gDb);
-    form_.setWindowTitle(u"Current UI document in: "_s + state_.gDb.get(u"FILEPATH"_s).text() + u"!!" +
-                         commonName);
+    form_.setWindowTitle(u"Current UI document in: "_s + state_.gDb.filePath() + u"!!" + commonName);
   });
   clearDocumentControls(step, true);
   showDocumentId(step);
@@ -99,15 +96,15 @@ void DocumentCapture::cmdFldtype_Click() {
 }
 
 void DocumentCapture::openSession() {
-  state_.gUIWorkspace = notes_.create(u"Notes.NotesUIWorkSpace"_s);
-  state_.gSession = notes_.create(u"Notes.NotesSession"_s);
+  state_.gUIWorkspace = NotesUIWorkspace::of(notes_);
+  state_.gSession = NotesSession::ofClient(notes_);
 }
 
 // A session and a workspace of its own for every click. False when the client has no database open.
 bool DocumentCapture::openCurrentDatabase(Continue& step) {
-  step([&] { state_.gUIWorkspace = notes_.create(u"Notes.NotesUIWorkSpace"_s); });
-  step([&] { state_.gSession = notes_.create(u"Notes.NotesSession"_s); });
-  step([&] { state_.gDb = state_.gSession.get(u"CURRENTDATABASE"_s).object(); });
+  step([&] { state_.gUIWorkspace = NotesUIWorkspace::of(notes_); });
+  step([&] { state_.gSession = NotesSession::ofClient(notes_); });
+  step([&] { state_.gDb = state_.gSession.currentDatabase(); });
   return !state_.gDb.isNothing();
 }
 
@@ -123,16 +120,15 @@ void DocumentCapture::hideScanControls(Continue& step) {
 // With no open document the read fails and gDoc stays as it is.
 void DocumentCapture::takeOpenDocument(Continue& step) {
   step([&] {
-    const Object open = state_.gUIWorkspace.get(u"CURRENTDOCUMENT"_s).object();
-    state_.gDoc = open.get(u"DOCUMENT"_s).object();
+    const NotesUIDocument open = state_.gUIWorkspace.currentDocument();
+    state_.gDoc = open.document();
   });
 }
 
 void DocumentCapture::takeSelectedDocument(Continue& step) {
-  Object selected;
-  step([&] { selected = state_.gDb.get(u"UNPROCESSEDDOCUMENTS"_s).object(); });
-  if (step.holds([&] { return selected.get(u"count"_s).number() > 0; }))
-    step([&] { state_.gDoc = selected.call(u"GETFIRSTDOCUMENT"_s).object(); });
+  NotesDocumentCollection selected;
+  step([&] { selected = state_.gDb.unprocessedDocuments(); });
+  if (step.holds([&] { return selected.count() > 0; })) step([&] { state_.gDoc = selected.firstDocument(); });
 }
 
 void DocumentCapture::clearDocumentControls(Continue& step, bool clearType) {
@@ -148,9 +144,9 @@ void DocumentCapture::clearDocumentControls(Continue& step, bool clearType) {
 
 void DocumentCapture::showDocumentId(Continue& step) {
   QString id;
-  step([&] { id = eightDigits(state_.gDoc.get(u"NoteID"_s).text()); });
+  step([&] { id = eightDigits(state_.gDoc.noteId()); });
   step([&] { form_.idList->addItem(id); });
-  step([&] { form_.NotesUID->setText(state_.gDoc.get(u"UNIVERSALID"_s).text()); });
+  step([&] { form_.NotesUID->setText(state_.gDoc.universalId()); });
   form_.idList->refresh();
   step([&] { form_.idList->setSelected(0, true); });
 }
@@ -175,16 +171,16 @@ void DocumentCapture::listItems(Continue& step) {
   qsizetype width = 0;
   for (const Value& item : items)
     step([&] {
-      const QString name = item.object().get(u"Name"_s).text();
+      const QString name = NotesItem(item.object()).name();
       width = qMax(width, name.size() + kNameEnd.size());
     });
 
   QString name, text;  // a failing read leaves what the item before had
   for (const Value& item : items) {
-    step([&] { name = item.object().get(u"Name"_s).text(); });
-    step([&] { text = item.object().get(u"Text"_s).text(); });
+    step([&] { name = NotesItem(item.object()).name(); });
+    step([&] { text = NotesItem(item.object()).text(); });
     if (name == kFile) {
-      step([&] { text = item.object().get(u"Values"_s).at(0).text(); });
+      step([&] { text = NotesItem(item.object()).values().at(0).text(); });
       collectAttachmentSize(step, text);
     }
     step([&] { form_.fldList->addItem(fieldRow(name, width, text)); });
@@ -194,8 +190,8 @@ void DocumentCapture::listItems(Continue& step) {
 void DocumentCapture::collectAttachmentSize(Continue& step, const QString& fileName) {
   QString size;
   step([&] {
-    const Object file = state_.gDoc.call(u"GETATTACHMENT"_s, fileName).object();
-    size = file.get(u"FILESIZE"_s).text();
+    const NotesEmbeddedObject file = state_.gDoc.attachment(fileName);
+    size = file.fileSizeText();
   });
   // The name is held against the sizes; a file named like one of them is left out.
   bool equalsSize = false;
@@ -208,15 +204,15 @@ void DocumentCapture::listItemsOfType(Continue& step) {
   const QString wanted = form_.cmbFieldType->text();
   QString name, text;
   for (const Value& item : itemsOf(state_.gDoc, step)) {
-    step([&] { name = item.object().get(u"Name"_s).text(); });
+    step([&] { name = NotesItem(item.object()).name(); });
     // A type without a row in the table never matches: its look-up fails inside the test.
     const bool matches = step.holds([&] {
-      const Object first = state_.gDoc.call(u"GETFIRSTITEM"_s, name).object();
-      return wanted == state_.gDocTypes.item(first.get(u"Type"_s).text());
+      const NotesItem first = state_.gDoc.firstItem(name);
+      return wanted == state_.gDocTypes.item(first.typeText());
     });
     if (!matches) continue;
-    step([&] { text = item.object().get(u"Text"_s).text(); });
-    if (upperUnits(name) == kFile) step([&] { text = item.object().get(u"Values"_s).at(0).text(); });
+    step([&] { text = NotesItem(item.object()).text(); });
+    if (upperUnits(name) == kFile) step([&] { text = NotesItem(item.object()).values().at(0).text(); });
     step([&] { form_.fldList->addItem(fieldRow(name, 0, text)); });
   }
 }
@@ -240,12 +236,14 @@ void DocumentCapture::viewNotesID_Click() {
     form_.idList->setSelected(0, true);
     form_.txtFieldContent->setText(QString());
     openSession();
-    state_.gDb = state_.gSession.get(u"CURRENTDATABASE"_s).object();
-    if (!form_.NotesID->text().isEmpty() && !findDocument(u"GETDOCUMENTBYID", id, u"Invalid note ID")) return;
+    state_.gDb = state_.gSession.currentDatabase();
+    if (!form_.NotesID->text().isEmpty() &&
+        !findDocument(&NotesDatabase::documentById, id, u"Invalid note ID"))
+      return;
     if (!form_.NotesUID->text().isEmpty()) {
-      if (!findDocument(u"GETDOCUMENTBYUNID", id, u"Invalid universal ID")) return;
+      if (!findDocument(&NotesDatabase::documentByUnid, id, u"Invalid universal ID")) return;
       form_.idList->clear();
-      form_.idList->addItem(eightDigits(state_.gDoc.get(u"NoteID"_s).text()));
+      form_.idList->addItem(eightDigits(state_.gDoc.noteId()));
       form_.idList->refresh();
       form_.idList->setSelected(0, true);
     }
@@ -262,33 +260,31 @@ QString DocumentCapture::typedIdText() {
 
 // The failure of the look-up is read right behind it; with no database at hand the box, which names
 // it, fails too and nothing is shown.
-bool DocumentCapture::findDocument(const char16_t* member, const QString& id, const char16_t* complaint) {
+bool DocumentCapture::findDocument(LookUp lookUp, const QString& id, const char16_t* complaint) {
   Continue lookup;
-  lookup([&] { state_.gDoc = state_.gDb.call(QString::fromUtf16(member), id).object(); });
+  lookup([&] { state_.gDoc = (state_.gDb.*lookUp)(id); });
   if (lookup.number() == 0) return true;
   lookup([&] {
-    host_.messageBox(QString::fromUtf16(complaint), box::Critical,
-                     u"Db = "_s + state_.gDb.get(u"FileName"_s).text());
+    host_.messageBox(QString::fromUtf16(complaint), box::Critical, u"Db = "_s + state_.gDb.fileName());
   });
   return false;
 }
 
-bool DocumentCapture::CloseIfOpen(const Object& document) {
+bool DocumentCapture::CloseIfOpen(const NotesDocument& document) {
   bool closed = false;
   trapped(host_, {u"CloseIfOpen"_s}, [&] {
-    const Object workspace = notes_.create(u"Notes.NotesUIWorkSpace"_s);
-    const Object open = workspace.get(u"CURRENTDOCUMENT"_s).object();
-    const QString openId = open.get(u"DOCUMENT"_s).object().get(u"NoteID"_s).text();
-    if (document.get(u"NoteID"_s).text() != openId) return;
-    open.call(u"Close"_s);
+    const NotesUIWorkspace workspace = NotesUIWorkspace::of(notes_);
+    const NotesUIDocument open = workspace.currentDocument();
+    const QString openId = open.document().noteId();
+    if (document.noteId() != openId) return;
+    open.close();
     closed = true;
   });
   return closed;
 }
 
 void DocumentCapture::RefreshCurrentView() {
-  trapped(host_, {u"RefreshCurrentView"_s},
-          [this] { notes_.create(u"Notes.NotesUIWorkSpace"_s).call(u"VIEWREFRESH"_s); });
+  trapped(host_, {u"RefreshCurrentView"_s}, [this] { NotesUIWorkspace::of(notes_).viewRefresh(); });
 }
 
 void DocumentCapture::cmdDECHEX_Click() {

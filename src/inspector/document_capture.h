@@ -26,7 +26,7 @@ class DocumentCapture {
   void idList_DblClick();
 
   // True when the document was the one open on screen and has been closed.
-  bool CloseIfOpen(const Object& document);
+  bool CloseIfOpen(const NotesDocument& document);
   // Refreshes the view on top in the client.
   void RefreshCurrentView();
 
@@ -46,7 +46,8 @@ class DocumentCapture {
   void forEachSelectedRow(const std::function<void()>& use) const;
 
   QString typedIdText();
-  bool findDocument(const char16_t* member, const QString& id, const char16_t* complaint);
+  using LookUp = NotesDocument (NotesDatabase::*)(const QString& id) const;
+  bool findDocument(LookUp lookUp, const QString& id, const char16_t* complaint);
 
   Form1& form_;
   Globals& state_;

@@ -10,12 +10,10 @@
 namespace lens {
 namespace {
 
-constexpr int kRichText = 1;
-constexpr int kMime = 25;
 constexpr quint32 kRed = 255;
 
-bool hasType(Continue& step, const Object& item, int type) {
-  return step.holds([&] { return item.get(u"Type"_s).number() == type; });
+bool hasType(Continue& step, const NotesItem& item, int type) {
+  return step.holds([&] { return item.type() == type; });
 }
 
 }  // namespace
@@ -40,8 +38,8 @@ void FieldViewer::fldList_Click() {
   step([&] { form_.txtFieldContent->setText(QString()); });
   routines_.SetMousePtr(pointer::Hourglass);
   const QString name = fieldName(form_.fldList->text());
-  Object item;
-  step([&] { item = state_.gDoc.call(u"GETFIRSTITEM"_s, name).object(); });
+  NotesItem item;
+  step([&] { item = state_.gDoc.firstItem(name); });
   showFlags(step, item);
   step([&] { form_.lblSize->setText(sizeText(lowLevel_.ItemSizeOf(name))); });
 
@@ -51,18 +49,19 @@ void FieldViewer::fldList_Click() {
   endOfClick();
 }
 
-void FieldViewer::showFlags(Continue& step, const Object& item) {
-  const auto show = [&](CheckBox& box, const char16_t* member) {
-    box.setValue(step.holds([&] { return item.get(QString::fromUtf16(member)).boolean(); }) ? 1 : 0);
+void FieldViewer::showFlags(Continue& step, const NotesItem& item) {
+  const auto show = [&](CheckBox& box, bool (NotesItem::*isSet)() const) {
+    box.setValue(step.holds([&] { return (item.*isSet)(); }) ? 1 : 0);
   };
-  show(*form_.chkSummary, u"ISSUMMARY");
-  show(*form_.chkEncrypted, u"ISENCRYPTED");
-  show(*form_.chkSigned, u"ISSIGNED");
-  show(*form_.chkProtected, u"ISPROTECTED");
+  show(*form_.chkSummary, &NotesItem::isSummary);
+  show(*form_.chkEncrypted, &NotesItem::isEncrypted);
+  show(*form_.chkSigned, &NotesItem::isSigned);
+  show(*form_.chkProtected, &NotesItem::isProtected);
 }
 
 // Items whose content the object model does not give.
-FieldViewer::Special FieldViewer::showSpecialItem(Continue& step, const QString& name, const Object& item) {
+FieldViewer::Special FieldViewer::showSpecialItem(Continue& step, const QString& name,
+                                                  const NotesItem& item) {
   if (name == u"$AssistAction") {
     form_.txtFieldName->setText(name);
     step([&] { form_.txtFieldContent->setText(lowLevel_.DecodeAssistAction(name)); });
@@ -79,11 +78,11 @@ FieldViewer::Special FieldViewer::showSpecialItem(Continue& step, const QString&
   return Special::No;
 }
 
-void FieldViewer::showItem(Continue& step, const QString& name, const Object& item) {
+void FieldViewer::showItem(Continue& step, const QString& name, const NotesItem& item) {
   QString text = valuesAsText(step, name);
-  if (hasType(step, item, kRichText)) {
-    step([&] { text = item.call(u"GETFORMATTEDTEXT"_s, true, 1000).text(); });
-  } else if (text.isEmpty() && hasType(step, item, kMime)) {
+  if (hasType(step, item, itemcode::RichText)) {
+    step([&] { text = NotesRichTextItem(item).formattedText(true, 1000); });
+  } else if (text.isEmpty() && hasType(step, item, itemcode::MimePart)) {
     text = mimeText(step);
   }
   // The row holds the file name and the formula already.
@@ -102,7 +101,7 @@ void FieldViewer::showItem(Continue& step, const QString& name, const Object& it
 QString FieldViewer::valuesAsText(Continue& step, const QString& name) {
   QString text;
   Value values;
-  step([&] { values = state_.gDoc.call(u"GETITEMVALUE"_s, name); });
+  step([&] { values = state_.gDoc.itemValue(name); });
   if (step.holds([&] { return values.upperBound() >= 1; })) {
     for (const Value& value : values.values())
       step([&] { text += textOf(value, host_.regional()) + u"\r\n"; });
@@ -117,25 +116,25 @@ QString FieldViewer::valuesAsText(Continue& step, const QString& name) {
 QString FieldViewer::mimeText(Continue& step) {
   QString text;
   step([&] { sessions_.ensureSession(); });
-  step([&] { state_.gSession.set(u"CONVERTMIME"_s, false); });
-  Object entity;
-  step([&] { entity = state_.gDoc.call(u"GETMIMEENTITY"_s).object(); });
+  step([&] { state_.gSession.setConvertMime(false); });
+  NotesMIMEEntity entity;
+  step([&] { entity = state_.gDoc.mimeEntity(); });
   if (entity) {
-    const bool multipart = step.holds([&] { return entity.get(u"CONTENTTYPE"_s).text() == u"multipart"_s; });
+    const bool multipart = step.holds([&] { return entity.contentType() == u"multipart"_s; });
     if (multipart) {
-      Object part;
-      step([&] { part = entity.call(u"GETFIRSTCHILDENTITY"_s).object(); });
+      NotesMIMEEntity part;
+      step([&] { part = entity.firstChildEntity(); });
       while (part) {
-        step([&] { text += part.get(u"CONTENTASTEXT"_s).text(); });
-        Object next;
-        step([&] { next = part.call(u"GETNEXTSIBLING"_s).object(); });
+        step([&] { text += part.contentAsText(); });
+        NotesMIMEEntity next;
+        step([&] { next = part.nextSibling(); });
         part = next;
       }
     } else {
-      step([&] { text = entity.get(u"CONTENTASTEXT"_s).text(); });
+      step([&] { text = entity.contentAsText(); });
     }
   }
-  step([&] { state_.gSession.set(u"CONVERTMIME"_s, true); });
+  step([&] { state_.gSession.setConvertMime(true); });
   return text;
 }
 
@@ -166,8 +165,8 @@ Int16 FieldViewer::nextHit(const QString& content, const QString& wanted, qsizet
 }
 
 // A type without a row in the table leaves the box as it was.
-void FieldViewer::showTypeSentence(Continue& step, const Object& item) {
-  step([&] { form_.cmbFieldType->setText(state_.gDocTypes.item(item.get(u"Type"_s).text())); });
+void FieldViewer::showTypeSentence(Continue& step, const NotesItem& item) {
+  step([&] { form_.cmbFieldType->setText(state_.gDocTypes.item(item.typeText())); });
 }
 
 void FieldViewer::endOfClick() {
@@ -198,21 +197,21 @@ void FieldViewer::cmdidList_Click() {
 void FieldViewer::takeDocument(const QString& id) {
   if (id.size() != 8) return;
   state_.gDoc.release();
-  state_.gDoc = state_.gDb.call(u"GETDOCUMENTBYID"_s, id).object();
+  state_.gDoc = state_.gDb.documentById(id);
 }
 
 void FieldViewer::listItems(const QString& designName) {
-  form_.NotesUID->setText(state_.gDoc.get(u"UNIVERSALID"_s).text());
-  const Value items = state_.gDoc.get(u"ITEMS"_s);
+  form_.NotesUID->setText(state_.gDoc.universalId());
+  const Value items = state_.gDoc.items();
   QStringList names;
   qsizetype width = 0;
   for (const Value& item : items.values()) {
-    names += item.object().get(u"Name"_s).text();
+    names += NotesItem(item.object()).name();
     width = qMax(width, names.last().size() + kNameEnd.size());
   }
   const bool listsViews = form_.lstDesigns->text() == u"SELECTVIEWS";
   for (int i = 0; i < names.size(); ++i) {
-    const Object item = items.at(i).object();
+    const NotesItem item = items.at(i).object();
     QString text = firstValueText(item, names[i]);
     if (listsViews && upperUnits(names[i]) == u"$FORMULA")
       text = showSelectionFormula(item, names[i], designName);
@@ -220,24 +219,24 @@ void FieldViewer::listItems(const QString& designName) {
   }
 }
 
-QString FieldViewer::firstValueText(const Object& item, const QString& name) const {
-  const Value values = state_.gDoc.call(u"GETITEMVALUE"_s, name);
+QString FieldViewer::firstValueText(const NotesItem& item, const QString& name) const {
+  const Value values = state_.gDoc.itemValue(name);
   if (values.typeName() == u"Empty") return {};
   // Several attachments share one name; each row shows its own.
   const bool file = upperUnits(name) == u"$FILE";
-  return textOf((file ? item.get(u"Values"_s) : values).at(0), host_.regional());
+  return textOf((file ? item.values() : values).at(0), host_.regional());
 }
 
-QString FieldViewer::showSelectionFormula(const Object& item, const QString& name,
+QString FieldViewer::showSelectionFormula(const NotesItem& item, const QString& name,
                                           const QString& designName) {
-  const Object view = state_.gDb.call(u"GETVIEW"_s, designName).object();
-  const QString formula = view.get(u"SELECTIONFORMULA"_s).text();
+  const NotesView view = state_.gDb.view(designName);
+  const QString formula = view.selectionFormula();
   form_.txtFieldContent->setText(widenLineFeeds(formula));
   form_.txtFieldName->setText(name);
-  form_.chkSummary->setValue(item.get(u"ISSUMMARY"_s).boolean() ? 1 : 0);
-  form_.chkEncrypted->setValue(item.get(u"ISENCRYPTED"_s).boolean() ? 1 : 0);
-  form_.chkSigned->setValue(item.get(u"ISSIGNED"_s).boolean() ? 1 : 0);
-  form_.chkProtected->setValue(item.get(u"ISPROTECTED"_s).boolean() ? 1 : 0);
+  form_.chkSummary->setValue(item.isSummary() ? 1 : 0);
+  form_.chkEncrypted->setValue(item.isEncrypted() ? 1 : 0);
+  form_.chkSigned->setValue(item.isSigned() ? 1 : 0);
+  form_.chkProtected->setValue(item.isProtected() ? 1 : 0);
   form_.lblSize->setText(sizeText(lowLevel_.ItemSizeOf(u"$FORMULA"_s)));
   return formula;
 }

@@ -28,20 +28,20 @@ class FieldViewer {
 
  private:
   enum class Special { No, Shown, LeaveAtOnce };
-  Special showSpecialItem(Continue& step, const QString& name, const Object& item);
-  void showFlags(Continue& step, const Object& item);
-  void showItem(Continue& step, const QString& name, const Object& item);
+  Special showSpecialItem(Continue& step, const QString& name, const NotesItem& item);
+  void showFlags(Continue& step, const NotesItem& item);
+  void showItem(Continue& step, const QString& name, const NotesItem& item);
   QString valuesAsText(Continue& step, const QString& name);
   QString mimeText(Continue& step);
   void markSearchText(Continue& step);
   Int16 nextHit(const QString& content, const QString& wanted, qsizetype from) const;
-  void showTypeSentence(Continue& step, const Object& item);
+  void showTypeSentence(Continue& step, const NotesItem& item);
   void endOfClick();
 
   void takeDocument(const QString& id);
   void listItems(const QString& designName);
-  QString firstValueText(const Object& item, const QString& name) const;
-  QString showSelectionFormula(const Object& item, const QString& name, const QString& designName);
+  QString firstValueText(const NotesItem& item, const QString& name) const;
+  QString showSelectionFormula(const NotesItem& item, const QString& name, const QString& designName);
   void showBody();
 
   Form1& form_;

@@ -1,6 +1,6 @@
 #include "inspector/type_table.h"
 
-#include "notes/item_type_sentences.h"
+#include "notes/item_types.h"
 #include "notes/literals.h"
 #include "shell/error_modes.h"
 

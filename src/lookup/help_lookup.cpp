@@ -8,7 +8,6 @@
 namespace lens {
 namespace {
 
-constexpr int kDatabasesAndTemplates = 1246;
 const QString kFileName = u"designer.nsf"_s;
 
 // Items and values of the help as its release has them.
@@ -19,11 +18,12 @@ const QString kScript =
 const QString kJava =
     u"SELECT TopicType != \"F1only\" & TopicType = \"About\" & @Left(_Parent;10) = \"H_10_NOTES\""_s;
 
-void forEachDocument(const Object& documents, const std::function<void(const Object&)>& use) {
-  Object document = documents.call(u"GETFIRSTDOCUMENT"_s).object();
+void forEachDocument(const NotesDocumentCollection& documents,
+                     const std::function<void(const NotesDocument&)>& use) {
+  NotesDocument document = documents.firstDocument();
   while (!document.isNothing()) {
     use(document);
-    document = documents.call(u"GETNEXTDOCUMENT"_s, document).object();
+    document = documents.nextDocument(document);
   }
 }
 
@@ -49,21 +49,21 @@ void HelpLookup::cmdJava_Click() {
 }
 
 void HelpLookup::cmdHLP_Click() {
-  look([this](const Object& help) { return help.call(u"FTSEARCH"_s, form_.txtSearch->text(), 0).object(); });
+  look([this](const NotesDatabase& help) { return help.fullTextSearch(form_.txtSearch->text(), 0); });
 }
 
 void HelpLookup::lookByFormula(const QString& formula) {
-  look([&](const Object& help) { return help.call(u"SEARCH"_s, formula, Object(), 0).object(); });
+  look([&](const NotesDatabase& help) { return help.search(formula, 0); });
 }
 
 // Without a hit the old rows stay and are counted.
 void HelpLookup::look(const Selection& select) {
   if (state_.gSession.isNothing()) return;
-  const Object help = findHelp();
+  const NotesDatabase help = findHelp();
   if (help.isNothing()) return;
-  const Object topics = select(help);
+  const NotesDocumentCollection topics = select(help);
   if (!topics.isNothing()) {
-    if (topics.get(u"count"_s).number() > 0) listTopics(topics);
+    if (topics.count() > 0) listTopics(topics);
     form_.lblCounter->setText(QString::number(Int16(form_.idList->listCount())));
   }
   host_.setPointer(pointer::Default);
@@ -71,35 +71,35 @@ void HelpLookup::look(const Selection& select) {
 
 // The first file whose path holds the name, in a subdirectory as well; it is opened locally even where the
 // directory of a server told of it.
-Object HelpLookup::findHelp() {
-  const Object directory = state_.gSession.call(u"GETDBDIRECTORY"_s, state_.gServer).object();
-  Object file = directory.call(u"GETFIRSTDATABASE"_s, kDatabasesAndTemplates).object();
+NotesDatabase HelpLookup::findHelp() {
+  const NotesDbDirectory directory = state_.gSession.dbDirectory(state_.gServer);
+  NotesDatabase file = directory.firstDatabase(NotesDbDirectory::kDatabasesAndTemplates);
   while (!file.isNothing()) {
-    const QString path = file.get(u"FILEPATH"_s).text();
+    const QString path = file.filePath();
     if (path.toLower().contains(kFileName)) {
-      const Object help = state_.gSession.call(u"GETDATABASE"_s, QString(), path).object();
+      const NotesDatabase help = state_.gSession.database(QString(), path);
       state_.gDb = help;
       return help;
     }
-    file = directory.call(u"GETNEXTDATABASE"_s).object();
+    file = directory.nextDatabase();
   }
   return {};
 }
 
 // The width of the column is known only when all subjects have been seen.
-void HelpLookup::listTopics(const Object& topics) {
+void HelpLookup::listTopics(const NotesDocumentCollection& topics) {
   form_.idList->clear();
   host_.setPointer(pointer::Hourglass);
   qsizetype width = 0;
-  forEachDocument(topics, [&](const Object& topic) { width = qMax(width, subjectOf(topic).size()); });
-  forEachDocument(topics, [&](const Object& topic) {
-    const QString id = eightDigits(topic.get(u"NoteID"_s).text());
+  forEachDocument(topics, [&](const NotesDocument& topic) { width = qMax(width, subjectOf(topic).size()); });
+  forEachDocument(topics, [&](const NotesDocument& topic) {
+    const QString id = eightDigits(topic.noteId());
     form_.idList->addItem(subjectOf(topic).leftJustified(width) + kIdMark + id);
   });
 }
 
-QString HelpLookup::subjectOf(const Object& topic) {
-  const Value values = topic.call(u"GETITEMVALUE"_s, u"Subject"_s);
+QString HelpLookup::subjectOf(const NotesDocument& topic) {
+  const Value values = topic.itemValue(u"Subject"_s);
   return textOf(values.at(0), host_.regional());
 }
 

@@ -20,12 +20,12 @@ class HelpLookup {
   void cmdHLP_Click();
 
  private:
-  using Selection = std::function<Object(const Object& help)>;
+  using Selection = std::function<NotesDocumentCollection(const NotesDatabase& help)>;
   void look(const Selection& select);
   void lookByFormula(const QString& formula);
-  Object findHelp();
-  void listTopics(const Object& topics);
-  QString subjectOf(const Object& topic);
+  NotesDatabase findHelp();
+  void listTopics(const NotesDocumentCollection& topics);
+  QString subjectOf(const NotesDocument& topic);
 
   Form1& form_;
   Globals& state_;

@@ -12,9 +12,9 @@ QByteArray networkPath(CApi& api, const QString& server, const QString& filePath
   return buffer.trimmed().replace('\0', "").trimmed();
 }
 
-QByteArray networkPath(CApi& api, const Object& database) {
-  const QString server = database.get(u"server"_s).text();
-  return networkPath(api, server, database.get(u"FILEPATH"_s).text());
+QByteArray networkPath(CApi& api, const NotesDatabase& database) {
+  const QString server = database.server();
+  return networkPath(api, server, database.filePath());
 }
 
 qint64 contentLength(quint16 itemType, quint32 valueLength) {

@@ -4,15 +4,15 @@
 #include <QByteArray>
 #include <QString>
 
-#include "notes/bridge.h"
 #include "notes/capi.h"
+#include "notes/objects/database.h"
 
 namespace lens {
 
 // The network path that NSFDbOpen takes.
 QByteArray networkPath(CApi& api, const QString& server, const QString& filePath);
 // The same of an open database, which is asked for its server and then for its file.
-QByteArray networkPath(CApi& api, const Object& database);
+QByteArray networkPath(CApi& api, const NotesDatabase& database);
 
 // Bytes that a stored value takes for the user: some types carry words that are none of the content.
 // Attachments have their size elsewhere.

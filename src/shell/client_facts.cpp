@@ -4,13 +4,13 @@
 
 namespace lens {
 
-QString serverCommonName(Routines& routines, const Object& database) {
-  const QString server = database.get(u"server"_s).text();
+QString serverCommonName(Routines& routines, const NotesDatabase& database) {
+  const QString server = database.server();
   return routines.LeftFrom(routines.RightFrom(server, u"CN="_s), u"/"_s);
 }
 
-bool hasNoteCollections(const Object& session) {
-  const QString release = session.get(u"NOTESVERSION"_s).text();
+bool hasNoteCollections(const NotesSession& session) {
+  const QString release = session.notesVersion();
   return release.left(9) >= u"Release 5"_s;
 }
 

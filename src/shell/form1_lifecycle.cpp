@@ -103,7 +103,6 @@ void Form1Lifecycle::cmdEnd_Click() {
     state_.gSession.release();
     state_.gDb.release();
     state_.gUIWorkspace.release();
-    privateReference_.release();
     state_.gDoc.release();
     state_.gEnding = true;
     host_.endProcess();
@@ -149,7 +148,7 @@ void Form1Lifecycle::MakeClip(const QString& fileName) {
   sessions_.ensureSession();
   const NotesInit init(api_);
   api_.NSFDbCreate(toCodePage(fileName), kClipboardClass, -1);
-  state_.gSession.call(u"GETDATABASE"_s, QString(), fileName);
+  state_.gSession.database(QString(), fileName);
 }
 
 void Form1Lifecycle::mnuBarHide_Click() {

@@ -61,7 +61,6 @@ class Form1Lifecycle {
   SessionRoutines& sessions_;
   ServerLists& servers_;
   WindowLayout& layout_;
-  Object privateReference_;
   QPointer<About> about_;
 };
 

@@ -5,18 +5,18 @@
 #include <QString>
 #include <QStringList>
 
-#include "notes/bridge.h"
+#include "notes/objects/session.h"
 #include "shell/keyed_collection.h"
 
 namespace lens {
 
 struct Globals {
-  Object gSession;      // back-end kind after the start, the client's from the first capture on
-  Object gUIWorkspace;  // from one capture to the next
-  Object gDb;           // database of the last listing
-  Object gDoc;          // document behind fldList
-  Object gRTItem;       // rich text item in work
-  Object gNoteColl;     // note collection of the design browser
+  NotesSession gSession;          // back-end kind after the start, the client's from the first capture on
+  NotesUIWorkspace gUIWorkspace;  // from one capture to the next
+  NotesDatabase gDb;              // database of the last listing
+  NotesDocument gDoc;             // document behind fldList
+  NotesRichTextItem gRTItem;      // rich text item in work
+  NotesNoteCollection gNoteColl;  // note collection of the design browser
 
   QString gDataDir;  // Notes data directory, read once at the start
   QString gServer;   // server of the last listing of databases; empty for this machine

@@ -23,12 +23,12 @@ void LowLevelReading::withStoredItem(const QString& name, const std::function<vo
 
 void LowLevelReading::openStoredItem(const QString& name, DbHandle& db,
                                      const std::function<void(const StoredItem&)>& use) {
-  const Object database = state_.gDoc.get(u"PARENTDATABASE"_s).object();
+  const NotesDatabase database = state_.gDoc.parentDatabase();
   api_.NotesInitExtended(0, QByteArray());
   api_.NSFDbOpen(networkPath(api_, database), db);
   if (db == 0) return;
   NoteHandle note = 0;
-  api_.NSFNoteOpen(db, hexToInt32(state_.gDoc.get(u"NoteID"_s).text()), 0, note);
+  api_.NSFNoteOpen(db, hexToInt32(state_.gDoc.noteId()), 0, note);
   if (note == 0) return;
   const QByteArray itemName = toCodePage(name);
   StoredItem item;

@@ -45,13 +45,13 @@ void ServerLists::GetServerList2(const QString& window) {
 
 ServerLists::AddressBook ServerLists::firstPublicBook() const {
   AddressBook found;
-  const Value books = state_.gSession.get(u"ADDRESSBOOKS"_s);
+  const Value books = state_.gSession.addressBooks();
   if (books.isEmpty()) return found;
   for (const Value& element : books.values()) {
-    const Object book = element.object();
-    if (!book.get(u"ISPUBLICADDRESSBOOK"_s).boolean() || found.found) continue;
-    found.server = routines_.AbbreviateName(book.get(u"server"_s).text());
-    found.path = book.get(u"FILEPATH"_s).text();
+    const NotesDatabase book = element.object();
+    if (!book.isPublicAddressBook() || found.found) continue;
+    found.server = routines_.AbbreviateName(book.server());
+    found.path = book.filePath();
     found.found = true;
   }
   return found;
@@ -59,29 +59,29 @@ ServerLists::AddressBook ServerLists::firstPublicBook() const {
 
 // A book that cannot be opened raises or comes unopened, as its side of the door has it: both leave the
 // list without servers.
-Object ServerLists::openBook(const AddressBook& found) const {
+NotesDatabase ServerLists::openBook(const AddressBook& found) const {
   try {
-    return state_.gSession.call(u"GETDATABASE"_s, found.server, found.path).object();
+    return state_.gSession.database(found.server, found.path);
   } catch (const RuntimeError&) {
     return {};
   }
 }
 
 void ServerLists::fillFromBook(const AddressBook& found, const QVector<ComboBox*>& boxes) {
-  const Object book = openBook(found);
-  if (!book || !book.get(u"ISOPEN"_s).boolean()) {
+  const NotesDatabase book = openBook(found);
+  if (!book || !book.isOpen()) {
     setTexts(boxes, kLocal);
     return;
   }
   addRows(boxes, kLocal);
-  const Object view = book.call(u"GETVIEW"_s, u"($Servers)"_s).object();
-  Object document = view.call(u"GETFIRSTDOCUMENT"_s).object();
+  const NotesView view = book.view(u"($Servers)"_s);
+  NotesDocument document = view.firstDocument();
   while (document) {
-    const Value names = document.call(u"GETITEMVALUE"_s, u"ServerName"_s);
+    const Value names = document.itemValue(u"ServerName"_s);
     addRows(boxes, names.at(0).text());
-    document = view.call(u"GETNEXTDOCUMENT"_s, document).object();
+    document = view.nextDocument(document);
   }
-  const QString server = book.get(u"server"_s).text();
+  const QString server = book.server();
   setTexts(boxes, server.isEmpty() ? kLocal : server);
 }
 

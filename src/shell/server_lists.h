@@ -37,7 +37,7 @@ class ServerLists {
     QString path;
   };
   AddressBook firstPublicBook() const;
-  Object openBook(const AddressBook& book) const;
+  NotesDatabase openBook(const AddressBook& book) const;
   void fillFromBook(const AddressBook& book, const QVector<ComboBox*>& boxes);
   void addListedServers(const char* list);
 

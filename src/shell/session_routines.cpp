@@ -5,9 +5,9 @@ namespace lens {
 void SessionRoutines::GetSessionProbe() {
   try {
     if (state_.gSession.isNothing()) {
-      state_.gSession = notes_.create(u"Lotus.NotesSession"_s);
-      state_.gSession.call(u"Initialize"_s);
-      state_.gSession.get(u"USERNAME"_s);
+      state_.gSession = NotesSession::ofBackEnd(notes_);
+      state_.gSession.initialize();
+      state_.gSession.userName();
     }
   } catch (const RuntimeError& error) {
     host_.messageBox(u"Start NotesClient !!!  "_s + error.description(), box::Critical);
@@ -15,12 +15,12 @@ void SessionRoutines::GetSessionProbe() {
 }
 
 void SessionRoutines::ensureSession() {
-  if (state_.gSession.isNothing()) state_.gSession = notes_.create(u"Notes.NotesSession"_s);
+  if (state_.gSession.isNothing()) state_.gSession = NotesSession::ofClient(notes_);
 }
 
 QString SessionRoutines::systemEntry(const QString& name) {
   ensureSession();
-  return state_.gSession.call(u"GETENVIRONMENTSTRING"_s, name, true).text();
+  return state_.gSession.environmentString(name, true);
 }
 
 }  // namespace lens

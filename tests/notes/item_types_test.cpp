@@ -1,4 +1,4 @@
-#include "notes/item_type_sentences.h"
+#include "notes/item_types.h"
 
 #include <gtest/gtest.h>
 
@@ -26,7 +26,7 @@ TEST(ItemTypeTable, HasThirtyRowsWithKeysOfTheirOwnInAlphabeticalOrder) {
 
 TEST(ItemTypeTable, SaysItsCodeInBracketsSaveForTheErrorItem) {
   for (const ItemTypeRow& row : itemTypeTable()) {
-    const QString number = row.code == 156 ? u"(256)"_s : u"(%1)"_s.arg(row.code);
+    const QString number = row.code == itemcode::ErrorItem ? u"(256)"_s : u"(%1)"_s.arg(row.code);
     EXPECT_TRUE(QString::fromLatin1(row.sentence).contains(number)) << row.sentence;
   }
 }
