@@ -23,6 +23,7 @@
 #include "lookup/help_lookup.h"
 #include "notes/bridge.h"
 #include "notes/capi.h"
+#include "shell/desk.h"
 #include "shell/form1.h"
 #include "shell/form1_lifecycle.h"
 #include "shell/globals.h"
@@ -48,6 +49,7 @@ class Application {
   SessionRoutines sessions;
   ServerLists servers;
   WindowLayout layout;
+  Desk desk;
   Form1Lifecycle lifecycle;
   DocumentCapture capture;
   LowLevelReading lowLevel;

@@ -58,9 +58,7 @@ void Launcher::openClient() {
   client_->setAttribute(Qt::WA_ShowWithoutActivating, false);
   // Closing the client window hides it; the panel that names the source brings it back.
   application_->form.sbrMain->setToolTip(u"Click on the source to show the client window"_s);
-  application_->form.sbrMain->panelClick = [this](const QString& key) {
-    if (key == u"Source") showClient();
-  };
+  application_->form.sbrMain->panelClick = [this](const QString& key) { sbrMain_PanelClick(key); };
 }
 
 template <class Statements>
@@ -80,6 +78,10 @@ void Launcher::openWorkspace() {
   if (!tell([this] { workspace_ = Workspace::open(workspaceDirectory(), host_.regional()); })) return;
   tell([this] { fillFirstTime(*workspace_); });
   tell([this] { firstDatabase_ = openSampleMail(*workspace_); });
+}
+
+void Launcher::sbrMain_PanelClick(const QString& key) {
+  if (key == u"Source") showClient();
 }
 
 void Launcher::showClient() {

@@ -31,6 +31,7 @@ class Launcher {
   template <class Statements>
   bool tell(Statements&& statements);
   void openClient();
+  void sbrMain_PanelClick(const QString& key);
   void showClient();
 
   Host& host_;

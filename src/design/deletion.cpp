@@ -27,68 +27,67 @@ QString statusNumber(Status status) {
 
 }  // namespace
 
-Deletion::Deletion(Form1& form, Globals& state, CApi& api, Host& host, Routines& routines)
-    : form_(form), state_(state), api_(api), host_(host), routines_(routines) {
-  form_.cmdDelete->click = [this] { cmdDelete_Click(); };
+Deletion::Deletion(Desk& desk) : desk_(desk) {
+  desk_.form.cmdDelete->click = [this] { cmdDelete_Click(); };
 }
 
 void Deletion::cmdDelete_Click() {
   try {
     removeMarkedRows();
   } catch (const RuntimeError& error) {
-    host_.messageBox(error.description(), box::Critical, u"Remove Profiles"_s);
+    desk_.host.messageBox(error.description(), box::Critical, u"Remove Profiles"_s);
   }
 }
 
 // After a removal the walk begins again at the first row, unless the removed row was the last one.
 void Deletion::removeMarkedRows() {
-  const int last = form_.idList->listCount();
-  for (int row = 0; row < last && row < form_.idList->listCount();) {
-    const Walk walk = form_.idList->selected(row) ? removeNoteOf(row) : Walk::GoesOn;
+  const int last = desk_.form.idList->listCount();
+  for (int row = 0; row < last && row < desk_.form.idList->listCount();) {
+    const Walk walk = desk_.form.idList->selected(row) ? removeNoteOf(row) : Walk::GoesOn;
     if (walk == Walk::Ends) return;
     if (walk == Walk::GoesOn)
       ++row;
-    else if (row < form_.idList->listCount())
+    else if (row < desk_.form.idList->listCount())
       row = 0;
   }
-  form_.idList->refresh();
+  desk_.form.idList->refresh();
 }
 
 Deletion::Walk Deletion::removeNoteOf(int row) {
-  const QString noteId = listedNoteId(form_.idList->list(row));
+  const QString noteId = listedNoteId(desk_.form.idList->list(row));
   // Whatever is left here would be removed when the look-up fails.
-  state_.gDoc.release();
+  desk_.state.gDoc.release();
   Continue lookup;
-  lookup([&] { state_.gDoc = state_.gDb.documentById(noteId); });
-  if (state_.gDoc.isNothing()) return removeById(noteId);
+  lookup([&] { desk_.state.gDoc = desk_.state.gDb.documentById(noteId); });
+  if (desk_.state.gDoc.isNothing()) return removeById(noteId);
   removeDocument(row);
   return Walk::StartsAnew;
 }
 
 // No part of the window shows the document afterwards.
 void Deletion::removeDocument(int row) {
-  state_.gDoc.remove(true);
-  state_.gDoc.release();
-  form_.idList->removeItem(row);
-  form_.idList->refresh();
-  form_.fldList->clear();
-  form_.NotesUID->setText(QString());
-  form_.txtFieldName->setText(QString());
-  form_.cmbFieldType->setText(QString());  // its rows stay
-  form_.txtFieldContent->setText(QString());
+  desk_.state.gDoc.remove(true);
+  desk_.state.gDoc.release();
+  desk_.form.idList->removeItem(row);
+  desk_.form.idList->refresh();
+  desk_.form.fldList->clear();
+  desk_.form.NotesUID->setText(QString());
+  desk_.form.txtFieldName->setText(QString());
+  desk_.form.cmbFieldType->setText(QString());  // its rows stay
+  desk_.form.txtFieldContent->setText(QString());
   refreshCurrentView.raise();
 }
 
 Deletion::Walk Deletion::removeById(const QString& noteId) {
   if (noteId.isEmpty()) return Walk::Ends;
-  if (state_.gDb.isNothing()) {
-    host_.messageBox(exact::kNoDatabase);
+  if (desk_.state.gDb.isNothing()) {
+    desk_.host.messageBox(exact::kNoDatabase);
     return Walk::Ends;
   }
-  const QString failure = DeleteNoteLowLevel(state_.gDb, noteId);
+  const QString failure = DeleteNoteLowLevel(desk_.state.gDb, noteId);
   const QString text =
       failure.isEmpty() ? u"Successfully deleted NoteID "_s + noteId : QString(failure + u' ' + noteId);
-  host_.messageBox(text, box::Information, u"Remove doc"_s);
+  desk_.host.messageBox(text, box::Information, u"Remove doc"_s);
   return Walk::GoesOn;
 }
 
@@ -97,23 +96,24 @@ Deletion::Walk Deletion::removeById(const QString& noteId) {
 QString Deletion::DeleteNoteLowLevel(const NotesDatabase& database, const QString& noteIdText) {
   DbHandle db = 0;
   try {
-    api_.NotesInitExtended(0, QByteArray());
+    desk_.api.NotesInitExtended(0, QByteArray());
     const QString server = database.server();
     const QString filePath = database.filePath();
     QByteArray path(kPathSize, '\0');
-    api_.OSPathNetConstruct(0, toCodePage(server), toCodePage(filePath), path);
-    if (const Status status = api_.NSFDbOpen(upToNul(path), db); status != 0)
+    desk_.api.OSPathNetConstruct(0, toCodePage(server), toCodePage(filePath), path);
+    if (const Status status = desk_.api.NSFDbOpen(upToNul(path), db); status != 0)
       return u"Cannot open database "_s + filePath + u" on server " + server + u". Error was " +
-             statusNumber(status) + u": " + routines_.GetAPIError(status);
+             statusNumber(status) + u": " + desk_.routines.GetAPIError(status);
     QString result;
-    if (const Status status = api_.NSFNoteDelete(db, eightDigitId(noteIdText), kForce | kNoStub); status != 0)
+    if (const Status status = desk_.api.NSFNoteDelete(db, eightDigitId(noteIdText), kForce | kNoStub);
+        status != 0)
       result = u"Unable to delete doc. Error was "_s + statusNumber(status) + u": " +
-               routines_.GetAPIError(status);
-    api_.NSFDbClose(db);
-    api_.NotesTerm();
+               desk_.routines.GetAPIError(status);
+    desk_.api.NSFDbClose(db);
+    desk_.api.NotesTerm();
     return result;
   } catch (const RuntimeError& error) {
-    if (db != 0) api_.NSFDbClose(db);
+    if (db != 0) desk_.api.NSFDbClose(db);
     return u"Notes error "_s + QString::number(error.number()) + u" occurred: " + error.description();
   }
 }

@@ -6,17 +6,13 @@
 #pragma once
 
 #include "controls/event.h"
-#include "host/host.h"
-#include "notes/capi.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
-#include "shell/routines.h"
+#include "shell/desk.h"
 
 namespace lens {
 
 class Deletion {
  public:
-  Deletion(Form1& form, Globals& state, CApi& api, Host& host, Routines& routines);
+  explicit Deletion(Desk& desk);
 
   // Refreshes the view on top in the client; the inspector knows how.
   Event<> refreshCurrentView;
@@ -32,11 +28,7 @@ class Deletion {
   void removeDocument(int row);
   Walk removeById(const QString& noteId);
 
-  Form1& form_;
-  Globals& state_;
-  CApi& api_;
-  Host& host_;
-  Routines& routines_;
+  Desk& desk_;
 };
 
 }  // namespace lens

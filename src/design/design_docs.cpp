@@ -22,20 +22,19 @@ qint32 oneMore(qint32 counter) {
 
 }  // namespace
 
-DesignDocs::DesignDocs(Form1& form, Globals& state, Host& host, Routines& routines)
-    : form_(form), state_(state), host_(host), routines_(routines) {}
+DesignDocs::DesignDocs(Desk& desk) : desk_(desk) {}
 
 void DesignDocs::cmdDesignDocs_Click() {
-  trapped(host_, {u"cmdDesignDocs_Click"_s}, [this] {
-    state_.gDb = state_.gSession.currentDatabase();
-    if (state_.gDb.isNothing()) {
-      host_.messageBox(exact::kNoDatabase);
+  trapped(desk_.host, {u"cmdDesignDocs_Click"_s}, [this] {
+    desk_.state.gDb = desk_.state.gSession.currentDatabase();
+    if (desk_.state.gDb.isNothing()) {
+      desk_.host.messageBox(exact::kNoDatabase);
       return;
     }
-    form_.idList->clear();
-    form_.fldList->clear();
-    form_.setWindowTitle(u"Documents in: "_s + captionPlace(routines_, state_.gDb));
-    if (hasNoteCollections(state_.gSession))
+    desk_.form.idList->clear();
+    desk_.form.fldList->clear();
+    desk_.form.setWindowTitle(u"Documents in: "_s + captionPlace(desk_.routines, desk_.state.gDb));
+    if (hasNoteCollections(desk_.state.gSession))
       listCollection();
     else
       scanNoteIds();
@@ -50,40 +49,40 @@ QString DesignDocs::olderRow(const QString& noteId, const QString& name) const {
 // Empty where the item has no value: these listings go on, while others end there.
 QString DesignDocs::nameOf(const NotesDocument& document) const {
   const Value names = document.itemValue(kNameItem);
-  return names.isEmpty() ? QString() : textOf(names.at(0), host_.regional());
+  return names.isEmpty() ? QString() : textOf(names.at(0), desk_.host.regional());
 }
 
 void DesignDocs::listCollection() {
-  state_.gNoteColl = state_.gDb.createNoteCollection(false);
-  switchChosenClassOn(designDocsClasses(), form_, state_, routines_);
-  state_.gNoteColl.buildCollection();
-  QString id = state_.gNoteColl.firstNoteId();
-  const qint64 count = roundToInt32(state_.gNoteColl.count());
+  desk_.state.gNoteColl = desk_.state.gDb.createNoteCollection(false);
+  switchChosenClassOn(designDocsClasses(), desk_.form, desk_.state, desk_.routines);
+  desk_.state.gNoteColl.buildCollection();
+  QString id = desk_.state.gNoteColl.firstNoteId();
+  const qint64 count = roundToInt32(desk_.state.gNoteColl.count());
   for (qint64 i = 1; i <= count; ++i) {
-    state_.gDoc = state_.gDb.documentById(id);
-    const QString noteId = state_.gDoc.noteId();
+    desk_.state.gDoc = desk_.state.gDb.documentById(id);
+    const QString noteId = desk_.state.gDoc.noteId();
     if (!noteId.isEmpty()) {
-      form_.idList->addItem(olderRow(noteId, nameOf(state_.gDoc)));
+      desk_.form.idList->addItem(olderRow(noteId, nameOf(desk_.state.gDoc)));
     }
-    id = state_.gNoteColl.nextNoteId(id);
+    id = desk_.state.gNoteColl.nextNoteId(id);
   }
-  form_.idList->refresh();
+  desk_.form.idList->refresh();
 }
 
 // Every number is tried, not only those that the client issues. The boxes show how far it came, and the
 // next scan begins there.
 void DesignDocs::scanNoteIds() {
-  form_.cmdStop->setVisible(true);
-  form_.lfdIDNum->setVisible(true);
-  form_.txtLfdNr->setVisible(true);
-  form_.Label4->setVisible(true);
-  state_.gIdScanRunning = true;
-  const double shown = std::abs(numberPrefix(form_.txtLfdNr->text()));
+  desk_.form.cmdStop->setVisible(true);
+  desk_.form.lfdIDNum->setVisible(true);
+  desk_.form.txtLfdNr->setVisible(true);
+  desk_.form.Label4->setVisible(true);
+  desk_.state.gIdScanRunning = true;
+  const double shown = std::abs(numberPrefix(desk_.form.txtLfdNr->text()));
   qint32 counter = shown > 0 ? roundToInt32(shown) : 1;
-  while (state_.gIdScanRunning) {
+  while (desk_.state.gIdScanRunning) {
     tryNoteId(counter);
-    state_.gDoc.release();
-    host_.yield();
+    desk_.state.gDoc.release();
+    desk_.host.yield();
     counter = oneMore(counter);
   }
 }
@@ -91,15 +90,15 @@ void DesignDocs::scanNoteIds() {
 // The ID is one ahead of the counter that is shown.
 void DesignDocs::tryNoteId(qint32 counter) {
   const QString id = eightDigits(QString::number(oneMore(counter), 16).toUpper());
-  form_.lfdIDNum->setText(id);
-  form_.txtLfdNr->setText(QString::number(counter));
-  form_.lfdIDNum->repaint();
-  state_.gDoc = state_.gDb.documentById(id);
-  if (state_.gDoc.isNothing() || !state_.gDoc.hasItem(kNameItem)) return;
-  const QString name = nameOf(state_.gDoc);
+  desk_.form.lfdIDNum->setText(id);
+  desk_.form.txtLfdNr->setText(QString::number(counter));
+  desk_.form.lfdIDNum->repaint();
+  desk_.state.gDoc = desk_.state.gDb.documentById(id);
+  if (desk_.state.gDoc.isNothing() || !desk_.state.gDoc.hasItem(kNameItem)) return;
+  const QString name = nameOf(desk_.state.gDoc);
   if (!name.startsWith(kProfileName)) return;
-  form_.idList->addItem(olderRow(id, name));
-  form_.idList->refresh();
+  desk_.form.idList->addItem(olderRow(id, name));
+  desk_.form.idList->refresh();
 }
 
 }  // namespace lens

@@ -4,17 +4,13 @@
 // profile documents by trying every note ID, for as long as the user lets it.
 #pragma once
 
-#include "host/host.h"
-#include "notes/bridge.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
-#include "shell/routines.h"
+#include "shell/desk.h"
 
 namespace lens {
 
 class DesignDocs {
  public:
-  DesignDocs(Form1& form, Globals& state, Host& host, Routines& routines);
+  explicit DesignDocs(Desk& desk);
 
   void cmdDesignDocs_Click();
 
@@ -25,10 +21,7 @@ class DesignDocs {
   QString olderRow(const QString& noteId, const QString& name) const;
   QString nameOf(const NotesDocument& document) const;
 
-  Form1& form_;
-  Globals& state_;
-  Host& host_;
-  Routines& routines_;
+  Desk& desk_;
 };
 
 }  // namespace lens

@@ -6,17 +6,13 @@
 // second left behind.
 #pragma once
 
-#include "host/host.h"
-#include "notes/bridge.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
-#include "shell/routines.h"
+#include "shell/desk.h"
 
 namespace lens {
 
 class DesignList {
  public:
-  DesignList(Form1& form, Globals& state, Gateway& notes, Host& host, Routines& routines);
+  explicit DesignList(Desk& desk);
 
   void lstDesigns_DblClick();
   void lstDesigns_KeyDown(int code);
@@ -27,11 +23,7 @@ class DesignList {
   void listNotes();
   void addRow();
 
-  Form1& form_;
-  Globals& state_;
-  Gateway& notes_;
-  Host& host_;
-  Routines& routines_;
+  Desk& desk_;
 };
 
 }  // namespace lens

@@ -21,41 +21,40 @@ int widthOf(const QString& text) {
 
 }  // namespace
 
-FieldDump::FieldDump(Form1& form, Host& host, Routines& routines)
-    : form_(form), host_(host), routines_(routines) {
-  form_.cmdDump->click = [this] { cmdDump_Click(); };
+FieldDump::FieldDump(Desk& desk) : desk_(desk) {
+  desk_.form.cmdDump->click = [this] { cmdDump_Click(); };
 }
 
 void FieldDump::cmdDump_Click() {
-  if (form_.fldList->listCount() < 1) return;
-  auto* window = new DumpToFile(&form_);
+  if (desk_.form.fldList->listCount() < 1) return;
+  auto* window = new DumpToFile(&desk_.form);
   window->cmdOpenFile->click = [this, window] { cmdOpenFile_Click(*window); };
   window->cmdOK->click = [this, window] { cmdOK_Click(*window); };
   window->cmdCancel->click = [this, window] { cmdCancel_Click(*window); };
   Form_Load(*window);
   // Before it is shown: a window that changes its place in the pile vanishes for a moment.
-  routines_.StayNotOnTop(*window);
+  desk_.routines.StayNotOnTop(*window);
   window->show();
 }
 
 void FieldDump::Form_Load(DumpToFile& window) {
-  trapped(host_, ofWindow(u"Form_Load"), [&] { routines_.CenterForm(window); });
+  trapped(desk_.host, ofWindow(u"Form_Load"), [&] { desk_.routines.CenterForm(window); });
 }
 
 // Giving up empties the box.
 void FieldDump::cmdOpenFile_Click(DumpToFile& window) {
-  trapped(host_, ofWindow(u"cmdOpenFile_Click"), [&] {
+  trapped(desk_.host, ofWindow(u"cmdOpenFile_Click"), [&] {
     window.cmdDialog1->showSave();
     window.txtDumpFile->setText(window.cmdDialog1->fileName());
   });
 }
 
 void FieldDump::cmdCancel_Click(DumpToFile& window) {
-  trapped(host_, ofWindow(u"cmdCancel_Click"), [&] { window.close(); });
+  trapped(desk_.host, ofWindow(u"cmdCancel_Click"), [&] { window.close(); });
 }
 
 void FieldDump::cmdOK_Click(DumpToFile& window) {
-  trapped(host_, ofWindow(u"cmdOK_Click"), [&] {
+  trapped(desk_.host, ofWindow(u"cmdOK_Click"), [&] {
     const int width = widthOf(window.txtWidth->text());
     const QString path = dumpPath(window.txtDumpFile->text());
     DumpFile file(path);
@@ -69,10 +68,10 @@ void FieldDump::cmdOK_Click(DumpToFile& window) {
 // The width counts before line ends are replaced, so a pair of them that it cuts apart leaves its half.
 QStringList FieldDump::lines(int width, bool content) {
   QStringList lines;
-  for (int row = 0; row < form_.fldList->listCount(); ++row) {
-    const QString text = form_.fldList->list(row);
-    lines += content ? routines_.ReplaceAll(text.left(width), u"\r\n"_s, u";"_s)
-                     : routines_.LeftFrom(text, u":"_s);
+  for (int row = 0; row < desk_.form.fldList->listCount(); ++row) {
+    const QString text = desk_.form.fldList->list(row);
+    lines += content ? desk_.routines.ReplaceAll(text.left(width), u"\r\n"_s, u";"_s)
+                     : desk_.routines.LeftFrom(text, u":"_s);
   }
   return lines;
 }

@@ -4,15 +4,13 @@
 #include <functional>
 
 #include "design/dump_to_file.h"
-#include "host/host.h"
-#include "shell/form1.h"
-#include "shell/routines.h"
+#include "shell/desk.h"
 
 namespace lens {
 
 class FieldDump {
  public:
-  FieldDump(Form1& form, Host& host, Routines& routines);
+  explicit FieldDump(Desk& desk);
 
   // Opens the written file with the program that it belongs to.
   std::function<void(const QString&)> openFile;
@@ -27,9 +25,7 @@ class FieldDump {
  private:
   QStringList lines(int width, bool content);
 
-  Form1& form_;
-  Host& host_;
-  Routines& routines_;
+  Desk& desk_;
 };
 
 }  // namespace lens

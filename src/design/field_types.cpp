@@ -25,10 +25,9 @@ QString formName(const QString& row) {
 
 }  // namespace
 
-FieldTypes::FieldTypes(Form1& form, Globals& state, Host& host, Routines& routines)
-    : form_(form), state_(state), host_(host), routines_(routines) {
-  form_.cmdFieldTypes->click = [this] { cmdFieldTypes_Click(); };
-  form_.cmdChkFields->click = [this] { cmdChkFields_Click(); };
+FieldTypes::FieldTypes(Desk& desk) : desk_(desk) {
+  desk_.form.cmdFieldTypes->click = [this] { cmdFieldTypes_Click(); };
+  desk_.form.cmdChkFields->click = [this] { cmdChkFields_Click(); };
 }
 
 // A failure ends the walk, and the report so far is not shown.
@@ -37,16 +36,16 @@ void FieldTypes::withBox(Statements&& statements) {
   try {
     statements();
   } catch (const RuntimeError& error) {
-    host_.messageBox(error.description(), box::Critical, kTitle);
+    desk_.host.messageBox(error.description(), box::Critical, kTitle);
   }
 }
 
 void FieldTypes::cmdFieldTypes_Click() {
   withBox([this] {
-    form_.txtFieldContent->setText(QString());
-    if (form_.cmbFieldType->text().isEmpty()) {
-      host_.messageBox(u"Field type not specified!\nChoose a field from an open document."_s,
-                       box::Exclamation, kTitle);
+    desk_.form.txtFieldContent->setText(QString());
+    if (desk_.form.cmbFieldType->text().isEmpty()) {
+      desk_.host.messageBox(u"Field type not specified!\nChoose a field from an open document."_s,
+                            box::Exclamation, kTitle);
       return;
     }
     showReport(reportOf(&FieldTypes::fieldsOfForm));
@@ -56,9 +55,9 @@ void FieldTypes::cmdFieldTypes_Click() {
 // Rows that come while a box is shown on the way are not looked at.
 QString FieldTypes::reportOf(RecordsOfRow recordsOf) {
   QString report;
-  const int rows = form_.idList->listCount();
-  for (int row = 0; row < rows && row < form_.idList->listCount(); ++row)
-    report += (this->*recordsOf)(form_.idList->list(row));
+  const int rows = desk_.form.idList->listCount();
+  for (int row = 0; row < rows && row < desk_.form.idList->listCount(); ++row)
+    report += (this->*recordsOf)(desk_.form.idList->list(row));
   return report;
 }
 
@@ -66,7 +65,7 @@ QString FieldTypes::reportOf(RecordsOfRow recordsOf) {
 QString FieldTypes::fieldsOfForm(const QString& row) {
   const QString name = formName(row);
   if (name.isEmpty()) return {};
-  const NotesForm form = state_.gDb.form(name);
+  const NotesForm form = desk_.state.gDb.form(name);
   if (form.isNothing()) return {};
   const QString beginning = row.left(row.indexOf(kNameMark) + 1);
   QString report;
@@ -80,14 +79,14 @@ QString FieldTypes::fieldsOfForm(const QString& row) {
 
 // "TEXT (1280) means text" gives 1280; without ")" it is 0, which no field has.
 int FieldTypes::wantedType() {
-  const QString sentence = form_.cmbFieldType->text();
-  const QString number = routines_.RightFrom(routines_.LeftFrom(sentence, u")"_s), u"("_s);
+  const QString sentence = desk_.form.cmbFieldType->text();
+  const QString number = desk_.routines.RightFrom(desk_.routines.LeftFrom(sentence, u")"_s), u"("_s);
   return Int16(roundToInt32(numberPrefix(number)));
 }
 
 void FieldTypes::cmdChkFields_Click() {
   withBox([this] {
-    form_.txtFieldContent->setText(QString());
+    desk_.form.txtFieldContent->setText(QString());
     showReport(reportOf(&FieldTypes::contentOfNote));
   });
 }
@@ -95,16 +94,16 @@ void FieldTypes::cmdChkFields_Click() {
 // The current document becomes the note of the row, or nothing.
 QString FieldTypes::contentOfNote(const QString& row) {
   const QString id = listedNoteId(row);
-  const QString name = form_.txtFieldName->text();
-  state_.gDoc = state_.gDb.documentById(id);
-  if (state_.gDoc.isNothing() || !state_.gDoc.hasItem(name)) return {};
-  const Value values = state_.gDoc.itemValue(name);
-  return record(id, textOf(values.at(0), host_.regional()));
+  const QString name = desk_.form.txtFieldName->text();
+  desk_.state.gDoc = desk_.state.gDb.documentById(id);
+  if (desk_.state.gDoc.isNothing() || !desk_.state.gDoc.hasItem(name)) return {};
+  const Value values = desk_.state.gDoc.itemValue(name);
+  return record(id, textOf(values.at(0), desk_.host.regional()));
 }
 
 // Records end in a line end already, so each ends in CR CR LF; existing tools split them there.
 void FieldTypes::showReport(const QString& report) {
-  form_.txtFieldContent->setText(routines_.ReplaceAll(report, u"\n"_s, u"\r\n"_s));
+  desk_.form.txtFieldContent->setText(desk_.routines.ReplaceAll(report, u"\n"_s, u"\r\n"_s));
 }
 
 }  // namespace lens

@@ -3,16 +3,13 @@
 // content box, where it can be searched and copied.
 #pragma once
 
-#include "host/host.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
-#include "shell/routines.h"
+#include "shell/desk.h"
 
 namespace lens {
 
 class FieldTypes {
  public:
-  FieldTypes(Form1& form, Globals& state, Host& host, Routines& routines);
+  explicit FieldTypes(Desk& desk);
 
   void cmdFieldTypes_Click();
   void cmdChkFields_Click();
@@ -27,10 +24,7 @@ class FieldTypes {
   template <class Statements>
   void withBox(Statements&& statements);
 
-  Form1& form_;
-  Globals& state_;
-  Host& host_;
-  Routines& routines_;
+  Desk& desk_;
 };
 
 }  // namespace lens

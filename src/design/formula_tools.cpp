@@ -48,18 +48,17 @@ QStringList newLines(const FormulaTools::Results& results) {
 
 }  // namespace
 
-FormulaTools::FormulaTools(Form1& form, Globals& state, CApi& api, Host& host, Routines& routines)
-    : form_(form), state_(state), api_(api), host_(host), routines_(routines) {
-  form_.cmdChkFormula->click = [this] { cmdChkFormula_Click(); };
-  form_.cmdCollbyFormula->click = [this] { cmdCollbyFormula_Click(); };
+FormulaTools::FormulaTools(Desk& desk) : desk_(desk) {
+  desk_.form.cmdChkFormula->click = [this] { cmdChkFormula_Click(); };
+  desk_.form.cmdCollbyFormula->click = [this] { cmdCollbyFormula_Click(); };
 }
 
 void FormulaTools::cmdChkFormula_Click() {
-  const QString formula = form_.txtFieldContent->text();
+  const QString formula = desk_.form.txtFieldContent->text();
   const CompileReport report = CheckFormula(formula);
   if (report.error != 0)
     showFault(report);
-  else if (state_.gDoc.isNothing())
+  else if (desk_.state.gDoc.isNothing())
     for (const QString& lines : newLines(EvaluateFormula(QString(), formula))) append(lines);
   else
     evaluateOnDocument(formula);
@@ -69,25 +68,25 @@ void FormulaTools::cmdChkFormula_Click() {
 void FormulaTools::evaluateOnDocument(const QString& formula) {
   Continue step;
   QString noteId;
-  step([&] { noteId = state_.gDoc.noteId(); });
+  step([&] { noteId = desk_.state.gDoc.noteId(); });
   QStringList lines;
   step([&] { lines = newLines(EvaluateFormula(noteId, formula)); });
   for (const QString& line : lines) step([&] { append(line); });
 }
 
 void FormulaTools::append(const QString& lines) {
-  form_.txtFieldContent->setText(form_.txtFieldContent->text() + lines);
+  desk_.form.txtFieldContent->setText(desk_.form.txtFieldContent->text() + lines);
 }
 
 void FormulaTools::showFault(const CompileReport& report) {
-  form_.txtFieldContent->setSelStart(report.offset);
-  form_.txtFieldContent->setSelLength(report.length);
-  form_.txtFieldContent->setSelColor(kRed);
-  const QString reason = routines_.GetAPIError(Status(report.error));
+  desk_.form.txtFieldContent->setSelStart(report.offset);
+  desk_.form.txtFieldContent->setSelLength(report.length);
+  desk_.form.txtFieldContent->setSelColor(kRed);
+  const QString reason = desk_.routines.GetAPIError(Status(report.error));
   const Int16 end = report.offset + report.length;
-  host_.messageBox(reason + u"\nError starts at character: " + QString::number(report.offset) +
-                       u" and ends at character: " + QString::number(end),
-                   box::Plain, u"Formula error!"_s);
+  desk_.host.messageBox(reason + u"\nError starts at character: " + QString::number(report.offset) +
+                            u" and ends at character: " + QString::number(end),
+                        box::Plain, u"Formula error!"_s);
 }
 
 FormulaTools::Compiled FormulaTools::compile(const QByteArray& formula) {
@@ -95,23 +94,23 @@ FormulaTools::Compiled FormulaTools::compile(const QByteArray& formula) {
   Compiled result;
   Status error = 0;
   quint16 codeLength = 0, line = 0, column = 0, offset = 0, errorLength = 0;
-  result.status = api_.NSFFormulaCompile(formula, quint16(length), result.code, codeLength, error, line,
-                                         column, offset, errorLength);
+  result.status = desk_.api.NSFFormulaCompile(formula, quint16(length), result.code, codeLength, error, line,
+                                              column, offset, errorLength);
   if (result.status == kFormulaError) result.report = {qint16(error), qint16(offset), qint16(errorLength)};
   return result;
 }
 
 // Any other status counts as clean: it tells of the library and not of the text.
 FormulaTools::CompileReport FormulaTools::CheckFormula(const QString& text) {
-  const NotesInit init(api_);
+  const NotesInit init(desk_.api);
   const Compiled compiled = compile(toCodePage(text));
-  if (compiled.code != 0) api_.OSMemFree(compiled.code);
+  if (compiled.code != 0) desk_.api.OSMemFree(compiled.code);
   return compiled.report;
 }
 
 FormulaTools::Results FormulaTools::EvaluateFormula(const QString& noteId, const QString& formula) {
-  const QByteArray translated = toCodePage(routines_.ConvertTranslate(kToLmbcs, formula));
-  const NotesInit init(api_);
+  const QByteArray translated = toCodePage(desk_.routines.ConvertTranslate(kToLmbcs, formula));
+  const NotesInit init(desk_.api);
   Run run;
   try {
     return evaluate(run, noteId, translated);
@@ -130,67 +129,68 @@ FormulaTools::Results FormulaTools::evaluate(Run& run, const QString& noteId, co
   }
   Results results;
   if (noteId.isEmpty() || run.note != 0) results = compute(run);
-  run.step([&] { api_.NSFDbClose(std::exchange(run.db, 0)); });
+  run.step([&] { desk_.api.NSFDbClose(std::exchange(run.db, 0)); });
   return results;
 }
 
 // The note is that of the current document. It is not closed: closing the database ends it.
 void FormulaTools::openNote(Run& run) {
-  const NotesDatabase database = state_.gDoc.parentDatabase();
-  api_.NSFDbOpen(networkPath(api_, database), run.db);
-  if (run.db != 0) api_.NSFNoteOpen(run.db, hexToInt32(state_.gDoc.noteId()), 0, run.note);
+  const NotesDatabase database = desk_.state.gDoc.parentDatabase();
+  desk_.api.NSFDbOpen(networkPath(desk_.api, database), run.db);
+  if (run.db != 0) desk_.api.NSFNoteOpen(run.db, hexToInt32(desk_.state.gDoc.noteId()), 0, run.note);
 }
 
 QVector<Value> FormulaTools::compute(Run& run) {
-  api_.NSFComputeStart(0, api_.OSLockObject(run.code), run.compute);
+  desk_.api.NSFComputeStart(0, desk_.api.OSLockObject(run.code), run.compute);
   quint16 length = 0;
   bool matches = false, deletes = false, modified = false;
-  api_.NSFComputeEvaluate(run.compute, run.note, run.result, length, matches, deletes, modified);
+  desk_.api.NSFComputeEvaluate(run.compute, run.note, run.result, length, matches, deletes, modified);
   // A failed evaluation leaves no block; then there is no memory to look at.
-  const char* block = api_.OSLockObject(run.result);
-  LibraryList list(api_, block);
-  const QVector<Value> values = readEvaluation(
-      QByteArrayView(block, block ? length : 0), list,
-      [this](QByteArrayView lmbcs) { return routines_.ConvertTranslate(kFromLmbcs, fromCodePage(lmbcs)); });
+  const char* block = desk_.api.OSLockObject(run.result);
+  LibraryList list(desk_.api, block);
+  const QVector<Value> values =
+      readEvaluation(QByteArrayView(block, block ? length : 0), list, [this](QByteArrayView lmbcs) {
+        return desk_.routines.ConvertTranslate(kFromLmbcs, fromCodePage(lmbcs));
+      });
   // Texts were read without a trap, and it stays off: what was read is worth more than a failing release.
   if (isTextList(QByteArrayView(block, block ? length : 0))) run.step.switchTrapOff();
-  run.step([&] { api_.NSFComputeStop(std::exchange(run.compute, 0)); });
-  run.step([&] { api_.OSUnlockObject(run.result); });
-  run.step([&] { api_.OSMemFree(std::exchange(run.result, 0)); });
-  run.step([&] { api_.OSUnlockObject(run.code); });
-  run.step([&] { api_.OSMemFree(std::exchange(run.code, 0)); });
+  run.step([&] { desk_.api.NSFComputeStop(std::exchange(run.compute, 0)); });
+  run.step([&] { desk_.api.OSUnlockObject(run.result); });
+  run.step([&] { desk_.api.OSMemFree(std::exchange(run.result, 0)); });
+  run.step([&] { desk_.api.OSUnlockObject(run.code); });
+  run.step([&] { desk_.api.OSMemFree(std::exchange(run.code, 0)); });
   return values;
 }
 
 void FormulaTools::releaseAfterFailure(Run& run) {
   Continue step;
-  if (run.compute != 0) step([&] { api_.NSFComputeStop(run.compute); });
+  if (run.compute != 0) step([&] { desk_.api.NSFComputeStop(run.compute); });
   for (const MemHandle memory : {run.result, run.code}) {
     if (memory == 0) continue;
-    step([&] { api_.OSUnlockObject(memory); });
-    step([&] { api_.OSMemFree(memory); });
+    step([&] { desk_.api.OSUnlockObject(memory); });
+    step([&] { desk_.api.OSMemFree(memory); });
   }
-  if (run.db != 0) step([&] { api_.NSFDbClose(run.db); });
+  if (run.db != 0) step([&] { desk_.api.NSFDbClose(run.db); });
 }
 
 void FormulaTools::cmdCollbyFormula_Click() {
-  const QString formula = form_.txtFieldContent->text();
+  const QString formula = desk_.form.txtFieldContent->text();
   if (!formula.isEmpty()) {
-    const NotesDocumentCollection found = state_.gDb.search(formula, 0);
+    const NotesDocumentCollection found = desk_.state.gDb.search(formula, 0);
     if (!found.isNothing()) {
       if (found.count() > 0) listFound(found);
-      form_.lblCounter->setText(QString::number(form_.idList->listCount()));
+      desk_.form.lblCounter->setText(QString::number(desk_.form.idList->listCount()));
     }
   }
-  host_.setPointer(pointer::Default);
+  desk_.host.setPointer(pointer::Default);
 }
 
 void FormulaTools::listFound(const NotesDocumentCollection& found) {
-  form_.idList->clear();
-  host_.setPointer(pointer::Hourglass);
+  desk_.form.idList->clear();
+  desk_.host.setPointer(pointer::Hourglass);
   NotesDocument document = found.firstDocument();
   while (!document.isNothing()) {
-    form_.idList->addItem(eightDigits(document.noteId()));
+    desk_.form.idList->addItem(eightDigits(document.noteId()));
     document = found.nextDocument(document);
   }
 }

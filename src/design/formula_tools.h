@@ -4,12 +4,7 @@
 
 #include <optional>
 
-#include "host/host.h"
-#include "notes/bridge.h"
-#include "notes/capi.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
-#include "shell/routines.h"
+#include "shell/desk.h"
 #include "shell/statements.h"
 
 namespace lens {
@@ -26,7 +21,7 @@ class FormulaTools {
   // Texts and numbers, at least one; nothing when database or note could not be opened.
   using Results = std::optional<QVector<Value>>;
 
-  FormulaTools(Form1& form, Globals& state, CApi& api, Host& host, Routines& routines);
+  explicit FormulaTools(Desk& desk);
 
   void cmdChkFormula_Click();
   void cmdCollbyFormula_Click();
@@ -60,11 +55,7 @@ class FormulaTools {
   void showFault(const CompileReport& report);
   void listFound(const NotesDocumentCollection& found);
 
-  Form1& form_;
-  Globals& state_;
-  CApi& api_;
-  Host& host_;
-  Routines& routines_;
+  Desk& desk_;
 };
 
 }  // namespace lens

@@ -8,60 +8,64 @@
 
 namespace lens {
 
-Profiles::Profiles(Form1& form, Globals& state, Gateway& notes, Host& host, Routines& routines)
-    : form_(form), state_(state), notes_(notes), host_(host), routines_(routines) {
-  form_.cmdGetProfiels->click = [this] { cmdGetProfiels_Click(); };
+Profiles::Profiles(Desk& desk) : desk_(desk) {
+  desk_.form.cmdGetProfiels->click = [this] { cmdGetProfiels_Click(); };
 }
 
 void Profiles::cmdGetProfiels_Click() {
-  Told step(host_, {u"cmdGetProfiels_Click"_s});
+  Told step(desk_.host, {u"cmdGetProfiels_Click"_s});
   // A client that does not answer must not leave the listing in the database of before.
-  state_.gSession.release();
-  state_.gUIWorkspace.release();
-  state_.gDb.release();
-  step([&] { state_.gSession = NotesSession::ofClient(notes_); });
-  step([&] { state_.gDb = state_.gSession.currentDatabase(); });
-  if (state_.gDb.isNothing()) {
-    host_.messageBox(exact::kNoDatabase);
+  desk_.state.gSession.release();
+  desk_.state.gUIWorkspace.release();
+  desk_.state.gDb.release();
+  step([&] { desk_.state.gSession = NotesSession::ofClient(desk_.notes); });
+  step([&] { desk_.state.gDb = desk_.state.gSession.currentDatabase(); });
+  if (desk_.state.gDb.isNothing()) {
+    desk_.host.messageBox(exact::kNoDatabase);
     return;
   }
-  step([&] { form_.lastModified->setText(u"Database size: "_s + state_.gDb.sizeText() + u" bytes"); });
-  form_.idList->clear();
-  form_.fldList->clear();
-  step([&] { form_.setWindowTitle(u"PROFILE documents in: "_s + captionPlace(routines_, state_.gDb)); });
+  step([&] {
+    desk_.form.lastModified->setText(u"Database size: "_s + desk_.state.gDb.sizeText() + u" bytes");
+  });
+  desk_.form.idList->clear();
+  desk_.form.fldList->clear();
+  step([&] {
+    desk_.form.setWindowTitle(u"PROFILE documents in: "_s + captionPlace(desk_.routines, desk_.state.gDb));
+  });
   listProfiles(step);
-  form_.idList->refresh();
-  step([&] { form_.lblCounter->setText(QString::number(Int16(form_.idList->listCount()))); });
-  state_.gDocKind = u"PROFILE"_s;
+  desk_.form.idList->refresh();
+  step([&] { desk_.form.lblCounter->setText(QString::number(Int16(desk_.form.idList->listCount()))); });
+  desk_.state.gDocKind = u"PROFILE"_s;
 }
 
 void Profiles::listProfiles(Told& step) {
   NotesDocumentCollection profiles;
   qint64 count = 0;
-  step([&] { profiles = state_.gDb.profileDocuments(); });
+  step([&] { profiles = desk_.state.gDb.profileDocuments(); });
   step([&] { count = roundToInt32(profiles.count()); });
   // A document that cannot be had must not stand for the one before, nor for what was shown.
-  state_.gDoc.release();
+  desk_.state.gDoc.release();
   for (qint64 i = 1; i <= count; ++i) {
-    if (step([&] { state_.gDoc = profiles.nthDocument(i); })) addRow(step);
-    state_.gDoc.release();
+    if (step([&] { desk_.state.gDoc = profiles.nthDocument(i); })) addRow(step);
+    desk_.state.gDoc.release();
   }
 }
 
 void Profiles::addRow(Told& step) {
   QString id;
   if (!step.holds([&] {
-        id = state_.gDoc.noteId();
+        id = desk_.state.gDoc.noteId();
         return !id.isEmpty();
       }))
     return;
   step([&] {
-    form_.idList->addItem(namedNoteRow(firstValueText(state_.gDoc, kNameItem, host_.regional()), id));
+    desk_.form.idList->addItem(
+        namedNoteRow(firstValueText(desk_.state.gDoc, kNameItem, desk_.host.regional()), id));
   });
 }
 
 void Profiles::removeUnprocessedDocuments() {
-  const NotesDocumentCollection documents = state_.gDb.unprocessedDocuments();
+  const NotesDocumentCollection documents = desk_.state.gDb.unprocessedDocuments();
   if (documents.count() > 0) documents.removeAll(true);
 }
 

@@ -2,18 +2,14 @@
 // no view shows. One bad profile costs one box, and the listing goes on.
 #pragma once
 
-#include "host/host.h"
-#include "notes/bridge.h"
+#include "shell/desk.h"
 #include "shell/error_modes.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
-#include "shell/routines.h"
 
 namespace lens {
 
 class Profiles {
  public:
-  Profiles(Form1& form, Globals& state, Gateway& notes, Host& host, Routines& routines);
+  explicit Profiles(Desk& desk);
 
   void cmdGetProfiels_Click();
   // Empties the list of unprocessed documents of the current database, with the documents. No control
@@ -24,11 +20,7 @@ class Profiles {
   void listProfiles(Told& step);
   void addRow(Told& step);
 
-  Form1& form_;
-  Globals& state_;
-  Gateway& notes_;
-  Host& host_;
-  Routines& routines_;
+  Desk& desk_;
 };
 
 }  // namespace lens

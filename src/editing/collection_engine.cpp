@@ -11,51 +11,50 @@
 
 namespace lens {
 
-CollectionEngine::CollectionEngine(Form1& form, Globals& state, Host& host, Routines& routines)
-    : form_(form), state_(state), host_(host), routines_(routines) {
-  form_.cmdDelFieldInCol->click = [this] { cmdDelFieldInCol_Click(); };
-  form_.cmdAddFieldInColl->click = [this] { cmdAddFieldInColl_Click(); };
-  form_.cmdWriteDocsInColl->click = [this] { cmdWriteDocsInColl_Click(); };
-  form_.cmdReplAllFieldsInColl->click = [this] { cmdReplAllFieldsInColl_Click(); };
-  form_.cmdRemColl->click = [this] { cmdRemColl_Click(); };
+CollectionEngine::CollectionEngine(Desk& desk) : desk_(desk) {
+  desk_.form.cmdDelFieldInCol->click = [this] { cmdDelFieldInCol_Click(); };
+  desk_.form.cmdAddFieldInColl->click = [this] { cmdAddFieldInColl_Click(); };
+  desk_.form.cmdWriteDocsInColl->click = [this] { cmdWriteDocsInColl_Click(); };
+  desk_.form.cmdReplAllFieldsInColl->click = [this] { cmdReplAllFieldsInColl_Click(); };
+  desk_.form.cmdRemColl->click = [this] { cmdRemColl_Click(); };
 }
 
 void CollectionEngine::cmdDelFieldInCol_Click() {
-  const QString name = form_.txtFieldName->text();
+  const QString name = desk_.form.txtFieldName->text();
   if (name.isEmpty()) return;
   procCollection(Delete, name, QString());
-  form_.cmdidList->raiseClick();
+  desk_.form.cmdidList->raiseClick();
 }
 
 void CollectionEngine::cmdAddFieldInColl_Click() {
-  const QString name = form_.txtFieldName->text();
+  const QString name = desk_.form.txtFieldName->text();
   if (name.isEmpty()) return;
-  procCollection(Add, name, typeText(form_.cmbFieldType->text()));
-  form_.cmdidList->raiseClick();
+  procCollection(Add, name, typeText(desk_.form.cmbFieldType->text()));
+  desk_.form.cmdidList->raiseClick();
 }
 
 void CollectionEngine::cmdWriteDocsInColl_Click() {
-  const QString name = form_.txtFieldName->text();
+  const QString name = desk_.form.txtFieldName->text();
   if (name.isEmpty()) return;
-  procCollection(Overwrite, name, form_.txtFieldContent->text());
-  form_.cmdidList->raiseClick();
+  procCollection(Overwrite, name, desk_.form.txtFieldContent->text());
+  desk_.form.cmdidList->raiseClick();
 }
 
 void CollectionEngine::cmdReplAllFieldsInColl_Click() {
-  procCollection(ReplaceAll, form_.txtSearch->text(), form_.txtReplace->text());
-  form_.cmdidList->raiseClick();
+  procCollection(ReplaceAll, desk_.form.txtSearch->text(), desk_.form.txtReplace->text());
+  desk_.form.cmdidList->raiseClick();
 }
 
 void CollectionEngine::procCollection(int mode, const QString& fieldName, const QString& fieldValue) {
-  trapped(host_, {u"procCollection"_s, u"Modul Globals"_s}, [&] {
-    host_.setPointer(pointer::Hourglass);
-    const Int16 last = form_.idList->listCount() - 1;
+  trapped(desk_.host, {u"procCollection"_s, u"Modul Globals"_s}, [&] {
+    desk_.host.setPointer(pointer::Hourglass);
+    const Int16 last = desk_.form.idList->listCount() - 1;
     Work work;
     for (Int16 index; index <= last; index += 1) {
-      if (index >= form_.idList->listCount()) break;
-      const QString noteId = listedNoteId(form_.idList->list(index));
-      work.step([&] { state_.gDoc = state_.gDb.documentById(noteId); });
-      if (state_.gDoc.isNothing()) continue;
+      if (index >= desk_.form.idList->listCount()) break;
+      const QString noteId = listedNoteId(desk_.form.idList->list(index));
+      work.step([&] { desk_.state.gDoc = desk_.state.gDb.documentById(noteId); });
+      if (desk_.state.gDoc.isNothing()) continue;
       if (changeDocument(work, mode, fieldName, fieldValue) == Run::Ends) break;
     }
   });
@@ -82,51 +81,51 @@ CollectionEngine::Run CollectionEngine::changeDocument(Work& work, int mode, con
 
 // Without a trap, also after a failure: an empty list has no entry to mark, and that goes to the caller.
 void CollectionEngine::endOfRun() {
-  host_.setPointer(pointer::Default);
-  state_.gDoc.release();
-  routines_.playDoneSound();
-  form_.idList->setSelected(0, true);
-  form_.txtFieldContent->setText(QString());
+  desk_.host.setPointer(pointer::Default);
+  desk_.state.gDoc.release();
+  desk_.routines.playDoneSound();
+  desk_.form.idList->setSelected(0, true);
+  desk_.form.txtFieldContent->setText(QString());
 }
 
 void CollectionEngine::saveDocument(Work& work) {
-  work.step([&] { state_.gDoc.save(true, false); });
+  work.step([&] { desk_.state.gDoc.save(true, false); });
 }
 
 void CollectionEngine::fetchItem(Work& work, const QString& name) {
-  work.step([&] { work.item = state_.gDoc.firstItem(name); });
+  work.step([&] { work.item = desk_.state.gDoc.firstItem(name); });
 }
 
 void CollectionEngine::replaceValue(Work& work, const QString& name, const Value& value) {
-  work.step([&] { state_.gDoc.replaceItemValue(name, value); });
+  work.step([&] { desk_.state.gDoc.replaceItemValue(name, value); });
 }
 
 void CollectionEngine::writeDates(Work& work, const QString& name, const QString& content) {
-  replaceValue(work, name, Value::array(dateLines(work.step, content, host_.regional())));
+  replaceValue(work, name, Value::array(dateLines(work.step, content, desk_.host.regional())));
 }
 
 void CollectionEngine::deleteItem(Work& work, const QString& name) {
-  work.step([&] { state_.gDoc.removeItem(name); });
+  work.step([&] { desk_.state.gDoc.removeItem(name); });
   saveDocument(work);
 }
 
 // An item that is there goes first, and the document is saved without it.
 void CollectionEngine::addItem(Work& work, const QString& name, const QString& typeText) {
-  if (work.step.holds([&] { return state_.gDoc.hasItem(name); })) deleteItem(work, name);
+  if (work.step.holds([&] { return desk_.state.gDoc.hasItem(name); })) deleteItem(work, name);
   work.step([&] { work.type = typeNumber(typeText); });
   addValue(work, name);
   saveDocument(work);
 }
 
 void CollectionEngine::addValue(Work& work, const QString& name) {
-  const QString content = form_.txtFieldContent->text();
+  const QString content = desk_.form.txtFieldContent->text();
   switch (work.type) {
     case itemcode::RichText:
-      work.step([&] { work.item = state_.gDoc.createRichTextItem(name); });
+      work.step([&] { work.item = desk_.state.gDoc.createRichTextItem(name); });
       work.step([&] { NotesRichTextItem(work.item).appendText(content); });
       break;
     case itemcode::Number:
-      work.step([&] { state_.gDoc.replaceItemValue(name, toInt32(content)); });
+      work.step([&] { desk_.state.gDoc.replaceItemValue(name, toInt32(content)); });
       break;
     case itemcode::Date:
       writeDates(work, name, content);
@@ -175,13 +174,13 @@ void CollectionEngine::overwriteValue(Work& work, const QString& name, const QSt
       writeDates(work, name, content);
       break;
     case itemcode::RichText: {
-      const QString search = form_.txtSearch->text(), replace = form_.txtReplace->text();
+      const QString search = desk_.form.txtSearch->text(), replace = desk_.form.txtReplace->text();
       if (!search.isEmpty() || !replace.isEmpty())
         replaceInRichText(work.step, NotesRichTextItem(work.item), search, replace);
       break;
     }
     case itemcode::Number: {
-      work.step([&] { work.values = state_.gDoc.itemValue(name); });
+      work.step([&] { work.values = desk_.state.gDoc.itemValue(name); });
       work.step([&] { work.values = valueList(numberLines(content, work.values.upperBound() + 1)); });
       replaceValue(work, name, work.values);
       break;
@@ -191,16 +190,16 @@ void CollectionEngine::overwriteValue(Work& work, const QString& name, const QSt
 
 // A document without a hit is not saved. The texts are read anew for each document and item.
 CollectionEngine::Run CollectionEngine::replaceInDocument(Work& work) {
-  if (form_.txtSearch->text().isEmpty() || form_.txtReplace->text().isEmpty()) {
-    host_.messageBox(exact::kNoSearchTexts, box::Information, u"Replace all fields"_s);
+  if (desk_.form.txtSearch->text().isEmpty() || desk_.form.txtReplace->text().isEmpty()) {
+    desk_.host.messageBox(exact::kNoSearchTexts, box::Information, u"Replace all fields"_s);
     return Run::Ends;
   }
   bool changed = false;
-  const Value items = state_.gDoc.items();
+  const Value items = desk_.state.gDoc.items();
   for (const Value& item : items.values()) changed = replaceInItem(work, NotesItem(item.object())) || changed;
   if (changed) {
-    state_.gDoc.save(true, false, true);
-    state_.gDoc.release();
+    desk_.state.gDoc.save(true, false, true);
+    desk_.state.gDoc.release();
   }
   return Run::GoesOn;
 }
@@ -208,28 +207,28 @@ CollectionEngine::Run CollectionEngine::replaceInDocument(Work& work) {
 // True when the item was changed. Rich text is searched without regard to case, anything else exactly.
 bool CollectionEngine::replaceInItem(Work& work, const NotesItem& item) {
   const int type = item.typeCode();
-  const Replacement replacement{form_.txtSearch->text(), form_.txtReplace->text()};
+  const Replacement replacement{desk_.form.txtSearch->text(), desk_.form.txtReplace->text()};
   if (type == itemcode::RichText)
     return replaceInRichText(work.step, NotesRichTextItem(item), replacement.search, replacement.replace);
   const Value stored = item.values();
   if (!stored.isArray()) return false;
   QVector<Value> values = stored.values();
-  if (!replaceInValues(values, Places::AllButLast, type, replacement, host_.regional())) return false;
+  if (!replaceInValues(values, Places::AllButLast, type, replacement, desk_.host.regional())) return false;
   replaceValue(work, item.name(), Value::array(values));
   return true;
 }
 
 void CollectionEngine::cmdRemColl_Click() {
-  if (form_.idList->listIndex() < 0) return;
-  for (int row = 0; row < form_.idList->listCount();) {
-    if (form_.idList->selected(row)) {
-      form_.idList->removeItem(row);
-      form_.lblCounter->setText(QString::number(form_.idList->listCount()));
+  if (desk_.form.idList->listIndex() < 0) return;
+  for (int row = 0; row < desk_.form.idList->listCount();) {
+    if (desk_.form.idList->selected(row)) {
+      desk_.form.idList->removeItem(row);
+      desk_.form.lblCounter->setText(QString::number(desk_.form.idList->listCount()));
     } else {
       ++row;
     }
   }
-  form_.idList->refresh();
+  desk_.form.idList->refresh();
 }
 
 }  // namespace lens

@@ -7,10 +7,7 @@
 // document is saved all the same. Lines, dates, numbers and places are read by the same rules.
 #pragma once
 
-#include "host/host.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
-#include "shell/routines.h"
+#include "shell/desk.h"
 #include "shell/statements.h"
 
 namespace lens {
@@ -19,7 +16,7 @@ class CollectionEngine {
  public:
   enum Mode { Delete = 1, Add = 2, Overwrite = 3, ReplaceAll = 4 };
 
-  CollectionEngine(Form1& form, Globals& state, Host& host, Routines& routines);
+  explicit CollectionEngine(Desk& desk);
 
   void cmdDelFieldInCol_Click();
   void cmdAddFieldInColl_Click();
@@ -56,10 +53,7 @@ class CollectionEngine {
   void saveDocument(Work& work);
   void endOfRun();
 
-  Form1& form_;
-  Globals& state_;
-  Host& host_;
-  Routines& routines_;
+  Desk& desk_;
 };
 
 }  // namespace lens

@@ -2,15 +2,13 @@
 #pragma once
 
 #include "notes/numbers.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
-#include "shell/window_layout.h"
+#include "shell/desk.h"
 
 namespace lens {
 
 class ContentBox {
  public:
-  ContentBox(Form1& form, Globals& state, WindowLayout& layout);
+  explicit ContentBox(Desk& desk);
 
   void txtFieldContent_Change();
   void txtFieldContent_KeyDown(int keyCode, int shift);
@@ -21,9 +19,7 @@ class ContentBox {
   void cmdDelRT_Click();
 
  private:
-  Form1& form_;
-  Globals& state_;
-  WindowLayout& layout_;
+  Desk& desk_;
   Int16 contentPageKey_;  // never reset: the 32768th new text overflows
 };
 

@@ -11,53 +11,52 @@
 
 namespace lens {
 
-FieldAddition::FieldAddition(Form1& form, Globals& state, Host& host, LowLevelReading& lowLevel)
-    : form_(form), state_(state), host_(host), lowLevel_(lowLevel) {
-  form_.cmdAddField->click = [this] { cmdAddField_Click(); };
+FieldAddition::FieldAddition(Desk& desk, LowLevelReading& lowLevel) : desk_(desk), lowLevel_(lowLevel) {
+  desk_.form.cmdAddField->click = [this] { cmdAddField_Click(); };
 }
 
 void FieldAddition::cmdAddField_Click() {
-  const QString name = form_.txtFieldName->text();
+  const QString name = desk_.form.txtFieldName->text();
   Statements step;
   try {
-    if (state_.gDoc.isNothing()) return;
-    if (state_.gDoc.hasItem(name)) {
-      host_.messageBox(exact::kItemExists, box::Plain, u"Add field"_s);
+    if (desk_.state.gDoc.isNothing()) return;
+    if (desk_.state.gDoc.hasItem(name)) {
+      desk_.host.messageBox(exact::kItemExists, box::Plain, u"Add field"_s);
       return;
     }
     addValue(step, name);
     NotesItem item;
-    step([&] { item = state_.gDoc.firstItem(name); });
-    writeFlags(step, form_, item);
+    step([&] { item = desk_.state.gDoc.firstItem(name); });
+    writeFlags(step, desk_.form, item);
     // Before the save: the size is that of the note as stored so far.
-    if (name != u"$FILE") step([&] { form_.lblSize->setText(sizeText(lowLevel_.ItemSizeOf(name))); });
-    step([&] { state_.gDoc.save(true, false); });
+    if (name != u"$FILE") step([&] { desk_.form.lblSize->setText(sizeText(lowLevel_.ItemSizeOf(name))); });
+    step([&] { desk_.state.gDoc.save(true, false); });
     readAnew(step);
   } catch (const RuntimeError& error) {
-    showReloadBox(host_, error, u"Error in AddField"_s);
+    showReloadBox(desk_.host, error, u"Error in AddField"_s);
   }
 }
 
 // Names and authors are written as plain text lists: nothing marks them as such.
 void FieldAddition::addValue(Statements& step, const QString& name) {
-  const QString content = form_.txtFieldContent->text();
+  const QString content = desk_.form.txtFieldContent->text();
   const auto replaceValue = [&](const Value& value) {
-    step([&] { state_.gDoc.replaceItemValue(name, value); });
+    step([&] { desk_.state.gDoc.replaceItemValue(name, value); });
   };
-  switch (typeNumber(typeText(form_.cmbFieldType->text()))) {
+  switch (typeNumber(typeText(desk_.form.cmbFieldType->text()))) {
     case itemcode::RichText:
       // The new item stays empty, whatever the content box holds.
-      state_.gRTItem = state_.gDoc.createRichTextItem(name);
+      desk_.state.gRTItem = desk_.state.gDoc.createRichTextItem(name);
       break;
     case itemcode::Number:
       replaceValue(toInt32(content));
       break;
     case itemcode::Date:
-      replaceValue(Value::array(dateLines(step, content, host_.regional())));
+      replaceValue(Value::array(dateLines(step, content, desk_.host.regional())));
       break;
     case itemcode::Readers:
       replaceValue(valueList(textLines(content)));
-      state_.gDoc.firstItem(name).setReaders(true);
+      desk_.state.gDoc.firstItem(name).setReaders(true);
       break;
     case itemcode::Names:
     case itemcode::Authors:
@@ -66,18 +65,18 @@ void FieldAddition::addValue(Statements& step, const QString& name) {
       break;
     default:
       // What follows fails on the missing item, and says so.
-      host_.messageBox(exact::kUnknownType, box::Exclamation, u"Doc Viewer"_s);
+      desk_.host.messageBox(exact::kUnknownType, box::Exclamation, u"Doc Viewer"_s);
   }
 }
 
 // Whatever the window shows: the document that is open in the client comes back.
 void FieldAddition::readAnew(Statements& step) {
-  state_.gUIWorkspace.release();
-  state_.gSession.release();
-  state_.gDb.release();
-  state_.gDoc.release();
-  state_.gRTItem.release();
-  step([&] { form_.cmdGetDoc->raiseClick(); });
+  desk_.state.gUIWorkspace.release();
+  desk_.state.gSession.release();
+  desk_.state.gDb.release();
+  desk_.state.gDoc.release();
+  desk_.state.gRTItem.release();
+  step([&] { desk_.form.cmdGetDoc->raiseClick(); });
 }
 
 }  // namespace lens

@@ -1,9 +1,7 @@
 // "Add new field": one new item in the document on display.
 #pragma once
 
-#include "host/host.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
+#include "shell/desk.h"
 #include "shell/low_level_reading.h"
 #include "shell/statements.h"
 
@@ -11,7 +9,7 @@ namespace lens {
 
 class FieldAddition {
  public:
-  FieldAddition(Form1& form, Globals& state, Host& host, LowLevelReading& lowLevel);
+  FieldAddition(Desk& desk, LowLevelReading& lowLevel);
 
   void cmdAddField_Click();
 
@@ -19,9 +17,7 @@ class FieldAddition {
   void addValue(Statements& step, const QString& name);
   void readAnew(Statements& step);
 
-  Form1& form_;
-  Globals& state_;
-  Host& host_;
+  Desk& desk_;
   LowLevelReading& lowLevel_;
 };
 

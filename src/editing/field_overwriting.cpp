@@ -16,40 +16,39 @@ constexpr int kPassedOver = 4000;
 
 }  // namespace
 
-FieldOverwriting::FieldOverwriting(Form1& form, Globals& state, Host& host, LowLevelReading& lowLevel)
-    : form_(form), state_(state), host_(host), lowLevel_(lowLevel) {
-  form_.cmdOverwrite->click = [this] { cmdOverwrite_Click(); };
-  form_.cmdDelField->click = [this] { cmdDelField_Click(); };
+FieldOverwriting::FieldOverwriting(Desk& desk, LowLevelReading& lowLevel) : desk_(desk), lowLevel_(lowLevel) {
+  desk_.form.cmdOverwrite->click = [this] { cmdOverwrite_Click(); };
+  desk_.form.cmdDelField->click = [this] { cmdDelField_Click(); };
 }
 
 void FieldOverwriting::cmdOverwrite_Click() {
   Statements step(kPassedOver);
   try {
-    const int count = form_.fldList->listCount();
+    const int count = desk_.form.fldList->listCount();
     for (int row = 0; row < count; ++row) {
-      if (!form_.fldList->selected(row)) continue;
+      if (!desk_.form.fldList->selected(row)) continue;
       QString name;
-      step([&] { name = requiredFieldName(form_.fldList->list(row)); });
-      if (state_.gDoc.isNothing()) continue;
+      step([&] { name = requiredFieldName(desk_.form.fldList->list(row)); });
+      if (desk_.state.gDoc.isNothing()) continue;
       overwriteItem(step, name);
       // The list has been read anew, and may show another item as selected.
       return;
     }
   } catch (const RuntimeError& error) {
-    showReloadBox(host_, error, u"Error in Overwrite"_s);
+    showReloadBox(desk_.host, error, u"Error in Overwrite"_s);
   }
 }
 
 void FieldOverwriting::overwriteItem(Statements& step, const QString& name) {
   NotesItem item;
-  step([&] { item = state_.gDoc.firstItem(name); });
+  step([&] { item = desk_.state.gDoc.firstItem(name); });
   int type = 0;
   step([&] { type = item.typeCode(); });
   if (!writeValue(step, name, item, type)) return;
   // To the item as it was fetched, although its value may have been replaced since.
-  writeFlags(step, form_, item);
-  step([&] { state_.gDoc.save(true, false); });
-  step([&] { form_.lblSize->setText(sizeText(lowLevel_.ItemSizeOf(name))); });
+  writeFlags(step, desk_.form, item);
+  step([&] { desk_.state.gDoc.save(true, false); });
+  step([&] { desk_.form.lblSize->setText(sizeText(lowLevel_.ItemSizeOf(name))); });
   readAnew(step);
 }
 
@@ -63,8 +62,8 @@ bool FieldOverwriting::writeValue(Statements& step, const QString& name, const N
       writeText(step, name);
       return true;
     case itemcode::Date: {
-      const QVector<Value> dates = dateLines(step, form_.txtFieldContent->text(), host_.regional());
-      step([&] { state_.gDoc.replaceItemValue(name, Value::array(dates)); });
+      const QVector<Value> dates = dateLines(step, desk_.form.txtFieldContent->text(), desk_.host.regional());
+      step([&] { desk_.state.gDoc.replaceItemValue(name, Value::array(dates)); });
       return true;
     }
     case itemcode::Number:
@@ -74,7 +73,7 @@ bool FieldOverwriting::writeValue(Statements& step, const QString& name, const N
       return replaceText(step, item);
     default:
       // Flags are written and the document is saved all the same.
-      host_.messageBox(exact::kUnknownType, box::Exclamation, u"Doc Viewer"_s);
+      desk_.host.messageBox(exact::kUnknownType, box::Exclamation, u"Doc Viewer"_s);
       return true;
   }
 }
@@ -82,24 +81,24 @@ bool FieldOverwriting::writeValue(Statements& step, const QString& name, const N
 // The item becomes plain text: no names, readers or authors mark comes back.
 void FieldOverwriting::writeText(Statements& step, const QString& name) {
   QStringList lines;
-  step([&] { lines = overwriteLines(form_.txtFieldContent->text()); });
+  step([&] { lines = overwriteLines(desk_.form.txtFieldContent->text()); });
   const Value value = lines.isEmpty() ? Value(QString()) : valueList(lines);
-  step([&] { state_.gDoc.replaceItemValue(name, value); });
+  step([&] { desk_.state.gDoc.replaceItemValue(name, value); });
 }
 
 // The number of values stays.
 void FieldOverwriting::writeNumbers(Statements& step, const QString& name) {
   Value values;
-  step([&] { values = state_.gDoc.itemValue(name); });
-  const Value numbers = valueList(numberLines(form_.txtFieldContent->text(), values.upperBound() + 1));
-  step([&] { state_.gDoc.replaceItemValue(name, numbers); });
+  step([&] { values = desk_.state.gDoc.itemValue(name); });
+  const Value numbers = valueList(numberLines(desk_.form.txtFieldContent->text(), values.upperBound() + 1));
+  step([&] { desk_.state.gDoc.replaceItemValue(name, numbers); });
 }
 
 bool FieldOverwriting::replaceText(Statements& step, const NotesItem& item) {
-  const QString search = form_.txtSearch->text(), replace = form_.txtReplace->text();
+  const QString search = desk_.form.txtSearch->text(), replace = desk_.form.txtReplace->text();
   if (search.isEmpty() && replace.isEmpty()) return true;
   if (replace.isEmpty()) {
-    host_.messageBox(exact::kNoReplaceText, box::Information, u"Error in Overwrite"_s);
+    desk_.host.messageBox(exact::kNoReplaceText, box::Information, u"Error in Overwrite"_s);
     return false;
   }
   replaceInRichText(step, NotesRichTextItem(item), search, replace);
@@ -107,14 +106,14 @@ bool FieldOverwriting::replaceText(Statements& step, const NotesItem& item) {
 }
 
 void FieldOverwriting::readAnew(Statements& step) {
-  if (state_.gDocKind == u"UIDOC") {
-    state_.gUIWorkspace.release();
-    state_.gSession.release();
-    state_.gDb.release();
-    state_.gDoc.release();
-    step([&] { form_.cmdGetDoc->raiseClick(); });
-  } else if (state_.gDocKind == u"PROFILE" || state_.gDocKind == u"DESIGN") {
-    step([&] { form_.cmdidList->raiseClick(); });
+  if (desk_.state.gDocKind == u"UIDOC") {
+    desk_.state.gUIWorkspace.release();
+    desk_.state.gSession.release();
+    desk_.state.gDb.release();
+    desk_.state.gDoc.release();
+    step([&] { desk_.form.cmdGetDoc->raiseClick(); });
+  } else if (desk_.state.gDocKind == u"PROFILE" || desk_.state.gDocKind == u"DESIGN") {
+    step([&] { desk_.form.cmdidList->raiseClick(); });
   }
 }
 
@@ -123,32 +122,33 @@ void FieldOverwriting::cmdDelField_Click() {
     QString name;
     const int row = selectedItem(name);
     if (row < 0) return;
-    state_.gDoc.removeItem(name);
-    state_.gDoc.save(true, false);
-    form_.fldList->removeItem(row);
+    desk_.state.gDoc.removeItem(name);
+    desk_.state.gDoc.save(true, false);
+    desk_.form.fldList->removeItem(row);
     clearItemControls();
-    form_.fldList->refresh();
+    desk_.form.fldList->refresh();
   } catch (const RuntimeError& error) {
-    showReloadBox(host_, error, exact::kDeleteTitle);
+    showReloadBox(desk_.host, error, exact::kDeleteTitle);
   }
 }
 
 // The selected row with its item's name; -1 for none, and without a document.
 int FieldOverwriting::selectedItem(QString& name) const {
-  for (int row = 0; row < form_.fldList->listCount(); ++row) {
-    if (!form_.fldList->selected(row)) continue;
-    name = requiredFieldName(form_.fldList->list(row));
-    if (!state_.gDoc.isNothing()) return row;
+  for (int row = 0; row < desk_.form.fldList->listCount(); ++row) {
+    if (!desk_.form.fldList->selected(row)) continue;
+    name = requiredFieldName(desk_.form.fldList->list(row));
+    if (!desk_.state.gDoc.isNothing()) return row;
   }
   return -1;
 }
 
 void FieldOverwriting::clearItemControls() {
-  form_.txtFieldName->setText(QString());
-  form_.cmbFieldType->setText(QString());
-  form_.txtFieldContent->setText(QString());
-  form_.lblSize->setText(QString());
-  for (CheckBox* flag : {form_.chkSummary, form_.chkEncrypted, form_.chkSigned, form_.chkProtected})
+  desk_.form.txtFieldName->setText(QString());
+  desk_.form.cmbFieldType->setText(QString());
+  desk_.form.txtFieldContent->setText(QString());
+  desk_.form.lblSize->setText(QString());
+  for (CheckBox* flag :
+       {desk_.form.chkSummary, desk_.form.chkEncrypted, desk_.form.chkSigned, desk_.form.chkProtected})
     flag->setValue(0);
 }
 

@@ -1,9 +1,7 @@
 // "Overwrite doc" and "Delete field": the item on display gets the content box as its new value, or goes.
 #pragma once
 
-#include "host/host.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
+#include "shell/desk.h"
 #include "shell/low_level_reading.h"
 #include "shell/statements.h"
 
@@ -11,7 +9,7 @@ namespace lens {
 
 class FieldOverwriting {
  public:
-  FieldOverwriting(Form1& form, Globals& state, Host& host, LowLevelReading& lowLevel);
+  FieldOverwriting(Desk& desk, LowLevelReading& lowLevel);
 
   void cmdOverwrite_Click();
   void cmdDelField_Click();
@@ -26,9 +24,7 @@ class FieldOverwriting {
   int selectedItem(QString& name) const;
   void clearItemControls();
 
-  Form1& form_;
-  Globals& state_;
-  Host& host_;
+  Desk& desk_;
   LowLevelReading& lowLevel_;
 };
 

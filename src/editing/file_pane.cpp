@@ -41,44 +41,44 @@ class WhileFilesMove {
 
 }  // namespace
 
-FilePane::FilePane(Form1& form, Globals& state, Host& host) : form_(form), state_(state), host_(host) {
-  form_.cmdExtractAtt->click = [this] { cmdExtractAtt_Click(); };
-  form_.cmdLoadAtt->click = [this] { cmdLoadAtt_Click(); };
-  form_.cmdRemoveFile->click = [this] { cmdRemoveFile_Click(); };
-  form_.Dir1->change = [this] { Dir1_Change(); };
-  form_.Drive1->change = [this] { Drive1_Change(); };
-  form_.Dir1->mouseDown = [this](int button, int) { Dir1_MouseDown(button); };
-  form_.File1->dblClick = [this] { File1_DblClick(); };
-  form_.File1->mouseDown = [this](int button, int) { File1_MouseDown(button); };
+FilePane::FilePane(Desk& desk) : desk_(desk) {
+  desk_.form.cmdExtractAtt->click = [this] { cmdExtractAtt_Click(); };
+  desk_.form.cmdLoadAtt->click = [this] { cmdLoadAtt_Click(); };
+  desk_.form.cmdRemoveFile->click = [this] { cmdRemoveFile_Click(); };
+  desk_.form.Dir1->change = [this] { Dir1_Change(); };
+  desk_.form.Drive1->change = [this] { Drive1_Change(); };
+  desk_.form.Dir1->mouseDown = [this](int button, int) { Dir1_MouseDown(button); };
+  desk_.form.File1->dblClick = [this] { File1_DblClick(); };
+  desk_.form.File1->mouseDown = [this](int button, int) { File1_MouseDown(button); };
 }
 
 // The directory at the index; without one it is the open directory.
 QString FilePane::openDirectory() const {
-  const int row = form_.Dir1->listIndex();
-  return row < 0 ? form_.Dir1->path() : form_.Dir1->directoryAt(row);
+  const int row = desk_.form.Dir1->listIndex();
+  return row < 0 ? desk_.form.Dir1->path() : desk_.form.Dir1->directoryAt(row);
 }
 
 int FilePane::selectedFile() const {
-  for (int row = 0; row < form_.File1->listCount(); ++row)
-    if (form_.File1->selected(row)) return row;
+  for (int row = 0; row < desk_.form.File1->listCount(); ++row)
+    if (desk_.form.File1->selected(row)) return row;
   return -1;
 }
 
 QString FilePane::filePath(int row) const {
-  return host_.joinPath(form_.File1->path(), form_.File1->list(row));
+  return desk_.host.joinPath(desk_.form.File1->path(), desk_.form.File1->list(row));
 }
 
 // Attachments that belong to no rich text item are not reached.
 void FilePane::cmdExtractAtt_Click() {
   const QString directory = openDirectory();
-  if (state_.gDoc.isNothing()) return;
-  const WhileFilesMove hourglass(host_);
-  const Value items = state_.gDoc.items();
+  if (desk_.state.gDoc.isNothing()) return;
+  const WhileFilesMove hourglass(desk_.host);
+  const Value items = desk_.state.gDoc.items();
   for (const Value& element : items.values()) {
     const NotesItem item = element.object();
     if (item.typeCode() == itemcode::RichText) extractFrom(NotesRichTextItem(item), directory);
   }
-  form_.File1->refresh();
+  desk_.form.File1->refresh();
 }
 
 // Existing files are overwritten without a question.
@@ -89,87 +89,87 @@ void FilePane::extractFrom(const NotesRichTextItem& item, const QString& directo
     const NotesEmbeddedObject object = embedded.object();
     if (object.type() != NotesEmbeddedObject::kAttachment) continue;
     const QString name = object.name();
-    object.extractFile(host_.joinPath(directory, fileNameOf(name)));
+    object.extractFile(desk_.host.joinPath(directory, fileNameOf(name)));
   }
 }
 
 void FilePane::cmdLoadAtt_Click() {
-  trapped(host_, {u"cmdLoadAtt_Click"_s}, [this] {
-    if (state_.gDoc.isNothing()) return;
+  trapped(desk_.host, {u"cmdLoadAtt_Click"_s}, [this] {
+    if (desk_.state.gDoc.isNothing()) return;
     const int row = selectedFile();
     if (row < 0) return;
-    const QString file = form_.File1->list(row);
+    const QString file = desk_.form.File1->list(row);
     // Always with a separator, also behind a root.
-    const QString path = form_.File1->path() + QDir::separator() + file;
-    const QString name = form_.txtFieldName->text();
+    const QString path = desk_.form.File1->path() + QDir::separator() + file;
+    const QString name = desk_.form.txtFieldName->text();
     const QString title = u"Load attachment"_s;
-    if (host_.messageBox(u"Load attachment: "_s + file + u" into field " + name, box::YesNo, title) ==
+    if (desk_.host.messageBox(u"Load attachment: "_s + file + u" into field " + name, box::YesNo, title) ==
         answer::No)
       return;
-    if (form_.cmbFieldType->text() != u"RICHTEXT (1) means rich text") {
-      host_.messageBox(exact::kNoRichText, box::Critical, title);
+    if (desk_.form.cmbFieldType->text() != u"RICHTEXT (1) means rich text") {
+      desk_.host.messageBox(exact::kNoRichText, box::Critical, title);
       return;
     }
-    const NotesItem item = state_.gDoc.firstItem(name);
+    const NotesItem item = desk_.state.gDoc.firstItem(name);
     if (item.typeCode() != itemcode::RichText) return;
-    const WhileFilesMove hourglass(host_);
+    const WhileFilesMove hourglass(desk_.host);
     NotesRichTextItem(item).embedObject(NotesEmbeddedObject::kAttachment, QString(), path);
-    state_.gDoc.save(true, false, true);
-    form_.cmdGetDoc->raiseClick();
+    desk_.state.gDoc.save(true, false, true);
+    desk_.form.cmdGetDoc->raiseClick();
   });
 }
 
 // No question, no way back. The file behind the deleted one is selected.
 void FilePane::cmdRemoveFile_Click() {
-  trapped(host_, {u"cmdRemoveFile_Click"_s}, [this] {
+  trapped(desk_.host, {u"cmdRemoveFile_Click"_s}, [this] {
     const int row = selectedFile();
     if (row < 0) return;
-    host_.deleteFile(filePath(row));
-    form_.File1->refresh();
-    if (row < form_.File1->listCount()) form_.File1->setSelected(row, true);
+    desk_.host.deleteFile(filePath(row));
+    desk_.form.File1->refresh();
+    if (row < desk_.form.File1->listCount()) desk_.form.File1->setSelected(row, true);
   });
 }
 
 void FilePane::showFirstFile() {
-  form_.File1->refresh();
-  if (form_.File1->listCount() >= 1) form_.File1->setSelected(0, true);
+  desk_.form.File1->refresh();
+  if (desk_.form.File1->listCount() >= 1) desk_.form.File1->setSelected(0, true);
 }
 
 void FilePane::Dir1_Change() {
-  trapped(host_, {u"Dir1_Change"_s}, [this] {
-    form_.File1->setPath(form_.Dir1->path());
+  trapped(desk_.host, {u"Dir1_Change"_s}, [this] {
+    desk_.form.File1->setPath(desk_.form.Dir1->path());
     showFirstFile();
   });
 }
 
 void FilePane::Drive1_Change() {
-  trapped(host_, {u"Drive1_Change"_s}, [this] {
-    form_.Dir1->setPath(form_.Drive1->drive());
+  trapped(desk_.host, {u"Drive1_Change"_s}, [this] {
+    desk_.form.Dir1->setPath(desk_.form.Drive1->drive());
     showFirstFile();
   });
 }
 
 void FilePane::File1_DblClick() {
-  ShellOpenFile(filePath(form_.File1->listIndex()));
+  ShellOpenFile(filePath(desk_.form.File1->listIndex()));
 }
 
 void FilePane::Dir1_MouseDown(int button) {
-  if (button != kLeftButton) host_.showProperties(form_.Dir1->path());
+  if (button != kLeftButton) desk_.host.showProperties(desk_.form.Dir1->path());
 }
 
 void FilePane::File1_MouseDown(int button) {
   if (button == kLeftButton) return;
-  const int row = form_.File1->listIndex();
-  if (!form_.File1->list(row).isEmpty()) host_.showProperties(filePath(row));
+  const int row = desk_.form.File1->listIndex();
+  if (!desk_.form.File1->list(row).isEmpty()) desk_.host.showProperties(filePath(row));
 }
 
 QString FilePane::ShellOpenFile(const QString& path) {
-  const int code = host_.shellOpen(path);
+  const int code = desk_.host.shellOpen(path);
   if (code >= kStarted) return u"-1"_s;
-  if (code == kNoAssociation) return QString::number(host_.openWith(path) != 0 ? -1 : 0);
+  if (code == kNoAssociation) return QString::number(desk_.host.openWith(path) != 0 ? -1 : 0);
   const QString message = shellMessage(code);
   if (message.isEmpty()) return QString::number(code);
-  host_.messageBox(exact::kCannotExecute, box::Exclamation, u"Execute it"_s);
+  desk_.host.messageBox(exact::kCannotExecute, box::Exclamation, u"Execute it"_s);
   return QString::number(code) + u" , " + message;
 }
 

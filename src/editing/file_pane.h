@@ -2,15 +2,13 @@
 // and putting files into one of its rich text items.
 #pragma once
 
-#include "host/host.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
+#include "shell/desk.h"
 
 namespace lens {
 
 class FilePane {
  public:
-  FilePane(Form1& form, Globals& state, Host& host);
+  explicit FilePane(Desk& desk);
 
   void cmdExtractAtt_Click();
   void cmdLoadAtt_Click();
@@ -32,9 +30,7 @@ class FilePane {
   void extractFrom(const NotesRichTextItem& item, const QString& directory);
   void showFirstFile();
 
-  Form1& form_;
-  Globals& state_;
-  Host& host_;
+  Desk& desk_;
 };
 
 }  // namespace lens

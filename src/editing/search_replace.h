@@ -2,17 +2,14 @@
 // content box, and replacing in all items of the document on display.
 #pragma once
 
-#include "host/host.h"
 #include "notes/numbers.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
-#include "shell/routines.h"
+#include "shell/desk.h"
 
 namespace lens {
 
 class SearchReplace {
  public:
-  SearchReplace(Form1& form, Globals& state, Host& host, Routines& routines);
+  explicit SearchReplace(Desk& desk);
 
   void cmdSearch_Click();
   void txtSearch_KeyDown(int keyCode, int shift);
@@ -27,10 +24,7 @@ class SearchReplace {
   QString joinedValues(const QString& itemName) const;
   bool replaceInItem(const NotesItem& item);
 
-  Form1& form_;
-  Globals& state_;
-  Host& host_;
-  Routines& routines_;
+  Desk& desk_;
   Int16 nextSearchIndex_;
 };
 

@@ -4,19 +4,15 @@
 
 #include <QString>
 
-#include "host/host.h"
 #include "inspector/agent_record.h"
-#include "notes/bridge.h"
-#include "notes/capi.h"
+#include "shell/desk.h"
 #include "shell/error_modes.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
 
 namespace lens {
 
 class AgentInfo {
  public:
-  AgentInfo(Form1& form, Globals& state, CApi& api, Host& host);
+  explicit AgentInfo(Desk& desk);
 
   // The agent is looked up by its title in the database of the current document; the database given is
   // not used. Where the record cannot be had the text shows one of zeros.
@@ -40,10 +36,7 @@ class AgentInfo {
   template <class Statements>
   void withBox(Statements&& statements);
 
-  Form1& form_;
-  Globals& state_;
-  CApi& api_;
-  Host& host_;
+  Desk& desk_;
 };
 
 }  // namespace lens

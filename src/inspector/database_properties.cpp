@@ -7,39 +7,39 @@
 
 namespace lens {
 
-DatabaseProperties::DatabaseProperties(Form1& form, Globals& state, Host& host)
-    : form_(form), state_(state), host_(host) {
-  form_.lastModified->dblClick = [this] { lastModified_DblClick(); };
+DatabaseProperties::DatabaseProperties(Desk& desk) : desk_(desk) {
+  desk_.form.lastModified->dblClick = [this] { lastModified_DblClick(); };
 }
 
 void DatabaseProperties::lastModified_DblClick() {
-  if (state_.gDb.isNothing()) return;
-  state_.gDoc = state_.gDb.documentById(u"FFFF0010"_s);
+  if (desk_.state.gDb.isNothing()) return;
+  desk_.state.gDoc = desk_.state.gDb.documentById(u"FFFF0010"_s);
   clearDocumentControls();
-  form_.idList->addItem(eightDigits(state_.gDoc.noteId()));
-  form_.NotesUID->setText(state_.gDoc.universalId());
-  form_.idList->refresh();
-  form_.idList->setSelected(0, true);
-  form_.cmdidList->raiseClick();
+  desk_.form.idList->addItem(eightDigits(desk_.state.gDoc.noteId()));
+  desk_.form.NotesUID->setText(desk_.state.gDoc.universalId());
+  desk_.form.idList->refresh();
+  desk_.form.idList->setSelected(0, true);
+  desk_.form.cmdidList->raiseClick();
   // The listing may have shown an item in the content box; the legend takes its place.
-  const Value flags = state_.gDoc.itemValue(u"$Flags"_s);
-  loadDBInfo(textOf(flags.at(0), host_.regional()));
+  const Value flags = desk_.state.gDoc.itemValue(u"$Flags"_s);
+  loadDBInfo(textOf(flags.at(0), desk_.host.regional()));
 }
 
 void DatabaseProperties::clearDocumentControls() {
-  form_.txtFieldContent->setText(QString());
-  form_.txtFieldName->setText(QString());
-  form_.lblSize->setText(QString());
-  form_.cmbFieldType->setText(QString());
-  for (CheckBox* flag : {form_.chkSummary, form_.chkEncrypted, form_.chkSigned, form_.chkProtected})
+  desk_.form.txtFieldContent->setText(QString());
+  desk_.form.txtFieldName->setText(QString());
+  desk_.form.lblSize->setText(QString());
+  desk_.form.cmbFieldType->setText(QString());
+  for (CheckBox* flag :
+       {desk_.form.chkSummary, desk_.form.chkEncrypted, desk_.form.chkSigned, desk_.form.chkProtected})
     flag->setValue(0);
-  form_.idList->clear();
-  form_.fldList->clear();
+  desk_.form.idList->clear();
+  desk_.form.fldList->clear();
 }
 
 void DatabaseProperties::loadDBInfo(const QString& flags) {
   constexpr quint32 kRed = 255;
-  RichTextBox& content = *form_.txtFieldContent;
+  RichTextBox& content = *desk_.form.txtFieldContent;
   try {
     content.setText(databaseLegend());
     for (const Stretch& stretch : flagStretches(flags, content.text())) {
@@ -51,7 +51,7 @@ void DatabaseProperties::loadDBInfo(const QString& flags) {
     content.setSelLength(0);
   } catch (const RuntimeError& error) {
     const Procedure procedure{u"loadDBInfo"_s, u"Modul Globals"_s};
-    host_.messageBox(errorText(error, procedure) + u". Line 0");
+    desk_.host.messageBox(errorText(error, procedure) + u". Line 0");
   }
 }
 

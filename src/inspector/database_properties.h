@@ -3,15 +3,13 @@
 
 #include <QString>
 
-#include "host/host.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
+#include "shell/desk.h"
 
 namespace lens {
 
 class DatabaseProperties {
  public:
-  DatabaseProperties(Form1& form, Globals& state, Host& host);
+  explicit DatabaseProperties(Desk& desk);
 
   void lastModified_DblClick();
   // Fills the content box with the legend and colours what the flags name.
@@ -20,9 +18,7 @@ class DatabaseProperties {
  private:
   void clearDocumentControls();
 
-  Form1& form_;
-  Globals& state_;
-  Host& host_;
+  Desk& desk_;
 };
 
 }  // namespace lens

@@ -24,41 +24,43 @@ QVector<Value> itemsOf(const NotesDocument& document, Continue& step) {
 
 }  // namespace
 
-DocumentCapture::DocumentCapture(Form1& form, Globals& state, Gateway& notes, Host& host, Routines& routines)
-    : form_(form), state_(state), notes_(notes), host_(host), routines_(routines) {
-  form_.cmdGetDoc->click = [this] { cmdGetDoc_Click(); };
-  form_.cmdFldtype->click = [this] { cmdFldtype_Click(); };
-  form_.viewNotesID->click = [this] { viewNotesID_Click(); };
-  form_.cmdDECHEX->click = [this] { cmdDECHEX_Click(); };
-  form_.NotesID->change = [this] { NotesID_Change(); };
-  form_.NotesID->keyPress = [this](int& key) { NotesID_KeyPress(key); };
-  form_.NotesUID->change = [this] { NotesUID_Change(); };
-  form_.idList->dblClick = [this] { idList_DblClick(); };
+DocumentCapture::DocumentCapture(Desk& desk) : desk_(desk) {
+  desk_.form.cmdGetDoc->click = [this] { cmdGetDoc_Click(); };
+  desk_.form.cmdFldtype->click = [this] { cmdFldtype_Click(); };
+  desk_.form.viewNotesID->click = [this] { viewNotesID_Click(); };
+  desk_.form.cmdDECHEX->click = [this] { cmdDECHEX_Click(); };
+  desk_.form.NotesID->change = [this] { NotesID_Change(); };
+  desk_.form.NotesID->keyPress = [this](int& key) { NotesID_KeyPress(key); };
+  desk_.form.NotesUID->change = [this] { NotesUID_Change(); };
+  desk_.form.idList->dblClick = [this] { idList_DblClick(); };
 }
 
 void DocumentCapture::cmdGetDoc_Click() {
   Continue step;
   if (!openCurrentDatabase(step)) {
-    step([&] { form_.cmdGetProfiels->raiseClick(); });
-    step([&] { host_.messageBox(exact::kNoDatabase); });
-    state_.gUIWorkspace.release();
-    state_.gSession.release();
+    step([&] { desk_.form.cmdGetProfiels->raiseClick(); });
+    step([&] { desk_.host.messageBox(exact::kNoDatabase); });
+    desk_.state.gUIWorkspace.release();
+    desk_.state.gSession.release();
     return;
   }
-  step([&] { form_.lastModified->setText(u"Database size: "_s + state_.gDb.sizeText() + u" bytes"); });
+  step([&] {
+    desk_.form.lastModified->setText(u"Database size: "_s + desk_.state.gDb.sizeText() + u" bytes");
+  });
   hideScanControls(step);
 
-  state_.gDoc.release();
+  desk_.state.gDoc.release();
   takeOpenDocument(step);
-  if (state_.gDoc.isNothing()) takeSelectedDocument(step);
-  if (state_.gDoc.isNothing()) {
-    step([&] { form_.cmdGetProfiels->raiseClick(); });
+  if (desk_.state.gDoc.isNothing()) takeSelectedDocument(step);
+  if (desk_.state.gDoc.isNothing()) {
+    step([&] { desk_.form.cmdGetProfiels->raiseClick(); });
     return;
   }
 
   step([&] {
-    const QString commonName = serverCommonName(routines_, state_.gDb);
-    form_.setWindowTitle(u"Current UI document in: "_s + state_.gDb.filePath() + u"!!" + commonName);
+    const QString commonName = serverCommonName(desk_.routines, desk_.state.gDb);
+    desk_.form.setWindowTitle(u"Current UI document in: "_s + desk_.state.gDb.filePath() + u"!!" +
+                              commonName);
   });
   clearDocumentControls(step, true);
   showDocumentId(step);
@@ -66,108 +68,110 @@ void DocumentCapture::cmdGetDoc_Click() {
   forEachSelectedRow([&] { listItems(step); });
   showBody(step);
 
-  form_.txtFieldContent->setSelStart(1);
-  form_.txtFieldContent->setSelLength(0);
-  form_.idList->refresh();
-  form_.lblCounter->setText(QString::number(form_.idList->listCount()));
-  state_.gDocKind = u"UIDOC"_s;
+  desk_.form.txtFieldContent->setSelStart(1);
+  desk_.form.txtFieldContent->setSelLength(0);
+  desk_.form.idList->refresh();
+  desk_.form.lblCounter->setText(QString::number(desk_.form.idList->listCount()));
+  desk_.state.gDocKind = u"UIDOC"_s;
 }
 
 void DocumentCapture::cmdFldtype_Click() {
   Continue step;
   if (!openCurrentDatabase(step)) {
-    step([&] { host_.messageBox(exact::kNoDatabase); });
-    state_.gUIWorkspace.release();
-    state_.gSession.release();
+    step([&] { desk_.host.messageBox(exact::kNoDatabase); });
+    desk_.state.gUIWorkspace.release();
+    desk_.state.gSession.release();
     return;
   }
   hideScanControls(step);
 
   takeOpenDocument(step);
-  if (state_.gDoc.isNothing()) {
-    step([&] { host_.messageBox(exact::kNoDocument); });
+  if (desk_.state.gDoc.isNothing()) {
+    step([&] { desk_.host.messageBox(exact::kNoDocument); });
     return;
   }
   clearDocumentControls(step, false);
   showDocumentId(step);
   forEachSelectedRow([&] { listItemsOfType(step); });
-  form_.idList->refresh();
-  form_.lblCounter->setText(QString::number(form_.idList->listCount()));
+  desk_.form.idList->refresh();
+  desk_.form.lblCounter->setText(QString::number(desk_.form.idList->listCount()));
 }
 
 void DocumentCapture::openSession() {
-  state_.gUIWorkspace = NotesUIWorkspace::of(notes_);
-  state_.gSession = NotesSession::ofClient(notes_);
+  desk_.state.gUIWorkspace = NotesUIWorkspace::of(desk_.notes);
+  desk_.state.gSession = NotesSession::ofClient(desk_.notes);
 }
 
 // A session and a workspace of its own for every click. False when the client has no database open.
 bool DocumentCapture::openCurrentDatabase(Continue& step) {
-  step([&] { state_.gUIWorkspace = NotesUIWorkspace::of(notes_); });
-  step([&] { state_.gSession = NotesSession::ofClient(notes_); });
-  step([&] { state_.gDb = state_.gSession.currentDatabase(); });
-  return !state_.gDb.isNothing();
+  step([&] { desk_.state.gUIWorkspace = NotesUIWorkspace::of(desk_.notes); });
+  step([&] { desk_.state.gSession = NotesSession::ofClient(desk_.notes); });
+  step([&] { desk_.state.gDb = desk_.state.gSession.currentDatabase(); });
+  return !desk_.state.gDb.isNothing();
 }
 
 // Only the note ID scan of old releases needs these controls.
 void DocumentCapture::hideScanControls(Continue& step) {
-  if (!step.holds([&] { return hasNoteCollections(state_.gSession); })) return;
-  form_.cmdStop->setVisible(false);
-  form_.lfdIDNum->setVisible(false);
-  form_.txtLfdNr->setVisible(false);
-  form_.Label4->setVisible(false);
+  if (!step.holds([&] { return hasNoteCollections(desk_.state.gSession); })) return;
+  desk_.form.cmdStop->setVisible(false);
+  desk_.form.lfdIDNum->setVisible(false);
+  desk_.form.txtLfdNr->setVisible(false);
+  desk_.form.Label4->setVisible(false);
 }
 
 // With no open document the read fails and gDoc stays as it is.
 void DocumentCapture::takeOpenDocument(Continue& step) {
   step([&] {
-    const NotesUIDocument open = state_.gUIWorkspace.currentDocument();
-    state_.gDoc = open.document();
+    const NotesUIDocument open = desk_.state.gUIWorkspace.currentDocument();
+    desk_.state.gDoc = open.document();
   });
 }
 
 void DocumentCapture::takeSelectedDocument(Continue& step) {
   NotesDocumentCollection selected;
-  step([&] { selected = state_.gDb.unprocessedDocuments(); });
-  if (step.holds([&] { return selected.count() > 0; })) step([&] { state_.gDoc = selected.firstDocument(); });
+  step([&] { selected = desk_.state.gDb.unprocessedDocuments(); });
+  if (step.holds([&] { return selected.count() > 0; }))
+    step([&] { desk_.state.gDoc = selected.firstDocument(); });
 }
 
 void DocumentCapture::clearDocumentControls(Continue& step, bool clearType) {
-  step([&] { form_.txtFieldContent->setText(QString()); });
-  form_.txtFieldName->setText(QString());
-  if (clearType) form_.cmbFieldType->setText(QString());  // its rows stay
-  form_.lblSize->setText(QString());
-  for (CheckBox* flag : {form_.chkSummary, form_.chkEncrypted, form_.chkSigned, form_.chkProtected})
+  step([&] { desk_.form.txtFieldContent->setText(QString()); });
+  desk_.form.txtFieldName->setText(QString());
+  if (clearType) desk_.form.cmbFieldType->setText(QString());  // its rows stay
+  desk_.form.lblSize->setText(QString());
+  for (CheckBox* flag :
+       {desk_.form.chkSummary, desk_.form.chkEncrypted, desk_.form.chkSigned, desk_.form.chkProtected})
     flag->setValue(0);
-  step([&] { form_.idList->clear(); });
-  step([&] { form_.fldList->clear(); });
+  step([&] { desk_.form.idList->clear(); });
+  step([&] { desk_.form.fldList->clear(); });
 }
 
 void DocumentCapture::showDocumentId(Continue& step) {
   QString id;
-  step([&] { id = eightDigits(state_.gDoc.noteId()); });
-  step([&] { form_.idList->addItem(id); });
-  step([&] { form_.NotesUID->setText(state_.gDoc.universalId()); });
-  form_.idList->refresh();
-  step([&] { form_.idList->setSelected(0, true); });
+  step([&] { id = eightDigits(desk_.state.gDoc.noteId()); });
+  step([&] { desk_.form.idList->addItem(id); });
+  step([&] { desk_.form.NotesUID->setText(desk_.state.gDoc.universalId()); });
+  desk_.form.idList->refresh();
+  step([&] { desk_.form.idList->setSelected(0, true); });
 }
 
 // Removes by a place that runs on while the collection shrinks, so every second size stays and a
 // name met again keeps its old one.
 void DocumentCapture::forgetAttachmentSizes(Continue& step) {
-  const int count = state_.gAttachmentSizes.count();
-  for (int place = 1; place <= count; ++place) step([&] { state_.gAttachmentSizes.remove(place); });
+  const int count = desk_.state.gAttachmentSizes.count();
+  for (int place = 1; place <= count; ++place) step([&] { desk_.state.gAttachmentSizes.remove(place); });
 }
 
 void DocumentCapture::forEachSelectedRow(const std::function<void()>& use) const {
-  for (int row = 0; row < form_.idList->listCount(); ++row) {
-    if (!form_.idList->selected(row)) continue;
-    if (form_.idList->list(row).isEmpty()) return;
+  for (int row = 0; row < desk_.form.idList->listCount(); ++row) {
+    if (!desk_.form.idList->selected(row)) continue;
+    if (desk_.form.idList->list(row).isEmpty()) return;
     use();
   }
 }
 
 void DocumentCapture::listItems(Continue& step) {
-  const QVector<Value> items = itemsOf(state_.gDoc, step);
+  const QVector<Value> items = itemsOf(desk_.state.gDoc, step);
   qsizetype width = 0;
   for (const Value& item : items)
     step([&] {
@@ -183,97 +187,98 @@ void DocumentCapture::listItems(Continue& step) {
       step([&] { text = NotesItem(item.object()).values().at(0).text(); });
       collectAttachmentSize(step, text);
     }
-    step([&] { form_.fldList->addItem(fieldRow(name, width, text)); });
+    step([&] { desk_.form.fldList->addItem(fieldRow(name, width, text)); });
   }
 }
 
 void DocumentCapture::collectAttachmentSize(Continue& step, const QString& fileName) {
   QString size;
   step([&] {
-    const NotesEmbeddedObject file = state_.gDoc.attachment(fileName);
+    const NotesEmbeddedObject file = desk_.state.gDoc.attachment(fileName);
     size = file.fileSizeText();
   });
   // The name is held against the sizes; a file named like one of them is left out.
   bool equalsSize = false;
-  for (int place = 1; place <= state_.gAttachmentSizes.count(); ++place)
-    equalsSize = equalsSize || state_.gAttachmentSizes.item(place) == fileName;
-  if (!equalsSize) step([&] { state_.gAttachmentSizes.add(size, fileName); });
+  for (int place = 1; place <= desk_.state.gAttachmentSizes.count(); ++place)
+    equalsSize = equalsSize || desk_.state.gAttachmentSizes.item(place) == fileName;
+  if (!equalsSize) step([&] { desk_.state.gAttachmentSizes.add(size, fileName); });
 }
 
 void DocumentCapture::listItemsOfType(Continue& step) {
-  const QString wanted = form_.cmbFieldType->text();
+  const QString wanted = desk_.form.cmbFieldType->text();
   QString name, text;
-  for (const Value& item : itemsOf(state_.gDoc, step)) {
+  for (const Value& item : itemsOf(desk_.state.gDoc, step)) {
     step([&] { name = NotesItem(item.object()).name(); });
     // A type without a row in the table never matches: its look-up fails inside the test.
     const bool matches = step.holds([&] {
-      const NotesItem first = state_.gDoc.firstItem(name);
-      return wanted == state_.gDocTypes.item(first.typeText());
+      const NotesItem first = desk_.state.gDoc.firstItem(name);
+      return wanted == desk_.state.gDocTypes.item(first.typeText());
     });
     if (!matches) continue;
     step([&] { text = NotesItem(item.object()).text(); });
     if (upperUnits(name) == kFile) step([&] { text = NotesItem(item.object()).values().at(0).text(); });
-    step([&] { form_.fldList->addItem(fieldRow(name, 0, text)); });
+    step([&] { desk_.form.fldList->addItem(fieldRow(name, 0, text)); });
   }
 }
 
 // Selecting the row fires its click already; the second run gives the same result.
 void DocumentCapture::showBody(Continue& step) {
-  const int body = firstBodyRow(*form_.fldList);
+  const int body = firstBodyRow(*desk_.form.fldList);
   if (body < 0) return;
-  step([&] { form_.fldList->setSelected(body, true); });
-  step([&] { form_.txtSearch->setText(routines_.LeftFrom(form_.idList->text(), u" "_s)); });
-  form_.chkCase->setValue(0);
-  step([&] { form_.fldList->raiseClick(); });
+  step([&] { desk_.form.fldList->setSelected(body, true); });
+  step([&] { desk_.form.txtSearch->setText(desk_.routines.LeftFrom(desk_.form.idList->text(), u" "_s)); });
+  desk_.form.chkCase->setValue(0);
+  step([&] { desk_.form.fldList->raiseClick(); });
 }
 
 void DocumentCapture::viewNotesID_Click() {
-  trapped(host_, {u"viewNotesID_Click"_s}, [this] {
+  trapped(desk_.host, {u"viewNotesID_Click"_s}, [this] {
     const QString id = typedIdText();
     if (id.isEmpty()) return;
-    form_.idList->clear();
-    form_.idList->addItem(id);
-    form_.idList->setSelected(0, true);
-    form_.txtFieldContent->setText(QString());
+    desk_.form.idList->clear();
+    desk_.form.idList->addItem(id);
+    desk_.form.idList->setSelected(0, true);
+    desk_.form.txtFieldContent->setText(QString());
     openSession();
-    state_.gDb = state_.gSession.currentDatabase();
-    if (!form_.NotesID->text().isEmpty() &&
+    desk_.state.gDb = desk_.state.gSession.currentDatabase();
+    if (!desk_.form.NotesID->text().isEmpty() &&
         !findDocument(&NotesDatabase::documentById, id, u"Invalid note ID"))
       return;
-    if (!form_.NotesUID->text().isEmpty()) {
+    if (!desk_.form.NotesUID->text().isEmpty()) {
       if (!findDocument(&NotesDatabase::documentByUnid, id, u"Invalid universal ID")) return;
-      form_.idList->clear();
-      form_.idList->addItem(eightDigits(state_.gDoc.noteId()));
-      form_.idList->refresh();
-      form_.idList->setSelected(0, true);
+      desk_.form.idList->clear();
+      desk_.form.idList->addItem(eightDigits(desk_.state.gDoc.noteId()));
+      desk_.form.idList->refresh();
+      desk_.form.idList->setSelected(0, true);
     }
-    if (form_.cmdidList->isEnabled()) idList_DblClick();
+    if (desk_.form.cmdidList->isEnabled()) idList_DblClick();
   });
 }
 
 QString DocumentCapture::typedIdText() {
-  const QString noteId = form_.NotesID->text();
-  if (noteId.isEmpty()) return form_.NotesUID->text();
-  if (form_.cmdDECHEX->text() == kHexMode) return eightDigits(noteId);
-  return eightDigits(routines_.UnsignedDec2Hex(noteId));
+  const QString noteId = desk_.form.NotesID->text();
+  if (noteId.isEmpty()) return desk_.form.NotesUID->text();
+  if (desk_.form.cmdDECHEX->text() == kHexMode) return eightDigits(noteId);
+  return eightDigits(desk_.routines.UnsignedDec2Hex(noteId));
 }
 
 // The failure of the look-up is read right behind it; with no database at hand the box, which names
 // it, fails too and nothing is shown.
 bool DocumentCapture::findDocument(LookUp lookUp, const QString& id, const char16_t* complaint) {
   Continue lookup;
-  lookup([&] { state_.gDoc = (state_.gDb.*lookUp)(id); });
+  lookup([&] { desk_.state.gDoc = (desk_.state.gDb.*lookUp)(id); });
   if (lookup.number() == 0) return true;
   lookup([&] {
-    host_.messageBox(QString::fromUtf16(complaint), box::Critical, u"Db = "_s + state_.gDb.fileName());
+    desk_.host.messageBox(QString::fromUtf16(complaint), box::Critical,
+                          u"Db = "_s + desk_.state.gDb.fileName());
   });
   return false;
 }
 
 bool DocumentCapture::CloseIfOpen(const NotesDocument& document) {
   bool closed = false;
-  trapped(host_, {u"CloseIfOpen"_s}, [&] {
-    const NotesUIWorkspace workspace = NotesUIWorkspace::of(notes_);
+  trapped(desk_.host, {u"CloseIfOpen"_s}, [&] {
+    const NotesUIWorkspace workspace = NotesUIWorkspace::of(desk_.notes);
     const NotesUIDocument open = workspace.currentDocument();
     const QString openId = open.document().noteId();
     if (document.noteId() != openId) return;
@@ -284,42 +289,42 @@ bool DocumentCapture::CloseIfOpen(const NotesDocument& document) {
 }
 
 void DocumentCapture::RefreshCurrentView() {
-  trapped(host_, {u"RefreshCurrentView"_s}, [this] { NotesUIWorkspace::of(notes_).viewRefresh(); });
+  trapped(desk_.host, {u"RefreshCurrentView"_s}, [this] { NotesUIWorkspace::of(desk_.notes).viewRefresh(); });
 }
 
 void DocumentCapture::cmdDECHEX_Click() {
-  trapped(host_, {u"cmdDECHEX_Click"_s}, [this] {
-    const QString typed = form_.NotesID->text();
-    if (form_.cmdDECHEX->text() == kDecimalMode) {
-      form_.cmdDECHEX->setText(kHexMode);
-      if (!typed.isEmpty()) form_.NotesID->setText(routines_.UnsignedDec2Hex(typed));
+  trapped(desk_.host, {u"cmdDECHEX_Click"_s}, [this] {
+    const QString typed = desk_.form.NotesID->text();
+    if (desk_.form.cmdDECHEX->text() == kDecimalMode) {
+      desk_.form.cmdDECHEX->setText(kHexMode);
+      if (!typed.isEmpty()) desk_.form.NotesID->setText(desk_.routines.UnsignedDec2Hex(typed));
     } else {
-      form_.cmdDECHEX->setText(kDecimalMode);
-      form_.NotesID->setText(hexStringToBinary(typed).text());
+      desk_.form.cmdDECHEX->setText(kDecimalMode);
+      desk_.form.NotesID->setText(hexStringToBinary(typed).text());
     }
   });
 }
 
 void DocumentCapture::NotesID_Change() {
-  trapped(host_, {u"NotesID_Change"_s}, [this] {
-    if (form_.NotesID->text().isEmpty()) return;
-    form_.NotesUID->setText(QString());
+  trapped(desk_.host, {u"NotesID_Change"_s}, [this] {
+    if (desk_.form.NotesID->text().isEmpty()) return;
+    desk_.form.NotesUID->setText(QString());
     // The caption never reads so, and letters of a pasted text pass; users paste IDs that way.
-    if (form_.cmdDECHEX->text() != u"DEC NotesID") return;
+    if (desk_.form.cmdDECHEX->text() != u"DEC NotesID") return;
     bool numeric = false;
-    form_.NotesID->text().toDouble(&numeric);
-    if (!numeric) host_.messageBox(u"Only numeric input is allowed"_s, box::Critical);
+    desk_.form.NotesID->text().toDouble(&numeric);
+    if (!numeric) desk_.host.messageBox(u"Only numeric input is allowed"_s, box::Critical);
   });
 }
 
 void DocumentCapture::NotesID_KeyPress(int& key) {
-  trapped(host_, {u"NotesID_KeyPress"_s}, [&] {
+  trapped(desk_.host, {u"NotesID_KeyPress"_s}, [&] {
     const bool typed = key >= 32 && key != 127;  // Enter and Esc are no characters of the ID
-    if (!typed || form_.cmdDECHEX->text() != kHexMode || (key >= u'0' && key <= u'9')) return;
+    if (!typed || desk_.form.cmdDECHEX->text() != kHexMode || (key >= u'0' && key <= u'9')) return;
     const char16_t upper = QChar(char16_t(key)).toUpper().unicode();
     if (upper < u'0' || upper > u'F') {
-      host_.messageBox(exact::kHexDigitsOnly, box::Critical, kHexMode);
-      form_.NotesID->setText(QString());
+      desk_.host.messageBox(exact::kHexDigitsOnly, box::Critical, kHexMode);
+      desk_.form.NotesID->setText(QString());
       key = 13;
       return;
     }
@@ -328,14 +333,14 @@ void DocumentCapture::NotesID_KeyPress(int& key) {
 }
 
 void DocumentCapture::NotesUID_Change() {
-  trapped(host_, {u"NotesUID_Change"_s}, [this] {
-    if (!form_.NotesUID->text().isEmpty()) form_.NotesID->setText(QString());
+  trapped(desk_.host, {u"NotesUID_Change"_s}, [this] {
+    if (!desk_.form.NotesUID->text().isEmpty()) desk_.form.NotesID->setText(QString());
   });
 }
 
 void DocumentCapture::idList_DblClick() {
-  trapped(host_, {u"idList_DblClick"_s}, [this] {
-    if (form_.cmdidList->isEnabled()) form_.cmdidList->raiseClick();
+  trapped(desk_.host, {u"idList_DblClick"_s}, [this] {
+    if (desk_.form.cmdidList->isEnabled()) desk_.form.cmdidList->raiseClick();
   });
 }
 

@@ -2,18 +2,14 @@
 // in a view, or one named by its note ID or universal ID.
 #pragma once
 
-#include "host/host.h"
-#include "notes/bridge.h"
+#include "shell/desk.h"
 #include "shell/error_modes.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
-#include "shell/routines.h"
 
 namespace lens {
 
 class DocumentCapture {
  public:
-  DocumentCapture(Form1& form, Globals& state, Gateway& notes, Host& host, Routines& routines);
+  explicit DocumentCapture(Desk& desk);
 
   void cmdGetDoc_Click();
   // Lists only the items of the type named in cmbFieldType.
@@ -49,11 +45,7 @@ class DocumentCapture {
   using LookUp = NotesDocument (NotesDatabase::*)(const QString& id) const;
   bool findDocument(LookUp lookUp, const QString& id, const char16_t* complaint);
 
-  Form1& form_;
-  Globals& state_;
-  Gateway& notes_;
-  Host& host_;
-  Routines& routines_;
+  Desk& desk_;
 };
 
 }  // namespace lens

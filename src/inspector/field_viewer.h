@@ -4,24 +4,17 @@
 
 #include <QString>
 
-#include "host/host.h"
 #include "inspector/agent_info.h"
-#include "notes/bridge.h"
 #include "notes/numbers.h"
+#include "shell/desk.h"
 #include "shell/error_modes.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
 #include "shell/low_level_reading.h"
-#include "shell/routines.h"
-#include "shell/session_routines.h"
-#include "shell/window_layout.h"
 
 namespace lens {
 
 class FieldViewer {
  public:
-  FieldViewer(Form1& form, Globals& state, Host& host, Routines& routines, SessionRoutines& sessions,
-              LowLevelReading& lowLevel, WindowLayout& layout, AgentInfo& agentInfo);
+  FieldViewer(Desk& desk, LowLevelReading& lowLevel, AgentInfo& agentInfo);
 
   void fldList_Click();
   void cmdidList_Click();
@@ -44,13 +37,8 @@ class FieldViewer {
   QString showSelectionFormula(const NotesItem& item, const QString& name, const QString& designName);
   void showBody();
 
-  Form1& form_;
-  Globals& state_;
-  Host& host_;
-  Routines& routines_;
-  SessionRoutines& sessions_;
+  Desk& desk_;
   LowLevelReading& lowLevel_;
-  WindowLayout& layout_;
   AgentInfo& agentInfo_;
 };
 

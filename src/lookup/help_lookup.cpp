@@ -29,11 +29,11 @@ void forEachDocument(const NotesDocumentCollection& documents,
 
 }  // namespace
 
-HelpLookup::HelpLookup(Form1& form, Globals& state, Host& host) : form_(form), state_(state), host_(host) {
-  form_.cmdFuncList->click = [this] { cmdFuncList_Click(); };
-  form_.cmdLS->click = [this] { cmdLS_Click(); };
-  form_.cmdJava->click = [this] { cmdJava_Click(); };
-  form_.cmdHLP->click = [this] { cmdHLP_Click(); };
+HelpLookup::HelpLookup(Desk& desk) : desk_(desk) {
+  desk_.form.cmdFuncList->click = [this] { cmdFuncList_Click(); };
+  desk_.form.cmdLS->click = [this] { cmdLS_Click(); };
+  desk_.form.cmdJava->click = [this] { cmdJava_Click(); };
+  desk_.form.cmdHLP->click = [this] { cmdHLP_Click(); };
 }
 
 void HelpLookup::cmdFuncList_Click() {
@@ -49,7 +49,7 @@ void HelpLookup::cmdJava_Click() {
 }
 
 void HelpLookup::cmdHLP_Click() {
-  look([this](const NotesDatabase& help) { return help.fullTextSearch(form_.txtSearch->text(), 0); });
+  look([this](const NotesDatabase& help) { return help.fullTextSearch(desk_.form.txtSearch->text(), 0); });
 }
 
 void HelpLookup::lookByFormula(const QString& formula) {
@@ -58,27 +58,27 @@ void HelpLookup::lookByFormula(const QString& formula) {
 
 // Without a hit the old rows stay and are counted.
 void HelpLookup::look(const Selection& select) {
-  if (state_.gSession.isNothing()) return;
+  if (desk_.state.gSession.isNothing()) return;
   const NotesDatabase help = findHelp();
   if (help.isNothing()) return;
   const NotesDocumentCollection topics = select(help);
   if (!topics.isNothing()) {
     if (topics.count() > 0) listTopics(topics);
-    form_.lblCounter->setText(QString::number(Int16(form_.idList->listCount())));
+    desk_.form.lblCounter->setText(QString::number(Int16(desk_.form.idList->listCount())));
   }
-  host_.setPointer(pointer::Default);
+  desk_.host.setPointer(pointer::Default);
 }
 
 // The first file whose path holds the name, in a subdirectory as well; it is opened locally even where the
 // directory of a server told of it.
 NotesDatabase HelpLookup::findHelp() {
-  const NotesDbDirectory directory = state_.gSession.dbDirectory(state_.gServer);
+  const NotesDbDirectory directory = desk_.state.gSession.dbDirectory(desk_.state.gServer);
   NotesDatabase file = directory.firstDatabase(NotesDbDirectory::kDatabasesAndTemplates);
   while (!file.isNothing()) {
     const QString path = file.filePath();
     if (path.toLower().contains(kFileName)) {
-      const NotesDatabase help = state_.gSession.database(QString(), path);
-      state_.gDb = help;
+      const NotesDatabase help = desk_.state.gSession.database(QString(), path);
+      desk_.state.gDb = help;
       return help;
     }
     file = directory.nextDatabase();
@@ -88,19 +88,19 @@ NotesDatabase HelpLookup::findHelp() {
 
 // The width of the column is known only when all subjects have been seen.
 void HelpLookup::listTopics(const NotesDocumentCollection& topics) {
-  form_.idList->clear();
-  host_.setPointer(pointer::Hourglass);
+  desk_.form.idList->clear();
+  desk_.host.setPointer(pointer::Hourglass);
   qsizetype width = 0;
   forEachDocument(topics, [&](const NotesDocument& topic) { width = qMax(width, subjectOf(topic).size()); });
   forEachDocument(topics, [&](const NotesDocument& topic) {
     const QString id = eightDigits(topic.noteId());
-    form_.idList->addItem(subjectOf(topic).leftJustified(width) + kIdMark + id);
+    desk_.form.idList->addItem(subjectOf(topic).leftJustified(width) + kIdMark + id);
   });
 }
 
 QString HelpLookup::subjectOf(const NotesDocument& topic) {
   const Value values = topic.itemValue(u"Subject"_s);
-  return textOf(values.at(0), host_.regional());
+  return textOf(values.at(0), desk_.host.regional());
 }
 
 }  // namespace lens

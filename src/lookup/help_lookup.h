@@ -4,15 +4,13 @@
 
 #include <functional>
 
-#include "host/host.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
+#include "shell/desk.h"
 
 namespace lens {
 
 class HelpLookup {
  public:
-  HelpLookup(Form1& form, Globals& state, Host& host);
+  explicit HelpLookup(Desk& desk);
 
   void cmdFuncList_Click();
   void cmdLS_Click();
@@ -27,9 +25,7 @@ class HelpLookup {
   void listTopics(const NotesDocumentCollection& topics);
   QString subjectOf(const NotesDocument& topic);
 
-  Form1& form_;
-  Globals& state_;
-  Host& host_;
+  Desk& desk_;
 };
 
 }  // namespace lens

@@ -5,22 +5,15 @@
 #include <QPointer>
 #include <QString>
 
-#include "host/host.h"
-#include "notes/capi.h"
 #include "shell/about.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
-#include "shell/routines.h"
+#include "shell/desk.h"
 #include "shell/server_lists.h"
-#include "shell/session_routines.h"
-#include "shell/window_layout.h"
 
 namespace lens {
 
 class Form1Lifecycle {
  public:
-  Form1Lifecycle(Form1& form, Globals& state, CApi& api, Host& host, Routines& routines,
-                 SessionRoutines& sessions, ServerLists& servers, WindowLayout& layout);
+  Form1Lifecycle(Desk& desk, ServerLists& servers);
 
   // First step of the load: the table of item types, which the inspector fills.
   Event<> addDocTypes;
@@ -53,14 +46,8 @@ class Form1Lifecycle {
   void releaseAndEnd();
   void showWindow();
 
-  Form1& form_;
-  Globals& state_;
-  CApi& api_;
-  Host& host_;
-  Routines& routines_;
-  SessionRoutines& sessions_;
+  Desk& desk_;
   ServerLists& servers_;
-  WindowLayout& layout_;
   QPointer<About> about_;
 };
 

@@ -6,17 +6,13 @@
 #include <QString>
 #include <functional>
 
-#include "host/host.h"
-#include "notes/capi.h"
-#include "shell/form1.h"
-#include "shell/globals.h"
-#include "shell/routines.h"
+#include "shell/desk.h"
 
 namespace lens {
 
 class LowLevelReading {
  public:
-  LowLevelReading(Form1& form, Globals& state, CApi& api, Host& host, Routines& routines);
+  explicit LowLevelReading(Desk& desk);
 
   // Stored bytes of the item; 0 when they cannot be told. The size of an attachment is the one that
   // was collected at capture for the selected row of fldList.
@@ -36,11 +32,7 @@ class LowLevelReading {
   bool withBox(const std::function<void()>& statements);
   QString readActionText(const StoredItem& item);
 
-  Form1& form_;
-  Globals& state_;
-  CApi& api_;
-  Host& host_;
-  Routines& routines_;
+  Desk& desk_;
 };
 
 }  // namespace lens

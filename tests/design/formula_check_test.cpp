@@ -235,7 +235,8 @@ TEST_F(FormulaCheck, OtherFailuresOfTheCompilerCountAsClean) {
       return 0x0107;
     }
   } library(*engineCapi);
-  FormulaTools tools(form(), state(), library, host, app->routines);
+  Desk desk = deskWith(library);
+  FormulaTools tools(desk);
   const FormulaTools::CompileReport report = tools.CheckFormula(u"1 +"_s);
   EXPECT_EQ(report.error, 0);
   EXPECT_EQ(report.offset, 0);

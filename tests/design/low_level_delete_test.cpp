@@ -33,10 +33,12 @@ class LowLevelDelete : public DesignTest {
   LowLevelDelete() {
     start();
     stubborn = std::make_unique<StubbornCApi>(*capiDoor);
-    deletion = std::make_unique<Deletion>(form(), state(), *stubborn, host, app->routines);
+    desk = std::make_unique<Desk>(deskWith(*stubborn));
+    deletion = std::make_unique<Deletion>(*desk);
   }
   QString run(const QString& id) { return deletion->DeleteNoteLowLevel(state().gDb, id); }
   std::unique_ptr<StubbornCApi> stubborn;
+  std::unique_ptr<Desk> desk;
   std::unique_ptr<Deletion> deletion;
 };
 

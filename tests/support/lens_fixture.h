@@ -65,6 +65,10 @@ class LensFixture : public testing::Test {
   }
   Form1& form() { return app->form; }
   Globals& state() { return app->state; }
+  // The application's desk with another library behind its door.
+  Desk deskWith(CApi& library) {
+    return {app->form, app->state, *notesDoor, library, host, app->routines, app->sessions, app->layout};
+  }
 
   // Runs the click of a button, list, check box or label, as a user's click would.
   void click(const char* name);
