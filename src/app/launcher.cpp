@@ -61,8 +61,8 @@ void Launcher::openClient() {
   application_->form.sbrMain->panelClick = [this](const QString& key) { sbrMain_PanelClick(key); };
 }
 
-template <class Statements>
-bool Launcher::tell(Statements&& statements) {
+template <class Body>
+bool Launcher::tell(Body&& statements) {
   try {
     statements();
     return true;

@@ -28,8 +28,8 @@ class Launcher {
  private:
   void openWorkspace();
   // Shows a failure with the title "Workspace"; false then.
-  template <class Statements>
-  bool tell(Statements&& statements);
+  template <class Body>
+  bool tell(Body&& statements);
   void openClient();
   void sbrMain_PanelClick(const QString& key);
   void showClient();

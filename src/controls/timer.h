@@ -16,7 +16,6 @@ class Timer : public QObject {
   explicit Timer(QObject* parent = nullptr);
 
   Event<> timer;
-  void raiseTimer() const { timer.raise(); }
 
   // Milliseconds; 0 stops the clock as if it were disabled.
   int interval() const { return interval_; }

@@ -31,8 +31,8 @@ FieldTypes::FieldTypes(Desk& desk) : desk_(desk) {
 }
 
 // A failure ends the walk, and the report so far is not shown.
-template <class Statements>
-void FieldTypes::withBox(Statements&& statements) {
+template <class Body>
+void FieldTypes::withBox(Body&& statements) {
   try {
     statements();
   } catch (const RuntimeError& error) {

@@ -21,8 +21,8 @@ class FieldTypes {
   int wantedType();
   QString contentOfNote(const QString& row);
   void showReport(const QString& report);
-  template <class Statements>
-  void withBox(Statements&& statements);
+  template <class Body>
+  void withBox(Body&& statements);
 
   Desk& desk_;
 };

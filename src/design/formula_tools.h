@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "shell/desk.h"
-#include "shell/statements.h"
+#include "shell/error_modes.h"
 
 namespace lens {
 

@@ -8,7 +8,7 @@
 #pragma once
 
 #include "shell/desk.h"
-#include "shell/statements.h"
+#include "shell/error_modes.h"
 
 namespace lens {
 

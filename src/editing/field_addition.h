@@ -2,8 +2,8 @@
 #pragma once
 
 #include "shell/desk.h"
+#include "shell/error_modes.h"
 #include "shell/low_level_reading.h"
-#include "shell/statements.h"
 
 namespace lens {
 

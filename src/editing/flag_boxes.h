@@ -2,8 +2,8 @@
 #pragma once
 
 #include "notes/objects/item.h"
+#include "shell/error_modes.h"
 #include "shell/form1.h"
-#include "shell/statements.h"
 
 namespace lens {
 

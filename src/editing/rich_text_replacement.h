@@ -4,7 +4,7 @@
 #include <QString>
 
 #include "notes/objects/item.h"
-#include "shell/statements.h"
+#include "shell/error_modes.h"
 
 namespace lens {
 

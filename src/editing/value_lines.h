@@ -11,7 +11,7 @@
 
 #include "host/regional.h"
 #include "notes/bridge.h"
-#include "shell/statements.h"
+#include "shell/error_modes.h"
 
 namespace lens {
 

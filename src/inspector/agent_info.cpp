@@ -75,8 +75,8 @@ QString AgentInfo::dateText(Continue& step, const TimeDate& time) {
   return text;
 }
 
-template <class Statements>
-void AgentInfo::withBox(Statements&& statements) {
+template <class Body>
+void AgentInfo::withBox(Body&& statements) {
   try {
     statements();
   } catch (const RuntimeError& error) {

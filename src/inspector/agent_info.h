@@ -33,8 +33,8 @@ class AgentInfo {
   Left readAgent(const QString& title, Opened& opened, Shown& shown);
   void readFields(const Opened& opened, BlockId block, quint32 length, Shown& shown);
   QString dateText(Continue& step, const TimeDate& time);
-  template <class Statements>
-  void withBox(Statements&& statements);
+  template <class Body>
+  void withBox(Body&& statements);
 
   Desk& desk_;
 };

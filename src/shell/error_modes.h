@@ -1,15 +1,15 @@
-// The four error modes, as tools: a procedure says with them what a failure means to it.
+// The error modes, as tools: a procedure says with them what a failure means to it.
 //
 //   trapped    any failure ends the statements and shows the error box; the procedure goes on behind
 //   Continue   a failing statement is passed over and the next one runs
 //   Told       a failing statement shows the error box and the next one runs
+//   Statements plain code at first, Continue from a date on
 //   (none)     plain code: the failure goes to the caller
 //
 // The end of the process (ProcessEnded in tests) is no failure and passes through all of them.
 #pragma once
 
 #include <QString>
-#include <optional>
 #include <utility>
 
 #include "host/host.h"
@@ -31,8 +31,8 @@ inline QString errorText(const RuntimeError& error, const Procedure& procedure) 
 }
 
 // Runs the statements; a failure ends them and shows the error box. True when all of them ran.
-template <class Statements>
-bool trapped(Host& host, const Procedure& procedure, Statements&& statements) {
+template <class Body>
+bool trapped(Host& host, const Procedure& procedure, Body&& statements) {
   try {
     statements();
     return true;
@@ -42,9 +42,23 @@ bool trapped(Host& host, const Procedure& procedure, Statements&& statements) {
   }
 }
 
-// The mode in which a failing statement is passed over. The last failure is kept until it is
-// cleared; later success does not clear it.
-class Continue {
+// The modes that run a procedure statement by statement: each has an operator() that runs one statement and
+// is false when it failed and the next one shall run.
+template <class Mode>
+class StatementMode {
+ public:
+  // A condition of an "if": one that cannot be told counts as false.
+  template <class Condition>
+  bool holds(Condition&& condition) {
+    bool result = false;
+    static_cast<Mode&> (*this)([&] { result = condition(); });
+    return result;
+  }
+};
+
+// The mode in which a failing statement is passed over. The number of the last failure is kept
+// until it is cleared; later success does not clear it.
+class Continue : public StatementMode<Continue> {
  public:
   // Runs one statement. False when it failed.
   template <class Statement>
@@ -53,30 +67,21 @@ class Continue {
       statement();
       return true;
     } catch (const RuntimeError& error) {
-      last_ = error;
+      number_ = error.number();
       return false;
     }
   }
 
-  // A condition of an "if": one that cannot be told counts as false.
-  template <class Condition>
-  bool holds(Condition&& condition) {
-    bool result = false;
-    (*this)([&] { result = condition(); });
-    return result;
-  }
-
   // Number of the last failure, 0 when there was none.
-  int number() const { return last_ ? last_->number() : 0; }
-  const std::optional<RuntimeError>& last() const { return last_; }
-  void clear() { last_.reset(); }
+  int number() const { return number_; }
+  void clear() { number_ = 0; }
 
  private:
-  std::optional<RuntimeError> last_;
+  int number_ = 0;
 };
 
 // The mode in which a failing statement shows the error box, whatever its number, and the next one runs.
-class Told {
+class Told : public StatementMode<Told> {
  public:
   Told(Host& host, Procedure procedure) : host_(host), procedure_(std::move(procedure)) {}
 
@@ -86,17 +91,42 @@ class Told {
     return trapped(host_, procedure_, statement);
   }
 
-  // A condition of an "if": one that cannot be told counts as false.
-  template <class Condition>
-  bool holds(Condition&& condition) {
-    bool result = false;
-    (*this)([&] { result = condition(); });
-    return result;
-  }
-
  private:
   Host& host_;
   Procedure procedure_;
+};
+
+// The mode of a procedure whose trap is switched off on the way. Until then a failure goes to the procedure's
+// trap; afterwards it is passed over like in Continue. A date item switches it off
+// for the rest of the command.
+class Statements : public StatementMode<Statements> {
+ public:
+  // A failure of this number is passed over even while the trap is on; 0 means none.
+  explicit Statements(int passedOver = 0) : passedOver_(passedOver) {}
+
+  // Runs one statement. False when it failed and was passed over; any other failure goes on.
+  template <class Statement>
+  bool operator()(Statement&& statement) {
+    if (off_) return continued_(statement);
+    try {
+      statement();
+      return true;
+    } catch (const RuntimeError& error) {
+      if (passedOver_ == 0 || error.number() != passedOver_) throw;
+      return false;
+    }
+  }
+
+  // The mode from now on, for the date lines that switch to it.
+  Continue& switchTrapOff() {
+    off_ = true;
+    return continued_;
+  }
+
+ private:
+  int passedOver_;
+  bool off_ = false;
+  Continue continued_;
 };
 
 }  // namespace lens
