@@ -1,14 +1,11 @@
 // One item change in every document of the collection list: the four buttons "Coll", and the button that
-// takes entries off the list.
-//
-// The paths of one document (field_addition.h, field_overwriting.h, search_replace.h) do other things on
-// purpose: they write the flags, refuse what is there already, say what they do not support. Here nobody
-// watches: flags are never set, an existing item is replaced, what is not supported is silent and the
-// document is saved all the same. Lines, dates, numbers and places are read by the same rules.
+// takes entries off the list. What each change does to a document stands in collection_changes.h.
 #pragma once
 
+#include <memory>
+
+#include "editing/collection_changes.h"
 #include "shell/desk.h"
-#include "shell/error_modes.h"
 
 namespace lens {
 
@@ -29,28 +26,8 @@ class CollectionEngine {
   void procCollection(int mode, const QString& fieldName, const QString& fieldValue);
 
  private:
-  enum class Run { GoesOn, Ends };
-  // What a run carries from one document to the next: with the trap off, a failing statement leaves here
-  // what the document before had.
-  struct Work {
-    Statements step;
-    NotesItem item;
-    int type = 0;
-    Value values;
-  };
-  Run changeDocument(Work& work, int mode, const QString& name, const QString& value);
-  void deleteItem(Work& work, const QString& name);
-  void addItem(Work& work, const QString& name, const QString& typeText);
-  void addValue(Work& work, const QString& name);
-  void addLines(Work& work, const QString& name, const QString& content);
-  void overwriteItem(Work& work, const QString& name, const QString& content);
-  void overwriteValue(Work& work, const QString& name, const QString& content);
-  Run replaceInDocument(Work& work);
-  bool replaceInItem(Work& work, const NotesItem& item);
-  void fetchItem(Work& work, const QString& name);
-  void replaceValue(Work& work, const QString& name, const Value& value);
-  void writeDates(Work& work, const QString& name, const QString& content);
-  void saveDocument(Work& work);
+  std::unique_ptr<CollectionChange> changeOf(int mode, const QString& name, const QString& value);
+  void changeDocuments(CollectionChange* change);
   void endOfRun();
 
   Desk& desk_;
