@@ -1,6 +1,7 @@
 // Every listing and the deletion with a failure in every place: the n-th call through a door raises, for
 // every n. Each box is compared whole, and so is what stays behind.
 #include "design/design_fixture.h"
+#include "support/every_fault.h"
 
 namespace lens {
 namespace {
@@ -19,27 +20,21 @@ class DesignFaults : public DesignTest {
   // the number of runs that failed.
   template <class Prepare, class Run, class Check>
   int runWithEveryFault(Prepare prepare, Run run, Check check) {
-    for (int n = 1; n < 500; ++n) {
+    const auto runFailing = [&](int n) {
       prepare();
       host.boxes.clear();
       host.pointers.clear();
       state().gDocKind = u"before"_s;
       notes().log.clear();
-      notes().failAt = n;
-      run();
-      const bool reached = notes().calls() >= n;
-      notes().failAt = 0;
-      if (!reached) {
-        EXPECT_EQ(host.boxes, Boxes());
-        return n - 1;
-      }
-      SCOPED_TRACE(n);
+      return reachesFault(notes(), n, run);
+    };
+    const int runs = withEveryFault(runFailing, [&](int n) {
       SCOPED_TRACE(notes().log[n - 1].toStdString());
       check(n);
       EXPECT_EQ(engineCapi->openHandles(), 0);
-    }
-    ADD_FAILURE() << "does not end";
-    return 0;
+    });
+    EXPECT_EQ(host.boxes, Boxes());
+    return runs;
   }
   bool failedIn(int n, const QString& name) {
     return notes().log[n - 1].compare(name, Qt::CaseInsensitive) == 0;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "embedded/richtext/rich_text.h"
+#include "support/every_fault.h"
 #include "support/lens_fixture.h"
 
 namespace lens {
@@ -85,23 +86,20 @@ class ToolsTest : public LensFixture {
   template <class Prepare, class Expected>
   int pressWithEveryFault(const char* button, Door door, Prepare prepare, Expected expected) {
     const QStringList& log = door == Door::ObjectModel ? notes().log : capi().log;
-    for (int n = 1; n < 2000; ++n) {
+    const auto pressFailing = [&](int n) {
       prepare();
       host.boxes.clear();
       host.pointers.clear();
       notes().log.clear();
       capi().log.clear();
-      (door == Door::ObjectModel ? notes().failAt : capi().failAt) =
-          door == Door::ObjectModel ? n : capi().calls() + n;
-      press(button);
-      notes().failAt = capi().failAt = 0;
-      if (log.size() < n) return n - 1;
+      const auto pressIt = [&] { press(button); };
+      return door == Door::ObjectModel ? reachesFault(notes(), n, pressIt) : reachesFault(capi(), n, pressIt);
+    };
+    return withEveryFault(pressFailing, [&](int n) {
       EXPECT_EQ(host.boxes, ShownBoxes(expected(n, log[n - 1])))
-          << button << ", failure in call " << n << ": " << log.mid(0, n).join(u' ').toStdString();
-      EXPECT_EQ(engineCapi->openHandles(), 0) << button << ", failure in call " << n;
-    }
-    ADD_FAILURE() << button << " does not end";
-    return 0;
+          << button << ": " << log.mid(0, n).join(u' ').toStdString();
+      EXPECT_EQ(engineCapi->openHandles(), 0) << button;
+    });
   }
 };
 

@@ -1,6 +1,7 @@
 // Every editing command with a failure in every place: the n-th call through a door raises, for every n.
 // Each box is compared whole, text, icon and title; and what the store holds afterwards is told.
 #include "editing/editing_fixture.h"
+#include "support/every_fault.h"
 
 namespace lens {
 namespace {
@@ -34,24 +35,19 @@ class EditingFaults : public EditingTest {
   // boxes of each run must be the expected ones. Gives the number of runs that failed.
   template <class Prepare, class Expected>
   int runWithEveryFault(const char* button, Prepare prepare, Expected expected) {
-    for (int n = 1; n < 2000; ++n) {
+    const auto pressFailing = [&](int n) {
       while (app->routines.mouseBusyCount() > 0) app->routines.SetMousePtr(pointer::Default);
       prepare();
       host.boxes.clear();
       notes().log.clear();
       host.pointers.clear();
-      notes().failAt = n;
-      press(button);
-      const bool reached = notes().calls() >= n;
-      notes().failAt = 0;
-      if (!reached) return n - 1;
-      EXPECT_EQ(host.boxes, expected(n))
-          << button << ", failure in call " << n << ": " << notes().log[n - 1].toStdString() << " of "
-          << notes().log.mid(0, n).join(u' ').toStdString();
+      return reachesFault(notes(), n, [&] { press(button); });
+    };
+    return withEveryFault(pressFailing, [&](int n) {
+      EXPECT_EQ(host.boxes, expected(n)) << button << ": " << notes().log[n - 1].toStdString() << " of "
+                                         << notes().log.mid(0, n).join(u' ').toStdString();
       EXPECT_EQ(engineCapi->openHandles(), 0);
-    }
-    ADD_FAILURE() << button << " does not end";
-    return 0;
+    });
   }
   // What lies before the n-th call, and the call itself.
   int callsBefore(int n, const QString& name) {
@@ -345,25 +341,21 @@ TEST_F(EditingFaults, LoadingAFileShowsTheErrorBoxUntilItIsSaved) {
 
 // Sizes are the only thing that the editing commands read past the object model.
 TEST_F(EditingFaults, AFailureOfTheLibraryIsToldAndEndsNothing) {
-  int failed = 0;
-  for (int n = 1; n < 100; ++n) {
+  const auto overwriteFailing = [&](int n) {
     prepareOverwriting(u"Subject"_s, u"new %1"_s.arg(n));
     host.boxes.clear();
-    const int before = capi().calls();
-    capi().failAt = before + n;
-    press("cmdOverwrite");
-    const bool reached = capi().calls() - before >= n;
-    capi().failAt = 0;
+    const bool reached = reachesFault(capi(), n, [&] { press("cmdOverwrite"); });
     EXPECT_EQ(values(u"Subject"_s), QStringList(u"new %1"_s.arg(n)));
     EXPECT_EQ(engineCapi->openHandles(), 0);
-    if (!reached) break;
-    ++failed;
+    return reached;
+  };
+  const int failed = withEveryFault(overwriteFailing, [&](int) {
     const QString told = standardErrorText(453);
     for (const ShownBox& shown : host.boxes)
       EXPECT_TRUE(shown == (ShownBox{told, box::Plain, {}}) ||
                   shown == reloadBox(u"Error in Overwrite"_s, 453).first())
-          << n << ": " << shown.text.toStdString();
-  }
+          << shown.text.toStdString();
+  });
   EXPECT_GE(failed, 6);
 }
 

@@ -3,6 +3,7 @@
 
 #include "embedded/mime/mime_entity.h"
 #include "embedded/richtext/rich_text.h"
+#include "support/every_fault.h"
 #include "support/lens_fixture.h"
 
 namespace lens {
@@ -38,27 +39,19 @@ class FaultsTest : public LensFixture {
   // Runs the command with the n-th call of a door failing, for n = 1, 2, ... until a run has none.
   // Gives the number of runs that met the failure.
   int runWithEveryFault(const Command& command, bool objectModel) {
-    int n = 0;
-    for (;;) {
-      ++n;
-      notes().failAt = 0;
+    const auto runFailing = [&](int n) {
       resetState();
       command.prepare(form());
       host.boxes.clear();
       notes().log.clear();
-      const int capiBefore = capi().calls();
-      (objectModel ? notes().failAt : capi().failAt) = objectModel ? n : capiBefore + n;
-      bool reached = false;
-      EXPECT_NO_THROW(command.run(form())) << command.name << ", failure in call " << n;
-      reached = objectModel ? notes().calls() >= n : capi().calls() - capiBefore >= n;
-      notes().failAt = capi().failAt = 0;
+      const auto run = [&] {
+        EXPECT_NO_THROW(command.run(form())) << command.name << ", failure in call " << n;
+      };
+      const bool reached = objectModel ? reachesFault(notes(), n, run) : reachesFault(capi(), n, run);
       expectOrder(command, n);
-      if (!reached) return n - 1;
-      if (n > 2000) {
-        ADD_FAILURE() << command.name << " does not end";
-        return n;
-      }
-    }
+      return reached;
+    };
+    return withEveryFault(runFailing, [](int) {});
   }
 
   void resetState() {
@@ -154,10 +147,7 @@ TEST_F(FaultsTest, AClickOnEachItemPassesOverEveryFailure) {
 TEST_F(FaultsTest, AfterAFailureTheNextClickShowsTheDocumentAgain) {
   const QStringList whole = rows("fldList");
   for (int n = 1; n < 40; ++n) {
-    notes().log.clear();
-    notes().failAt = n;
-    click("cmdGetDoc");
-    notes().failAt = 0;
+    reachesFault(notes(), n, [&] { click("cmdGetDoc"); });
     click("cmdGetDoc");
     EXPECT_EQ(rows("fldList"), whole) << n;
     EXPECT_EQ(text("txtFieldContent"), "Dear Mr Okafor") << n;
