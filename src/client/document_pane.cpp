@@ -31,7 +31,7 @@ bool DocumentPane::open(quint32 noteId) {
 bool DocumentPane::read(quint32 noteId) {
   try {
     Note note;
-    if (!database_->read(noteId, note))
+    if (!database_->notes().read(noteId, note))
       throw RuntimeError(enginefault::UnknownNote,
                          tr("%1: there is no note %2 any more; F5 refreshes the view")
                              .arg(database_->path(), noteIdText(noteId)));

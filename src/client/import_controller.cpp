@@ -63,7 +63,7 @@ void ImportController::importDxl(const QStringList& filesOrFolders, bool intoNew
 bool ImportController::dropEmpty(Target& target) {
   if (!target.isNew) return false;
   try {
-    if (databases_.place() == target.place || target.database->noteCount(kAnyClass) > 0) return false;
+    if (databases_.place() == target.place || target.database->notes().noteCount(kAnyClass) > 0) return false;
   } catch (const RuntimeError&) {
     return false;
   }
