@@ -62,7 +62,7 @@ QVector<ViewEntry> viewEntries(const Database& database) {
   return entries;
 }
 
-QVector<quint32> documentsOf(const Database& database, const ViewEntry& entry) {
+QVector<quint32> documentsOf(Database& database, const ViewEntry& entry) {
   if (entry.kind == ViewEntry::Kind::AllDocuments) return idsOf(database.notes().list(noteclass::Document));
   if (entry.kind == ViewEntry::Kind::DesignNotes) return idsOf(database.notes().list(kDesign));
   Note view;

@@ -22,6 +22,6 @@ QVector<ViewEntry> viewEntries(const Database& database);
 
 // Note IDs: those of a view in its order, all others ascending. Raises UnknownNote when the view has gone
 // meanwhile.
-QVector<quint32> documentsOf(const Database& database, const ViewEntry& entry);
+QVector<quint32> documentsOf(Database& database, const ViewEntry& entry);
 
 }  // namespace lens

@@ -116,12 +116,12 @@ TEST_F(ProgramTest, DoingAFirstStartAgainLeavesFilledDatabasesWithTheirNewDocume
     const auto workspace = Workspace::open(directory.filePath(u"workspace"_s), host.regional());
     workspace->setIniValue(u"Samples"_s, u"filling"_s);
     note.add(u"Form"_s, itemflag::Summary, textValue(u"Memo"_s));
-    workspace->database(QString(), u"mail/kmeier.nsf"_s)->save(note);
+    workspace->database(QString(), u"mail/kmeier.nsf"_s)->notes().save(note);
   }
   { const Launcher second(host); }
   const auto workspace = Workspace::open(directory.filePath(u"workspace"_s), host.regional());
   Note found;
-  EXPECT_TRUE(workspace->database(QString(), u"mail/kmeier.nsf"_s)->read(note.header.unid, found));
+  EXPECT_TRUE(workspace->database(QString(), u"mail/kmeier.nsf"_s)->notes().read(note.header.unid, found));
   EXPECT_EQ(workspace->iniValue(u"Samples"), "filled");
   EXPECT_EQ(host.boxTexts(), QStringList());
 }

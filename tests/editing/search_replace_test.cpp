@@ -236,7 +236,7 @@ TEST_F(SearchReplaceTest, ReplaceAllRefusesToTurnAReferenceIntoText) {
   Note parent = memo();
   save(parent);
   Note note = memo();
-  note.add(u"$REF"_s, itemflag::Summary, noteRefsValue({parent.header.unid.text()}));
+  note.add(u"$REF"_s, itemflag::Summary, noteRefsValue({parent.header.unid}));
   show(note);
   const QByteArray before = stored().find(u"$REF")->value;
   replaceAll(parent.header.unid.text().left(8), u"x"_s);

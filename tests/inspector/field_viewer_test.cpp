@@ -288,7 +288,7 @@ TEST_F(FieldViewerTest, AListWithoutEntriesHasMinusTwoBytes) {
 }
 
 TEST_F(FieldViewerTest, AReferenceListIsTwoBytesShorter) {
-  view(u"$REF"_s, itemflag::Summary, noteRefsValue({QString(32, u'A')}));
+  view(u"$REF"_s, itemflag::Summary, noteRefsValue({Unid::fromText(QString(32, u'A'))}));
   EXPECT_EQ(text("lblSize"), "18 bytes");
 }
 

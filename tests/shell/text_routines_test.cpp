@@ -79,10 +79,10 @@ TEST(ReplaceAll, AgreesWithANaiveWalkOverRandomTexts) {
     while (!find.isEmpty() && !rest.isEmpty()) {
       if (rest.startsWith(find)) {
         naive += replace;
-        rest.notes().remove(0, find.size());
+        rest.remove(0, find.size());
       } else {
         naive += rest[0];
-        rest.notes().remove(0, 1);
+        rest.remove(0, 1);
       }
     }
     naive += rest;

@@ -124,7 +124,7 @@ void addDocumentItems(ImportContext& context, Note& note, const DocumentAttribut
   if (!attributes.form.isEmpty() && !note.has(u"Form"))
     note.items.push_front({u"Form"_s, itemflag::Summary, storedTextValue(attributes.form)});
   if (!attributes.parent.isEmpty())
-    addUnlessThere(note, u"$REF"_s, itemflag::Summary, noteRefsValue({attributes.parent}));
+    addUnlessThere(note, u"$REF"_s, itemflag::Summary, noteRefsValue({Unid::fromText(attributes.parent)}));
   if (attributes.conflict) addUnlessThere(note, u"$Conflict"_s, itemflag::Summary, textValue(u""));
   if (attributes.truncated) {
     note.add(u"$DXL_truncated"_s, 0, textValue(u"true"));

@@ -17,12 +17,6 @@ namespace {
 using formula::Fault;
 namespace fault = formula::fault;
 
-Unid parsedUnid(const QString& text) {
-  Unid unid;
-  if (!Unid::parse(text, unid)) throw Fault{fault::InvalidUnid};
-  return unid;
-}
-
 // Sixteen digits with a colon between its halves.
 QString shownReplicaId(const QString& id) {
   return id.size() == 16 ? id.left(8) + u':' + id.mid(8) : id;
@@ -65,10 +59,9 @@ formula::DatabaseProperties StoreDatabase::properties() const {
   return properties;
 }
 
-bool StoreDatabase::documentItem(const QString& unid, const formula::Name& name,
-                                 formula::Value& value) const {
+bool StoreDatabase::documentItem(const Unid& unid, const formula::Name& name, formula::Value& value) const {
   Note note;
-  if (!readNote(*store_, parsedUnid(unid), note)) throw Fault{fault::NoDocument};
+  if (!readNote(*store_, unid, note)) throw Fault{fault::NoDocument};
   return EvaluatedNote(note).item(name, value);
 }
 
@@ -84,9 +77,9 @@ void StoreDatabase::write(Note& note, const QString& name, const formula::Value&
   workspace_.notifyChanged(place_);
 }
 
-void StoreDatabase::setDocumentItem(const QString& unid, const QString& name, const formula::Value& value) {
+void StoreDatabase::setDocumentItem(const Unid& unid, const QString& name, const formula::Value& value) {
   Note note;
-  if (!readNote(*store_, parsedUnid(unid), note)) throw Fault{fault::NoDocument};
+  if (!readNote(*store_, unid, note)) throw Fault{fault::NoDocument};
   write(note, name, value);
 }
 

@@ -18,9 +18,9 @@ class StoreDatabase : public formula::Database {
       : workspace_(workspace), place_(std::move(place)), store_(std::move(store)) {}
 
   formula::DatabaseProperties properties() const override;
-  bool documentItem(const QString& unid, const formula::Name& name, formula::Value& value) const override;
+  bool documentItem(const Unid& unid, const formula::Name& name, formula::Value& value) const override;
   // Saves the document at once.
-  void setDocumentItem(const QString& unid, const QString& name, const formula::Value& value) override;
+  void setDocumentItem(const Unid& unid, const QString& name, const formula::Value& value) override;
   bool profileItem(const QString& profile, const QString& key, const formula::Name& name,
                    formula::Value& value) const override;
   // Makes the profile when there is none, and saves it.

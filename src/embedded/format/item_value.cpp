@@ -145,16 +145,11 @@ QByteArray timeListValue(const QVector<TimeDate>& times, const QVector<TimePair>
   return value;
 }
 
-QByteArray noteRefsValue(const QStringList& unids) {
+QByteArray noteRefsValue(const QVector<Unid>& unids) {
   requireWordCount(unids.size(), u"Too many note references");
   QByteArray value = typed(itemtype::NoteRefs, 2 + 16 * unids.size());
   appendU16(value, quint16(unids.size()));
-  for (const QString& text : unids) {
-    Unid unid;
-    if (!Unid::parse(text, unid))
-      throw RuntimeError(err::InvalidCall, u"\"%1\" is no UNID"_s.arg(text.left(64)));
-    value.append(unid.bytes());
-  }
+  for (const Unid& unid : unids) value.append(unid.bytes());
   return value;
 }
 

@@ -12,6 +12,7 @@
 #include "embedded/format/item_types.h"
 #include "embedded/format/stored_object.h"
 #include "embedded/format/timedate.h"
+#include "embedded/format/unid.h"
 #include "notes/bridge.h"
 
 namespace lens {
@@ -40,8 +41,7 @@ struct TimePair {
   TimeDate from, to;
 };
 QByteArray timeListValue(const QVector<TimeDate>& times, const QVector<TimePair>& pairs = {});
-// 32 hexadecimal digits each; anything else raises 5.
-QByteArray noteRefsValue(const QStringList& unids);
+QByteArray noteRefsValue(const QVector<Unid>& unids);
 
 // The type code that the object model reports: names, readers, authors and attachments have codes of
 // their own, and a list has the code of its element.

@@ -4,6 +4,8 @@
 #include <QtEndian>
 
 #include "embedded/format/timedate.h"
+#include "notes/literals.h"
+#include "notes/runtime_error.h"
 
 namespace lens {
 namespace {
@@ -43,6 +45,12 @@ bool Unid::parse(QStringView text, Unid& out) {
     return false;
   out = unid;
   return true;
+}
+
+Unid Unid::fromText(QStringView text) {
+  Unid unid;
+  if (!parse(text, unid)) throw RuntimeError(err::InvalidCall, u"\"%1\" is no UNID"_s.arg(text.left(64)));
+  return unid;
 }
 
 Unid Unid::create() {

@@ -12,6 +12,7 @@ class Unid {
   Unid() = default;
   static Unid fromBytes(QByteArrayView bytes);     // exactly 16
   static bool parse(QStringView text, Unid& out);  // exactly 32 hexadecimal digits
+  static Unid fromText(QStringView text);          // the same; anything else raises 5
   // A new one: random file half, creation time half.
   static Unid create();
   QString text() const;

@@ -16,11 +16,11 @@ bool Document::respondsToSelected(bool) const {
   return false;
 }
 
-bool Database::documentItem(const QString&, const Name&, Value&) const {
+bool Database::documentItem(const Unid&, const Name&, Value&) const {
   throw Fault{fault::NoDocument};
 }
 
-void Database::setDocumentItem(const QString&, const QString&, const Value&) {
+void Database::setDocumentItem(const Unid&, const QString&, const Value&) {
   throw Fault{fault::FieldsReadOnly};
 }
 

@@ -8,6 +8,7 @@
 #include <QVector>
 
 #include "embedded/format/item_name.h"
+#include "embedded/format/unid.h"
 #include "embedded/formula/region.h"
 #include "embedded/formula/times.h"
 #include "embedded/formula/value.h"
@@ -20,8 +21,8 @@ using Name = ItemName;
 
 struct DocumentProperties {
   TimeDate created, modified, accessed;
-  QString unid;        // 32 hexadecimal digits, "" for a document that was never saved
-  QString parentUnid;  // "" for a main document
+  Unid unid;        // null for a document that was never saved
+  Unid parentUnid;  // null for a main document
   quint32 noteId = 0;
   qint64 size = 0;         // bytes
   qint64 omittedSize = 0;  // bytes cut off
@@ -72,8 +73,8 @@ class Database {
   virtual ~Database() = default;
   virtual DatabaseProperties properties() const { return {}; }
   // Items of other documents: false when the item is missing; a Fault (NoDocument) when the document is.
-  virtual bool documentItem(const QString& unid, const Name& name, Value& value) const;
-  virtual void setDocumentItem(const QString& unid, const QString& name, const Value& value);
+  virtual bool documentItem(const Unid& unid, const Name& name, Value& value) const;
+  virtual void setDocumentItem(const Unid& unid, const QString& name, const Value& value);
   // An empty key is the profile that all users share. A profile that does not exist has no items.
   virtual bool profileItem(const QString& profile, const QString& key, const Name& name, Value& value) const;
   virtual void setProfileItem(const QString& profile, const QString& key, const QString& name,

@@ -63,8 +63,8 @@ formula::DocumentProperties propertiesOf(const NoteHeader& header, const Unid& p
   properties.created = header.created;
   properties.modified = header.modified;
   properties.accessed = header.accessed;
-  if (!header.unid.isNull()) properties.unid = header.unid.text();
-  if (!parent.isNull()) properties.parentUnid = parent.text();
+  properties.unid = header.unid;
+  properties.parentUnid = parent;
   properties.noteId = header.id;
   properties.size = size;
   properties.isNew = header.id == 0;

@@ -41,7 +41,7 @@ bool leavesConflict(const Note& note) {
 
 void answerAsConflict(Note& note, const Unid& staying) {
   note.header.parent = staying;
-  setItem(note, u"$REF"_s, noteRefsValue({staying.text()}));
+  setItem(note, u"$REF"_s, noteRefsValue({staying}));
   setItem(note, u"$Conflict"_s, textValue(u""));
 }
 

@@ -89,7 +89,7 @@ TEST_F(NoteDelete, AResponseMayTellItsParentInAnItem) {
   Note main;
   ASSERT_TRUE(t.store->notes().read(parent, main));
   const quint32 response =
-      t.add({{u"A"_s, textValue(u"answer")}, {u"$Ref"_s, noteRefsValue({main.header.unid.text()})}});
+      t.add({{u"A"_s, textValue(u"answer")}, {u"$Ref"_s, noteRefsValue({main.header.unid})}});
   EXPECT_EQ(remove(parent, kNoStub), 0x02F0);
   EXPECT_EQ(remove(other, kNoStub), 0);
   EXPECT_EQ(remove(response, kNoStub), 0);
@@ -99,7 +99,7 @@ TEST_F(NoteDelete, AResponseMayTellItsParentInAnItem) {
 TEST_F(NoteDelete, ChangesNothingInAReadOnlyDatabase) {
   const QString file = t.workspace->dataDirectory() + u"/locked.nsf"_s;
   Note note = noteOf({{u"A"_s, textValue(u"x")}});
-  t.workspace->createDatabase({}, u"locked.nsf"_s, {})->save(note);
+  t.workspace->createDatabase({}, u"locked.nsf"_s, {})->notes().save(note);
   ASSERT_TRUE(QFile::setPermissions(file, QFile::ReadOwner));
   DbHandle locked = 0;
   ASSERT_EQ(api.NSFDbOpen("locked.nsf", locked), 0);

@@ -18,7 +18,7 @@ struct Handles : ::testing::Test {
     id = t.add({{u"Größe"_s, textListValue({u"0123456789"_s})},
                 {u"Subject"_s, textValue(u"Hello")},
                 {u"Subject"_s, textValue(u"second")},
-                {u"$REF"_s, noteRefsValue({u"0123456789ABCDEF0123456789ABCDEF"_s})}});
+                {u"$REF"_s, noteRefsValue({Unid::fromText(u"0123456789ABCDEF0123456789ABCDEF")})}});
     api.NotesInitExtended(0, "");
   }
   DbHandle open(const QByteArray& path = "mail.nsf") {

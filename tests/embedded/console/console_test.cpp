@@ -227,7 +227,7 @@ TEST_F(Console, AFailedReplicationNamesTheFile) {
   const QString file = t.workspace->absolutePath(t.workspace->place(u"Hub2/Acme"_s, u"b.nsf"_s));
   QFile::setPermissions(file, QFile::ReadOwner);
   Note note = noteOf({{u"A"_s, textValue(u"x")}});
-  t.workspace->database(kHub, u"a.nsf"_s)->save(note);
+  t.workspace->database(kHub, u"a.nsf"_s)->notes().save(note);
   EXPECT_TRUE(says(u"load repl Hub2/Acme a.nsf"_s, file));
 }
 

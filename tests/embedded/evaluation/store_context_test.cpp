@@ -149,7 +149,7 @@ TEST_F(StoreContext, WrittenDocumentsAreSavedAndTold) {
   const quint32 id = t.add({{u"Subject"_s, textValue(u"Hello")}});
   QString told;
   t.workspace->setChangeListener([&](const DatabasePlace& place) { told = place.path; });
-  database.setDocumentItem(unidOf(id), u"Subject"_s, formula::Value::text(u"Bye"));
+  database.setDocumentItem(Unid::fromText(unidOf(id)), u"Subject"_s, formula::Value::text(u"Bye"));
   Note note;
   ASSERT_TRUE(t.store->notes().read(id, note));
   EXPECT_EQ(note.text(u"Subject"), u"Bye"_s);

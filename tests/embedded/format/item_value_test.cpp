@@ -34,11 +34,11 @@ TEST(ItemValue, NoteReferencePrintsItsUnid) {
   const Item reference =
       item(QByteArray::fromHex("0400 0100 66627 4EDCEAB97BB96FF1900DB7B25C1"), 0, QStringLiteral("$REF"));
   EXPECT_EQ(texts(itemValues(reference)), QStringList{QStringLiteral("BB97ABCEED746266C1257BDB0019FF96")});
-  EXPECT_EQ(noteRefsValue({QStringLiteral("bb97abceed746266C1257BDB0019FF96")}), reference.value);
+  EXPECT_EQ(noteRefsValue({Unid::fromText(u"bb97abceed746266C1257BDB0019FF96")}), reference.value);
 }
 
 TEST(ItemValue, ReferenceThatIsNoUnidIsRefused) {
-  EXPECT_EQ(errorNumber([] { noteRefsValue({QStringLiteral("BB97")}); }), err::InvalidCall);
+  EXPECT_EQ(errorNumber([] { Unid::fromText(u"BB97"); }), err::InvalidCall);
 }
 
 TEST(ItemValue, TextComesBack) {

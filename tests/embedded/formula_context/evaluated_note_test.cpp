@@ -117,7 +117,7 @@ TEST(EvaluatedNote, TellsWhoItIs) {
 
 TEST(EvaluatedNote, AnAnswerKnowsItsParent) {
   const QString parent = u"00112233445566778899AABBCCDDEEFF"_s;
-  Note note = noteOf({{u"$REF"_s, noteRefsValue({parent})}});
+  Note note = noteOf({{u"$REF"_s, noteRefsValue({Unid::fromText(parent)})}});
   EvaluatedNote document(note);
   EXPECT_EQ(shown(run(u"@IsResponseDoc"_s, document).value), u"1"_s);
   EXPECT_EQ(shown(run(u"@InheritedDocumentUniqueID"_s, document).value), parent);

@@ -90,8 +90,7 @@ Note randomNote(QRandomGenerator& random) {
   note.header.accessed = randomTime(random);
   if (random.bounded(3) == 0) note.add(u"$file"_s, itemflag::Summary, randomFile(random));
   if (random.bounded(3) == 0)
-    note.add(u"$Ref"_s, random.bounded(2) ? itemflag::Summary : 0,
-             noteRefsValue({randomUnid(random).text()}));
+    note.add(u"$Ref"_s, random.bounded(2) ? itemflag::Summary : 0, noteRefsValue({randomUnid(random)}));
   for (int count = random.bounded(12); count > 0; --count)
     note.add(
         one(someNames(), random),

@@ -65,7 +65,7 @@ TEST(ReadingItems, TimesBesidePairsBecomeRanges) {
 
 TEST(ReadingItems, NoteReferencesAreUnids) {
   const QString unid = QStringLiteral("0123456789ABCDEF0123456789ABCDEF");
-  EXPECT_TRUE(read(noteRefsValue({unid})).identical(Value::text(unid)));
+  EXPECT_TRUE(read(noteRefsValue({Unid::fromText(unid)})).identical(Value::text(unid)));
 }
 
 TEST(ReadingItems, StoredErrorsAreErrors) {

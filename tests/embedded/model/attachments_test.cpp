@@ -191,7 +191,7 @@ TEST_F(Attaching, LargeFilesGoInPieces) {
   QFile left(path), right(out);
   ASSERT_TRUE(left.open(QIODevice::ReadOnly) && right.open(QIODevice::ReadOnly));
   ASSERT_EQ(right.size(), kSize);
-  while (!left.atEnd()) ASSERT_EQ(left.notes().read(1 << 20), right.notes().read(1 << 20));
+  while (!left.atEnd()) ASSERT_EQ(left.read(1 << 20), right.read(1 << 20));
 }
 
 TEST_F(Attaching, ADamagedOneIsToldAndTheFileThatWasThereStays) {

@@ -22,7 +22,7 @@ struct Items : ::testing::Test {
                 {u"Body"_s, richValue(u"Tab\there"_s), 0},
                 {u"$Formula"_s, sourceFormulaValue(u"SELECT @All"_s), itemflag::Sign | itemflag::Seal},
                 {u"Icon"_s, rawValue(itemtype::Icon, QByteArray(8, 'x')), 0},
-                {u"$REF"_s, noteRefsValue({u"0123456789ABCDEF0123456789ABCDEF"_s})},
+                {u"$REF"_s, noteRefsValue({Unid::fromText(u"0123456789ABCDEF0123456789ABCDEF")})},
                 {u"None"_s, textListValue({})},
                 {u"To"_s, textValue(u"CN=A/O=B"), itemflag::Names}});
     document = t.document(id);

@@ -21,7 +21,7 @@ struct ItemWriting : Documents {
          {u"TWICE"_s, textValue(u"second")},
          {u"Body"_s, richValue(u"text"_s), 0},
          {u"Twice"_s, textValue(u"third")},
-         {u"$REF"_s, noteRefsValue({u"0123456789ABCDEF0123456789ABCDEF"_s})}});
+         {u"$REF"_s, noteRefsValue({Unid::fromText(u"0123456789ABCDEF0123456789ABCDEF")})}});
     document = t.document(id);
   }
   Value replace(const QString& name, const Value& value) {

@@ -90,7 +90,7 @@ TEST_F(Saving, AChangedDocumentCanBecomeAConflictThatAnswersTheOther) {
 
 TEST_F(Saving, AConflictOfAnAnswerKeepsThePlacesOfItsItems) {
   Note answer = stored(id);
-  answer.items.insert(0, {u"$Ref"_s, itemflag::Summary, noteRefsValue({Unid::create().text()})});
+  answer.items.insert(0, {u"$Ref"_s, itemflag::Summary, noteRefsValue({Unid::create()})});
   t.store->notes().save(answer);
   document = t.document(id);
   const Object form = itemOf(document, u"Form"_s), other = t.document(id);
@@ -140,9 +140,9 @@ TEST_F(Saving, AnotherConnectionIsNoticed) {
   std::thread([&] {
     const std::shared_ptr<Database> beside = Database::open(path);
     Note note;
-    ASSERT_TRUE(beside->read(id, note));
+    ASSERT_TRUE(beside->notes().read(id, note));
     note.find(u"Form")->value = textValue(u"beside");
-    beside->save(note);
+    beside->notes().save(note);
   }).join();
   set(document, u"mine"_s);
   EXPECT_EQ(raised([&] { document.call(u"SAVE"_s, false, false); }), modelfault::ChangedMeanwhile);

@@ -70,7 +70,7 @@ class Convergence : public Replicas {
   // Texts that are to be seen in the end, with all that they replaced by their author's own hand.
   QSet<QString> survivors() const {
     QSet<QString> all;
-    replicas[0]->scan(noteclass::Document, [&](const Note& note) {
+    replicas[0]->notes().scan(noteclass::Document, [&](const Note& note) {
       for (QString text = note.text(u"Subject"); !text.isEmpty(); text = before.value(text)) all.insert(text);
       return true;
     });

@@ -269,7 +269,7 @@ TEST_F(Pair, ThereIsOneIconAndOneAccessListAndOneOfOtherSingleNotes) {
 TEST_F(Pair, AConflictDocumentKeepsThePlacesOfItsItemsAndAnswersTheOtherOne) {
   Note note;
   ASSERT_TRUE(a->notes().read(unid, note));
-  note.items.insert(0, {u"$Ref"_s, itemflag::Summary, noteRefsValue({Unid::create().text()})});
+  note.items.insert(0, {u"$Ref"_s, itemflag::Summary, noteRefsValue({Unid::create()})});
   a->notes().save(note);
   replicate(*a, *b);
   edit(*a, unid, u"by a"_s);

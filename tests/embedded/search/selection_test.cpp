@@ -96,7 +96,7 @@ TEST_F(Selection, TakesInResponsesThatStandBeforeTheirParent) {
 
 TEST_F(Selection, TakesInResponsesThatNameTheirParentInAnItem) {
   const quint32 topic = addMemo(u"topic"_s);
-  const QByteArray reference = noteRefsValue({last.text()});
+  const QByteArray reference = noteRefsValue({last});
   const quint32 answer = t.add({{u"Subject"_s, textValue(u"answer")}, {u"$REF"_s, reference}});
   t.add({{u"Subject"_s, textValue(u"no answer")}, {u"$REF"_s, textValue(last.text())}});
   EXPECT_EQ(select(u"SELECT Subject = \"topic\" | @AllChildren"_s), QVector<quint32>({topic, answer}));

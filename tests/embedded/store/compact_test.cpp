@@ -151,7 +151,7 @@ TEST_F(Compact, TheDatabaseIsUsedAsBefore) {
   // Others can open it and write beside this one.
   std::unique_ptr<QThread> other(QThread::create([this] {
     Note note = noteWith(QStringLiteral("from elsewhere"));
-    Database::open(path())->save(note);
+    Database::open(path())->notes().save(note);
   }));
   other->start();
   other->wait();

@@ -96,7 +96,7 @@ TEST_F(DatabaseFile, TruncatedDatabaseIsDamagedAtEveryPage) {
           const auto cut = Database::open(path());
           Note note;
           for (quint32 id = 0x8FA; id < 0x8FA + 160; id += 4)
-            if (!cut->read(id, note)) throw RuntimeError(enginefault::Damaged, path());
+            if (!cut->notes().read(id, note)) throw RuntimeError(enginefault::Damaged, path());
         },
         &description);
     EXPECT_EQ(number, enginefault::Damaged) << size;
@@ -113,11 +113,11 @@ TEST_F(DatabaseFile, FlippedBytesNeverCrash) {
     writeFile(path(), hostile);
     errorNumber([&] {
       const auto flipped = Database::open(path());
-      flipped->scan(0xFFFF, [](const Note&) { return true; });
-      flipped->state(0x8FA);
+      flipped->notes().scan(0xFFFF, [](const Note&) { return true; });
+      flipped->notes().state(0x8FA);
       Note note = noteWith(QStringLiteral("new"));
-      flipped->save(note);
-      flipped->remove(0x8FE);
+      flipped->notes().save(note);
+      flipped->notes().remove(0x8FE);
       flipped->info();
     });
     for (const char* suffix : {"-wal", "-shm"}) QFile::remove(path() + QLatin1String(suffix));

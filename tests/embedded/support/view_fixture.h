@@ -112,7 +112,7 @@ class ViewTest : public ::testing::Test {
     return from.notes().read(id, note) ? note.text(u"Subject") : u"(gone)"_s;
   }
   // Categories in brackets, ">" for each level above the line.
-  QString linesOf(const Database& from, quint32 view) const {
+  QString linesOf(Database& from, quint32 view) const {
     ViewIndex index(from, view);
     index.refresh();
     QStringList texts;

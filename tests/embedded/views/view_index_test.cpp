@@ -172,7 +172,7 @@ TEST_F(ViewOrder, ResponsesStandBelowWhatTheyAnswerAndOrphansAreNotShown) {
 TEST_F(ViewOrder, AReferenceItemMakesAResponseToo) {
   const quint32 view = addView({.columns = {sorted(u"Subject"_s)}, .hierarchy = true});
   const quint32 main = add(u"b"_s);
-  add(u"a"_s, {{u"$REF"_s, noteRefsValue({unidOf(main).text()})}});
+  add(u"a"_s, {{u"$REF"_s, noteRefsValue({unidOf(main)})}});
   EXPECT_EQ(lines(view), u"b >a"_s);
 }
 

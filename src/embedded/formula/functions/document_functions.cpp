@@ -59,23 +59,24 @@ Value author(const Call& call) {
 
 // --- Other documents -----------------------------------------------------------------------------------
 
-QString checkedUnid(const Value& value) {
-  const QString unid = firstText(value).toUpper();
-  bool hexadecimal = unid.size() == 32;
-  for (QChar digit : unid)
-    hexadecimal &= (digit >= u'0' && digit <= u'9') || (digit >= u'A' && digit <= u'F');
-  if (!hexadecimal) throw Fault{fault::InvalidUnid};
+Unid checkedUnid(const Value& value) {
+  Unid unid;
+  if (!Unid::parse(firstText(value).toUpper(), unid)) throw Fault{fault::InvalidUnid};
   return unid;
 }
 
 // The document at hand is read as the formula has changed it, not as it is stored.
-bool isOwnUnid(const Call& call, const QString& unid) {
+bool isOwnUnid(const Call& call, const Unid& unid) {
   const Document* document = call.evaluation().document();
-  return document && document->properties().unid.compare(unid, Qt::CaseInsensitive) == 0;
+  return document && !unid.isNull() && document->properties().unid == unid;
+}
+
+Value unidText(const Unid& unid) {
+  return Value::text(unid.isNull() ? QString() : unid.text());
 }
 
 Value getDocField(const Call& call) {
-  const QString unid = checkedUnid(call[0]);
+  const Unid unid = checkedUnid(call[0]);
   const Name name(firstText(call[1]));
   Value value;
   const bool found = isOwnUnid(call, unid) ? call.evaluation().item(name, value)
@@ -84,7 +85,7 @@ Value getDocField(const Call& call) {
 }
 
 Value setDocField(const Call& call) {
-  const QString unid = checkedUnid(call[0]);
+  const Unid unid = checkedUnid(call[0]);
   const QString name = itemName(call[1]);
   const Value value = call[2];
   if (isOwnUnid(call, unid))
@@ -143,10 +144,10 @@ Value docOmittedLength(const Call& call) {
   return Value::number(double(call.document().properties().omittedSize));
 }
 Value documentUniqueId(const Call& call) {
-  return Value::text(call.document().properties().unid);
+  return unidText(call.document().properties().unid);
 }
 Value inheritedUniqueId(const Call& call) {
-  return Value::text(call.document().properties().parentUnid);
+  return unidText(call.document().properties().parentUnid);
 }
 Value isDocTruncated(const Call& call) {
   return Value::truth(call.document().properties().isTruncated);

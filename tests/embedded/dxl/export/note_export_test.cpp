@@ -54,7 +54,7 @@ TEST_F(NoteExport, ResponsesNameTheirParent) {
   Note note = noteOf(noteclass::Document);
   note.header.parent = parent;
   note.add(u"Form"_s, itemflag::Summary, textValue(u"Reply"));
-  note.add(u"$REF"_s, itemflag::Summary, noteRefsValue({parent.text()}));
+  note.add(u"$REF"_s, itemflag::Summary, noteRefsValue({parent}));
   note.add(u"$Conflict"_s, itemflag::Summary, textValue(u""));
   saveAsGiven(note);
   EXPECT_TRUE(roundTrip().contains("<document form=\"Reply\" parent=\"" + parent.text().toLatin1() +
@@ -65,7 +65,7 @@ TEST_F(NoteExport, ParentsThatNoItemTellsComeBack) {
   Note parentOnly = noteOf(noteclass::Document), referenceOnly = parentOnly, other = parentOnly;
   parentOnly.header.parent = Unid::create();
   referenceOnly.header.unid = Unid::create();
-  referenceOnly.add(u"$REF"_s, 0, noteRefsValue({Unid::create().text()}));
+  referenceOnly.add(u"$REF"_s, 0, noteRefsValue({Unid::create()}));
   other.header.unid = Unid::create();
   other.header.parent = Unid::create();
   other.add(u"$REF"_s, 0, textValue(u"no reference"));

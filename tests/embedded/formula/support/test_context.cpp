@@ -116,7 +116,7 @@ DocumentProperties TestDocument::properties() const {
   properties.created = testTime(2024, 1, 2, 8, 0);
   properties.modified = testTime(2024, 3, 1, 9, 30);
   properties.accessed = testTime(2024, 3, 14, 12, 0);
-  properties.unid = u"0123456789ABCDEF0123456789ABCDEF"_s;
+  properties.unid = Unid::fromText(u"0123456789ABCDEF0123456789ABCDEF");
   properties.noteId = 0x8F6;
   properties.size = 4096;
   return properties;
@@ -140,10 +140,9 @@ DatabaseProperties TestDatabase::properties() const {
   return properties;
 }
 
-bool TestDatabase::documentItem(const QString& unid, const Name& name, Value& value) const {
-  const QMap<QString, Value> items = written_.value(unid.toLower());
-  if (unid.compare(u"FEDCBA9876543210FEDCBA9876543210"_s, Qt::CaseInsensitive) != 0)
-    throw Fault{fault::NoDocument};
+bool TestDatabase::documentItem(const Unid& unid, const Name& name, Value& value) const {
+  const QMap<QString, Value> items = written_.value(unid.text().toLower());
+  if (unid != Unid::fromText(u"FEDCBA9876543210FEDCBA9876543210")) throw Fault{fault::NoDocument};
   if (items.contains(name.key())) {
     value = items.value(name.key());
     return true;
@@ -153,10 +152,10 @@ bool TestDatabase::documentItem(const QString& unid, const Name& name, Value& va
   return false;
 }
 
-void TestDatabase::setDocumentItem(const QString& unid, const QString& name, const Value& value) {
+void TestDatabase::setDocumentItem(const Unid& unid, const QString& name, const Value& value) {
   Value unused;
   documentItem(unid, Name(name), unused);  // refuses documents that do not exist
-  written_[unid.toLower()].insert(caseKey(name), value);
+  written_[unid.text().toLower()].insert(caseKey(name), value);
 }
 
 bool TestDatabase::profileItem(const QString& profile, const QString& key, const Name& name,

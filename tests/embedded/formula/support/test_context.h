@@ -44,8 +44,8 @@ class TestDocument : public MemoryDocument {
 class TestDatabase : public Database {
  public:
   DatabaseProperties properties() const override;
-  bool documentItem(const QString& unid, const Name& name, Value& value) const override;
-  void setDocumentItem(const QString& unid, const QString& name, const Value& value) override;
+  bool documentItem(const Unid& unid, const Name& name, Value& value) const override;
+  void setDocumentItem(const Unid& unid, const QString& name, const Value& value) override;
   bool profileItem(const QString& profile, const QString& key, const Name& name, Value& value) const override;
   void setProfileItem(const QString& profile, const QString& key, const QString& name,
                       const Value& value) override;
