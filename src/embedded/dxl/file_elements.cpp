@@ -29,14 +29,20 @@ bool isReservedName(const QString& name) {
   return stem.size() == 4 && (stem.startsWith(u"COM") || stem.startsWith(u"LPT")) && stem[3].isDigit();
 }
 
-quint16 listed(QStringView list, std::initializer_list<std::pair<QStringView, quint16>> words) {
+quint16 listedBits(QStringView list, std::span<const FileWord> words) {
   quint16 bits = 0;
   for (const QStringView word : list.split(u' ', Qt::SkipEmptyParts)) {
-    for (const auto& [name, bit] : words) {
-      if (word == name) bits |= bit;
+    for (const FileWord& known : words) {
+      if (word == QStringView(known.word)) bits |= known.bit;
     }
   }
   return bits;
+}
+
+quint16 compressionOf(QStringView word) {
+  for (quint16 number = 0; number < std::size(kFileCompressions); ++number)
+    if (word == QStringView(kFileCompressions[number])) return number;
+  return 0;
 }
 
 FileObject fileAttributes(ImportContext& context) {
@@ -46,10 +52,9 @@ FileObject fileAttributes(ImportContext& context) {
   file.name = safeFileName(given);
   if (file.name.isEmpty()) in.fail(u"\"%1\" is no usable name of an attachment"_s.arg(given));
   file.hostType = hostType(in.attributeView(u"hosttype"));
-  const QString compression = in.attribute(u"compression");
-  file.compression = compression == u"huffman" ? 1 : compression == u"lz1" ? 2 : 0;
-  file.attributes = listed(in.attributeView(u"attribute"), {{u"readonly", 1}, {u"private", 2}});
-  file.flags = listed(in.attributeView(u"flags"), {{u"sign", 1}, {u"storedindoc", 2}, {u"mime", 4}});
+  file.compression = compressionOf(in.attributeView(u"compression"));
+  file.attributes = listedBits(in.attributeView(u"attribute"), kFileAttributes);
+  file.flags = listedBits(in.attributeView(u"flags"), kFileFlags);
   return file;
 }
 

@@ -1,9 +1,6 @@
 #include "embedded/dxl/import_context.h"
 
 #include "embedded/format/lmbcs.h"
-
-#include <algorithm>
-
 #include "notes/literals.h"
 
 namespace lens {

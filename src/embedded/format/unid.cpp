@@ -3,6 +3,7 @@
 #include <QRandomGenerator>
 #include <QtEndian>
 
+#include "embedded/format/hex_digits.h"
 #include "embedded/format/timedate.h"
 #include "notes/literals.h"
 #include "notes/runtime_error.h"
@@ -10,18 +11,10 @@
 namespace lens {
 namespace {
 
-int hexDigit(QChar digit) {
-  const char16_t unit = digit.unicode();
-  if (unit >= u'0' && unit <= u'9') return unit - u'0';
-  if (unit >= u'A' && unit <= u'F') return unit - u'A' + 10;
-  if (unit >= u'a' && unit <= u'f') return unit - u'a' + 10;
-  return -1;
-}
-
 bool parseHalf(QStringView text, quint64& out) {
   out = 0;
   for (QChar digit : text) {
-    const int value = hexDigit(digit);
+    const int value = hexDigit(digit.unicode());
     if (value < 0) return false;
     out = out << 4 | quint64(value);
   }
@@ -63,11 +56,10 @@ Unid Unid::create() {
 }
 
 QString Unid::text() const {
-  static constexpr char16_t kDigits[] = u"0123456789ABCDEF";
   QString text(32, Qt::Uninitialized);
   for (int place = 0; place < 16; ++place) {
-    text[place] = kDigits[file_ >> (60 - 4 * place) & 0xF];
-    text[place + 16] = kDigits[note_ >> (60 - 4 * place) & 0xF];
+    text[place] = QLatin1Char(kHexDigits[file_ >> (60 - 4 * place) & 0xF]);
+    text[place + 16] = QLatin1Char(kHexDigits[note_ >> (60 - 4 * place) & 0xF]);
   }
   return text;
 }

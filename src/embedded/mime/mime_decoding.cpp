@@ -6,15 +6,10 @@
 #include <algorithm>
 #include <limits>
 
+#include "embedded/format/hex_digits.h"
+
 namespace lens::mime {
 namespace {
-
-int hexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  return -1;
-}
 
 int base64Digit(char c) {
   if (c >= 'A' && c <= 'Z') return c - 'A';
@@ -86,8 +81,8 @@ QByteArray decodeQuotedPrintable(QByteArrayView encoded, bool inHeader) {
   for (qsizetype at = 0; at < encoded.size();) {
     const char c = encoded[at];
     if (c == '=') {
-      const int high = at + 2 < encoded.size() ? hexDigit(encoded[at + 1]) : -1;
-      const int low = high < 0 ? -1 : hexDigit(encoded[at + 2]);
+      const int high = at + 2 < encoded.size() ? hexDigit(char16_t(encoded[at + 1])) : -1;
+      const int low = high < 0 ? -1 : hexDigit(char16_t(encoded[at + 2]));
       const qsizetype lineEnd = low < 0 ? lineEndAfterBlanks(encoded, at + 1) : -1;
       if (lineEnd >= 0) {
         at = behindLineEnd(encoded, lineEnd);

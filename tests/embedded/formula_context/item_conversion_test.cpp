@@ -59,8 +59,8 @@ TEST(ReadingItems, TimesBesidePairsBecomeRanges) {
   const Value value = read(timeListValue({kDay}, {{kDay, kNoon}}));
   ASSERT_EQ(value.type(), Type::TimeRange);
   ASSERT_EQ(value.count(), 2);
-  EXPECT_EQ(formula::packTime(value.range(0).to), formula::packTime(kDay));
-  EXPECT_EQ(formula::packTime(value.range(1).to), formula::packTime(kNoon));
+  EXPECT_EQ(packTime(value.range(0).to), packTime(kDay));
+  EXPECT_EQ(packTime(value.range(1).to), packTime(kNoon));
 }
 
 TEST(ReadingItems, NoteReferencesAreUnids) {

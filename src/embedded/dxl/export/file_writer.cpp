@@ -48,27 +48,28 @@ void writeObject(ExportContext& context, quint32 object, Base64Lines& lines) {
 // Whether "file" gives the value back but for its object ID.
 bool isPlainFile(const FileObject& file, QByteArrayView data, qint64 storedSize) {
   return !file.name.isEmpty() && isXmlText(file.name) && safeFileName(file.name) == file.name &&
-         !hostTypeName(file.hostType).isEmpty() && file.compression <= 2 && (file.attributes & ~3) == 0 &&
-         (file.flags & ~7) == 0 && (file.compression != kUnpacked || qint64(file.size) == storedSize) &&
+         !hostTypeName(file.hostType).isEmpty() && file.compression < std::size(kFileCompressions) &&
+         (file.attributes & ~toldBits(kFileAttributes)) == 0 && (file.flags & ~toldBits(kFileFlags)) == 0 &&
+         (file.compression != kUnpacked || qint64(file.size) == storedSize) &&
          QByteArrayView(fileObjectValue(file)).sliced(2) == data;
 }
 
-QString listed(quint16 bits, std::initializer_list<std::pair<QString, quint16>> words) {
+QString wordsOf(quint16 bits, std::span<const FileWord> words) {
   QStringList names;
-  for (const auto& [name, bit] : words) {
-    if (bits & bit) names.push_back(name);
+  for (const FileWord& known : words) {
+    if (bits & known.bit) names.push_back(QString::fromUtf16(known.word));
   }
   return names.join(u' ');
 }
 
 void writeFileAttributes(DxlWriter& out, const FileObject& file) {
-  static const QStringList kCompressions = {u"none"_s, u"huffman"_s, u"lz1"_s};
+  const bool known = file.compression < std::size(kFileCompressions);
   const QString host = hostTypeName(file.hostType);
   out.attribute(u"hosttype"_s, host.isEmpty() ? u"unknown"_s : host);
-  out.attribute(u"compression"_s, kCompressions.value(file.compression, kCompressions[0]));
-  const QString attribute = listed(file.attributes, {{u"readonly"_s, 1}, {u"private"_s, 2}});
+  out.attribute(u"compression"_s, QString::fromUtf16(kFileCompressions[known ? file.compression : 0]));
+  const QString attribute = wordsOf(file.attributes, kFileAttributes);
   if (!attribute.isEmpty()) out.attribute(u"attribute"_s, attribute);
-  const QString flags = listed(file.flags, {{u"sign"_s, 1}, {u"storedindoc"_s, 2}, {u"mime"_s, 4}});
+  const QString flags = wordsOf(file.flags, kFileFlags);
   if (!flags.isEmpty()) out.attribute(u"flags"_s, flags);
   const QString name = safeFileName(xmlText(file.name));
   out.attribute(u"name"_s, name.isEmpty() ? u"attachment"_s : name);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "embedded/format/hex_digits.h"
 #include "embedded/formula/functions/text_units.h"
 #include "notes/code_page.h"
 
@@ -78,7 +79,6 @@ bool staysPlain(char byte) {
 }
 
 Text escaped(const QByteArray& bytes) {
-  static constexpr char kHex[] = "0123456789ABCDEF";
   qsizetype size = 0;
   for (const char byte : bytes) size += staysPlain(byte) ? 1 : 3;
   if (size > kMaxBytes) throw Fault{fault::TextTooLong};
@@ -90,16 +90,10 @@ Text escaped(const QByteArray& bytes) {
       continue;
     }
     *out++ = u'%';
-    *out++ = char16_t(kHex[quint8(byte) >> 4]);
-    *out++ = char16_t(kHex[quint8(byte) & 15]);
+    *out++ = char16_t(kHexDigits[quint8(byte) >> 4]);
+    *out++ = char16_t(kHexDigits[quint8(byte) & 15]);
   }
   return text;
-}
-
-int hexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  const char lower = char(c | 0x20);
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
 // The bytes of an ASCII stretch. A "%" that begins no escape stays as it is.
@@ -108,8 +102,8 @@ QByteArray unescaped(QStringView text) {
   result.reserve(text.size());
   for (qsizetype at = 0; at < text.size(); ++at) {
     const bool room = text[at] == u'%' && at + 2 < text.size();
-    const int high = room ? hexDigit(char(text[at + 1].unicode())) : -1;
-    const int low = room ? hexDigit(char(text[at + 2].unicode())) : -1;
+    const int high = room ? hexDigit(text[at + 1].unicode()) : -1;
+    const int low = room ? hexDigit(text[at + 2].unicode()) : -1;
     if (high < 0 || low < 0) {
       result.append(char(text[at].unicode()));
       continue;
