@@ -36,14 +36,14 @@ bool TaskProgress::go(const QString& file, qint64 done, qint64 total) {
   return !cancelled_;
 }
 
-void TaskProgress::showOn(ImportBar& bar) {
+void TaskProgress::showOn(WorkBar& bar) {
   const QMutexLocker lock(&mutex_);
   if (!file_.isEmpty()) bar.showProgress(file_, done_, total_);
 }
 
-void runInBackground(ImportBar* bar, const std::function<void(TaskProgress&)>& work) {
+void runInBackground(WorkBar* bar, const std::function<void(TaskProgress&)>& work) {
   WorkThread thread(work);
-  const QPointer<ImportBar> shown(bar);
+  const QPointer<WorkBar> shown(bar);
   QEventLoop untilTheEnd;
   QObject::connect(&thread, &QThread::finished, &untilTheEnd, &QEventLoop::quit);
   QTimer show;
@@ -51,7 +51,7 @@ void runInBackground(ImportBar* bar, const std::function<void(TaskProgress&)>& w
     if (shown) thread.progress.showOn(*shown);
   });
   const auto cancel = [&] { thread.progress.cancel(); };
-  QObject::connect(bar, &ImportBar::cancelled, &untilTheEnd, cancel);
+  QObject::connect(bar, &WorkBar::cancelled, &untilTheEnd, cancel);
   QObject::connect(bar, &QObject::destroyed, &untilTheEnd, cancel);
   show.start(kShowEvery);
   thread.start();

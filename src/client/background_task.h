@@ -7,7 +7,7 @@
 #include <atomic>
 #include <functional>
 
-#include "client/import_bar.h"
+#include "client/work_bar.h"
 
 namespace lens {
 
@@ -17,7 +17,7 @@ class TaskProgress {
   // False when the work is to end.
   bool go(const QString& file, qint64 done, qint64 total);
   void cancel() { cancelled_ = true; }
-  void showOn(ImportBar& bar);
+  void showOn(WorkBar& bar);
 
  private:
   QMutex mutex_;
@@ -28,6 +28,6 @@ class TaskProgress {
 
 // Returns when the work has ended; events go through meanwhile, and the bar shows how far it is. Work whose
 // bar is cancelled or has gone is told so when it tells its progress. It must not throw.
-void runInBackground(ImportBar* bar, const std::function<void(TaskProgress&)>& work);
+void runInBackground(WorkBar* bar, const std::function<void(TaskProgress&)>& work);
 
 }  // namespace lens

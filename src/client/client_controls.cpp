@@ -23,8 +23,8 @@ ClientControls::ClientControls(QMainWindow& owner)
   foot.setColor(QPalette::WindowText, foot.color(QPalette::ToolTipText));
   statusBar->setPalette(foot);
   statusBar->setAutoFillBackground(true);
-  importBar = new ImportBar(&window);
-  statusBar->addPermanentWidget(importBar);
+  workBar = new WorkBar(&window);
+  statusBar->addPermanentWidget(workBar);
   QObject::connect(hideAction, &QAction::triggered, &window, &QWidget::close);
   QObject::connect(errorDismiss, &QPushButton::clicked, errorStrip, [this] { clearError(); });
   clearError();
@@ -41,11 +41,11 @@ void ClientControls::clearError() {
 }
 
 bool ClientControls::refuseWhileBusy() {
-  if (!importBar->isRunning()) return false;
-  const ImportBar::Work work = importBar->work();
-  showError(work == ImportBar::Work::Import
+  if (!workBar->isRunning()) return false;
+  const WorkBar::Work work = workBar->work();
+  showError(work == WorkBar::Work::Import
                 ? QObject::tr("An import is running: wait for its end or cancel it first")
-            : work == ImportBar::Work::Export
+            : work == WorkBar::Work::Export
                 ? QObject::tr("An export is running: wait for its end or cancel it first")
                 : QObject::tr("An index is being made: wait for its end or cancel it first"));
   return true;

@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "client/file_choice.h"
-#include "client/import_bar.h"
+#include "client/work_bar.h"
 #include "ui_client_window.h"
 
 namespace lens {
@@ -22,7 +22,7 @@ struct ClientControls : ::Ui::ClientWindow {
   bool refuseWhileBusy();
 
   QMainWindow& window;
-  ImportBar* importBar;
+  WorkBar* workBar;
   std::unique_ptr<FileChoice> choice;
 };
 

@@ -52,7 +52,7 @@ void ClientWindow::exportDxl(ExportRange range, const QString& file) {
 }
 
 bool ClientWindow::isImporting() const {
-  return controls_->importBar->isRunning();
+  return controls_->workBar->isRunning();
 }
 
 }  // namespace lens

@@ -82,13 +82,13 @@ DatabasePlace DatabaseController::askNewPlace() {
   return {server, controls_.choice->databaseName(&controls_.window, serverLabel(server))};
 }
 
-std::optional<DatabaseController::Opened> DatabaseController::make(const QString& server,
+std::optional<DatabaseController::Placed> DatabaseController::make(const QString& server,
                                                                    const QString& path) {
   try {
     const DatabasePlace place = workspace_->place(server, path);
     DatabaseInfo info;
     info.title = QFileInfo(QDir::fromNativeSeparators(place.path)).completeBaseName();
-    return Opened{place, workspace_->createDatabase(place.server, place.path, info)};
+    return Placed{place, workspace_->createDatabase(place.server, place.path, info)};
   } catch (const RuntimeError& error) {
     controls_.showError(error.description());
     return std::nullopt;
@@ -96,7 +96,7 @@ std::optional<DatabaseController::Opened> DatabaseController::make(const QString
 }
 
 bool DatabaseController::create(const QString& server, const QString& path) {
-  const std::optional<Opened> made = make(server, path);
+  const std::optional<Placed> made = make(server, path);
   if (!made) return false;
   controls_.databaseTree->refresh();
   return open(made->place);

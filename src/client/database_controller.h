@@ -32,12 +32,12 @@ class DatabaseController : public QObject, private ClientListener {
   bool open(const DatabasePlace& place);
   // Makes an empty database and opens it; its title is its file name.
   bool create(const QString& server, const QString& path);
-  struct Opened {
+  struct Placed {
     DatabasePlace place;
     std::shared_ptr<Database> database;
   };
   // Makes an empty database beside the open one.
-  std::optional<Opened> make(const QString& server, const QString& path);
+  std::optional<Placed> make(const QString& server, const QString& path);
   // Asks for the path of a database to be made on the server that is current in the tree, which it gives
   // too. Empty when the user gives up.
   DatabasePlace askNewPlace();

@@ -4,7 +4,7 @@
 #include <QDir>
 #include <QSignalBlocker>
 
-#include "client/panes.h"
+#include "controls/look.h"
 #include "notes/literals.h"
 
 namespace lens {

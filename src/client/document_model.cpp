@@ -3,7 +3,7 @@
 #include <QFont>
 
 #include "client/note_texts.h"
-#include "client/panes.h"
+#include "controls/look.h"
 
 namespace lens {
 namespace {

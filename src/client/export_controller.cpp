@@ -64,8 +64,8 @@ void ExportController::exportDxl(ExportRange range, const QString& path) {
   try {
     const QVector<quint32> notes = whole ? QVector<quint32>() : notesOf(range);
     if (!whole && notes.isEmpty()) return controls_.showError(tr("There are no documents to export"));
-    controls_.importBar->begin(ImportBar::Work::Export);
-    ExportWatch watch(controls_.importBar);
+    controls_.workBar->begin(WorkBar::Work::Export);
+    ExportWatch watch(controls_.workBar);
     const ExportProgress progress = [&](int done, int all) {
       count = all;
       return watch.go(path, done, all);
@@ -78,7 +78,7 @@ void ExportController::exportDxl(ExportRange range, const QString& path) {
     failure = error.description();
   }
   if (!self) return;  // destroyed by what ran meanwhile
-  controls_.importBar->finish();
+  controls_.workBar->finish();
   const QString native = QDir::toNativeSeparators(path);
   if (!failure.isEmpty()) return controls_.showError(tr("%1 was not written: %2").arg(native, failure));
   controls_.statusBar->showMessage(finished ? tr("%n note(s) exported to %1", nullptr, count).arg(native)

@@ -32,7 +32,7 @@ std::optional<ImportController::Target> ImportController::target(bool intoNew) {
   if (databases_.place() && !intoNew) return Target{{*databases_.place(), databases_.database()}, false};
   const DatabasePlace asked = databases_.askNewPlace();
   if (asked.path.isEmpty()) return std::nullopt;
-  const std::optional<DatabaseController::Opened> made = databases_.make(asked.server, asked.path);
+  const std::optional<DatabaseController::Placed> made = databases_.make(asked.server, asked.path);
   return made ? std::optional(Target{*made, true}) : std::nullopt;
 }
 
@@ -44,12 +44,12 @@ void ImportController::importDxl(const QStringList& filesOrFolders, bool intoNew
   std::optional<Target> into = target(intoNew);
   if (!into) return;
   controls_.clearError();
-  controls_.importBar->begin(ImportBar::Work::Import);
+  controls_.workBar->begin(WorkBar::Work::Import);
   const QPointer<ImportController> self(this);
   // An old database keeps its title and identity.
-  const ImportReport report = runImport(into->database->path(), paths, into->isNew, controls_.importBar);
+  const ImportReport report = runImport(into->database->path(), paths, into->isNew, controls_.workBar);
   if (!self) return;  // destroyed by what ran meanwhile
-  controls_.importBar->finish();
+  controls_.workBar->finish();
   const bool removed = dropEmpty(*into);
   controls_.databaseTree->refresh();
   if (into->isNew && !removed)

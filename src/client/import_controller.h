@@ -22,7 +22,7 @@ class ImportController : public QObject {
   void importDxl(const QStringList& filesOrFolders, bool intoNew);
 
  private:
-  struct Target : DatabaseController::Opened {
+  struct Target : DatabaseController::Placed {
     bool isNew = false;
   };
 

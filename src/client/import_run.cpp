@@ -19,7 +19,7 @@ class ImportSteps : public ImportProgress {
 }  // namespace
 
 ImportReport runImport(const QString& databasePath, const QStringList& filesOrFolders,
-                       bool applyDatabaseProperties, ImportBar* bar) {
+                       bool applyDatabaseProperties, WorkBar* bar) {
   ImportReport report;
   runInBackground(bar, [&](TaskProgress& progress) {
     try {

@@ -3,7 +3,7 @@
 
 #include <QStringList>
 
-#include "client/import_bar.h"
+#include "client/work_bar.h"
 #include "embedded/dxl/import_report.h"
 
 namespace lens {
@@ -12,6 +12,6 @@ namespace lens {
 // cancelled import ends at the next element. Whatever cannot be opened or written is among the report's
 // failures.
 ImportReport runImport(const QString& databasePath, const QStringList& filesOrFolders,
-                       bool applyDatabaseProperties, ImportBar* bar);
+                       bool applyDatabaseProperties, WorkBar* bar);
 
 }  // namespace lens

@@ -16,7 +16,7 @@ struct IndexResult {
   QString failure;
 };
 
-IndexResult runIndexing(const QString& databasePath, ImportBar* bar) {
+IndexResult runIndexing(const QString& databasePath, WorkBar* bar) {
   IndexResult result;
   runInBackground(bar, [&](TaskProgress& progress) {
     const auto go = [&](qint64 done, qint64 total) { return progress.go(databasePath, done, total); };
@@ -57,11 +57,11 @@ void IndexController::makeIndex() {
   if (controls_.refuseWhileBusy() || !databases_.database()) return;
   const DatabasePlace place = *databases_.place();  // the user may open another meanwhile
   controls_.clearError();
-  controls_.importBar->begin(ImportBar::Work::Index);
+  controls_.workBar->begin(WorkBar::Work::Index);
   const QPointer<IndexController> self(this);
-  const IndexResult result = runIndexing(databases_.database()->path(), controls_.importBar);
+  const IndexResult result = runIndexing(databases_.database()->path(), controls_.workBar);
   if (!self) return;  // destroyed by what ran meanwhile
-  controls_.importBar->finish();
+  controls_.workBar->finish();
   offer();
   if (!result.failure.isEmpty()) return controls_.showError(result.failure);
   auto* dialog = new ReportDialog(

@@ -3,7 +3,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QStyledItemDelegate>
-#include <QTextDocument>
 #include <QVBoxLayout>
 
 #include "controls/fonts.h"
@@ -68,10 +67,6 @@ QWidget* labelled(const QString& caption, QWidget* content) {
   layout->addWidget(label);
   layout->addWidget(content, 1);
   return pane;
-}
-
-QString plainTip(const QString& text) {
-  return Qt::mightBeRichText(text) ? QString(u"<span>" + text.toHtmlEscaped() + u"</span>") : text;
 }
 
 }  // namespace lens

@@ -25,7 +25,4 @@ QList<QKeySequence> enterKeys();
 // A pane with a label above; the label's mnemonic leads to the content.
 QWidget* labelled(const QString& caption, QWidget* content);
 
-// A tooltip that shows its text as it is, also where the text looks like markup.
-QString plainTip(const QString& text);
-
 }  // namespace lens

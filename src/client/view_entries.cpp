@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "client/note_texts.h"
 #include "embedded/design/note_kinds.h"
 #include "embedded/views/view_documents.h"
 #include "notes/literals.h"
@@ -21,7 +22,7 @@ QString storedText(const Database& database, quint32 noteId, QStringView name) {
 // Name of a title "name|alias"; a view without one is told by its ID.
 ViewEntry entryOf(const Database& database, quint32 noteId) {
   ViewEntry entry{ViewEntry::Kind::View, {}, noteId};
-  const QString id = u"%1"_s.arg(noteId, 8, 16, QChar(u'0')).toUpper();
+  const QString id = noteIdText(noteId);
   try {
     entry.title = storedText(database, noteId, u"$TITLE").section(u'|', 0, 0).trimmed();
     if (storedText(database, noteId, u"$Flags").contains(u'F')) entry.kind = ViewEntry::Kind::Folder;

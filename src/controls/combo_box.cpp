@@ -1,7 +1,6 @@
 #include "controls/combo_box.h"
 
 #include <QAbstractItemView>
-#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QScopedValueRollback>
@@ -99,12 +98,7 @@ void ComboBox::keyPressEvent(QKeyEvent* event) {
 }
 
 void ComboBox::inputMethodEvent(QInputMethodEvent* event) {
-  QInputMethodEvent offered(event->preeditString(), event->attributes());
-  if (!event->commitString().isEmpty())
-    offered.setCommitString(throughKeyPress(event->commitString(), keyPress), event->replacementStart(),
-                            event->replacementLength());
-  QComboBox::inputMethodEvent(&offered);
-  event->accept();
+  offerInput(*event, keyPress, [this](QInputMethodEvent* offered) { QComboBox::inputMethodEvent(offered); });
 }
 
 // Rolling over a closed box would change its row unnoticed.

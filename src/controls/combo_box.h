@@ -1,5 +1,5 @@
 // A text with a list of rows to choose from. Rows and text are separate things: neither changes the
-// other, save when the user picks a row.
+// other, except when the user picks a row.
 #pragma once
 
 #include <QComboBox>

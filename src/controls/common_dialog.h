@@ -17,7 +17,7 @@ class CommonDialog : public QObject {
   void showSave();
   const QString& fileName() const { return fileName_; }
 
-  // What asks the user; a test answers in his place.
+  // What asks the user; a test answers in the user's place.
   std::function<QString(QWidget* owner)> ask;
 
  private:

@@ -1,9 +1,9 @@
 // Events of controls: what a procedure connects to and what a control raises.
 //
-// An event raised by code, be it that it runs another procedure ("run the click of cmdGetDoc") or that
-// it sets a property, passes a failure to that code, after the property has been set. An event that a
-// user fires has nobody behind it: a failure there ends in the application's general report and the
-// program goes on. Nothing is ever thrown through the toolkit's own signals.
+// Code raises an event when it runs another procedure ("run the click of cmdGetDoc") or sets a property. A
+// failure goes to that code, after the property has been set. An event that a user fires has nobody behind
+// it: a failure there ends in the application's general report and the program goes on. Nothing is ever
+// thrown through the toolkit's own signals.
 #pragma once
 
 #include <functional>

@@ -32,7 +32,7 @@ class DirList : public ListBox {
   // Runs when another directory was opened.
   Event<> change;
 
-  // The open directory, without a separator at its end save in a root.
+  // The open directory, without a separator at its end except in a root.
   const QString& path() const { return path_; }
   // Opens a directory; raises 76 where there is none and leaves the list as it was.
   void setPath(const QString& path);

@@ -77,6 +77,16 @@ QString throughKeyPress(const QString& typed, const Event<int&>& keyPress) {
   return result;
 }
 
+void offerInput(QInputMethodEvent& event, const Event<int&>& keyPress,
+                const std::function<void(QInputMethodEvent*)>& handle) {
+  QInputMethodEvent offered(event.preeditString(), event.attributes());
+  if (!event.commitString().isEmpty())
+    offered.setCommitString(throughKeyPress(event.commitString(), keyPress), event.replacementStart(),
+                            event.replacementLength());
+  handle(&offered);
+  event.accept();
+}
+
 TypedKey takeKey(const QKeyEvent& event, const Event<int, int>& keyDown, const Event<int&>& keyPress,
                  QString& text) {
   int code = keyCode(event);

@@ -1,8 +1,10 @@
 // Keys as the procedures of the program know them, from the keys of the desktop.
 #pragma once
 
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QString>
+#include <functional>
 
 #include "controls/event.h"
 
@@ -40,6 +42,10 @@ QString typedText(const QKeyEvent& event);
 
 // Offers each UTF-16 unit to the procedure, which may change it; 0 and 13 leave it out.
 QString throughKeyPress(const QString& typed, const Event<int&>& keyPress);
+
+// Passes what an input method gives on to `handle`, its text as the procedure lets it through.
+void offerInput(QInputMethodEvent& event, const Event<int&>& keyPress,
+                const std::function<void(QInputMethodEvent*)>& handle);
 
 // What a key means to a box that one types in. Runs keyDown and keyPress.
 enum class TypedKey {

@@ -3,6 +3,7 @@
 
 #include <QAbstractItemView>
 #include <QBasicTimer>
+#include <optional>
 
 #include "controls/event.h"
 #include "controls/list_rows.h"
@@ -132,6 +133,7 @@ class ListBox : public QAbstractItemView {
   void paintRow(QPainter& painter, int row) const;
   void paintCheck(QPainter& painter, int row, const QRect& place) const;
   bool moveByKey(int code, Qt::KeyboardModifiers modifiers);
+  std::optional<int> rowByKey(int code) const;
   bool commandKey(const QKeyEvent& event);
   void markByKey(Qt::KeyboardModifiers modifiers);
   void searchTyped(const QString& typed);

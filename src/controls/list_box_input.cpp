@@ -104,41 +104,39 @@ bool ListBox::moveByKey(int code, Qt::KeyboardModifiers modifiers) {
                                                            : QScrollBar::SliderSingleStepAdd);
     return true;
   }
-  int row = listIndex();
+  const std::optional<int> row = rowByKey(code);
   const int last = listCount() - 1;
-  const int page = std::max(1, rowsInView() - 1);
-  switch (code) {
-    case key::Up:
-    case key::Left:
-      row -= 1;
-      break;
-    case key::Down:
-    case key::Right:
-      row += 1;
-      break;
-    case key::PageUp:
-      row -= page;
-      break;
-    case key::PageDown:
-      row += page;
-      break;
-    case key::Home:
-      row = 0;
-      break;
-    case key::End:
-      row = last;
-      break;
-    default:
-      return false;
-  }
-  if (last < 0) return true;
+  if (!row || last < 0) return row.has_value();
   Choice choice = Choice::Plain;
   if (multiSelect_ && (modifiers & Qt::ShiftModifier))
     choice = Choice::Range;
   else if (modifiers & Qt::ControlModifier)
     choice = Choice::IndexOnly;
-  choose(std::clamp(row, 0, last), choice);
+  choose(std::clamp(*row, 0, last), choice);
   return true;
+}
+
+// The row that the key leads to, maybe beyond the ends; nothing for other keys.
+std::optional<int> ListBox::rowByKey(int code) const {
+  const int page = std::max(1, rowsInView() - 1);
+  switch (code) {
+    case key::Up:
+    case key::Left:
+      return listIndex() - 1;
+    case key::Down:
+    case key::Right:
+      return listIndex() + 1;
+    case key::PageUp:
+      return listIndex() - page;
+    case key::PageDown:
+      return listIndex() + page;
+    case key::Home:
+      return 0;
+    case key::End:
+      return listCount() - 1;
+    default:
+      return std::nullopt;
+  }
 }
 
 bool ListBox::commandKey(const QKeyEvent& event) {

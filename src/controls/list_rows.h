@@ -11,7 +11,7 @@ namespace lens {
 // Compares by upper-cased code unit, one unit for one unit, so the order is the same in every locale.
 bool sortsBefore(const QString& left, const QString& right);
 
-// Rows are numbered from 0. Nothing here checks a row number save where it says so; the list box does.
+// Rows are numbered from 0. Nothing here checks a row number except where it says so; the list box does.
 class ListRows : public QAbstractListModel {
   Q_OBJECT
 

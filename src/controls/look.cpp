@@ -44,9 +44,8 @@ void applyLook(QApplication& application) {
   application.setPalette(lensPalette());
 }
 
-void plainToolTip(QWidget& widget, const QString& text) {
-  if (!Qt::mightBeRichText(text)) return widget.setToolTip(text);
-  widget.setToolTip(u"<span style='white-space:pre-wrap'>%1</span>"_s.arg(text.toHtmlEscaped()));
+QString plainTip(const QString& text) {
+  return Qt::mightBeRichText(text) ? QString(u"<span>" + text.toHtmlEscaped() + u"</span>") : text;
 }
 
 }  // namespace lens

@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QPalette>
 #include <QString>
-#include <QWidget>
 
 namespace lens {
 
@@ -25,6 +24,6 @@ QPalette lensPalette();
 void applyLook(QApplication& application);
 
 // A tooltip that shows its text as it is, also where the text looks like markup.
-void plainToolTip(QWidget& widget, const QString& text);
+QString plainTip(const QString& text);
 
 }  // namespace lens

@@ -45,6 +45,24 @@ bool hasEndlessWord(const QString& text) {
   return text.size() - start > kEndless;
 }
 
+QChar shownAt(const QTextDocument& document, int place) {
+  const QChar character = document.characterAt(place);
+  return character == QChar::ParagraphSeparator ? QChar(u'\n') : character;
+}
+
+// What the user typed, with the line ends of the own text.
+QString typedPart(const QTextDocument& document, int from, int to) {
+  QString typed;
+  for (int place = from; place < to; ++place) {
+    const QChar character = shownAt(document, place);
+    if (character == QChar(u'\n') || character == QChar::LineSeparator)
+      typed += u"\r\n"_s;
+    else
+      typed += character;
+  }
+  return typed;
+}
+
 // Tab is a character of the text, so the keyboard leaves the box with Ctrl+Tab.
 bool leavesBox(const QKeyEvent& event) {
   return (event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab) &&
@@ -160,23 +178,13 @@ void RichTextBox::onDocumentChange(int position, int removed, int added) {
   const int ownStart = text_.fromDocument(start);
   const QString old = text_.shown(ownStart, text_.fromDocument(oldEnd) - ownStart);
   // The report may cover more than was typed; what is unchanged keeps its own line ends.
-  const auto unit = [this](int place) {
-    const QChar character = document()->characterAt(place);
-    return character == QChar::ParagraphSeparator ? QChar(u'\n') : character;
-  };
+  const auto unit = [this](int place) { return shownAt(*document(), place); };
   const int first = start;
   while (start < oldEnd && start < newEnd && old.at(start - first) == unit(start)) ++start;
   while (oldEnd > start && newEnd > start && old.at(oldEnd - 1 - first) == unit(newEnd - 1))
     --oldEnd, --newEnd;
   if (oldEnd == start && newEnd <= start) return;
-  QString typed;
-  for (int place = start; place < newEnd; ++place) {
-    const QChar character = unit(place);
-    if (character == QChar(u'\n') || character == QChar::LineSeparator)
-      typed += u"\r\n"_s;
-    else
-      typed += character;
-  }
+  const QString typed = typedPart(*document(), start, newEnd);
   const int from = text_.fromDocument(start);
   splice(from, text_.fromDocument(oldEnd) - from, typed);
   edited_ = true;

@@ -38,12 +38,7 @@ void TextBox::keyPressEvent(QKeyEvent* event) {
 }
 
 void TextBox::inputMethodEvent(QInputMethodEvent* event) {
-  QInputMethodEvent offered(event->preeditString(), event->attributes());
-  if (!event->commitString().isEmpty())
-    offered.setCommitString(throughKeyPress(event->commitString(), keyPress), event->replacementStart(),
-                            event->replacementLength());
-  QLineEdit::inputMethodEvent(&offered);
-  event->accept();
+  offerInput(*event, keyPress, [this](QInputMethodEvent* offered) { QLineEdit::inputMethodEvent(offered); });
 }
 
 }  // namespace lens

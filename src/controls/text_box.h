@@ -16,7 +16,7 @@ class TextBox : public QLineEdit {
   // Runs whenever the text has become another one, typed or set by code.
   Event<> change;
   // Runs before a typed character comes in and may change it; 0 or 13 keep it out. Also runs with 13
-  // for Enter and 27 for Esc. Pasting runs it not.
+  // for Enter and 27 for Esc. Pasting does not run it.
   Event<int&> keyPress;
   // Key code and shift state, see keys.h.
   Event<int, int> keyDown;

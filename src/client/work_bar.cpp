@@ -1,4 +1,4 @@
-#include "client/import_bar.h"
+#include "client/work_bar.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -14,7 +14,7 @@ constexpr int kYieldEvery = 40;  // milliseconds; more often would slow the expo
 
 }  // namespace
 
-ImportBar::ImportBar(QWidget* parent)
+WorkBar::WorkBar(QWidget* parent)
     : QWidget(parent), file_(new QLabel(this)), bar_(new QProgressBar(this)), cancel_(new QPushButton(this)) {
   setObjectName(u"importBar"_s);
   bar_->setObjectName(u"importProgress"_s);
@@ -35,7 +35,7 @@ ImportBar::ImportBar(QWidget* parent)
   hide();
 }
 
-void ImportBar::begin(Work work) {
+void WorkBar::begin(Work work) {
   switch (work) {
     case Work::Import:
       text_ = tr("Importing %1");
@@ -63,12 +63,12 @@ void ImportBar::begin(Work work) {
   show();
 }
 
-void ImportBar::finish() {
+void WorkBar::finish() {
   running_ = false;
   hide();
 }
 
-void ImportBar::showProgress(const QString& file, qint64 done, qint64 total) {
+void WorkBar::showProgress(const QString& file, qint64 done, qint64 total) {
   file_->setText(text_.arg(QFileInfo(file).fileName()));
   bar_->setValue(total > 0 ? int(kSteps * (double(qBound<qint64>(0, done, total)) / double(total))) : 0);
 }

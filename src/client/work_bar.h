@@ -10,11 +10,11 @@
 
 namespace lens {
 
-class ImportBar : public QWidget {
+class WorkBar : public QWidget {
   Q_OBJECT
 
  public:
-  explicit ImportBar(QWidget* parent = nullptr);
+  explicit WorkBar(QWidget* parent = nullptr);
 
   enum class Work { Import, Export, Index };
   // Shown and running from begin() to finish().
@@ -41,12 +41,12 @@ class ImportBar : public QWidget {
 // Lets events through while the exporter works, which reads only. An export that lost its window ends itself.
 class ExportWatch {
  public:
-  explicit ExportWatch(ImportBar* bar) : bar_(bar) {}
+  explicit ExportWatch(WorkBar* bar) : bar_(bar) {}
   // False when the export is to end.
   bool go(const QString& file, qint64 done, qint64 total);
 
  private:
-  QPointer<ImportBar> bar_;
+  QPointer<WorkBar> bar_;
   QElapsedTimer sinceYield_;
 };
 
