@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "embedded/model/support/test_documents.h"
+#include "support/every_fault.h"
 
 using namespace lens;
 using namespace lens::testbed;
@@ -63,31 +64,23 @@ struct WriteFaults : Documents {
   }
   // The change is made anew from the stored state each time and undone after it went through.
   void stopEverywhere(const std::function<void()>& change) {
-    int stops = 0;
-    for (int at = 1;; at += qMax(1, at / 12)) {
-      const QByteArray before = state();
-      int failure = 0;
-      bool reached = false;
-      {
-        Stopper stopper(*t.store, at);
-        failure = raised(change);
-        reached = stopper.stopped();
-      }
-      if (!reached) {
-        EXPECT_EQ(failure, 0) << at << reasonOf(change).toStdString();
-        EXPECT_NE(state(), before);
-        break;
-      }
-      ++stops;
+    int failure = 0;
+    QByteArray before;
+    const auto stopAt = [&](int at) {
+      before = state();
+      const Stopper stopper(*t.store, at);
+      failure = raised(change);
+      return stopper.stopped();
+    };
+    const auto check = [&](int) {
       // A stop in the cleaning up behind a change that was made is no failure of it.
-      if (failure == 0) {
-        EXPECT_NE(state(), before) << at;
-        continue;
-      }
+      EXPECT_EQ(state() != before, failure == 0);
       EXPECT_NE(failure, 4000);
-      ASSERT_EQ(state(), before) << "stopped at " << at;
-    }
+    };
+    const int stops = withEveryFault(stopAt, check, [](int at) { return at + qMax(1, at / 12); });
     EXPECT_GT(stops, 5);
+    EXPECT_EQ(failure, 0) << reasonOf(change).toStdString();
+    EXPECT_NE(state(), before);
     EXPECT_EQ(integrity(), "ok");
   }
   QByteArray integrity() {
