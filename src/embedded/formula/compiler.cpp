@@ -163,8 +163,4 @@ Formula::Responses Formula::responses() const {
   return program_->responses;
 }
 
-qsizetype Formula::codeSize() const {
-  return qsizetype(program_->code.size() + program_->constants.size());
-}
-
 }  // namespace lens::formula

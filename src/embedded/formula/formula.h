@@ -43,8 +43,6 @@ class Formula {
   // Responses that a selection takes in beside the documents that match.
   enum class Responses { None, Children, Descendants };
   Responses responses() const;
-  // Instructions and constants, as a measure of size.
-  qsizetype codeSize() const;
 
  private:
   std::shared_ptr<const Program> program_;
