@@ -1,0 +1,112 @@
+// What the typed views ask of the object behind them, name by name.
+#include <gtest/gtest.h>
+
+#include "notes/objects/session.h"
+#include "support/printers.h"
+
+namespace lens {
+namespace {
+using namespace Qt::StringLiterals;
+
+// Keeps what it is asked for, and answers everything with the same value.
+class AskedObject : public Dispatch {
+ public:
+  AskedObject(QStringList& asked, const Value& answer) : asked_(asked), answer_(answer) {}
+  Value get(const QString& name) override {
+    asked_ += name;
+    return answer_;
+  }
+  void set(const QString& name, const Value& value) override { asked_ += name + u'=' + value.text(); }
+  Value call(const QString& name, const QVector<Value>& arguments) override {
+    QStringList texts;
+    for (const Value& argument : arguments)
+      texts += argument.kind() == Value::Kind::Object ? argument.typeName() : argument.text();
+    asked_ += name + u'(' + texts.join(u',') + u')';
+    return answer_;
+  }
+
+ private:
+  QStringList& asked_;
+  Value answer_;
+};
+
+class TypedViews : public testing::Test {
+ protected:
+  template <class View>
+  View answering(const Value& answer) {
+    return Object(std::make_shared<AskedObject>(asked, answer));
+  }
+  QStringList asked;
+};
+
+TEST_F(TypedViews, OfADocumentAskForItsMembersWithTheirArguments) {
+  const auto document = answering<NotesDocument>(Object());
+  document.firstItem(u"A"_s);
+  document.itemValue(u"B"_s);
+  document.replaceItemValue(u"C"_s, 2);
+  document.createRichTextItem(u"D"_s);
+  document.removeItem(u"E"_s);
+  document.save(true, false);
+  document.save(true, false, true);
+  document.remove(true);
+  document.parentDatabase();
+  EXPECT_EQ(asked, QStringList({u"GETFIRSTITEM(A)"_s, u"GETITEMVALUE(B)"_s, u"REPLACEITEMVALUE(C,2)"_s,
+                                u"CREATERICHTEXTITEM(D)"_s, u"RemoveItem(E)"_s, u"SAVE(True,False)"_s,
+                                u"SAVE(True,False,True)"_s, u"Remove(True)"_s, u"PARENTDATABASE"_s}));
+}
+
+TEST_F(TypedViews, OfADatabasePassWholeObjectsOn) {
+  const auto database = answering<NotesDatabase>(Object());
+  database.documentById(u"8F2"_s);
+  database.documentByUnid(u"ABC"_s);
+  database.search(u"SELECT @All"_s, 0);
+  database.fullTextSearch(u"pump"_s, 0);
+  const auto found = answering<NotesDocumentCollection>(Object());
+  found.nextDocument(answering<NotesDocument>(Object()));
+  EXPECT_EQ(asked, QStringList({u"GETDOCUMENTBYID(8F2)"_s, u"GETDOCUMENTBYUNID(ABC)"_s,
+                                u"SEARCH(SELECT @All,Nothing,0)"_s, u"FTSEARCH(pump,0)"_s,
+                                u"GETNEXTDOCUMENT(Object)"_s}));
+}
+
+TEST_F(TypedViews, OfAnItemReadAndWriteItsFlags) {
+  const auto item = answering<NotesItem>(true);
+  EXPECT_TRUE(item.isSummary() && item.isEncrypted() && item.isSigned() && item.isProtected());
+  item.setSummary(true);
+  item.setEncrypted(false);
+  item.setSigned(true);
+  item.setProtected(false);
+  item.setReaders(true);
+  EXPECT_EQ(asked, QStringList({u"ISSUMMARY"_s, u"ISENCRYPTED"_s, u"ISSIGNED"_s, u"ISPROTECTED"_s,
+                                u"ISSUMMARY=True"_s, u"ISENCRYPTED=False"_s, u"ISSIGNED=True"_s,
+                                u"ISPROTECTED=False"_s, u"ISREADERS=True"_s}));
+}
+
+TEST_F(TypedViews, ReadATypeAsNumberTextAndCodeOf16Bits) {
+  EXPECT_EQ(answering<NotesItem>(1280).type(), 1280);
+  EXPECT_EQ(answering<NotesItem>(1280).typeText(), u"1280"_s);
+  EXPECT_EQ(answering<NotesItem>(1280).typeCode(), itemcode::Text);
+  EXPECT_THROW(answering<NotesItem>(40000).typeCode(), RuntimeError);
+}
+
+TEST_F(TypedViews, OfNothingRaiseLikeTheObject) {
+  try {
+    NotesDocument().noteId();
+    ADD_FAILURE();
+  } catch (const RuntimeError& error) {
+    EXPECT_EQ(error.number(), err::ObjectNotSet);
+  }
+  EXPECT_TRUE(NotesDocument().isNothing());
+}
+
+TEST_F(TypedViews, AreTheObjectAndNoOtherView) {
+  const auto document = answering<NotesDocument>(Object());
+  const Object object = document;
+  EXPECT_TRUE(object == document);
+  static_assert(std::is_convertible_v<Object, NotesDocument>);
+  static_assert(std::is_convertible_v<NotesRichTextItem, NotesItem>);
+  static_assert(!std::is_convertible_v<NotesDatabase, NotesDocument>);
+  static_assert(!std::is_convertible_v<NotesItem, NotesRichTextItem>);
+}
+
+}  // namespace
+}  // namespace lens
