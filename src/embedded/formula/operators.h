@@ -10,7 +10,8 @@ namespace lens::formula {
 class Evaluation;
 
 // An error among the operands is the result (the left one first); a missing name reads as the empty text,
-// but a comparison of it with a number or a time is 0. The evaluation may be null where no times are among the operands.
+// but a comparison of it with a number or a time is 0. The evaluation may be null where no times are among
+// the operands.
 Value applyBinary(Operator op, const Value& left, const Value& right, Evaluation* evaluation);
 Value applyUnary(Operator op, const Value& operand);
 // Right behind left; takes over the left list's memory, so that a list grown in a loop is not copied at

@@ -1,5 +1,5 @@
-#include "embedded/dxl/note_elements.h"
 #include "embedded/dxl/import_fixture.h"
+#include "embedded/dxl/note_elements.h"
 #include "embedded/format/single_notes.h"
 
 namespace lens {
@@ -83,8 +83,8 @@ TEST_F(DxlImport, ASecondNoteOfAClassThatADatabaseHoldsOnceReplacesTheFirst) {
     EXPECT_EQ(single, (value & 0x00F2) != 0) << name;
     EXPECT_EQ(notes(), single ? before : before + 1) << name;
     EXPECT_EQ(second.replaced, single ? 1 : 0) << name;
-    EXPECT_EQ(database_->list(value).size(), single ? 1 : 2) << name;
-    for (const NoteSummary& left : database_->list(0x7FFF)) database_->remove(left.id, false);
+    EXPECT_EQ(database_->notes().list(value).size(), single ? 1 : 2) << name;
+    for (const NoteSummary& left : database_->notes().list(0x7FFF)) database_->notes().remove(left.id, false);
   }
 }
 

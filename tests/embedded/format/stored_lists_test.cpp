@@ -85,7 +85,7 @@ TEST(StoredRanges, ThatAreCutShortGiveWholeEntriesOnly) {
 }
 
 TEST(StoredReferences, AreUnids) {
-  const QByteArray value = noteRefsValue({kUnid, kUnid});
+  const QByteArray value = noteRefsValue({Unid::fromText(kUnid), Unid::fromText(kUnid)});
   const StoredReferences references(dataOf(value));
   EXPECT_EQ(references.count(), 2);
   EXPECT_EQ(references.unid(1).text(), kUnid);

@@ -21,7 +21,7 @@ struct ItemDoors : ::testing::Test {
     found[u"GETITEMVALUE"_s] = document.call(u"GETITEMVALUE"_s, asked).isArray();
     found[u"HASITEM"_s] = document.call(u"HASITEM"_s, asked).boolean();
     Item item;
-    found[u"one item"_s] = t.store->readItem(id, asked, item);
+    found[u"one item"_s] = t.store->notes().readItem(id, asked, item);
     found[u"SEARCH"_s] = searched(asked + u" = \"here\""_s);
     found[u"SEARCH by @GetField"_s] = searched(u"@GetField(\"%1\") = \"here\""_s.arg(asked));
     found[u"a variable"_s] = searched(asked + u" := \"gone\"; "_s + stored + u" = \"gone\""_s);
@@ -41,7 +41,7 @@ struct ItemDoors : ::testing::Test {
     for (auto door = found.constBegin(); door != found.constEnd(); ++door)
       EXPECT_EQ(door.value(), same) << door.key().toStdString() << ": " << name.toStdString() << " by "
                                     << asked.toStdString();
-    t.store->remove(id, false);
+    t.store->notes().remove(id, false);
   }
   void expectBothWays(const QString& a, const QString& b, bool same) {
     expect(a, b, same);
@@ -81,7 +81,7 @@ TEST_F(ItemDoors, AgreeOnEveryLetter) {
     letters.insert(char16_t(c), name);
   }
   ASSERT_GT(letters.size(), 1000);
-  t.store->save(note);
+  t.store->notes().save(note);
   createFullTextIndex(*t.store);
   const QByteArray packed = packItems(note.items);
   const PackedNote shown{note.header, PackedItems(packed)};
