@@ -24,6 +24,12 @@ class SidewaysBar : public QScrollBar {
   ListBox* list_;
 };
 
+QAccessibleInterface* accessibleListBox(const QString& className, QObject* object) {
+  const bool isOurs = className == QLatin1String(ListBox::staticMetaObject.className());
+  auto* list = isOurs ? qobject_cast<ListBox*>(object) : nullptr;
+  return list ? accessibleList(list) : nullptr;
+}
+
 }  // namespace
 
 ListBox::ListBox(QWidget* parent) : QAbstractItemView(parent), rows_(new ListRows(this)) {

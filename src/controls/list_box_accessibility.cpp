@@ -1,12 +1,11 @@
 #include "controls/list_box_accessibility.h"
 
+#include <QAbstractItemView>
 #include <QAccessibleWidget>
 #include <QHash>
 #include <QPersistentModelIndex>
 #include <QPointer>
 #include <utility>
-
-#include "controls/list_box.h"
 
 namespace lens {
 namespace {
@@ -14,7 +13,7 @@ namespace {
 // A row, which rows added or removed before it carry along.
 class AccessibleRow final : public QAccessibleInterface, public QAccessibleTableCellInterface {
  public:
-  AccessibleRow(ListBox* list, const QModelIndex& index) : list_(list), index_(index) {}
+  AccessibleRow(QAbstractItemView* list, const QModelIndex& index) : list_(list), index_(index) {}
   int row() const { return index_.row(); }
 
   bool isValid() const override { return list_ && index_.isValid(); }
@@ -46,7 +45,7 @@ class AccessibleRow final : public QAccessibleInterface, public QAccessibleTable
   QAccessibleInterface* table() const override { return parent(); }
 
  private:
-  QPointer<ListBox> list_;
+  QPointer<QAbstractItemView> list_;
   QPersistentModelIndex index_;
 };
 
@@ -69,7 +68,8 @@ QAccessible::State AccessibleRow::state() const {
 // A list is told as a table of one column. Rows are made when they are asked for.
 class AccessibleListBox final : public QAccessibleWidget, public QAccessibleTableInterface {
  public:
-  explicit AccessibleListBox(ListBox* list) : QAccessibleWidget(list, QAccessible::List), list_(list) {}
+  explicit AccessibleListBox(QAbstractItemView* list)
+      : QAccessibleWidget(list, QAccessible::List), list_(list) {}
   ~AccessibleListBox() override {
     for (const QAccessible::Id id : std::as_const(rows_)) QAccessible::deleteAccessibleInterface(id);
   }
@@ -111,7 +111,7 @@ class AccessibleListBox final : public QAccessibleWidget, public QAccessibleTabl
   void modelChange(QAccessibleTableModelChangeEvent* event) override;
 
  private:
-  ListBox* list_;                             // owns the model and outlives this
+  QAbstractItemView* list_;                   // owns the model and outlives this
   mutable QHash<int, QAccessible::Id> rows_;  // those that were asked for
 };
 
@@ -151,11 +151,8 @@ void AccessibleListBox::modelChange(QAccessibleTableModelChangeEvent* event) {
 
 }  // namespace
 
-QAccessibleInterface* accessibleListBox(const QString& className, QObject* object) {
-  auto* list = className == QLatin1String(ListBox::staticMetaObject.className())
-                   ? qobject_cast<ListBox*>(object)
-                   : nullptr;
-  return list ? new AccessibleListBox(list) : nullptr;
+QAccessibleInterface* accessibleList(QAbstractItemView* list) {
+  return new AccessibleListBox(list);
 }
 
 }  // namespace lens

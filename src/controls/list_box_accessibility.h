@@ -3,9 +3,11 @@
 
 #include <QAccessible>
 
+class QAbstractItemView;
+
 namespace lens {
 
-// Null for whatever is no list box. For QAccessible::installFactory.
-QAccessibleInterface* accessibleListBox(const QString& className, QObject* object);
+// For a list of one column, which it must not outlive.
+QAccessibleInterface* accessibleList(QAbstractItemView* list);
 
 }  // namespace lens

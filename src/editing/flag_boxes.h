@@ -1,7 +1,7 @@
 // The four flag boxes of the window, written to an item.
 #pragma once
 
-#include "notes/objects/item.h"
+#include "notes/objects/notes_item.h"
 #include "shell/error_modes.h"
 #include "shell/form1.h"
 

@@ -3,7 +3,7 @@
 
 #include <QString>
 
-#include "notes/objects/item.h"
+#include "notes/objects/notes_item.h"
 #include "shell/error_modes.h"
 
 namespace lens {

@@ -5,7 +5,7 @@
 #include <QString>
 
 #include "notes/capi.h"
-#include "notes/objects/database.h"
+#include "notes/objects/notes_database.h"
 
 namespace lens {
 

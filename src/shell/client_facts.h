@@ -3,7 +3,7 @@
 
 #include <QString>
 
-#include "notes/objects/session.h"
+#include "notes/objects/notes_session.h"
 #include "shell/routines.h"
 
 namespace lens {

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "notes/objects/session.h"
+#include "notes/objects/notes_session.h"
 #include "shell/keyed_collection.h"
 
 namespace lens {

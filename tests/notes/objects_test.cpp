@@ -1,7 +1,7 @@
 // What the typed views ask of the object behind them, name by name.
 #include <gtest/gtest.h>
 
-#include "notes/objects/session.h"
+#include "notes/objects/notes_session.h"
 #include "support/printers.h"
 
 namespace lens {

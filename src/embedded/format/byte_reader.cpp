@@ -2,6 +2,10 @@
 
 #include <QtEndian>
 #include <bit>
+#include <limits>
+
+#include "notes/literals.h"
+#include "notes/runtime_error.h"
 
 namespace lens {
 
@@ -52,6 +56,12 @@ QByteArrayView ByteReader::take(qsizetype count) {
 
 void ByteReader::skip(qsizetype count) {
   take(count);
+}
+
+void requireWordCount(qsizetype count, QStringView what) {
+  constexpr qsizetype kMaxWord = std::numeric_limits<quint16>::max();
+  if (count > kMaxWord)
+    throw RuntimeError(err::Overflow, u"%1: %2, the limit is %3"_s.arg(what).arg(count).arg(kMaxWord));
 }
 
 void appendU16(QByteArray& bytes, quint16 number) {

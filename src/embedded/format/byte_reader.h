@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QStringView>
 
 #include "embedded/format/timedate.h"
 
@@ -29,6 +30,9 @@ class ByteReader {
   qsizetype at_ = 0;
   bool failed_ = false;
 };
+// What counts or measures in 16 bits has no form beyond: raises 6 with what there is too much of.
+void requireWordCount(qsizetype count, QStringView what);
+
 void appendU16(QByteArray& bytes, quint16 number);
 void appendU32(QByteArray& bytes, quint32 number);
 void appendF64(QByteArray& bytes, double number);

@@ -9,8 +9,6 @@
 namespace lens {
 namespace {
 
-constexpr qsizetype kMaxWord = std::numeric_limits<quint16>::max();
-
 QByteArray typed(quint16 type, qsizetype dataSize) {
   QByteArray value;
   value.reserve(dataSize + 2);
@@ -77,11 +75,6 @@ QVector<Value> valuesOf(const Item& item) {
 }
 
 }  // namespace
-
-void requireWordCount(qsizetype count, QStringView what) {
-  if (count > kMaxWord)
-    throw RuntimeError(err::Overflow, u"%1: %2, the limit is %3"_s.arg(what).arg(count).arg(kMaxWord));
-}
 
 QByteArray rawValue(quint16 type, QByteArrayView data) {
   QByteArray value = typed(type, data.size());

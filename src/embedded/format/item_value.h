@@ -9,7 +9,7 @@
 
 #include "embedded/format/byte_reader.h"
 #include "embedded/format/item_name.h"
-#include "embedded/format/item_types.h"
+#include "embedded/format/stored_item_types.h"
 #include "embedded/format/stored_object.h"
 #include "embedded/format/timedate.h"
 #include "embedded/format/unid.h"
@@ -25,9 +25,6 @@ struct Item {
   quint16 type() const { return quint16(quint8(value[0]) | quint8(value[1]) << 8); }
   QByteArrayView data() const { return QByteArrayView(value).sliced(2); }
 };
-
-// What counts or measures in 16 bits has no form beyond: raises 6 with what there is too much of.
-void requireWordCount(qsizetype count, QStringView what);
 
 // Values from what they mean. A text list of one entry stays a list. A list of more than 65535 entries,
 // or an entry of more than 65535 bytes, has no form and raises 6.

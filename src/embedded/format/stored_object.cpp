@@ -3,8 +3,9 @@
 #include <QtEndian>
 
 #include "embedded/format/attachment_name.h"
-#include "embedded/format/item_value.h"
+#include "embedded/format/byte_reader.h"
 #include "embedded/format/lmbcs.h"
+#include "embedded/format/stored_item_types.h"
 
 namespace lens {
 namespace {

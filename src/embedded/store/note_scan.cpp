@@ -59,7 +59,8 @@ NoteStore::Scan NoteStore::scanRows(quint16 mask, qint64& last, const PackedVisi
       Statement::Run row(statements_->scanRows, last, mask);
       while (!batch.isFull() && (more = row.step())) {
         NoteHeader header;
-        if (Statements::readHeader(row, header)) batch.add(header, row.blob(Statements::kItemsColumn));
+        if (NoteStatements::readHeader(row, header))
+          batch.add(header, row.blob(NoteStatements::kItemsColumn));
         last = row.integer(0);  // the number of the row: a damaged one may be no note ID
       }
     } catch (const RuntimeError& error) {
@@ -80,8 +81,8 @@ void NoteStore::scanOneByOne(quint16 mask, qint64 after, const PackedVisitor& vi
     try {
       Statement::Run row(statements_->readById, summary.id);
       NoteHeader header;
-      if (row.step() && Statements::readHeader(row, header))
-        one.add(header, row.blob(Statements::kItemsColumn));
+      if (row.step() && NoteStatements::readHeader(row, header))
+        one.add(header, row.blob(NoteStatements::kItemsColumn));
     } catch (const RuntimeError& error) {
       if (error.number() != enginefault::Damaged) throw;
     }

@@ -1,13 +1,19 @@
 // The statements of a NoteStore.
 #pragma once
 
-#include "embedded/store/note_store.h"
+#include "embedded/format/note.h"
 #include "embedded/store/store_session.h"
 
 namespace lens {
 
-struct NoteStore::Statements {
-  explicit Statements(const Connection& c) : connection(c) {}
+// Raises Damaged with the file and the note.
+[[noreturn]] void damagedNote(const QString& path, quint32 noteId, const QString& fault);
+
+// The top bit of an ID marks deleted notes.
+inline constexpr quint32 kLastId = 0x7FFFFFFA;
+
+struct NoteStatements {
+  explicit NoteStatements(const Connection& c) : connection(c) {}
 
   // Header columns in the order that readHeader expects, behind them the items.
   static constexpr int kItemsColumn = 10;

@@ -14,15 +14,9 @@ namespace {
 
 constexpr quint32 kFirstId = 0x000008FA;
 constexpr quint32 kIdStep = 4;
-constexpr quint32 kLastId = 0x7FFFFFFA;  // the top bit marks deleted notes
 
 void fill(TimeDate& time, const TimeDate& with) {
   if (isClearedTime(time)) time = with;
-}
-
-[[noreturn]] void damagedNote(const QString& path, quint32 noteId, const QString& fault) {
-  throw RuntimeError(enginefault::Damaged, u"%1: note %2 is damaged (%3)"_s.arg(
-                                               path, QString::number(noteId, 16).toUpper(), fault));
 }
 
 // What cannot be packed is told with the file that it was meant for.
@@ -58,36 +52,9 @@ NoteStore::NoteStore(StoreSession& session, VersionTable& versions, ObjectStore&
     : session_(session),
       versions_(versions),
       objects_(objects),
-      statements_(std::make_unique<Statements>(session.connection())) {}
+      statements_(std::make_unique<NoteStatements>(session.connection())) {}
 
 NoteStore::~NoteStore() = default;
-
-bool NoteStore::Statements::readHeader(const Statement::Run& row, NoteHeader& header) {
-  const qint64 id = row.integer(0);
-  header.id = quint32(id);
-  header.noteClass = quint16(row.integer(1));
-  const QByteArrayView unid = row.blob(2);
-  header.unid = Unid::fromBytes(unid);
-  header.parent = Unid::fromBytes(row.blob(3));
-  header.sequence = quint32(row.integer(4));
-  header.sequenceTime = fromStored(row.integer(5));
-  header.created = fromStored(row.integer(6));
-  header.modified = fromStored(row.integer(7));
-  header.added = fromStored(row.integer(8));
-  header.accessed = fromStored(row.integer(9));
-  return unid.size() == 16 && id > 0 && id <= kLastId;
-}
-
-bool NoteStore::Statements::readRow(Statement::Run& row, Note& note) const {
-  if (!row.step()) return false;
-  if (!readHeader(row, note.header)) damagedNote(connection.path(), note.header.id, u"its UNID is cut"_s);
-  try {
-    note.items = unpackItems(row.blob(kItemsColumn));
-  } catch (const RuntimeError& error) {
-    damagedNote(connection.path(), note.header.id, error.description());
-  }
-  return true;
-}
 
 // The row goes, and those who follow the changes learn of it.
 void NoteStore::eraseRow(quint32 noteId, qint64 change) {

@@ -10,6 +10,7 @@
 
 namespace lens {
 
+struct NoteStatements;  // note_statements.h
 class ObjectStore;
 class StoreSession;
 class VersionTable;
@@ -72,7 +73,6 @@ class NoteStore {
 
  private:
   friend class VersionStore;  // gives IDs to stubs of other replicas
-  struct Statements;
   enum class Scan { Whole, Enough, Damaged };
   quint32 nextId() const;
   void eraseRow(quint32 noteId, qint64 change);
@@ -87,7 +87,7 @@ class NoteStore {
   StoreSession& session_;
   VersionTable& versions_;
   ObjectStore& objects_;
-  std::unique_ptr<Statements> statements_;
+  std::unique_ptr<NoteStatements> statements_;
 };
 
 }  // namespace lens

@@ -1,7 +1,7 @@
 // Documents, their MIME entities, and collections of documents.
 #pragma once
 
-#include "notes/objects/item.h"
+#include "notes/objects/notes_item.h"
 
 namespace lens {
 

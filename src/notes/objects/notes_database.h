@@ -1,7 +1,7 @@
 // Databases with their views, forms and collections of notes, and directories of databases.
 #pragma once
 
-#include "notes/objects/document.h"
+#include "notes/objects/notes_document.h"
 
 namespace lens {
 

@@ -1,7 +1,7 @@
 // What a gateway makes: sessions, and the client's workspace with what is on its screen.
 #pragma once
 
-#include "notes/objects/database.h"
+#include "notes/objects/notes_database.h"
 
 namespace lens {
 
