@@ -1,6 +1,7 @@
 #include "app/application.h"
 
 #include <QScreen>
+#include <QTimer>
 
 #include "inspector/type_table.h"
 #include "notes/literals.h"
@@ -10,6 +11,11 @@ namespace {
 
 constexpr QSize kComfortableSize(1440, 900);
 constexpr double kSmallestScale = 0.8;
+// What title bar and borders take of usual desktops; how much it really is shows only when the window is
+// there.
+constexpr int kFrameHeight = 40;
+constexpr int kLooks = 20;
+constexpr int kLookEveryMs = 50;
 
 // On a screen lower than the design all places shrink before they are recorded, so the font stays.
 void scaleDesign(QWidget& window, double scale) {
@@ -58,7 +64,7 @@ Application::Application(Gateway& notes, CApi& api, Host& host, const QString& s
 
 void Application::start() {
   const QSize free = form.screen()->availableSize();
-  const double scale = double(free.height()) / form.height();
+  const double scale = double(free.height() - kFrameHeight) / form.height();
   if (scale < 1) scaleDesign(form, qMax(scale, kSmallestScale));
   lifecycle.Form_Load();
   if (free.width() > kComfortableSize.width() && free.height() > kComfortableSize.height())
@@ -66,6 +72,19 @@ void Application::start() {
   form.Timer2->setEnabled(true);
   lifecycle.Timer2_Timer();
   form.show();
+  fitToDesktop(kLooks);
+}
+
+// Window managers place a window, and may make it smaller, some time after it was shown. What comes later
+// than that is the user's own resize.
+void Application::fitToDesktop(int looks) {
+  if (looks == 0) return;
+  QTimer::singleShot(kLookEveryMs, &form, [this, looks] {
+    const int before = layout.recordedHeight();
+    layout.fitRecordToHeight();
+    if (layout.recordedHeight() != before) lifecycle.Form_Resize();
+    fitToDesktop(looks - 1);
+  });
 }
 
 void installUntrappedReport(Host& host) {

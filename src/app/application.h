@@ -40,7 +40,7 @@ class Application {
   // The source tells the user which side of the doors is in use.
   Application(Gateway& notes, CApi& api, Host& host, const QString& source);
 
-  // Runs the load step, then shows the main window.
+  // Runs the load step, then shows the main window, as high as the screen leaves room for.
   void start();
 
   Form1 form;
@@ -70,6 +70,9 @@ class Application {
   FieldDump fieldDump;
   FormulaTools formulaTools;
   HelpLookup helpLookup;
+
+ private:
+  void fitToDesktop(int looks);
 };
 
 // Shows what no procedure handled as "Run-time error 'N':" and its description.

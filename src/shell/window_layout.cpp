@@ -65,6 +65,18 @@ void WindowLayout::GetLocation() {
   });
 }
 
+void WindowLayout::fitRecordToHeight() {
+  const int given = window_.height() * kTwipsPerPixel;
+  if (records_.isEmpty() || given >= recordedHeight_) return;
+  const double ratio = double(given) / recordedHeight_;
+  const auto fitted = [&](Int16 twips) { return Int16(qRound(double(twips) * ratio)); };
+  for (Record& record : records_) {
+    record.Top = fitted(record.Top);
+    record.height = fitted(record.height);
+  }
+  recordedHeight_ = Int16(given);
+}
+
 void WindowLayout::takeRatios() {
   const bool minimised = window_.isMinimized();
   const auto ratio = [&](int present, int recorded) {

@@ -21,9 +21,14 @@ class WindowLayout {
   // Records place and size of each control that has a tab index, 16 bits wide in twips; a control
   // that does not fit is left out. An overflow of the window's own size shows the error box.
   void GetLocation();
+  // The record as if the window had been designed as high as it is now: a desktop that gave less than was
+  // asked for must not bring up a window below its design height, whose text is the smallest there is. Does
+  // nothing in a window that is as high as its record or higher.
+  void fitRecordToHeight();
   // Places all controls for the window's present size. Without a record nothing happens.
   void ResizeControls();
   void ResizeOneControl(const QString& name);
+  int recordedHeight() const { return recordedHeight_; }  // twips
   // Points for the present ratios; 0 below the design height, which means the smallest font.
   int ScaledFontSize() const;
 

@@ -1,5 +1,7 @@
 #include "shell/window_layout.h"
 
+#include <QTest>
+
 #include "support/lens_fixture.h"
 
 namespace lens {
@@ -148,6 +150,23 @@ TEST_F(WindowLayoutTest, StepsBackToTheLineBeforeGiveTheColumn) {
   out = 0;
   LinesBackFromChar(box, 1, 6, out);  // behind "cd": the line end's last place is 3
   EXPECT_EQ(out, 2);
+}
+
+// Usual laptops leave less than the design height, and their window managers fit windows to the screen.
+TEST_F(LensFixture, AWindowThatTheDesktopMakesLowerComesUpWithReadableText) {
+  openDatabase(u"a.nsf"_s);
+  build();
+  app->start();
+  const int asked = form().height();
+  form().resize(form().width(), asked - 70);  // the desktop's answer
+  EXPECT_TRUE(QTest::qWaitFor([&] { return form().cmdEnd->font().pointSize() == 8; }));
+  EXPECT_LE(form().cmdEnd->geometry().bottom(), form().height());
+  const QRect place = form().cmdEnd->geometry();
+  // Maximised it is at least as high, and the text grows from there.
+  form().resize(form().width(), asked);
+  EXPECT_GE(form().cmdEnd->font().pointSize(), 8);
+  form().resize(form().width(), asked - 70);
+  EXPECT_EQ(form().cmdEnd->geometry(), place);
 }
 
 }  // namespace
