@@ -32,7 +32,7 @@ struct Forms : Desk {
     Database::Transaction transaction(*database);
     Note document;
     document.add(QStringLiteral("Form"), itemflag::Summary, textValue(u"Order"));
-    const quint32 open = save(document);
+    const NoteId open = save(document);
     const TimeDate now = timeDateNow();
     for (int i = 0; i < kForms; ++i) save(formNote(i, now));
     transaction.commit();
@@ -70,7 +70,7 @@ void BM_OpenForms(benchmark::State& state) {
   unsigned touched = 0;
   for (auto _ : state)
     for (const NoteSummary& note : notes) {
-      sqlite3_bind_int64(raw.statement(), 1, note.id);
+      sqlite3_bind_int64(raw.statement(), 1, note.id.value());
       if (sqlite3_step(raw.statement()) != SQLITE_ROW) state.SkipWithError("a row is missing");
       const auto* const items = static_cast<const unsigned char*>(sqlite3_column_blob(raw.statement(), 10));
       const int size = sqlite3_column_bytes(raw.statement(), 10);

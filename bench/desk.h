@@ -24,12 +24,12 @@ struct Desk {
   }
 
   QString path() const { return database->path(); }
-  quint32 save(Note note) {
+  NoteId save(Note note) {
     database->notes().save(note);
     return note.header.id;
   }
   // The document is open in the client, and the window shows it.
-  void start(quint32 note) {
+  void start(NoteId note) {
     workspace->client().showDatabase({QString(), QStringLiteral("a.nsf")});
     workspace->client().showDocument(note);
     notes = std::make_unique<EmbeddedGateway>(workspace);

@@ -45,7 +45,7 @@ Note letter(int number) {
 
 struct Collection : Desk {
   Collection() {
-    QVector<quint32> ids;
+    QVector<NoteId> ids;
     {
       Database::Transaction transaction(*database);
       for (int i = 0; i < kDocuments; ++i) ids.push_back(save(letter(i)));
@@ -53,8 +53,7 @@ struct Collection : Desk {
     }
     start(ids.front());
     form().idList->clear();
-    for (const quint32 id : ids)
-      form().idList->addItem(QString::number(id, 16).toUpper().rightJustified(8, u'0'));
+    for (const NoteId id : ids) form().idList->addItem(id.hexText().rightJustified(8, u'0'));
   }
 };
 
@@ -109,7 +108,7 @@ void BM_ReadAndWriteRows(benchmark::State& state) {
   qint64 count = desk.database->versions().changeSequence();
   for (auto _ : state)
     for (const NoteSummary& note : desk.database->notes().list(noteclass::Document)) {
-      sqlite3_bind_int64(read.statement(), 1, note.id);
+      sqlite3_bind_int64(read.statement(), 1, note.id.value());
       if (sqlite3_step(read.statement()) != SQLITE_ROW) state.SkipWithError("a row is missing");
       QByteArray items(static_cast<const char*>(sqlite3_column_blob(read.statement(), 10)),
                        sqlite3_column_bytes(read.statement(), 10));
@@ -119,7 +118,7 @@ void BM_ReadAndWriteRows(benchmark::State& state) {
       sqlite3_bind_blob64(write.statement(), 7, items.constData(), sqlite3_uint64(items.size()),
                           SQLITE_STATIC);
       sqlite3_bind_int64(write.statement(), 8, count);
-      sqlite3_bind_int64(write.statement(), 9, note.id);
+      sqlite3_bind_int64(write.statement(), 9, note.id.value());
       if (sqlite3_step(write.statement()) != SQLITE_DONE) state.SkipWithError("a row was not written");
       sqlite3_reset(write.statement());
     }
@@ -187,7 +186,7 @@ BENCHMARK(BM_SearchRowsFourTimes)->Arg(1250)->Unit(benchmark::kMillisecond);
 void stepThroughList(benchmark::State& state, int times) {
   Desk desk;
   const int rows = int(state.range(0));
-  quint32 first = 0;
+  NoteId first;
   {
     Database::Transaction transaction(*desk.database);
     first = desk.save(letter(0));
@@ -197,9 +196,8 @@ void stepThroughList(benchmark::State& state, int times) {
   desk.start(first);
   desk.form().idList->clear();
   for (int i = 0; i < rows; ++i)
-    desk.form().idList->addItem(
-        QStringLiteral("pump # ") +
-        QString::number(first + 4 * quint32(i), 16).toUpper().rightJustified(8, u'0'));
+    desk.form().idList->addItem(QStringLiteral("pump # ") +
+                                NoteId(first.value() + 4 * quint32(i)).hexText().rightJustified(8, u'0'));
   desk.form().txtSearch->setText(QStringLiteral("pump"));
   desk.form().chkProfile->setValue(1);
   for (auto _ : state)

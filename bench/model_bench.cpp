@@ -45,12 +45,12 @@ struct Letters {
     }
     transaction.commit();
   }
-  quint32 some(int turn) const { return ids[qint64(turn) * 7919 % kNotes]; }
+  NoteId some(int turn) const { return ids[qint64(turn) * 7919 % kNotes]; }
 
   QTemporaryDir root;
   std::shared_ptr<Workspace> workspace;
   std::shared_ptr<Database> store;
-  QVector<quint32> ids;
+  QVector<NoteId> ids;
 };
 
 void BM_BridgeReadFive(benchmark::State& state) {
@@ -62,7 +62,7 @@ void BM_BridgeReadFive(benchmark::State& state) {
   const QStringList names{QStringLiteral("Form"), QStringLiteral("Subject"), QStringLiteral("SendTo"),
                           QStringLiteral("PostedDate"), QStringLiteral("Size")};
   QStringList ids;
-  for (const quint32 id : letters.ids) ids.append(QString::number(id, 16).toUpper());
+  for (const NoteId id : letters.ids) ids.append(id.hexText());
   int turn = 0;
   for (auto _ : state) {
     const QString& id = ids[qint64(++turn) * 7919 % kNotes];
@@ -87,7 +87,7 @@ void BM_BridgeSelectRow(benchmark::State& state) {
                      -1, SQLITE_PREPARE_PERSISTENT, &select, nullptr);
   int turn = 0;
   for (auto _ : state) {
-    sqlite3_bind_int64(select, 1, letters.some(++turn));
+    sqlite3_bind_int64(select, 1, letters.some(++turn).value());
     if (sqlite3_step(select) != SQLITE_ROW) state.SkipWithError("the row is missing");
     for (int column = 0; column < 10; ++column)
       benchmark::DoNotOptimize(sqlite3_column_int64(select, column));

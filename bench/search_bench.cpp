@@ -80,7 +80,7 @@ void BM_SearchByFormula(benchmark::State& state) {
   const auto formula = compiledFormula(u"Form = \"Memo\" & @Contains(Subject; \"pump house\")", environment);
   const qsizetype expected = expectedFinds();
   for (auto _ : state) {
-    const QVector<quint32> found = selectDocuments(*database, {formula, environment});
+    const QVector<NoteId> found = selectDocuments(*database, {formula, environment});
     if (found.isEmpty() || found.size() != expected) state.SkipWithError("other documents were found");
   }
 }
@@ -118,7 +118,7 @@ const std::shared_ptr<Database>& indexed() {
 void searchByWords(benchmark::State& state, QStringView query, qsizetype expected) {
   const auto& database = indexed();
   for (auto _ : state) {
-    const QVector<quint32> found = fullTextSearch(*database, query, 0);
+    const QVector<NoteId> found = fullTextSearch(*database, query, 0);
     if (found.size() != expected) state.SkipWithError("other documents were found");
   }
 }

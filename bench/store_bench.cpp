@@ -47,8 +47,8 @@ QString filled(const QTemporaryDir& directory, const QString& name) {
   return path;
 }
 
-quint32 someId(int turn) {
-  return kFirstId + 4 * quint32(turn * 7919 % kNotes);
+NoteId someId(int turn) {
+  return NoteId(kFirstId + 4 * quint32(turn * 7919 % kNotes));
 }
 
 void BM_Save(benchmark::State& state) {
@@ -77,7 +77,7 @@ void BM_SaveRaw(benchmark::State& state) {
     for (int column = 1; column <= 6; ++column) sqlite3_bind_int64(update, column, count);
     sqlite3_bind_blob64(update, 7, items.constData(), sqlite3_uint64(items.size()), SQLITE_STATIC);
     sqlite3_bind_int64(update, 8, count);
-    sqlite3_bind_int64(update, 9, someId(1));
+    sqlite3_bind_int64(update, 9, someId(1).value());
     if (sqlite3_step(update) != SQLITE_DONE) state.SkipWithError("the update failed");
     sqlite3_reset(update);
   }
@@ -105,7 +105,7 @@ void BM_SelectRow(benchmark::State& state) {
   quint32 turn = 0;
   for (auto _ : state) {
     sqlite3_stmt* const select = raw.statement();
-    sqlite3_bind_int64(select, 1, someId(++turn));
+    sqlite3_bind_int64(select, 1, someId(++turn).value());
     if (sqlite3_step(select) != SQLITE_ROW) state.SkipWithError("the row is missing");
     for (int column = 0; column < 10; ++column)
       benchmark::DoNotOptimize(sqlite3_column_int64(select, column));

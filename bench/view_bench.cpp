@@ -53,8 +53,8 @@ Note sortedView() {
 struct Filled {
   QTemporaryDir directory;
   std::shared_ptr<Database> database;
-  quint32 view = 0;
-  quint32 some = 0;  // a document without an "x" in its subject
+  NoteId view;
+  NoteId some;  // a document without an "x" in its subject
 
   explicit Filled(int count)
       : database(Database::create(directory.filePath(QStringLiteral("views.nsf")), {})) {

@@ -25,7 +25,7 @@ std::shared_ptr<Database> indexedDatabase() {
 
 void answer(Database& database, QStringView query) {
   try {
-    const QVector<quint32> found = fullTextSearch(database, query, 0);
+    const QVector<NoteId> found = fullTextSearch(database, query, 0);
     check(found.size() <= 3, "A document was found twice.", query);
     check(fullTextSearch(database, query, 1).size() == qMin<qsizetype>(1, found.size()),
           "The limit was not kept.", query);

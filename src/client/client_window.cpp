@@ -31,7 +31,7 @@ bool ClientWindow::openDatabase(const DatabasePlace& place) {
   return databases_->open(place);
 }
 
-bool ClientWindow::openDocument(quint32 noteId) {
+bool ClientWindow::openDocument(NoteId noteId) {
   return document_->open(noteId);
 }
 

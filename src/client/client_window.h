@@ -31,7 +31,7 @@ class ClientWindow : public QMainWindow {
 
   // What its menus do; see the controllers.
   bool openDatabase(const DatabasePlace& place);
-  bool openDocument(quint32 noteId);
+  bool openDocument(NoteId noteId);
   void closeDatabase();
   void refresh();
   void importDxl(const QStringList& filesOrFolders, bool intoNew = false);

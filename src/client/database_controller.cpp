@@ -180,7 +180,7 @@ void DatabaseController::refresh() {
 
 void DatabaseController::showPage() {
   ClientControls& ui = controls_;
-  const bool open = place_.has_value(), document = workspace_->client().document() != 0;
+  const bool open = place_.has_value(), document = !workspace_->client().document().isNull();
   QWidget* page = !open ? ui.emptyPage : document ? static_cast<QWidget*>(ui.reader) : ui.viewPage;
   ui.pages->setCurrentWidget(page);
   ui.closeDatabaseAction->setEnabled(open);

@@ -15,22 +15,22 @@ constexpr int kCachedRows = 4000;  // many screens full
 DocumentModel::DocumentModel(const Regional& regional, QObject* parent)
     : QAbstractTableModel(parent), regional_(regional), cache_(kCachedRows) {}
 
-void DocumentModel::show(std::shared_ptr<Database> database, QVector<quint32> noteIds) {
+void DocumentModel::show(std::shared_ptr<Database> database, QVector<NoteId> noteIds) {
   take(std::move(database), nullptr, std::move(noteIds));
 }
 
 void DocumentModel::show(std::unique_ptr<ViewRows> view) {
-  QVector<quint32> noteIds = view->noteIds();
+  QVector<NoteId> noteIds = view->noteIds();
   take(nullptr, std::move(view), std::move(noteIds));
 }
 
 void DocumentModel::take(std::shared_ptr<Database> database, std::unique_ptr<ViewRows> view,
-                         QVector<quint32> noteIds) {
+                         QVector<NoteId> noteIds) {
   beginResetModel();
   database_ = std::move(database);
   view_ = std::move(view);
   noteIds_ = std::move(noteIds);
-  documentCount_ = int(noteIds_.size() - noteIds_.count(0));
+  documentCount_ = int(noteIds_.size() - noteIds_.count(NoteId()));
   cache_.clear();
   notesRead_ = 0;
   endResetModel();
@@ -62,7 +62,7 @@ QVariant DocumentModel::headerData(int section, Qt::Orientation orientation, int
       return tr("Subject");
     case Modified:
       return tr("Modified");
-    case NoteId:
+    case Id:
       return tr("Note ID");
     default:
       return {};
@@ -72,12 +72,12 @@ QVariant DocumentModel::headerData(int section, Qt::Orientation orientation, int
 // A category is passed over by marks and cannot be opened.
 Qt::ItemFlags DocumentModel::flags(const QModelIndex& index) const {
   const Qt::ItemFlags usual = QAbstractTableModel::flags(index);
-  return noteId(index.row()) == 0 ? usual & ~Qt::ItemIsSelectable : usual;
+  return noteId(index.row()).isNull() ? usual & ~Qt::ItemIsSelectable : usual;
 }
 
 QVariant DocumentModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || index.row() >= noteIds_.size()) return {};
-  if (role == Qt::FontRole && noteId(index.row()) == 0) {
+  if (role == Qt::FontRole && noteId(index.row()).isNull()) {
     QFont strong;
     strong.setBold(true);
     return strong;
@@ -108,7 +108,7 @@ QStringList DocumentModel::read(int row) const {
   return {QString(), problem, QString(), noteIdText(noteId(row))};
 }
 
-QStringList DocumentModel::readNote(quint32 noteId) const {
+QStringList DocumentModel::readNote(NoteId noteId) const {
   Note note;
   if (!database_->notes().read(noteId, note)) throw RuntimeError(enginefault::UnknownNote);
   const NoteTexts texts = textsOf(note, regional_);

@@ -18,16 +18,16 @@ class DocumentModel : public QAbstractTableModel {
 
  public:
   // Of documents that no view shows.
-  enum Column { Form, Subject, Modified, NoteId, ColumnCount };
+  enum Column { Form, Subject, Modified, Id, ColumnCount };
 
   DocumentModel(const Regional& regional, QObject* parent);
 
   // Shows other rows; null and empty for none.
-  void show(std::shared_ptr<Database> database, QVector<quint32> noteIds);
+  void show(std::shared_ptr<Database> database, QVector<NoteId> noteIds);
   void show(std::unique_ptr<ViewRows> view);
-  // Of a category 0.
-  const QVector<quint32>& noteIds() const { return noteIds_; }
-  quint32 noteId(int row) const { return noteIds_.value(row); }
+  // Null for a category.
+  const QVector<NoteId>& noteIds() const { return noteIds_; }
+  NoteId noteId(int row) const { return noteIds_.value(row); }
   // Rows that are no categories.
   int documentCount() const { return documentCount_; }
   // In characters; 0 for the column that takes what is left.
@@ -43,15 +43,15 @@ class DocumentModel : public QAbstractTableModel {
   int notesRead() const { return notesRead_; }
 
  private:
-  void take(std::shared_ptr<Database> database, std::unique_ptr<ViewRows> view, QVector<quint32> noteIds);
+  void take(std::shared_ptr<Database> database, std::unique_ptr<ViewRows> view, QVector<NoteId> noteIds);
   const QStringList& texts(int row) const;
   QStringList read(int row) const;
-  QStringList readNote(quint32 noteId) const;
+  QStringList readNote(NoteId noteId) const;
 
   Regional regional_;
   std::shared_ptr<Database> database_;
   std::unique_ptr<ViewRows> view_;  // null where no view is shown
-  QVector<quint32> noteIds_;
+  QVector<NoteId> noteIds_;
   int documentCount_ = 0;
   mutable QCache<int, QStringList> cache_;  // by row
   mutable int notesRead_ = 0;

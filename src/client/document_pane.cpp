@@ -7,7 +7,7 @@
 namespace lens {
 namespace {
 
-constexpr quint32 kNone = 0;
+constexpr NoteId kNone;
 
 }  // namespace
 
@@ -18,7 +18,7 @@ DocumentPane::DocumentPane(ClientControls& controls, std::shared_ptr<Workspace> 
   connect(controls.reader, &DocumentReader::closeRequested, this, &DocumentPane::close);
 }
 
-bool DocumentPane::open(quint32 noteId) {
+bool DocumentPane::open(NoteId noteId) {
   if (!database_ || noteId == kNone || !read(noteId)) return false;
   controls_.clearError();
   workspace_->client().showDocument(noteId);
@@ -28,7 +28,7 @@ bool DocumentPane::open(quint32 noteId) {
 }
 
 // Puts the document as it is stored now into the reader.
-bool DocumentPane::read(quint32 noteId) {
+bool DocumentPane::read(NoteId noteId) {
   try {
     Note note;
     if (!database_->notes().read(noteId, note))
@@ -52,7 +52,7 @@ void DocumentPane::clear() {
 }
 
 void DocumentPane::refresh() {
-  const quint32 open = workspace_->client().document();
+  const NoteId open = workspace_->client().document();
   if (open != kNone && !read(open)) close();
 }
 

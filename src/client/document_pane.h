@@ -20,7 +20,7 @@ class DocumentPane : public QObject {
   // Whose documents are opened; null for none.
   void setDatabase(std::shared_ptr<Database> database) { database_ = std::move(database); }
   // False and told in the window when the document cannot be read; what was shown stays then.
-  bool open(quint32 noteId);
+  bool open(NoteId noteId);
   void close();
   // Empties the page.
   void clear();
@@ -32,7 +32,7 @@ class DocumentPane : public QObject {
   void opened();
 
  private:
-  bool read(quint32 noteId);
+  bool read(NoteId noteId);
 
   ClientControls& controls_;
   std::shared_ptr<Workspace> workspace_;

@@ -21,7 +21,7 @@ class DocumentReader : public QWidget {
   // Shows another note; the same note read anew keeps the row that is current.
   void show(Note note, const Regional& regional);
   void clear();
-  quint32 noteId() const { return model_ ? model_->note().header.id : 0; }
+  NoteId noteId() const { return model_ ? model_->note().header.id : NoteId(); }
   void focusItems() { items_->setFocus(); }
 
  Q_SIGNALS:

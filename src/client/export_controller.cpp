@@ -45,11 +45,11 @@ void ExportController::ask(ExportRange range) {
   if (!file.isEmpty()) exportDxl(range, file);
 }
 
-QVector<quint32> ExportController::notesOf(ExportRange range) const {
-  const quint32 open = workspace_->client().document();
-  if (range == ExportRange::Marked) return open ? QVector<quint32>{open} : views_.markedDocuments();
+QVector<NoteId> ExportController::notesOf(ExportRange range) const {
+  const NoteId open = workspace_->client().document();
+  if (range == ExportRange::Marked) return open ? QVector<NoteId>{open} : views_.markedDocuments();
   const ViewEntry* entry = views_.currentEntry();
-  return entry ? documentsOf(*databases_.database(), *entry) : QVector<quint32>();
+  return entry ? documentsOf(*databases_.database(), *entry) : QVector<NoteId>();
 }
 
 void ExportController::exportDxl(ExportRange range, const QString& path) {
@@ -62,7 +62,7 @@ void ExportController::exportDxl(ExportRange range, const QString& path) {
   bool finished = false;
   const QPointer<ExportController> self(this);
   try {
-    const QVector<quint32> notes = whole ? QVector<quint32>() : notesOf(range);
+    const QVector<NoteId> notes = whole ? QVector<NoteId>() : notesOf(range);
     if (!whole && notes.isEmpty()) return controls_.showError(tr("There are no documents to export"));
     controls_.workBar->begin(WorkBar::Work::Export);
     ExportWatch watch(controls_.workBar);

@@ -29,7 +29,7 @@ class ExportController : public QObject {
 
  private:
   void ask(ExportRange range);
-  QVector<quint32> notesOf(ExportRange range) const;
+  QVector<NoteId> notesOf(ExportRange range) const;
 
   ClientControls& controls_;
   std::shared_ptr<Workspace> workspace_;

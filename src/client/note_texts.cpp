@@ -71,8 +71,8 @@ NoteTexts textsOf(const Note& note, const Regional& regional) {
   return texts;
 }
 
-QString noteIdText(quint32 noteId) {
-  return u"%1"_s.arg(noteId, 8, 16, QChar(u'0')).toUpper();
+QString noteIdText(NoteId noteId) {
+  return u"%1"_s.arg(noteId.value(), 8, 16, QChar(u'0')).toUpper();
 }
 
 QString itemTypeName(const Item& item) {

@@ -17,7 +17,7 @@ struct NoteTexts {
 NoteTexts textsOf(const Note& note, const Regional& regional);
 
 // 8 hexadecimal digits.
-QString noteIdText(quint32 noteId);
+QString noteIdText(NoteId noteId);
 
 // The name of the item's type, as in the table of types.
 QString itemTypeName(const Item& item);

@@ -12,7 +12,7 @@ namespace {
 
 constexpr quint16 kDesign = quint16(~(noteclass::Document | noteclass::Private | noteclass::Default));
 
-QString storedText(const Database& database, quint32 noteId, QStringView name) {
+QString storedText(const Database& database, NoteId noteId, QStringView name) {
   Item item;
   if (!database.notes().readItem(noteId, name, item)) return {};
   const Value value = itemValues(item);
@@ -20,7 +20,7 @@ QString storedText(const Database& database, quint32 noteId, QStringView name) {
 }
 
 // Name of a title "name|alias"; a view without one is told by its ID.
-ViewEntry entryOf(const Database& database, quint32 noteId) {
+ViewEntry entryOf(const Database& database, NoteId noteId) {
   ViewEntry entry{ViewEntry::Kind::View, {}, noteId};
   const QString id = noteIdText(noteId);
   try {
@@ -34,7 +34,7 @@ ViewEntry entryOf(const Database& database, quint32 noteId) {
 }
 
 // Navigators and shared columns are notes of the same class, and show no documents.
-bool showsDocuments(const Database& database, quint32 noteId) {
+bool showsDocuments(const Database& database, NoteId noteId) {
   try {
     const QString flags = storedText(database, noteId, u"$Flags");
     return kindsOfDesign(noteclass::View, flags).meets({NoteKind::Views, NoteKind::Folders});
@@ -43,8 +43,8 @@ bool showsDocuments(const Database& database, quint32 noteId) {
   }
 }
 
-QVector<quint32> idsOf(const QVector<NoteSummary>& notes) {
-  QVector<quint32> ids;
+QVector<NoteId> idsOf(const QVector<NoteSummary>& notes) {
+  QVector<NoteId> ids;
   ids.reserve(notes.size());
   for (const NoteSummary& note : notes) ids.push_back(note.id);
   return ids;
@@ -53,8 +53,8 @@ QVector<quint32> idsOf(const QVector<NoteSummary>& notes) {
 }  // namespace
 
 QVector<ViewEntry> viewEntries(const Database& database) {
-  QVector<ViewEntry> entries{{ViewEntry::Kind::AllDocuments, u"All documents"_s, 0},
-                             {ViewEntry::Kind::DesignNotes, u"Design notes"_s, 0}};
+  QVector<ViewEntry> entries{{ViewEntry::Kind::AllDocuments, u"All documents"_s, NoteId()},
+                             {ViewEntry::Kind::DesignNotes, u"Design notes"_s, NoteId()}};
   for (const NoteSummary& view : database.notes().list(noteclass::View))
     if (showsDocuments(database, view.id)) entries.push_back(entryOf(database, view.id));
   std::stable_sort(entries.begin() + 2, entries.end(), [](const ViewEntry& a, const ViewEntry& b) {
@@ -63,7 +63,7 @@ QVector<ViewEntry> viewEntries(const Database& database) {
   return entries;
 }
 
-QVector<quint32> documentsOf(Database& database, const ViewEntry& entry) {
+QVector<NoteId> documentsOf(Database& database, const ViewEntry& entry) {
   if (entry.kind == ViewEntry::Kind::AllDocuments) return idsOf(database.notes().list(noteclass::Document));
   if (entry.kind == ViewEntry::Kind::DesignNotes) return idsOf(database.notes().list(kDesign));
   Note view;

@@ -12,7 +12,7 @@ struct ViewEntry {
   enum class Kind { AllDocuments, DesignNotes, View, Folder };
   Kind kind = Kind::AllDocuments;
   QString title;
-  quint32 noteId = 0;  // of a view or folder
+  NoteId noteId;  // of a view or folder
 
   bool sameAs(const ViewEntry& other) const { return kind == other.kind && noteId == other.noteId; }
 };
@@ -22,6 +22,6 @@ QVector<ViewEntry> viewEntries(const Database& database);
 
 // Note IDs: those of a view in its order, all others ascending. Raises UnknownNote when the view has gone
 // meanwhile.
-QVector<quint32> documentsOf(Database& database, const ViewEntry& entry);
+QVector<NoteId> documentsOf(Database& database, const ViewEntry& entry);
 
 }  // namespace lens

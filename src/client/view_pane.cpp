@@ -95,8 +95,8 @@ void ViewPane::loadDocuments() {
   const ViewEntry* entry = currentEntry();
   if (!entry || !database_) return;
   workspace_->client().showView(entry->noteId);
-  const QVector<quint32> marked = markedDocuments();
-  const quint32 current = documents_->noteId(controls_.documentTable->currentIndex().row());
+  const QVector<NoteId> marked = markedDocuments();
+  const NoteId current = documents_->noteId(controls_.documentTable->currentIndex().row());
   {
     const QScopedValueRollback quiet(loading_, true);
     try {
@@ -123,9 +123,9 @@ void ViewPane::showRows(const ViewEntry& entry) {
 }
 
 // Marks as few ranges as there are: a view may hold very many documents.
-void ViewPane::markDocuments(const QVector<quint32>& noteIds, quint32 current) {
-  const QSet<quint32> wanted(noteIds.begin(), noteIds.end());
-  const QVector<quint32>& rows = documents_->noteIds();
+void ViewPane::markDocuments(const QVector<NoteId>& noteIds, NoteId current) {
+  const QSet<NoteId> wanted(noteIds.begin(), noteIds.end());
+  const QVector<NoteId>& rows = documents_->noteIds();
   QItemSelection selection;
   for (int row = 0; row < rows.size() && !wanted.isEmpty(); ++row) {
     if (!wanted.contains(rows[row])) continue;
@@ -136,21 +136,21 @@ void ViewPane::markDocuments(const QVector<quint32>& noteIds, quint32 current) {
   }
   QItemSelectionModel* marks = controls_.documentTable->selectionModel();
   marks->select(selection, QItemSelectionModel::ClearAndSelect);
-  const qsizetype row = current == 0 ? 0 : qMax<qsizetype>(0, rows.indexOf(current));
+  const qsizetype row = current.isNull() ? 0 : qMax<qsizetype>(0, rows.indexOf(current));
   marks->setCurrentIndex(documents_->index(int(row), 0), QItemSelectionModel::NoUpdate);
 }
 
 // Each once: a document may stand below several categories.
-QVector<quint32> ViewPane::markedDocuments() const {
+QVector<NoteId> ViewPane::markedDocuments() const {
   QVector<std::pair<int, int>> ranges;
   for (const QItemSelectionRange& range : controls_.documentTable->selectionModel()->selection())
     ranges.push_back({range.top(), range.bottom()});
   std::sort(ranges.begin(), ranges.end());
-  QVector<quint32> ids;
-  QSet<quint32> known{0};  // a category
+  QVector<NoteId> ids;
+  QSet<NoteId> known{NoteId()};  // a category
   for (const auto& [top, bottom] : ranges)
     for (int row = top; row <= bottom; ++row) {
-      const quint32 id = documents_->noteId(row);
+      const NoteId id = documents_->noteId(row);
       if (known.contains(id)) continue;
       known.insert(id);
       ids.push_back(id);

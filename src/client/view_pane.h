@@ -28,7 +28,7 @@ class ViewPane : public QObject {
   // Null without a database.
   const ViewEntry* currentEntry() const;
   // In the order of the view, each once.
-  QVector<quint32> markedDocuments() const;
+  QVector<NoteId> markedDocuments() const;
   // Documents were changed since they were read.
   bool isStale() const { return stale_; }
   void markStale() { stale_ = true; }
@@ -36,7 +36,7 @@ class ViewPane : public QObject {
   void showCount();
 
  Q_SIGNALS:
-  void documentChosen(quint32 noteId);
+  void documentChosen(NoteId noteId);
   // Other documents are shown or marked.
   void changed();
 
@@ -44,7 +44,7 @@ class ViewPane : public QObject {
   void loadDocuments();
   void showRows(const ViewEntry& entry);
   void layOutColumns();
-  void markDocuments(const QVector<quint32>& noteIds, quint32 current);
+  void markDocuments(const QVector<NoteId>& noteIds, NoteId current);
 
   ClientControls& controls_;
   std::shared_ptr<Workspace> workspace_;

@@ -32,7 +32,7 @@ QStringList indented(QStringList texts, int level) {
 
 }  // namespace
 
-ViewRows::ViewRows(std::shared_ptr<Database> database, quint32 view, const Regional& regional)
+ViewRows::ViewRows(std::shared_ptr<Database> database, NoteId view, const Regional& regional)
     : database_(std::move(database)), index_(*database_, view), regional_(regional) {
   index_.refresh();
   const ViewDesign& design = index_.design();
@@ -49,15 +49,15 @@ ViewRows::ViewRows(std::shared_ptr<Database> database, quint32 view, const Regio
   // Categories have columns of their own, so documents begin at the left; only responses stand further in.
   int categories = 0;
   for (ViewLine& line : lines_) {
-    if (line.note == 0)
+    if (line.note.isNull())
       categories = line.level + 1;
     else
       line.level = qMax(0, line.level - categories);
   }
 }
 
-QVector<quint32> ViewRows::noteIds() const {
-  QVector<quint32> ids;
+QVector<NoteId> ViewRows::noteIds() const {
+  QVector<NoteId> ids;
   ids.reserve(lines_.size());
   for (const ViewLine& line : lines_) ids.push_back(line.note);
   return ids;
@@ -65,7 +65,7 @@ QVector<quint32> ViewRows::noteIds() const {
 
 QStringList ViewRows::texts(int row) {
   const ViewLine& line = lines_[row];
-  return indented(line.note == 0 ? category(line) : document(line), line.level);
+  return indented(line.note.isNull() ? category(line) : document(line), line.level);
 }
 
 QString ViewRows::text(const formula::Value& value) const {

@@ -14,7 +14,7 @@ namespace lens {
 class ViewRows {
  public:
   // Brings the view's index up to date; raises what that raises.
-  ViewRows(std::shared_ptr<Database> database, quint32 view, const Regional& regional);
+  ViewRows(std::shared_ptr<Database> database, NoteId view, const Regional& regional);
 
   struct Column {
     int place = 0;  // among all of the view
@@ -25,7 +25,7 @@ class ViewRows {
   // Those that are not hidden. A view may have none: it has no rows here then.
   const QVector<Column>& columns() const { return columns_; }
   // The note of each row, 0 for a category.
-  QVector<quint32> noteIds() const;
+  QVector<NoteId> noteIds() const;
   // One text for each column. Raises UnknownNote for a document that was deleted since.
   QStringList texts(int row);
 

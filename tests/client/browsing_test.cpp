@@ -47,7 +47,7 @@ TEST_F(Client, ListsServersAndTheirDatabasesWhenUnfolded) {
 }
 
 TEST_F(Client, ShowsWhatTheStateHoldsWhenItStarts) {
-  const quint32 id = save(memo(u"Pumps"_s));
+  const NoteId id = save(memo(u"Pumps"_s));
   workspace->client().showDatabase({QString(), u"mail.nsf"_s});
   workspace->client().showDocument(id);
   start();
@@ -56,7 +56,7 @@ TEST_F(Client, ShowsWhatTheStateHoldsWhenItStarts) {
 }
 
 TEST_F(Client, ListsFormSubjectAndIdOfAllDocuments) {
-  const quint32 first = save(memo(u"Pumps"_s));
+  const NoteId first = save(memo(u"Pumps"_s));
   Note untitled;
   untitled.add(u"Form"_s, 0, textValue(u"Order"));
   untitled.add(u"$Ref"_s, 0, textValue(u"hidden"));
@@ -67,7 +67,7 @@ TEST_F(Client, ListsFormSubjectAndIdOfAllDocuments) {
   ASSERT_EQ(table().model()->rowCount(), 2);
   EXPECT_EQ(cell(0, DocumentModel::Form), u"Memo"_s);
   EXPECT_EQ(cell(0, DocumentModel::Subject), u"Pumps"_s);
-  EXPECT_EQ(cell(0, DocumentModel::NoteId), u"%1"_s.arg(first, 8, 16, QChar(u'0')).toUpper());
+  EXPECT_EQ(cell(0, DocumentModel::Id), u"%1"_s.arg(first.value(), 8, 16, QChar(u'0')).toUpper());
   EXPECT_FALSE(cell(0, DocumentModel::Modified).isEmpty());
   EXPECT_EQ(cell(1, DocumentModel::Form), u"Order"_s);
   EXPECT_EQ(cell(1, DocumentModel::Subject), u"Okafor"_s);
@@ -115,10 +115,10 @@ TEST_F(Client, TellsWhichViewItShows) {
   Note note;
   note.header.noteClass = noteclass::View;
   note.add(u"$TITLE"_s, itemflag::Summary, textValue(u"Mine"));
-  const quint32 view = save(note);
+  const NoteId view = save(note);
   start();
   openMail();
-  EXPECT_EQ(workspace->client().view(), 0u) << "all documents are no view";
+  EXPECT_EQ(workspace->client().view(), NoteId()) << "all documents are no view";
   part<QListWidget>("viewList").setCurrentRow(2);
   EXPECT_EQ(workspace->client().view(), view);
 }
@@ -130,7 +130,7 @@ TEST_F(Client, AnEmptyViewSaysSo) {
 }
 
 TEST_F(Client, MarkedRowsAreTheUnprocessedDocuments) {
-  QVector<quint32> ids;
+  QVector<NoteId> ids;
   for (int i = 0; i < 5; ++i) ids.push_back(save(memo(u"Memo %1"_s.arg(i))));
   start();
   openMail();
@@ -138,14 +138,14 @@ TEST_F(Client, MarkedRowsAreTheUnprocessedDocuments) {
   auto* marks = table().selectionModel();
   for (int row : {3, 1})
     marks->select(table().model()->index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
-  EXPECT_EQ(workspace->client().visibleSelection(), QVector<quint32>({ids[1], ids[3]}));
+  EXPECT_EQ(workspace->client().visibleSelection(), QVector<NoteId>({ids[1], ids[3]}));
   EXPECT_EQ(unprocessed(), 2);
   trigger("selectAllAction");
   EXPECT_EQ(workspace->client().visibleSelection(), ids);
 }
 
 TEST_F(Client, RefreshShowsWhatWasSavedElsewhereAndKeepsTheMarks) {
-  const quint32 first = save(memo(u"One"_s)), second = save(memo(u"Two"_s));
+  const NoteId first = save(memo(u"One"_s)), second = save(memo(u"Two"_s));
   start();
   openMail();
   table().selectRow(1);
@@ -156,7 +156,7 @@ TEST_F(Client, RefreshShowsWhatWasSavedElsewhereAndKeepsTheMarks) {
   QTest::keyClick(window.get(), Qt::Key_F5);
   ASSERT_EQ(table().model()->rowCount(), 2);
   EXPECT_EQ(cell(1, DocumentModel::Subject), u"Three"_s);
-  EXPECT_EQ(workspace->client().visibleSelection(), QVector<quint32>{second});
+  EXPECT_EQ(workspace->client().visibleSelection(), QVector<NoteId>{second});
 }
 
 TEST_F(Client, AProgramCanRefreshTheView) {

@@ -59,7 +59,7 @@ class Client : public testing::Test {
     note.add(u"Subject"_s, itemflag::Summary, textValue(subject));
     return note;
   }
-  quint32 save(Note note) const {
+  NoteId save(Note note) const {
     mail->notes().save(note);
     return note.header.id;
   }

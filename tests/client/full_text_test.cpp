@@ -7,7 +7,7 @@
 namespace lens {
 
 TEST_F(Client, CreatesAFullTextIndexAndThenUpdatesIt) {
-  const quint32 first = save(memo(u"pump house"_s));
+  const NoteId first = save(memo(u"pump house"_s));
   start();
   EXPECT_FALSE(part<QAction>("createIndexAction").isEnabled()) << "no database is open";
   openMail();
@@ -18,7 +18,7 @@ TEST_F(Client, CreatesAFullTextIndexAndThenUpdatesIt) {
   EXPECT_TRUE(report().contains(u"index"_s)) << report().toStdString();
   EXPECT_FALSE(part<QAction>("createIndexAction").isEnabled());
   EXPECT_TRUE(part<QAction>("updateIndexAction").isEnabled());
-  const quint32 second = save(memo(u"another pump"_s));
+  const NoteId second = save(memo(u"another pump"_s));
   trigger("updateIndexAction");
   EXPECT_EQ(error(), QString());
   EXPECT_EQ(fullTextSearch(*mail, u"pump", 0).size(), 2);

@@ -22,7 +22,7 @@ TEST_F(Client, DoubleClickOpensTheDocumentForPrograms) {
 }
 
 TEST_F(Client, EnterOpensAndEscapeCloses) {
-  const quint32 id = save(memo(u"Pumps"_s));
+  const NoteId id = save(memo(u"Pumps"_s));
   start();
   openMail();
   table().setFocus();
@@ -30,29 +30,29 @@ TEST_F(Client, EnterOpensAndEscapeCloses) {
   EXPECT_EQ(workspace->client().document(), id);
   ASSERT_EQ(page(), u"reader"_s);
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-  EXPECT_EQ(workspace->client().document(), 0u);
+  EXPECT_EQ(workspace->client().document(), NoteId());
   EXPECT_EQ(page(), u"viewPage"_s);
   EXPECT_TRUE(table().hasFocus());
 }
 
 TEST_F(Client, TheCloseButtonClosesTheDocument) {
-  const quint32 id = save(memo(u"Pumps"_s));
+  const NoteId id = save(memo(u"Pumps"_s));
   start();
   openMail();
   ASSERT_TRUE(window->openDocument(id));
   part<QPushButton>("readerClose").click();
-  EXPECT_EQ(workspace->client().document(), 0u);
+  EXPECT_EQ(workspace->client().document(), NoteId());
   EXPECT_EQ(page(), u"viewPage"_s);
 }
 
 TEST_F(Client, AProgramClosesTheReader) {
-  const quint32 id = save(memo(u"Pumps"_s));
+  const NoteId id = save(memo(u"Pumps"_s));
   start();
   openMail();
   ASSERT_TRUE(window->openDocument(id));
   uiWorkspace().get(u"CURRENTDOCUMENT"_s).object().call(u"Close"_s);
   EXPECT_EQ(page(), u"viewPage"_s);
-  EXPECT_EQ(workspace->client().document(), 0u);
+  EXPECT_EQ(workspace->client().document(), NoteId());
 }
 
 TEST_F(Client, TheReaderShowsItemsWithTypeAndValue) {
@@ -64,7 +64,7 @@ TEST_F(Client, TheReaderShowsItemsWithTypeAndValue) {
   note.add(u"Body"_s, 0, rawValue(itemtype::RichText, body.toBytes()));
   note.add(u"Counts"_s, 0, numberListValue({1, 2.5}));
   note.add(u"$Blob"_s, 0, rawValue(itemtype::UserData, QByteArray(5, 'x')));
-  const quint32 id = save(note);
+  const NoteId id = save(note);
   start();
   openMail();
   ASSERT_TRUE(window->openDocument(id));
@@ -102,13 +102,13 @@ TEST_F(Client, RefreshReadsTheOpenDocumentAnewAndClosesOneThatHasGone) {
 }
 
 TEST_F(Client, OpeningADeletedNoteIsToldAndLeavesTheView) {
-  const quint32 id = save(memo(u"Pumps"_s));
+  const NoteId id = save(memo(u"Pumps"_s));
   start();
   openMail();
   mail->notes().remove(id);
   EXPECT_FALSE(window->openDocument(id));
   EXPECT_TRUE(error().contains(u"mail.nsf"_s)) << error().toStdString();
-  EXPECT_EQ(workspace->client().document(), 0u);
+  EXPECT_EQ(workspace->client().document(), NoteId());
   EXPECT_EQ(page(), u"viewPage"_s);
 }
 

@@ -24,7 +24,7 @@ ViewColumn category(const QString& title, const QString& item) {
 }
 
 struct ClientView : Client {
-  quint32 addView(const QString& title, const QVector<ViewColumn>& columns, bool hierarchy = false) {
+  NoteId addView(const QString& title, const QVector<ViewColumn>& columns, bool hierarchy = false) {
     Note view;
     view.header.noteClass = noteclass::View;
     view.add(u"$TITLE"_s, itemflag::Summary, textValue(title));
@@ -33,7 +33,7 @@ struct ClientView : Client {
     view.add(u"$Collation"_s, itemflag::Summary, collationValue(columns));
     return save(view);
   }
-  quint32 order(const QString& subject, const QStringList& tags, double price) {
+  NoteId order(const QString& subject, const QStringList& tags, double price) {
     Note note = memo(subject);
     note.add(u"Tags"_s, itemflag::Summary, textListValue(tags));
     note.add(u"Price"_s, itemflag::Summary, numberValue(price));
@@ -96,15 +96,15 @@ TEST_F(ClientView, ShowsCategoriesInBoldAboveTheirDocuments) {
 
 TEST_F(ClientView, ACategoryIsNoDocument) {
   addView(u"By tag"_s, {category(u"Tag"_s, u"Tags"_s), column(u"What"_s, u"Subject"_s)});
-  const quint32 pump = order(u"Pump"_s, {u"red"_s, u"blue"_s}, 1);
+  const NoteId pump = order(u"Pump"_s, {u"red"_s, u"blue"_s}, 1);
   openView(u"By tag"_s);
   table().setCurrentIndex(table().model()->index(0, 0));
-  EXPECT_EQ(workspace->client().visibleSelection(), QVector<quint32>());
+  EXPECT_EQ(workspace->client().visibleSelection(), QVector<NoteId>());
   trigger("openDocumentAction");
   EXPECT_EQ(page(), u"viewPage"_s);
   EXPECT_EQ(error(), QString());
   trigger("selectAllAction");
-  EXPECT_EQ(workspace->client().visibleSelection(), QVector<quint32>{pump}) << "once, whatever its rows";
+  EXPECT_EQ(workspace->client().visibleSelection(), QVector<NoteId>{pump}) << "once, whatever its rows";
   EXPECT_EQ(unprocessed(), 1);
   table().setCurrentIndex(table().model()->index(1, 0));
   trigger("openDocumentAction");
@@ -138,7 +138,7 @@ TEST_F(ClientView, ReadsOnlyTheNotesOfRowsInSight) {
 
 TEST_F(ClientView, FollowsChangesWhenItIsRefreshed) {
   addView(u"Orders"_s, {column(u"What"_s, u"Subject"_s), column(u"Price"_s, u"Price"_s)});
-  const quint32 first = order(u"Pump"_s, {}, 1);
+  const NoteId first = order(u"Pump"_s, {}, 1);
   openView(u"Orders"_s);
   table().horizontalHeader()->resizeSection(0, 333);
   mail->notes().remove(first);

@@ -8,15 +8,15 @@ namespace {
 class DeletionTest : public DesignTest {
  protected:
   static ShownBox toldBox(const QString& text) { return {text, box::Information, u"Remove doc"_s}; }
-  ShownBox deleted(quint32 id) const { return toldBox(u"Successfully deleted NoteID "_s + digits(id)); }
-  ShownBox notThere(quint32 id) {
+  ShownBox deleted(NoteId id) const { return toldBox(u"Successfully deleted NoteID "_s + digits(id)); }
+  ShownBox notThere(NoteId id) {
     return toldBox(u"Unable to delete doc. Error was 551: "_s + app->routines.GetAPIError(551) + u" " +
                    digits(id));
   }
 };
 
 TEST_F(DeletionTest, RemovesTheMarkedProfilesAndNoOther) {
-  const quint32 first = profile(u"a"_s), second = profile(u"b"_s), third = profile(u"c"_s);
+  const NoteId first = profile(u"a"_s), second = profile(u"b"_s), third = profile(u"c"_s);
   start();
   select("idList", 0);
   control<ListBox>("idList").setSelected(2, true);
@@ -30,7 +30,7 @@ TEST_F(DeletionTest, RemovesTheMarkedProfilesAndNoOther) {
 }
 
 TEST_F(DeletionTest, WithoutAMarkDoesNothing) {
-  const quint32 id = profile(u"a"_s);
+  const NoteId id = profile(u"a"_s);
   start();
   notes().log.clear();
   press("cmdDelete");
@@ -42,7 +42,7 @@ TEST_F(DeletionTest, WithoutAMarkDoesNothing) {
 }
 
 TEST_F(DeletionTest, TakesTwoNeighboursOneAfterTheOther) {
-  const quint32 first = profile(u"a"_s), second = profile(u"b"_s);
+  const NoteId first = profile(u"a"_s), second = profile(u"b"_s);
   start();
   markRows({profileRow(u"a"_s, first), profileRow(u"b"_s, second)});
   press("cmdDelete");
@@ -71,7 +71,7 @@ TEST_F(DeletionTest, EmptiesTheFieldViewAndRefreshesTheClientsView) {
 }
 
 TEST_F(DeletionTest, ReadsBareIdsAndDesignRowsAlike) {
-  const quint32 bare = memo(), named = design(noteclass::Form, u"Person|per"_s);
+  const NoteId bare = memo(), named = design(noteclass::Form, u"Person|per"_s);
   start();
   markRows({digits(bare), row(u"Person|per"_s, named)});
   press("cmdDelete");
@@ -81,7 +81,7 @@ TEST_F(DeletionTest, ReadsBareIdsAndDesignRowsAlike) {
 }
 
 TEST_F(DeletionTest, ReallyRemovesADamagedNoteAndKeepsItsRowMarked) {
-  const quint32 id = damaged();
+  const NoteId id = damaged();
   start();
   const QStringList texts{row(u"broken"_s, id)};
   markRows(texts);
@@ -100,18 +100,20 @@ TEST_F(DeletionTest, ReallyRemovesADamagedNoteAndKeepsItsRowMarked) {
 }
 
 TEST_F(DeletionTest, TellsAStubAGoneNoteAndAnIdThatNeverWasApart) {
-  const quint32 stub = memo(), gone = memo(), kept = memo();
+  const NoteId stub = memo(), gone = memo(), kept = memo();
   database->notes().remove(stub);
   database->notes().remove(gone, false);
   start();
-  markRows({digits(stub), digits(gone), digits(kept + 1), digits(kept + 400), u"00000000"_s});
+  markRows({digits(stub), digits(gone), digits(NoteId(kept.value() + 1)), digits(NoteId(kept.value() + 400)),
+            u"00000000"_s});
   press("cmdDelete");
   Boxes expected;
-  for (const auto& [status, id] : QVector<QPair<Status, QString>>{{0x0225, digits(stub)},
-                                                                  {0x0227, digits(gone)},
-                                                                  {0x0214, digits(kept + 1)},
-                                                                  {0x0214, digits(kept + 400)},
-                                                                  {0x0214, u"00000000"_s}})
+  for (const auto& [status, id] :
+       QVector<QPair<Status, QString>>{{0x0225, digits(stub)},
+                                       {0x0227, digits(gone)},
+                                       {0x0214, digits(NoteId(kept.value() + 1))},
+                                       {0x0214, digits(NoteId(kept.value() + 400))},
+                                       {0x0214, u"00000000"_s}})
     expected += toldBox(u"Unable to delete doc. Error was %1: "_s.arg(status) +
                         app->routines.GetAPIError(status) + u" " + id);
   EXPECT_EQ(host.boxes, expected);
@@ -121,7 +123,7 @@ TEST_F(DeletionTest, TellsAStubAGoneNoteAndAnIdThatNeverWasApart) {
 }
 
 TEST_F(DeletionTest, ReallyRemovesADamagedDesignNoteThatWasListedBefore) {
-  const quint32 id = design(noteclass::Form, u"Memo"_s);
+  const NoteId id = design(noteclass::Form, u"Memo"_s);
   start();
   list(u"SELECTFORMS"_s);
   select("idList", 0);
@@ -132,10 +134,10 @@ TEST_F(DeletionTest, ReallyRemovesADamagedDesignNoteThatWasListedBefore) {
 }
 
 TEST_F(DeletionTest, NeverRemovesTheDocumentOnDisplayInPlaceOfTheOneThatIsGone) {
-  const quint32 shown = memo();
+  const NoteId shown = memo();
   openDocument(shown);
   start();
-  const quint32 gone = memo();
+  const NoteId gone = memo();
   database->notes().remove(gone, false);
   ASSERT_FALSE(state().gDoc.isNothing());
   markRows({digits(gone)});
@@ -146,7 +148,7 @@ TEST_F(DeletionTest, NeverRemovesTheDocumentOnDisplayInPlaceOfTheOneThatIsGone) 
 }
 
 TEST_F(DeletionTest, TriesALowLevelRowAgainAfterARemovalBeforeTheEnd) {
-  const quint32 bad = damaged(), good = memo(), other = memo();
+  const NoteId bad = damaged(), good = memo(), other = memo();
   start();
   markRows({digits(bad), digits(good), digits(other)});
   control<ListBox>("idList").setSelected(2, false);
@@ -157,7 +159,7 @@ TEST_F(DeletionTest, TriesALowLevelRowAgainAfterARemovalBeforeTheEnd) {
 }
 
 TEST_F(DeletionTest, EndsWhenTheRemovedRowWasTheLast) {
-  const quint32 bad = damaged(), good = memo();
+  const NoteId bad = damaged(), good = memo();
   start();
   markRows({digits(bad), digits(good)});
   press("cmdDelete");
@@ -167,7 +169,7 @@ TEST_F(DeletionTest, EndsWhenTheRemovedRowWasTheLast) {
 }
 
 TEST_F(DeletionTest, GoesOnBehindALowLevelRow) {
-  const quint32 first = damaged(), second = damaged();
+  const NoteId first = damaged(), second = damaged();
   start();
   markRows({digits(first), digits(second)});
   press("cmdDelete");
@@ -176,7 +178,7 @@ TEST_F(DeletionTest, GoesOnBehindALowLevelRow) {
 }
 
 TEST_F(DeletionTest, TakesNoPartOfANameForAnId) {
-  const quint32 id = profile(u"a"_s);
+  const NoteId id = profile(u"a"_s);
   const QString older = digits(id) + u" " + profileName(u"a"_s);
   const QString tail = u"12 x  # "_s + digits(id);
   start();
@@ -196,17 +198,18 @@ TEST_F(DeletionTest, TakesNoPartOfANameForAnId) {
 }
 
 TEST_F(DeletionTest, ClearsTheTopBitOfAnId) {
-  const quint32 bad = damaged();
+  const NoteId bad = damaged();
   start();
-  markRows({digits(bad | 0x80000000u)});
+  markRows({digits(NoteId(bad.value() | 0x80000000u))});
   press("cmdDelete");
   ASSERT_EQ(host.boxes.size(), 1);
-  EXPECT_EQ(host.boxes[0], toldBox(u"Successfully deleted NoteID "_s + digits(bad | 0x80000000u)));
+  EXPECT_EQ(host.boxes[0],
+            toldBox(u"Successfully deleted NoteID "_s + digits(NoteId(bad.value() | 0x80000000u))));
   EXPECT_EQ(database->notes().state(bad), NoteState::Gone);
 }
 
 TEST_F(DeletionTest, EndsSilentlyAtARowWithoutAnId) {
-  const quint32 before = damaged(), behind = memo();
+  const NoteId before = damaged(), behind = memo();
   start();
   markRows({digits(before), u"a name  # "_s, digits(behind)});
   capi().log.clear();
@@ -217,7 +220,7 @@ TEST_F(DeletionTest, EndsSilentlyAtARowWithoutAnId) {
 }
 
 TEST_F(DeletionTest, EndsWithoutADatabase) {
-  const quint32 id = memo();
+  const NoteId id = memo();
   start();
   markRows({digits(id), digits(id)});
   state().gDb.release();
@@ -229,11 +232,11 @@ TEST_F(DeletionTest, EndsWithoutADatabase) {
 
 TEST_F(DeletionTest, DeletesInTheDatabaseOfTheListAndNotInTheOneThatIsShownNow) {
   const auto mail = database;
-  const quint32 id = profile(u"a"_s);
+  const NoteId id = profile(u"a"_s);
   start();
   select("idList", 0);
   openDatabase(u"other.nsf"_s);
-  const quint32 other = profile(u"b"_s);
+  const NoteId other = profile(u"b"_s);
   press("cmdDelete");
   EXPECT_EQ(mail->notes().state(id), NoteState::Stub);
   EXPECT_EQ(database->notes().state(other), NoteState::Live);
@@ -241,7 +244,7 @@ TEST_F(DeletionTest, DeletesInTheDatabaseOfTheListAndNotInTheOneThatIsShownNow) 
 }
 
 TEST_F(DeletionTest, OfADatabaseThatCannotBeOpenedSaysSoAndGoesOn) {
-  const quint32 id = damaged();
+  const NoteId id = damaged();
   start();
   markRows({digits(id), digits(id)});
   notes().replies.insert(u"FILEPATH"_s, u"gone.nsf"_s);
@@ -267,7 +270,7 @@ TEST_F(DeletionTest, OfADatabaseThatCannotBeOpenedSaysSoAndGoesOn) {
 }
 
 TEST_F(DeletionTest, UsesTheLibraryInItsOrder) {
-  const quint32 id = damaged();
+  const NoteId id = damaged();
   start();
   markRows({digits(id)});
   capi().log.clear();
@@ -277,7 +280,7 @@ TEST_F(DeletionTest, UsesTheLibraryInItsOrder) {
 }
 
 TEST_F(DeletionTest, ThatTheObjectModelRefusesEndsWithItsReason) {
-  const quint32 first = memo(), second = memo();
+  const NoteId first = memo(), second = memo();
   start();
   markRows({digits(first), digits(second)});
   capi().log.clear();
@@ -293,7 +296,7 @@ TEST_F(DeletionTest, ThatTheObjectModelRefusesEndsWithItsReason) {
 }
 
 TEST_F(DeletionTest, ThatTheStoreRefusesEndsWithItsReasonAndKeepsTheNote) {
-  const quint32 id = memo();
+  const NoteId id = memo();
   const QString path = database->path();
   database.reset();
   start();
@@ -321,7 +324,7 @@ TEST_F(DeletionTest, ThatTheStoreRefusesEndsWithItsReasonAndKeepsTheNote) {
 }
 
 TEST_F(DeletionTest, RefreshesNoViewWhereNoneIsOpenAndSaysNothing) {
-  const quint32 id = memo();
+  const NoteId id = memo();
   start();
   closeDatabase();
   markRows({digits(id)});
@@ -331,7 +334,7 @@ TEST_F(DeletionTest, RefreshesNoViewWhereNoneIsOpenAndSaysNothing) {
 }
 
 TEST_F(DeletionTest, WithRowsThatComeInMeanwhileEndsAtTheOldEnd) {
-  const quint32 bad = damaged();
+  const NoteId bad = damaged();
   start();
   markRows({digits(bad)});
   host.whileBoxIsShown = [&](const ShownBox&) { control<ListBox>("idList").addItem(digits(bad)); };

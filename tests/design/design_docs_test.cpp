@@ -19,9 +19,9 @@ class DesignDocsTest : public DesignTest {
 };
 
 TEST_F(DesignDocsTest, PutsTheIdFirstAndTheNameBehindIt) {
-  const quint32 named = saved(noteWith(u"$Name"_s, textValue(u"a name"_s)));
-  const quint32 titled = saved(noteWith(u"$Title"_s, textValue(u"a title"_s)));
-  const quint32 empty = saved(noteWith(u"$Name"_s, textListValue({})));
+  const NoteId named = saved(noteWith(u"$Name"_s, textValue(u"a name"_s)));
+  const NoteId titled = saved(noteWith(u"$Title"_s, textValue(u"a title"_s)));
+  const NoteId empty = saved(noteWith(u"$Name"_s, textListValue({})));
   start();
   run(u"SELECTDOCUMENTS"_s);
   EXPECT_EQ(rows("idList"),
@@ -39,7 +39,7 @@ TEST_F(DesignDocsTest, CutsALongNoteIdToItsLastEightDigits) {
 }
 
 TEST_F(DesignDocsTest, LeavesCounterKindPointerAndSessionAsTheyWere) {
-  const quint32 last = memo();
+  const NoteId last = memo();
   start();
   const Object session = state().gSession;
   const QString counter = text("lblCounter");
@@ -57,7 +57,7 @@ TEST_F(DesignDocsTest, LeavesCounterKindPointerAndSessionAsTheyWere) {
   EXPECT_EQ(host.yields, 0);
   EXPECT_TRUE(state().gDesignStop);
   EXPECT_TRUE(state().gSession == session);
-  EXPECT_EQ(state().gDoc.get(u"NoteID"_s).text(), QString::number(last, 16).toUpper());
+  EXPECT_EQ(state().gDoc.get(u"NoteID"_s).text(), last.hexText());
   EXPECT_FALSE(state().gNoteColl.isNothing());
   EXPECT_EQ(callsOf(u"SELECTALLNOTES"_s), 0);
   EXPECT_EQ(callsOf(u"HASITEM"_s), 0);
@@ -123,7 +123,7 @@ TEST_F(DesignDocsTest, WithoutASessionShowsTheErrorBox) {
 }
 
 TEST_F(DesignDocsTest, EndsAtANoteThatIsGone) {
-  const quint32 first = memo(), second = memo();
+  const NoteId first = memo(), second = memo();
   start();
   notes().replies.insert(u"GETNEXTNOTEID"_s, QString());
   run(u"SELECTDOCUMENTS"_s);
@@ -188,31 +188,32 @@ TEST_F(NoteIdScan, ShowsItsControlsAndLeavesThemShown) {
 }
 
 TEST_F(NoteIdScan, FindsProfilesAndEndsAtTheFirstIdThatTheClientRefuses) {
-  const quint32 before = memo();
-  const quint32 first = profile(u"a"_s);
+  const NoteId before = memo();
+  const NoteId first = profile(u"a"_s);
   saved(noteWith(u"$Name"_s, textValue(u"$Profile_001b_"_s)));
   saved(noteWith(u"$Name"_s, textValue(u"a $profile_"_s)));
-  const quint32 gone = profile(u"gone"_s);
+  const NoteId gone = profile(u"gone"_s);
   database->notes().remove(gone);
-  const quint32 second = profile(u"b"_s);
+  const NoteId second = profile(u"b"_s);
   start();
-  scan(1000, QString::number(before));
+  scan(1000, QString::number(before.value()));
   EXPECT_EQ(rows("idList"), QStringList({digits(first) + u" " + profileName(u"a"_s),
                                          digits(second) + u" " + profileName(u"b"_s)}));
   ASSERT_EQ(host.boxes.size(), 1);
   EXPECT_EQ(host.boxes[0].style, box::Plain);
   EXPECT_EQ(host.boxes[0].title, QString());
-  EXPECT_TRUE(host.boxes[0].text.contains(digits(second + 1))) << host.boxes[0].text.toStdString();
+  EXPECT_TRUE(host.boxes[0].text.contains(digits(NoteId(second.value() + 1))))
+      << host.boxes[0].text.toStdString();
   EXPECT_TRUE(host.boxes[0].text.endsWith(u") in procedure cmdDesignDocs_Click of Formular Form1"));
-  EXPECT_EQ(text("txtLfdNr"), QString::number(second)) << "the next scan begins where this one ended";
-  EXPECT_EQ(host.yields, int(second - before));
+  EXPECT_EQ(text("txtLfdNr"), QString::number(second.value())) << "the next scan begins where this one ended";
+  EXPECT_EQ(host.yields, int(second.value() - before.value()));
 }
 
 TEST_F(NoteIdScan, ShowsEachHitAtOnce) {
-  const quint32 id = profile(u"a"_s);
+  const NoteId id = profile(u"a"_s);
   start();
   QStringList seen;
-  setText("txtLfdNr", QString::number(id - 1));
+  setText("txtLfdNr", QString::number(id.value() - 1));
   host.whileYielding = [&] {
     seen = rows("idList");
     state().gIdScanRunning = false;
@@ -251,10 +252,10 @@ TEST_F(NoteIdScan, EndsInAnOverflowBehindTheHighestNumber) {
 }
 
 TEST_F(NoteIdScan, PassesOverANameWithoutValues) {
-  const quint32 nameless = saved(noteWith(u"$Name"_s, textListValue({})));
-  const quint32 profile = saved(noteWith(u"$Name"_s, textValue(u"$profile_005setup_"_s)));
+  const NoteId nameless = saved(noteWith(u"$Name"_s, textListValue({})));
+  const NoteId profile = saved(noteWith(u"$Name"_s, textValue(u"$profile_005setup_"_s)));
   start();
-  scan(int(profile - nameless) + 1, QString::number(nameless - 1));
+  scan(int(profile.value() - nameless.value()) + 1, QString::number(nameless.value() - 1));
   EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(rows("idList").size(), 1);
   EXPECT_TRUE(rows("idList").join(u'|').contains(u"$profile_005setup_"_s));

@@ -21,8 +21,8 @@ class DesignTest : public LensFixture {
     note.add(item, itemflag::Summary, value);
     return note;
   }
-  quint32 saved(Note note) { return save(note); }
-  quint32 design(quint16 noteClass, const QString& title, const QString& flags = QString()) {
+  NoteId saved(Note note) { return save(note); }
+  NoteId design(quint16 noteClass, const QString& title, const QString& flags = QString()) {
     Note note = noteWith(u"$TITLE"_s, textValue(title), noteClass);
     if (!flags.isEmpty()) note.add(u"$Flags"_s, itemflag::Summary, textValue(flags));
     return save(note);
@@ -30,24 +30,24 @@ class DesignTest : public LensFixture {
   static QString profileName(const QString& name) {
     return u"$profile_%1%2_"_s.arg(name.size(), 3, 10, QChar(u'0')).arg(name);
   }
-  quint32 profile(const QString& name) { return saved(noteWith(u"$Name"_s, textValue(profileName(name)))); }
-  quint32 memo() { return saved(document(u"Memo"_s)); }
+  NoteId profile(const QString& name) { return saved(noteWith(u"$Name"_s, textValue(profileName(name)))); }
+  NoteId memo() { return saved(document(u"Memo"_s)); }
   // The note keeps its ID, but nothing can read its items any more.
-  void damage(quint32 id) {
-    const QByteArray sql = "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(id);
+  void damage(NoteId id) {
+    const QByteArray sql = "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(id.value());
     ASSERT_EQ(sqlite3_exec(database->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
     ASSERT_EQ(database->notes().state(id), NoteState::Damaged);
   }
-  quint32 damaged() {
-    const quint32 id = memo();
+  NoteId damaged() {
+    const NoteId id = memo();
     damage(id);
     return id;
   }
 
   // --- rows ---
-  static QString digits(quint32 id) { return QString::number(id, 16).toUpper().rightJustified(8, u'0'); }
-  static QString row(const QString& name, quint32 id) { return name + u"  # " + digits(id); }
-  static QString profileRow(const QString& name, quint32 id) { return row(profileName(name), id); }
+  static QString digits(NoteId id) { return id.hexText().rightJustified(8, u'0'); }
+  static QString row(const QString& name, NoteId id) { return name + u"  # " + digits(id); }
+  static QString profileRow(const QString& name, NoteId id) { return row(profileName(name), id); }
   // Fills idList by hand and marks every row.
   void markRows(const QStringList& texts) {
     ListBox& list = control<ListBox>("idList");
@@ -75,7 +75,7 @@ class DesignTest : public LensFixture {
   // --- the doors ---
   int callsOf(const QString& name) { return int(notes().log.filter(name, Qt::CaseInsensitive).size()); }
   // The object model's document of a note, for replies.
-  Object documentObject(quint32 id) {
+  Object documentObject(NoteId id) {
     const Object session = notes().create(u"Notes.NotesSession"_s);
     const Object mail = session.get(u"CURRENTDATABASE"_s).object();
     return mail.call(u"GETDOCUMENTBYID"_s, digits(id)).object();

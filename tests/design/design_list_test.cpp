@@ -71,11 +71,11 @@ TEST_F(DesignListTest, SwitchesOnExactlyTheChosenClassAndNamesItInTheCaption) {
 TEST_F(DesignListTest, NamesEachNoteByItsNameOrTitleOrItsIdAlone) {
   Note both = noteWith(u"$Name"_s, textListValue({u"first"_s, u"second"_s}));
   both.add(u"$Title"_s, itemflag::Summary, textValue(u"unused"_s));
-  const quint32 named = saved(both);
-  const quint32 titled = saved(noteWith(u"$title"_s, textValue(u"Person|per"_s)));
-  const quint32 bare = memo();
-  const quint32 nameless = saved(noteWith(u"$Name"_s, textValue(QString())));
-  const quint32 again = saved(noteWith(u"$Title"_s, textValue(u"Person|per"_s)));
+  const NoteId named = saved(both);
+  const NoteId titled = saved(noteWith(u"$title"_s, textValue(u"Person|per"_s)));
+  const NoteId bare = memo();
+  const NoteId nameless = saved(noteWith(u"$Name"_s, textValue(QString())));
+  const NoteId again = saved(noteWith(u"$Title"_s, textValue(u"Person|per"_s)));
   start();
   list(u"SELECTDOCUMENTS"_s);
   EXPECT_EQ(rows("idList"), QStringList({row(u"first"_s, named), row(u"Person|per"_s, titled), digits(bare),
@@ -85,8 +85,8 @@ TEST_F(DesignListTest, NamesEachNoteByItsNameOrTitleOrItsIdAlone) {
 }
 
 TEST_F(DesignListTest, ShowsTheTitlesOfFormsAsTheyAreStored) {
-  const quint32 person = design(noteclass::Form, u"Person|per"_s);
-  const quint32 memoForm = design(noteclass::Form, u"Memo"_s);
+  const NoteId person = design(noteclass::Form, u"Person|per"_s);
+  const NoteId memoForm = design(noteclass::Form, u"Memo"_s);
   design(noteclass::Form, u"a page"_s, u"W"_s);
   start();
   list(u"SELECTFORMS"_s);
@@ -95,13 +95,13 @@ TEST_F(DesignListTest, ShowsTheTitlesOfFormsAsTheyAreStored) {
 
 TEST_F(DesignListTest, LeavesTheLastNoteTheCollectionAndANewSession) {
   memo();
-  const quint32 last = memo();
+  const NoteId last = memo();
   start();
   control<ListBox>("fldList").addItem(u"old: row"_s);
   const Object session = state().gSession;
   list(u"SELECTDOCUMENTS"_s);
   EXPECT_FALSE(state().gSession == session);
-  EXPECT_EQ(state().gDoc.get(u"NoteID"_s).text(), QString::number(last, 16).toUpper());
+  EXPECT_EQ(state().gDoc.get(u"NoteID"_s).text(), last.hexText());
   EXPECT_EQ(state().gNoteColl.get(u"count"_s).number(), 2);
   EXPECT_EQ(rows("fldList"), QStringList());
   EXPECT_EQ(host.yields, 2);
@@ -199,7 +199,7 @@ TEST_F(DesignListTest, WritesTheFirstCaptionBeforeTheCollectionIsMade) {
 }
 
 TEST_F(DesignListTest, EndsAtANoteThatIsDeletedMeanwhileAndKeepsItsRows) {
-  const quint32 first = memo(), second = memo(), third = memo();
+  const NoteId first = memo(), second = memo(), third = memo();
   start();
   setText("txtSearch", u"x"_s);
   const QString counter = text("lblCounter");
@@ -216,7 +216,7 @@ TEST_F(DesignListTest, EndsAtANoteThatIsDeletedMeanwhileAndKeepsItsRows) {
 }
 
 TEST_F(DesignListTest, IsThatOfTheMomentItBegan) {
-  const quint32 first = memo(), second = memo();
+  const NoteId first = memo(), second = memo();
   start();
   host.whileYielding = [&] {
     if (host.yields != 1) return;
@@ -230,7 +230,7 @@ TEST_F(DesignListTest, IsThatOfTheMomentItBegan) {
 }
 
 TEST_F(DesignListTest, ShowsNoFieldsOfANoteThatIsGone) {
-  const quint32 id = design(noteclass::Form, u"Memo"_s);
+  const NoteId id = design(noteclass::Form, u"Memo"_s);
   start();
   list(u"SELECTFORMS"_s);
   database->notes().remove(id, false);
@@ -241,7 +241,7 @@ TEST_F(DesignListTest, ShowsNoFieldsOfANoteThatIsGone) {
 }
 
 TEST_F(DesignListTest, EndsAtANameWithoutValues) {
-  const quint32 first = memo();
+  const NoteId first = memo();
   saved(noteWith(u"$Name"_s, textListValue({})));
   memo();
   start();
@@ -272,7 +272,7 @@ class ManyRows : public DesignTest {
  protected:
   // Walks over one note again and again, so that so many rows arise.
   void listRows(int count) {
-    const quint32 id = memo();
+    const NoteId id = memo();
     start();
     const Object same = documentObject(id);
     notes().replies = {{u"COUNT"_s, count}, {u"GETDOCUMENTBYID"_s, same}, {u"GETNEXTNOTEID"_s, digits(id)}};
@@ -296,21 +296,21 @@ TEST_F(ManyRows, OverflowTheCounterAndLeaveTheHourglass) {
 }
 
 TEST_F(DesignListTest, LeadsToTheFieldsOfTheNoteInARow) {
-  const quint32 id = design(noteclass::Form, u"Person|per"_s, u"C"_s);
+  const NoteId id = design(noteclass::Form, u"Person|per"_s, u"C"_s);
   design(noteclass::Form, u"Memo"_s);
   start();
   list(u"SELECTFORMS"_s);
   select("idList", 0);
   form().idList->dblClick.fire();
   EXPECT_EQ(rows("fldList"), QStringList({u"$TITLE: Person|per"_s, u"$Flags: C"_s}));
-  EXPECT_EQ(state().gDoc.get(u"NoteID"_s).text(), QString::number(id, 16).toUpper());
+  EXPECT_EQ(state().gDoc.get(u"NoteID"_s).text(), id.hexText());
   EXPECT_EQ(host.boxes, Boxes());
 }
 
 TEST_F(DesignListTest, LeadsToTheFormulaOfAViewWhoseRowHasTwoBlanks) {
   Note view = noteWith(u"$TITLE"_s, textValue(u"All"_s), noteclass::View);
   view.add(u"$Formula"_s, itemflag::Summary, textValue(u"x"_s));
-  const quint32 id = save(view);
+  const NoteId id = save(view);
   notes().replies.insert(u"SELECTIONFORMULA"_s, u"SELECT @All"_s);
   start();
   list(u"SELECTVIEWS"_s);

@@ -73,18 +73,18 @@ TEST_F(DesignFaults, TheOlderListingEndsInOneBox) {
 }
 
 TEST_F(DesignFaults, TheScanEndsInOneBoxAndShowsWhereToGoOn) {
-  const quint32 id = profile(u"d"_s);
+  const NoteId id = profile(u"d"_s);
   notes().replies.insert(u"NOTESVERSION"_s, u"Release 4.6"_s);
   const int runs = runWithEveryFault(
       [&] {
-        setText("txtLfdNr", QString::number(id - 2));
+        setText("txtLfdNr", QString::number(id.value() - 2));
         host.yields = 0;
         host.whileYielding = [this] { state().gIdScanRunning = host.yields < 2; };
       },
       [this] { app->designDocs.cmdDesignDocs_Click(); },
       [this, id](int) {
         EXPECT_EQ(host.boxes, Boxes({errorBox(u"cmdDesignDocs_Click"_s, 70)}));
-        EXPECT_EQ(text("txtLfdNr"), QString::number(id - 2 + uint(host.yields)));
+        EXPECT_EQ(text("txtLfdNr"), QString::number(id.value() - 2 + uint(host.yields)));
       });
   EXPECT_GE(runs, 8);
   EXPECT_EQ(rows("idList").size(), 1);
@@ -118,7 +118,7 @@ TEST_F(DesignFaults, TheProfilesGoOnBehindEachBoxWhateverItsNumber) {
 }
 
 TEST_F(DesignFaults, TheDeletionTellsARefusedRemovalAndTakesAFailedLookUpForALostNote) {
-  quint32 id = 0;
+  NoteId id;
   const int runs = runWithEveryFault(
       [&] {
         id = memo();
@@ -147,7 +147,7 @@ TEST_F(DesignFaults, TheDeletionTellsARefusedRemovalAndTakesAFailedLookUpForALos
 }
 
 TEST_F(DesignFaults, TheLowLevelTellsAFailureOfTheModelAndOfTheLibraryInTheSameBox) {
-  quint32 id = 0;
+  NoteId id;
   const auto told = [&](int number) {
     return Boxes({{u"Notes error %1 occurred: "_s.arg(number) + standardErrorText(number) + u" " + digits(id),
                    box::Information, u"Remove doc"_s}});
@@ -181,7 +181,7 @@ TEST_F(DesignFaults, TheLowLevelTellsAFailureOfTheModelAndOfTheLibraryInTheSameB
 }
 
 TEST_F(DesignFaults, AStatusWhoseTextCannotBeReadIsToldWithoutIt) {
-  const quint32 id = memo();
+  const NoteId id = memo();
   database->notes().remove(id, false);
   markRows({digits(id)});
   capi().failFunction = u"OSLoadString"_s;

@@ -34,12 +34,12 @@ class FieldReports : public ToolsTest {
     press("cmdChkFields");
     return content();
   }
-  void list(const QVector<quint32>& ids) {
+  void list(const QVector<NoteId>& ids) {
     QStringList texts;
-    for (const quint32 id : ids) texts += row(u"x"_s, id);
+    for (const NoteId id : ids) texts += row(u"x"_s, id);
     fill("idList", texts);
   }
-  quint32 person = 0, order = 0;
+  NoteId person = NoteId(0), order = NoteId(0);
 };
 
 // --- fields of forms ---
@@ -84,7 +84,7 @@ TEST_F(FieldReports, ATypeBeyondSixteenBitsOverflows) {
 
 // The number is read for each field, so that without a field there is nothing that overflows.
 TEST_F(FieldReports, ATypeIsReadForFieldsOnly) {
-  fill("idList", {row(u"NoSuchForm"_s, 1)});
+  fill("idList", {row(u"NoSuchForm"_s, NoteId(1))});
   EXPECT_EQ(typed(u"(70000)"_s), QString());
   EXPECT_EQ(boxes(), QStringList());
 }
@@ -103,9 +103,9 @@ TEST_F(FieldReports, RowsThatNameNoFormArePassedOver) {
   Note view;
   view.header.noteClass = noteclass::View;
   view.add(u"$TITLE"_s, itemflag::Summary, textValue(u"All"));
-  const quint32 id = save(view);
+  const NoteId id = save(view);
   fill("idList", {row(u"All"_s, id), digits(person), u"Person# 00000001"_s, u" # 00000001"_s,
-                  row(u"NoForm"_s, 4), row(u"Order"_s, order)});
+                  row(u"NoForm"_s, NoteId(4)), row(u"Order"_s, order)});
   EXPECT_EQ(typed(u"(768)"_s), records({u"Order   --> Total"_s}));
   EXPECT_EQ(boxes(), QStringList());
 }
@@ -153,21 +153,21 @@ TEST_F(FieldReports, FieldsWithoutADatabaseShowTheDescriptionAlone) {
 // --- contents of notes ---
 
 TEST_F(FieldReports, ShowsTheFirstValueOfAFieldInEveryListedNote) {
-  const quint32 one = memo(u"Town"_s, textListValue({u"Ulm"_s, u"Bonn"_s}));
-  const quint32 none = memo();
-  const quint32 two = memo(u"TOWN"_s, textValue(u"Kiel"));
+  const NoteId one = memo(u"Town"_s, textListValue({u"Ulm"_s, u"Bonn"_s}));
+  const NoteId none = memo();
+  const NoteId two = memo(u"TOWN"_s, textValue(u"Kiel"));
   list({one, none, two});
   EXPECT_EQ(contentsOf(u"town"_s), records({digits(one) + u" --> Ulm", digits(two) + u" --> Kiel"}));
   EXPECT_EQ(boxes(), QStringList());
 }
 
 TEST_F(FieldReports, ValuesHaveTheirUsualText) {
-  const quint32 number = memo(u"V"_s, numberValue(1.5));
-  const quint32 date = memo(u"V"_s, timeValue(timeDateOfDate(QDate(2024, 3, 11))));
-  const quint32 empty = memo(u"V"_s, textValue(u""));
+  const NoteId number = memo(u"V"_s, numberValue(1.5));
+  const NoteId date = memo(u"V"_s, timeValue(timeDateOfDate(QDate(2024, 3, 11))));
+  const NoteId empty = memo(u"V"_s, textValue(u""));
   RichText body;
   body.appendText(u"Dear Mr Okafor"_s);
-  const quint32 rich = memo(u"V"_s, rawValue(itemtype::RichText, body.toBytes()));
+  const NoteId rich = memo(u"V"_s, rawValue(itemtype::RichText, body.toBytes()));
   list({number, date, empty, rich});
   const QString shown = contentsOf(u"V"_s);
   EXPECT_EQ(shown, records({digits(number) + u" --> 1.5", digits(date) + u" --> 11.03.2024",
@@ -175,7 +175,7 @@ TEST_F(FieldReports, ValuesHaveTheirUsualText) {
 }
 
 TEST_F(FieldReports, ALineFeedInAValueGetsACarriageReturn) {
-  const quint32 id = memo(u"V"_s, textValue(QStringView(u"a\0b", 3)));
+  const NoteId id = memo(u"V"_s, textValue(QStringView(u"a\0b", 3)));
   list({id});
   EXPECT_EQ(contentsOf(u"V"_s), records({digits(id) + u" --> a\r\nb"}));
 }
@@ -185,15 +185,16 @@ TEST_F(FieldReports, AProfileListWorksAsWell) {
   Note profile = document(u"Prefs"_s);
   profile.add(u"$Name"_s, itemflag::Summary, textValue(name));
   profile.add(u"Colour"_s, itemflag::Summary, textValue(u"blue"));
-  const quint32 id = save(profile);
+  const NoteId id = save(profile);
   fill("idList", {row(name, id)});
   EXPECT_EQ(contentsOf(u"Colour"_s), records({digits(id) + u" --> blue"}));
 }
 
 TEST_F(FieldReports, TheWholeOfARowWithoutAMarkIsTheId) {
-  const quint32 id = memo(u"V"_s, textValue(u"x"));
-  fill("idList", {digits(id), QString::number(id, 16)});
-  EXPECT_EQ(contentsOf(u"V"_s), records({digits(id) + u" --> x", QString::number(id, 16) + u" --> x"}));
+  const NoteId id = memo(u"V"_s, textValue(u"x"));
+  fill("idList", {digits(id), QString::number(id.value(), 16)});
+  EXPECT_EQ(contentsOf(u"V"_s),
+            records({digits(id) + u" --> x", QString::number(id.value(), 16) + u" --> x"}));
   fill("idList", {u"no ID at all"_s});
   press("cmdChkFields");
   ASSERT_EQ(host.boxes.size(), 1);
@@ -203,7 +204,7 @@ TEST_F(FieldReports, TheWholeOfARowWithoutAMarkIsTheId) {
 }
 
 TEST_F(FieldReports, TheFirstShortMarkEndsTheName) {
-  const quint32 id = memo(u"V"_s, textValue(u"x"));
+  const NoteId id = memo(u"V"_s, textValue(u"x"));
   fill("idList", {u"a# "_s + digits(id)});
   EXPECT_EQ(contentsOf(u"V"_s), records({digits(id) + u" --> x"}));
 }
@@ -216,7 +217,7 @@ TEST_F(FieldReports, WithoutANameNoNoteHasTheItem) {
 }
 
 TEST_F(FieldReports, AnItemWithoutValuesEndsTheReportInABox) {
-  const quint32 good = memo(u"V"_s, textValue(u"x")), bad = memo(u"V"_s, noTexts());
+  const NoteId good = memo(u"V"_s, textValue(u"x")), bad = memo(u"V"_s, noTexts());
   list({good, bad});
   setText("txtFieldName", u"V"_s);
   setText("txtFieldContent", u"old"_s);
@@ -225,10 +226,11 @@ TEST_F(FieldReports, AnItemWithoutValuesEndsTheReportInABox) {
 }
 
 TEST_F(FieldReports, NotesThatAreGoneOrUnreadableAreSkipped) {
-  const quint32 stub = memo(u"V"_s, textValue(u"x")), damaged = memo(u"V"_s, textValue(u"x"));
-  const quint32 good = memo(u"V"_s, textValue(u"x"));
+  const NoteId stub = memo(u"V"_s, textValue(u"x")), damaged = memo(u"V"_s, textValue(u"x"));
+  const NoteId good = memo(u"V"_s, textValue(u"x"));
   database->notes().remove(stub);
-  const QByteArray sql = "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(damaged);
+  const QByteArray sql =
+      "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(damaged.value());
   ASSERT_EQ(sqlite3_exec(database->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
   list({stub, damaged, good});
   EXPECT_EQ(contentsOf(u"V"_s), records({digits(good) + u" --> x"}));
@@ -236,11 +238,11 @@ TEST_F(FieldReports, NotesThatAreGoneOrUnreadableAreSkipped) {
 }
 
 TEST_F(FieldReports, TheDocumentIsTheLastNoteTried) {
-  const quint32 one = memo(u"V"_s, textValue(u"x")), two = memo();
+  const NoteId one = memo(u"V"_s, textValue(u"x")), two = memo();
   state().gDocKind = u"PROFILE"_s;
   list({one, two});
   contentsOf(u"V"_s);
-  EXPECT_EQ(state().gDoc.get(u"NoteID"_s).text(), QString::number(two, 16).toUpper());
+  EXPECT_EQ(state().gDoc.get(u"NoteID"_s).text(), two.hexText());
   EXPECT_EQ(state().gDocKind, u"PROFILE"_s);
   database->notes().remove(two);
   contentsOf(u"V"_s);
@@ -248,14 +250,14 @@ TEST_F(FieldReports, TheDocumentIsTheLastNoteTried) {
 }
 
 TEST_F(FieldReports, AnUnknownIdEndsTheReportInABoxAndKeepsTheDocument) {
-  const quint32 one = memo(u"V"_s, textValue(u"x"));
+  const NoteId one = memo(u"V"_s, textValue(u"x"));
   fill("idList", {digits(one), u"7FFFFFFC"_s, digits(one)});
   setText("txtFieldName", u"V"_s);
   press("cmdChkFields");
   ASSERT_EQ(host.boxes.size(), 1);
   EXPECT_TRUE(host.boxes[0].text.contains(u"7FFFFFFC"_s)) << host.boxes[0].text.toStdString();
   EXPECT_EQ(content(), QString());
-  EXPECT_EQ(state().gDoc.get(u"NoteID"_s).text(), QString::number(one, 16).toUpper());
+  EXPECT_EQ(state().gDoc.get(u"NoteID"_s).text(), one.hexText());
 }
 
 TEST_F(FieldReports, NeitherToolYieldsOrSetsThePointer) {

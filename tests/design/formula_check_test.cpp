@@ -44,8 +44,8 @@ class FormulaCheck : public ToolsTest {
             box::Plain, u"Formula error!"_s};
   }
   // The document becomes the current one.
-  quint32 show(Note note) {
-    const quint32 id = save(note);
+  NoteId show(Note note) {
+    const NoteId id = save(note);
     state().gDoc = documentObject(id);
     notes().log.clear();
     return id;
@@ -136,7 +136,7 @@ TEST_F(FormulaCheck, ADocumentThatCannotTellItsIdIsLeftAside) {
 }
 
 TEST_F(FormulaCheck, WritesNothingIntoTheDocument) {
-  const quint32 id = show(order());
+  const NoteId id = show(order());
   EXPECT_EQ(answers(u"FIELD Customer := \"new\"; Customer"_s), QStringList(u"new"_s));
   Note stored;
   ASSERT_TRUE(database->notes().read(id, stored));
@@ -157,9 +157,9 @@ TEST_F(FormulaCheck, ADatabaseThatCannotBeOpenedAnswersNothing) {
 }
 
 TEST_F(FormulaCheck, ANoteThatIsGoneAnswersNothing) {
-  const quint32 id = show(order());
+  const NoteId id = show(order());
   database->notes().remove(id);
-  notes().replies.insert(u"NOTEID"_s, QString::number(id, 16));
+  notes().replies.insert(u"NOTEID"_s, QString::number(id.value(), 16));
   capi().log.clear();
   EXPECT_EQ(answers(u"\"x\""_s), QStringList());
   EXPECT_EQ(boxes(), QStringList());

@@ -21,7 +21,7 @@ class FormulaCollection : public ToolsTest {
     notes().log.clear();
     press("cmdCollbyFormula");
   }
-  QVector<quint32> ids;
+  QVector<NoteId> ids;
 };
 
 TEST_F(FormulaCollection, ListsTheIdsOfTheDocumentsFound) {
@@ -95,7 +95,7 @@ TEST_F(FormulaCollection, ANulInTheFormulaIsAMistake) {
 }
 
 TEST_F(FormulaCollection, FindsWhatTheCodePageLacks) {
-  const quint32 far = memo(u"Town"_s, textValue(u"日本"));
+  const NoteId far = memo(u"Town"_s, textValue(u"日本"));
   memo(u"Town"_s, textValue(u"??"));
   search(u"Town = \"日本\""_s);
   EXPECT_EQ(rows("idList"), QStringList(digits(far)));

@@ -10,9 +10,9 @@ const QString kProfilesProcedure = u"cmdGetProfiels_Click"_s;
 class ProfilesTest : public DesignTest {};
 
 TEST_F(ProfilesTest, AreListedWithTheirNamesAndIds) {
-  const quint32 first = profile(u"a"_s);
+  const NoteId first = profile(u"a"_s);
   memo();
-  const quint32 second = profile(u"calendarprofile"_s);
+  const NoteId second = profile(u"calendarprofile"_s);
   start();
   control<ListBox>("fldList").addItem(u"old: row"_s);
   const Object session = state().gSession;
@@ -58,7 +58,7 @@ TEST_F(ProfilesTest, OfADatabaseOnAServerNameTheServer) {
 }
 
 TEST_F(ProfilesTest, AreTheFirstScreenWhenNoDocumentIsOpen) {
-  const quint32 id = profile(u"a"_s);
+  const NoteId id = profile(u"a"_s);
   start();
   EXPECT_EQ(rows("idList"), QStringList(profileRow(u"a"_s, id)));
   EXPECT_EQ(state().gDocKind, "PROFILE");
@@ -66,7 +66,7 @@ TEST_F(ProfilesTest, AreTheFirstScreenWhenNoDocumentIsOpen) {
 }
 
 TEST_F(ProfilesTest, WithoutADatabaseAreNotListedAndNothingChanges) {
-  const quint32 id = profile(u"a"_s);
+  const NoteId id = profile(u"a"_s);
   start();
   control<ListBox>("fldList").addItem(u"old: row"_s);
   const QString title = caption();
@@ -90,9 +90,9 @@ TEST_F(ProfilesTest, AtAStartWithoutADatabaseAddTheirBoxToThatOfTheCapture) {
 }
 
 TEST_F(ProfilesTest, OneThatCannotBeHadCostsOneBox) {
-  const quint32 first = profile(u"a"_s);
+  const NoteId first = profile(u"a"_s);
   profile(u"b"_s);
-  const quint32 third = profile(u"c"_s);
+  const NoteId third = profile(u"c"_s);
   start();
   for (const int number : {70, 4000}) {
     host.boxes.clear();
@@ -117,7 +117,7 @@ TEST_F(ProfilesTest, OneThatCannotBeHadCostsOneBox) {
 }
 
 TEST_F(ProfilesTest, OneThatLosesItsNameMeanwhileCostsOneBox) {
-  const quint32 first = profile(u"a"_s), second = profile(u"b"_s), third = profile(u"c"_s);
+  const NoteId first = profile(u"a"_s), second = profile(u"b"_s), third = profile(u"c"_s);
   start();
   notes().log.clear();
   notes().onCall = [&](const QString& name) {
@@ -134,7 +134,7 @@ TEST_F(ProfilesTest, OneThatLosesItsNameMeanwhileCostsOneBox) {
 }
 
 TEST_F(ProfilesTest, OneThatIsDeletedMeanwhileCostsOneBox) {
-  const quint32 first = profile(u"a"_s), second = profile(u"b"_s), third = profile(u"c"_s);
+  const NoteId first = profile(u"a"_s), second = profile(u"b"_s), third = profile(u"c"_s);
   start();
   notes().log.clear();
   notes().onCall = [&](const QString& name) {
@@ -159,7 +159,7 @@ TEST_F(ProfilesTest, ThatAreNoCollectionCostABoxForItAndOneForItsCount) {
 }
 
 TEST_F(ProfilesTest, WithoutAClientCostABoxForTheSessionAndOneForItsDatabase) {
-  const quint32 id = profile(u"a"_s);
+  const NoteId id = profile(u"a"_s);
   start();
   notes().failing.insert(u"NOTES.NOTESSESSION"_s, RuntimeError(err::CannotCreateObject));
   click("cmdGetProfiels");
@@ -196,7 +196,7 @@ TEST_F(ProfilesTest, CutALongNoteIdToItsLastEightDigits) {
 }
 
 TEST_F(ProfilesTest, AreCountedUpTo32767AndOverflowTheCounterBeyond) {
-  const quint32 id = profile(u"a"_s);
+  const NoteId id = profile(u"a"_s);
   start();
   notes().replies.insert(u"GETNTHDOCUMENT"_s, documentObject(id));
   for (const int count : {32767, 32768}) {
@@ -223,7 +223,7 @@ TEST_F(ProfilesTest, LeadToTheirFields) {
 class UnprocessedDocuments : public DesignTest {};
 
 TEST_F(UnprocessedDocuments, AreRemovedWithoutAQuestion) {
-  const quint32 first = memo(), kept = memo(), second = memo();
+  const NoteId first = memo(), kept = memo(), second = memo();
   start();
   selectDocuments({first, second});
   app->profiles.removeUnprocessedDocuments();
@@ -234,7 +234,7 @@ TEST_F(UnprocessedDocuments, AreRemovedWithoutAQuestion) {
 }
 
 TEST_F(UnprocessedDocuments, OfNoSelectionAreLeftAlone) {
-  const quint32 id = memo();
+  const NoteId id = memo();
   start();
   app->profiles.removeUnprocessedDocuments();
   EXPECT_EQ(callsOf(u"REMOVEALL"_s), 0);

@@ -43,7 +43,7 @@ class RunningList : public DesignTest {
     EXPECT_EQ(host.boxes, Boxes());
   }
 
-  QVector<quint32> ids;
+  QVector<NoteId> ids;
 
  private:
   bool acted_ = false;
@@ -157,7 +157,7 @@ TEST_F(RunningList, LetsTheClockMove) {
 }
 
 TEST_F(RunningList, RunsASecondDoubleClickInsideAndEndsWhereItsIdsEnd) {
-  const quint32 form1 = design(noteclass::Form, u"One"_s), form2 = design(noteclass::Form, u"Two"_s);
+  const NoteId form1 = design(noteclass::Form, u"One"_s), form2 = design(noteclass::Form, u"Two"_s);
   startWith(3);
   QStringList inside;
   host.whileYielding = [&] {

@@ -20,7 +20,7 @@ class ToolsTest : public LensFixture {
     quint16 flags = 0;
   };
   // A form that lists its fields; the value of each tells its type.
-  quint32 designForm(const QString& title, const QVector<FormField>& fields) {
+  NoteId designForm(const QString& title, const QVector<FormField>& fields) {
     Note note;
     note.header.noteClass = noteclass::Form;
     note.add(u"$TITLE"_s, itemflag::Summary, textValue(title));
@@ -31,7 +31,7 @@ class ToolsTest : public LensFixture {
     return save(note);
   }
   // A document with one item beside its form.
-  quint32 memo(const QString& item = {}, const QByteArray& value = {}) {
+  NoteId memo(const QString& item = {}, const QByteArray& value = {}) {
     Note note = document(u"Memo"_s);
     if (!item.isEmpty()) note.add(item, itemflag::Summary, value);
     return save(note);
@@ -39,8 +39,8 @@ class ToolsTest : public LensFixture {
   static QByteArray noTexts() { return textListValue({}); }
 
   // --- the window ---
-  static QString digits(quint32 id) { return QString::number(id, 16).toUpper().rightJustified(8, u'0'); }
-  static QString row(const QString& name, quint32 id) { return name + u"  # " + digits(id); }
+  static QString digits(NoteId id) { return id.hexText().rightJustified(8, u'0'); }
+  static QString row(const QString& name, NoteId id) { return name + u"  # " + digits(id); }
   void fill(const char* list, const QStringList& texts) {
     ListBox& box = control<ListBox>(list);
     box.clear();
@@ -58,7 +58,7 @@ class ToolsTest : public LensFixture {
   Object databaseObject() {
     return notes().create(u"Notes.NotesSession"_s).get(u"CURRENTDATABASE"_s).object();
   }
-  Object documentObject(quint32 id) {
+  Object documentObject(NoteId id) {
     return databaseObject().call(u"GETDOCUMENTBYID"_s, digits(id)).object();
   }
   QString content() { return text("txtFieldContent"); }

@@ -9,12 +9,12 @@ class CollectionEngineTest : public EditingTest {
  protected:
   // Puts the notes into the collection list, as a listing would.
   void collect(QVector<Note> notes) {
-    QVector<quint32> all;
+    QVector<NoteId> all;
     for (Note& note : notes) all += save(note);
     show(memo(u"on display"_s));
     ListBox& list = control<ListBox>("idList");
     list.clear();
-    for (const quint32 id : all) list.addItem(idRow(id));
+    for (const NoteId id : all) list.addItem(idRow(id));
     ids = all;
     this->notes().log.clear();
     host.boxes.clear();
@@ -45,14 +45,14 @@ class CollectionEngineTest : public EditingTest {
     EXPECT_EQ(host.boxes[0].title, QString());
   }
 
-  QVector<quint32> ids;
+  QVector<NoteId> ids;
 };
 
 TEST_F(CollectionEngineTest, DeletesTheItemInEachDocumentAndSavesEach) {
   collectTwo();
   fillIn(u"Subject"_s, {}, {});
   click("cmdDelFieldInCol");
-  for (const quint32 id : ids) EXPECT_FALSE(stored(id).has(u"Subject"));
+  for (const NoteId id : ids) EXPECT_FALSE(stored(id).has(u"Subject"));
   EXPECT_EQ(saves(), 2);
   EXPECT_EQ(host.pointerCode, pointer::Default);
   EXPECT_EQ(text("txtFieldContent"), "");
@@ -436,7 +436,7 @@ TEST_F(CollectionEngineTest, SelectedEntriesAreTakenOffTheList) {
   click("cmdRemColl");
   EXPECT_EQ(rows("idList"), QStringList({idRow(ids[0]), idRow(ids[3])}));
   EXPECT_EQ(text("lblCounter"), "2");
-  for (const quint32 id : ids) EXPECT_TRUE(stored(id).has(u"Subject"));
+  for (const NoteId id : ids) EXPECT_TRUE(stored(id).has(u"Subject"));
 }
 
 TEST_F(CollectionEngineTest, WithoutACurrentEntryNothingIsTakenOff) {

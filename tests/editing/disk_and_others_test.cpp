@@ -28,10 +28,10 @@ class DiskAndOthers : private FailingDisk, public EditingTest {
     press("cmdOverwrite");
   }
   // The collection list, and boxes for any of the four buttons.
-  void fillIn(const QVector<quint32>& listed) {
+  void fillIn(const QVector<NoteId>& listed) {
     ListBox& list = control<ListBox>("idList");
     list.clear();
-    for (const quint32 id : listed) list.addItem(idRow(id));
+    for (const NoteId id : listed) list.addItem(idRow(id));
     setText("txtFieldName", u"Subject"_s);
     setText("cmbFieldType", kTextType);
     setText("txtFieldContent", u"new"_s);
@@ -63,7 +63,7 @@ class DiskAndOthers : private FailingDisk, public EditingTest {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
   }
 
-  QVector<quint32> ids;
+  QVector<NoteId> ids;
 };
 
 TEST_F(DiskAndOthers, ADocumentDeletedElsewhereIsNotWrittenAndNotBroughtBack) {
@@ -121,7 +121,7 @@ TEST_F(DiskAndOthers, ADocumentDeletedWhileTheRunHoldsItEndsTheRunThere) {
 TEST_F(DiskAndOthers, EveryCommandRefusesAWriteProtectedDatabaseAloud) {
   Note note = memo(u"old"_s);
   note.add(u"Body"_s, 0, rich(u"old"_s));
-  const quint32 id = save(note);
+  const NoteId id = save(note);
   writeProtect();
   openDocument(id);
   start();
@@ -152,7 +152,7 @@ TEST_F(DiskAndOthers, EveryCommandRefusesAWriteProtectedDatabaseAloud) {
 TEST_F(DiskAndOthers, EveryRunEndsAtTheFirstDocumentOfAWriteProtectedDatabase) {
   Note first = memo(u"old"_s), second = memo(u"old"_s);
   ids = {save(first), save(second)};
-  const QVector<quint32> all = ids;
+  const QVector<NoteId> all = ids;
   writeProtect();
   openDocument(all[0]);
   start();
@@ -164,7 +164,7 @@ TEST_F(DiskAndOthers, EveryRunEndsAtTheFirstDocumentOfAWriteProtectedDatabase) {
     ASSERT_EQ(host.boxes.size(), 1) << button;
     EXPECT_TRUE(isBatchBox(host.boxes[0]) && host.boxes[0].text.contains(u"mail.nsf"_s))
         << host.boxes[0].text.toStdString();
-    for (const quint32 id : all) EXPECT_EQ(values(stored(id), u"Subject"_s), QStringList(u"old"_s)) << button;
+    for (const NoteId id : all) EXPECT_EQ(values(stored(id), u"Subject"_s), QStringList(u"old"_s)) << button;
   }
 }
 
@@ -175,7 +175,7 @@ TEST_F(DiskAndOthers, ADiskThatFillsUpInARunLosesNothingAndHalvesNothing) {
   int ended = 0, finished = 0;
   for (int moment = 1; finished == 0 && moment < 400; ++moment) {
     // Back to the old subjects.
-    for (const quint32 id : ids) {
+    for (const NoteId id : ids) {
       Note note = stored(id);
       note.find(u"Subject")->value = textValue(u"old"_s);
       database->notes().save(note);
@@ -188,7 +188,7 @@ TEST_F(DiskAndOthers, ADiskThatFillsUpInARunLosesNothingAndHalvesNothing) {
     const bool reached = testbed::FaultyDisk::changes() >= moment;
     testbed::FaultyDisk::count();
     QString subjects;
-    for (const quint32 id : ids) subjects += values(stored(id), u"Subject"_s).join(u',') + u' ';
+    for (const NoteId id : ids) subjects += values(stored(id), u"Subject"_s).join(u',') + u' ';
     const qsizetype done = subjects.count(u"new"_s);
     EXPECT_EQ(subjects, u"new "_s.repeated(done) + u"old "_s.repeated(ids.size() - done)) << moment;
     if (done == ids.size()) {

@@ -25,13 +25,13 @@ class EditingTest : public LensFixture {
     return note;
   }
   // Saves the note, opens it in the client and starts the program, which captures it.
-  quint32 show(Note note) {
+  NoteId show(Note note) {
     openDocument(save(note));
     start();
     noteId = note.header.id;
     return noteId;
   }
-  Note stored(quint32 id) {
+  Note stored(NoteId id) {
     Note note;
     EXPECT_TRUE(database->notes().read(id, note));
     return note;
@@ -53,7 +53,7 @@ class EditingTest : public LensFixture {
     return item ? RichText::fromBytes(item->data()).plainText() : u"(missing)"_s;
   }
   // A row of the collection list.
-  static QString idRow(quint32 id) { return QString::number(id, 16).toUpper().rightJustified(8, u'0'); }
+  static QString idRow(NoteId id) { return id.hexText().rightJustified(8, u'0'); }
   // A body that refers to its attachment, as the client writes it.
   Note withAttachment(const QString& name, const QByteArray& bytes) {
     Note note = memo();
@@ -72,7 +72,7 @@ class EditingTest : public LensFixture {
     return count;
   }
 
-  quint32 noteId = 0;
+  NoteId noteId;
 };
 
 }  // namespace lens

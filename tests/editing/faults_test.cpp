@@ -17,7 +17,7 @@ class EditingFaults : public EditingTest {
   }
 
   // A new document with an item of each kind, captured; gives its note ID.
-  quint32 capture(Note note) {
+  NoteId capture(Note note) {
     noteId = save(note);
     openDocument(noteId);
     form().cmdGetDoc->raiseClick();
@@ -162,11 +162,11 @@ class EditingFaults : public EditingTest {
   void expectWholeDocuments(int n) {
     if (!isInRun(n)) return;
     int sequences = 0;
-    for (const quint32 id : ids) sequences += int(stored(id).header.sequence) - 1;
+    for (const NoteId id : ids) sequences += int(stored(id).header.sequence) - 1;
     EXPECT_EQ(sequences, callsBefore(n, u"SAVE"_s)) << n;
   }
 
-  QVector<quint32> ids;
+  QVector<NoteId> ids;
   QString files;
 };
 

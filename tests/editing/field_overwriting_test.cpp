@@ -67,7 +67,7 @@ TEST_F(FieldOverwritingTest, DatesLeftUntouchedStayWhatTheyWereInEachRegion) {
     note.add(u"Due"_s, itemflag::Summary,
              timeListValue({timeDateOf(moment), timeDateOfDate(QDate(2024, 3, 11))}));
     note.add(u"One"_s, itemflag::Summary, timeValue(timeDateOf(moment)));
-    const quint32 id = show(note);
+    const NoteId id = show(note);
     overwriteUntouched(u"Due"_s);
     overwriteUntouched(u"One"_s);
     const Value dates = itemValues(*stored(id).find(u"Due"));

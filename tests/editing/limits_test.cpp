@@ -29,10 +29,10 @@ class Limits : public EditingTest {
     host.boxes.clear();
     press("cmdAddField");
   }
-  void collect(const QVector<quint32>& ids) {
+  void collect(const QVector<NoteId>& ids) {
     ListBox& list = control<ListBox>("idList");
     list.clear();
-    for (const quint32 id : ids) list.addItem(idRow(id));
+    for (const NoteId id : ids) list.addItem(idRow(id));
   }
   QVector<ShownBox> overflow(const QString& title) const {
     return {
@@ -48,7 +48,7 @@ class Limits : public EditingTest {
 };
 
 TEST_F(Limits, TheLineCounterShowsOneBoxInEachCommand) {
-  const quint32 id = show(memo());
+  const NoteId id = show(memo());
   overwrite(u"Subject"_s, tooManyLines());
   EXPECT_EQ(host.boxes, overflow(u"Error in Overwrite"_s));
   add(1280, tooManyLines());
@@ -72,7 +72,7 @@ TEST_F(Limits, TheLineCounterShowsOneBoxInEachCommand) {
 TEST_F(Limits, ALineEndTooFarAwayIsABoxForTextsAndSilenceForDates) {
   Note note = memo();
   note.add(u"Due"_s, itemflag::Summary, timeValue(timeDateOfDate(QDate(2024, 3, 11))));
-  const quint32 id = show(note);
+  const NoteId id = show(note);
   overwrite(u"Subject"_s, farLineEnd());
   EXPECT_EQ(host.boxes, overflow(u"Error in Overwrite"_s));
   overwrite(u"Due"_s, farLineEnd());
@@ -99,9 +99,9 @@ TEST_F(Limits, TheTypeOfAnItemHasSixteenBits) {
 }
 
 TEST_F(Limits, TheIndexOfARunOverflowsBehindItsLastRow) {
-  const quint32 id = show(memo());
+  const NoteId id = show(memo());
   Note other = memo();
-  const quint32 last = save(other);
+  const NoteId last = save(other);
   ListBox& list = control<ListBox>("idList");
   list.clear();
   // Rows that name no document would end the run; those of a missing item are merely read.

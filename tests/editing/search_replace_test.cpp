@@ -122,11 +122,11 @@ TEST_F(SearchReplaceTest, WithoutADocumentTheFirstRowWithoutAHitFails) {
 
 TEST_F(SearchReplaceTest, TheCollectionListIsSearchedByItsRows) {
   Note first = memo(u"first"_s), second = memo(u"second"_s);
-  const quint32 one = save(first), two = save(second);
+  const NoteId one = save(first), two = save(second);
   show(memo());
   ListBox& list = control<ListBox>("idList");
   list.clear();
-  for (const quint32 id : {one, two}) list.addItem(idRow(id));
+  for (const NoteId id : {one, two}) list.addItem(idRow(id));
   control<CheckBox>("chkProfile").setValue(1);
   setText("txtSearch", list.list(1).right(4));
   click("cmdSearch");
@@ -266,7 +266,7 @@ TEST_F(SearchReplaceTest, AValueThatIsNoTextEndsInTheBox) {
 TEST_F(SearchReplaceTest, AHitInTheListMayRewriteTheSearchText) {
   Note pumps = memo();
   pumps.add(u"Body"_s, 0, rich(u"text"_s));
-  const quint32 id = save(pumps);
+  const NoteId id = save(pumps);
   show(memo());
   ListBox& list = control<ListBox>("idList");
   list.clear();

@@ -72,9 +72,9 @@ class AgentInfoTest : public LensFixture {
     note.add(u"$AssistInfo"_s, 0, value);
     viewSaved(save(note), title);
   }
-  void viewSaved(quint32 id, const QString& title) {
+  void viewSaved(NoteId id, const QString& title) {
     start();
-    const QString idText = QString::number(id, 16).toUpper().rightJustified(8, u'0');
+    const QString idText = id.hexText().rightJustified(8, u'0');
     control<ListBox>("idList").addItem(title + u"  # " + idText);
     select("idList", 0);
     click("cmdidList");

@@ -14,7 +14,7 @@ class DatabasePropertiesTest : public LensFixture {
  protected:
   DatabasePropertiesTest() { openDatabase(u"mail/kmeier.nsf"_s); }
 
-  quint32 saveIcon(const QByteArray& flags) {
+  NoteId saveIcon(const QByteArray& flags) {
     Note icon;
     icon.header.noteClass = noteclass::Icon;
     icon.add(u"$TITLE"_s, itemflag::Summary, textValue(u"Mail"_s));
@@ -40,9 +40,9 @@ class DatabasePropertiesTest : public LensFixture {
     }
     return parts;
   }
-  static QString idText(quint32 id) { return QString::number(id, 16).toUpper().rightJustified(8, u'0'); }
+  static QString idText(NoteId id) { return id.hexText().rightJustified(8, u'0'); }
 
-  quint32 iconId = 0;
+  NoteId iconId;
 };
 
 TEST_F(DatabasePropertiesTest, ShowsTheIconNoteAndItsItems) {
@@ -54,7 +54,7 @@ TEST_F(DatabasePropertiesTest, ShowsTheIconNoteAndItsItems) {
   Note icon;
   ASSERT_TRUE(database->notes().read(iconId, icon));
   EXPECT_EQ(text("NotesUID"), icon.header.unid.text());
-  EXPECT_EQ(state().gDoc.get(u"NoteID"_s).text().toUInt(nullptr, 16), iconId);
+  EXPECT_EQ(NoteId(state().gDoc.get(u"NoteID"_s).text().toUInt(nullptr, 16)), iconId);
   EXPECT_EQ(boxes(), QStringList());
 }
 

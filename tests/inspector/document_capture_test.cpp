@@ -11,12 +11,12 @@ class DocumentCaptureTest : public LensFixture {
  protected:
   DocumentCaptureTest() { openDatabase(u"mail/kmeier.nsf"_s); }
 
-  quint32 memo(const QString& subject) {
+  NoteId memo(const QString& subject) {
     Note note = document(u"Memo"_s);
     note.add(u"Subject"_s, itemflag::Summary, textValue(subject));
     return save(note);
   }
-  static QString idText(quint32 id) { return QString::number(id, 16).toUpper().rightJustified(8, u'0'); }
+  static QString idText(NoteId id) { return id.hexText().rightJustified(8, u'0'); }
 };
 
 TEST_F(DocumentCaptureTest, ListsEveryItemPaddedToACommonWidth) {
@@ -59,8 +59,8 @@ TEST_F(DocumentCaptureTest, ADocumentWithBodyShowsItAndRunsTheViewerTwice) {
 }
 
 TEST_F(DocumentCaptureTest, ASelectionOfSeveralDocumentsCapturesTheFirst) {
-  const quint32 first = memo(u"first"_s);
-  const quint32 second = memo(u"second"_s);
+  const NoteId first = memo(u"first"_s);
+  const NoteId second = memo(u"second"_s);
   selectDocuments({second, first});
   start();
   EXPECT_EQ(rows("idList"), QStringList(idText(second)));
@@ -263,16 +263,16 @@ TEST_F(DocumentCaptureTest, FieldTypeWithoutADocumentSaysSo) {
 // --- documents by ID ---
 
 TEST_F(DocumentCaptureTest, AShortDecimalNoteIdIsPaddedAndFound) {
-  const quint32 id = memo(u"by number"_s);
+  const NoteId id = memo(u"by number"_s);
   start();
-  setText("NotesID", QString::number(id));
+  setText("NotesID", QString::number(id.value()));
   click("viewNotesID");
   EXPECT_EQ(rows("idList"), QStringList(idText(id)));
   EXPECT_EQ(rows("fldList").last(), "Subject: by number");
 }
 
 TEST_F(DocumentCaptureTest, ALongHexadecimalIdIsCutToItsLastEightDigits) {
-  const quint32 id = memo(u"by hex"_s);
+  const NoteId id = memo(u"by hex"_s);
   start();
   click("cmdDECHEX");
   setText("NotesID", u"FFFF"_s + idText(id));
@@ -282,9 +282,9 @@ TEST_F(DocumentCaptureTest, ALongHexadecimalIdIsCutToItsLastEightDigits) {
 }
 
 TEST_F(DocumentCaptureTest, ViewingByNoteIdShowsTheUniversalIdWhichEmptiesTheNoteId) {
-  const quint32 id = memo(u"x"_s);
+  const NoteId id = memo(u"x"_s);
   start();
-  setText("NotesID", QString::number(id));
+  setText("NotesID", QString::number(id.value()));
   click("viewNotesID");
   EXPECT_EQ(text("NotesUID").size(), 32);
   EXPECT_EQ(text("NotesID"), "");
@@ -330,10 +330,10 @@ TEST_F(DocumentCaptureTest, AnIdWithoutADatabaseShowsNothing) {
 }
 
 TEST_F(DocumentCaptureTest, ADeletedDocumentGivesNoFieldsAndNoBox) {
-  const quint32 id = memo(u"x"_s);
+  const NoteId id = memo(u"x"_s);
   database->notes().remove(id);
   start();
-  setText("NotesID", QString::number(id));
+  setText("NotesID", QString::number(id.value()));
   click("viewNotesID");
   EXPECT_EQ(rows("fldList"), QStringList());
   EXPECT_EQ(boxes(), QStringList());
@@ -462,21 +462,21 @@ TEST_F(DocumentCaptureTest, DecimalModeTakesEveryKeyAndPastedLettersPassWithoutA
 // --- the open document ---
 
 TEST_F(DocumentCaptureTest, CloseIfOpenClosesTheDocumentOnScreenOnly) {
-  const quint32 first = memo(u"first"_s);
-  const quint32 second = memo(u"second"_s);
+  const NoteId first = memo(u"first"_s);
+  const NoteId second = memo(u"second"_s);
   openDocument(first);
   start();
   const Object other = state().gDb.call(u"GETDOCUMENTBYID"_s, idText(second)).object();
   EXPECT_FALSE(app->capture.CloseIfOpen(other));
   EXPECT_EQ(workspace->client().document(), first);
   EXPECT_TRUE(app->capture.CloseIfOpen(state().gDoc));
-  EXPECT_EQ(workspace->client().document(), 0u);
+  EXPECT_EQ(workspace->client().document(), NoteId());
 }
 
 TEST_F(DocumentCaptureTest, CloseIfOpenWithoutAnOpenDocumentShowsTheErrorBox) {
   openDocument(memo(u"x"_s));
   start();
-  openDocument(0);
+  openDocument(NoteId(0));
   EXPECT_FALSE(app->capture.CloseIfOpen(state().gDoc));
   EXPECT_EQ(boxes(), QStringList(u"Error 91 (Object variable or With block variable not set) in procedure "
                                  "CloseIfOpen of Formular Form1"_s));
@@ -497,7 +497,7 @@ TEST_F(DocumentCaptureTest, RefreshingTheViewReachesTheClient) {
 }
 
 TEST_F(DocumentCaptureTest, DoubleClickOnARowViewsItOnlyWhileTheButtonIsEnabled) {
-  const quint32 id = memo(u"x"_s);
+  const NoteId id = memo(u"x"_s);
   start();
   control<ListBox>("idList").addItem(idText(id));
   select("idList", 0);

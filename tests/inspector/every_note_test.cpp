@@ -38,7 +38,7 @@ class EveryNoteTest : public LensFixture {
   void viewRow(const Database& store, int row) {
     const std::string shown = rows("idList")[row].toStdString();
     Note note;
-    ASSERT_TRUE(store.notes().read(listedNoteId(rows("idList")[row]).toUInt(nullptr, 16), note));
+    ASSERT_TRUE(store.notes().read(NoteId(listedNoteId(rows("idList")[row]).toUInt(nullptr, 16)), note));
     EXPECT_EQ(rows("idList")[row].startsWith(note.text(u"$TITLE") + u"  # "), note.has(u"$TITLE")) << shown;
     select("idList", row);
     click("cmdidList");
@@ -79,9 +79,10 @@ class EveryNoteTest : public LensFixture {
     for (const NoteSummary& summary : store->notes().list(kAllClasses)) {
       Note note;
       EXPECT_TRUE(store->notes().read(summary.id, note));
-      form().NotesID->setText(QString::number(summary.id));
+      form().NotesID->setText(QString::number(summary.id.value()));
       form().viewNotesID->raiseClick();
-      EXPECT_EQ(rows("fldList").size(), note.items.size()) << place.path.toStdString() << " " << summary.id;
+      EXPECT_EQ(rows("fldList").size(), note.items.size())
+          << place.path.toStdString() << " " << summary.id.value();
       EXPECT_EQ(text("NotesUID"), note.header.unid.text());
       // An agent's record is looked up by the title in the row.
       if (note.has(u"$AssistInfo"))

@@ -25,7 +25,7 @@ class FieldViewerTest : public LensFixture {
     select("idList", 0);
     click("cmdidList");
   }
-  static QString idText(quint32 id) { return QString::number(id, 16).toUpper().rightJustified(8, u'0'); }
+  static QString idText(NoteId id) { return id.hexText().rightJustified(8, u'0'); }
   QVector<int> redPlaces() {
     QVector<int> places;
     const RichTextBox& box = control<RichTextBox>("txtFieldContent");
@@ -256,7 +256,7 @@ TEST_F(FieldViewerTest, AnItemNamedBodyInOtherLettersIsNotTheBody) {
 TEST_F(FieldViewerTest, AnAttachmentViewedByIdOnAFreshStartHasNoCollectedSize) {
   Note note = document(u"Memo"_s);
   attach(note, u"contract.pdf"_s, "bytes");
-  const quint32 id = save(note);
+  const NoteId id = save(note);
   start();
   viewRow(idText(id));
   selectRow("fldList", u"$FILE:"_s);
@@ -438,7 +438,7 @@ TEST_F(FieldViewerTest, ViewSelectedListsTheDocumentOfTheRow) {
   note.add(u"Unknown"_s, 0, rawValue(itemtype::ViewFormat, QByteArrayView("\1\0\0\0", 4)));
   attach(note, u"one.txt"_s, "1");
   attach(note, u"two.txt"_s, "2");
-  const quint32 id = save(note);
+  const NoteId id = save(note);
   start();
   viewRow(idText(id));
   EXPECT_EQ(rows("fldList"), QStringList({u"Form:    Memo"_s, u"Numbers: 7"_s, u"Unknown: "_s,
@@ -451,7 +451,7 @@ TEST_F(FieldViewerTest, ViewSelectedReadsTheIdBehindADesignName) {
   Note form;
   form.header.noteClass = noteclass::Form;
   form.add(u"$TITLE"_s, itemflag::Summary, textValue(u"Person|per"_s));
-  const quint32 id = save(form);
+  const NoteId id = save(form);
   start();
   viewRow(u"Person|per  # "_s + idText(id));
   EXPECT_EQ(rows("fldList"), QStringList(u"$TITLE: Person|per"_s));
@@ -471,7 +471,7 @@ TEST_F(FieldViewerTest, AViewsFormulaIsShownWhileViewsAreListed) {
   view.header.noteClass = noteclass::View;
   view.add(u"$TITLE"_s, itemflag::Summary, textValue(u"All"_s));
   view.add(u"$Formula"_s, itemflag::Summary, textValue(u"x"_s));
-  const quint32 id = save(view);
+  const NoteId id = save(view);
   notes().replies.insert(u"SELECTIONFORMULA"_s, u"SELECT @All\n& x"_s);
   start();
   selectRow("lstDesigns", u"SELECTVIEWS"_s);
@@ -512,7 +512,7 @@ TEST_F(FieldViewerTest, ViewSelectedWithAnUnknownIdShowsTheErrorBoxAndLeavesTheH
 TEST_F(FieldViewerTest, ViewSelectedSelectsTheBodyAndSearchesForTheRowsFirstWord) {
   Note note = document(u"Memo"_s);
   note.add(u"Body"_s, 0, textValue(u"the Weekly report"_s));
-  const quint32 id = save(note);
+  const NoteId id = save(note);
   start();
   control<ListBox>("idList").addItem(u"Weekly report # "_s + idText(id));
   select("idList", 0);

@@ -110,11 +110,12 @@ TEST_F(RealHelp, SearchesWhatIsTypedBesideTheContents) {
 
 TEST_F(RealHelp, TheOrderOfASearchIsThatOfTheEngine) {
   setText("txtSearch", u"date"_s);
-  const QVector<quint32> order = fullTextSearch(*workspace->database(QString(), kPath), u"date"_s, 0);
+  const QVector<NoteId> order = fullTextSearch(*workspace->database(QString(), kPath), u"date"_s, 0);
   ASSERT_GT(order.size(), 3);
   const QStringList listed = listedBy("cmdHLP");
   ASSERT_EQ(listed.size(), order.size());
-  for (qsizetype i = 0; i < order.size(); ++i) EXPECT_EQ(listed[i].right(8).toUInt(nullptr, 16), order[i]);
+  for (qsizetype i = 0; i < order.size(); ++i)
+    EXPECT_EQ(NoteId(listed[i].right(8).toUInt(nullptr, 16)), order[i]);
 }
 
 TEST_F(RealHelp, AnEmptySearchKeepsTheOldRowsAndCountsThem) {

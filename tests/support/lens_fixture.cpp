@@ -35,7 +35,7 @@ Note LensFixture::document(const QString& form) {
   return note;
 }
 
-quint32 LensFixture::save(Note& note) {
+NoteId LensFixture::save(Note& note) {
   database->notes().save(note);
   return note.header.id;
 }

@@ -46,9 +46,9 @@ class LensFixture : public testing::Test {
   // A document with a Form item, not yet saved.
   static Note document(const QString& form);
   // Saves into the database on top and gives the note ID.
-  quint32 save(Note& note);
-  void openDocument(quint32 noteId) { workspace->client().showDocument(noteId); }
-  void selectDocuments(const QVector<quint32>& noteIds) { workspace->client().select(noteIds); }
+  NoteId save(Note& note);
+  void openDocument(NoteId noteId) { workspace->client().showDocument(noteId); }
+  void selectDocuments(const QVector<NoteId>& noteIds) { workspace->client().select(noteIds); }
   // An attachment with its "$FILE" item.
   void attach(Note& note, const QString& fileName, const QByteArray& bytes);
 

@@ -23,7 +23,7 @@ DatabasePlace placeOf(const Workspace& workspace, const QByteArray& path) {
   return workspace.place(text.left(mark), text.mid(mark + 2));
 }
 
-Status whyMissing(const Database& store, quint32 noteId) {
+Status whyMissing(const Database& store, NoteId noteId) {
   switch (store.notes().state(noteId)) {
     case NoteState::NeverIssued:
       return status::BadNoteId;
@@ -35,7 +35,7 @@ Status whyMissing(const Database& store, quint32 noteId) {
 }
 
 // A response tells its parent in its header, or else in an item that has to be looked for in all documents.
-bool hasResponses(const Database& store, quint32 noteId) {
+bool hasResponses(const Database& store, NoteId noteId) {
   const QVector<NoteSummary> notes = store.notes().list(noteclass::Document);
   const auto note = std::find_if(notes.begin(), notes.end(), [&](const auto& n) { return n.id == noteId; });
   if (note == notes.end()) return false;
@@ -117,8 +117,8 @@ Status EmbeddedCApi::NSFNoteOpen(DbHandle db, qint32 noteId, quint16, NoteHandle
   const OpenDb* open = dbs_.find(db);
   if (!open) return status::BadHandle;
   return guarded([&]() -> Status {
-    quint32 id = quint32(noteId);
-    if (isSpecialNoteId(id) && (id = resolveSpecialNoteId(*open->store, id)) == 0)
+    NoteId id{quint32(noteId)};
+    if (isSpecialNoteId(id) && (id = resolveSpecialNoteId(*open->store, id)).isNull())
       return status::NoSpecialNote;
     auto opened = std::make_unique<OpenNote>();
     opened->db = db;
@@ -150,7 +150,7 @@ Status EmbeddedCApi::NSFNoteDelete(DbHandle db, qint32 noteId, quint16 flags) {
   return guarded([&]() -> Status {
     const std::shared_ptr<Database> store = open->store;
     const DatabasePlace place = open->place;
-    const quint32 id = quint32(noteId);
+    const NoteId id{quint32(noteId)};
     const bool leaveStub = !(flags & kNoStub);
     // Without a stub other replicas would bring the document back below its responses.
     if (!leaveStub && !(flags & kForce) && hasResponses(*store, id)) return status::HasResponses;
@@ -185,7 +185,7 @@ Status EmbeddedCApi::NIFFindDesignNote(DbHandle db, const QByteArray& name, quin
   const OpenDb* open = dbs_.find(db);
   if (!open) return status::BadHandle;
   return guarded([&]() -> Status {
-    noteId = qint32(findDesignNote(*open->store, noteClass, fromCodePage(upToNul(name))));
+    noteId = qint32(findDesignNote(*open->store, noteClass, fromCodePage(upToNul(name))).value());
     return noteId ? status::Ok : status::NotInIndex;
   });
 }

@@ -8,7 +8,7 @@
 namespace lens {
 namespace {
 
-QString textItem(const Database& database, quint32 noteId, QStringView name) {
+QString textItem(const Database& database, NoteId noteId, QStringView name) {
   Item item;
   if (!database.notes().readItem(noteId, name, item)) return {};
   Note only;
@@ -21,7 +21,7 @@ NoteKinds kindsOf(const Database& database, const NoteSummary& note) {
   return kindsOfDesign(note.noteClass, textItem(database, note.id, u"$Flags"));
 }
 
-void addDocuments(const Database& database, NoteKinds kinds, QVector<quint32>& found) {
+void addDocuments(const Database& database, NoteKinds kinds, QVector<NoteId>& found) {
   const bool documents = kinds.has(NoteKind::Documents);
   const bool profiles = kinds.has(NoteKind::Profiles);
   database.notes().scanPacked(noteclass::Document, [&](const PackedNote& note) {
@@ -43,8 +43,8 @@ void eachReadable(const QVector<NoteSummary>& notes, const Visit& visit) {
 
 }  // namespace
 
-QVector<quint32> notesOfKinds(const Database& database, NoteKinds kinds) {
-  QVector<quint32> found;
+QVector<NoteId> notesOfKinds(const Database& database, NoteKinds kinds) {
+  QVector<NoteId> found;
   if (kinds.isEmpty()) return found;
   const quint16 classes = classesOf(kinds);
   eachReadable(database.notes().list(classes & ~noteclass::Document), [&](const NoteSummary& note) {
@@ -56,18 +56,18 @@ QVector<quint32> notesOfKinds(const Database& database, NoteKinds kinds) {
   return found;
 }
 
-quint32 findDesignElement(const Database& database, NoteKinds kinds, QStringView name) {
-  quint32 found = 0;
+NoteId findDesignElement(const Database& database, NoteKinds kinds, QStringView name) {
+  NoteId found;
   if (name.trimmed().isEmpty()) return found;
   eachReadable(database.notes().list(classesOf(kinds) & ~noteclass::Document), [&](const NoteSummary& note) {
     if (titleAnswersTo(textItem(database, note.id, u"$TITLE"), name) && kindsOf(database, note).meets(kinds))
       found = note.id;
-    return found == 0;
+    return found.isNull();
   });
   return found;
 }
 
-quint32 findView(const Database& database, QStringView name) {
+NoteId findView(const Database& database, QStringView name) {
   return findDesignElement(database, kViewsAndFolders, name);
 }
 

@@ -10,14 +10,14 @@ namespace lens {
 
 // Note IDs in ascending order. Classes come from the index; of each note of these classes one item is
 // looked at ("$Flags", or "$Name" of a document). A damaged note is passed over.
-QVector<quint32> notesOfKinds(const Database& database, NoteKinds kinds);
+QVector<NoteId> notesOfKinds(const Database& database, NoteKinds kinds);
 
 // The first note of the kinds whose title answers to the name (design/design_notes.h tells how); 0 when
 // there is none.
-quint32 findDesignElement(const Database& database, NoteKinds kinds, QStringView name);
+NoteId findDesignElement(const Database& database, NoteKinds kinds, QStringView name);
 // What a program or a formula means by the name of a view: a view or folder. Navigators and the like are
 // notes of the same class, and may bear the same name.
 inline constexpr NoteKinds kViewsAndFolders{NoteKind::Views, NoteKind::Folders};
-quint32 findView(const Database& database, QStringView name);
+NoteId findView(const Database& database, QStringView name);
 
 }  // namespace lens

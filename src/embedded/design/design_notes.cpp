@@ -9,7 +9,7 @@ bool sameTitle(QStringView a, QStringView b) {
   return sameCaseKey(a.trimmed(), b.trimmed());
 }
 
-QString titleOf(const Database& database, quint32 noteId) {
+QString titleOf(const Database& database, NoteId noteId) {
   Item item;
   if (!database.notes().readItem(noteId, u"$TITLE", item)) return {};
   const Value values = itemValues(item);
@@ -27,9 +27,9 @@ bool titleAnswersTo(QStringView title, QStringView name) {
   return false;
 }
 
-quint32 findDesignNote(const Database& database, quint16 classMask, QStringView name) {
+NoteId findDesignNote(const Database& database, quint16 classMask, QStringView name) {
   const quint16 designMask = classMask & ~noteclass::Document;
-  if (name.trimmed().isEmpty() || designMask == 0) return 0;
+  if (name.trimmed().isEmpty() || designMask == 0) return NoteId();
   for (const NoteSummary& note : database.notes().list(designMask)) {
     try {
       if (titleAnswersTo(titleOf(database, note.id), name)) return note.id;
@@ -37,16 +37,16 @@ quint32 findDesignNote(const Database& database, quint16 classMask, QStringView 
       // A damaged note must not hide the ones behind it.
     }
   }
-  return 0;
+  return NoteId();
 }
 
-bool isSpecialNoteId(quint32 noteId) {
-  return noteId >= 0xFFFF0000u;
+bool isSpecialNoteId(NoteId noteId) {
+  return noteId >= NoteId(0xFFFF0000u);
 }
 
-quint32 resolveSpecialNoteId(const Database& database, quint32 noteId) {
-  const quint16 noteClass = noteId & 0xFFFF;
-  if (noteClass == 0) return 0;
+NoteId resolveSpecialNoteId(const Database& database, NoteId noteId) {
+  const quint16 noteClass = noteId.value() & 0xFFFF;
+  if (noteClass == 0) return NoteId();
   const bool many = noteClass == noteclass::Form || noteClass == noteclass::View;
   return database.notes().specialNote(many ? noteClass | noteclass::Default : noteClass);
 }

@@ -14,12 +14,12 @@ bool titleAnswersTo(QStringView title, QStringView name);
 
 // ID of the first note, in order of ID, whose class is among the bits and whose title answers; 0 when
 // there is none. An empty name finds nothing.
-quint32 findDesignNote(const Database& database, quint16 classMask, QStringView name);
+NoteId findDesignNote(const Database& database, quint16 classMask, QStringView name);
 
 // FFFF0000 and a class mean the special note of that class, or the default one for forms and views.
 // True for such an ID.
-bool isSpecialNoteId(quint32 noteId);
+bool isSpecialNoteId(NoteId noteId);
 // The note's own ID, 0 when there is no such note.
-quint32 resolveSpecialNoteId(const Database& database, quint32 noteId);
+NoteId resolveSpecialNoteId(const Database& database, NoteId noteId);
 
 }  // namespace lens

@@ -9,7 +9,7 @@
 namespace lens {
 
 struct Profile {
-  quint32 id = 0;
+  NoteId id;
   QString name;  // "$Name", see format/profile_name.h
 };
 

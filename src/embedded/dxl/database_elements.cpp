@@ -50,8 +50,8 @@ void importAcl(ImportContext& context) {
   DxlReader& in = context.in;
   Note note;
   Note present;
-  const quint32 id = context.target.notes().specialNote(noteclass::Acl);
-  if (id != 0 && context.target.notes().read(id, present)) note.header.unid = present.header.unid;
+  const NoteId id = context.target.notes().specialNote(noteclass::Acl);
+  if (id && context.target.notes().read(id, present)) note.header.unid = present.header.unid;
   note.header.noteClass = noteclass::Acl;
   QStringList entries, roles, log;
   const QStringList attributes = attributeWords(in.attributes(), {});
@@ -118,8 +118,8 @@ QString informationBuffer(const DatabaseInfo& info) {
 void completeIconNote(ImportContext& context, const DatabaseInfo& info, const QVector<Item>& kept,
                       bool inFile) {
   Note icon;
-  const quint32 id = context.target.notes().specialNote(noteclass::Icon);
-  const bool present = id != 0 && context.target.notes().read(id, icon);
+  const NoteId id = context.target.notes().specialNote(noteclass::Icon);
+  const bool present = id && context.target.notes().read(id, icon);
   if (inFile && kept.isEmpty()) return;
   icon.header.noteClass = present ? icon.header.noteClass : noteclass::Icon;
   if (!inFile && (context.applyProperties || !present)) {

@@ -31,21 +31,21 @@ void writeDatabaseInfo(DxlWriter& out, const Database& database) {
 // What a note that is no longer there means: nothing when all are wanted, a fault when this one is.
 enum class Missing { PassOver, Raise };
 
-void writeNotes(ExportContext& context, const QVector<quint32>& ids, Missing missing, int& done) {
-  for (const quint32 id : ids) {
+void writeNotes(ExportContext& context, const QVector<NoteId>& ids, Missing missing, int& done) {
+  for (const NoteId id : ids) {
     if (!context.goOn()) throw ExportCancelled();
     Note note;
     if (context.database.notes().read(id, note))
       writeNote(context, note);
     else if (missing == Missing::Raise)
-      throw RuntimeError(enginefault::UnknownNote,
-                         u"%1: there is no note %2 (it may have been deleted)"_s.arg(
-                             context.database.path(), QString::number(id, 16).toUpper()));
+      throw RuntimeError(
+          enginefault::UnknownNote,
+          u"%1: there is no note %2 (it may have been deleted)"_s.arg(context.database.path(), id.hexText()));
     ++done;
   }
 }
 
-bool write(const Database& database, const QVector<quint32>& ids, bool whole, QIODevice& target,
+bool write(const Database& database, const QVector<NoteId>& ids, bool whole, QIODevice& target,
            const ExportProgress& progress) {
   DxlWriter out(target);
   int done = 0;
@@ -68,10 +68,10 @@ bool write(const Database& database, const QVector<quint32>& ids, bool whole, QI
   return true;
 }
 
-QVector<quint32> allNotes(const Database& database) {
+QVector<NoteId> allNotes(const Database& database) {
   constexpr quint16 kAnyClass = 0xFFFF;
   const QVector<NoteSummary> notes = database.notes().list(kAnyClass);
-  QVector<quint32> ids;
+  QVector<NoteId> ids;
   ids.reserve(notes.size());
   for (const NoteSummary& note : notes) ids.push_back(note.id);
   return ids;
@@ -83,7 +83,7 @@ bool exportDatabase(const Database& database, QIODevice& target, const ExportPro
   return write(database, allNotes(database), true, target, progress);
 }
 
-bool exportNotes(const Database& database, const QVector<quint32>& noteIds, QIODevice& target,
+bool exportNotes(const Database& database, const QVector<NoteId>& noteIds, QIODevice& target,
                  const ExportProgress& progress) {
   return write(database, noteIds, false, target, progress);
 }

@@ -23,7 +23,7 @@ using ExportProgress = std::function<bool(int done, int all)>;
 bool exportDatabase(const Database& database, QIODevice& target, const ExportProgress& progress = {});
 // The named notes in that order, below a database element as a whole export has it. Raises when one of
 // them is not there.
-bool exportNotes(const Database& database, const QVector<quint32>& noteIds, QIODevice& target,
+bool exportNotes(const Database& database, const QVector<NoteId>& noteIds, QIODevice& target,
                  const ExportProgress& progress = {});
 
 }  // namespace lens

@@ -32,19 +32,19 @@ std::shared_ptr<const formula::Formula> compiled(const AgentPlace& at, const Age
   }
 }
 
-QVector<quint32> documentsInView(const AgentPlace& at, const Agent& agent) {
+QVector<NoteId> documentsInView(const AgentPlace& at, const Agent& agent) {
   const ClientState& client = at.workspace.client();
-  quint32 view = at.seesClient && client.isOnTop(at.place) ? client.view() : 0;
-  if (view == 0) view = at.store->notes().specialNote(noteclass::View | noteclass::Default);
+  NoteId view = at.seesClient && client.isOnTop(at.place) ? client.view() : NoteId();
+  if (view.isNull()) view = at.store->notes().specialNote(noteclass::View | noteclass::Default);
   Note note;
-  if (view == 0 || !at.store->notes().read(view, note))
+  if (view.isNull() || !at.store->notes().read(view, note))
     refuse(at, agent,
            u"it runs on the documents of a view; none is open, and the database has no "
            "default view"_s);
   return viewDocuments(*at.store, note, [&at] { return at.workspace.isInterrupted(); });
 }
 
-QVector<quint32> targetDocuments(const AgentPlace& at, const Agent& agent) {
+QVector<NoteId> targetDocuments(const AgentPlace& at, const Agent& agent) {
   switch (agent.target()) {
     case AgentTarget::All:
     case AgentTarget::New:
@@ -52,7 +52,7 @@ QVector<quint32> targetDocuments(const AgentPlace& at, const Agent& agent) {
       return notesOfKinds(*at.store, {NoteKind::Documents});
     case AgentTarget::Selected: {
       const ClientState& client = at.workspace.client();
-      return at.seesClient && client.isOnTop(at.place) ? client.visibleSelection() : QVector<quint32>();
+      return at.seesClient && client.isOnTop(at.place) ? client.visibleSelection() : QVector<NoteId>();
     }
     case AgentTarget::InView:
       return documentsInView(at, agent);
@@ -69,10 +69,10 @@ QVector<quint32> targetDocuments(const AgentPlace& at, const Agent& agent) {
 }
 
 // A document may stand under several categories of a view.
-QVector<quint32> eachOnce(const QVector<quint32>& ids) {
-  QVector<quint32> once;
-  QSet<quint32> seen;
-  for (const quint32 id : ids) {
+QVector<NoteId> eachOnce(const QVector<NoteId>& ids) {
+  QVector<NoteId> once;
+  QSet<NoteId> seen;
+  for (const NoteId id : ids) {
     if (seen.contains(id)) continue;
     seen.insert(id);
     once.push_back(id);
@@ -92,13 +92,13 @@ class Run {
         evaluation_(formula_, environment_),
         lastRun_(instantOf(agent.lastRun)) {}
 
-  AgentRun over(const QVector<quint32>& ids) {
-    const QVector<quint32> documents = eachOnce(ids);
+  AgentRun over(const QVector<NoteId>& ids) {
+    const QVector<NoteId> documents = eachOnce(ids);
     const bool withResponses = formula_->responses() != formula::Formula::Responses::None;
     // A response may stand before the document that it answers.
     if (withResponses)
-      for (const quint32 id : documents) findSelected(id);
-    for (const quint32 id : documents) process(id);
+      for (const NoteId id : documents) findSelected(id);
+    for (const NoteId id : documents) process(id);
     return run_;
   }
 
@@ -111,7 +111,7 @@ class Run {
 
  private:
   // Marked rows of a list may be design notes, and a document may have gone meanwhile.
-  bool read(quint32 id, Note& note) const {
+  bool read(NoteId id, Note& note) const {
     try {
       if (!at_.store->notes().read(id, note)) return false;
     } catch (const RuntimeError& error) {
@@ -137,20 +137,19 @@ class Run {
                            at_.store->path(), agent_.title, where, formula::faultText(code)));
   }
 
-  formula::Outcome evaluate(EvaluatedNote& document, quint32 id, Evaluation::Writes writes) {
-    return checked(evaluation_.run(&document, &database_, writes),
-                   u"document %1"_s.arg(QString::number(id, 16).toUpper()));
+  formula::Outcome evaluate(EvaluatedNote& document, NoteId id, Evaluation::Writes writes) {
+    return checked(evaluation_.run(&document, &database_, writes), u"document %1"_s.arg(id.hexText()));
   }
 
   // Which documents are selected by themselves.
-  void findSelected(quint32 id) {
+  void findSelected(NoteId id) {
     Note note;
     if (!read(id, note)) return;
     EvaluatedNote document(note, at_.store.get());
     if (evaluate(document, id, Evaluation::Writes::Pretend).matches) selected_.insert(note.header.unid);
   }
 
-  void process(quint32 id) {
+  void process(NoteId id) {
     Note note;
     if (!read(id, note)) return;
     EvaluatedNote document(&note, at_.store.get());
@@ -194,7 +193,7 @@ void waitUntilAfter(const TimeDate& time) {
 
 }  // namespace
 
-AgentRun runAgent(const AgentPlace& at, quint32 agentId) {
+AgentRun runAgent(const AgentPlace& at, NoteId agentId) {
   // From here on nobody else changes the agent, which is written back at the end.
   Database::Transaction all(*at.store);
   Note note;

@@ -33,6 +33,6 @@ struct AgentPlace {
 // A formula with SELECT leaves documents that it does not select as they are. @DeleteDocument deletes.
 // The agent's note keeps time and count of the run; they are this file's own and make no new version of
 // the note. Raises CannotRun or Failed, and what compiling or saving raises.
-AgentRun runAgent(const AgentPlace& at, quint32 agentId);
+AgentRun runAgent(const AgentPlace& at, NoteId agentId);
 
 }  // namespace lens

@@ -98,8 +98,8 @@ void StoreDatabase::findProfiles() const {
 
 bool StoreDatabase::readProfile(const QString& profile, const QString& key, Note& note) const {
   guarded([&] { findProfiles(); });
-  const quint32 id = profiles_.value(profileName(profile, key));
-  return id != 0 && readNote(*store_, id, note);
+  const NoteId id = profiles_.value(profileName(profile, key));
+  return id && readNote(*store_, id, note);
 }
 
 bool StoreDatabase::profileItem(const QString& profile, const QString& key, const formula::Name& name,
@@ -138,8 +138,8 @@ ViewIndex& StoreDatabase::openView(const formula::ViewPlace& place) const {
   }
   const qint64 change = view.store->versions().changeSequence();
   if (!view.index || view.change != change) {
-    const quint32 note = findView(*view.store, place.view);
-    if (note == 0) throw Fault{fault::CannotCompute};
+    const NoteId note = findView(*view.store, place.view);
+    if (note.isNull()) throw Fault{fault::CannotCompute};
     if (!view.index || view.index->design().noteId != note)
       view.index = std::make_shared<ViewIndex>(
           *view.store, note, [this] { return interrupted_ = interrupted_ || workspace_.isInterrupted(); });

@@ -48,7 +48,7 @@ class StoreDatabase : public formula::Database {
   DatabasePlace place_;
   std::shared_ptr<lens::Database> store_;
   // Note IDs of the profiles by $Name in lower case, as of that change of the database.
-  mutable QHash<QString, quint32> profiles_;
+  mutable QHash<QString, NoteId> profiles_;
   mutable qint64 profilesOf_ = -1;
   mutable QHash<QString, OpenView> views_;  // by place
   mutable bool interrupted_ = false;        // while a view was brought up to date

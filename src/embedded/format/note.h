@@ -6,6 +6,7 @@
 #include <QVector>
 
 #include "embedded/format/item_value.h"
+#include "embedded/format/note_id.h"
 #include "embedded/format/timedate.h"
 #include "embedded/format/unid.h"
 
@@ -23,7 +24,7 @@ inline constexpr quint16 base(quint16 noteClass) {
 }  // namespace noteclass
 
 struct NoteHeader {
-  quint32 id = 0;  // 0 until it is saved for the first time
+  NoteId id;  // null until it is saved for the first time
   Unid unid;
   quint16 noteClass = noteclass::Document;
   Unid parent;  // null for a main document

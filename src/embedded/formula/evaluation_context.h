@@ -8,6 +8,7 @@
 #include <QVector>
 
 #include "embedded/format/item_name.h"
+#include "embedded/format/note_id.h"
 #include "embedded/format/unid.h"
 #include "embedded/formula/region.h"
 #include "embedded/formula/times.h"
@@ -23,7 +24,7 @@ struct DocumentProperties {
   TimeDate created, modified, accessed;
   Unid unid;        // null for a document that was never saved
   Unid parentUnid;  // null for a main document
-  quint32 noteId = 0;
+  NoteId noteId;
   qint64 size = 0;         // bytes
   qint64 omittedSize = 0;  // bytes cut off
   bool isNew = false, isTruncated = false, isResponse = false;

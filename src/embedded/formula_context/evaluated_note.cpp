@@ -67,7 +67,7 @@ formula::DocumentProperties propertiesOf(const NoteHeader& header, const Unid& p
   properties.parentUnid = parent;
   properties.noteId = header.id;
   properties.size = size;
-  properties.isNew = header.id == 0;
+  properties.isNew = header.id.isNull();
   properties.isResponse = !parent.isNull();
   return properties;
 }

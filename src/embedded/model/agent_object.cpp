@@ -5,7 +5,7 @@
 
 namespace lens {
 
-Value AgentObject::read(const std::shared_ptr<OpenDatabase>& database, quint32 noteId) {
+Value AgentObject::read(const std::shared_ptr<OpenDatabase>& database, NoteId noteId) {
   Note note;
   if (!readableNote(*database->store, noteId, note)) return nothing();
   return newObject<AgentObject>(database, noteId, note.text(u"$TITLE"));

@@ -9,8 +9,8 @@ namespace lens {
 class AgentObject : public ModelObject {
  public:
   // Nothing when the note cannot be read.
-  static Value read(const std::shared_ptr<OpenDatabase>& database, quint32 noteId);
-  AgentObject(std::shared_ptr<OpenDatabase> database, quint32 noteId, QString title)
+  static Value read(const std::shared_ptr<OpenDatabase>& database, NoteId noteId);
+  AgentObject(std::shared_ptr<OpenDatabase> database, NoteId noteId, QString title)
       : database_(std::move(database)), noteId_(noteId), title_(std::move(title)) {}
 
  protected:
@@ -18,7 +18,7 @@ class AgentObject : public ModelObject {
 
  private:
   std::shared_ptr<OpenDatabase> database_;
-  quint32 noteId_;
+  NoteId noteId_;
   QString title_;
 };
 

@@ -12,11 +12,11 @@ namespace lens {
 namespace {
 
 // 1 to 8 hexadecimal digits; anything else is no note ID.
-bool parseNoteId(const QString& text, quint32& id) {
+bool parseNoteId(const QString& text, NoteId& id) {
   if (text.isEmpty() || text.size() > 8) return false;
   for (const QChar c : text)
     if (!(c >= u'0' && c <= u'9') && !(c >= u'A' && c <= u'F') && !(c >= u'a' && c <= u'f')) return false;
-  id = text.toUInt(nullptr, 16);
+  id = NoteId(text.toUInt(nullptr, 16));
   return true;
 }
 
@@ -28,11 +28,11 @@ bool parseNoteId(const QString& text, quint32& id) {
 Value documentOfNoteId(const std::shared_ptr<OpenDatabase>& database, const QString& text) {
   const Database& notes = *database->store;
   if (text.isEmpty()) return nothing();
-  quint32 id = 0;
-  if (!parseNoteId(text, id) || id == 0) refuse(u"note ID"_s, text, notes);
+  NoteId id;
+  if (!parseNoteId(text, id) || id.isNull()) refuse(u"note ID"_s, text, notes);
   if (isSpecialNoteId(id)) {
     id = resolveSpecialNoteId(notes, id);
-    if (id == 0) refuse(u"special note ID"_s, text, notes);
+    if (id.isNull()) refuse(u"special note ID"_s, text, notes);
   }
   if (const Value found = DocumentObject::read(database, id); found.object()) return found;
   // What was issued once may be gone; that is no failure, unlike an ID that never was.
@@ -152,7 +152,7 @@ Members DatabaseObject::documentMembers() {
          const ClientState& client = self.database_->context->workspace->client();
          const bool onTop = self.source_ != Source::BackEnd && client.isOnTop(self.database_->place);
          return newObject<DocumentCollectionObject>(self.database_,
-                                                    onTop ? client.visibleSelection() : QVector<quint32>());
+                                                    onTop ? client.visibleSelection() : QVector<NoteId>());
        }},
       {u"GETDOCUMENTBYID",
        [](DatabaseObject& self, const Value& text) {

@@ -15,7 +15,7 @@ namespace {
 template <class Class>
 QVector<Value> objectsOf(const std::shared_ptr<OpenDatabase>& database, NoteKinds kinds) {
   QVector<Value> objects;
-  for (const quint32 id : notesOfKinds(*database->store, kinds))
+  for (const NoteId id : notesOfKinds(*database->store, kinds))
     if (const Value object = Class::read(database, id); object.object()) objects.push_back(object);
   return objects;
 }
@@ -31,8 +31,8 @@ Members DatabaseObject::designMembers() {
        }},
       {u"GETVIEW",
        [](DatabaseObject& self, const QString& name) {
-         const quint32 id = findView(self.store(), name);
-         return id == 0 ? nothing() : ViewObject::read(self.database_, id);
+         const NoteId id = findView(self.store(), name);
+         return id.isNull() ? nothing() : ViewObject::read(self.database_, id);
        }},
       // Empty, not an array without places: readers ask for that.
       {u"AGENTS",
@@ -43,21 +43,21 @@ Members DatabaseObject::designMembers() {
        }},
       {u"GETAGENT",
        [](DatabaseObject& self, const QString& name) {
-         const quint32 id = findDesignElement(self.store(), {NoteKind::Agents}, name);
-         return id == 0 ? nothing() : AgentObject::read(self.database_, id);
+         const NoteId id = findDesignElement(self.store(), {NoteKind::Agents}, name);
+         return id.isNull() ? nothing() : AgentObject::read(self.database_, id);
        }},
       // A subform is found too, unless a form has the name.
       {u"GETFORM",
        [](DatabaseObject& self, const QString& name) {
-         quint32 id = findDesignElement(self.store(), {NoteKind::Forms}, name);
-         if (id == 0) id = findDesignElement(self.store(), {NoteKind::Subforms}, name);
-         return id == 0 ? nothing() : FormObject::read(self.database_, id);
+         NoteId id = findDesignElement(self.store(), {NoteKind::Forms}, name);
+         if (id.isNull()) id = findDesignElement(self.store(), {NoteKind::Subforms}, name);
+         return id.isNull() ? nothing() : FormObject::read(self.database_, id);
        }},
       // All profiles, or those of one name.
       {u"GETPROFILEDOCCOLLECTION",
        [](DatabaseObject& self, const Value* wanted) {
          const QString name = wanted ? wanted->text() : QString();
-         QVector<quint32> ids;
+         QVector<NoteId> ids;
          for (const Profile& profile : profilesOf(self.store()))
            if (name.isEmpty() || isProfileCalled(profile.name, name)) ids.push_back(profile.id);
          return newObject<DocumentCollectionObject>(self.database_, std::move(ids));

@@ -7,10 +7,10 @@
 namespace lens {
 
 DocumentCollectionObject::DocumentCollectionObject(std::shared_ptr<OpenDatabase> database,
-                                                   QVector<quint32> noteIds)
+                                                   QVector<NoteId> noteIds)
     : database_(std::move(database)) {
   // Each document once: its place leads to the next one.
-  for (const quint32 id : noteIds) {
+  for (const NoteId id : noteIds) {
     if (places_.contains(id)) continue;
     places_.insert(id, noteIds_.size());
     noteIds_.push_back(id);

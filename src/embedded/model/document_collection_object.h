@@ -10,7 +10,7 @@ namespace lens {
 
 class DocumentCollectionObject : public ModelObject {
  public:
-  DocumentCollectionObject(std::shared_ptr<OpenDatabase> database, QVector<quint32> noteIds);
+  DocumentCollectionObject(std::shared_ptr<OpenDatabase> database, QVector<NoteId> noteIds);
 
  protected:
   const MemberTable& members() const override;
@@ -19,8 +19,8 @@ class DocumentCollectionObject : public ModelObject {
   Value readableFrom(qsizetype place) const;
 
   std::shared_ptr<OpenDatabase> database_;
-  QVector<quint32> noteIds_;
-  QHash<quint32, qsizetype> places_;
+  QVector<NoteId> noteIds_;
+  QHash<NoteId, qsizetype> places_;
 };
 
 }  // namespace lens

@@ -9,7 +9,7 @@
 #include "embedded/model/rich_text_item_object.h"
 
 namespace lens {
-Value DocumentObject::read(const std::shared_ptr<OpenDatabase>& database, quint32 noteId) {
+Value DocumentObject::read(const std::shared_ptr<OpenDatabase>& database, NoteId noteId) {
   Note note;
   return readableNote(requireStore(*database), noteId, note) ? of(database, std::move(note)) : nothing();
 }
@@ -38,7 +38,7 @@ const MemberTable& DocumentObject::members() const {
 
 Members DocumentObject::readingMembers() {
   return {
-      {u"NoteID", [](DocumentObject& self) { return QString::number(self.noteNumber(), 16).toUpper(); }},
+      {u"NoteID", [](DocumentObject& self) { return self.noteNumber().hexText(); }},
       {u"UNIVERSALID", [](DocumentObject& self) { return self.open_->note.header.unid.text(); }},
       // A fixed list: what a program adds or removes while it walks over it changes nothing in it.
       {u"ITEMS",

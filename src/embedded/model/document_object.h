@@ -10,13 +10,13 @@ namespace lens {
 class DocumentObject : public ModelObject {
  public:
   // Reads the stored state; nothing when there is no readable note.
-  static Value read(const std::shared_ptr<OpenDatabase>& database, quint32 noteId);
+  static Value read(const std::shared_ptr<OpenDatabase>& database, NoteId noteId);
   static Value read(const std::shared_ptr<OpenDatabase>& database, const Unid& unid);
   // An object for a note that was just read or saved.
   static Value of(const std::shared_ptr<OpenDatabase>& database, Note note);
 
   explicit DocumentObject(std::shared_ptr<OpenNote> note) : open_(std::move(note)) {}
-  quint32 noteNumber() const { return open_->note.header.id; }
+  NoteId noteNumber() const { return open_->note.header.id; }
 
  protected:
   const MemberTable& members() const override;

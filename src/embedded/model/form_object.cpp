@@ -5,7 +5,7 @@
 
 namespace lens {
 
-Value FormObject::read(const std::shared_ptr<OpenDatabase>& database, quint32 noteId) {
+Value FormObject::read(const std::shared_ptr<OpenDatabase>& database, NoteId noteId) {
   Note note;
   if (!readableNote(*database->store, noteId, note)) return nothing();
   return newObject<FormObject>(database, note);

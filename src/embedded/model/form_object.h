@@ -12,7 +12,7 @@ namespace lens {
 class FormObject : public ModelObject {
  public:
   // Nothing when the note cannot be read.
-  static Value read(const std::shared_ptr<OpenDatabase>& database, quint32 noteId);
+  static Value read(const std::shared_ptr<OpenDatabase>& database, NoteId noteId);
   FormObject(std::shared_ptr<OpenDatabase> database, const Note& note);
 
  protected:

@@ -50,7 +50,7 @@ void NoteCollectionObject::setSince(const Value& value) {
   sinceInstant_ = QDateTime(moment.date, moment.time.isValid() ? moment.time : QTime(0, 0));
 }
 
-QVector<quint32> NoteCollectionObject::formulaDocuments() const {
+QVector<NoteId> NoteCollectionObject::formulaDocuments() const {
   Workspace& workspace = *database_->context->workspace;
   WorkspaceEnvironment environment(workspace);
   StoreDatabase properties(workspace, database_->place, database_->store);
@@ -60,29 +60,29 @@ QVector<quint32> NoteCollectionObject::formulaDocuments() const {
 }
 
 // The index does not tell the time of a note, so this is the one thing for which notes are read.
-bool NoteCollectionObject::isRecent(quint32 noteId) const {
+bool NoteCollectionObject::isRecent(NoteId noteId) const {
   Note note;
   return readableNote(*database_->store, noteId, note) && instantOf(note.header.modified) >= sinceInstant_;
 }
 
 void NoteCollectionObject::build() {
   NoteKinds kinds = kinds_;
-  QVector<quint32> selected;
+  QVector<NoteId> selected;
   if (!formula_.isEmpty()) {
     kinds.set(NoteKind::Documents, false);
     selected = formulaDocuments();
   }
-  const QVector<quint32> ofKinds = notesOfKinds(*database_->store, kinds);
-  QVector<quint32> ids;
+  const QVector<NoteId> ofKinds = notesOfKinds(*database_->store, kinds);
+  QVector<NoteId> ids;
   ids.reserve(ofKinds.size() + selected.size());
   std::merge(ofKinds.begin(), ofKinds.end(), selected.begin(), selected.end(), std::back_inserter(ids));
-  if (sinceInstant_.isValid()) ids.removeIf([this](quint32 id) { return !isRecent(id); });
+  if (sinceInstant_.isValid()) ids.removeIf([this](NoteId id) { return !isRecent(id); });
   noteIds_ = std::move(ids);
 }
 
 // The end of the list is an empty text.
 QString NoteCollectionObject::idAt(qsizetype place) const {
-  return place < noteIds_.size() ? QString::number(noteIds_[place], 16).toUpper() : QString();
+  return place < noteIds_.size() ? noteIds_[place].hexText() : QString();
 }
 
 const MemberTable& NoteCollectionObject::members() const {
@@ -101,8 +101,8 @@ const MemberTable& NoteCollectionObject::members() const {
           {u"GETNEXTNOTEID",
            [](NoteCollectionObject& self, const QString& text) {
              bool isNumber = false;
-             const quint32 id = text.toUInt(&isNumber, 16);
-             const QVector<quint32>& ids = self.noteIds_;
+             const NoteId id(text.toUInt(&isNumber, 16));
+             const QVector<NoteId>& ids = self.noteIds_;
              const auto found = std::lower_bound(ids.cbegin(), ids.cend(), id);
              if (!isNumber || found == ids.cend() || *found != id) return QString();
              return self.idAt(found - ids.cbegin() + 1);

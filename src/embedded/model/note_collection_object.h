@@ -27,8 +27,8 @@ class NoteCollectionObject : public ModelObject {
  private:
   void setSince(const Value& value);
   void build();
-  QVector<quint32> formulaDocuments() const;
-  bool isRecent(quint32 noteId) const;
+  QVector<NoteId> formulaDocuments() const;
+  bool isRecent(NoteId noteId) const;
   QString idAt(qsizetype place) const;
 
   std::shared_ptr<OpenDatabase> database_;
@@ -36,7 +36,7 @@ class NoteCollectionObject : public ModelObject {
   QString formula_;
   Value since_;
   QDateTime sinceInstant_;
-  QVector<quint32> noteIds_;  // ascending
+  QVector<NoteId> noteIds_;  // ascending
 };
 
 }  // namespace lens

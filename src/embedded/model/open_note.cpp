@@ -33,7 +33,7 @@ Database& requireStore(const OpenDatabase& database) {
   return *database.store;
 }
 
-bool readableNote(const Database& store, quint32 noteId, Note& note) {
+bool readableNote(const Database& store, NoteId noteId, Note& note) {
   return readable([&] { return store.notes().read(noteId, note); });
 }
 
@@ -41,12 +41,12 @@ void tellChanged(const OpenDatabase& database) {
   database.context->workspace->notifyChanged(database.place);
 }
 
-void removeNotes(const OpenDatabase& database, const QVector<quint32>& notes) {
+void removeNotes(const OpenDatabase& database, const QVector<NoteId>& notes) {
   Database& store = requireStore(database);
   {
     Database::Transaction transaction(store);
-    for (const quint32 note : notes)
-      if (note != 0) store.notes().remove(note);
+    for (const NoteId note : notes)
+      if (note) store.notes().remove(note);
     transaction.commit();
   }
   tellChanged(database);
@@ -70,8 +70,7 @@ QHash<QString, FileObject> attachedFilesByKey(const Note& note) {
 void OpenNote::requirePresent() const {
   if (removed)
     throw RuntimeError(modelfault::NoSuchDocument,
-                       u"%1: document %2 was removed"_s.arg(database->place.path,
-                                                            QString::number(note.header.id, 16).toUpper()));
+                       u"%1: document %2 was removed"_s.arg(database->place.path, note.header.id.hexText()));
 }
 
 void OpenNote::count() const {

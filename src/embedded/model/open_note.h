@@ -21,14 +21,15 @@ bool readable(const Read& read) {
   }
 }
 // Reads a live note; false when there is none of that ID, or when it is damaged.
-bool readableNote(const Database& store, quint32 noteId, Note& note);
+bool readableNote(const Database& store, NoteId noteId, Note& note);
 // The attached file that an item stands for; false for every other item.
 bool readAttachedFile(const Item& item, FileObject& file);
 // Of each name, in any case, the first one: where a text shows its files, they are looked up by name.
 QHash<QString, FileObject> attachedFilesByKey(const Note& note);  // see caseKey
 // Deletes the notes, all of them or, after a failure, none: a list that is half done would be worse than one
-// that is whole. What somebody else deleted already is no failure, nor is a 0, which stands for no note.
-void removeNotes(const OpenDatabase& database, const QVector<quint32>& notes);
+// that is whole. What somebody else deleted already is no failure, nor is a null ID, which stands for no
+// note.
+void removeNotes(const OpenDatabase& database, const QVector<NoteId>& notes);
 // Tells the client's window that documents of the database are no longer as it shows them.
 void tellChanged(const OpenDatabase& database);
 

@@ -14,8 +14,8 @@ quint32 objectOf(const Item& item) {
 }
 
 [[noreturn]] void raiseGone(const Database& store, const NoteHeader& header) {
-  throw RuntimeError(modelfault::NoSuchDocument, u"%1: document %2 is no longer there"_s.arg(
-                                                     store.path(), QString::number(header.id, 16).toUpper()));
+  throw RuntimeError(modelfault::NoSuchDocument,
+                     u"%1: document %2 is no longer there"_s.arg(store.path(), header.id.hexText()));
 }
 
 // Whether the stored note is another state than the one that the header tells; raises when it is gone.
@@ -29,7 +29,7 @@ bool changedSince(const Database& store, const NoteHeader& header) {
 [[noreturn]] void raiseChanged(const Database& store, const NoteHeader& header) {
   throw RuntimeError(modelfault::ChangedMeanwhile,
                      u"%1: document %2 was changed by somebody else since it was read"_s.arg(
-                         store.path(), QString::number(header.id, 16).toUpper()));
+                         store.path(), header.id.hexText()));
 }
 
 // A new note that answers the one it came from.
@@ -83,7 +83,7 @@ void OpenNote::save(bool force, bool asResponse) {
   {
     Database::Transaction transaction(store);
     requireObjects();
-    if (!force && written.header.id != 0 && changedSince(store, written.header)) {
+    if (!force && written.header.id && changedSince(store, written.header)) {
       if (!asResponse) raiseChanged(store, written.header);
       makeConflict(written);
     }

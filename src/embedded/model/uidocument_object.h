@@ -8,7 +8,7 @@ namespace lens {
 
 class UiDocumentObject : public ModelObject {
  public:
-  UiDocumentObject(std::shared_ptr<ModelContext> context, DatabasePlace place, quint32 noteId)
+  UiDocumentObject(std::shared_ptr<ModelContext> context, DatabasePlace place, NoteId noteId)
       : context_(std::move(context)), place_(std::move(place)), noteId_(noteId) {}
 
  protected:
@@ -17,7 +17,7 @@ class UiDocumentObject : public ModelObject {
  private:
   std::shared_ptr<ModelContext> context_;
   DatabasePlace place_;
-  quint32 noteId_;
+  NoteId noteId_;
 };
 
 }  // namespace lens

@@ -10,7 +10,7 @@ const MemberTable& UiWorkspaceObject::members() const {
       {u"CURRENTDOCUMENT",
        [](UiWorkspaceObject& self) {
          const ClientState& client = self.context_->workspace->client();
-         if (client.document() == 0) return nothing();
+         if (client.document().isNull()) return nothing();
          return newObject<UiDocumentObject>(self.context_, *client.database(), client.document());
        }},
       {u"CURRENTDATABASE",

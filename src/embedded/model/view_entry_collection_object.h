@@ -9,7 +9,7 @@ namespace lens {
 class ViewEntryCollectionObject : public ModelObject {
  public:
   // 0 is a category.
-  ViewEntryCollectionObject(std::shared_ptr<OpenDatabase> database, QVector<quint32> notes)
+  ViewEntryCollectionObject(std::shared_ptr<OpenDatabase> database, QVector<NoteId> notes)
       : database_(std::move(database)), notes_(std::move(notes)) {}
 
  protected:
@@ -19,7 +19,7 @@ class ViewEntryCollectionObject : public ModelObject {
   Value entryAt(qsizetype place) const;
 
   std::shared_ptr<OpenDatabase> database_;
-  QVector<quint32> notes_;
+  QVector<NoteId> notes_;
 };
 
 }  // namespace lens

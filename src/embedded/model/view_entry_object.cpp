@@ -9,11 +9,11 @@ const MemberTable& ViewEntryObject::members() const {
       // A document that has gone since is none any more.
       {u"ISDOCUMENT",
        [](ViewEntryObject& self) {
-         return self.note_ != 0 && self.database_->store->notes().state(self.note_) == NoteState::Live;
+         return self.note_ && self.database_->store->notes().state(self.note_) == NoteState::Live;
        }},
       {u"DOCUMENT",
        [](ViewEntryObject& self) {
-         return self.note_ == 0 ? nothing() : DocumentObject::read(self.database_, self.note_);
+         return self.note_.isNull() ? nothing() : DocumentObject::read(self.database_, self.note_);
        }},
   }};
   return table;

@@ -9,9 +9,9 @@ namespace lens {
 class ViewEntryObject : public ModelObject {
  public:
   // A note of 0 is a category; a place of -1 belongs to no collection.
-  ViewEntryObject(std::shared_ptr<OpenDatabase> database, quint32 note, qsizetype place)
+  ViewEntryObject(std::shared_ptr<OpenDatabase> database, NoteId note, qsizetype place)
       : database_(std::move(database)), note_(note), place_(place) {}
-  quint32 noteNumber() const { return note_; }
+  NoteId noteNumber() const { return note_; }
   qsizetype place() const { return place_; }
 
  protected:
@@ -19,7 +19,7 @@ class ViewEntryObject : public ModelObject {
 
  private:
   std::shared_ptr<OpenDatabase> database_;
-  quint32 note_;
+  NoteId note_;
   qsizetype place_;
 };
 

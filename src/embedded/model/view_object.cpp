@@ -15,7 +15,7 @@ ViewObject::ViewObject(std::shared_ptr<OpenDatabase> database, Note note)
 
 ViewObject::~ViewObject() = default;
 
-Value ViewObject::read(const std::shared_ptr<OpenDatabase>& database, quint32 noteId) {
+Value ViewObject::read(const std::shared_ptr<OpenDatabase>& database, NoteId noteId) {
   Note note;
   if (!readableNote(*database->store, noteId, note)) return nothing();
   return newObject<ViewObject>(database, std::move(note));
@@ -93,8 +93,8 @@ Members ViewObject::documentMembers() {
        [](ViewObject& self, const Value& keyText, const Value* exact) {
          const Regional& regional = self.database_->context->workspace->regional();
          const ViewKey key{textOf(keyText, regional), exact && exact->boolean()};
-         const quint32 found = findByKey(self.refreshed(), key, regional);
-         return found == 0 ? nothing() : newObject<ViewEntryObject>(self.database_, found, -1);
+         const NoteId found = findByKey(self.refreshed(), key, regional);
+         return found.isNull() ? nothing() : newObject<ViewEntryObject>(self.database_, found, -1);
        }},
   };
 }

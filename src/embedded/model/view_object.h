@@ -14,7 +14,7 @@ class ViewIndex;
 class ViewObject : public ModelObject {
  public:
   // Nothing when the note cannot be read.
-  static Value read(const std::shared_ptr<OpenDatabase>& database, quint32 noteId);
+  static Value read(const std::shared_ptr<OpenDatabase>& database, NoteId noteId);
   ViewObject(std::shared_ptr<OpenDatabase> database, Note note);
   ~ViewObject() override;
 
@@ -32,8 +32,8 @@ class ViewObject : public ModelObject {
   Note note_;
   std::unique_ptr<ViewIndex> index_;
   // In view order, as they were when the first one was asked for.
-  QVector<quint32> documents_;
-  QHash<quint32, qsizetype> places_;
+  QVector<NoteId> documents_;
+  QHash<NoteId, qsizetype> places_;
 };
 
 }  // namespace lens

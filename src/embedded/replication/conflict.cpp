@@ -47,7 +47,7 @@ void answerAsConflict(Note& note, const Unid& staying) {
 
 Note conflictDocument(const Note& loser, const VersionStamp& stamp) {
   Note conflict = loser;
-  conflict.header.id = 0;
+  conflict.header.id = {};
   conflict.header.unid = conflictUnid(stamp, loser.header.sequenceTime);
   answerAsConflict(conflict, loser.header.unid);
   return conflict;

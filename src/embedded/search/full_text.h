@@ -39,6 +39,6 @@ void dropFullTextIndex(Database& database);
 // the mistake, or kNoFullTextIndex. The index is refreshed first; where the file cannot be written, or
 // somebody else writes to it for long, the documents that changed since are looked through beside the
 // index. Where these are too many, the failure of the refresh is raised.
-QVector<quint32> fullTextSearch(Database& database, QStringView query, qsizetype most);
+QVector<NoteId> fullTextSearch(Database& database, QStringView query, qsizetype most);
 
 }  // namespace lens

@@ -80,7 +80,7 @@ Hits find(Database& database, Tables& tables, const QueryNode& query) {
 
 }  // namespace
 
-QVector<quint32> fullTextSearch(Database& database, QStringView query, qsizetype most) {
+QVector<NoteId> fullTextSearch(Database& database, QStringView query, qsizetype most) {
   Tables tables(database.connection());
   const bool exists = tables.exist();
   if (!exists || !tables.mark().whole)
@@ -91,7 +91,7 @@ QVector<quint32> fullTextSearch(Database& database, QStringView query, qsizetype
   Hits hits = find(database, tables, parseQuery(query));
   std::sort(hits.begin(), hits.end(),
             [](const auto& a, const auto& b) { return a.rank != b.rank ? a.rank < b.rank : a.id < b.id; });
-  QVector<quint32> found;
+  QVector<NoteId> found;
   const qsizetype count = most > 0 ? qMin(most, qsizetype(hits.size())) : qsizetype(hits.size());
   found.reserve(count);
   for (qsizetype i = 0; i < count; ++i) found.push_back(hits[std::size_t(i)].id);

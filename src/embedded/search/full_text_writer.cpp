@@ -74,15 +74,14 @@ void Writer::add(const Note& note) {
   Statement::Run(tables_.keep, note_, packed).step();
 }
 
-void Writer::remove(quint32 note) {
+void Writer::remove(NoteId note) {
   QString fields;
   {
     Statement::Run row(tables_.kept, note);
     if (!row.step()) return;
     if (!unpack(row.blob(0), fields))
-      throw RuntimeError(enginefault::Damaged,
-                         u"%1: the full-text index is damaged at note %2"_s.arg(
-                             tables_.connection.path(), QString::number(note, 16).toUpper()));
+      throw RuntimeError(enginefault::Damaged, u"%1: the full-text index is damaged at note %2"_s.arg(
+                                                   tables_.connection.path(), note.hexText()));
   }
   const QString words = wordsOf(fields);
   Statement::Run(tables_.removeWords, note, words, fields).step();

@@ -24,7 +24,7 @@ class Writer : FieldSink {
     QString prefix;
   };
   void add(const Note& note);
-  void remove(quint32 note);
+  void remove(NoteId note);
   const Field& field(const QString& name);
   void text(const QString& name, QStringView text) override;
   void number(const QString& name, double number) override;
@@ -34,7 +34,7 @@ class Writer : FieldSink {
 
   Tables& tables_;
   QHash<QString, Field> known_;
-  quint32 note_ = 0;
+  NoteId note_;
   QString fields_;
 };
 

@@ -125,7 +125,7 @@ void IndexSearch::checkComparisons(const QueryNode& node) {
 Hits IndexSearch::match(const QString& expression) {
   Hits hits;
   Statement::Run row(tables_.match, expression);
-  while (row.step()) hits.push_back({quint32(row.integer(0)), row.real(1)});
+  while (row.step()) hits.push_back({row.noteId(0), row.real(1)});
   return hits;
 }
 
@@ -185,7 +185,7 @@ bool IndexSearch::compareTime(qint64 field, const QueryNode& node, Hits& hits) {
 Hits IndexSearch::compareKind(qint64 field, ValueKind kind, Relation relation, double first, double last) {
   const auto read = [](Statement::Run row) {
     Hits hits;
-    while (row.step()) hits.push_back({quint32(row.integer(0)), 0});
+    while (row.step()) hits.push_back({row.noteId(0), 0});
     return hits;
   };
   const Range range = rangeOf(relation, first, last);

@@ -12,7 +12,7 @@ namespace lens::fulltext {
 
 // A document that was found; the lower the rank, the better it fits.
 struct Hit {
-  quint32 id = 0;
+  NoteId id;
   double rank = 0;
 };
 using Hits = std::vector<Hit>;  // in order of the ID

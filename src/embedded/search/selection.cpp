@@ -20,7 +20,7 @@ class Search {
         evaluation_(request.formula, request.environment),
         document_(request.formula->itemNames(), &documents) {}
 
-  QVector<quint32> run() {
+  QVector<NoteId> run() {
     const bool withResponses = request_.formula->responses() != Formula::Responses::None;
     documents_.notes().scanPacked(noteclass::Document, [&](const PackedNote& note) {
       if (isProfile(note) || !recentEnough(note)) return true;
@@ -70,13 +70,13 @@ class Search {
   const SelectionRequest& request_;
   Evaluation evaluation_;
   EvaluatedPackedNote document_;
-  QVector<quint32> found_;
+  QVector<NoteId> found_;
   UnidSet selected_;
 };
 
 }  // namespace
 
-QVector<quint32> selectDocuments(const Database& documents, const SelectionRequest& request) {
+QVector<NoteId> selectDocuments(const Database& documents, const SelectionRequest& request) {
   return Search(documents, request).run();
 }
 

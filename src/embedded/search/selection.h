@@ -22,7 +22,7 @@ struct SelectionRequest {
 // Profile documents are passed over, and so is a document over which the formula fails. With
 // @AllChildren or @AllDescendants responses of the documents that match are asked again. Raises
 // kFormulaError when the formula takes too much time over a document, or the environment interrupts.
-QVector<quint32> selectDocuments(const Database& documents, const SelectionRequest& request);
+QVector<NoteId> selectDocuments(const Database& documents, const SelectionRequest& request);
 
 // A compiled formula, or a RuntimeError (kFormulaError) that tells the reason, the place and the word at
 // fault.

@@ -32,7 +32,7 @@ QString singleName(quint16 noteClass) {
 
 void requireRoomForSingle(const Note& note, const Database& target) {
   const quint16 noteClass = noteclass::base(note.header.noteClass);
-  if (!isSingleInstance(noteClass) || target.notes().specialNote(noteClass) == 0) return;
+  if (!isSingleInstance(noteClass) || target.notes().specialNote(noteClass).isNull()) return;
   throw RuntimeError(kSecondSingleNote,
                      u"%1: the database has its %2 note already, a second one is not possible"_s.arg(
                          target.path(), singleName(noteClass)));

@@ -76,7 +76,7 @@ NoteStore::Scan NoteStore::scanRows(quint16 mask, qint64& last, const PackedVisi
 void NoteStore::scanOneByOne(quint16 mask, qint64 after, const PackedVisitor& visit) const {
   const QVector<NoteSummary> notes = list(mask);
   for (const NoteSummary& summary : notes) {
-    if (summary.id <= after) continue;
+    if (summary.id.value() <= after) continue;
     Batch one;
     try {
       Statement::Run row(statements_->readById, summary.id);

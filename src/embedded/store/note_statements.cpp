@@ -6,14 +6,14 @@
 
 namespace lens {
 
-[[noreturn]] void damagedNote(const QString& path, quint32 noteId, const QString& fault) {
-  throw RuntimeError(enginefault::Damaged, u"%1: note %2 is damaged (%3)"_s.arg(
-                                               path, QString::number(noteId, 16).toUpper(), fault));
+[[noreturn]] void damagedNote(const QString& path, NoteId noteId, const QString& fault) {
+  throw RuntimeError(enginefault::Damaged,
+                     u"%1: note %2 is damaged (%3)"_s.arg(path, noteId.hexText(), fault));
 }
 
 bool NoteStatements::readHeader(const Statement::Run& row, NoteHeader& header) {
   const qint64 id = row.integer(0);
-  header.id = quint32(id);
+  header.id = NoteId(quint32(id));
   header.noteClass = quint16(row.integer(1));
   const QByteArrayView unid = row.blob(2);
   header.unid = Unid::fromBytes(unid);
@@ -24,7 +24,7 @@ bool NoteStatements::readHeader(const Statement::Run& row, NoteHeader& header) {
   header.modified = fromStored(row.integer(7));
   header.added = fromStored(row.integer(8));
   header.accessed = fromStored(row.integer(9));
-  return unid.size() == 16 && id > 0 && id <= kLastId;
+  return unid.size() == 16 && id > 0 && id <= kLastId.value();
 }
 
 bool NoteStatements::readRow(Statement::Run& row, Note& note) const {

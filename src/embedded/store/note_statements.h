@@ -7,10 +7,10 @@
 namespace lens {
 
 // Raises Damaged with the file and the note.
-[[noreturn]] void damagedNote(const QString& path, quint32 noteId, const QString& fault);
+[[noreturn]] void damagedNote(const QString& path, NoteId noteId, const QString& fault);
 
 // The top bit of an ID marks deleted notes.
-inline constexpr quint32 kLastId = 0x7FFFFFFA;
+inline constexpr NoteId kLastId(0x7FFFFFFA);
 
 struct NoteStatements {
   explicit NoteStatements(const Connection& c) : connection(c) {}

@@ -12,7 +12,7 @@
 namespace lens {
 namespace {
 
-constexpr quint32 kFirstId = 0x000008FA;
+constexpr NoteId kFirstId(0x000008FA);
 constexpr quint32 kIdStep = 4;
 
 void fill(TimeDate& time, const TimeDate& with) {
@@ -24,10 +24,9 @@ QByteArray packedFor(const QString& path, const Note& note) {
   try {
     return packItems(note.items);
   } catch (const RuntimeError& error) {
-    throw RuntimeError(error.number(),
-                       u"%1: note %2 was not saved (%3)"_s.arg(
-                           path, note.header.id ? QString::number(note.header.id, 16).toUpper() : u"(new)"_s,
-                           error.description()));
+    throw RuntimeError(error.number(), u"%1: note %2 was not saved (%3)"_s.arg(
+                                           path, note.header.id ? note.header.id.hexText() : u"(new)"_s,
+                                           error.description()));
   }
 }
 
@@ -57,25 +56,25 @@ NoteStore::NoteStore(StoreSession& session, VersionTable& versions, ObjectStore&
 NoteStore::~NoteStore() = default;
 
 // The row goes, and those who follow the changes learn of it.
-void NoteStore::eraseRow(quint32 noteId, qint64 change) {
+void NoteStore::eraseRow(NoteId noteId, qint64 change) {
   Statement::Run(statements_->erase, noteId).step();
   versions_.erase(noteId);
   Statement::Run(statements_->recordErased, change, noteId).step();
 }
 
-quint32 NoteStore::nextId() const {
+NoteId NoteStore::nextId() const {
   const qint64 highest = session_.highestId();
-  if (highest > kLastId - kIdStep)
+  if (highest > kLastId.value() - kIdStep)
     throw RuntimeError(enginefault::NotSaved, u"%1: there are no note IDs left"_s.arg(session_.path()));
-  return highest < kFirstId ? kFirstId : quint32(highest) + kIdStep;
+  return highest < kFirstId.value() ? kFirstId : NoteId(quint32(highest) + kIdStep);
 }
 
-quint32 NoteStore::highestIssuedId() const {
-  return quint32(session_.highestId());
+NoteId NoteStore::highestIssuedId() const {
+  return NoteId(quint32(session_.highestId()));
 }
 
-NoteState NoteStore::state(quint32 noteId) const {
-  if (noteId == 0 || noteId > highestIssuedId()) return NoteState::NeverIssued;
+NoteState NoteStore::state(NoteId noteId) const {
+  if (noteId.isNull() || noteId > highestIssuedId()) return NoteState::NeverIssued;
   try {
     Statement::Run row(statements_->readState, noteId);
     if (!row.step()) return NoteState::Gone;
@@ -88,7 +87,7 @@ NoteState NoteStore::state(quint32 noteId) const {
   }
 }
 
-bool NoteStore::read(quint32 noteId, Note& note) const {
+bool NoteStore::read(NoteId noteId, Note& note) const {
   Statement::Run row(statements_->readById, noteId);
   return statements_->readRow(row, note);
 }
@@ -99,7 +98,7 @@ bool NoteStore::read(const Unid& unid, Note& note) const {
   return statements_->readRow(row, note);
 }
 
-bool NoteStore::readItem(quint32 noteId, QStringView name, Item& item) const {
+bool NoteStore::readItem(NoteId noteId, QStringView name, Item& item) const {
   Statement::Run row(statements_->readItems, noteId);
   if (!row.step()) return false;
   try {
@@ -127,8 +126,7 @@ QVector<NoteSummary> NoteStore::list(quint16 classMask) const {
   for (quint16 noteClass : classes) {
     Statement::Run row(statements_->listClass, noteClass);
     while (row.step())
-      notes.push_back(
-          {quint32(row.integer(0)), Unid::fromBytes(row.blob(1)), noteClass, Unid::fromBytes(row.blob(2))});
+      notes.push_back({row.noteId(0), Unid::fromBytes(row.blob(1)), noteClass, Unid::fromBytes(row.blob(2))});
   }
   if (classes.size() > 1)
     std::sort(notes.begin(), notes.end(), [](const auto& a, const auto& b) { return a.id < b.id; });
@@ -150,15 +148,15 @@ void NoteStore::scan(quint16 classMask, const std::function<bool(const Note&)>& 
   }
 }
 
-quint32 NoteStore::specialNote(quint16 noteClass) const {
-  quint32 first = 0;
+NoteId NoteStore::specialNote(quint16 noteClass) const {
+  NoteId first;
   const QVector<quint16> classes = classesIn(noteclass::base(noteClass));
   for (quint16 candidate : classes) {
     if ((candidate & noteClass) != noteClass) continue;
     Statement::Run row(statements_->firstOfClass, candidate);
     if (!row.step() || row.isNull(0)) continue;
-    const quint32 id = quint32(row.integer(0));
-    if (first == 0 || id < first) first = id;
+    const NoteId id = row.noteId(0);
+    if (first.isNull() || id < first) first = id;
   }
   return first;
 }
@@ -175,7 +173,7 @@ int NoteStore::noteCount(quint16 classMask) const {
 
 void NoteStore::insertNote(NoteHeader& header, const QByteArray& items) {
   const QByteArray unid = header.unid.bytes(), parent = parentBytes(header.parent);
-  const quint32 id = nextId();
+  const NoteId id = nextId();
   qint64 change = session_.nextChange();
   VersionVector versionVector;
   if (NoteVersion stub; versions_.find(header.unid, stub)) {
@@ -212,7 +210,7 @@ void NoteStore::updateNote(const NoteHeader& header, const QByteArray& items, co
   versions_.put(header.id, versions_.next(before));
 }
 
-bool NoteStore::readIdentity(quint32 noteId, NoteHeader& header) {
+bool NoteStore::readIdentity(NoteId noteId, NoteHeader& header) {
   Statement::Run row(statements_->identity, noteId);
   if (!row.step()) return false;
   header.id = noteId;
@@ -228,7 +226,7 @@ void NoteStore::save(Note& note) {
   const QByteArray items = packedFor(session_.path(), note);
   NoteHeader header = note.header;
   StoreTransaction transaction(session_);
-  if (header.id == 0) {
+  if (header.id.isNull()) {
     const bool mayHaveBeenHere = !header.unid.isNull();
     completeNewHeader(header);
     insertNote(header, items);
@@ -236,9 +234,9 @@ void NoteStore::save(Note& note) {
   } else {
     NoteHeader before;
     if (!readIdentity(header.id, before))
-      throw RuntimeError(enginefault::UnknownNote,
-                         u"%1: there is no note %2 (it may have been deleted)"_s.arg(
-                             session_.path(), QString::number(header.id, 16).toUpper()));
+      throw RuntimeError(
+          enginefault::UnknownNote,
+          u"%1: there is no note %2 (it may have been deleted)"_s.arg(session_.path(), header.id.hexText()));
     header.sequence = before.sequence + 1;
     header.sequenceTime = header.modified = timeDateNow();
     updateNote(header, items, before);
@@ -269,7 +267,7 @@ bool NoteStore::saveAsGiven(Note& note) {
   return replaces;
 }
 
-bool NoteStore::remove(quint32 noteId, bool leaveStub) {
+bool NoteStore::remove(NoteId noteId, bool leaveStub) {
   StoreTransaction transaction(session_);
   NoteHeader before;
   if (!readIdentity(noteId, before)) return false;
@@ -280,8 +278,8 @@ bool NoteStore::remove(quint32 noteId, bool leaveStub) {
     versions_.put(noteId, versions_.next(before));
   } else {
     // The row takes its numbers along, so the highest ones are written down before it goes.
-    const quint32 highest = highestIssuedId();
-    session_.keepHighest(highest, change);
+    const NoteId highest = highestIssuedId();
+    session_.keepHighest(highest.value(), change);
     eraseRow(noteId, change);
   }
   transaction.commit();

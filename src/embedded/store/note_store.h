@@ -20,7 +20,7 @@ enum class NoteState { Live, Stub, Gone, Damaged, NeverIssued };
 
 // A row of a listing, without the items.
 struct NoteSummary {
-  quint32 id = 0;
+  NoteId id;
   Unid unid;
   quint16 noteClass = 0;
   Unid parent;
@@ -36,13 +36,13 @@ class NoteStore {
 
   // The state of a note ID. Gone is every ID up to the highest issued one without a row, those between
   // the steps included. Items are not read except to tell Damaged from Live.
-  NoteState state(quint32 noteId) const;
-  quint32 highestIssuedId() const;
+  NoteState state(NoteId noteId) const;
+  NoteId highestIssuedId() const;
   // Reads a live note. False when there is none of that ID; raises when its row is damaged.
-  bool read(quint32 noteId, Note& note) const;
+  bool read(NoteId noteId, Note& note) const;
   bool read(const Unid& unid, Note& note) const;
   // One item of a note without the rest; false when the note or the item is missing.
-  bool readItem(quint32 noteId, QStringView name, Item& item) const;
+  bool readItem(NoteId noteId, QStringView name, Item& item) const;
   // Live notes whose class, without its marks, is among the bits of the mask; in order of note ID.
   QVector<NoteSummary> list(quint16 classMask) const;
   // Each live note of the mask in order of note ID, items included, until the visitor returns false.
@@ -55,7 +55,7 @@ class NoteStore {
   void scanPacked(quint16 classMask, const PackedVisitor& visit) const;
   // The single note of a special class (icon, ACL, About, ...); 0 when there is none. With a mark in
   // the class only a note with that mark counts (the default form, the default view).
-  quint32 specialNote(quint16 noteClass) const;
+  NoteId specialNote(quint16 noteClass) const;
   int noteCount(quint16 classMask) const;
 
   // Writes a note: a new one gets an ID, and a UNID and times where they lack; an existing one gets
@@ -69,15 +69,15 @@ class NoteStore {
   bool saveAsGiven(Note& note);
   // Leaves a stub, or nothing at all. False when there was no live note. A damaged note can be removed.
   // Objects of the note stay: other notes may refer to them.
-  bool remove(quint32 noteId, bool leaveStub = true);
+  bool remove(NoteId noteId, bool leaveStub = true);
 
  private:
   friend class VersionStore;  // gives IDs to stubs of other replicas
   enum class Scan { Whole, Enough, Damaged };
-  quint32 nextId() const;
-  void eraseRow(quint32 noteId, qint64 change);
+  NoteId nextId() const;
+  void eraseRow(NoteId noteId, qint64 change);
   // What is stored of a live note before it changes; false when there is none.
-  bool readIdentity(quint32 noteId, NoteHeader& header);
+  bool readIdentity(NoteId noteId, NoteHeader& header);
   QVector<quint16> classesIn(quint16 classMask) const;
   Scan scanRows(quint16 mask, qint64& last, const PackedVisitor& visit) const;
   void scanOneByOne(quint16 mask, qint64 after, const PackedVisitor& visit) const;

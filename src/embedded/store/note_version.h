@@ -49,7 +49,7 @@ class VersionVector {
 
 // A live note or a stub, without its items.
 struct NoteVersion {
-  quint32 id = 0;
+  NoteId id;
   Unid unid;
   quint16 noteClass = 0;
   bool live = false;

@@ -8,6 +8,8 @@
 #include <QString>
 #include <concepts>
 
+#include "embedded/format/note_id.h"
+
 namespace lens {
 
 // How long a statement waits for others that write.
@@ -67,6 +69,7 @@ class Statement {
     // True with a row, false at the end.
     bool step();
     qint64 integer(int column) const { return sqlite3_column_int64(statement_.handle_, column); }
+    NoteId noteId(int column) const { return NoteId(quint32(integer(column))); }
     double real(int column) const { return sqlite3_column_double(statement_.handle_, column); }
     bool isNull(int column) const { return sqlite3_column_type(statement_.handle_, column) == SQLITE_NULL; }
     // Valid until the next step.
@@ -78,6 +81,7 @@ class Statement {
     void bind(int place, Number number) {
       check(sqlite3_bind_int64(statement_.handle_, place, qint64(number)));
     }
+    void bind(int place, NoteId id) { bind(place, id.value()); }
     void bind(int place, double number) { check(sqlite3_bind_double(statement_.handle_, place, number)); }
     void bind(int place, std::nullptr_t) { check(sqlite3_bind_null(statement_.handle_, place)); }
     void bind(int place, QByteArrayView bytes);

@@ -43,12 +43,12 @@ QVector<NoteChange> VersionStore::changesSince(qint64 change) const {
   {
     Statement::Run row(statements_->changed, change);
     while (row.step())
-      changes.push_back({row.integer(0), quint32(row.integer(1)),
-                         row.integer(2) == kStateLive ? NoteState::Live : NoteState::Stub});
+      changes.push_back(
+          {row.integer(0), row.noteId(1), row.integer(2) == kStateLive ? NoteState::Live : NoteState::Stub});
   }
   const qsizetype changed = changes.size();
   Statement::Run row(statements_->erased, change);
-  while (row.step()) changes.push_back({row.integer(0), quint32(row.integer(1)), NoteState::Gone});
+  while (row.step()) changes.push_back({row.integer(0), row.noteId(1), NoteState::Gone});
   std::inplace_merge(changes.begin(), changes.begin() + changed, changes.end(),
                      [](const NoteChange& a, const NoteChange& b) { return a.change < b.change; });
   return changes;
@@ -66,7 +66,7 @@ VersionVector VersionStore::versionVector(const NoteVersion& version) const {
   return table_.vectorOf(version.id, version.stamp);
 }
 
-void VersionStore::setVersionVector(quint32 noteId, const VersionVector& versionVector) {
+void VersionStore::setVersionVector(NoteId noteId, const VersionVector& versionVector) {
   StoreTransaction transaction(session_);
   table_.put(noteId, versionVector);
   transaction.commit();
@@ -83,7 +83,7 @@ void VersionStore::saveStub(const NoteHeader& header, const VersionVector& versi
   StoreTransaction transaction(session_);
   NoteVersion there;
   const bool known = table_.find(header.unid, there);
-  const quint32 id = known ? there.id : notes_.nextId();
+  const NoteId id = known ? there.id : notes_.nextId();
   const qint64 time = stored(header.sequenceTime), change = session_.nextChange();
   if (known) {
     Statement::Run(statements_->updateToStub, header.sequence, time, time, change, id).step();

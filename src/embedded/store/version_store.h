@@ -15,7 +15,7 @@ enum class NoteState;
 // A note that is not as it was: saved (Live), deleted (Stub) or erased without a stub (Gone).
 struct NoteChange {
   qint64 change = 0;
-  quint32 id = 0;
+  NoteId id;
   NoteState state{};
 };
 
@@ -43,7 +43,7 @@ class VersionStore {
   void saveVersion(Note& note, const VersionVector& versionVector);
   void saveStub(const NoteHeader& header, const VersionVector& versionVector);
   // A note that stays as it is has learnt of other versions.
-  void setVersionVector(quint32 noteId, const VersionVector& versionVector);
+  void setVersionVector(NoteId noteId, const VersionVector& versionVector);
 
  private:
   struct Statements;

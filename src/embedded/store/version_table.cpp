@@ -8,7 +8,7 @@ namespace lens {
 
 NoteVersion VersionTable::readVersion(Statement::Run& row) {
   NoteVersion version;
-  version.id = quint32(row.integer(0));
+  version.id = row.noteId(0);
   version.unid = Unid::fromBytes(row.blob(1));
   version.noteClass = quint16(row.integer(2));
   version.live = row.integer(3) == kStateLive;
@@ -36,18 +36,18 @@ bool VersionTable::find(const Unid& unid, NoteVersion& version) {
   return true;
 }
 
-VersionVector VersionTable::vectorOf(quint32 noteId, const VersionStamp& original) {
+VersionVector VersionTable::vectorOf(NoteId noteId, const VersionStamp& original) {
   Statement::Run row(readVector_, noteId);
   const VersionVector versionVector = row.step() ? VersionVector::fromBytes(row.blob(0)) : VersionVector();
   return versionVector.isNull() ? VersionVector(original) : versionVector;
 }
 
-void VersionTable::put(quint32 noteId, const VersionVector& versionVector) {
+void VersionTable::put(NoteId noteId, const VersionVector& versionVector) {
   const QByteArray stamps = versionVector.bytes();
   Statement::Run(writeVector_, noteId, stamps).step();
 }
 
-void VersionTable::erase(quint32 noteId) {
+void VersionTable::erase(NoteId noteId) {
   Statement::Run(eraseVector_, noteId).step();
 }
 

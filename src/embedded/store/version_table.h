@@ -15,9 +15,9 @@ class VersionTable {
   bool find(const Unid& unid, NoteVersion& version);
 
   // Of a note that was never changed since it came into being there is none: the stamp is its original one.
-  VersionVector vectorOf(quint32 noteId, const VersionStamp& original);
-  void put(quint32 noteId, const VersionVector& versionVector);
-  void erase(quint32 noteId);
+  VersionVector vectorOf(NoteId noteId, const VersionStamp& original);
+  void put(NoteId noteId, const VersionVector& versionVector);
+  void erase(NoteId noteId);
   // The version vector of the version that comes after what is stored.
   VersionVector next(const NoteHeader& before);
   // A note that was erased here without a stub may come back as it was before our last changes of it. What

@@ -83,17 +83,17 @@ class Writer {
                   enginefault::NotSaved};
 };
 
-QVector<quint32> noteIds(Statement::Run& run) {
-  QVector<quint32> ids;
-  while (run.step()) ids.push_back(quint32(run.integer(0)));
+QVector<NoteId> noteIds(Statement::Run& run) {
+  QVector<NoteId> ids;
+  while (run.step()) ids.push_back(run.noteId(0));
   return ids;
 }
 
-Unid requireFolder(const Database& database, quint32 folder) {
+Unid requireFolder(const Database& database, NoteId folder) {
   Note note;
   if (!database.notes().read(folder, note))
     throw RuntimeError(enginefault::UnknownNote, u"%1: there is no note %2 (it may have been deleted)"_s.arg(
-                                                     database.path(), QString::number(folder, 16).toUpper()));
+                                                     database.path(), folder.hexText()));
   if (noteclass::base(note.header.noteClass) != noteclass::View || !isFolder(note))
     throw RuntimeError(kNoFolder, u"%1: \"%2\" is no folder"_s.arg(database.path(), note.text(u"$TITLE")));
   return note.header.unid;
@@ -101,7 +101,7 @@ Unid requireFolder(const Database& database, quint32 folder) {
 
 enum class Missing { Refuse, PassOver };
 
-void write(Database& database, quint32 folder, const QVector<quint32>& documents, bool present,
+void write(Database& database, NoteId folder, const QVector<NoteId>& documents, bool present,
            Missing missing) {
   Database::Transaction transaction(database);
   const QByteArray folderUnid = requireFolder(database, folder).bytes();
@@ -112,13 +112,12 @@ void write(Database& database, quint32 folder, const QVector<quint32>& documents
                  enginefault::NotSaved);
   Writer writer(database);
   const qint64 now = QDateTime::currentMSecsSinceEpoch();
-  for (const quint32 document : documents) {
+  for (const NoteId document : documents) {
     Statement::Run run(find, document, folderUnid);
     if (!run.step()) {
       if (missing == Missing::PassOver) continue;
-      throw RuntimeError(enginefault::UnknownNote,
-                         u"%1: there is no document %2 for the folder"_s.arg(
-                             database.path(), QString::number(document, 16).toUpper()));
+      throw RuntimeError(enginefault::UnknownNote, u"%1: there is no document %2 for the folder"_s.arg(
+                                                       database.path(), document.hexText()));
     }
     // What is so already stays as it is: nobody has to look at it again.
     if (!run.isNull(1) ? (run.integer(1) != 0) == present : !present) continue;
@@ -179,11 +178,11 @@ void shareFolders(Database& a, Database& b) {
   give(b, a);
 }
 
-void addToFolder(Database& database, quint32 folder, const QVector<quint32>& documents) {
+void addToFolder(Database& database, NoteId folder, const QVector<NoteId>& documents) {
   write(database, folder, documents, true, Missing::Refuse);
 }
 
-void removeFromFolder(Database& database, quint32 folder, const QVector<quint32>& documents) {
+void removeFromFolder(Database& database, NoteId folder, const QVector<NoteId>& documents) {
   write(database, folder, documents, false, Missing::PassOver);
 }
 
@@ -197,7 +196,7 @@ qint64 folderChange(const Database& database, const Unid& folder) {
   return run.step() ? run.integer(0) : 0;
 }
 
-QVector<quint32> folderChangesSince(const Database& database, const Unid& folder, qint64 change) {
+QVector<NoteId> folderChangesSince(const Database& database, const Unid& folder, qint64 change) {
   if (!hasTable(database)) return {};
   const Connection& connection = database.connection();
   Statement changed(connection,
@@ -209,7 +208,7 @@ QVector<quint32> folderChangesSince(const Database& database, const Unid& folder
   return noteIds(run);
 }
 
-QVector<quint32> folderDocuments(const Database& database, const Unid& folder) {
+QVector<NoteId> folderDocuments(const Database& database, const Unid& folder) {
   if (!hasTable(database)) return {};
   const Connection& connection = database.connection();
   Statement present(connection,

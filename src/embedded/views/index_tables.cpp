@@ -31,8 +31,8 @@ constexpr Table kTables[] = {
 constexpr qsizetype kMostInBlock = 1024;
 
 // Blocks of a view stand together.
-qint64 placeOf(quint32 view, quint32 block) {
-  return qint64(view) << 24 | block;
+qint64 placeOf(NoteId view, quint32 block) {
+  return qint64(view.value()) << 24 | block;
 }
 
 void drop(Connection& connection, const char* place) {
@@ -51,8 +51,8 @@ bool isOutdated(const Connection& connection, const Table& table) {
 
 }  // namespace
 
-quint32 noteIdOf(QByteArrayView key) {
-  return key.size() < 4 ? 0 : qFromBigEndian<quint32>(key.data() + key.size() - 4);
+NoteId noteIdOf(QByteArrayView key) {
+  return key.size() < 4 ? NoteId() : NoteId(qFromBigEndian<quint32>(key.data() + key.size() - 4));
 }
 
 IndexTables::IndexTables(Database& database) : connection_(database.connection()) {}
@@ -85,31 +85,31 @@ bool IndexTables::exist() const {
 }
 
 void IndexTables::removeOrphans() {
-  QVector<quint32> orphans;
+  QVector<NoteId> orphans;
   {
     Statement::Run run(orphans_);
-    while (run.step()) orphans.push_back(quint32(run.integer(0)));
+    while (run.step()) orphans.push_back(run.noteId(0));
   }
-  for (const quint32 view : std::as_const(orphans)) {
+  for (const NoteId view : std::as_const(orphans)) {
     clear(view);
     Statement::Run(removeHead_, view).step();
   }
 }
 
-bool IndexTables::readHead(quint32 view, IndexHead& head) {
+bool IndexTables::readHead(NoteId view, IndexHead& head) {
   Statement::Run run(readHead_, view);
   if (!run.step()) return false;
   head = {run.blob(0).toByteArray(), run.integer(1), run.integer(2), run.integer(3)};
   return true;
 }
 
-void IndexTables::writeHead(quint32 view, const IndexHead& head, qint64 rows) {
+void IndexTables::writeHead(NoteId view, const IndexHead& head, qint64 rows) {
   Statement::Run(writeHead_, view, head.digest, head.change, head.moment, head.folderChange, rows).step();
 }
 
-void IndexTables::clear(quint32 view) {
+void IndexTables::clear(NoteId view) {
   Statement::Run(clearNotes_, view).step();
-  Statement::Run(clearBlocks_, placeOf(view, 0), placeOf(view + 1, 0)).step();
+  Statement::Run(clearBlocks_, placeOf(view, 0), placeOf(NoteId(view.value() + 1), 0)).step();
   Statement::Run(clearRows_, view).step();
 }
 
@@ -119,24 +119,24 @@ bool IndexTables::isInBlock(const IndexedNote& note) const {
   return note.plain() && note.rows.size() <= kMostInBlock;
 }
 
-NoteBlock IndexTables::readBlock(quint32 view, quint32 block) {
+NoteBlock IndexTables::readBlock(NoteId view, quint32 block) {
   Statement::Run run(readBlock_, placeOf(view, block));
   return NoteBlock(run.step() ? run.blob(0).toByteArray() : QByteArray());
 }
 
-void IndexTables::writeBlock(quint32 view, quint32 block, const NoteBlock& written) {
+void IndexTables::writeBlock(NoteId view, quint32 block, const NoteBlock& written) {
   if (written.isEmpty())
     Statement::Run(removeBlock_, placeOf(view, block)).step();
   else
     Statement::Run(writeBlock_, placeOf(view, block), written.bytes()).step();
 }
 
-void IndexTables::takeOutOfBlock(quint32 view, quint32 note) {
+void IndexTables::takeOutOfBlock(NoteId view, NoteId note) {
   NoteBlock block = readBlock(view, NoteBlock::of(note));
   if (block.remove(note)) writeBlock(view, NoteBlock::of(note), block);
 }
 
-bool IndexTables::readNote(quint32 view, quint32 note, IndexedNote& found) {
+bool IndexTables::readNote(NoteId view, NoteId note, IndexedNote& found) {
   const NoteBlock block = readBlock(view, NoteBlock::of(note));
   if (QByteArrayView rows; block.find(note, rows)) {
     found = {{}, {}, true, true, rows.toByteArray()};
@@ -150,7 +150,7 @@ bool IndexTables::readNote(quint32 view, quint32 note, IndexedNote& found) {
   return true;
 }
 
-void IndexTables::putNote(Statement& put, quint32 view, quint32 note, const IndexedNote& written) {
+void IndexTables::putNote(Statement& put, NoteId view, NoteId note, const IndexedNote& written) {
   const int state = (written.matched ? kMatched : 0) | (written.shown ? kShown : 0);
   if (written.parent.isEmpty())
     Statement::Run(put, view, note, written.unid, nullptr, state, written.rows).step();
@@ -158,7 +158,7 @@ void IndexTables::putNote(Statement& put, quint32 view, quint32 note, const Inde
     Statement::Run(put, view, note, written.unid, written.parent, state, written.rows).step();
 }
 
-void IndexTables::writeNote(quint32 view, quint32 note, const IndexedNote& written) {
+void IndexTables::writeNote(NoteId view, NoteId note, const IndexedNote& written) {
   if (!isInBlock(written)) {
     takeOutOfBlock(view, note);
     return putNote(writeNote_, view, note, written);
@@ -169,50 +169,50 @@ void IndexTables::writeNote(quint32 view, quint32 note, const IndexedNote& writt
   Statement::Run(removeNote_, view, note).step();
 }
 
-void IndexTables::addNote(quint32 view, quint32 note, const IndexedNote& added) {
+void IndexTables::addNote(NoteId view, NoteId note, const IndexedNote& added) {
   if (!isInBlock(added)) return putNote(addNote_, view, note, added);
   if (NoteBlock::of(note) != growingBlock_) finishNotes(view);
   growingBlock_ = NoteBlock::of(note);
   growing_.append(note, added.rows);
 }
 
-void IndexTables::finishNotes(quint32 view) {
+void IndexTables::finishNotes(NoteId view) {
   if (!growing_.isEmpty()) writeBlock(view, growingBlock_, growing_);
   growing_.clear();
 }
 
-void IndexTables::removeNote(quint32 view, quint32 note) {
+void IndexTables::removeNote(NoteId view, NoteId note) {
   takeOutOfBlock(view, note);
   Statement::Run(removeNote_, view, note).step();
 }
 
-QByteArray IndexTables::unidOf(quint32 note) {
+QByteArray IndexTables::unidOf(NoteId note) {
   Statement::Run run(unidOf_, note);
   return run.step() ? run.blob(0).toByteArray() : QByteArray();
 }
 
-QVector<quint32> IndexTables::responsesTo(quint32 view, const QByteArray& unid) {
-  QVector<quint32> notes;
+QVector<NoteId> IndexTables::responsesTo(NoteId view, const QByteArray& unid) {
+  QVector<NoteId> notes;
   Statement::Run run(responsesTo_, view, unid);
-  while (run.step()) notes.push_back(quint32(run.integer(0)));
+  while (run.step()) notes.push_back(run.noteId(0));
   return notes;
 }
 
-QVector<quint32> IndexTables::allResponses(quint32 view) {
-  QVector<quint32> notes;
+QVector<NoteId> IndexTables::allResponses(NoteId view) {
+  QVector<NoteId> notes;
   Statement::Run run(allResponses_, view);
-  while (run.step()) notes.push_back(quint32(run.integer(0)));
+  while (run.step()) notes.push_back(run.noteId(0));
   return notes;
 }
 
-quint32 IndexTables::noteOf(const QByteArray& unid) {
+NoteId IndexTables::noteOf(const QByteArray& unid) {
   Statement::Run run(noteOf_, unid);
-  return run.step() ? quint32(run.integer(0)) : 0;
+  return run.step() ? run.noteId(0) : NoteId();
 }
 
 // --- Rows ----------------------------------------------------------------------------------------------
 
-bool IndexTables::writeRow(quint32 view, const IndexedRow& row) {
+bool IndexTables::writeRow(NoteId view, const IndexedRow& row) {
   if (row.categories.isEmpty())
     Statement::Run(writeRow_, view, row.key, row.level, nullptr).step();
   else
@@ -220,17 +220,17 @@ bool IndexTables::writeRow(quint32 view, const IndexedRow& row) {
   return sqlite3_changes(connection_.handle()) > 0;
 }
 
-void IndexTables::addRows(quint32 view, const RowsAtOnce& rows) {
+void IndexTables::addRows(NoteId view, const RowsAtOnce& rows) {
   std::apply([&](const auto&... bytes) { Statement::Run(addRows_, view, bytes...).step(); }, rows);
 }
 
-qint64 IndexTables::removeRows(quint32 view, const QByteArray& key) {
+qint64 IndexTables::removeRows(NoteId view, const QByteArray& key) {
   const QByteArray end = behindAll(key);
   Statement::Run(removeRows_, view, key, end).step();
   return sqlite3_changes(connection_.handle());
 }
 
-qint64 IndexTables::rowCount(quint32 view) {
+qint64 IndexTables::rowCount(NoteId view) {
   Statement::Run run(rowCount_, view);
   return run.step() ? run.integer(0) : 0;
 }

@@ -50,7 +50,7 @@ struct IndexedRow {
   int level = 0;  // of the hierarchy of responses
   QByteArray categories;
 };
-quint32 noteIdOf(QByteArrayView key);
+NoteId noteIdOf(QByteArrayView key);
 
 class IndexTables {
  public:
@@ -66,47 +66,47 @@ class IndexTables {
   // Indexes of views that are no longer there.
   void removeOrphans();
 
-  bool readHead(quint32 view, IndexHead& head);
-  void writeHead(quint32 view, const IndexHead& head, qint64 rows);
-  void clear(quint32 view);
+  bool readHead(NoteId view, IndexHead& head);
+  void writeHead(NoteId view, const IndexHead& head, qint64 rows);
+  void clear(NoteId view);
 
-  bool readNote(quint32 view, quint32 note, IndexedNote& found);
-  void writeNote(quint32 view, quint32 note, const IndexedNote& written);
+  bool readNote(NoteId view, NoteId note, IndexedNote& found);
+  void writeNote(NoteId view, NoteId note, const IndexedNote& written);
   // Documents of an empty index, in the order of their IDs; they are there after finishNotes().
-  void addNote(quint32 view, quint32 note, const IndexedNote& added);
-  void finishNotes(quint32 view);
-  void removeNote(quint32 view, quint32 note);
-  QVector<quint32> responsesTo(quint32 view, const QByteArray& unid);
-  QVector<quint32> allResponses(quint32 view);
+  void addNote(NoteId view, NoteId note, const IndexedNote& added);
+  void finishNotes(NoteId view);
+  void removeNote(NoteId view, NoteId note);
+  QVector<NoteId> responsesTo(NoteId view, const QByteArray& unid);
+  QVector<NoteId> allResponses(NoteId view);
   // The note of that UNID, deleted ones too; 0 when there is none.
-  quint32 noteOf(const QByteArray& unid);
-  QByteArray unidOf(quint32 note);
+  NoteId noteOf(const QByteArray& unid);
+  QByteArray unidOf(NoteId note);
 
   // False when that row is there already.
-  bool writeRow(quint32 view, const IndexedRow& row);
+  bool writeRow(NoteId view, const IndexedRow& row);
   // Rows without a level, many at once; they are not there yet. Key and categories in turn.
   static constexpr std::size_t kRowsAtOnce = 16;
   using RowsAtOnce = std::array<QByteArrayView, 2 * kRowsAtOnce>;
-  void addRows(quint32 view, const RowsAtOnce& rows);
+  void addRows(NoteId view, const RowsAtOnce& rows);
   // The row and all below it; how many there were.
-  qint64 removeRows(quint32 view, const QByteArray& key);
+  qint64 removeRows(NoteId view, const QByteArray& key);
   // As the head says it.
-  qint64 rowCount(quint32 view);
+  qint64 rowCount(NoteId view);
   // Rows in their order from the first key that is not less, until the visitor returns false. The
   // visitor must not ask these tables for rows.
   template <class Visit>
-  void eachRow(quint32 view, const QByteArray& from, Visit&& visit) {
+  void eachRow(NoteId view, const QByteArray& from, Visit&& visit) {
     Statement::Run run(rowsFrom_, view, from);
     while (run.step())
       if (!visit(run.blob(0), int(run.integer(1)), run.blob(2))) return;
   }
 
  private:
-  void putNote(Statement& put, quint32 view, quint32 note, const IndexedNote& written);
+  void putNote(Statement& put, NoteId view, NoteId note, const IndexedNote& written);
   bool isInBlock(const IndexedNote& note) const;
-  NoteBlock readBlock(quint32 view, quint32 block);
-  void writeBlock(quint32 view, quint32 block, const NoteBlock& written);
-  void takeOutOfBlock(quint32 view, quint32 note);
+  NoteBlock readBlock(NoteId view, quint32 block);
+  void writeBlock(NoteId view, quint32 block, const NoteBlock& written);
+  void takeOutOfBlock(NoteId view, NoteId note);
 
   Connection& connection_;
   NoteBlock growing_;  // of addNote

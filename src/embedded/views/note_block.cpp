@@ -7,11 +7,11 @@ namespace {
 
 constexpr qsizetype kHead = 5;
 
-quint8 lastBits(quint32 note) {
-  return quint8(note & 0xFF);
+quint8 lastBits(NoteId note) {
+  return quint8(note.value() & 0xFF);
 }
 
-QByteArray entryOf(quint32 note, QByteArrayView rows) {
+QByteArray entryOf(NoteId note, QByteArrayView rows) {
   QByteArray entry(1, char(lastBits(note)));
   appendU32(entry, quint32(rows.size()));
   return entry.append(rows);
@@ -19,7 +19,7 @@ QByteArray entryOf(quint32 note, QByteArrayView rows) {
 
 }  // namespace
 
-NoteBlock::Place NoteBlock::placeOf(quint32 note) const {
+NoteBlock::Place NoteBlock::placeOf(NoteId note) const {
   ByteReader reader(bytes_);
   while (reader.left() > 0) {
     const qsizetype at = reader.position();
@@ -32,25 +32,25 @@ NoteBlock::Place NoteBlock::placeOf(quint32 note) const {
   return {bytes_.size(), 0};
 }
 
-bool NoteBlock::find(quint32 note, QByteArrayView& rows) const {
+bool NoteBlock::find(NoteId note, QByteArrayView& rows) const {
   const Place place = placeOf(note);
   if (place.size == 0) return false;
   rows = QByteArrayView(bytes_).sliced(place.at + kHead, place.size - kHead);
   return true;
 }
 
-void NoteBlock::put(quint32 note, QByteArrayView rows) {
+void NoteBlock::put(NoteId note, QByteArrayView rows) {
   const Place place = placeOf(note);
   bytes_.replace(place.at, place.size, entryOf(note, rows));
 }
 
-void NoteBlock::append(quint32 note, QByteArrayView rows) {
+void NoteBlock::append(NoteId note, QByteArrayView rows) {
   bytes_.append(char(lastBits(note)));
   appendU32(bytes_, quint32(rows.size()));
   bytes_.append(rows);
 }
 
-bool NoteBlock::remove(quint32 note) {
+bool NoteBlock::remove(NoteId note) {
   const Place place = placeOf(note);
   bytes_.remove(place.at, place.size);
   return place.size > 0;

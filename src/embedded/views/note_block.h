@@ -7,22 +7,24 @@
 
 #include <QByteArray>
 
+#include "embedded/format/note_id.h"
+
 namespace lens {
 
 class NoteBlock {
  public:
   // The block that a document belongs to.
-  static quint32 of(quint32 note) { return note >> 8; }
+  static quint32 of(NoteId note) { return note.value() >> 8; }
 
   // Bytes that end early give what stands before the fault.
   explicit NoteBlock(QByteArray bytes = {}) : bytes_(std::move(bytes)) {}
 
-  bool find(quint32 note, QByteArrayView& rows) const;
-  void put(quint32 note, QByteArrayView rows);
+  bool find(NoteId note, QByteArrayView& rows) const;
+  void put(NoteId note, QByteArrayView rows);
   // The same for a document with a greater ID than all that are there.
-  void append(quint32 note, QByteArrayView rows);
+  void append(NoteId note, QByteArrayView rows);
   // False when it is not there.
-  bool remove(quint32 note);
+  bool remove(NoteId note);
 
   bool isEmpty() const { return bytes_.isEmpty(); }
   const QByteArray& bytes() const { return bytes_; }
@@ -33,7 +35,7 @@ class NoteBlock {
   struct Place {
     qsizetype at = 0, size = 0;
   };
-  Place placeOf(quint32 note) const;
+  Place placeOf(NoteId note) const;
 
   QByteArray bytes_;
 };

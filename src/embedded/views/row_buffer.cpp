@@ -20,9 +20,9 @@ qsizetype shared(QByteArrayView a, QByteArrayView b, qsizetype most) {
 
 }  // namespace
 
-void RowBuffer::add(QByteArrayView key, quint32 note, QByteArrayView categories) {
+void RowBuffer::add(QByteArrayView key, NoteId note, QByteArrayView categories) {
   char end[4];
-  qToBigEndian(note, end);
+  qToBigEndian(note.value(), end);
   const qsizetype at = bytes_.size();
   bytes_.append(key).append(end, 4);
   const qsizetype size = bytes_.size() - at;

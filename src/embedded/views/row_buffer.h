@@ -12,11 +12,11 @@ namespace lens {
 class RowBuffer {
  public:
   // The pause is called between writes.
-  RowBuffer(IndexTables& tables, quint32 view, const std::function<bool()>& pause)
+  RowBuffer(IndexTables& tables, NoteId view, const std::function<bool()>& pause)
       : tables_(tables), view_(view), pause_(pause) {}
   // The note's ID is put behind the key. What is still held when the buffer goes is lost: flush() writes
   // it.
-  void add(QByteArrayView key, quint32 note, QByteArrayView categories);
+  void add(QByteArrayView key, NoteId note, QByteArrayView categories);
   void flush();
   // How many were written.
   qint64 count() const { return count_; }
@@ -35,7 +35,7 @@ class RowBuffer {
 
   static constexpr qsizetype kMostBytes = 64 * 1024 * 1024;
   IndexTables& tables_;
-  const quint32 view_;
+  const NoteId view_;
   const std::function<bool()>& pause_;
   QByteArray bytes_;
   std::vector<Row> rows_;

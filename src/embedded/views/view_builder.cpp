@@ -10,9 +10,9 @@ namespace {
 
 constexpr int kDeepestAnswer = 32;
 
-void appendNoteId(QByteArray& key, quint32 note) {
+void appendNoteId(QByteArray& key, NoteId note) {
   char bytes[4];
-  qToBigEndian(note, bytes);
+  qToBigEndian(note.value(), bytes);
   key.append(bytes, 4);
 }
 
@@ -59,7 +59,7 @@ ViewBuilder::ViewBuilder(const Database& database, const ViewDesign& design, Doc
 
 // --- Documents -----------------------------------------------------------------------------------------
 
-bool ViewBuilder::readNote(quint32 noteId, Note& note) const {
+bool ViewBuilder::readNote(NoteId noteId, Note& note) const {
   try {
     note = {};
     return database_.notes().read(noteId, note);
@@ -109,14 +109,14 @@ void ViewBuilder::take(const NoteHeader& header, const Unid& parent, formula::Do
   addTo(*buffer, header.id, indexed);
 }
 
-void ViewBuilder::addTo(RowBuffer& buffer, quint32 note, const IndexedNote& indexed) const {
+void ViewBuilder::addTo(RowBuffer& buffer, NoteId note, const IndexedNote& indexed) const {
   if (!indexed.shown || isBelow(indexed.parent)) return;
   eachPacked(indexed.rows,
              [&](QByteArrayView key, QByteArrayView categories) { buffer.add(key, note, categories); });
 }
 
 // A document that the selection did not take for itself is asked again as a response.
-void ViewBuilder::takeResponse(quint32 noteId, RowBuffer* buffer) {
+void ViewBuilder::takeResponse(NoteId noteId, RowBuffer* buffer) {
   IndexedNote indexed;
   if (!tables_.readNote(view_, noteId, indexed) || indexed.matched || indexed.parent.isEmpty()) return;
   Note note;
@@ -145,7 +145,7 @@ void ViewBuilder::scan(RowBuffer& buffer, const Pause& pause) {
 
 void ViewBuilder::takeFolder(RowBuffer& buffer, const Pause& pause) {
   Note note;
-  for (const quint32 id : folderDocuments(database_, design_.unid)) {
+  for (const NoteId id : folderDocuments(database_, design_.unid)) {
     if (!readNote(id, note) || !isOfTheClass(note)) continue;
     EvaluatedNote document(note, &database_, EvaluatedNote::Items::Summary);
     take(note.header, tree() ? parentOf(note) : Unid(), document, &buffer);
@@ -162,8 +162,8 @@ void ViewBuilder::rebuild(const Pause& pause) {
   else
     scan(buffer, pause);
   tables_.finishNotes(view_);
-  const QVector<quint32> responses = tree() ? tables_.allResponses(view_) : QVector<quint32>();
-  for (const quint32 note : responses) {
+  const QVector<NoteId> responses = tree() ? tables_.allResponses(view_) : QVector<NoteId>();
+  for (const NoteId note : responses) {
     if (!withResponses_) break;
     takeResponse(note, &buffer);
     pause();
@@ -174,12 +174,12 @@ void ViewBuilder::rebuild(const Pause& pause) {
 }
 
 // Each document without a parent is placed once, and all below it with it.
-void ViewBuilder::placeResponses(const QVector<quint32>& responses, const Pause& pause) {
-  QSet<quint32> done;
+void ViewBuilder::placeResponses(const QVector<NoteId>& responses, const Pause& pause) {
+  QSet<NoteId> done;
   IndexedNote indexed;
-  for (const quint32 response : responses) {
+  for (const NoteId response : responses) {
     if (!tables_.readNote(view_, response, indexed)) continue;
-    const quint32 parent = tables_.noteOf(indexed.parent);
+    const NoteId parent = tables_.noteOf(indexed.parent);
     const qsizetype before = done.size();
     done.insert(parent);
     if (done.size() == before || !tables_.readNote(view_, parent, indexed)) continue;
@@ -193,8 +193,8 @@ void ViewBuilder::placeResponses(const QVector<quint32>& responses, const Pause&
 
 // Where responses are selected with what they answer, a change concerns all below: as they were and as they
 // are now.
-void ViewBuilder::withDescendants(QVector<quint32>& notes) {
-  QSet<quint32> known(notes.begin(), notes.end());
+void ViewBuilder::withDescendants(QVector<NoteId>& notes) {
+  QSet<NoteId> known(notes.begin(), notes.end());
   IndexedNote indexed;
   for (qsizetype i = 0; i < notes.size(); ++i) {
     QVector<QByteArray> unids{tables_.unidOf(notes[i])};
@@ -202,7 +202,7 @@ void ViewBuilder::withDescendants(QVector<quint32>& notes) {
       unids.push_back(indexed.unid);
     for (const QByteArray& unid : std::as_const(unids)) {
       if (unid.isEmpty()) continue;
-      for (const quint32 response : tables_.responsesTo(view_, unid)) {
+      for (const NoteId response : tables_.responsesTo(view_, unid)) {
         const qsizetype before = known.size();
         known.insert(response);
         if (known.size() > before) notes.push_back(response);
@@ -211,14 +211,14 @@ void ViewBuilder::withDescendants(QVector<quint32>& notes) {
   }
 }
 
-void ViewBuilder::update(const QVector<quint32>& changed) {
-  QVector<quint32> notes = changed;
+void ViewBuilder::update(const QVector<NoteId>& changed) {
+  QVector<NoteId> notes = changed;
   if (withResponses_) withDescendants(notes);
   // All rows go before anything is written down anew: where they stand is told by the old state.
-  for (const quint32 note : std::as_const(notes))
+  for (const NoteId note : std::as_const(notes))
     for (const IndexedRow& row : placed(note)) growth_ -= tables_.removeRows(view_, row.key);
   Note note;
-  for (const quint32 id : std::as_const(notes)) {
+  for (const NoteId id : std::as_const(notes)) {
     if (!readNote(id, note) || !belongs(note)) {
       tables_.removeNote(view_, id);
       continue;
@@ -227,13 +227,13 @@ void ViewBuilder::update(const QVector<quint32>& changed) {
     take(note.header, tree() ? parentOf(note) : Unid(), document, nullptr);
   }
   if (withResponses_)
-    for (const quint32 id : std::as_const(notes)) takeResponse(id, nullptr);
-  for (const quint32 id : std::as_const(notes)) place(id);
+    for (const NoteId id : std::as_const(notes)) takeResponse(id, nullptr);
+  for (const NoteId id : std::as_const(notes)) place(id);
 }
 
 // --- Rows ----------------------------------------------------------------------------------------------
 
-ViewBuilder::Rows ViewBuilder::ownRows(quint32 note, const IndexedNote& indexed) const {
+ViewBuilder::Rows ViewBuilder::ownRows(NoteId note, const IndexedNote& indexed) const {
   Rows rows;
   eachPacked(indexed.rows, [&](QByteArrayView key, QByteArrayView categories) {
     IndexedRow row{key.toByteArray(), 0, categories.toByteArray()};
@@ -243,8 +243,7 @@ ViewBuilder::Rows ViewBuilder::ownRows(quint32 note, const IndexedNote& indexed)
   return rows;
 }
 
-ViewBuilder::Rows ViewBuilder::rowsBelow(const Rows& parents, quint32 note,
-                                         const IndexedNote& indexed) const {
+ViewBuilder::Rows ViewBuilder::rowsBelow(const Rows& parents, NoteId note, const IndexedNote& indexed) const {
   Rows rows;
   for (const IndexedRow& parent : parents) {
     if (parent.level >= kDeepestAnswer) continue;
@@ -255,7 +254,7 @@ ViewBuilder::Rows ViewBuilder::rowsBelow(const Rows& parents, quint32 note,
 }
 
 // The rows that a document has by what the tables say of it and of what it answers. A circle has none.
-ViewBuilder::Rows ViewBuilder::placed(quint32 note, int depth) {
+ViewBuilder::Rows ViewBuilder::placed(NoteId note, int depth) {
   IndexedNote indexed;
   if (depth > kDeepestAnswer || !tables_.readNote(view_, note, indexed) || !indexed.shown) return {};
   if (!isBelow(indexed.parent)) return ownRows(note, indexed);
@@ -267,7 +266,7 @@ void ViewBuilder::write(const Rows& rows) {
   for (const IndexedRow& row : rows) growth_ += tables_.writeRow(view_, row) ? 1 : 0;
 }
 
-void ViewBuilder::place(quint32 note) {
+void ViewBuilder::place(NoteId note) {
   const Rows rows = placed(note);
   write(rows);
   if (design_.hierarchy && !rows.isEmpty()) placeBelow(tables_.unidOf(note), rows);
@@ -275,7 +274,7 @@ void ViewBuilder::place(quint32 note) {
 
 void ViewBuilder::placeBelow(const QByteArray& unid, const Rows& parents) {
   IndexedNote indexed;
-  for (const quint32 response : tables_.responsesTo(view_, unid)) {
+  for (const NoteId response : tables_.responsesTo(view_, unid)) {
     if (!tables_.readNote(view_, response, indexed) || !indexed.shown) continue;
     const Rows rows = rowsBelow(parents, response, indexed);
     write(rows);

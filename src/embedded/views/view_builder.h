@@ -24,7 +24,7 @@ class ViewBuilder {
   using Pause = std::function<bool()>;
   void rebuild(const Pause& pause);
   // These notes are not as they were.
-  void update(const QVector<quint32>& changed);
+  void update(const QVector<NoteId>& changed);
   // By how many rows the index has grown; after a rebuild, how many it has.
   qint64 growth() const { return growth_; }
 
@@ -32,33 +32,33 @@ class ViewBuilder {
   bool tree() const { return design_.hierarchy || withResponses_; }
   // Phases of both.
   void take(const NoteHeader& header, const Unid& parent, formula::Document& document, RowBuffer* buffer);
-  void takeResponse(quint32 note, RowBuffer* buffer);
-  void addTo(RowBuffer& buffer, quint32 note, const IndexedNote& indexed) const;
+  void takeResponse(NoteId note, RowBuffer* buffer);
+  void addTo(RowBuffer& buffer, NoteId note, const IndexedNote& indexed) const;
   void scan(RowBuffer& buffer, const Pause& pause);
   void takeFolder(RowBuffer& buffer, const Pause& pause);
-  void placeResponses(const QVector<quint32>& responses, const Pause& pause);
+  void placeResponses(const QVector<NoteId>& responses, const Pause& pause);
   bool isOfTheClass(const Note& note) const;
   bool belongs(const Note& note) const;
-  bool readNote(quint32 noteId, Note& note) const;
+  bool readNote(NoteId noteId, Note& note) const;
 
   void packRows(const NoteHeader& header, const Unid& parent, formula::Document& document,
                 QByteArray& packed);
   bool isBelow(const QByteArray& parent) const { return design_.hierarchy && !parent.isEmpty(); }
 
   using Rows = QVector<IndexedRow>;
-  Rows ownRows(quint32 note, const IndexedNote& indexed) const;
-  Rows rowsBelow(const Rows& parents, quint32 note, const IndexedNote& indexed) const;
-  Rows placed(quint32 note, int depth = 0);
+  Rows ownRows(NoteId note, const IndexedNote& indexed) const;
+  Rows rowsBelow(const Rows& parents, NoteId note, const IndexedNote& indexed) const;
+  Rows placed(NoteId note, int depth = 0);
   void write(const Rows& rows);
-  void place(quint32 note);
+  void place(NoteId note);
   void placeBelow(const QByteArray& unid, const Rows& parents);
-  void withDescendants(QVector<quint32>& notes);
+  void withDescendants(QVector<NoteId>& notes);
 
   const Database& database_;
   const ViewDesign& design_;
   DocumentRows& rows_;
   IndexTables& tables_;
-  const quint32 view_;
+  const NoteId view_;
   const bool withResponses_;
   EvaluatedNote::Selected isMatched_;
   // Kept for the memory that they have.

@@ -30,7 +30,7 @@ struct DesignKey {
 };
 
 struct ViewDesign {
-  quint32 noteId = 0;
+  NoteId noteId;
   QString database;  // its path, for messages
   QString title;
   Unid unid;

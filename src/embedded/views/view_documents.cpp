@@ -4,7 +4,7 @@
 
 namespace lens {
 
-QVector<quint32> viewDocuments(Database& database, const Note& view, std::function<bool()> interrupted) {
+QVector<NoteId> viewDocuments(Database& database, const Note& view, std::function<bool()> interrupted) {
   ViewIndex index(database, view.header.id, std::move(interrupted));
   index.refresh();
   return index.documents();

@@ -11,6 +11,6 @@ namespace lens {
 
 // Note IDs in the order of the view, each once; its index is brought up to date first. Raises for a view
 // whose selection is there in compiled form only, has a mistake, or is interrupted (view_index.h).
-QVector<quint32> viewDocuments(Database& database, const Note& view, std::function<bool()> interrupted = {});
+QVector<NoteId> viewDocuments(Database& database, const Note& view, std::function<bool()> interrupted = {});
 
 }  // namespace lens

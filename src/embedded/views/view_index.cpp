@@ -46,7 +46,7 @@ class TemporaryTransaction {
 
 }  // namespace
 
-ViewIndex::ViewIndex(Database& database, quint32 view, Interrupted interrupted)
+ViewIndex::ViewIndex(Database& database, NoteId view, Interrupted interrupted)
     : database_(database),
       view_(view),
       tables_(database),
@@ -63,7 +63,7 @@ void ViewIndex::readDesign() {
   Note note;
   if (!database_.notes().read(view_, note) || noteclass::base(note.header.noteClass) != noteclass::View)
     throw RuntimeError(enginefault::UnknownNote, u"%1: there is no view %2 (it may have been deleted)"_s.arg(
-                                                     database_.path(), QString::number(view_, 16).toUpper()));
+                                                     database_.path(), view_.hexText()));
   ViewDesign design = readViewDesign(note);
   design.database = database_.path();
   if (design.hiddenSelection) raiseHiddenSelection(database_.path(), design.title);
@@ -158,12 +158,12 @@ void ViewIndex::makeAnew(const IndexHead& goal, const ViewBuilder::Pause& pause)
 }
 
 void ViewIndex::catchUp(const IndexHead& from, const IndexHead& goal, const ViewBuilder::Pause& pause) {
-  QVector<quint32> changed;
+  QVector<NoteId> changed;
   for (const NoteChange& change : database_.versions().changesSince(from.change))
     changed.push_back(change.id);
   if (design_.folder) {
-    const QSet<quint32> known(changed.begin(), changed.end());
-    for (const quint32 note : folderChangesSince(database_, design_.unid, from.folderChange))
+    const QSet<NoteId> known(changed.begin(), changed.end());
+    for (const NoteId note : folderChangesSince(database_, design_.unid, from.folderChange))
       if (!known.contains(note)) changed.push_back(note);
   }
   if (changed.size() > kManyChanges && changed.size() > database_.notes().noteCount(design_.noteClass) / 4)
@@ -197,9 +197,9 @@ void ViewIndex::walk(const Category& category, const Document& document) {
   });
 }
 
-QVector<quint32> ViewIndex::notes() {
-  QVector<quint32> notes;
-  walk([&](int, const PackedCategory&) { notes.push_back(0); },
+QVector<NoteId> ViewIndex::notes() {
+  QVector<NoteId> notes;
+  walk([&](int, const PackedCategory&) { notes.push_back(NoteId()); },
        [&](QByteArrayView key, int, int) { notes.push_back(noteIdOf(key)); });
   return notes;
 }
@@ -212,7 +212,7 @@ QVector<ViewLine> ViewIndex::lines() {
   QVector<ViewLine> lines;
   walk(
       [&](int level, const PackedCategory& category) {
-        lines.push_back({0, level, category.column, shownValue(category.shown), {}});
+        lines.push_back({{}, level, category.column, shownValue(category.shown), {}});
       },
       [&](QByteArrayView key, int level, int above) {
         lines.push_back({noteIdOf(key), above + level, 0, {}, key.toByteArray()});
@@ -220,11 +220,11 @@ QVector<ViewLine> ViewIndex::lines() {
   return lines;
 }
 
-QVector<quint32> ViewIndex::documents() {
-  QVector<quint32> documents;
-  QSet<quint32> known;
+QVector<NoteId> ViewIndex::documents() {
+  QVector<NoteId> documents;
+  QSet<NoteId> known;
   tables_.eachRow(view_, {}, [&](QByteArrayView key, int, QByteArrayView) {
-    const quint32 note = noteIdOf(key);
+    const NoteId note = noteIdOf(key);
     const qsizetype before = known.size();
     known.insert(note);
     if (known.size() > before) documents.push_back(note);

@@ -22,9 +22,9 @@ namespace lens {
 
 // What stands in a view: a category or a document.
 struct ViewLine {
-  quint32 note = 0;  // 0: a category
-  int level = 0;     // of categories among themselves, of responses below documents
-  int column = 0;    // of a category: the column that it stands in
+  NoteId note;     // null: a category
+  int level = 0;   // of categories among themselves, of responses below documents
+  int column = 0;  // of a category: the column that it stands in
   formula::Value category;
   QByteArray key;  // of a document's row
 };
@@ -35,7 +35,7 @@ class ViewIndex {
   // The database must outlive this; it may be one whose file cannot be written. Raises UnknownNote when there
   // is no such view. Where the user may
   // interrupt, a refresh asks and raises kFormulaError, as for a formula that takes too much time.
-  ViewIndex(Database& database, quint32 view, Interrupted interrupted = {});
+  ViewIndex(Database& database, NoteId view, Interrupted interrupted = {});
   ~ViewIndex();
 
   const ViewDesign& design() const { return design_; }
@@ -47,11 +47,11 @@ class ViewIndex {
   void refresh();
 
   // As of the last refresh. The note of each line, 0 for a category.
-  QVector<quint32> notes();
+  QVector<NoteId> notes();
   qint64 count();
   QVector<ViewLine> lines();
   // Documents in view order; one that stands in several places at its first.
-  QVector<quint32> documents();
+  QVector<NoteId> documents();
 
  private:
   template <class Category, class Document>
@@ -67,7 +67,7 @@ class ViewIndex {
   void catchUp(const IndexHead& from, const IndexHead& goal, const ViewBuilder::Pause& pause);
 
   Database& database_;
-  const quint32 view_;
+  const NoteId view_;
   struct Environment : formula::MachineEnvironment {
     bool interrupted() override { return asked && asked(); }
     Interrupted asked;

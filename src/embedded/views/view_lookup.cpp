@@ -160,7 +160,7 @@ class ValueRow {
 
 // Nothing happens when the document cannot be read.
 template <class Read>
-void withDocument(ViewIndex& index, quint32 note, const Read& read) {
+void withDocument(ViewIndex& index, NoteId note, const Read& read) {
   Note found;
   try {
     if (!index.database().notes().read(note, found)) return;
@@ -182,7 +182,7 @@ ValueRow valuesOf(ViewIndex& index, const QVector<QByteArray>& rowKeys, const Re
     std::size_t next = 0;
     bool asked = false;
   };
-  QHash<quint32, Shown> documents;
+  QHash<NoteId, Shown> documents;
   for (const QByteArray& key : rowKeys) documents[noteIdOf(key)].keys.push_back(key);
   ValueRow values;
   for (const QByteArray& key : rowKeys) {
@@ -201,7 +201,7 @@ FormulaValue categoryColumn(ViewIndex& index, int column, const Regional& region
   ValueRow values;
   QVector<ViewLine> path;
   for (const ViewLine& line : index.lines()) {
-    if (line.note != 0) continue;
+    if (line.note) continue;
     path.resize(line.level);
     path.push_back(line);
     if (line.column != column) continue;
@@ -219,12 +219,12 @@ void eachRowOfKey(ViewIndex& index, const ViewKey& key, const Regional& regional
   if (!index.design().keys.isEmpty()) KeySearch(index, key, regional, visit).run();
 }
 
-quint32 findByKey(ViewIndex& index, const ViewKey& key, const Regional& regional) {
-  quint32 found = 0;
+NoteId findByKey(ViewIndex& index, const ViewKey& key, const Regional& regional) {
+  NoteId found;
   eachRowOfKey(index, key, regional, [&](QByteArrayView row) {
-    const quint32 note = noteIdOf(row);
+    const NoteId note = noteIdOf(row);
     if (index.database().notes().state(note) == NoteState::Live) found = note;
-    return found == 0;
+    return found.isNull();
   });
   return found;
 }
@@ -235,7 +235,7 @@ FormulaValue viewColumn(ViewIndex& index, int column, const Regional& regional) 
   QVector<QByteArray> keys;
   for (const ViewLine& line : index.lines()) {
     if (keys.size() == formula::kMaxElements) break;
-    if (line.note != 0) keys.push_back(line.key);
+    if (line.note) keys.push_back(line.key);
   }
   const ValueRow values =
       valuesOf(index, keys, [&](const Note&, EvaluatedNote& document, const auto& rowKeys) {

@@ -23,7 +23,7 @@ void eachRowOfKey(ViewIndex& index, const ViewKey& key, const Regional& regional
                   const std::function<bool(QByteArrayView rowKey)>& visit);
 
 // The first document of the key that is there; 0 when there is none.
-quint32 findByKey(ViewIndex& index, const ViewKey& key, const Regional& regional);
+NoteId findByKey(ViewIndex& index, const ViewKey& key, const Regional& regional);
 
 // Values of a column, counted from 0, in view order; of a categorised one each category once. As much as a
 // formula can hold. Where values are of several types all are texts.

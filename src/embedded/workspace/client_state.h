@@ -6,6 +6,8 @@
 #include <QVector>
 #include <utility>
 
+#include "embedded/format/note_id.h"
+
 namespace lens {
 
 // A database by the server's canonical name ("" for the local machine) and the path below its
@@ -41,31 +43,31 @@ class ClientState {
   void showDatabase(const DatabasePlace& place) {
     if (place == database_) return;
     database_ = place;
-    document_ = view_ = 0;
+    document_ = view_ = {};
     selection_.clear();
     if (listener_) listener_->databaseShown();
   }
   void showNoDatabase() { showDatabase({}); }
 
   // Note ID of the open document, 0 when there is none.
-  quint32 document() const { return database() ? document_ : 0; }
-  void showDocument(quint32 noteId) { document_ = noteId; }
+  NoteId document() const { return database() ? document_ : NoteId(); }
+  void showDocument(NoteId noteId) { document_ = noteId; }
 
   // Note ID of the view whose documents are shown, 0 when they are those of no view.
-  quint32 view() const { return database() ? view_ : 0; }
-  void showView(quint32 noteId) { view_ = noteId; }
+  NoteId view() const { return database() ? view_ : NoteId(); }
+  void showView(NoteId noteId) { view_ = noteId; }
 
   // The marked documents of the view, in its order.
-  void select(QVector<quint32> noteIds) { selection_ = std::move(noteIds); }
+  void select(QVector<NoteId> noteIds) { selection_ = std::move(noteIds); }
   // What a program sees of it: nothing while a document's window covers the view.
-  QVector<quint32> visibleSelection() const { return document() ? QVector<quint32>() : selection_; }
+  QVector<NoteId> visibleSelection() const { return document() ? QVector<NoteId>() : selection_; }
 
   // What the model asks of the client.
   void refreshView() {
     if (listener_) listener_->refreshView();
   }
   void closeDocument() {
-    document_ = 0;
+    document_ = {};
     if (listener_) listener_->documentClosed();
   }
   void changeDatabases() {
@@ -79,9 +81,9 @@ class ClientState {
  private:
   ClientListener* listener_ = nullptr;
   DatabasePlace database_;
-  quint32 document_ = 0;
-  quint32 view_ = 0;
-  QVector<quint32> selection_;
+  NoteId document_;
+  NoteId view_;
+  QVector<NoteId> selection_;
 };
 
 }  // namespace lens

@@ -32,7 +32,7 @@ struct AnyHandle : ::testing::Test {
   Live open() {
     Live live;
     EXPECT_EQ(api.NSFDbOpen("mail.nsf", live.db), 0);
-    EXPECT_EQ(api.NSFNoteOpen(live.db, qint32(id), 0, live.note), 0);
+    EXPECT_EQ(api.NSFNoteOpen(live.db, qint32(id.value()), 0, live.note), 0);
     EXPECT_EQ(compiled("Subject : \"x\"", live.formula), 0);
     EXPECT_EQ(api.NSFComputeStart(0, api.OSLockObject(live.formula), live.compute), 0);
     api.OSUnlockObject(live.formula);
@@ -96,8 +96,8 @@ struct AnyHandle : ::testing::Test {
   std::vector<Function> functions(const Live& live) {
     return {
         {"NSFDbClose", Db, [this](quint32 h) { return api.NSFDbClose(h); }},
-        {"NSFNoteOpen", Db, [this](quint32 h) { return openNote(h, qint32(id)); }},
-        {"NSFNoteDelete", Db, [this](quint32 h) { return api.NSFNoteDelete(h, qint32(id), 0x201); }},
+        {"NSFNoteOpen", Db, [this](quint32 h) { return openNote(h, qint32(id.value())); }},
+        {"NSFNoteDelete", Db, [this](quint32 h) { return api.NSFNoteDelete(h, qint32(id.value()), 0x201); }},
         {"NIFFindDesignNote", Db, [this](quint32 h) { return findDesign(h); }},
         {"NSFNoteClose", OpenedNote, [this](quint32 h) { return api.NSFNoteClose(h); }},
         {"NSFItemInfo", OpenedNote, [this](quint32 h) { return itemInfo(h); }},
@@ -120,7 +120,7 @@ struct AnyHandle : ::testing::Test {
 
   TestWorkspace t;
   EmbeddedCApi api;
-  quint32 id = 0;
+  NoteId id;
 };
 
 }  // namespace
@@ -176,7 +176,7 @@ TEST_F(AnyHandle, IsClosedOnlyOnce) {
 TEST_F(AnyHandle, OfMemoryRunsOutWithAStatus) {
   const Live live = open();
   NoteHandle fresh = 0;
-  ASSERT_EQ(openNote(live.db, qint32(id), &fresh), 0);
+  ASSERT_EQ(openNote(live.db, qint32(id.value()), &fresh), 0);
   QVector<MemHandle> lists;
   MemHandle list = 0;
   while (api.NSGetServerList(0, list) == 0) {
@@ -218,7 +218,7 @@ namespace {
 // Calls of any function in any order with handles that are, were or never were open.
 class RandomCalls {
  public:
-  RandomCalls(EmbeddedCApi& api, quint32 highestId, quint32 seed)
+  RandomCalls(EmbeddedCApi& api, NoteId highestId, quint32 seed)
       : api_(api), highestId_(highestId), random_(seed) {}
 
   void step() {
@@ -282,7 +282,9 @@ class RandomCalls {
     if (seen_.empty() || random_() % 10 == 0) return random_() % 3 ? random_() % 0x8000 : quint32(random_());
     return seen_[seen_.size() - 1 - random_() % std::min<size_t>(seen_.size(), 24)];
   }
-  qint32 noteId() { return random_() % 6 ? qint32(highestId_ - 4 * (random_() % 8)) : qint32(random_()); }
+  qint32 noteId() {
+    return random_() % 6 ? qint32(highestId_.value() - 4 * (random_() % 8)) : qint32(random_());
+  }
 
   void check(Status status, quint32 handle = 0) {
     ASSERT_TRUE(status == 0 || !statusText(status).isEmpty()) << std::hex << status;
@@ -333,7 +335,7 @@ class RandomCalls {
   }
 
   EmbeddedCApi& api_;
-  quint32 highestId_;
+  NoteId highestId_;
   std::mt19937 random_;
   std::vector<quint32> seen_;
 };

@@ -19,10 +19,12 @@ struct NoteDelete : ::testing::Test {
     api.NotesInitExtended(0, "");
     EXPECT_EQ(api.NSFDbOpen("mail.nsf", db), 0);
   }
-  quint32 plain(quint16 noteClass = noteclass::Document) {
+  NoteId plain(quint16 noteClass = noteclass::Document) {
     return t.add({{u"A"_s, textValue(u"x")}}, noteClass);
   }
-  Status remove(quint32 id, quint16 flags = kForceNoStub) { return api.NSFNoteDelete(db, qint32(id), flags); }
+  Status remove(NoteId id, quint16 flags = kForceNoStub) {
+    return api.NSFNoteDelete(db, qint32(id.value()), flags);
+  }
   TestWorkspace t;
   EmbeddedCApi api;
   DbHandle db = 0;
@@ -31,7 +33,7 @@ struct NoteDelete : ::testing::Test {
 }  // namespace
 
 TEST_F(NoteDelete, LeavesAStubOrNothing) {
-  const quint32 stub = plain(), gone = plain();
+  const NoteId stub = plain(), gone = plain();
   EXPECT_EQ(remove(stub, 0), 0);
   EXPECT_EQ(t.store->notes().state(stub), NoteState::Stub);
   EXPECT_EQ(remove(gone), 0);
@@ -39,31 +41,31 @@ TEST_F(NoteDelete, LeavesAStubOrNothing) {
 }
 
 TEST_F(NoteDelete, TellsWhyThereIsNothingToDelete) {
-  const quint32 stub = plain(), gone = plain();
+  const NoteId stub = plain(), gone = plain();
   t.store->notes().remove(stub);
   t.store->notes().remove(gone, false);
   EXPECT_EQ(remove(stub), 0x0225);
   EXPECT_EQ(t.store->notes().state(stub), NoteState::Stub);
   EXPECT_EQ(remove(gone), 0x0227);
-  EXPECT_EQ(remove(gone - 1), 0x0227);
-  EXPECT_EQ(remove(0), 0x0214);
-  EXPECT_EQ(remove(gone + 4), 0x0214);
-  EXPECT_EQ(remove(0x7FFFFFFC), 0x0214);
-  EXPECT_EQ(remove(0xFFFF0010), 0x0214);
+  EXPECT_EQ(remove(NoteId(gone.value() - 1)), 0x0227);
+  EXPECT_EQ(remove(NoteId(0)), 0x0214);
+  EXPECT_EQ(remove(NoteId(gone.value() + 4)), 0x0214);
+  EXPECT_EQ(remove(NoteId(0x7FFFFFFC)), 0x0214);
+  EXPECT_EQ(remove(NoteId(0xFFFF0010)), 0x0214);
 }
 
 TEST_F(NoteDelete, TakesNotesOfEveryClass) {
   for (const quint16 noteClass : {noteclass::Form, noteclass::View, noteclass::Filter, noteclass::Icon,
                                   noteclass::Acl, noteclass::SharedField}) {
-    const quint32 id = plain(noteClass);
+    const NoteId id = plain(noteClass);
     EXPECT_EQ(remove(id), 0) << noteClass;
     EXPECT_EQ(t.store->notes().state(id), NoteState::Gone);
   }
 }
 
 TEST_F(NoteDelete, TakesADamagedNoteThatNothingElseCanOpen) {
-  const quint32 id = plain();
-  const QByteArray sql = "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(id);
+  const NoteId id = plain();
+  const QByteArray sql = "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(id.value());
   ASSERT_EQ(sqlite3_exec(t.store->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
   ASSERT_EQ(t.store->notes().state(id), NoteState::Damaged);
   EXPECT_EQ(remove(id), 0);
@@ -71,7 +73,7 @@ TEST_F(NoteDelete, TakesADamagedNoteThatNothingElseCanOpen) {
 }
 
 TEST_F(NoteDelete, ADocumentWithResponsesGoesWithoutAStubOnlyByForce) {
-  const quint32 parent = plain(), other = plain();
+  const NoteId parent = plain(), other = plain();
   Note main, response = noteOf({{u"A"_s, textValue(u"answer")}});
   ASSERT_TRUE(t.store->notes().read(parent, main));
   response.header.parent = main.header.unid;
@@ -85,10 +87,10 @@ TEST_F(NoteDelete, ADocumentWithResponsesGoesWithoutAStubOnlyByForce) {
 }
 
 TEST_F(NoteDelete, AResponseMayTellItsParentInAnItem) {
-  const quint32 parent = plain(), other = plain();
+  const NoteId parent = plain(), other = plain();
   Note main;
   ASSERT_TRUE(t.store->notes().read(parent, main));
-  const quint32 response =
+  const NoteId response =
       t.add({{u"A"_s, textValue(u"answer")}, {u"$Ref"_s, noteRefsValue({main.header.unid})}});
   EXPECT_EQ(remove(parent, kNoStub), 0x02F0);
   EXPECT_EQ(remove(other, kNoStub), 0);
@@ -103,9 +105,9 @@ TEST_F(NoteDelete, ChangesNothingInAReadOnlyDatabase) {
   ASSERT_TRUE(QFile::setPermissions(file, QFile::ReadOwner));
   DbHandle locked = 0;
   ASSERT_EQ(api.NSFDbOpen("locked.nsf", locked), 0);
-  EXPECT_EQ(api.NSFNoteDelete(locked, qint32(note.header.id), kForceNoStub), status::CannotAccess);
+  EXPECT_EQ(api.NSFNoteDelete(locked, qint32(note.header.id.value()), kForceNoStub), status::CannotAccess);
   NoteHandle open = 0;
-  EXPECT_EQ(api.NSFNoteOpen(locked, qint32(note.header.id), 0, open), 0);
+  EXPECT_EQ(api.NSFNoteOpen(locked, qint32(note.header.id.value()), 0, open), 0);
   api.NSFDbClose(locked);
   QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner);
 }
@@ -113,16 +115,16 @@ TEST_F(NoteDelete, ChangesNothingInAReadOnlyDatabase) {
 TEST_F(NoteDelete, TellsThoseWhoFollowTheDatabase) {
   QStringList told;
   t.workspace->setChangeListener([&](const DatabasePlace& place) { told.append(place.path); });
-  const quint32 id = plain();
+  const NoteId id = plain();
   remove(id);
   remove(id);
   EXPECT_EQ(told, QStringList(u"mail.nsf"_s));
 }
 
 TEST_F(NoteDelete, AnOpenNoteIsReadableUntilItIsClosed) {
-  const quint32 id = plain();
+  const NoteId id = plain();
   NoteHandle note = 0;
-  ASSERT_EQ(api.NSFNoteOpen(db, qint32(id), 0, note), 0);
+  ASSERT_EQ(api.NSFNoteOpen(db, qint32(id.value()), 0, note), 0);
   EXPECT_EQ(remove(id), 0);
   BlockId item, value;
   quint16 type = 0;
@@ -132,9 +134,9 @@ TEST_F(NoteDelete, AnOpenNoteIsReadableUntilItIsClosed) {
 }
 
 TEST_F(NoteDelete, NeedsADatabase) {
-  const quint32 id = plain();
+  const NoteId id = plain();
   for (const DbHandle handle : {0u, db + 1, 0xFFFFFFFFu})
-    EXPECT_EQ(api.NSFNoteDelete(handle, qint32(id), kForceNoStub), status::BadHandle);
+    EXPECT_EQ(api.NSFNoteDelete(handle, qint32(id.value()), kForceNoStub), status::BadHandle);
   api.NSFDbClose(db);
   EXPECT_EQ(remove(id), status::BadHandle);
   EXPECT_EQ(t.store->notes().state(id), NoteState::Live);

@@ -67,7 +67,7 @@ struct Formulas : ::testing::Test {
     DbHandle db = 0;
     NoteHandle note = 0;
     EXPECT_EQ(api.NSFDbOpen("mail.nsf", db), 0);
-    EXPECT_EQ(api.NSFNoteOpen(db, qint32(id), 0, note), 0);
+    EXPECT_EQ(api.NSFNoteOpen(db, qint32(id.value()), 0, note), 0);
     return note;
   }
 
@@ -77,7 +77,7 @@ struct Formulas : ::testing::Test {
 
   TestWorkspace t;
   EmbeddedCApi api;
-  quint32 id = 0;
+  NoteId id;
   Status status = 0;
   bool matches = false, deletes = false, modified = false;
   QStringList texts;

@@ -28,7 +28,7 @@ struct Handles : ::testing::Test {
   }
   NoteHandle openNote(DbHandle db) {
     NoteHandle note = 0;
-    EXPECT_EQ(api.NSFNoteOpen(db, qint32(id), 0, note), 0);
+    EXPECT_EQ(api.NSFNoteOpen(db, qint32(id.value()), 0, note), 0);
     return note;
   }
   Status info(NoteHandle note, const QByteArray& name) {
@@ -42,7 +42,7 @@ struct Handles : ::testing::Test {
   }
   TestWorkspace t;
   EmbeddedCApi api;
-  quint32 id = 0;
+  NoteId id;
   BlockId item, value;
   quint16 type = 0;
   quint32 length = 0;
@@ -78,7 +78,7 @@ TEST_F(Handles, ZeroStaleAndWrongKindsAreStatuses) {
     EXPECT_NE(api.NSFNoteClose(handle), 0);
   }
   for (const quint32 handle : {0u, note, 0xFFFFFFFFu}) {
-    EXPECT_NE(openStatus(handle, qint32(id)), 0);
+    EXPECT_NE(openStatus(handle, qint32(id.value())), 0);
     EXPECT_NE(api.NSFDbClose(handle), 0);
     qint32 found = 9;
     EXPECT_NE(api.NIFFindDesignNote(handle, "x", 0x200, found), 0);
@@ -160,13 +160,13 @@ TEST_F(Handles, NewDatabasesAreToldToTheClient) {
 }
 
 TEST_F(Handles, NoteIdsTellWhyTheyLeadNowhere) {
-  const quint32 stub = t.add({{u"A"_s, textValue(u"x")}}), gone = t.add({{u"A"_s, textValue(u"x")}});
+  const NoteId stub = t.add({{u"A"_s, textValue(u"x")}}), gone = t.add({{u"A"_s, textValue(u"x")}});
   t.store->notes().remove(stub);
   t.store->notes().remove(gone, false);
   const DbHandle db = open();
-  EXPECT_EQ(openStatus(db, qint32(id)), 0);
-  EXPECT_EQ(openStatus(db, qint32(stub)), 0x0225);
-  EXPECT_EQ(openStatus(db, qint32(gone)), 0x0227);
+  EXPECT_EQ(openStatus(db, qint32(id.value())), 0);
+  EXPECT_EQ(openStatus(db, qint32(stub.value())), 0x0225);
+  EXPECT_EQ(openStatus(db, qint32(gone.value())), 0x0227);
   EXPECT_EQ(openStatus(db, 0), 0x0214);
   EXPECT_EQ(openStatus(db, 0x7FFFFFFC), 0x0214);
   EXPECT_EQ(openStatus(db, hexToInt32(u"80000001")), 0x0214);
@@ -269,12 +269,12 @@ TEST_F(Handles, ADatabaseIsMadeEmptyAndClosedAndNothingElseIsReplaced) {
 }
 
 TEST_F(Handles, DesignNotesAreFoundByClassAndAlias) {
-  const quint32 agent = t.add({{u"$TITLE"_s, textValue(u"Clean Up|cu")}}, noteclass::Filter);
+  const NoteId agent = t.add({{u"$TITLE"_s, textValue(u"Clean Up|cu")}}, noteclass::Filter);
   t.addView(u"Other"_s);
   const DbHandle db = open();
   qint32 found = 0;
   EXPECT_EQ(api.NIFFindDesignNote(db, "clean up", 0x200, found), 0);
-  EXPECT_EQ(found, qint32(agent));
+  EXPECT_EQ(found, qint32(agent.value()));
   EXPECT_EQ(api.NIFFindDesignNote(db, "CU", 0x200, found), 0);
   EXPECT_EQ(api.NIFFindDesignNote(db, "Other", 0x200, found), 0x0404);
   EXPECT_EQ(found, 0);

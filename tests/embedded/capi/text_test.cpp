@@ -21,14 +21,14 @@ struct Text : ::testing::Test {
   QByteArray untilNul(const QByteArray& buffer) { return buffer.first(buffer.indexOf('\0')); }
   // The address of an item's value in a document that holds nothing else.
   const char* valueOf(const QByteArray& raw) {
-    const quint32 id = t.add({{u"X"_s, raw}});
+    const NoteId id = t.add({{u"X"_s, raw}});
     DbHandle db = 0;
     NoteHandle note = 0;
     BlockId item, value;
     quint16 type = 0;
     quint32 length = 0;
     EXPECT_EQ(api.NSFDbOpen("mail.nsf", db), 0);
-    EXPECT_EQ(api.NSFNoteOpen(db, qint32(id), 0, note), 0);
+    EXPECT_EQ(api.NSFNoteOpen(db, qint32(id.value()), 0, note), 0);
     EXPECT_EQ(api.NSFItemInfo(note, "X", 1, item, type, value, length), 0);
     return api.OSLockObject(value.pool) + value.block;
   }

@@ -14,27 +14,27 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 struct DesignElements : ::testing::Test {
-  quint32 design(quint16 noteClass, const QString& title, const QString& flags = {}) {
+  NoteId design(quint16 noteClass, const QString& title, const QString& flags = {}) {
     return t.add({{u"$TITLE"_s, textValue(title)}, {u"$Flags"_s, textValue(flags)}}, noteClass);
   }
-  quint32 profile(const QString& name) { return t.add({{u"$Name"_s, textValue(name)}}); }
-  void damage(quint32 id) {
-    const QByteArray sql = "UPDATE note SET items = X'00112233' WHERE id = " + QByteArray::number(id);
+  NoteId profile(const QString& name) { return t.add({{u"$Name"_s, textValue(name)}}); }
+  void damage(NoteId id) {
+    const QByteArray sql = "UPDATE note SET items = X'00112233' WHERE id = " + QByteArray::number(id.value());
     ASSERT_EQ(sqlite3_exec(t.store->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
   }
-  QVector<quint32> of(NoteKinds kinds) { return notesOfKinds(*t.store, kinds); }
+  QVector<NoteId> of(NoteKinds kinds) { return notesOfKinds(*t.store, kinds); }
   TestWorkspace t;
 };
 
-using Ids = QVector<quint32>;
+using Ids = QVector<NoteId>;
 
 }  // namespace
 
 TEST_F(DesignElements, AreListedByKindInOrderOfTheirId) {
-  const quint32 subform = design(noteclass::Form, u"Address"_s, u"CU"_s);
-  const quint32 form = design(noteclass::Form | noteclass::Default, u"Person"_s);
-  const quint32 agent = design(noteclass::Filter, u"Clean"_s, u"f"_s);
-  const quint32 other = design(noteclass::Form, u"Company"_s);
+  const NoteId subform = design(noteclass::Form, u"Address"_s, u"CU"_s);
+  const NoteId form = design(noteclass::Form | noteclass::Default, u"Person"_s);
+  const NoteId agent = design(noteclass::Filter, u"Clean"_s, u"f"_s);
+  const NoteId other = design(noteclass::Form, u"Company"_s);
   EXPECT_EQ(of({NoteKind::Forms}), (Ids{form, other}));
   EXPECT_EQ(of({NoteKind::Forms, NoteKind::Subforms, NoteKind::Agents}), (Ids{subform, form, agent, other}));
   EXPECT_EQ(of({NoteKind::Views}), Ids());
@@ -42,35 +42,35 @@ TEST_F(DesignElements, AreListedByKindInOrderOfTheirId) {
 }
 
 TEST_F(DesignElements, ANoteWithoutFlagsIsPlain) {
-  const quint32 form = t.add({{u"$TITLE"_s, textValue(u"Bare")}}, noteclass::Form);
+  const NoteId form = t.add({{u"$TITLE"_s, textValue(u"Bare")}}, noteclass::Form);
   EXPECT_EQ(of({NoteKind::Forms}), Ids{form});
 }
 
 TEST_F(DesignElements, DocumentsAndProfilesAreParted) {
-  const quint32 plain = t.add({{u"Form"_s, textValue(u"Memo")}});
-  const quint32 named = t.add({{u"$Name"_s, textValue(u"($Inbox)")}});
-  const quint32 settings = profile(u"$profile_008settings_"_s);
+  const NoteId plain = t.add({{u"Form"_s, textValue(u"Memo")}});
+  const NoteId named = t.add({{u"$Name"_s, textValue(u"($Inbox)")}});
+  const NoteId settings = profile(u"$profile_008settings_"_s);
   EXPECT_EQ(of({NoteKind::Documents}), (Ids{plain, named}));
   EXPECT_EQ(of({NoteKind::Profiles}), Ids{settings});
   EXPECT_EQ(of(NoteKinds::all()), (Ids{plain, named, settings}));
 }
 
 TEST_F(DesignElements, ADamagedNoteDoesNotHideTheOthers) {
-  const quint32 first = design(noteclass::Form, u"A"_s), broken = design(noteclass::Form, u"B"_s),
-                last = design(noteclass::Form, u"C"_s);
-  const quint32 lost = profile(u"$profile_001a_"_s), kept = profile(u"$profile_001b_"_s);
+  const NoteId first = design(noteclass::Form, u"A"_s), broken = design(noteclass::Form, u"B"_s),
+               last = design(noteclass::Form, u"C"_s);
+  const NoteId lost = profile(u"$profile_001a_"_s), kept = profile(u"$profile_001b_"_s);
   damage(broken);
   damage(lost);
   EXPECT_EQ(of({NoteKind::Forms}), (Ids{first, last}));
   EXPECT_EQ(of({NoteKind::Profiles}), Ids{kept});
   ASSERT_EQ(profilesOf(*t.store).size(), 1);
   EXPECT_EQ(findDesignElement(*t.store, {NoteKind::Forms}, u"C"), last);
-  EXPECT_EQ(findDesignElement(*t.store, {NoteKind::Forms}, u"B"), 0u);
+  EXPECT_EQ(findDesignElement(*t.store, {NoteKind::Forms}, u"B"), NoteId());
 }
 
 TEST_F(DesignElements, AreFoundByNameAmongTheirOwnKind) {
-  const quint32 image = design(noteclass::Form, u"Person"_s, u"iQ"_s);
-  const quint32 form = design(noteclass::Form, u"Person|per"_s);
+  const NoteId image = design(noteclass::Form, u"Person"_s, u"iQ"_s);
+  const NoteId form = design(noteclass::Form, u"Person|per"_s);
   t.add({{u"$TITLE"_s, textValue(u"Person")}});
   const auto find = [&](NoteKinds kinds, const QString& name) {
     return findDesignElement(*t.store, kinds, name);
@@ -79,9 +79,9 @@ TEST_F(DesignElements, AreFoundByNameAmongTheirOwnKind) {
   EXPECT_EQ(find({NoteKind::Forms}, u"PER"_s), form);
   EXPECT_EQ(find({NoteKind::Forms}, u"Person|per"_s), form);
   EXPECT_EQ(find({NoteKind::ImageResources}, u"Person"_s), image);
-  EXPECT_EQ(find({NoteKind::Forms}, u"Pers"_s), 0u);
-  EXPECT_EQ(find({NoteKind::Forms}, u" "_s), 0u);
-  EXPECT_EQ(find({NoteKind::Documents}, u"Person"_s), 0u) << "a document is no design";
+  EXPECT_EQ(find({NoteKind::Forms}, u"Pers"_s), NoteId());
+  EXPECT_EQ(find({NoteKind::Forms}, u" "_s), NoteId());
+  EXPECT_EQ(find({NoteKind::Documents}, u"Person"_s), NoteId()) << "a document is no design";
 }
 
 TEST_F(DesignElements, ProfilesAreCalledByTheNameOfTheGivenLength) {
@@ -106,7 +106,7 @@ TEST_F(DesignElements, AreFewAmongManyDocuments) {
     }
     all.commit();
   }
-  const quint32 form = design(noteclass::Form, u"Memo"_s);
+  const NoteId form = design(noteclass::Form, u"Memo"_s);
   EXPECT_EQ(of({NoteKind::Forms}), Ids{form});
   EXPECT_EQ(of({NoteKind::Profiles}).size(), 4);
   EXPECT_EQ(of({NoteKind::Documents}).size(), 19'996);

@@ -15,7 +15,7 @@ const QByteArray kTwoDocuments =
 
 // Everything that an import could have left behind.
 qint64 traces(Database& database) {
-  return database.versions().changeSequence() + database.notes().highestIssuedId();
+  return database.versions().changeSequence() + database.notes().highestIssuedId().value();
 }
 
 TEST_F(DxlImport, FileThatIsCutAnywhereLeavesNothing) {

@@ -22,7 +22,7 @@ TEST_F(DxlImport, NoteInfoGivesUnidSequenceAndTimes) {
   EXPECT_EQ(instantOf(note.header.sequenceTime).time(), QTime(14, 4, 4, 340));
   EXPECT_EQ(instantOf(note.header.added).time(), QTime(14, 34, 11, 230));
   EXPECT_EQ(localOf(note.header.accessed).date, QDate(2012, 11, 15));
-  EXPECT_NE(note.header.id, 0x36Au);
+  EXPECT_NE(note.header.id, NoteId(0x36Au));
 }
 
 TEST_F(DxlImport, NoteWithoutInfoGetsIdentityOfItsOwn) {

@@ -108,7 +108,7 @@ TEST_F(Samples, DiscussionHoldsEveryKindOfDesignAndSchedule) {
   EXPECT_EQ(triggers.join(u' ').toStdString(), "4 4 6 2 1 1 1 1 1 5 3 8 4 4 4 4 4 4 4");
   EXPECT_EQ(intervals.size(), 5);
   for (const quint16 single : {noteclass::Icon, noteclass::About, noteclass::Using, noteclass::Acl})
-    EXPECT_NE(database_->notes().specialNote(single), 0u);
+    EXPECT_NE(database_->notes().specialNote(single), NoteId());
   EXPECT_EQ(countForm(QStringLiteral("MainTopic")), 3);
   EXPECT_EQ(countForm(QStringLiteral("Response")), 3);
   QStringList profiles;

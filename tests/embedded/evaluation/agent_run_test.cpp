@@ -14,7 +14,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 struct AgentRuns : ::testing::Test {
-  quint32 agent(quint16 search, const QString& formula, const QString& flags = u"f"_s) {
+  NoteId agent(quint16 search, const QString& formula, const QString& flags = u"f"_s) {
     AgentSchedule settings;
     settings.trigger = 4;
     settings.search = search;
@@ -27,10 +27,10 @@ struct AgentRuns : ::testing::Test {
                   {u"$AssistAction"_s, formulaActionValue(sourceFormula(formula)), 0}},
                  noteclass::Filter);
   }
-  quint32 memo(const QString& subject, const QString& form = u"Memo"_s) {
+  NoteId memo(const QString& subject, const QString& form = u"Memo"_s) {
     return t.add({{u"Form"_s, textValue(form)}, {u"Subject"_s, textValue(subject)}});
   }
-  quint32 response(quint32 parent, const QString& subject) {
+  NoteId response(NoteId parent, const QString& subject) {
     Note above;
     EXPECT_TRUE(t.store->notes().read(parent, above));
     Note note = noteOf({{u"Form"_s, textValue(u"Response")}, {u"Subject"_s, textValue(subject)}});
@@ -38,19 +38,19 @@ struct AgentRuns : ::testing::Test {
     t.store->notes().save(note);
     return note.header.id;
   }
-  AgentRun run(quint32 id, bool seesClient = true) {
+  AgentRun run(NoteId id, bool seesClient = true) {
     return runAgent({*t.workspace, place, t.store, seesClient}, id);
   }
-  QString text(quint32 id, QStringView name) {
+  QString text(NoteId id, QStringView name) {
     Note note;
     return t.store->notes().read(id, note) ? note.text(name) : u"(gone)"_s;
   }
-  quint32 sequence(quint32 id) {
+  quint32 sequence(NoteId id) {
     Note note;
     EXPECT_TRUE(t.store->notes().read(id, note));
     return note.header.sequence;
   }
-  int failure(quint32 id, QString* description = nullptr) {
+  int failure(NoteId id, QString* description = nullptr) {
     try {
       run(id);
     } catch (const RuntimeError& error) {
@@ -66,10 +66,9 @@ struct AgentRuns : ::testing::Test {
 }  // namespace
 
 TEST_F(AgentRuns, OverAllDocumentsChangeThoseThatTheFormulaSelects) {
-  const quint32 one = memo(u"one"_s), two = memo(u"two"_s, u"Task"_s), three = memo(u"three"_s);
-  const quint32 profile =
-      t.add({{u"$Name"_s, textValue(u"$profile_001p_")}, {u"Form"_s, textValue(u"Memo")}});
-  const quint32 form =
+  const NoteId one = memo(u"one"_s), two = memo(u"two"_s, u"Task"_s), three = memo(u"three"_s);
+  const NoteId profile = t.add({{u"$Name"_s, textValue(u"$profile_001p_")}, {u"Form"_s, textValue(u"Memo")}});
+  const NoteId form =
       t.add({{u"$TITLE"_s, textValue(u"Memo")}, {u"Form"_s, textValue(u"Memo")}}, noteclass::Form);
   const AgentRun done = run(agent(1, u"FIELD Subject := @UpperCase(Subject); SELECT Form = \"Memo\""_s));
   EXPECT_EQ(done.processed, 2);
@@ -78,23 +77,23 @@ TEST_F(AgentRuns, OverAllDocumentsChangeThoseThatTheFormulaSelects) {
   EXPECT_EQ(text(two, u"Subject"), u"two"_s);
   EXPECT_EQ(text(three, u"Subject"), u"THREE"_s);
   EXPECT_EQ(sequence(one), 2u);
-  for (const quint32 untouched : {two, profile, form}) EXPECT_EQ(sequence(untouched), 1u);
+  for (const NoteId untouched : {two, profile, form}) EXPECT_EQ(sequence(untouched), 1u);
 }
 
 TEST_F(AgentRuns, SeeAllItemsAndNotOnlySummaries) {
-  const quint32 id = t.add({{u"Long"_s, textValue(u"tail"), 0}});
+  const NoteId id = t.add({{u"Long"_s, textValue(u"tail"), 0}});
   run(agent(1, u"FIELD Copy := Long; SELECT @All"_s));
   EXPECT_EQ(text(id, u"Copy"), u"tail"_s);
 }
 
 TEST_F(AgentRuns, WithoutASelectTakeEveryDocument) {
-  const quint32 id = memo(u"x"_s);
+  const NoteId id = memo(u"x"_s);
   EXPECT_EQ(run(agent(1, u"FIELD A := \"y\"; \"\""_s)).changed, 1);
   EXPECT_EQ(text(id, u"A"), u"y"_s);
 }
 
 TEST_F(AgentRuns, ThatWriteNothingSaveNothing) {
-  const quint32 id = memo(u"x"_s);
+  const NoteId id = memo(u"x"_s);
   const AgentRun done = run(agent(1, u"a := Subject; SELECT @All"_s));
   EXPECT_EQ(done.processed, 1);
   EXPECT_EQ(done.changed, 0);
@@ -102,7 +101,7 @@ TEST_F(AgentRuns, ThatWriteNothingSaveNothing) {
 }
 
 TEST_F(AgentRuns, DeleteWhatTheFormulaDeletes) {
-  const quint32 empty = memo(u" "_s), full = memo(u"x"_s), task = memo(u""_s, u"Task"_s);
+  const NoteId empty = memo(u" "_s), full = memo(u"x"_s), task = memo(u""_s, u"Task"_s);
   const AgentRun done = run(agent(1, u"@DeleteDocument; SELECT Form = \"Memo\" & @Trim(Subject) = \"\""_s));
   EXPECT_EQ(done.deleted, 1);
   EXPECT_EQ(t.store->notes().state(empty), NoteState::Stub);
@@ -111,14 +110,14 @@ TEST_F(AgentRuns, DeleteWhatTheFormulaDeletes) {
 }
 
 TEST_F(AgentRuns, OverNewAndModifiedDocumentsGoOnFromTheLastRun) {
-  const quint32 first = memo(u"a"_s);
-  const quint32 changed = agent(3, u"FIELD Runs := Runs + \"x\"; SELECT @All"_s);
-  const quint32 added = agent(2, u"FIELD News := News + \"n\"; SELECT @All"_s);
+  const NoteId first = memo(u"a"_s);
+  const NoteId changed = agent(3, u"FIELD Runs := Runs + \"x\"; SELECT @All"_s);
+  const NoteId added = agent(2, u"FIELD News := News + \"n\"; SELECT @All"_s);
   EXPECT_EQ(run(changed).processed, 1);
   EXPECT_EQ(run(changed).processed, 0) << "what the agent wrote itself is nothing new";
   EXPECT_EQ(run(added).processed, 1);
   EXPECT_EQ(run(changed).processed, 1) << "another agent changed it";
-  const quint32 second = memo(u"b"_s);
+  const NoteId second = memo(u"b"_s);
   Note note;
   ASSERT_TRUE(t.store->notes().read(first, note));
   t.store->notes().save(note);
@@ -130,12 +129,12 @@ TEST_F(AgentRuns, OverNewAndModifiedDocumentsGoOnFromTheLastRun) {
 }
 
 TEST_F(AgentRuns, OverSelectedDocumentsTakeTheMarksOfTheClient) {
-  const quint32 one = memo(u"one"_s), two = memo(u"two"_s);
-  const quint32 form = t.add({{u"$TITLE"_s, textValue(u"Memo")}}, noteclass::Form);
-  const quint32 id = agent(4, u"FIELD Done := \"1\"; SELECT @All"_s);
+  const NoteId one = memo(u"one"_s), two = memo(u"two"_s);
+  const NoteId form = t.add({{u"$TITLE"_s, textValue(u"Memo")}}, noteclass::Form);
+  const NoteId id = agent(4, u"FIELD Done := \"1\"; SELECT @All"_s);
   EXPECT_EQ(run(id).processed, 0) << "nothing is on top";
   t.workspace->client().showDatabase(place);
-  t.workspace->client().select({two, form, 0x7FFFFFF0, two});
+  t.workspace->client().select({two, form, NoteId(0x7FFFFFF0), two});
   EXPECT_EQ(run(id, false).processed, 0) << "a session without a client sees no marks";
   EXPECT_EQ(run(id).processed, 1) << "each document once; design notes and what is gone are none";
   EXPECT_EQ(sequence(two), 2u);
@@ -147,12 +146,12 @@ TEST_F(AgentRuns, OverSelectedDocumentsTakeTheMarksOfTheClient) {
 }
 
 TEST_F(AgentRuns, OverAViewTakeTheOneOnTopElseTheDefaultOne) {
-  const quint32 memoId = memo(u"m"_s), taskId = memo(u"t"_s, u"Task"_s);
-  const quint32 id = agent(5, u"FIELD Seen := Seen + \"x\"; SELECT @All"_s);
+  const NoteId memoId = memo(u"m"_s), taskId = memo(u"t"_s, u"Task"_s);
+  const NoteId id = agent(5, u"FIELD Seen := Seen + \"x\"; SELECT @All"_s);
   QString why;
   EXPECT_EQ(failure(id, &why), agentfault::CannotRun);
   EXPECT_TRUE(why.contains(u"view"_s)) << why.toStdString();
-  const quint32 tasks = t.addView(u"Tasks"_s, sourceFormulaValue(u"SELECT Form = \"Task\""));
+  const NoteId tasks = t.addView(u"Tasks"_s, sourceFormulaValue(u"SELECT Form = \"Task\""));
   t.add({{u"$TITLE"_s, textValue(u"Memos")}, {u"$Formula"_s, sourceFormulaValue(u"SELECT Form = \"Memo\"")}},
         noteclass::View | noteclass::Default);
   EXPECT_EQ(run(id).processed, 1);
@@ -165,8 +164,8 @@ TEST_F(AgentRuns, OverAViewTakeTheOneOnTopElseTheDefaultOne) {
 }
 
 TEST_F(AgentRuns, OnceComputeTheFormulaWithoutADocument) {
-  const quint32 id = memo(u"a"_s);
-  const quint32 once = agent(8, u"@SetProfileField(\"Settings\"; \"Ran\"; \"yes\")"_s);
+  const NoteId id = memo(u"a"_s);
+  const NoteId once = agent(8, u"@SetProfileField(\"Settings\"; \"Ran\"; \"yes\")"_s);
   EXPECT_EQ(run(once).processed, 0);
   EXPECT_EQ(sequence(id), 1u);
   QStringList ran;
@@ -189,35 +188,35 @@ TEST_F(AgentRuns, WithoutKnownDocumentsAreRefused) {
 }
 
 TEST_F(AgentRuns, TakeInResponsesThatTheSelectionTakesIn) {
-  const quint32 late = memo(u"plan"_s);
-  const quint32 answer = response(late, u"re"_s), deeper = response(answer, u"re re"_s);
-  const quint32 other = memo(u"else"_s), otherAnswer = response(other, u"re"_s);
+  const NoteId late = memo(u"plan"_s);
+  const NoteId answer = response(late, u"re"_s), deeper = response(answer, u"re re"_s);
+  const NoteId other = memo(u"else"_s), otherAnswer = response(other, u"re"_s);
   run(agent(1, u"FIELD A := \"1\"; SELECT Subject = \"plan\" | @AllDescendants"_s));
-  for (const quint32 id : {late, answer, deeper}) EXPECT_EQ(text(id, u"A"), u"1"_s) << id;
-  for (const quint32 id : {other, otherAnswer}) EXPECT_EQ(text(id, u"A"), QString()) << id;
+  for (const NoteId id : {late, answer, deeper}) EXPECT_EQ(text(id, u"A"), u"1"_s) << id.value();
+  for (const NoteId id : {other, otherAnswer}) EXPECT_EQ(text(id, u"A"), QString()) << id.value();
   run(agent(1, u"FIELD B := \"1\"; SELECT Subject = \"plan\" | @AllChildren"_s));
   EXPECT_EQ(text(answer, u"B"), u"1"_s);
   EXPECT_EQ(text(deeper, u"B"), QString());
 }
 
 TEST_F(AgentRuns, ThatFailOverOneDocumentChangeNone) {
-  const quint32 one = memo(u"1"_s), bad = memo(u"x"_s), last = memo(u"3"_s);
-  const quint32 id = agent(1, u"FIELD Done := \"1\"; SELECT @TextToNumber(Subject) > 0"_s);
+  const NoteId one = memo(u"1"_s), bad = memo(u"x"_s), last = memo(u"3"_s);
+  const NoteId id = agent(1, u"FIELD Done := \"1\"; SELECT @TextToNumber(Subject) > 0"_s);
   QString why;
   EXPECT_EQ(failure(id, &why), agentfault::Failed);
   EXPECT_TRUE(why.contains(t.store->path())) << why.toStdString();
   EXPECT_TRUE(why.contains(t.hex(bad))) << why.toStdString();
-  for (const quint32 untouched : {one, bad, last, id}) EXPECT_EQ(sequence(untouched), 1u);
+  for (const NoteId untouched : {one, bad, last, id}) EXPECT_EQ(sequence(untouched), 1u);
   EXPECT_EQ(text(one, u"Done"), QString());
 }
 
 TEST_F(AgentRuns, WhoseSaveFailsChangeNone) {
-  const quint32 one = memo(u"1"_s), two = memo(u"2"_s);
+  const NoteId one = memo(u"1"_s), two = memo(u"2"_s);
   const QByteArray sql =
-      "CREATE TEMP TRIGGER full BEFORE UPDATE ON note WHEN OLD.id = " + QByteArray::number(two) +
+      "CREATE TEMP TRIGGER full BEFORE UPDATE ON note WHEN OLD.id = " + QByteArray::number(two.value()) +
       " BEGIN SELECT RAISE(ABORT, 'full'); END";
   ASSERT_EQ(sqlite3_exec(t.store->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
-  const quint32 id = agent(1, u"FIELD Done := \"1\"; SELECT @All"_s);
+  const NoteId id = agent(1, u"FIELD Done := \"1\"; SELECT @All"_s);
   EXPECT_EQ(failure(id), enginefault::NotSaved);
   EXPECT_EQ(text(one, u"Done"), QString());
   EXPECT_EQ(sequence(one), 1u);
@@ -230,8 +229,8 @@ TEST_F(AgentRuns, WithAMistakeInTheFormulaSayWhere) {
 }
 
 TEST_F(AgentRuns, PassOverDamagedDocuments) {
-  const quint32 broken = memo(u"a"_s), good = memo(u"b"_s);
-  const QByteArray sql = "UPDATE note SET items = X'00' WHERE id = " + QByteArray::number(broken);
+  const NoteId broken = memo(u"a"_s), good = memo(u"b"_s);
+  const QByteArray sql = "UPDATE note SET items = X'00' WHERE id = " + QByteArray::number(broken.value());
   ASSERT_EQ(sqlite3_exec(t.store->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
   EXPECT_EQ(run(agent(1, u"FIELD A := \"1\"; SELECT @All"_s)).changed, 1);
   EXPECT_EQ(text(good, u"A"), u"1"_s);
@@ -240,7 +239,7 @@ TEST_F(AgentRuns, PassOverDamagedDocuments) {
 TEST_F(AgentRuns, AreRecordedInTheAgentWithoutANewVersionOfIt) {
   memo(u"a"_s);
   memo(u"b"_s);
-  const quint32 id = agent(1, u"FIELD A := \"1\"; SELECT Subject = \"a\""_s);
+  const NoteId id = agent(1, u"FIELD A := \"1\"; SELECT Subject = \"a\""_s);
   run(id);
   Note note;
   ASSERT_TRUE(t.store->notes().read(id, note));

@@ -25,7 +25,7 @@ class StoreContext : public ::testing::Test {
       texts.append(value.isNumber() ? QString::number(value.number(i)) : value.text(i).toString());
     return texts.join(u'|');
   }
-  QString unidOf(quint32 id) {
+  QString unidOf(NoteId id) {
     Note note;
     EXPECT_TRUE(t.store->notes().read(id, note));
     return note.header.unid.text();
@@ -146,7 +146,7 @@ TEST_F(StoreContext, ProfilesAreMadeWhenTheyAreMissing) {
 }
 
 TEST_F(StoreContext, WrittenDocumentsAreSavedAndTold) {
-  const quint32 id = t.add({{u"Subject"_s, textValue(u"Hello")}});
+  const NoteId id = t.add({{u"Subject"_s, textValue(u"Hello")}});
   QString told;
   t.workspace->setChangeListener([&](const DatabasePlace& place) { told = place.path; });
   database.setDocumentItem(Unid::fromText(unidOf(id)), u"Subject"_s, formula::Value::text(u"Bye"));

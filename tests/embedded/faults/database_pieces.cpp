@@ -108,7 +108,7 @@ const RegisterPiece upgrading({"BringingAnOldDatabaseUpToDate", prepareFirstSche
                                  EXPECT_GE(letters.size(), stepsDone == 2 ? 4 : 3);
                                  EXPECT_LE(letters.size(), stepsDone == 0 ? 3 : 4);
                                  // What the old schema had no place for works now.
-                                 const quint32 first = database->notes().list(noteclass::Document).first().id;
+                                 const NoteId first = database->notes().list(noteclass::Document).first().id;
                                  const qint64 seen = database->versions().changeSequence();
                                  EXPECT_TRUE(database->notes().remove(first, false));
                                  EXPECT_EQ(database->versions().changesSince(seen).size(), 1);
@@ -130,8 +130,8 @@ void prepareFolder(const QString& directory) {
 const RegisterPiece filing({"PuttingDocumentsIntoAFolder", prepareFolder,
                             [](const QString& directory, const auto& stepDone) {
                               const auto database = Database::open(fileIn(directory));
-                              const quint32 folder = database->notes().list(noteclass::View).first().id;
-                              QVector<quint32> ids;
+                              const NoteId folder = database->notes().list(noteclass::View).first().id;
+                              QVector<NoteId> ids;
                               for (const NoteSummary& note : database->notes().list(noteclass::Document))
                                 ids.push_back(note.id);
                               addToFolder(*database, folder, ids);

@@ -120,7 +120,7 @@ const RegisterPiece deleting({"Deleting", prepareLetters,
                               [](const QString& directory, const auto& stepDone) {
                                 const auto database = Database::open(fileIn(directory));
                                 for (const NoteSummary& note : database->notes().list(noteclass::Document)) {
-                                  database->notes().remove(note.id, note.id % 8 == 2);
+                                  database->notes().remove(note.id, note.id.value() % 8 == 2);
                                   stepDone();
                                 }
                               },

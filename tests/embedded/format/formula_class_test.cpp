@@ -6,14 +6,14 @@ namespace {
 
 class ViewsOfAClass : public ViewTest {
  protected:
-  quint32 addNote(const QString& subject, quint16 noteClass) {
+  NoteId addNote(const QString& subject, quint16 noteClass) {
     Note note;
     note.header.noteClass = noteClass;
     note.add(u"Subject"_s, itemflag::Summary, textValue(subject));
     database->notes().save(note);
     return note.header.id;
   }
-  quint32 viewOf(const QByteArray& formulaClass) {
+  NoteId viewOf(const QByteArray& formulaClass) {
     Note note =
         viewNote(u"View"_s, {.formula = u"SELECT Subject != \"\""_s, .columns = {sorted(u"Subject"_s)}});
     note.add(u"$FormulaClass"_s, itemflag::Summary, formulaClass);
@@ -43,9 +43,9 @@ TEST_F(ViewsOfAClass, ShowDocumentsWhereItNamesNone) {
 }
 
 TEST_F(ViewsOfAClass, FollowTheirNotesAndTheClassItself) {
-  const quint32 view = viewOf(textValue(u"4"));
+  const NoteId view = viewOf(textValue(u"4"));
   EXPECT_EQ(lines(view), QString());
-  const quint32 a = addNote(u"a"_s, noteclass::Form);
+  const NoteId a = addNote(u"a"_s, noteclass::Form);
   add(u"document"_s);
   addNote(u"b"_s, noteclass::Form);
   EXPECT_EQ(lines(view), u"a b"_s);

@@ -108,7 +108,7 @@ TEST(EvaluatedNote, TellsWhoItIs) {
   EXPECT_EQ(shown(run(u"@IsNewDoc"_s, document).value), u"1"_s);
   EXPECT_EQ(shown(run(u"@DocumentUniqueID"_s, document).value), QString());
   EXPECT_EQ(shown(run(u"@IsResponseDoc"_s, document).value), u"0"_s);
-  note.header.id = 0x8F6;
+  note.header.id = NoteId(0x8F6);
   ASSERT_TRUE(Unid::parse(u"0123456789ABCDEF0123456789ABCDEF", note.header.unid));
   EXPECT_EQ(shown(run(u"@NoteID"_s, document).value), u"NT000008F6"_s);
   EXPECT_EQ(shown(run(u"@DocumentUniqueID"_s, document).value), u"0123456789ABCDEF0123456789ABCDEF"_s);

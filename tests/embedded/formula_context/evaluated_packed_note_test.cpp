@@ -82,7 +82,7 @@ QByteArray randomFile(QRandomGenerator& random) {
 
 Note randomNote(QRandomGenerator& random) {
   Note note;
-  note.header.id = random.bounded(3);
+  note.header.id = NoteId(quint32(random.bounded(3)));
   note.header.unid = randomUnid(random);
   if (random.bounded(2)) note.header.parent = randomUnid(random);
   note.header.created = randomTime(random);

@@ -30,7 +30,7 @@ struct Attaching : Documents {
     return names;
   }
   qint64 objects() { return number("SELECT count(*) FROM object"); }
-  quint32 id = 0;
+  NoteId id;
   Object document, body;
 };
 

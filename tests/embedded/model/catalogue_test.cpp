@@ -82,7 +82,7 @@ struct Everything : ::testing::Test {
   Object collection() const { return t.mail().call(u"SEARCH"_s, u"@All"_s, Value(), 0).object(); }
 
   mutable TestWorkspace t;
-  quint32 document = 0, other = 0, message = 0;
+  NoteId document = NoteId(0), other = NoteId(0), message = NoteId(0);
 };
 
 }  // namespace

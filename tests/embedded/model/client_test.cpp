@@ -24,7 +24,7 @@ struct Client : ::testing::Test {
   }
   TestWorkspace t;
   Recorder recorder;
-  quint32 first = 0, second = 0;
+  NoteId first = NoteId(0), second = NoteId(0);
 };
 
 }  // namespace
@@ -55,7 +55,7 @@ TEST_F(Client, ClosingTheDocumentTellsTheWindow) {
   t.workspace->client().showDocument(first);
   const Object window = t.ui().get(u"CURRENTDOCUMENT"_s).object();
   window.call(u"close"_s);
-  EXPECT_EQ(t.workspace->client().document(), 0u);
+  EXPECT_EQ(t.workspace->client().document(), NoteId());
   EXPECT_EQ(recorder.told, QStringList(u"document"_s));
   t.workspace->client().showDocument(second);
   window.call(u"Close"_s);  // that window is gone, the new one stays
@@ -119,7 +119,7 @@ TEST_F(Client, OnlyTheWorkspacesDatabaseClosesTheWindow) {
 }
 
 TEST_F(Client, CollectionWalksItsDocumentsAndPassesOverGoneOnes) {
-  const quint32 third = t.add({{u"Subject"_s, textValue(u"Three")}});
+  const NoteId third = t.add({{u"Subject"_s, textValue(u"Three")}});
   t.workspace->client().select({third, first, second});
   const Object selected =
       t.session().get(u"CURRENTDATABASE"_s).object().get(u"UNPROCESSEDDOCUMENTS"_s).object();

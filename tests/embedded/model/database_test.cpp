@@ -28,7 +28,7 @@ TEST(DatabaseObject, TellsItsPlaceAndProperties) {
 
 TEST(DatabaseObject, ClosingEndsOnlyThatObject) {
   TestWorkspace t;
-  const quint32 id = t.add({{u"A"_s, textValue(u"x")}});
+  const NoteId id = t.add({{u"A"_s, textValue(u"x")}});
   const Object mail = t.mail();
   const Object document = mail.call(u"GETDOCUMENTBYID"_s, t.hex(id)).object();
   mail.call(u"CLOSE"_s);
@@ -50,38 +50,38 @@ TEST(DatabaseObject, DocumentsOutliveGatewayAndDatabaseObject) {
 
 TEST(DocumentById, TakesOneToEightDigitsInAnyCase) {
   TestWorkspace t;
-  const quint32 id = t.add({{u"A"_s, textValue(u"x")}});
-  const QString padded = QString::number(id, 16).rightJustified(8, u'0');
+  const NoteId id = t.add({{u"A"_s, textValue(u"x")}});
+  const QString padded = QString::number(id.value(), 16).rightJustified(8, u'0');
   for (const QString& text : {t.hex(id), padded, padded.toUpper()})
     EXPECT_EQ(t.mail().call(u"GetDocumentByID"_s, text).object().get(u"NoteID"_s).text(), t.hex(id));
 }
 
 TEST(DocumentById, EmptyTextAndGoneNotesGiveNothing) {
   TestWorkspace t;
-  const quint32 stub = t.add({{u"A"_s, textValue(u"x")}});
-  const quint32 gone = t.add({{u"A"_s, textValue(u"x")}});
-  const quint32 last = t.add({{u"A"_s, textValue(u"x")}});
+  const NoteId stub = t.add({{u"A"_s, textValue(u"x")}});
+  const NoteId gone = t.add({{u"A"_s, textValue(u"x")}});
+  const NoteId last = t.add({{u"A"_s, textValue(u"x")}});
   t.store->notes().remove(stub);
   t.store->notes().remove(gone, false);
   const Object mail = t.mail();
-  for (const QString& text : {u""_s, t.hex(stub), t.hex(gone), t.hex(last - 1)})
+  for (const QString& text : {u""_s, t.hex(stub), t.hex(gone), t.hex(NoteId(last.value() - 1))})
     EXPECT_TRUE(mail.call(u"GETDOCUMENTBYID"_s, text).object().isNothing()) << text.toStdString();
 }
 
 TEST(DocumentById, ZeroNeverIssuedAndNoNumberRaise) {
   TestWorkspace t;
-  const quint32 last = t.add({{u"A"_s, textValue(u"x")}});
+  const NoteId last = t.add({{u"A"_s, textValue(u"x")}});
   const Object mail = t.mail();
-  for (const QString& text : {u"0"_s, u"00000000"_s, t.hex(last + 4), u"7FFFFFFC"_s, u"80000001"_s, u"xyz"_s,
-                              u"0x12"_s, u" 1"_s, u"123456789"_s})
+  for (const QString& text : {u"0"_s, u"00000000"_s, t.hex(NoteId(last.value() + 4)), u"7FFFFFFC"_s,
+                              u"80000001"_s, u"xyz"_s, u"0x12"_s, u" 1"_s, u"123456789"_s})
     EXPECT_GT(raised([&] { mail.call(u"GETDOCUMENTBYID"_s, text); }), 0) << text.toStdString();
 }
 
 TEST(DocumentById, DamagedNoteGivesNothing) {
   TestWorkspace t;
-  const quint32 id = t.add({{u"A"_s, textValue(u"x")}});
+  const NoteId id = t.add({{u"A"_s, textValue(u"x")}});
   t.add({{u"A"_s, textValue(u"y")}});
-  const QByteArray sql = "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(id);
+  const QByteArray sql = "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(id.value());
   ASSERT_EQ(sqlite3_exec(t.store->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
   EXPECT_TRUE(t.document(id).isNothing());
 }
@@ -89,16 +89,16 @@ TEST(DocumentById, DamagedNoteGivesNothing) {
 TEST(DocumentById, SpecialNumbersLeadToSpecialNotes) {
   TestWorkspace t;
   EXPECT_GT(raised([&] { t.mail().call(u"GETDOCUMENTBYID"_s, u"FFFF0010"_s); }), 0);
-  const quint32 icon = t.add({{u"$TITLE"_s, textValue(u"Mail")}}, noteclass::Icon);
+  const NoteId icon = t.add({{u"$TITLE"_s, textValue(u"Mail")}}, noteclass::Icon);
   t.add({{u"$TITLE"_s, textValue(u"Memo")}}, noteclass::Form);
-  const quint32 form = t.add({{u"$TITLE"_s, textValue(u"Task")}}, noteclass::Form | noteclass::Default);
+  const NoteId form = t.add({{u"$TITLE"_s, textValue(u"Task")}}, noteclass::Form | noteclass::Default);
   EXPECT_EQ(t.mail().call(u"GETDOCUMENTBYID"_s, u"FFFF0010"_s).object().get(u"NoteID"_s).text(), t.hex(icon));
   EXPECT_EQ(t.mail().call(u"GETDOCUMENTBYID"_s, u"ffff0004"_s).object().get(u"NoteID"_s).text(), t.hex(form));
 }
 
 TEST(DocumentByUnid, FindsByIdentityAndRaisesOtherwise) {
   TestWorkspace t;
-  const quint32 id = t.add({{u"A"_s, textValue(u"x")}});
+  const NoteId id = t.add({{u"A"_s, textValue(u"x")}});
   const QString unid = t.document(id).get(u"UniversalID"_s).text();
   EXPECT_EQ(unid.size(), 32);
   const Object mail = t.mail();
@@ -110,7 +110,7 @@ TEST(DocumentByUnid, FindsByIdentityAndRaisesOtherwise) {
 
 TEST(DatabaseObject, ReadsTheStoredStateAnew) {
   TestWorkspace t;
-  const quint32 id = t.add({{u"A"_s, textValue(u"old")}});
+  const NoteId id = t.add({{u"A"_s, textValue(u"old")}});
   const Object before = t.document(id);
   Note note;
   ASSERT_TRUE(t.store->notes().read(id, note));

@@ -94,8 +94,7 @@ TEST_F(DesignModel, AgentsAreEmptyWithoutAnyAndKeepTheirAliases) {
 
 TEST_F(DesignModel, AnAgentRunsOnWhatIsMarkedInTheClient) {
   import(kAgent);
-  const quint32 one = t.add({{u"Form"_s, textValue(u"Memo")}}),
-                two = t.add({{u"Form"_s, textValue(u"Memo")}});
+  const NoteId one = t.add({{u"Form"_s, textValue(u"Memo")}}), two = t.add({{u"Form"_s, textValue(u"Memo")}});
   t.workspace->client().showDatabase({QString(), u"mail.nsf"_s});
   t.workspace->client().select({two});
   EXPECT_TRUE(t.mail().call(u"GETAGENT"_s, u"Mark"_s).object().call(u"Run"_s).isEmpty());
@@ -105,7 +104,7 @@ TEST_F(DesignModel, AnAgentRunsOnWhatIsMarkedInTheClient) {
 
 TEST_F(DesignModel, AnAgentOfABackEndSessionSeesNoMarks) {
   import(kAgent);
-  const quint32 one = t.add({{u"Form"_s, textValue(u"Memo")}});
+  const NoteId one = t.add({{u"Form"_s, textValue(u"Memo")}});
   t.workspace->client().showDatabase({QString(), u"mail.nsf"_s});
   t.workspace->client().select({one});
   const Object session = t.gateway.create(u"Lotus.NotesSession"_s);
@@ -143,9 +142,9 @@ TEST_F(DesignModel, AnAgentThatWasDeletedMeanwhileSaysSo) {
 TEST_F(DesignModel, ProfilesAreFoundAllOrByTheirName) {
   const auto profile = [&](const QString& name) { return t.add({{u"$Name"_s, textValue(name)}}); };
   t.add({{u"Form"_s, textValue(u"Memo")}});
-  const quint32 user = profile(u"$profile_008settings_karin meier"_s);
+  const NoteId user = profile(u"$profile_008settings_karin meier"_s);
   t.add({{u"$Name"_s, textValue(u"($Inbox)")}});
-  const quint32 shared = profile(u"$profile_008settings_"_s), other = profile(u"$profile_005other_"_s);
+  const NoteId shared = profile(u"$profile_008settings_"_s), other = profile(u"$profile_005other_"_s);
   const Object mail = t.mail();
   const auto ids = [](const Object& profiles) {
     QStringList found;

@@ -14,7 +14,7 @@ struct Collections : Documents {
   }
   int live() { return t.store->notes().noteCount(noteclass::Document); }
   int numberOf(const Value& document) { return int(valueOf(document.object(), u"Number"_s).at(0).number()); }
-  QVector<quint32> ids;
+  QVector<NoteId> ids;
   Object all;
 };
 
@@ -38,11 +38,11 @@ TEST_F(Collections, AWalkGoesOnBehindARemovedDocument) {
 }
 
 TEST_F(Collections, RemoveAllLeavesStubsAndAnEmptyCollection) {
-  const quint32 later = t.add({{u"Number"_s, numberValue(9)}});
+  const NoteId later = t.add({{u"Number"_s, numberValue(9)}});
   QStringList told;
   t.workspace->setChangeListener([&](const DatabasePlace& place) { told.append(place.path); });
   all.call(u"removeALL"_s, true);
-  for (const quint32 id : ids) EXPECT_EQ(t.store->notes().state(id), NoteState::Stub);
+  for (const NoteId id : ids) EXPECT_EQ(t.store->notes().state(id), NoteState::Stub);
   EXPECT_EQ(t.store->notes().state(later), NoteState::Live);
   EXPECT_EQ(all.get(u"count"_s).number(), 0);
   EXPECT_TRUE(all.call(u"GETFIRSTDOCUMENT"_s).object().isNothing());
@@ -53,7 +53,7 @@ TEST_F(Collections, RemoveAllLeavesStubsAndAnEmptyCollection) {
 TEST_F(Collections, RemoveAllPassesOverWhatIsGoneAndTakesWhatIsDamaged) {
   t.store->notes().remove(ids[1]);
   t.store->notes().remove(ids[2], false);
-  sql("UPDATE note SET items = x'00' WHERE id = " + QByteArray::number(ids[3]));
+  sql("UPDATE note SET items = x'00' WHERE id = " + QByteArray::number(ids[3].value()));
   all.call(u"REMOVEALL"_s, true);
   EXPECT_EQ(live(), 0);
   EXPECT_EQ(t.store->notes().state(ids[2]), NoteState::Gone);

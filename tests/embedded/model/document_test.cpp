@@ -30,14 +30,14 @@ struct Items : ::testing::Test {
   Object item(const QString& name) const { return document.call(u"GetFirstItem"_s, name).object(); }
   Value value(const QString& name) const { return document.call(u"GetItemValue"_s, name); }
   TestWorkspace t;
-  quint32 id = 0;
+  NoteId id;
   Object document;
 };
 
 }  // namespace
 
 TEST_F(Items, NoteIdIsUpperCaseWithoutZeros) {
-  EXPECT_EQ(document.get(u"noteid"_s).text(), QString::number(id, 16).toUpper());
+  EXPECT_EQ(document.get(u"noteid"_s).text(), id.hexText());
   EXPECT_EQ(document.get(u"UNIVERSALID"_s).text().size(), 32);
 }
 
@@ -156,7 +156,7 @@ TEST(Attachments, MissingOnesAreNothingAndBadTargetsRaise) {
 TEST(Mime, IsReadWhileItIsNotConverted) {
   TestWorkspace t;
   const Object session = t.session();
-  const quint32 id = t.addMime("Content-Type: text/plain; charset=UTF-8\r\n\r\nGr\xc3\xbc\xc3\x9f\r\n");
+  const NoteId id = t.addMime("Content-Type: text/plain; charset=UTF-8\r\n\r\nGr\xc3\xbc\xc3\x9f\r\n");
   const Object document = t.document(id);
   EXPECT_EQ(document.call(u"GETFIRSTITEM"_s, u"Body"_s).object().get(u"Type"_s).number(), 25);
   EXPECT_TRUE(document.call(u"GETITEMVALUE"_s, u"Body"_s).isEmpty());
@@ -174,7 +174,7 @@ TEST(Mime, IsReadWhileItIsNotConverted) {
 TEST(Mime, PartsOfAMultipartFollowEachOther) {
   TestWorkspace t;
   t.session().set(u"CONVERTMIME"_s, false);
-  const quint32 id = t.addMime(
+  const NoteId id = t.addMime(
       "Content-Type: multipart/mixed; boundary=\"b\"\r\n\r\n"
       "--b\r\nContent-Type: text/plain\r\n\r\none\r\n"
       "--b\r\nContent-Type: text/html\r\n\r\n<b>two</b>\r\n--b--\r\n");

@@ -28,7 +28,7 @@ struct Interrupting : ::testing::Test {
     ADD_FAILURE() << "nothing was raised";
     return RuntimeError(0);
   }
-  quint32 addAgent(const QString& formula) {
+  NoteId addAgent(const QString& formula) {
     AgentSchedule settings;
     settings.trigger = 4;
     settings.search = 1;

@@ -33,7 +33,7 @@ struct ItemWriting : Documents {
     const Item* item = note.find(name);
     return item ? *item : Item();
   }
-  quint32 id = 0;
+  NoteId id;
   Object document;
 };
 
@@ -105,7 +105,7 @@ TEST_F(ItemWriting, ARefusedValueLeavesTheItem) {
 }
 
 TEST_F(ItemWriting, AttachmentsAndReferencesAreNotReplaced) {
-  const quint32 file = t.addFile(u"report.pdf"_s, "bytes");
+  const NoteId file = t.addFile(u"report.pdf"_s, "bytes");
   const Object attached = t.document(file);
   EXPECT_EQ(raised([&] { attached.call(u"REPLACEITEMVALUE"_s, u"$file"_s, listOf({u"x.pdf"})); }),
             modelfault::ItemRefused);

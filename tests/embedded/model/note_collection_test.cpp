@@ -113,8 +113,8 @@ TEST_F(NoteCollections, AreWalkedToTheEndWhenNotesGoAwayMeanwhile) {
   const Object notes = collection();
   notes.set(u"SELECTDOCUMENTS"_s, true);
   notes.call(u"BUILDCOLLECTION"_s);
-  t.store->notes().remove(second.toUInt(nullptr, 16), false);
-  t.store->notes().remove(third.toUInt(nullptr, 16));
+  t.store->notes().remove(NoteId(second.toUInt(nullptr, 16)), false);
+  t.store->notes().remove(NoteId(third.toUInt(nullptr, 16)));
   EXPECT_EQ(ids(notes), QStringList({first, second, third}));
   EXPECT_TRUE(t.mail().call(u"GETDOCUMENTBYID"_s, second).object().isNothing());
 }

@@ -51,7 +51,7 @@ struct ReplicaMembers : ::testing::Test {
 
   TestWorkspace t;
   const QString hub = u"CN=Hub1/O=Acme"_s;
-  quint32 id = 0;
+  NoteId id;
 };
 
 }  // namespace
@@ -77,8 +77,9 @@ TEST_F(ReplicaMembers, AnExistingFileIsNeverOverwritten) {
 }
 
 TEST_F(ReplicaMembers, ANoteThatCannotGoAlongIsToldBehindTheFinishedReplica) {
-  const quint32 damaged = t.add({{u"A"_s, textValue(u"x")}});
-  const QByteArray sql = "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(damaged);
+  const NoteId damaged = t.add({{u"A"_s, textValue(u"x")}});
+  const QByteArray sql =
+      "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(damaged.value());
   ASSERT_EQ(sqlite3_exec(t.store->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
   Listener listener;
   t.workspace->client().setListener(&listener);
@@ -120,9 +121,10 @@ TEST_F(ReplicaMembers, WithoutAnotherReplicaThereIsNothingToReplicateWith) {
 
 TEST_F(ReplicaMembers, ADamagedNoteIsToldOnceTheOthersHaveArrived) {
   t.mail().call(u"CREATEREPLICA"_s, hub, u"copies/mail.nsf"_s);
-  const quint32 damaged = t.add({{u"A"_s, textValue(u"x")}});
-  const quint32 sound = t.add({{u"A"_s, textValue(u"y")}});
-  const QByteArray sql = "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(damaged);
+  const NoteId damaged = t.add({{u"A"_s, textValue(u"x")}});
+  const NoteId sound = t.add({{u"A"_s, textValue(u"y")}});
+  const QByteArray sql =
+      "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(damaged.value());
   ASSERT_EQ(sqlite3_exec(t.store->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
   EXPECT_EQ(raised([&] { t.mail().call(u"REPLICATE"_s, hub); }), replicationfault::NotesLeftOut);
   const QString unid = t.document(sound).get(u"UNIVERSALID"_s).text();

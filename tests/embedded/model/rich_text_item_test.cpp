@@ -31,7 +31,7 @@ struct RichTextItems : Documents {
     saveForced(document);
     return RichText::fromBytes(stored(id).find(u"Body")->data());
   }
-  quint32 id = 0;
+  NoteId id;
   Object document, body;
 };
 
@@ -182,7 +182,7 @@ TEST_F(RichTextItems, ABodyOfFiveMegabytesIsOneItem) {
 
 TEST_F(RichTextItems, ADamagedTextKeepsItsUnreadableEnd) {
   const QByteArray damaged = richValue(u"name"_s) + QByteArray::fromHex("85FFFFFF01");
-  const quint32 other = t.add({{u"Body"_s, damaged, 0}});
+  const NoteId other = t.add({{u"Body"_s, damaged, 0}});
   document = t.document(other);
   body = itemOf(document, u"Body"_s);
   EXPECT_EQ(replace(u"name"_s, u"title"_s, 17), 1);

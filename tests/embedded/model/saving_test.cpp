@@ -22,7 +22,7 @@ struct Saving : Documents {
   }
   QString form() { return valueOf(t.document(id), u"Form"_s).at(0).text(); }
   Object database(const QString& file) { return t.session().call(u"GETDATABASE"_s, u""_s, file).object(); }
-  quint32 id = 0;
+  NoteId id;
   Object document;
   QStringList told;
 };
@@ -77,7 +77,7 @@ TEST_F(Saving, AChangedDocumentCanBecomeAConflictThatAnswersTheOther) {
   EXPECT_EQ(form(), u"other"_s);
   const QString conflictId = document.get(u"NOTEID"_s).text();
   EXPECT_NE(conflictId, t.hex(id));
-  const Note conflict = stored(conflictId.toUInt(nullptr, 16));
+  const Note conflict = stored(NoteId(conflictId.toUInt(nullptr, 16)));
   EXPECT_EQ(conflict.header.parent, stored(id).header.unid);
   EXPECT_EQ(conflict.text(u"Form"), u"mine"_s);
   EXPECT_TRUE(conflict.has(u"$Conflict"));
@@ -100,7 +100,7 @@ TEST_F(Saving, AConflictOfAnAnswerKeepsThePlacesOfItsItems) {
   document.call(u"SAVE"_s, false, true);
   EXPECT_EQ(valueOf(document, u"$REF"_s), listOf({stored(id).header.unid.text()}));
   EXPECT_EQ(form.get(u"Text"_s).text(), u"mine"_s);
-  const Note conflict = stored(document.get(u"NOTEID"_s).text().toUInt(nullptr, 16));
+  const Note conflict = stored(NoteId(document.get(u"NOTEID"_s).text().toUInt(nullptr, 16)));
   EXPECT_EQ(conflict.items.first().name, u"$Ref"_s);
   EXPECT_EQ(conflict.items.last().name, u"$Conflict"_s);
 }
@@ -185,7 +185,7 @@ TEST_F(Saving, ACopyInTheSameDatabaseIsAnotherDocument) {
   EXPECT_NE(copy.get(u"NOTEID"_s).text(), t.hex(id));
   EXPECT_EQ(t.store->notes().noteCount(noteclass::Document), 2);
   document.call(u"Remove"_s, true);
-  EXPECT_EQ(valueOf(t.document(copy.get(u"NOTEID"_s).text().toUInt(nullptr, 16)), u"Form"_s),
+  EXPECT_EQ(valueOf(t.document(NoteId(copy.get(u"NOTEID"_s).text().toUInt(nullptr, 16))), u"Form"_s),
             listOf({u"Memo"}));
 }
 
@@ -210,7 +210,7 @@ TEST_F(Saving, DesignNotesAreCopiedAndASecondIconIsRefused) {
 }
 
 TEST_F(Saving, RemoveLeavesAStubAndRemovePermanentlyNothing) {
-  const quint32 second = t.add({{u"A"_s, textValue(u"x")}});
+  const NoteId second = t.add({{u"A"_s, textValue(u"x")}});
   document.call(u"rEMOVE"_s, true);
   t.document(second).call(u"RemovePermanently"_s, true);
   EXPECT_EQ(t.store->notes().state(id), NoteState::Stub);

@@ -74,7 +74,7 @@ TEST(ViewObject, WalksItsDocuments) {
   };
   add(u"Memo"_s, u"one"_s);
   add(u"Task"_s, u"two"_s);
-  const quint32 third = add(u"Memo"_s, u"three"_s);
+  const NoteId third = add(u"Memo"_s, u"three"_s);
   add(u"Memo"_s, u"four"_s);
   t.add({{u"$Name"_s, textValue(u"$profile_015calendarprofile_")}, {u"Subject"_s, textValue(u"profile")}});
   const Object memos = t.mail().call(u"GETVIEW"_s, u"Memos"_s).object();
@@ -105,7 +105,7 @@ TEST(ViewObject, GivesTheSelectionFormulaWhereItsTextIsKept) {
 // Whoever removes all documents of a view means those of the view, so a view that cannot tell has none.
 TEST(ViewObject, WhoseSelectionNobodyCanReadGivesNoDocuments) {
   TestWorkspace t;
-  const quint32 id = t.add({{u"Form"_s, textValue(u"Memo")}});
+  const NoteId id = t.add({{u"Form"_s, textValue(u"Memo")}});
   t.addView(u"Compiled"_s, rawValue(itemtype::Formula, QByteArray("\x12\x00\x01\x02", 4)));
   t.addView(u"Mistake"_s, sourceFormulaValue(u"SELECT Form = "_s));
   for (const QString& name : {u"Compiled"_s, u"Mistake"_s}) {
@@ -175,7 +175,7 @@ class ViewEntries : public ::testing::Test {
            {u"$Collation"_s, collationValue(columns)}},
           noteclass::View);
   }
-  quint32 memo(const QString& subject, const QStringList& kinds) {
+  NoteId memo(const QString& subject, const QStringList& kinds) {
     return t.add({{u"Form"_s, textValue(u"Memo")},
                   {u"Subject"_s, textValue(subject)},
                   {u"Kind"_s, textListValue(kinds)}});
@@ -211,9 +211,9 @@ TEST_F(ViewEntries, AreTheRowsOfTheViewWithItsCategories) {
 
 TEST_F(ViewEntries, AreAsTheyWereAtTheCall) {
   makeView();
-  const quint32 a = memo(u"a"_s, {u"X"_s});
+  const NoteId a = memo(u"a"_s, {u"X"_s});
   const Object before = view().get(u"ALLENTRIES"_s).object();
-  const quint32 b = memo(u"b"_s, {u"X"_s});
+  const NoteId b = memo(u"b"_s, {u"X"_s});
   t.store->notes().remove(a);
   EXPECT_EQ(before.get(u"count"_s).number(), 2);
   const Object first = before.call(u"GetFirstEntry"_s).object();
@@ -229,7 +229,7 @@ TEST_F(ViewEntries, AreAsTheyWereAtTheCall) {
 
 TEST_F(ViewEntries, GiveDocumentsReadAnew) {
   makeView();
-  const quint32 a = memo(u"a"_s, {u"X"_s});
+  const NoteId a = memo(u"a"_s, {u"X"_s});
   const Object all = view().get(u"ALLENTRIES"_s).object();
   const Object entry = all.call(u"GETNEXTENTRY"_s, all.call(u"GETFIRSTENTRY"_s)).object();
   Note note;
@@ -250,10 +250,10 @@ TEST_F(ViewEntries, OfAnEmptyViewAreNone) {
 
 TEST_F(ViewEntries, AreRemovedAllAtOnceEachDocumentOnceWithStubs) {
   makeView();
-  const quint32 a = memo(u"a"_s, {u"X"_s, u"Y"_s}), b = memo(u"b"_s, {u"Y"_s});
+  const NoteId a = memo(u"a"_s, {u"X"_s, u"Y"_s}), b = memo(u"b"_s, {u"Y"_s});
   const Object held = view();
   const Object all = held.get(u"ALLENTRIES"_s).object();
-  const quint32 copy = memo(u"copy"_s, {u"X"_s});
+  const NoteId copy = memo(u"copy"_s, {u"X"_s});
   t.store->notes().remove(b, false);
   const qint64 change = t.store->versions().changeSequence();
   all.call(u"RemoveAll"_s, true);
@@ -273,11 +273,11 @@ TEST_F(ViewEntries, AreRemovedAllAtOnceEachDocumentOnceWithStubs) {
 
 TEST_F(ViewEntries, AreRemovedAllOrNone) {
   makeView();
-  const quint32 a = memo(u"a"_s, {u"X"_s}), b = memo(u"b"_s, {u"X"_s});
+  const NoteId a = memo(u"a"_s, {u"X"_s}), b = memo(u"b"_s, {u"X"_s});
   const Object all = view().get(u"ALLENTRIES"_s).object();
   sqlite3_exec(t.store->handle(),
                qPrintable(u"CREATE TEMP TRIGGER refuse BEFORE UPDATE ON main.note WHEN old.id = %1"
-                          " BEGIN SELECT raise(ABORT, 'disk'); END"_s.arg(b)),
+                          " BEGIN SELECT raise(ABORT, 'disk'); END"_s.arg(b.value())),
                nullptr, nullptr, nullptr);
   EXPECT_EQ(raised([&] { all.call(u"REMOVEALL"_s, true); }), enginefault::NotSaved);
   EXPECT_EQ(t.store->notes().state(a), NoteState::Live);

@@ -51,7 +51,7 @@ struct WriteFaults : Documents {
   QByteArray state() {
     QByteArray seen;
     t.store->notes().scan(0x7FFF, [&](const Note& note) {
-      seen += QByteArray::number(note.header.id) + ':';
+      seen += QByteArray::number(note.header.id.value()) + ':';
       for (const Item& item : note.items) {
         FileObject attached;
         seen += item.name.toUtf8() + '=' + QByteArray::number(qHash(item.value));
@@ -92,7 +92,7 @@ struct WriteFaults : Documents {
     sqlite3_finalize(statement);
     return told;
   }
-  QVector<quint32> ids;
+  QVector<NoteId> ids;
   QString file;
 };
 

@@ -81,7 +81,8 @@ TEST_F(Faults, AReplicaTellsWhatCouldNotGoAlong) {
   const Unid damaged = add(*a, u"damaged"_s);
   Note note;
   ASSERT_TRUE(a->notes().read(damaged, note));
-  limitPages(*a, "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(note.header.id));
+  limitPages(*a,
+             "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(note.header.id.value()));
   EXPECT_EQ(createReplica(*a, path(u"new"_s)).leftOut.size(), 1);
   EXPECT_EQ(subject(*Database::open(path(u"new"_s)), unid), u"first"_s);
 }

@@ -19,7 +19,7 @@ TEST_F(Pair, WhatIsInFoldersTravelsAndTheLaterChangeCounts) {
   };
   const auto shown = [&](const Database& database) {
     QStringList subjects;
-    for (const quint32 id : folderDocuments(database, kept)) {
+    for (const NoteId id : folderDocuments(database, kept)) {
       Note note;
       if (database.notes().read(id, note)) subjects << note.text(u"Subject");
     }

@@ -61,21 +61,21 @@ QStringList contentsOf(const Database& database) {
 }
 
 struct FullText : ::testing::Test {
-  quint32 add(const QString& subject, const QString& body = {}) {
+  NoteId add(const QString& subject, const QString& body = {}) {
     QVector<testbed::NamedValue> items{{u"Form"_s, textValue(u"Memo")}, {u"Subject"_s, textValue(subject)}};
     if (!body.isEmpty()) items.push_back({u"Body"_s, richValue(body), 0});
     return t.add(items);
   }
-  QVector<quint32> find(const QString& query, qsizetype most = 0) {
+  QVector<NoteId> find(const QString& query, qsizetype most = 0) {
     return fullTextSearch(*t.store, query, most);
   }
   // In order of the ID.
-  QVector<quint32> found(const QString& query) {
-    QVector<quint32> ids = find(query);
+  QVector<NoteId> found(const QString& query) {
+    QVector<NoteId> ids = find(query);
     std::sort(ids.begin(), ids.end());
     return ids;
   }
-  using Ids = QVector<quint32>;
+  using Ids = QVector<NoteId>;
   // As a program that is cut short in its first build leaves it.
   void createHalf(int notes) {
     const IndexWork work{[&](qint64, qint64) { return --notes > 0; }, 0};
@@ -98,20 +98,20 @@ class Neighbour {
 };
 
 struct LetterBox : FullText {
-  quint32 pump = add(u"Pump house report"_s, u"The old harbour needs a new pump"_s);
-  quint32 house = add(u"House of the pump"_s, u"nothing else"_s);
-  quint32 harbour = add(u"Harbour dues"_s, u"Ships pay for the quay"_s);
-  quint32 accents = add(u"R\u00E9sum\u00E9 f\u00FCr \u00C5sa"_s);
-  quint32 amounts = t.add({{u"Amount"_s, numberListValue({10, 20.5})},
-                           {u"Due"_s, timeValue(timeDateOfDate(QDate(2024, 3, 18)))},
-                           {u"Tags"_s, textListValue({u"red wine"_s, u"glass house"_s})}});
-  quint32 sent = t.add({{u"Sent"_s, timeValue(timeDateOf(DateTime{QDate(2024, 3, 18), QTime(14, 30)}))},
-                        {u"Amount"_s, numberValue(-3)}});
-  quint32 attached = t.addFile(u"Quarterly Figures.xlsx"_s, "x");
-  quint32 mime = t.addMime("Content-Type: text/html\r\n\r\n<p class=\"hidden\">Visible <b>words</b></p>");
-  quint32 profile =
+  NoteId pump = add(u"Pump house report"_s, u"The old harbour needs a new pump"_s);
+  NoteId house = add(u"House of the pump"_s, u"nothing else"_s);
+  NoteId harbour = add(u"Harbour dues"_s, u"Ships pay for the quay"_s);
+  NoteId accents = add(u"R\u00E9sum\u00E9 f\u00FCr \u00C5sa"_s);
+  NoteId amounts = t.add({{u"Amount"_s, numberListValue({10, 20.5})},
+                          {u"Due"_s, timeValue(timeDateOfDate(QDate(2024, 3, 18)))},
+                          {u"Tags"_s, textListValue({u"red wine"_s, u"glass house"_s})}});
+  NoteId sent = t.add({{u"Sent"_s, timeValue(timeDateOf(DateTime{QDate(2024, 3, 18), QTime(14, 30)}))},
+                       {u"Amount"_s, numberValue(-3)}});
+  NoteId attached = t.addFile(u"Quarterly Figures.xlsx"_s, "x");
+  NoteId mime = t.addMime("Content-Type: text/html\r\n\r\n<p class=\"hidden\">Visible <b>words</b></p>");
+  NoteId profile =
       t.add({{u"$Name"_s, textValue(u"$profile_005pumps_")}, {u"Subject"_s, textValue(u"pump")}});
-  quint32 form = t.add({{u"$TITLE"_s, textValue(u"pump form")}}, noteclass::Form);
+  NoteId form = t.add({{u"$TITLE"_s, textValue(u"pump form")}}, noteclass::Form);
   LetterBox() { createFullTextIndex(*t.store); }
 };
 
@@ -192,8 +192,8 @@ TEST_F(LetterBox, FindsListsAttachmentsAndMimeBodies) {
 }
 
 TEST_F(LetterBox, GivesTheBestFirstAndNoMoreThanAsked) {
-  const quint32 best = add(u"quay quay quay"_s);
-  const QVector<quint32> all = find(u"quay"_s);
+  const NoteId best = add(u"quay quay quay"_s);
+  const QVector<NoteId> all = find(u"quay"_s);
   EXPECT_EQ(all, Ids({best, harbour}));
   EXPECT_EQ(find(u"quay"_s, 1), Ids({best}));
   EXPECT_EQ(find(u"quay"_s, 10), all);
@@ -205,7 +205,7 @@ TEST_F(LetterBox, NothingIsFoundByNothing) {
 }
 
 TEST_F(LetterBox, LearnsOfEveryChange) {
-  const quint32 late = add(u"pump again"_s);
+  const NoteId late = add(u"pump again"_s);
   EXPECT_EQ(found(u"pump"_s), Ids({pump, house, late}));
   Note note;
   ASSERT_TRUE(t.store->notes().read(house, note));
@@ -309,7 +309,7 @@ TEST_F(FullText, WithoutAnIndexASearchNamesTheDatabase) {
 }
 
 TEST_F(FullText, ATableOfThatNameFromElsewhereIsNoIndex) {
-  const quint32 id = add(u"pump"_s);
+  const NoteId id = add(u"pump"_s);
   sqlite3_exec(t.store->handle(), "CREATE TABLE full_text (words, fields)", nullptr, nullptr, nullptr);
   EXPECT_FALSE(hasFullTextIndex(*t.store));
   createFullTextIndex(*t.store);
@@ -318,7 +318,7 @@ TEST_F(FullText, ATableOfThatNameFromElsewhereIsNoIndex) {
 
 TEST_F(FullText, AfterAnyChangesTheIndexIsWhatAFreshOneWouldBe) {
   QRandomGenerator random(3);
-  QVector<quint32> ids;
+  QVector<NoteId> ids;
   createFullTextIndex(*t.store);
   const auto text = [&] {
     QString words;
@@ -327,7 +327,7 @@ TEST_F(FullText, AfterAnyChangesTheIndexIsWhatAFreshOneWouldBe) {
   };
   for (int round = 0; round < 30; ++round) {
     for (int n = random.bounded(12); n > 0; --n) {
-      const quint32 old = ids.isEmpty() ? 0 : ids[random.bounded(int(ids.size()))];
+      const NoteId old = ids.isEmpty() ? NoteId() : ids[random.bounded(int(ids.size()))];
       Note note;
       switch (random.bounded(4)) {
         case 0:
@@ -371,7 +371,7 @@ TEST_F(FullText, OthersWriteWhileTheIndexIsBuilt) {
 }
 
 TEST_F(FullText, ABuildThatWasEndedGoesOnWhereItStopped) {
-  QVector<quint32> ids;
+  QVector<NoteId> ids;
   for (int i = 0; i < 6; ++i) ids.push_back(add(u"pump %1"_s.arg(i)));
   createHalf(4);
   EXPECT_FALSE(hasFullTextIndex(*t.store)) << "it cannot be asked yet";
@@ -388,13 +388,13 @@ TEST_F(FullText, ABuildThatWasEndedGoesOnWhereItStopped) {
 
 TEST_F(FullText, ABuildInStepsAmongChangesIsWhatOneInQuietWouldBe) {
   QRandomGenerator random(7);
-  QVector<quint32> ids;
+  QVector<NoteId> ids;
   for (int i = 0; i < 25; ++i) ids.push_back(add(u"word%1 pump"_s.arg(random.bounded(9)), u"body"_s));
   int changes = 30;
   const auto change = [&](qint64, qint64) {
     if (changes-- <= 0) return true;
     Note note;
-    const quint32 id = ids[random.bounded(int(ids.size()))];
+    const NoteId id = ids[random.bounded(int(ids.size()))];
     if (random.bounded(3) == 0) {
       t.store->notes().remove(id, random.bounded(2));
     } else if (t.store->notes().read(id, note)) {
@@ -436,13 +436,13 @@ TEST_F(FullText, AnIndexThatIsDroppedWhileItIsBuiltStaysAway) {
 }
 
 TEST_F(FullText, ABusyFileIsSearchedWithoutWaitingAndMissesNothing) {
-  const quint32 one = add(u"pump"_s), two = add(u"pump"_s), three = add(u"pump"_s);
+  const NoteId one = add(u"pump"_s), two = add(u"pump"_s), three = add(u"pump"_s);
   createFullTextIndex(*t.store);
   Note note;
   ASSERT_TRUE(t.store->notes().read(two, note));
   note.find(u"Subject")->value = textValue(u"harbour");
   t.store->notes().save(note);
-  const quint32 fresh = add(u"pump house"_s);
+  const NoteId fresh = add(u"pump house"_s);
   t.store->notes().remove(three);
   Neighbour neighbour(*t.store);
   ASSERT_TRUE(neighbour.run("BEGIN IMMEDIATE"));
@@ -482,10 +482,10 @@ TEST_F(FullText, RangesOfTimesAreCompared) {
   const auto hour = [](int number, int at) {
     return timeDateOf(DateTime{QDate(2024, 3, number), QTime(at, 0)});
   };
-  const quint32 days = t.add({{u"When"_s, timeListValue({}, {{day(10), day(14)}})}});
-  const quint32 hours = t.add({{u"When"_s, timeListValue({}, {{hour(18, 9), hour(20, 17)}})}});
-  const quint32 one = t.add({{u"When"_s, timeValue(hour(12, 8))}});
-  const quint32 both = t.add({{u"When"_s, timeListValue({day(1)}, {{day(30), day(28)}})}});
+  const NoteId days = t.add({{u"When"_s, timeListValue({}, {{day(10), day(14)}})}});
+  const NoteId hours = t.add({{u"When"_s, timeListValue({}, {{hour(18, 9), hour(20, 17)}})}});
+  const NoteId one = t.add({{u"When"_s, timeValue(hour(12, 8))}});
+  const NoteId both = t.add({{u"When"_s, timeListValue({day(1)}, {{day(30), day(28)}})}});
   createFullTextIndex(*t.store);
   EXPECT_EQ(found(u"[When] = 2024-03-12"_s), Ids({days, one})) << "within a range";
   EXPECT_EQ(found(u"[When] = 2024-03-19"_s), Ids({hours}));
@@ -504,7 +504,7 @@ TEST_F(FullText, RangesOfTimesAreCompared) {
 
 TEST_F(FullText, WhatIsUndoneWasNeverIndexed) {
   createFullTextIndex(*t.store);
-  const quint32 before = add(u"pump"_s);
+  const NoteId before = add(u"pump"_s);
   {
     Database::Transaction transaction(*t.store);
     add(u"pump"_s);
@@ -514,9 +514,9 @@ TEST_F(FullText, WhatIsUndoneWasNeverIndexed) {
 }
 
 TEST_F(FullText, AFileThatCannotBeWrittenIsSearchedWithWhatItsIndexLacks) {
-  const quint32 one = add(u"pump"_s), two = add(u"pump"_s);
+  const NoteId one = add(u"pump"_s), two = add(u"pump"_s);
   createFullTextIndex(*t.store);
-  const quint32 late = add(u"pump, too late"_s);
+  const NoteId late = add(u"pump, too late"_s);
   t.store->notes().remove(two);
   const QString path = t.store->path(), copy = t.file(u"copy.nsf"_s);
   ASSERT_EQ(
@@ -533,9 +533,9 @@ TEST_F(FullText, AFileThatCannotBeWrittenIsSearchedWithWhatItsIndexLacks) {
 
 TEST_F(FullText, TwoConnectionsKeepOneIndex) {
   createFullTextIndex(*t.store);
-  const quint32 one = add(u"pump"_s);
-  QVector<quint32> elsewhere;
-  quint32 two = 0;
+  const NoteId one = add(u"pump"_s);
+  QVector<NoteId> elsewhere;
+  NoteId two;
   std::thread([&] {
     const auto other = Database::open(t.store->path());
     elsewhere = fullTextSearch(*other, u"pump", 0);
@@ -549,16 +549,16 @@ TEST_F(FullText, TwoConnectionsKeepOneIndex) {
 }
 
 TEST_F(FullText, ADamagedDocumentIsLeftOut) {
-  const quint32 good = add(u"pump"_s), bad = add(u"pump"_s);
+  const NoteId good = add(u"pump"_s), bad = add(u"pump"_s);
   createFullTextIndex(*t.store);
   const QByteArray sql = "UPDATE note SET items = x'544C49310100000000', change = change + 10 WHERE id = " +
-                         QByteArray::number(bad);
+                         QByteArray::number(bad.value());
   ASSERT_EQ(sqlite3_exec(t.store->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
   EXPECT_EQ(found(u"pump"_s), Ids({good}));
 }
 
 TEST_F(FullText, ADamagedIndexIsToldAndCanBeMadeAnew) {
-  const quint32 id = add(u"pump"_s);
+  const NoteId id = add(u"pump"_s);
   createFullTextIndex(*t.store);
   for (const char* sql :
        {"UPDATE full_text_kept SET fields = x'FFFFFFFF00'", "UPDATE full_text_kept SET fields = x'0102'",

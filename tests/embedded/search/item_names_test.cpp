@@ -15,7 +15,7 @@ using testbed::TestWorkspace;
 
 struct ItemDoors : ::testing::Test {
   // Whether each door finds "here" in an item of the stored name by the other name.
-  QMap<QString, bool> answers(quint32 id, const QString& asked) {
+  QMap<QString, bool> answers(NoteId id, const QString& asked) {
     QMap<QString, bool> found;
     const Object document = t.document(id);
     found[u"GETITEMVALUE"_s] = document.call(u"GETITEMVALUE"_s, asked).isArray();
@@ -35,7 +35,7 @@ struct ItemDoors : ::testing::Test {
   }
   void expect(const QString& name, const QString& asked, bool same) {
     stored = name;
-    const quint32 id = t.add({{name, textValue(u"here")}});
+    const NoteId id = t.add({{name, textValue(u"here")}});
     createFullTextIndex(*t.store);
     const QMap<QString, bool> found = answers(id, asked);
     for (auto door = found.constBegin(); door != found.constEnd(); ++door)

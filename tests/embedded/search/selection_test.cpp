@@ -11,14 +11,14 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 struct Selection : ::testing::Test {
-  quint32 addMemo(const QString& subject, const Unid& parent = {}) {
+  NoteId addMemo(const QString& subject, const Unid& parent = {}) {
     Note note = noteOf({{u"Form"_s, textValue(u"Memo")}, {u"Subject"_s, textValue(subject)}});
     note.header.parent = parent;
     t.store->notes().save(note);
     last = note.header.unid;
     return note.header.id;
   }
-  QVector<quint32> select(const QString& formula, qsizetype most = 0, const QDateTime& since = {}) {
+  QVector<NoteId> select(const QString& formula, qsizetype most = 0, const QDateTime& since = {}) {
     WorkspaceEnvironment environment(*t.workspace);
     return selectDocuments(*t.store,
                            {compiledFormula(formula, environment), environment, nullptr, since, most});
@@ -36,12 +36,12 @@ struct Selection : ::testing::Test {
 };
 
 TEST_F(Selection, GivesTheDocumentsThatMatchInOrderOfTheirId) {
-  const quint32 one = addMemo(u"pump station"_s);
+  const NoteId one = addMemo(u"pump station"_s);
   addMemo(u"harbour"_s);
-  const quint32 three = addMemo(u"the pump again"_s);
-  EXPECT_EQ(select(u"SELECT @Contains(Subject; \"pump\")"_s), QVector<quint32>({one, three}));
-  EXPECT_EQ(select(u"@Contains(Subject; \"pump\")"_s), QVector<quint32>({one, three})) << "without SELECT";
-  EXPECT_EQ(select(u"SELECT Form = \"Task\""_s), QVector<quint32>());
+  const NoteId three = addMemo(u"the pump again"_s);
+  EXPECT_EQ(select(u"SELECT @Contains(Subject; \"pump\")"_s), QVector<NoteId>({one, three}));
+  EXPECT_EQ(select(u"@Contains(Subject; \"pump\")"_s), QVector<NoteId>({one, three})) << "without SELECT";
+  EXPECT_EQ(select(u"SELECT Form = \"Task\""_s), QVector<NoteId>());
   EXPECT_EQ(select(u"SELECT @All"_s, 2).size(), 2);
 }
 
@@ -59,7 +59,7 @@ TEST_F(Selection, SeesSummaryItemsOnly) {
 }
 
 TEST_F(Selection, WritesNothing) {
-  const quint32 id = addMemo(u"old"_s);
+  const NoteId id = addMemo(u"old"_s);
   EXPECT_EQ(select(u"FIELD Subject := \"new\"; SELECT Subject = \"new\""_s).size(), 1);
   Note note;
   ASSERT_TRUE(t.store->notes().read(id, note));
@@ -69,37 +69,37 @@ TEST_F(Selection, WritesNothing) {
 
 TEST_F(Selection, PassesOverDocumentsThatItFailsOn) {
   t.add({{u"Amount"_s, textValue(u"many")}});
-  const quint32 good = t.add({{u"Amount"_s, numberValue(5)}});
-  EXPECT_EQ(select(u"SELECT Amount > 3"_s), QVector<quint32>({good}));
+  const NoteId good = t.add({{u"Amount"_s, numberValue(5)}});
+  EXPECT_EQ(select(u"SELECT Amount > 3"_s), QVector<NoteId>({good}));
 }
 
 TEST_F(Selection, TakesInResponses) {
-  const quint32 topic = addMemo(u"topic"_s);
+  const NoteId topic = addMemo(u"topic"_s);
   const Unid topicId = last;
-  const quint32 answer = addMemo(u"answer"_s, topicId);
-  const quint32 second = addMemo(u"answer to the answer"_s, last);
+  const NoteId answer = addMemo(u"answer"_s, topicId);
+  const NoteId second = addMemo(u"answer to the answer"_s, last);
   addMemo(u"other"_s);
   const QString just = u"SELECT Subject = \"topic\""_s;
-  EXPECT_EQ(select(just), QVector<quint32>({topic}));
-  EXPECT_EQ(select(just + u" | @AllChildren"_s), QVector<quint32>({topic, answer}));
-  EXPECT_EQ(select(just + u" | @AllDescendants"_s), QVector<quint32>({topic, answer, second}));
+  EXPECT_EQ(select(just), QVector<NoteId>({topic}));
+  EXPECT_EQ(select(just + u" | @AllChildren"_s), QVector<NoteId>({topic, answer}));
+  EXPECT_EQ(select(just + u" | @AllDescendants"_s), QVector<NoteId>({topic, answer, second}));
 }
 
 TEST_F(Selection, TakesInResponsesThatStandBeforeTheirParent) {
   Note parent = noteOf({{u"Subject"_s, textValue(u"topic")}});
   parent.header.unid = Unid::create();
-  const quint32 answer = addMemo(u"answer"_s, parent.header.unid);
+  const NoteId answer = addMemo(u"answer"_s, parent.header.unid);
   t.store->notes().save(parent);
   EXPECT_EQ(select(u"SELECT Subject = \"topic\" | @AllDescendants"_s),
-            QVector<quint32>({answer, parent.header.id}));
+            QVector<NoteId>({answer, parent.header.id}));
 }
 
 TEST_F(Selection, TakesInResponsesThatNameTheirParentInAnItem) {
-  const quint32 topic = addMemo(u"topic"_s);
+  const NoteId topic = addMemo(u"topic"_s);
   const QByteArray reference = noteRefsValue({last});
-  const quint32 answer = t.add({{u"Subject"_s, textValue(u"answer")}, {u"$REF"_s, reference}});
+  const NoteId answer = t.add({{u"Subject"_s, textValue(u"answer")}, {u"$REF"_s, reference}});
   t.add({{u"Subject"_s, textValue(u"no answer")}, {u"$REF"_s, textValue(last.text())}});
-  EXPECT_EQ(select(u"SELECT Subject = \"topic\" | @AllChildren"_s), QVector<quint32>({topic, answer}));
+  EXPECT_EQ(select(u"SELECT Subject = \"topic\" | @AllChildren"_s), QVector<NoteId>({topic, answer}));
 }
 
 TEST_F(Selection, LooksAtDocumentsModifiedSinceThen) {

@@ -12,43 +12,43 @@ QString told(const QVector<NoteChange>& changes) {
     const QString state = change.state == NoteState::Live   ? QStringLiteral("live")
                           : change.state == NoteState::Stub ? QStringLiteral("stub")
                                                             : QStringLiteral("gone");
-    parts << QStringLiteral("%1 %2").arg(change.id, 0, 16).arg(state);
+    parts << QStringLiteral("%1 %2").arg(change.id.value(), 0, 16).arg(state);
   }
   return parts.join(QStringLiteral(", "));
 }
 
 TEST_F(ChangeFeed, TellsEachNoteOnceInTheOrderOfItsLastChange) {
-  const quint32 first = saved(QStringLiteral("one")), second = saved(QStringLiteral("two"));
+  const NoteId first = saved(QStringLiteral("one")), second = saved(QStringLiteral("two"));
   Note note;
   ASSERT_TRUE(database->notes().read(first, note));
   database->notes().save(note);
   EXPECT_EQ(told(database->versions().changesSince(0)),
-            QStringLiteral("%1 live, %2 live").arg(second, 0, 16).arg(first, 0, 16));
+            QStringLiteral("%1 live, %2 live").arg(second.value(), 0, 16).arg(first.value(), 0, 16));
 }
 
 TEST_F(ChangeFeed, TellsDeletionsWithAndWithoutAStub) {
-  const quint32 first = saved(QStringLiteral("one")), second = saved(QStringLiteral("two"));
+  const NoteId first = saved(QStringLiteral("one")), second = saved(QStringLiteral("two"));
   const qint64 seen = database->versions().changeSequence();
   EXPECT_TRUE(database->versions().changesSince(seen).isEmpty());
   database->notes().remove(second, false);
   database->notes().remove(first);
   EXPECT_EQ(told(database->versions().changesSince(seen)),
-            QStringLiteral("%1 gone, %2 stub").arg(second, 0, 16).arg(first, 0, 16));
+            QStringLiteral("%1 gone, %2 stub").arg(second.value(), 0, 16).arg(first.value(), 0, 16));
 }
 
 TEST_F(ChangeFeed, TellsThatAStubMadeWayForItsNote) {
-  const quint32 id = saved(QStringLiteral("one"));
+  const NoteId id = saved(QStringLiteral("one"));
   Note note;
   ASSERT_TRUE(database->notes().read(id, note));
   database->notes().remove(id);
   const qint64 seen = database->versions().changeSequence();
   database->notes().saveAsGiven(note);
   EXPECT_EQ(told(database->versions().changesSince(seen)),
-            QStringLiteral("%1 gone, %2 live").arg(id, 0, 16).arg(note.header.id, 0, 16));
+            QStringLiteral("%1 gone, %2 live").arg(id.value(), 0, 16).arg(note.header.id.value(), 0, 16));
 }
 
 TEST_F(ChangeFeed, KnowsNothingOfAChangeThatWasUndone) {
-  const quint32 id = saved(QStringLiteral("one"));
+  const NoteId id = saved(QStringLiteral("one"));
   const qint64 seen = database->versions().changeSequence();
   {
     Database::Transaction transaction(*database);
@@ -70,13 +70,13 @@ void makeOld(const QString& path) {
 }
 
 TEST_F(ChangeFeed, WorksInADatabaseOfTheFirstSchema) {
-  const quint32 id = saved(QStringLiteral("one"));
+  const NoteId id = saved(QStringLiteral("one"));
   database.reset();
   makeOld(path());
   reopen();
   const qint64 seen = database->versions().changeSequence();
   database->notes().remove(id, false);
-  EXPECT_EQ(told(database->versions().changesSince(seen)), QStringLiteral("%1 gone").arg(id, 0, 16));
+  EXPECT_EQ(told(database->versions().changesSince(seen)), QStringLiteral("%1 gone").arg(id.value(), 0, 16));
 }
 
 TEST_F(ChangeFeed, LeavesAReadOnlyDatabaseOfTheFirstSchemaAsItIs) {

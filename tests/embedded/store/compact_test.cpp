@@ -132,7 +132,8 @@ TEST_F(Compact, AFileThatNeverCameIntoADocumentGoesWithTheNextOpening) {
 TEST_F(Compact, BesideADamagedNoteNoFileIsTakenAway) {
   const Note deleted = withFile(big), damaged = withFile("perhaps");
   database->notes().remove(deleted.header.id);
-  const QByteArray sql = "UPDATE note SET items = x'00' WHERE id = " + QByteArray::number(damaged.header.id);
+  const QByteArray sql =
+      "UPDATE note SET items = x'00' WHERE id = " + QByteArray::number(damaged.header.id.value());
   damage(sql.constData());
   compact(*database);
   EXPECT_TRUE(has(objectOf(damaged)));
@@ -140,14 +141,14 @@ TEST_F(Compact, BesideADamagedNoteNoFileIsTakenAway) {
 }
 
 TEST_F(Compact, TheDatabaseIsUsedAsBefore) {
-  const quint32 first = saved(QStringLiteral("one")), gone = saved(QStringLiteral("two"));
+  const NoteId first = saved(QStringLiteral("one")), gone = saved(QStringLiteral("two"));
   database->notes().remove(gone, false);
   const qint64 change = database->versions().changeSequence();
   EXPECT_GE(compact(*database), 0);
   EXPECT_EQ(subjectOf(first), QStringLiteral("one"));
   EXPECT_EQ(database->versions().changeSequence(), change);
   EXPECT_EQ(database->versions().changesSince(0).size(), 2) << "an index still learns what is gone";
-  EXPECT_EQ(saved(QStringLiteral("three")), gone + 4);
+  EXPECT_EQ(saved(QStringLiteral("three")), NoteId(gone.value() + 4));
   // Others can open it and write beside this one.
   std::unique_ptr<QThread> other(QThread::create([this] {
     Note note = noteWith(QStringLiteral("from elsewhere"));
@@ -155,7 +156,7 @@ TEST_F(Compact, TheDatabaseIsUsedAsBefore) {
   }));
   other->start();
   other->wait();
-  EXPECT_EQ(subjectOf(gone + 8), QStringLiteral("from elsewhere"));
+  EXPECT_EQ(subjectOf(NoteId(gone.value() + 8)), QStringLiteral("from elsewhere"));
   reopen();
   EXPECT_EQ(subjectOf(first), QStringLiteral("one"));
 }
@@ -165,7 +166,7 @@ TEST_F(Compact, IsRefusedInTheMiddleOfAChange) {
   database->notes().remove(deleted.header.id);
   {
     Database::Transaction transaction(*database);
-    const quint32 written = saved(QStringLiteral("inside"));
+    const NoteId written = saved(QStringLiteral("inside"));
     EXPECT_EQ(refusal({objectOf(deleted)}), enginefault::InUse);
     transaction.commit();
     EXPECT_EQ(subjectOf(written), QStringLiteral("inside"));
@@ -193,7 +194,7 @@ TEST_F(Compact, IsRefusedWhileAnotherThreadHasTheFileOpen) {
   other->start();
   other->wait();
   EXPECT_EQ(refusal({objectOf(deleted)}), enginefault::InUse);
-  EXPECT_NE(saved(QStringLiteral("still works")), 0u);
+  EXPECT_NE(saved(QStringLiteral("still works")), NoteId());
   elsewhere.reset();
   EXPECT_GT(compact(*database), 0);
 }
@@ -262,7 +263,7 @@ TEST_F(Compact, AReadOnlyFileStaysAsItIs) {
 
 TEST_F(Compact, KilledAtAnyMomentLosesNothing) {
   database.reset();
-  QVector<quint32> kept;
+  QVector<NoteId> kept;
   for (int stop = 1; stop <= 8; ++stop) {
     int ends[2] = {-1, -1};
     ASSERT_EQ(pipe(ends), 0);
@@ -272,7 +273,7 @@ TEST_F(Compact, KilledAtAnyMomentLosesNothing) {
       compactUntilKilled(path(), ends[1]);
     }
     close(ends[1]);
-    quint32 id = 0;
+    NoteId id;
     for (int i = 0; i < 2 && read(ends[0], &id, 4) == 4; ++i) kept.push_back(id);
     usleep(useconds_t(stop) * 9000);  // now it compacts, or saves again
     kill(child, SIGKILL);
@@ -283,9 +284,9 @@ TEST_F(Compact, KilledAtAnyMomentLosesNothing) {
     ASSERT_TRUE(WIFSIGNALED(status));
     database = Database::open(path());
     EXPECT_EQ(integrity(), "ok");
-    for (const quint32 noteId : std::as_const(kept)) {
+    for (const NoteId noteId : std::as_const(kept)) {
       Note note;
-      ASSERT_TRUE(database->notes().read(noteId, note)) << noteId;
+      ASSERT_TRUE(database->notes().read(noteId, note)) << noteId.value();
       EXPECT_EQ(contentOfObject(objectOf(note)).size(), 60'000);
     }
     database.reset();

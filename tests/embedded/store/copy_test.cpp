@@ -15,7 +15,7 @@ class Copy : public StoreTest {
 };
 
 TEST_F(Copy, HoldsTheSameNotesUnderAReplicaIdOfItsOwn) {
-  const quint32 first = saved(QStringLiteral("one")), stub = saved(QStringLiteral("two"));
+  const NoteId first = saved(QStringLiteral("one")), stub = saved(QStringLiteral("two"));
   database->notes().remove(stub);
   const quint32 object = database->objects().begin();
   database->objects().append(object, "attached");

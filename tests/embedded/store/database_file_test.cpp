@@ -96,7 +96,7 @@ TEST_F(DatabaseFile, TruncatedDatabaseIsDamagedAtEveryPage) {
           const auto cut = Database::open(path());
           Note note;
           for (quint32 id = 0x8FA; id < 0x8FA + 160; id += 4)
-            if (!cut->notes().read(id, note)) throw RuntimeError(enginefault::Damaged, path());
+            if (!cut->notes().read(NoteId(id), note)) throw RuntimeError(enginefault::Damaged, path());
         },
         &description);
     EXPECT_EQ(number, enginefault::Damaged) << size;
@@ -114,10 +114,10 @@ TEST_F(DatabaseFile, FlippedBytesNeverCrash) {
     errorNumber([&] {
       const auto flipped = Database::open(path());
       flipped->notes().scan(0xFFFF, [](const Note&) { return true; });
-      flipped->notes().state(0x8FA);
+      flipped->notes().state(NoteId(0x8FA));
       Note note = noteWith(QStringLiteral("new"));
       flipped->notes().save(note);
-      flipped->notes().remove(0x8FE);
+      flipped->notes().remove(NoteId(0x8FE));
       flipped->info();
     });
     for (const char* suffix : {"-wal", "-shm"}) QFile::remove(path() + QLatin1String(suffix));
@@ -131,7 +131,7 @@ TEST_F(DatabaseFile, MissingTableIsDamage) {
 }
 
 TEST_F(DatabaseFile, WriteProtectedFileIsReadAndRefusesChanges) {
-  const quint32 id = saved(QStringLiteral("a"));
+  const NoteId id = saved(QStringLiteral("a"));
   const QByteArray before = closedContent();
   ASSERT_TRUE(QFile::setPermissions(path(), QFile::ReadOwner | QFile::ReadUser));
   database = Database::open(path());
@@ -147,7 +147,7 @@ TEST_F(DatabaseFile, WriteProtectedFileIsReadAndRefusesChanges) {
 }
 
 TEST_F(DatabaseFile, WriteProtectedFileShowsWhatACrashLeftInItsJournal) {
-  const quint32 id = saved(QStringLiteral("late"));
+  const NoteId id = saved(QStringLiteral("late"));
   const QString copy = path(QStringLiteral("odd #1%20?.nsf"));
   ASSERT_TRUE(QFile::copy(path(), copy));
   ASSERT_TRUE(QFile::copy(path() + QStringLiteral("-wal"), copy + QStringLiteral("-wal")));
@@ -157,7 +157,7 @@ TEST_F(DatabaseFile, WriteProtectedFileShowsWhatACrashLeftInItsJournal) {
 }
 
 TEST_F(DatabaseFile, WriteProtectedFileOfAnyNameIsRead) {
-  const quint32 id = saved(QStringLiteral("a"));
+  const NoteId id = saved(QStringLiteral("a"));
   database.reset();
   const QString odd = path(QStringLiteral(u"ödd #1%20?.nsf"));
   ASSERT_TRUE(QFile::rename(path(), odd));
@@ -192,7 +192,7 @@ TEST_F(DatabaseFile, LockedDatabaseRefusesTheSaveAndLivesOn) {
   ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
   Note note = noteWith(QStringLiteral("a"));
   EXPECT_EQ(errorNumber([&] { database->notes().save(note); }), enginefault::NotSaved);
-  EXPECT_EQ(note.header.id, 0u);
+  EXPECT_EQ(note.header.id, NoteId());
   sqlite3_close(other);
   database->notes().save(note);
   EXPECT_EQ(database->notes().noteCount(0xFFFF), 1);

@@ -17,13 +17,13 @@ constexpr int kStops = 6;
     database->notes().save(note);
     note.add(QStringLiteral("Again"), 0, textValue(u"yes"));
     database->notes().save(note);
-    const quint32 id = note.header.id;
+    const NoteId id = note.header.id;
     if (write(pipe, &id, sizeof id) != sizeof id) _exit(1);
   }
 }
 
 // Kills the saver after some acknowledged saves, wherever it stands by then.
-QVector<quint32> acknowledgedBeforeTheKill(const QString& path, int saves) {
+QVector<NoteId> acknowledgedBeforeTheKill(const QString& path, int saves) {
   int ends[2] = {-1, -1};
   EXPECT_EQ(pipe(ends), 0);
   const pid_t child = fork();
@@ -32,8 +32,8 @@ QVector<quint32> acknowledgedBeforeTheKill(const QString& path, int saves) {
     saveUntilKilled(path, ends[1]);
   }
   close(ends[1]);
-  QVector<quint32> acknowledged;
-  quint32 id = 0;
+  QVector<NoteId> acknowledged;
+  NoteId id;
   while (read(ends[0], &id, sizeof id) == sizeof id) {
     acknowledged.push_back(id);
     if (acknowledged.size() == saves) kill(child, SIGKILL);
@@ -56,14 +56,14 @@ QByteArray integrityOf(const Database& database) {
 
 TEST_F(StoreTest, KilledProcessLosesNoFinishedSave) {
   database.reset();
-  QVector<quint32> acknowledged;
+  QVector<NoteId> acknowledged;
   for (int stop = 1; stop <= kStops; ++stop) {
     acknowledged += acknowledgedBeforeTheKill(path(), stop * 7);
     database = Database::open(path());
     EXPECT_EQ(integrityOf(*database), QByteArray("ok"));
-    for (quint32 id : std::as_const(acknowledged)) {
+    for (NoteId id : std::as_const(acknowledged)) {
       Note note;
-      ASSERT_TRUE(database->notes().read(id, note)) << id;
+      ASSERT_TRUE(database->notes().read(id, note)) << id.value();
       EXPECT_EQ(note.text(u"Again"), QStringLiteral("yes"));
       EXPECT_EQ(note.header.sequence, 2u);
     }

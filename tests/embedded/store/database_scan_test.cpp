@@ -7,16 +7,16 @@ namespace {
 
 class DatabaseScan : public StoreTest {
  protected:
-  QVector<quint32> ids(quint16 mask) {
-    QVector<quint32> found;
+  QVector<NoteId> ids(quint16 mask) {
+    QVector<NoteId> found;
     database->notes().scanPacked(mask, [&](const PackedNote& note) {
       found.push_back(note.header.id);
       return true;
     });
     return found;
   }
-  QVector<quint32> idsOfWholeNotes(quint16 mask) {
-    QVector<quint32> found;
+  QVector<NoteId> idsOfWholeNotes(quint16 mask) {
+    QVector<NoteId> found;
     database->notes().scan(mask, [&](const Note& note) {
       found.push_back(note.header.id);
       return true;
@@ -29,7 +29,7 @@ class DatabaseScan : public StoreTest {
       const quint16 noteClass = i % 7 == 3   ? noteclass::Form
                                 : i % 5 == 1 ? noteclass::Document | noteclass::Private
                                              : noteclass::Document;
-      const quint32 id = saved(QString::number(i), noteClass);
+      const NoteId id = saved(QString::number(i), noteClass);
       if (i % 11 == 0) database->notes().remove(id, i % 2);
     }
     transaction.commit();
@@ -67,17 +67,17 @@ TEST_F(DatabaseScan, ShowsTheHeaderAndAllItems) {
 }
 
 TEST_F(DatabaseScan, PassesOverDamagedNotes) {
-  const quint32 one = saved(QStringLiteral("1"));
+  const NoteId one = saved(QStringLiteral("1"));
   saved(QStringLiteral("2"));
   saved(QStringLiteral("3"));
-  const quint32 four = saved(QStringLiteral("4"));
+  const NoteId four = saved(QStringLiteral("4"));
   damage("UPDATE note SET items = x'544C4931FFFFFFFF' WHERE id = 0x8FA + 4");
   damage("UPDATE note SET unid = x'01' WHERE id = 0x8FA + 8");
-  EXPECT_EQ(ids(noteclass::Document), QVector<quint32>({one, four}));
+  EXPECT_EQ(ids(noteclass::Document), QVector<NoteId>({one, four}));
 }
 
 TEST_F(DatabaseScan, GoesOnBehindAPageThatIsNone) {
-  QVector<quint32> whole;
+  QVector<NoteId> whole;
   for (int i = 0; i < 60; ++i) {
     Note note = noteWith(i == 30 ? QStringLiteral("the middle") : QString::number(i));
     note.add(QStringLiteral("Body"), 0, textValue(QString(1000, u'x')));
@@ -92,7 +92,7 @@ TEST_F(DatabaseScan, GoesOnBehindAPageThatIsNone) {
   content.replace(page, 200, QByteArray(200, char(0xEE)));
   writeFile(path(), content);
   database = Database::open(path());
-  const QVector<quint32> found = ids(noteclass::Document);
+  const QVector<NoteId> found = ids(noteclass::Document);
   EXPECT_EQ(found, idsOfWholeNotes(noteclass::Document));
   EXPECT_LT(found.size(), whole.size());
   EXPECT_EQ(found.last(), whole.last());
@@ -100,10 +100,10 @@ TEST_F(DatabaseScan, GoesOnBehindAPageThatIsNone) {
 
 TEST_F(DatabaseScan, EndsWhereRowsHaveNumbersThatAreNoNoteIds) {
   fill(40);
-  const QVector<quint32> before = ids(noteclass::Document);
+  const QVector<NoteId> before = ids(noteclass::Document);
   for (int i = 0; i < 600; ++i) saved(QStringLiteral("far"));
   const QByteArray move =
-      "UPDATE note SET id = id + 4294967296 WHERE id > " + QByteArray::number(before.last());
+      "UPDATE note SET id = id + 4294967296 WHERE id > " + QByteArray::number(before.last().value());
   ASSERT_EQ(sqlite3_exec(database->handle(), move.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
   EXPECT_EQ(ids(noteclass::Document), before);
 }
@@ -117,8 +117,8 @@ TEST_F(DatabaseScan, EndsWhenTheVisitorHasEnough) {
 
 TEST_F(DatabaseScan, LetsTheVisitorChangeTheDatabaseAndScanInTurn) {
   fill(300);
-  const QVector<quint32> before = ids(noteclass::Document);
-  QVector<quint32> shown;
+  const QVector<NoteId> before = ids(noteclass::Document);
+  QVector<NoteId> shown;
   database->notes().scanPacked(noteclass::Document, [&](const PackedNote& packed) {
     shown.push_back(packed.header.id);
     if (shown.size() % 50 == 0) {

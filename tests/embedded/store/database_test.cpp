@@ -7,12 +7,12 @@ TEST_F(StoreTest, SavedNoteIsReadBack) {
   Note note = noteWith(QStringLiteral(u"Grüße"));
   note.add(QStringLiteral("Subject"), itemflag::Names, textValue(u"second"));
   database->notes().save(note);
-  EXPECT_EQ(note.header.id, 0x8FAu);
+  EXPECT_EQ(note.header.id, NoteId(0x8FAu));
   EXPECT_EQ(note.header.sequence, 1u);
   EXPECT_FALSE(note.header.unid.isNull());
   reopen();
   Note read;
-  ASSERT_TRUE(database->notes().read(0x8FA, read));
+  ASSERT_TRUE(database->notes().read(NoteId(0x8FA), read));
   EXPECT_EQ(read.header.unid, note.header.unid);
   EXPECT_EQ(read.header.noteClass, noteclass::Document);
   EXPECT_TRUE(read.header.parent.isNull());
@@ -21,7 +21,7 @@ TEST_F(StoreTest, SavedNoteIsReadBack) {
   EXPECT_EQ(read.items[1].flags, itemflag::Names);
   Note byUnid;
   ASSERT_TRUE(database->notes().read(note.header.unid, byUnid));
-  EXPECT_EQ(byUnid.header.id, 0x8FAu);
+  EXPECT_EQ(byUnid.header.id, NoteId(0x8FA));
 }
 
 TEST_F(StoreTest, TimeOfCreationIsThatOfTheUnid) {
@@ -70,34 +70,34 @@ TEST_F(StoreTest, ChangedClassUnidAndParentAreSavedToo) {
 }
 
 TEST_F(StoreTest, IdsAreStepsOfFourAndNeverUsedAgain) {
-  const quint32 first = saved(QStringLiteral("a")), second = saved(QStringLiteral("b"));
-  EXPECT_EQ(second, first + 4);
+  const NoteId first = saved(QStringLiteral("a")), second = saved(QStringLiteral("b"));
+  EXPECT_EQ(second, NoteId(first.value() + 4));
   EXPECT_TRUE(database->notes().remove(second, false));
   EXPECT_EQ(database->notes().highestIssuedId(), second);
   reopen();
   EXPECT_EQ(database->notes().highestIssuedId(), second);
-  EXPECT_EQ(saved(QStringLiteral("c")), second + 4);
-  EXPECT_TRUE(database->notes().remove(second + 4, false));
+  EXPECT_EQ(saved(QStringLiteral("c")), NoteId(second.value() + 4));
+  EXPECT_TRUE(database->notes().remove(NoteId(second.value() + 4), false));
   EXPECT_TRUE(database->notes().remove(first, false));
   reopen();
-  EXPECT_EQ(saved(QStringLiteral("d")), second + 8);
+  EXPECT_EQ(saved(QStringLiteral("d")), NoteId(second.value() + 8));
 }
 
 TEST_F(StoreTest, StatesOfAnId) {
-  EXPECT_EQ(database->notes().state(0x8FA), NoteState::NeverIssued);
-  EXPECT_EQ(database->notes().highestIssuedId(), 0u);
-  const quint32 gone = saved(QStringLiteral("a")), stub = saved(QStringLiteral("b")),
-                live = saved(QStringLiteral("c"));
+  EXPECT_EQ(database->notes().state(NoteId(0x8FA)), NoteState::NeverIssued);
+  EXPECT_EQ(database->notes().highestIssuedId(), NoteId());
+  const NoteId gone = saved(QStringLiteral("a")), stub = saved(QStringLiteral("b")),
+               live = saved(QStringLiteral("c"));
   database->notes().remove(gone, false);
   database->notes().remove(stub);
   EXPECT_EQ(database->notes().state(gone), NoteState::Gone);
   EXPECT_EQ(database->notes().state(stub), NoteState::Stub);
   EXPECT_EQ(database->notes().state(live), NoteState::Live);
-  EXPECT_EQ(database->notes().state(live - 1), NoteState::Gone);
-  EXPECT_EQ(database->notes().state(4), NoteState::Gone);
-  EXPECT_EQ(database->notes().state(0), NoteState::NeverIssued);
-  EXPECT_EQ(database->notes().state(live + 4), NoteState::NeverIssued);
-  EXPECT_EQ(database->notes().state(0xFFFF0010), NoteState::NeverIssued);
+  EXPECT_EQ(database->notes().state(NoteId(live.value() - 1)), NoteState::Gone);
+  EXPECT_EQ(database->notes().state(NoteId(4)), NoteState::Gone);
+  EXPECT_EQ(database->notes().state(NoteId(0)), NoteState::NeverIssued);
+  EXPECT_EQ(database->notes().state(NoteId(live.value() + 4)), NoteState::NeverIssued);
+  EXPECT_EQ(database->notes().state(NoteId(0xFFFF0010)), NoteState::NeverIssued);
 }
 
 TEST_F(StoreTest, StubIsNoNoteAndKeepsItsUnid) {
@@ -119,30 +119,30 @@ TEST_F(StoreTest, StubIsNoNoteAndKeepsItsUnid) {
 TEST_F(StoreTest, NoteOfAStubsUnidTakesItsPlaceUnderANewId) {
   Note note = noteWith(QStringLiteral("a"));
   database->notes().save(note);
-  const quint32 before = note.header.id;
+  const NoteId before = note.header.id;
   database->notes().remove(before);
   EXPECT_FALSE(database->notes().saveAsGiven(note));
-  EXPECT_EQ(note.header.id, before + 4);
+  EXPECT_EQ(note.header.id, NoteId(before.value() + 4));
   EXPECT_EQ(database->notes().state(before), NoteState::Gone);
-  EXPECT_EQ(subjectOf(before + 4), QStringLiteral("a"));
+  EXPECT_EQ(subjectOf(NoteId(before.value() + 4)), QStringLiteral("a"));
 }
 
 TEST_F(StoreTest, NoteAsGivenKeepsSequenceAndTimes) {
   Note note = noteWith(QStringLiteral("a"));
   ASSERT_TRUE(Unid::parse(u"0123456789ABCDEF0123456789ABCDEF", note.header.unid));
-  note.header.id = 0x7FFFFFFA;
+  note.header.id = NoteId(0x7FFFFFFA);
   note.header.sequence = 12;
   note.header.created = timeDateOfDate(QDate(1999, 1, 1));
   EXPECT_FALSE(database->notes().saveAsGiven(note));
-  EXPECT_EQ(note.header.id, 0x8FAu);
+  EXPECT_EQ(note.header.id, NoteId(0x8FA));
   Note again = noteWith(QStringLiteral("b"));
   again.header = note.header;
-  again.header.id = 0;
+  again.header.id = {};
   again.header.sequence = 5;
   EXPECT_TRUE(database->notes().saveAsGiven(again));
-  EXPECT_EQ(again.header.id, 0x8FAu);
+  EXPECT_EQ(again.header.id, NoteId(0x8FA));
   Note read;
-  ASSERT_TRUE(database->notes().read(0x8FA, read));
+  ASSERT_TRUE(database->notes().read(NoteId(0x8FA), read));
   EXPECT_EQ(read.header.sequence, 5u);
   EXPECT_EQ(localOf(read.header.created).date, QDate(1999, 1, 1));
   EXPECT_EQ(read.header.added.innards[1], 0u);
@@ -156,31 +156,31 @@ TEST_F(StoreTest, SecondNoteOfAUnidIsRefusedAndLeftAsItWas) {
   Note twin = noteWith(QStringLiteral("b"));
   twin.header.unid = note.header.unid;
   EXPECT_EQ(errorNumber([&] { database->notes().save(twin); }), enginefault::NotSaved);
-  EXPECT_EQ(twin.header.id, 0u);
+  EXPECT_EQ(twin.header.id, NoteId());
   EXPECT_EQ(twin.header.sequence, 0u);
   EXPECT_EQ(subjectOf(note.header.id), QStringLiteral("a"));
 }
 
 TEST_F(StoreTest, ListingIsByClassWithoutMarksInOrderOfId) {
-  const quint32 view = saved(QStringLiteral("v"), noteclass::View), doc = saved(QStringLiteral("d")),
-                form = saved(QStringLiteral("f"), noteclass::Form | noteclass::Default),
-                folder = saved(QStringLiteral("p"), noteclass::View | noteclass::Private);
+  const NoteId view = saved(QStringLiteral("v"), noteclass::View), doc = saved(QStringLiteral("d")),
+               form = saved(QStringLiteral("f"), noteclass::Form | noteclass::Default),
+               folder = saved(QStringLiteral("p"), noteclass::View | noteclass::Private);
   const auto ids = [&](quint16 mask) {
-    QVector<quint32> result;
+    QVector<NoteId> result;
     for (const NoteSummary& note : database->notes().list(mask)) result.push_back(note.id);
     return result;
   };
-  EXPECT_EQ(ids(noteclass::View), (QVector<quint32>{view, folder}));
-  EXPECT_EQ(ids(noteclass::View | noteclass::Form), (QVector<quint32>{view, form, folder}));
-  EXPECT_EQ(ids(0x7FFF), (QVector<quint32>{view, doc, form, folder}));
-  EXPECT_EQ(ids(noteclass::Default | noteclass::Private), QVector<quint32>());
+  EXPECT_EQ(ids(noteclass::View), (QVector<NoteId>{view, folder}));
+  EXPECT_EQ(ids(noteclass::View | noteclass::Form), (QVector<NoteId>{view, form, folder}));
+  EXPECT_EQ(ids(0x7FFF), (QVector<NoteId>{view, doc, form, folder}));
+  EXPECT_EQ(ids(noteclass::Default | noteclass::Private), QVector<NoteId>());
   EXPECT_EQ(database->notes().noteCount(noteclass::View), 2);
-  QVector<quint32> scanned;
+  QVector<NoteId> scanned;
   database->notes().scan(0x7FFF, [&](const Note& note) {
     scanned.push_back(note.header.id);
     return scanned.size() < 3;
   });
-  EXPECT_EQ(scanned, (QVector<quint32>{view, doc, form}));
+  EXPECT_EQ(scanned, (QVector<NoteId>{view, doc, form}));
 }
 
 TEST_F(StoreTest, VisitorOfAScanMayChangeTheDatabase) {
@@ -190,7 +190,7 @@ TEST_F(StoreTest, VisitorOfAScanMayChangeTheDatabase) {
     ++seen;
     Note copy = note;
     database->notes().save(copy);
-    if (seen == 1) database->notes().remove(note.header.id + 4);
+    if (seen == 1) database->notes().remove(NoteId(note.header.id.value() + 4));
     return true;
   });
   EXPECT_EQ(seen, 4);
@@ -198,23 +198,23 @@ TEST_F(StoreTest, VisitorOfAScanMayChangeTheDatabase) {
 }
 
 TEST_F(StoreTest, SpecialNoteIsFoundByItsClass) {
-  EXPECT_EQ(database->notes().specialNote(noteclass::Icon), 0u);
-  const quint32 form = saved(QStringLiteral("f"), noteclass::Form),
-                standard = saved(QStringLiteral("d"), noteclass::Form | noteclass::Default),
-                icon = saved(QStringLiteral("i"), noteclass::Icon | noteclass::Default);
+  EXPECT_EQ(database->notes().specialNote(noteclass::Icon), NoteId());
+  const NoteId form = saved(QStringLiteral("f"), noteclass::Form),
+               standard = saved(QStringLiteral("d"), noteclass::Form | noteclass::Default),
+               icon = saved(QStringLiteral("i"), noteclass::Icon | noteclass::Default);
   EXPECT_EQ(database->notes().specialNote(noteclass::Icon), icon);
   EXPECT_EQ(database->notes().specialNote(noteclass::Form), form);
   EXPECT_EQ(database->notes().specialNote(noteclass::Form | noteclass::Default), standard);
 }
 
 TEST_F(StoreTest, OneItemIsReadAlone) {
-  const quint32 id = saved(QStringLiteral("alone"));
+  const NoteId id = saved(QStringLiteral("alone"));
   Item item;
   ASSERT_TRUE(database->notes().readItem(id, u"SUBJECT", item));
   EXPECT_EQ(item.value, textValue(u"alone"));
   EXPECT_EQ(item.flags, itemflag::Summary);
   EXPECT_FALSE(database->notes().readItem(id, u"Body", item));
-  EXPECT_FALSE(database->notes().readItem(id + 4, u"Subject", item));
+  EXPECT_FALSE(database->notes().readItem(NoteId(id.value() + 4), u"Subject", item));
 }
 
 TEST_F(StoreTest, EveryChangeCountsAndTheCountSurvives) {
@@ -259,7 +259,7 @@ TEST_F(StoreTest, PropertiesComeBack) {
 }
 
 TEST_F(StoreTest, TransactionWithoutCommitIsUndone) {
-  const quint32 kept = saved(QStringLiteral("kept"));
+  const NoteId kept = saved(QStringLiteral("kept"));
   {
     Database::Transaction transaction(*database);
     saved(QStringLiteral("lost"));
@@ -281,7 +281,7 @@ TEST_F(StoreTest, InnerTransactionIsUndoneAlone) {
     outer.commit();
   }
   EXPECT_EQ(database->notes().noteCount(0xFFFF), 1);
-  EXPECT_EQ(subjectOf(0x8FA), QStringLiteral("outer"));
+  EXPECT_EQ(subjectOf(NoteId(0x8FA)), QStringLiteral("outer"));
 }
 
 TEST_F(StoreTest, InnerCommitHangsOnTheOuterTransaction) {
@@ -299,7 +299,7 @@ TEST_F(StoreTest, FailedSaveInsideATransactionLeavesTheRest) {
   Note note = noteWith(QStringLiteral("a"));
   database->notes().save(note);
   Note twin = note;
-  twin.header.id = 0;
+  twin.header.id = {};
   EXPECT_EQ(errorNumber([&] { database->notes().save(twin); }), enginefault::NotSaved);
   transaction.commit();
   EXPECT_EQ(database->notes().noteCount(0xFFFF), 1);
@@ -319,7 +319,7 @@ TEST_F(StoreTest, ItemsThatCannotBeStoredAreToldWithTheFileAndTheNote) {
 }
 
 TEST_F(StoreTest, DamagedNoteIsToldAndCanBeRemoved) {
-  const quint32 id = saved(QStringLiteral("a")), whole = saved(QStringLiteral("b"));
+  const NoteId id = saved(QStringLiteral("a")), whole = saved(QStringLiteral("b"));
   damage("UPDATE note SET items = x'544C49310100000000' WHERE id = 2298");
   EXPECT_EQ(database->notes().state(id), NoteState::Damaged);
   Note note;

@@ -55,12 +55,12 @@ class StoreTest : public testing::Test {
     database.reset();
     database = Database::open(path());
   }
-  quint32 saved(const QString& subject, quint16 noteClass = noteclass::Document) {
+  NoteId saved(const QString& subject, quint16 noteClass = noteclass::Document) {
     Note note = noteWith(subject, noteClass);
     database->notes().save(note);
     return note.header.id;
   }
-  QString subjectOf(quint32 id) {
+  QString subjectOf(NoteId id) {
     Note note;
     return database->notes().read(id, note) ? note.text(u"Subject") : QStringLiteral("(none)");
   }

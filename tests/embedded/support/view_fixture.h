@@ -70,13 +70,13 @@ class ViewTest : public ::testing::Test {
   ViewTest() { database = Database::create(path(), {}); }
   QString path() const { return directory.filePath(u"views.nsf"_s); }
 
-  quint32 addView(const Design& design, const QString& title = u"View"_s) {
+  NoteId addView(const Design& design, const QString& title = u"View"_s) {
     Note note = viewNote(title, design);
     database->notes().save(note);
     return note.header.id;
   }
-  quint32 add(const QString& subject, const QVector<std::pair<QString, QByteArray>>& items = {},
-              const Unid& parent = {}) {
+  NoteId add(const QString& subject, const QVector<std::pair<QString, QByteArray>>& items = {},
+             const Unid& parent = {}) {
     Note note;
     note.header.parent = parent;
     note.add(u"Subject"_s, itemflag::Summary, textValue(subject));
@@ -84,13 +84,13 @@ class ViewTest : public ::testing::Test {
     database->notes().save(note);
     return note.header.id;
   }
-  Note read(quint32 id) const {
+  Note read(NoteId id) const {
     Note note;
     EXPECT_TRUE(database->notes().read(id, note));
     return note;
   }
   // A column of the view as formulas read it.
-  QStringList columnOf(quint32 view, int column) {
+  QStringList columnOf(NoteId view, int column) {
     ViewIndex index(*database, view);
     index.refresh();
     const formula::Value value = viewColumn(index, column, regional);
@@ -98,8 +98,8 @@ class ViewTest : public ::testing::Test {
     for (qsizetype i = 0; i < value.count(); ++i) texts.append(shown(value.element(i)));
     return texts;
   }
-  Unid unidOf(quint32 id) const { return read(id).header.unid; }
-  void change(quint32 id, const QString& name, const QByteArray& value) {
+  Unid unidOf(NoteId id) const { return read(id).header.unid; }
+  void change(NoteId id, const QString& name, const QByteArray& value) {
     Note note = read(id);
     if (Item* const item = note.find(name))
       item->value = value;
@@ -107,23 +107,24 @@ class ViewTest : public ::testing::Test {
       note.add(name, itemflag::Summary, value);
     database->notes().save(note);
   }
-  QString subjectOf(const Database& from, quint32 id) const {
+  QString subjectOf(const Database& from, NoteId id) const {
     Note note;
     return from.notes().read(id, note) ? note.text(u"Subject") : u"(gone)"_s;
   }
   // Categories in brackets, ">" for each level above the line.
-  QString linesOf(Database& from, quint32 view) const {
+  QString linesOf(Database& from, NoteId view) const {
     ViewIndex index(from, view);
     index.refresh();
     QStringList texts;
     for (const ViewLine& line : index.lines()) {
-      const QString text = line.note == 0 ? u'[' + shown(line.category) + u']' : subjectOf(from, line.note);
+      const QString text =
+          line.note.isNull() ? u'[' + shown(line.category) + u']' : subjectOf(from, line.note);
       texts.append(QString(line.level, u'>') + text);
     }
     EXPECT_EQ(index.count(), texts.size());
     return texts.join(u' ');
   }
-  QString lines(quint32 view) const { return linesOf(*database, view); }
+  QString lines(NoteId view) const { return linesOf(*database, view); }
 
   QTemporaryDir directory;
   const Regional regional{QLocale(QLocale::German, QLocale::Germany)};

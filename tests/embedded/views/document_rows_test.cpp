@@ -17,7 +17,7 @@ class RowsOfDocuments : public ViewTest {
 };
 
 TEST_F(RowsOfDocuments, ShowTheValueThatMadeThemWhateverElseSortsTheView) {
-  const quint32 view =
+  const NoteId view =
       addView({.columns = {apart(u"A"_s), column(u"Subject"_s), apart(u"B"_s, true), column(u"A"_s)}});
   add(u"x"_s, {{u"A"_s, textListValue({u"2"_s, u"1"_s, u"2"_s})}, {u"B"_s, textListValue({u"p"_s, u"q"_s})}});
   add(u"y"_s, {{u"A"_s, textValue(u"1")}, {u"B"_s, textListValue({u"r"_s, u"p"_s})}});
@@ -29,8 +29,8 @@ TEST_F(RowsOfDocuments, ShowTheValueThatMadeThemWhateverElseSortsTheView) {
 }
 
 TEST_F(RowsOfDocuments, AreLookedUpByTheirOwnValue) {
-  const quint32 view = addView({.columns = {apart(u"A"_s), column(u"Subject"_s)}});
-  const quint32 x = add(u"x"_s, {{u"A"_s, textListValue({u"ab"_s, u"c"_s, u"aa"_s})}});
+  const NoteId view = addView({.columns = {apart(u"A"_s), column(u"Subject"_s)}});
+  const NoteId x = add(u"x"_s, {{u"A"_s, textListValue({u"ab"_s, u"c"_s, u"aa"_s})}});
   ViewIndex index(*database, view);
   index.refresh();
   formula::Value value;
@@ -58,14 +58,15 @@ TEST_F(RowsOfDocuments, OfADocumentWithThousandsOfValuesAreReadOnce) {
   for (int i = 0; i < 5000; ++i) values.append(u"v%1"_s.arg(i, 5, 10, QChar(u'0')));
   const QStringList inOrder = values;
   std::reverse(values.begin(), values.end());
-  const quint32 view = addView({.columns = {apart(u"A"_s)}});
+  const NoteId view = addView({.columns = {apart(u"A"_s)}});
   add(u"x"_s, {{u"A"_s, textListValue(values)}});
-  const quint32 damaged = add(u"y"_s, {{u"A"_s, textListValue({u"a"_s, u"z"_s})}});
+  const NoteId damaged = add(u"y"_s, {{u"A"_s, textListValue({u"a"_s, u"z"_s})}});
   EXPECT_EQ(columnOf(view, 0), QStringList(u"a"_s) + inOrder + QStringList(u"z"_s));
   ViewIndex index(*database, view);
   index.refresh();
-  sqlite3_exec(database->handle(), qPrintable(u"UPDATE note SET items = x'00' WHERE id = %1"_s.arg(damaged)),
-               nullptr, nullptr, nullptr);
+  sqlite3_exec(database->handle(),
+               qPrintable(u"UPDATE note SET items = x'00' WHERE id = %1"_s.arg(damaged.value())), nullptr,
+               nullptr, nullptr);
   EXPECT_EQ(viewColumn(index, 0, regional).toTexts(), inOrder) << "what cannot be read has no values";
 }
 
@@ -73,7 +74,7 @@ TEST_F(RowsOfDocuments, OfAFormulaWithoutAnEndNameTheDatabaseAndTheView) {
   struct Impatient : formula::MachineEnvironment {
     bool interrupted() override { return true; }
   } environment;
-  const quint32 view = addView({.formula = u"SELECT @While(1; 1)"_s}, u"Endless"_s);
+  const NoteId view = addView({.formula = u"SELECT @While(1; 1)"_s}, u"Endless"_s);
   const ViewIndex index(*database, view);
   DocumentRows rows(index.design(), environment);
   const Note note = viewNote(u"any"_s, {});

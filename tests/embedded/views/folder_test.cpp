@@ -18,18 +18,18 @@ class Folders : public ViewTest {
     }
     return 0;
   }
-  quint32 addFolder() { return addView({.columns = {sorted(u"Subject"_s)}, .flags = u"F"_s}, u"Folder"_s); }
+  NoteId addFolder() { return addView({.columns = {sorted(u"Subject"_s)}, .flags = u"F"_s}, u"Folder"_s); }
 };
 
 TEST_F(Folders, HoldWhatWasPutIntoThemInTheirOrder) {
-  const quint32 folder = addFolder();
-  const quint32 c = add(u"c"_s), a = add(u"a"_s), b = add(u"b"_s);
+  const NoteId folder = addFolder();
+  const NoteId c = add(u"c"_s), a = add(u"a"_s), b = add(u"b"_s);
   EXPECT_EQ(lines(folder), QString());
   addToFolder(*database, folder, {c, a});
   EXPECT_EQ(lines(folder), u"a c"_s);
   addToFolder(*database, folder, {b, a});
   EXPECT_EQ(lines(folder), u"a b c"_s);
-  removeFromFolder(*database, folder, {a, 0x7FFF});
+  removeFromFolder(*database, folder, {a, NoteId(0x7FFF)});
   EXPECT_EQ(lines(folder), u"b c"_s);
   change(b, u"Subject"_s, textValue(u"z"));
   EXPECT_EQ(lines(folder), u"c z"_s);
@@ -41,7 +41,7 @@ TEST_F(Folders, HoldWhatWasPutIntoThemInTheirOrder) {
 }
 
 TEST_F(Folders, LoseADocumentForGoodWithItsDeletion) {
-  const quint32 folder = addFolder(), other = addFolder(), a = add(u"a"_s), b = add(u"b"_s);
+  const NoteId folder = addFolder(), other = addFolder(), a = add(u"a"_s), b = add(u"b"_s);
   addToFolder(*database, folder, {b, a});
   Note kept = read(a);
   EXPECT_EQ(lines(folder), u"a b"_s);
@@ -66,8 +66,8 @@ TEST_F(Folders, KeepNothingOfWhatWasDeleted) {
     sqlite3_finalize(count);
     return number;
   };
-  const quint32 folder = addFolder(), other = addFolder();
-  const quint32 a = add(u"a"_s), b = add(u"b"_s), c = add(u"c"_s);
+  const NoteId folder = addFolder(), other = addFolder();
+  const NoteId a = add(u"a"_s), b = add(u"b"_s), c = add(u"c"_s);
   addToFolder(*database, folder, {a, b, c});
   addToFolder(*database, other, {a, b});
   EXPECT_EQ(rows(), 5);
@@ -85,7 +85,7 @@ TEST_F(Folders, KeepNothingOfWhatWasDeleted) {
 }
 
 TEST_F(Folders, ATableOfAnEarlierKindIsBroughtUpToDate) {
-  const quint32 folder = addFolder(), a = add(u"a"_s), b = add(u"b"_s), gone = add(u"gone"_s);
+  const NoteId folder = addFolder(), a = add(u"a"_s), b = add(u"b"_s), gone = add(u"gone"_s);
   const QByteArray f = unidOf(folder).bytes().toHex(), x = unidOf(a).bytes().toHex(),
                    y = unidOf(gone).bytes().toHex();
   const QByteArray sql =
@@ -104,10 +104,10 @@ TEST_F(Folders, ATableOfAnEarlierKindIsBroughtUpToDate) {
 }
 
 TEST_F(Folders, TakeDocumentsThatAreThereAndNothingElse) {
-  const quint32 folder = addFolder(), view = addView({}), a = add(u"a"_s);
+  const NoteId folder = addFolder(), view = addView({}), a = add(u"a"_s);
   EXPECT_EQ(raised([&] { addToFolder(*database, view, {a}); }), kNoFolder);
-  EXPECT_EQ(raised([&] { addToFolder(*database, 0x7FFF, {a}); }), enginefault::UnknownNote);
-  EXPECT_EQ(raised([&] { addToFolder(*database, folder, {a, 0x7FFF}); }), enginefault::UnknownNote);
+  EXPECT_EQ(raised([&] { addToFolder(*database, NoteId(0x7FFF), {a}); }), enginefault::UnknownNote);
+  EXPECT_EQ(raised([&] { addToFolder(*database, folder, {a, NoteId(0x7FFF)}); }), enginefault::UnknownNote);
   EXPECT_EQ(lines(folder), QString()) << "all or none";
 }
 

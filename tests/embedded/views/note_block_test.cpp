@@ -9,30 +9,30 @@
 namespace lens::testbed {
 namespace {
 
-QByteArray blockRows(const NoteBlock& block, quint32 note) {
+QByteArray blockRows(const NoteBlock& block, NoteId note) {
   QByteArrayView rows;
   return block.find(note, rows) ? rows.toByteArray() : QByteArray("(none)");
 }
 
 TEST(NoteBlocks, HoldDocumentsWhoseIdsDifferInTheLastEightBits) {
-  EXPECT_EQ(NoteBlock::of(0x8FA), NoteBlock::of(0x800));
-  EXPECT_NE(NoteBlock::of(0x8FA), NoteBlock::of(0x9FA));
-  EXPECT_EQ(NoteBlock::of(0xFFFFFFFC), 0xFFFFFFU);
+  EXPECT_EQ(NoteBlock::of(NoteId(0x8FA)), NoteBlock::of(NoteId(0x800)));
+  EXPECT_NE(NoteBlock::of(NoteId(0x8FA)), NoteBlock::of(NoteId(0x9FA)));
+  EXPECT_EQ(NoteBlock::of(NoteId(0xFFFFFFFC)), 0xFFFFFFU);
 }
 
 TEST(NoteBlocks, SayAfterAnySequenceOfChangesWhatAMapSays) {
   std::mt19937 random(7);
   NoteBlock block;
-  std::map<quint32, QByteArray> expected;
+  std::map<NoteId, QByteArray> expected;
   for (int turn = 0; turn < 20000; ++turn) {
-    const quint32 note = 0x4200 + 4 * (random() % 64);
+    const NoteId note(quint32(0x4200 + 4 * (random() % 64)));
     if (random() % 3 == 0) {
       EXPECT_EQ(block.remove(note), expected.erase(note) == 1);
     } else {
       expected[note] = QByteArray(qsizetype(random() % 9), char(random()));
       block.put(note, expected[note]);
     }
-    const quint32 asked = 0x4200 + 4 * (random() % 64);
+    const NoteId asked(quint32(0x4200 + 4 * (random() % 64)));
     ASSERT_EQ(blockRows(block, asked), expected.contains(asked) ? expected[asked] : QByteArray("(none)"));
   }
   NoteBlock filled;
@@ -42,15 +42,16 @@ TEST(NoteBlocks, SayAfterAnySequenceOfChangesWhatAMapSays) {
 
 TEST(NoteBlocks, OfDamagedBytesGiveWhatStandsBeforeTheFault) {
   NoteBlock whole;
-  for (quint32 note = 0; note < 0x40; note += 4) whole.append(note, "0123456789");
+  for (quint32 note = 0; note < 0x40; note += 4) whole.append(NoteId(note), "0123456789");
   for (qsizetype size = 0; size < whole.bytes().size(); ++size) {
     NoteBlock cut(whole.bytes().first(size));
     for (quint32 note = 0; note < 0x40; note += 4)
-      EXPECT_EQ(blockRows(cut, note), note / 4 < size / 15 ? QByteArray("0123456789") : QByteArray("(none)"));
-    cut.put(0x3C, "new");
-    EXPECT_EQ(blockRows(cut, 0x3C), "new");
-    cut.remove(0x3C);
-    EXPECT_EQ(blockRows(cut, 0x3C), "(none)");
+      EXPECT_EQ(blockRows(cut, NoteId(note)),
+                note / 4 < size / 15 ? QByteArray("0123456789") : QByteArray("(none)"));
+    cut.put(NoteId(0x3C), "new");
+    EXPECT_EQ(blockRows(cut, NoteId(0x3C)), "new");
+    cut.remove(NoteId(0x3C));
+    EXPECT_EQ(blockRows(cut, NoteId(0x3C)), "(none)");
   }
 }
 

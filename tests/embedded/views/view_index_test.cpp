@@ -15,14 +15,14 @@ namespace {
 using ViewOrder = ViewTest;
 
 TEST_F(ViewOrder, IsThatOfTheNoteIdWithoutASortedColumn) {
-  const quint32 view = addView({.columns = {column(u"Subject"_s)}});
+  const NoteId view = addView({.columns = {column(u"Subject"_s)}});
   add(u"b"_s);
   add(u"a"_s);
   EXPECT_EQ(lines(view), u"b a"_s);
 }
 
 TEST_F(ViewOrder, SortsTextsWithoutCaseAndAccentsBehindTheirLetter) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s)}});
   for (const QString& text : {u"Zebra"_s, u"äpfel"_s, u"apfel"_s, u"Birne"_s, u"APFELMUS"_s, u"-dash"_s,
                               u"'quote"_s, u"9"_s, u"apfel"_s})
     add(text);
@@ -30,8 +30,8 @@ TEST_F(ViewOrder, SortsTextsWithoutCaseAndAccentsBehindTheirLetter) {
 }
 
 TEST_F(ViewOrder, NumbersGoBeforeTimesAndTimesBeforeTextsAndAMissingValueIsTheFirstText) {
-  const quint32 up = addView({.columns = {sorted(u"Value"_s)}});
-  const quint32 down = addView({.columns = {descending(u"Value"_s)}});
+  const NoteId up = addView({.columns = {sorted(u"Value"_s)}});
+  const NoteId down = addView({.columns = {descending(u"Value"_s)}});
   add(u"text"_s, {{u"Value"_s, textValue(u"a")}});
   add(u"missing"_s);
   add(u"late"_s, {{u"Value"_s, timeValue(timeDateOfDate({2024, 2, 1}))}});
@@ -45,7 +45,7 @@ TEST_F(ViewOrder, NumbersGoBeforeTimesAndTimesBeforeTextsAndAMissingValueIsTheFi
 }
 
 TEST_F(ViewOrder, TheSecondColumnDecidesWhereTheFirstIsEqual) {
-  const quint32 view = addView({.columns = {sorted(u"Name"_s), descending(u"Age"_s)}});
+  const NoteId view = addView({.columns = {sorted(u"Name"_s), descending(u"Age"_s)}});
   const auto person = [&](const QString& subject, const QString& name, double age) {
     add(subject, {{u"Name"_s, textValue(name)}, {u"Age"_s, numberValue(age)}});
   };
@@ -57,7 +57,7 @@ TEST_F(ViewOrder, TheSecondColumnDecidesWhereTheFirstIsEqual) {
 }
 
 TEST_F(ViewOrder, ColumnsAreComputedByTheirFormula) {
-  const quint32 view = addView({.columns = {computed(sorted(u"$1"_s), u"@Length(Subject)"_s)}});
+  const NoteId view = addView({.columns = {computed(sorted(u"$1"_s), u"@Length(Subject)"_s)}});
   add(u"three"_s);
   add(u"a"_s);
   add(u"bb"_s);
@@ -67,7 +67,7 @@ TEST_F(ViewOrder, ColumnsAreComputedByTheirFormula) {
 TEST_F(ViewOrder, AColumnInCompiledFormOnlyCountsByTheItemOfItsName) {
   ViewColumn compiled = sorted(u"Subject"_s);
   compiled.formula = QByteArray("\x12\x00\x01\x02", 4);
-  const quint32 view = addView({.columns = {compiled}});
+  const NoteId view = addView({.columns = {compiled}});
   add(u"b"_s);
   add(u"a"_s);
   EXPECT_EQ(lines(view), u"a b"_s);
@@ -75,9 +75,9 @@ TEST_F(ViewOrder, AColumnInCompiledFormOnlyCountsByTheItemOfItsName) {
 }
 
 TEST_F(ViewOrder, ItemsThatAreNoSummaryAreNotSeen) {
-  const quint32 view = addView({.columns = {sorted(u"Hidden"_s)}});
+  const NoteId view = addView({.columns = {sorted(u"Hidden"_s)}});
   for (const QString& subject : {u"b"_s, u"a"_s}) {
-    const quint32 id = add(subject);
+    const NoteId id = add(subject);
     Note note = read(id);
     note.add(u"Hidden"_s, 0, textValue(subject));
     database->notes().save(note);
@@ -86,7 +86,7 @@ TEST_F(ViewOrder, ItemsThatAreNoSummaryAreNotSeen) {
 }
 
 TEST_F(ViewOrder, LongTextsThatDifferFarBehindStayByTheirId) {
-  const quint32 view = addView({.columns = {sorted(u"Long"_s)}});
+  const NoteId view = addView({.columns = {sorted(u"Long"_s)}});
   const QString common(2000, u'x');
   add(u"first"_s, {{u"Long"_s, textValue(QString(common + u'b'))}});
   add(u"second"_s, {{u"Long"_s, textValue(QString(common + u'a'))}});
@@ -97,7 +97,7 @@ TEST_F(ViewOrder, LongTextsThatDifferFarBehindStayByTheirId) {
 // --- Categories ----------------------------------------------------------------------------------------
 
 TEST_F(ViewOrder, CategoriesStandAboveTheirDocumentsAndBackslashesMakeLevels) {
-  const quint32 view = addView({.columns = {category(u"Kind"_s), sorted(u"Subject"_s)}});
+  const NoteId view = addView({.columns = {category(u"Kind"_s), sorted(u"Subject"_s)}});
   const auto put = [&](const QString& subject, const QString& kind) {
     return add(subject, {{u"Kind"_s, textValue(kind)}});
   };
@@ -111,7 +111,7 @@ TEST_F(ViewOrder, CategoriesStandAboveTheirDocumentsAndBackslashesMakeLevels) {
 }
 
 TEST_F(ViewOrder, EachValueOfACategoryIsARowOfItsOwn) {
-  const quint32 view = addView({.columns = {category(u"Kind"_s)}});
+  const NoteId view = addView({.columns = {category(u"Kind"_s)}});
   add(u"two"_s, {{u"Kind"_s, textListValue({u"B"_s, u"A"_s, u"a"_s})}});
   add(u"one"_s, {{u"Kind"_s, textValue(u"A")}});
   EXPECT_EQ(lines(view), u"[A] >two >one [B] >two"_s);
@@ -121,7 +121,7 @@ TEST_F(ViewOrder, EachValueOfACategoryIsARowOfItsOwn) {
 TEST_F(ViewOrder, CategoriesMayBeNumbersAndNested) {
   ViewColumn year = category(u"Year"_s);
   year.descending = true;
-  const quint32 view = addView({.columns = {year, category(u"Kind"_s)}});
+  const NoteId view = addView({.columns = {year, category(u"Kind"_s)}});
   const auto put = [&](const QString& subject, double number, const QString& kind) {
     add(subject, {{u"Year"_s, numberValue(number)}, {u"Kind"_s, textValue(kind)}});
   };
@@ -133,8 +133,8 @@ TEST_F(ViewOrder, CategoriesMayBeNumbersAndNested) {
 
 TEST_F(ViewOrder, SeparateValuesMakeRowsWithoutCategories) {
   ViewColumn names = separate(u"Names"_s);
-  const quint32 apart = addView({.columns = {names}});
-  const quint32 together = addView({.columns = {sorted(u"Names"_s)}});
+  const NoteId apart = addView({.columns = {names}});
+  const NoteId together = addView({.columns = {sorted(u"Names"_s)}});
   add(u"x"_s, {{u"Names"_s, textListValue({u"c"_s, u"a"_s})}});
   add(u"y"_s, {{u"Names"_s, textValue(u"b")}});
   EXPECT_EQ(lines(apart), u"x y x"_s);
@@ -145,12 +145,12 @@ TEST_F(ViewOrder, SeparateValuesMakeRowsWithoutCategories) {
 
 TEST_F(ViewOrder, ResponsesStandBelowWhatTheyAnswerAndOrphansAreNotShown) {
   const Design design{.columns = {sorted(u"Subject"_s)}, .hierarchy = true};
-  const quint32 view = addView(design);
+  const NoteId view = addView(design);
   Design flat = design;
   flat.hierarchy = false;
-  const quint32 flatView = addView(flat);
-  const quint32 b = add(u"b"_s), a = add(u"a"_s);
-  const quint32 answer = add(u"z"_s, {}, unidOf(b));
+  const NoteId flatView = addView(flat);
+  const NoteId b = add(u"b"_s), a = add(u"a"_s);
+  const NoteId answer = add(u"z"_s, {}, unidOf(b));
   add(u"y"_s, {}, unidOf(b));
   add(u"x"_s, {}, unidOf(answer));
   add(u"orphan"_s, {}, Unid::create());
@@ -170,23 +170,23 @@ TEST_F(ViewOrder, ResponsesStandBelowWhatTheyAnswerAndOrphansAreNotShown) {
 }
 
 TEST_F(ViewOrder, AReferenceItemMakesAResponseToo) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}, .hierarchy = true});
-  const quint32 main = add(u"b"_s);
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s)}, .hierarchy = true});
+  const NoteId main = add(u"b"_s);
   add(u"a"_s, {{u"$REF"_s, noteRefsValue({unidOf(main)})}});
   EXPECT_EQ(lines(view), u"b >a"_s);
 }
 
 TEST_F(ViewOrder, ResponsesFollowTheirParentIntoEachOfItsCategories) {
-  const quint32 view = addView({.columns = {category(u"Kind"_s)}, .hierarchy = true});
-  const quint32 main = add(u"m"_s, {{u"Kind"_s, textListValue({u"A"_s, u"B"_s})}});
+  const NoteId view = addView({.columns = {category(u"Kind"_s)}, .hierarchy = true});
+  const NoteId main = add(u"m"_s, {{u"Kind"_s, textListValue({u"A"_s, u"B"_s})}});
   add(u"r"_s, {{u"Kind"_s, textValue(u"C")}}, unidOf(main));
   EXPECT_EQ(lines(view), u"[A] >m >>r [B] >m >>r"_s);
 }
 
 TEST_F(ViewOrder, CirclesOfResponsesAreNotShownAndEndNothing) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}, .hierarchy = true});
-  const quint32 a = add(u"a"_s, {}, Unid::create());
-  const quint32 b = add(u"b"_s, {}, unidOf(a));
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s)}, .hierarchy = true});
+  const NoteId a = add(u"a"_s, {}, Unid::create());
+  const NoteId b = add(u"b"_s, {}, unidOf(a));
   Note note = read(a);
   note.header.parent = unidOf(b);
   database->notes().save(note);
@@ -195,8 +195,8 @@ TEST_F(ViewOrder, CirclesOfResponsesAreNotShownAndEndNothing) {
 }
 
 TEST_F(ViewOrder, AnswersOfAnswersEndAtThirtyTwo) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}, .hierarchy = true});
-  quint32 last = add(u"main"_s);
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s)}, .hierarchy = true});
+  NoteId last = add(u"main"_s);
   ViewIndex index(*database, view);
   index.refresh();
   for (int i = 0; i < 40; ++i) last = add(u"r"_s, {}, unidOf(last));
@@ -205,12 +205,12 @@ TEST_F(ViewOrder, AnswersOfAnswersEndAtThirtyTwo) {
 }
 
 TEST_F(ViewOrder, DescendantsAreSelectedWithTheirParentAndLeaveWithIt) {
-  const quint32 all =
+  const NoteId all =
       addView({.formula = u"SELECT Kind = \"in\" | @AllDescendants"_s, .columns = {column(u"Subject"_s)}});
-  const quint32 near =
+  const NoteId near =
       addView({.formula = u"SELECT Kind = \"in\" | @AllChildren"_s, .columns = {column(u"Subject"_s)}});
-  const quint32 main = add(u"m"_s, {{u"Kind"_s, textValue(u"out")}});
-  const quint32 first = add(u"r"_s, {}, unidOf(main));
+  const NoteId main = add(u"m"_s, {{u"Kind"_s, textValue(u"out")}});
+  const NoteId first = add(u"r"_s, {}, unidOf(main));
   add(u"rr"_s, {}, unidOf(first));
   EXPECT_EQ(lines(all), QString());
   change(main, u"Kind"_s, textValue(u"in"));
@@ -226,10 +226,10 @@ TEST_F(ViewOrder, DescendantsAreSelectedWithTheirParentAndLeaveWithIt) {
 using ViewContent = ViewTest;
 
 TEST_F(ViewContent, FollowsEveryChange) {
-  const quint32 view = addView({.formula = u"SELECT Kind = \"x\""_s, .columns = {sorted(u"Subject"_s)}});
-  const quint32 b = add(u"b"_s, {{u"Kind"_s, textValue(u"x")}});
+  const NoteId view = addView({.formula = u"SELECT Kind = \"x\""_s, .columns = {sorted(u"Subject"_s)}});
+  const NoteId b = add(u"b"_s, {{u"Kind"_s, textValue(u"x")}});
   EXPECT_EQ(lines(view), u"b"_s);
-  const quint32 a = add(u"a"_s, {{u"Kind"_s, textValue(u"x")}});
+  const NoteId a = add(u"a"_s, {{u"Kind"_s, textValue(u"x")}});
   add(u"c"_s, {{u"Kind"_s, textValue(u"y")}});
   EXPECT_EQ(lines(view), u"a b"_s);
   change(b, u"Kind"_s, textValue(u"y"));
@@ -244,8 +244,8 @@ TEST_F(ViewContent, FollowsEveryChange) {
 }
 
 TEST_F(ViewContent, HasNoProfilesAndNoDesign) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
-  const quint32 id = add(u"a"_s);
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s)}});
+  const NoteId id = add(u"a"_s);
   add(u"profile"_s, {{u"$Name"_s, textValue(u"$profile_003abc_")}});
   EXPECT_EQ(lines(view), u"a"_s);
   change(id, u"$Name"_s, textValue(u"$profile_003abd_"));
@@ -253,20 +253,20 @@ TEST_F(ViewContent, HasNoProfilesAndNoDesign) {
 }
 
 TEST_F(ViewContent, ADamagedDocumentDropsOut) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
-  const quint32 id = add(u"a"_s);
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s)}});
+  const NoteId id = add(u"a"_s);
   add(u"b"_s);
   EXPECT_EQ(lines(view), u"a b"_s);
   sqlite3_exec(database->handle(),
-               qPrintable(u"UPDATE note SET items = x'0102', change = 900 WHERE id = %1"_s.arg(id)), nullptr,
-               nullptr, nullptr);
+               qPrintable(u"UPDATE note SET items = x'0102', change = 900 WHERE id = %1"_s.arg(id.value())),
+               nullptr, nullptr, nullptr);
   EXPECT_EQ(lines(view), u"b"_s);
   dropViewIndexes(*database);
   EXPECT_EQ(lines(view), u"b"_s);
 }
 
 TEST_F(ViewContent, ANewDesignMakesTheIndexAnew) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s)}});
   add(u"a"_s);
   add(u"b"_s);
   ViewIndex index(*database, view);
@@ -282,7 +282,7 @@ TEST_F(ViewContent, ANewDesignMakesTheIndexAnew) {
 }
 
 TEST_F(ViewContent, AViewThatIsGoneSaysSoAndItsIndexGoesToo) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}}), other = addView({});
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s)}}), other = addView({});
   add(u"a"_s);
   ViewIndex index(*database, view);
   index.refresh();
@@ -300,7 +300,7 @@ TEST_F(ViewContent, AViewThatIsGoneSaysSoAndItsIndexGoesToo) {
 }
 
 TEST_F(ViewContent, IsKeptFromOneUseToTheNext) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s)}});
   add(u"a"_s);
   EXPECT_EQ(lines(view), u"a"_s);
   IndexHead head;
@@ -318,7 +318,7 @@ TEST_F(ViewContent, IsKeptFromOneUseToTheNext) {
 }
 
 TEST_F(ViewContent, IsMadeAnewWhenAnOlderProgramLaidOutItsTables) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s)}});
   add(u"b"_s);
   add(u"a"_s);
   database->connection().execute(
@@ -334,7 +334,7 @@ TEST_F(ViewContent, IsMadeAnewWhenAnOlderProgramLaidOutItsTables) {
 
 // The number is kept beside the rows, so every way in which rows come and go has to keep it right.
 TEST_F(ViewContent, KnowsHowManyRowsItHasWithoutCountingThem) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s), separate(u"Tags"_s)}, .hierarchy = true});
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s), separate(u"Tags"_s)}, .hierarchy = true});
   const auto expectRows = [&](qint64 rows) {
     ViewIndex index(*database, view);
     index.refresh();
@@ -342,9 +342,9 @@ TEST_F(ViewContent, KnowsHowManyRowsItHasWithoutCountingThem) {
     EXPECT_EQ(index.count(), rows);
   };
   expectRows(0);
-  const quint32 main = add(u"main"_s, {{u"Tags"_s, textListValue({u"x"_s, u"y"_s})}});
+  const NoteId main = add(u"main"_s, {{u"Tags"_s, textListValue({u"x"_s, u"y"_s})}});
   expectRows(2);
-  const quint32 response = add(u"response"_s, {}, unidOf(main));
+  const NoteId response = add(u"response"_s, {}, unidOf(main));
   expectRows(4);
   add(u"below"_s, {}, unidOf(response));
   expectRows(6);
@@ -358,8 +358,8 @@ TEST_F(ViewContent, KnowsHowManyRowsItHasWithoutCountingThem) {
 
 // Long rows stand apart from the short ones: a document moves between them as it changes.
 TEST_F(ViewContent, ADocumentMayGetManyRowsAndLoseThemAgain) {
-  const quint32 view = addView({.columns = {separate(u"Tags"_s)}});
-  const quint32 note = add(u"a"_s);
+  const NoteId view = addView({.columns = {separate(u"Tags"_s)}});
+  const NoteId note = add(u"a"_s);
   add(u"b"_s);
   QStringList many;
   for (int i = 0; i < 400; ++i) many.append(u"tag %1"_s.arg(i));
@@ -375,7 +375,7 @@ TEST_F(ViewContent, ADocumentMayGetManyRowsAndLoseThemAgain) {
 }
 
 TEST_F(ViewContent, IsUndoneWithTheTransactionThatChangedTheDocuments) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s)}});
   add(u"a"_s);
   EXPECT_EQ(lines(view), u"a"_s);
   {
@@ -387,9 +387,9 @@ TEST_F(ViewContent, IsUndoneWithTheTransactionThatChangedTheDocuments) {
 }
 
 TEST_F(ViewContent, AFormulaThatAsksForTheDayIsAskedAgainTheNextDay) {
-  const quint32 view = addView({.formula = u"SELECT Subject != \"\" & @Today != \"\""_s});
-  const quint32 often = addView({.formula = u"SELECT @Now != \"\""_s});
-  const quint32 never = addView({.formula = u"SELECT \"@Today\" != \"\""_s});
+  const NoteId view = addView({.formula = u"SELECT Subject != \"\" & @Today != \"\""_s});
+  const NoteId often = addView({.formula = u"SELECT @Now != \"\""_s});
+  const NoteId never = addView({.formula = u"SELECT \"@Today\" != \"\""_s});
   for (const auto& [id, clock] :
        {std::pair{view, DocumentRows::Clock::Daily}, std::pair{often, DocumentRows::Clock::EveryMinute},
         std::pair{never, DocumentRows::Clock::Never}}) {
@@ -411,7 +411,7 @@ TEST_F(ViewContent, AFormulaThatAsksForTheDayIsAskedAgainTheNextDay) {
 }
 
 TEST_F(ViewContent, ManyChangesAtOnceGiveTheSame) {
-  const quint32 view = addView({.columns = {descending(u"Number"_s)}});
+  const NoteId view = addView({.columns = {descending(u"Number"_s)}});
   add(u"a"_s);
   EXPECT_EQ(lines(view), u"a"_s);
   Database::Transaction transaction(*database);
@@ -428,7 +428,7 @@ TEST_F(ViewContent, ManyChangesAtOnceGiveTheSame) {
 using ViewFiles = ViewTest;
 
 TEST_F(ViewFiles, TwoConnectionsSeeEachOthersDocumentsAndIndexes) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s)}});
   add(u"b"_s);
   EXPECT_EQ(lines(view), u"b"_s);
   // A thread opens the file for itself.
@@ -446,10 +446,10 @@ TEST_F(ViewFiles, TwoConnectionsSeeEachOthersDocumentsAndIndexes) {
 }
 
 TEST_F(ViewFiles, AFileThatCannotBeWrittenHasViewsToo) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s)}});
   add(u"b"_s);
   add(u"a"_s);
-  const quint32 indexed = addView({.columns = {descending(u"Subject"_s)}});
+  const NoteId indexed = addView({.columns = {descending(u"Subject"_s)}});
   EXPECT_EQ(lines(indexed), u"b a"_s);
   database.reset();
   QFile file(path());
@@ -467,7 +467,7 @@ TEST_F(ViewFiles, AFileThatCannotBeWrittenHasViewsToo) {
 }
 
 TEST_F(ViewFiles, AFileThatSomebodyElseKeepsLockedHasViewsTooAndKeepsThemOnceItCan) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s)}});
   add(u"a"_s);
   sqlite3* other = nullptr;
   ASSERT_EQ(sqlite3_open(path().toUtf8().constData(), &other), SQLITE_OK);
@@ -492,8 +492,8 @@ TEST_F(ViewFiles, AFileThatSomebodyElseKeepsLockedHasViewsTooAndKeepsThemOnceItC
 // The selection takes some milliseconds for each document, so that the index takes much longer than one
 // turn; somebody else asks for the file all the time.
 TEST_F(ViewFiles, OthersMayWriteWhileAnIndexIsMade) {
-  const quint32 view = addView({.formula = u"@For(i := 0; i < 30000; i := i + 1; x := i); SELECT @All"_s,
-                                .columns = {sorted(u"Subject"_s)}});
+  const NoteId view = addView({.formula = u"@For(i := 0; i < 30000; i := i + 1; x := i); SELECT @All"_s,
+                               .columns = {sorted(u"Subject"_s)}});
   Database::Transaction transaction(*database);
   for (int i = 0; i < 400; ++i) add(u"z"_s);
   transaction.commit();
@@ -522,7 +522,7 @@ TEST_F(ViewFiles, OthersMayWriteWhileAnIndexIsMade) {
 }
 
 TEST_F(ViewFiles, AnIndexThatNobodyFinishedIsMadeAnew) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}});
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s)}});
   add(u"a"_s);
   add(u"b"_s);
   EXPECT_EQ(lines(view), u"a b"_s);

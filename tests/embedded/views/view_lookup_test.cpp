@@ -8,19 +8,19 @@ namespace {
 
 class ViewLookup : public ViewTest {
  protected:
-  QString find(quint32 view, const QString& key, bool exact = true) {
+  QString find(NoteId view, const QString& key, bool exact = true) {
     ViewIndex index(*database, view);
     index.refresh();
-    const quint32 found = findByKey(index, {key, exact}, regional);
-    return found == 0 ? QString() : subjectOf(*database, found);
+    const NoteId found = findByKey(index, {key, exact}, regional);
+    return found.isNull() ? QString() : subjectOf(*database, found);
   }
 };
 
 TEST_F(ViewLookup, FindsWholeValuesWithoutCaseAndBeginningsOnDemand) {
-  const quint32 view = addView({.columns = {column(u"Other"_s), sorted(u"Name"_s)}});
-  const quint32 down = addView({.columns = {descending(u"Name"_s)}});
+  const NoteId view = addView({.columns = {column(u"Other"_s), sorted(u"Name"_s)}});
+  const NoteId down = addView({.columns = {descending(u"Name"_s)}});
   for (const QString& name : {u"Smithers"_s, u"Smith"_s, u"Zoe"_s}) add(name, {{u"Name"_s, textValue(name)}});
-  for (const quint32 each : {view, down}) {
+  for (const NoteId each : {view, down}) {
     EXPECT_EQ(find(each, u"SMITH"_s), u"Smith"_s);
     EXPECT_EQ(find(each, u"smi"_s), QString());
     EXPECT_EQ(find(each, u"ZO"_s, false), u"Zoe"_s);
@@ -31,15 +31,15 @@ TEST_F(ViewLookup, FindsWholeValuesWithoutCaseAndBeginningsOnDemand) {
 }
 
 TEST_F(ViewLookup, FindsNothingWithoutASortedColumn) {
-  const quint32 view = addView({.columns = {column(u"Subject"_s)}});
+  const NoteId view = addView({.columns = {column(u"Subject"_s)}});
   add(u"a"_s);
   EXPECT_EQ(find(view, u"a"_s), QString());
   EXPECT_EQ(find(view, QString(), false), QString());
 }
 
 TEST_F(ViewLookup, FindsNumbersAndDatesByTheirText) {
-  const quint32 up = addView({.columns = {sorted(u"Value"_s)}});
-  const quint32 down = addView({.columns = {descending(u"Value"_s)}});
+  const NoteId up = addView({.columns = {sorted(u"Value"_s)}});
+  const NoteId down = addView({.columns = {descending(u"Value"_s)}});
   const auto put = [&](const QString& subject, const QByteArray& value) {
     add(subject, {{u"Value"_s, value}});
   };
@@ -50,7 +50,7 @@ TEST_F(ViewLookup, FindsNumbersAndDatesByTheirText) {
   put(u"date"_s, timeValue(timeDateOfDate({2024, 3, 9})));
   put(u"time"_s, timeValue(timeDateOf(DateTime{{2024, 3, 9}, {14, 30}})));
   put(u"text"_s, textValue(u"13"));
-  for (const quint32 view : {up, down}) {
+  for (const NoteId view : {up, down}) {
     EXPECT_EQ(find(view, u"12"_s), u"n12"_s);
     EXPECT_EQ(find(view, u"1.5"_s), u"n1.5"_s);
     EXPECT_EQ(find(view, u"0.3"_s), u"sum"_s);
@@ -65,13 +65,13 @@ TEST_F(ViewLookup, FindsNumbersAndDatesByTheirText) {
 }
 
 TEST_F(ViewLookup, ACategoryGivesItsFirstDocument) {
-  const quint32 view = addView({.columns = {category(u"Kind"_s), sorted(u"Subject"_s)}});
+  const NoteId view = addView({.columns = {category(u"Kind"_s), sorted(u"Subject"_s)}});
   const auto put = [&](const QString& subject, const QString& kind) {
     return add(subject, {{u"Kind"_s, textValue(kind)}});
   };
   put(u"pear"_s, u"Fruit\\Pear"_s);
   put(u"apple"_s, u"Fruit\\Apple"_s);
-  const quint32 bread = put(u"bread"_s, u"Bread"_s);
+  const NoteId bread = put(u"bread"_s, u"Bread"_s);
   EXPECT_EQ(find(view, u"fruit"_s), u"apple"_s);
   EXPECT_EQ(find(view, u"FRUIT\\pear"_s), u"pear"_s);
   EXPECT_EQ(find(view, u"Fruit\\Pe"_s), QString());
@@ -82,8 +82,8 @@ TEST_F(ViewLookup, ACategoryGivesItsFirstDocument) {
 }
 
 TEST_F(ViewLookup, ResponsesAreNotFoundByTheKeyOfTheirParent) {
-  const quint32 view = addView({.columns = {sorted(u"Subject"_s)}, .hierarchy = true});
-  const quint32 main = add(u"main"_s);
+  const NoteId view = addView({.columns = {sorted(u"Subject"_s)}, .hierarchy = true});
+  const NoteId main = add(u"main"_s);
   add(u"answer"_s, {}, unidOf(main));
   EXPECT_EQ(find(view, u"main"_s), u"main"_s);
   EXPECT_EQ(find(view, u"answer"_s), QString());
@@ -91,8 +91,8 @@ TEST_F(ViewLookup, ResponsesAreNotFoundByTheKeyOfTheirParent) {
 
 TEST_F(ViewLookup, AColumnIsReadInViewOrderAndACategoryOnce) {
   ViewColumn tags = separate(u"Tags"_s);
-  const quint32 view = addView({.columns = {category(u"Kind"_s), sorted(u"Subject"_s), column(u"Size"_s)}});
-  const quint32 apart = addView({.columns = {tags}});
+  const NoteId view = addView({.columns = {category(u"Kind"_s), sorted(u"Subject"_s), column(u"Size"_s)}});
+  const NoteId apart = addView({.columns = {tags}});
   add(u"c"_s, {{u"Kind"_s, textValue(u"y\\z")}, {u"Size"_s, numberValue(3)}});
   add(u"b"_s, {{u"Kind"_s, textValue(u"x")}, {u"Size"_s, numberValue(2)}});
   add(u"a"_s, {{u"Kind"_s, textValue(u"x")}, {u"Tags"_s, textListValue({u"t2"_s, u"t1"_s})}});
@@ -103,8 +103,8 @@ TEST_F(ViewLookup, AColumnIsReadInViewOrderAndACategoryOnce) {
 }
 
 TEST_F(ViewLookup, LooksUpColumnsItemsAndUnids) {
-  const quint32 view = addView({.columns = {sorted(u"Kind"_s), column(u"Subject"_s)}});
-  const quint32 b = add(u"b"_s, {{u"Kind"_s, textValue(u"k")}, {u"More"_s, numberValue(1)}});
+  const NoteId view = addView({.columns = {sorted(u"Kind"_s), column(u"Subject"_s)}});
+  const NoteId b = add(u"b"_s, {{u"Kind"_s, textValue(u"k")}, {u"More"_s, numberValue(1)}});
   add(u"a"_s, {{u"Kind"_s, textValue(u"K")}, {u"More"_s, numberValue(2)}});
   ViewIndex index(*database, view);
   index.refresh();

@@ -71,7 +71,7 @@ class ViewProperty : public ViewTest {
       if (!upTo(8)) note.header.unid = Unid::create();
       database->notes().save(note);
     } else if (what < 10) {
-      const quint32 id = oneOf(ids);
+      const NoteId id = oneOf(ids);
       if (database->notes().read(id, note)) gone.push_back(note);
       database->notes().remove(id, upTo(2) == 0);
     } else if (what == 10 && !gone.isEmpty()) {
@@ -79,7 +79,7 @@ class ViewProperty : public ViewTest {
       database->notes().saveAsGiven(note);
       ids.push_back(note.header.id);
     } else if (!views.isEmpty() && !upTo(3)) {
-      const quint32 id = oneOf(views);
+      const NoteId id = oneOf(views);
       Note changed = viewNote(u"View"_s, oneOf(designs()));
       if (!database->notes().read(id, note)) return;
       changed.header = note.header;
@@ -87,36 +87,36 @@ class ViewProperty : public ViewTest {
     }
   }
 
-  QStringList rowsOf(quint32 view) {
+  QStringList rowsOf(NoteId view) {
     ViewIndex index(*database, view);
     index.refresh();
     QStringList rows;
     for (const ViewLine& line : index.lines())
-      rows.append(u"%1 %2 %3 %4 %5"_s.arg(line.note)
+      rows.append(u"%1 %2 %3 %4 %5"_s.arg(line.note.value())
                       .arg(line.level)
                       .arg(line.column)
                       .arg(shown(line.category), QString::fromLatin1(line.key.toHex())));
     return rows;
   }
-  QStringList freshRowsOf(quint32 view) {
+  QStringList freshRowsOf(NoteId view) {
     Database::Transaction undone(*database);
     dropViewIndexes(*database);
     return rowsOf(view);
   }
   // What a search with the same formula finds.
-  void expectSelected(quint32 view) {
+  void expectSelected(NoteId view) {
     ViewIndex index(*database, view);
     index.refresh();
     if (index.design().hierarchy) return;
     formula::MachineEnvironment environment;
-    QVector<quint32> found = index.documents();
+    QVector<NoteId> found = index.documents();
     std::sort(found.begin(), found.end());
     EXPECT_EQ(found, selectDocuments(*database,
                                      {compiledFormula(index.design().selection, environment), environment}));
   }
 
   std::mt19937 random{20240217};
-  QVector<quint32> ids, views;
+  QVector<NoteId> ids, views;
   QVector<Unid> unids;
   QVector<Note> gone;
 };
@@ -127,9 +127,9 @@ TEST_F(ViewProperty, ARefreshedIndexEqualsAFreshOne) {
     Database::Transaction transaction(*database);  // for speed
     for (int i = upTo(14); i >= 0; --i) someChange();
     transaction.commit();
-    for (const quint32 view : std::as_const(views)) {
+    for (const NoteId view : std::as_const(views)) {
       if (!upTo(3)) continue;  // some indexes wait for more changes
-      ASSERT_EQ(rowsOf(view), freshRowsOf(view)) << "round " << round << ", view " << view;
+      ASSERT_EQ(rowsOf(view), freshRowsOf(view)) << "round " << round << ", view " << view.value();
       expectSelected(view);
     }
   }

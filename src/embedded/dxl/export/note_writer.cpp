@@ -58,7 +58,7 @@ void beginNote(DxlWriter& out, const Note& note) {
 
 void writeNoteInfo(DxlWriter& out, const NoteHeader& header) {
   out.begin(u"noteinfo"_s);
-  out.attribute(u"noteid"_s, QString::number(header.id, 16));
+  out.attribute(u"noteid"_s, QString::number(header.id.value(), 16));
   out.attribute(u"unid"_s, header.unid.text());
   out.attribute(u"sequence"_s, QString::number(header.sequence));
   out.layout();
@@ -94,9 +94,8 @@ void writeNote(ExportContext& context, const Note& note) {
     writeItems(context, note);
   } catch (const RuntimeError& error) {
     if (error.number() != enginefault::Damaged) throw;
-    throw RuntimeError(
-        error.number(),
-        u"%1 (in note %2)"_s.arg(error.description(), QString::number(note.header.id, 16).toUpper()));
+    throw RuntimeError(error.number(),
+                       u"%1 (in note %2)"_s.arg(error.description(), note.header.id.hexText()));
   }
   out.end();
   out.layout();

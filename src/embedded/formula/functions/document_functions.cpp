@@ -159,7 +159,7 @@ Value isResponseDoc(const Call& call) {
   return Value::truth(call.document().properties().isResponse);
 }
 Value noteId(const Call& call) {
-  const QString digits = QString::number(call.document().properties().noteId, 16).toUpper();
+  const QString digits = call.document().properties().noteId.hexText();
   return Value::text(u"NT"_s + digits.rightJustified(8, u'0'));
 }
 

@@ -100,7 +100,7 @@ TEST_F(AttachmentExport, AnAttachmentWithoutItsBytesIsNamedWithItsNote) {
   source_->objects().remove(file.objectId);
   Note note;
   note.add(u"$FILE"_s, 0, fileObjectValue(file));
-  const QString id = QString::number(save(note), 16).toUpper();
+  const QString id = save(note).hexText();
   QBuffer buffer;
   buffer.open(QIODevice::WriteOnly);
   try {

@@ -31,7 +31,7 @@ class DxlExport : public ::testing::Test {
     EXPECT_TRUE(exportDatabase(*source_, buffer));
     return buffer.data();
   }
-  QByteArray exported(const QVector<quint32>& ids) {
+  QByteArray exported(const QVector<NoteId>& ids) {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     EXPECT_TRUE(exportNotes(*source_, ids, buffer));
@@ -59,7 +59,7 @@ class DxlExport : public ::testing::Test {
     return dxl;
   }
 
-  quint32 save(Note note) {
+  NoteId save(Note note) {
     source_->notes().save(note);
     return note.header.id;
   }

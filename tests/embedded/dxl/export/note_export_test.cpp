@@ -7,7 +7,7 @@ namespace {
 
 class NoteExport : public DxlExport {
  protected:
-  quint32 saveAsGiven(Note note) {
+  NoteId saveAsGiven(Note note) {
     source_->notes().saveAsGiven(note);
     return note.header.id;
   }
@@ -18,8 +18,8 @@ class NoteExport : public DxlExport {
     note.header.sequence = 7;
     return note;
   }
-  void damage(quint32 id) {
-    const QByteArray sql = "UPDATE note SET items = x'00' WHERE id = " + QByteArray::number(id);
+  void damage(NoteId id) {
+    const QByteArray sql = "UPDATE note SET items = x'00' WHERE id = " + QByteArray::number(id.value());
     ASSERT_EQ(sqlite3_exec(source_->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
   }
 };
@@ -40,9 +40,9 @@ TEST_F(NoteExport, HeadersComeBackWhatTheirTimesAre) {
   note.header.sequenceTime = {{9000000, 3}};
   note.header.added = {};
   note.header.accessed = {{kAllDay, kAnyDay}};
-  const quint32 id = saveAsGiven(note);
+  const NoteId id = saveAsGiven(note);
   const QByteArray dxl = roundTrip();
-  EXPECT_TRUE(dxl.contains("<noteinfo noteid=\"" + QByteArray::number(id, 16) + "\" unid=\"" +
+  EXPECT_TRUE(dxl.contains("<noteinfo noteid=\"" + QByteArray::number(id.value(), 16) + "\" unid=\"" +
                            note.header.unid.text().toLatin1() + "\" sequence=\"4294967295\">"));
   EXPECT_TRUE(dxl.contains("<created><datetime dst=\"true\">20240105T040000,01-04</datetime></created>"))
       << dxl.toStdString();
@@ -113,12 +113,12 @@ TEST_F(NoteExport, TwoExportsAreTheSame) {
 }
 
 TEST_F(NoteExport, NamedNotesGoInTheirOrderAndWithoutTheOthers) {
-  QVector<quint32> ids;
+  QVector<NoteId> ids;
   for (int i = 0; i < 4; ++i) ids.push_back(saveAsGiven(noteOf(noteclass::Document)));
   const QByteArray dxl = exported({ids[2], ids[0]});
   EXPECT_EQ(dxl.count("<document"), 2);
-  EXPECT_LT(dxl.indexOf("noteid=\"" + QByteArray::number(ids[2], 16)),
-            dxl.indexOf("noteid=\"" + QByteArray::number(ids[0], 16)));
+  EXPECT_LT(dxl.indexOf("noteid=\"" + QByteArray::number(ids[2].value(), 16)),
+            dxl.indexOf("noteid=\"" + QByteArray::number(ids[0].value(), 16)));
   EXPECT_EQ(imported(dxl)->notes().noteCount(noteclass::Document), 2);
 }
 
@@ -126,7 +126,7 @@ TEST_F(NoteExport, ANamedNoteThatIsNotThereIsAFault) {
   QBuffer buffer;
   buffer.open(QIODevice::WriteOnly);
   try {
-    exportNotes(*source_, {0x8FA}, buffer);
+    exportNotes(*source_, {NoteId(0x8FA)}, buffer);
     ADD_FAILURE() << "it was exported";
   } catch (const RuntimeError& error) {
     EXPECT_EQ(error.number(), enginefault::UnknownNote);
@@ -135,14 +135,14 @@ TEST_F(NoteExport, ANamedNoteThatIsNotThereIsAFault) {
 }
 
 TEST_F(NoteExport, DeletedNotesAreLeftOut) {
-  const quint32 id = saveAsGiven(noteOf(noteclass::Document));
+  const NoteId id = saveAsGiven(noteOf(noteclass::Document));
   saveAsGiven(noteOf(noteclass::Document));
   source_->notes().remove(id);
   EXPECT_EQ(roundTrip().count("<document"), 1);
 }
 
 TEST_F(NoteExport, ADamagedNoteIsNamedWithItsDatabase) {
-  const quint32 id = saveAsGiven(noteOf(noteclass::Document));
+  const NoteId id = saveAsGiven(noteOf(noteclass::Document));
   damage(id);
   QBuffer buffer;
   buffer.open(QIODevice::WriteOnly);
@@ -152,7 +152,7 @@ TEST_F(NoteExport, ADamagedNoteIsNamedWithItsDatabase) {
   } catch (const RuntimeError& error) {
     EXPECT_EQ(error.number(), enginefault::Damaged);
     EXPECT_TRUE(error.description().contains(source_->path())) << error.description().toStdString();
-    EXPECT_TRUE(error.description().contains(QString::number(id, 16).toUpper()));
+    EXPECT_TRUE(error.description().contains(id.hexText()));
   }
 }
 

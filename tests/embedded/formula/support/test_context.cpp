@@ -117,7 +117,7 @@ DocumentProperties TestDocument::properties() const {
   properties.modified = testTime(2024, 3, 1, 9, 30);
   properties.accessed = testTime(2024, 3, 14, 12, 0);
   properties.unid = Unid::fromText(u"0123456789ABCDEF0123456789ABCDEF");
-  properties.noteId = 0x8F6;
+  properties.noteId = NoteId(0x8F6);
   properties.size = 4096;
   return properties;
 }

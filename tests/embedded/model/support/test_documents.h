@@ -36,7 +36,7 @@ inline void saveForced(const Object& document) {
 class Documents : public ::testing::Test {
  protected:
   // What another program reads: the stored note.
-  Note stored(quint32 id) const {
+  Note stored(NoteId id) const {
     Note note;
     EXPECT_TRUE(t.store->notes().read(id, note));
     return note;

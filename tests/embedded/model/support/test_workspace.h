@@ -1,7 +1,7 @@
 // A workspace in a temporary directory with one mail file, for tests of the two doors.
 //
 //   TestWorkspace t;
-//   const quint32 id = t.add({{u"Form", textValue(u"Memo")}, {u"Subject", textValue(u"Hello")}});
+//   const NoteId id = t.add({{u"Form", textValue(u"Memo")}, {u"Subject", textValue(u"Hello")}});
 //   Object doc = t.mail().call(QStringLiteral("GETDOCUMENTBYID"), t.hex(id)).object();
 //
 // The region is German, the user is CN=Karin Meier/O=Acme.
@@ -57,19 +57,19 @@ class TestWorkspace {
   QString file(const QString& name) const { return root_.filePath(name); }
   const QString& directory() const { return directory_; }
 
-  quint32 add(const QVector<NamedValue>& items, quint16 noteClass = noteclass::Document) {
+  NoteId add(const QVector<NamedValue>& items, quint16 noteClass = noteclass::Document) {
     Note note = noteOf(items, noteClass);
     store->notes().save(note);
     return note.header.id;
   }
-  quint32 addView(const QString& title, const QByteArray& formula = {}, const QString& flags = {}) {
+  NoteId addView(const QString& title, const QByteArray& formula = {}, const QString& flags = {}) {
     QVector<NamedValue> items{{QStringLiteral("$TITLE"), textValue(title)}};
     if (!formula.isEmpty()) items.push_back({QStringLiteral("$Formula"), formula});
     if (!flags.isEmpty()) items.push_back({QStringLiteral("$Flags"), textValue(flags)});
     return add(items, noteclass::View);
   }
   // A document with one attachment of these bytes.
-  quint32 addFile(const QString& name, const QByteArray& bytes) {
+  NoteId addFile(const QString& name, const QByteArray& bytes) {
     const quint32 object = store->objects().begin();
     store->objects().append(object, bytes);
     FileObject file;
@@ -78,20 +78,20 @@ class TestWorkspace {
     file.size = quint32(bytes.size());
     return add({{QStringLiteral("$FILE"), fileObjectValue(file)}});
   }
-  quint32 addMime(const QByteArray& message) {
+  NoteId addMime(const QByteArray& message) {
     Note note = noteOf({{QStringLiteral("Form"), textValue(u"Memo")}});
     for (const QByteArray& value : mimePartValues(message)) note.add(QStringLiteral("Body"), 0, value);
     store->notes().save(note);
     return note.header.id;
   }
 
-  static QString hex(quint32 id) { return QString::number(id, 16).toUpper(); }
+  static QString hex(NoteId id) { return id.hexText(); }
   Object session() { return gateway.create(QStringLiteral("Notes.NotesSession")); }
   Object ui() { return gateway.create(QStringLiteral("Notes.NotesUIWorkSpace")); }
   Object mail() {
     return session().call(QStringLiteral("GETDATABASE"), QString(), QStringLiteral("mail.nsf")).object();
   }
-  Object document(quint32 id) { return mail().call(QStringLiteral("GETDOCUMENTBYID"), hex(id)).object(); }
+  Object document(NoteId id) { return mail().call(QStringLiteral("GETDOCUMENTBYID"), hex(id)).object(); }
 
  private:
   QTemporaryDir root_;
