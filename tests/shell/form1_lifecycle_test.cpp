@@ -76,9 +76,10 @@ TEST_F(MainWindowTest, WithoutAClientThereAreTwoBoxesAndAWindowWithoutData) {
   EXPECT_EQ(state().gDataDir, "");
   EXPECT_EQ(rows("lstServerList"), QStringList());
   host.boxes.clear();
+  const QRect place = form().cmdEnd->geometry();
   form().resize(900, 700);
   EXPECT_EQ(boxes(), QStringList());
-  EXPECT_EQ(form().cmdEnd->geometry(), QRect(1208, 744, 64, 26));
+  EXPECT_EQ(form().cmdEnd->geometry(), place);
 }
 
 TEST_F(MainWindowTest, WithoutADatabaseTheCaptureSaysSoBeforeTheWindowAppears) {
