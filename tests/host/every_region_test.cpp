@@ -59,9 +59,9 @@ DateTime asWritten(QDate date, QTime time) {
 
 // False ends the region: one message for each is enough.
 bool secondComesBack(const Regional& regional, const QLocale& region, int second, QDate date) {
-  const DateTime alone{QDate(), timeAt(second)}, together = asWritten(date, timeAt(second));
-  const auto both = {alone, together};
-  for (const DateTime& moment : both) {
+  QVector<DateTime> moments{{QDate(), timeAt(second)}};
+  if (date.isValid()) moments.append(asWritten(date, timeAt(second)));
+  for (const DateTime& moment : std::as_const(moments)) {
     const auto result = comesBack(regional, moment, regional.text(moment));
     EXPECT_TRUE(result) << region.name().toStdString();
     if (!result) return false;
@@ -69,13 +69,14 @@ bool secondComesBack(const Regional& regional, const QLocale& region, int second
   return true;
 }
 
-void expectEverySecond(const QLocale& region) {
+// Each second alone, and one in so many together with a date.
+void expectEverySecond(const QLocale& region, int together) {
   const Regional regional(region);
   QDate date(1900, 1, 1);
   for (int second = 0; second < kSecondsOfDay; ++second) {
     date = date.addDays(1);
     if (date.year() > 2100) date = QDate(1900, 1, 1);
-    if (!secondComesBack(regional, region, second, date)) return;
+    if (!secondComesBack(regional, region, second, second % together == 0 ? date : QDate())) return;
   }
 }
 
@@ -97,14 +98,14 @@ TEST(EveryRegion, ReadsFiveHundredTimesAndDatesAsItWroteThem) {
 TEST(EveryRegion, ReadsEverySecondInTheTenCommonestPatterns) {
   const QVector<QLocale> patterns = everyPattern();
   ASSERT_GE(patterns.size(), 10);
-  for (const QLocale& region : patterns.first(10)) expectEverySecond(region);
+  for (const QLocale& region : patterns.first(10)) expectEverySecond(region, 11);
 }
 
 // Takes minutes: for `make soak`.
 TEST(EveryRegionSoak, ReadsEverySecondInEveryPattern) {
   if (!qEnvironmentVariableIsSet("LENS_SOAK")) GTEST_SKIP() << "LENS_SOAK is not set";
   const QVector<QLocale> patterns = everyPattern();
-  for (const QLocale& region : patterns) expectEverySecond(region);
+  for (const QLocale& region : patterns) expectEverySecond(region, 1);
   RecordProperty("patterns", int(patterns.size()));
 }
 
