@@ -221,7 +221,10 @@ QTime Regional::readTime(QString text, const QStringList& literals) const {
     const bool isOutside = part == 0 || part == count;
     const bool isBlank = literal.isEmpty() && (isOutside || !numbers.between[part].isEmpty());
     if (!isBlank && !literals.contains(literal)) return {};
-    if (part > 0 && part < count && numbers.digits[part].size() != 2) return {};
+    // Behind a colon one digit is enough, as some regions write it; elsewhere it would be a date's.
+    const qsizetype fewest = literal == u":" ? 1 : 2;
+    if (part > 0 && part < count && (numbers.digits[part].size() < fewest || numbers.digits[part].size() > 2))
+      return {};
   }
   int hour = numbers.digits[0].toInt();
   if (hasHalf) {

@@ -109,25 +109,22 @@ TEST(EveryRegionSoak, ReadsEverySecondInEveryPattern) {
   RecordProperty("patterns", int(patterns.size()));
 }
 
-TEST(EveryRegion, ReadsATimeWithoutSeconds) {
+TEST(EveryRegion, ReadsATimeWithoutSecondsAloneAndBehindADate) {
+  int tried = 0;
   for (const QLocale& region : everyRegion()) {
+    // Qt knows no word for this part of the format and writes its letter, which no person types.
+    if (region.timeFormat(QLocale::ShortFormat).contains(u'B')) continue;
     const Regional regional(region);
+    const QString date = regional.text({QDate(2024, 3, 4), QTime()});
     for (const QTime time : {QTime(5, 6), QTime(17, 6), QTime(12, 0), QTime(0, 30)}) {
-      QString text = regional.timeText(time);
       const QString typed = region.toString(time, QLocale::ShortFormat);
-      const auto result = comesBack(regional, {QDate(), time}, typed);
-      // A region that writes its halves of the day alike is given a clock of 24 hours, so the short text says
-      // less.
-      EXPECT_TRUE(result || !comesBack(regional, {QDate(), time}, text) || text.size() < typed.size() ||
-                  regional.timeText(QTime(5, 6)).size() == regional.timeText(QTime(17, 6)).size())
-          << region.name().toStdString() << ": " << typed.toStdString();
-      if (result) {
-        const DateTime moment{QDate(2024, 3, 4), time};
-        EXPECT_TRUE(comesBack(regional, moment, regional.text({moment.date, QTime()}) + u' ' + typed))
-            << region.name().toStdString();
-      }
+      EXPECT_TRUE(comesBack(regional, {QDate(), time}, typed)) << region.name().toStdString();
+      EXPECT_TRUE(comesBack(regional, {QDate(2024, 3, 4), time}, date + u' ' + typed))
+          << region.name().toStdString();
+      ++tried;
     }
   }
+  EXPECT_GT(tried, 4 * 600);
 }
 
 TEST(EveryRegion, HasAFormThatSurvivesTheCodePage) {

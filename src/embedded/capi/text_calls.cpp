@@ -65,8 +65,9 @@ Status EmbeddedCApi::ConvertTIMEDATEToText(const TimeDate& time, QByteArray& buf
   if (!local.date.isValid() && !local.time.isValid()) return status::BadTime;
   const Regional& regional = workspace_->regional();
   // Half of the regions write what the code page lacks; readers would find question marks.
-  QByteArray text = toCodePage(regional.text(local));
-  if (fromCodePage(text) != regional.text(local)) text = toCodePage(regional.plainText(local));
+  const QString written = regional.text(local);
+  QByteArray text = toCodePage(written);
+  if (fromCodePage(text) != written) text = toCodePage(regional.plainText(local));
   length = put(text, buffer, limit);
   return status::Ok;
 }
