@@ -19,9 +19,7 @@ DocumentCollectionObject::DocumentCollectionObject(std::shared_ptr<OpenDatabase>
 
 // Documents that went away since then are passed over.
 Value DocumentCollectionObject::readableFrom(qsizetype place) const {
-  for (; place < noteIds_.size(); ++place)
-    if (const Value found = DocumentObject::read(database_, noteIds_[place]); found.object()) return found;
-  return nothing();
+  return DocumentObject::firstReadable(database_, noteIds_, place);
 }
 
 const MemberTable& DocumentCollectionObject::members() const {

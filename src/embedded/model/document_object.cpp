@@ -20,6 +20,13 @@ Value DocumentObject::read(const std::shared_ptr<OpenDatabase>& database, const 
   return readable([&] { return store.notes().read(unid, note); }) ? of(database, std::move(note)) : nothing();
 }
 
+Value DocumentObject::firstReadable(const std::shared_ptr<OpenDatabase>& database,
+                                    const QVector<NoteId>& notes, qsizetype place) {
+  for (; place < notes.size(); ++place)
+    if (const Value found = read(database, notes[place]); found.object()) return found;
+  return nothing();
+}
+
 Value DocumentObject::of(const std::shared_ptr<OpenDatabase>& database, Note note) {
   auto open = std::make_shared<OpenNote>();
   open->database = database;

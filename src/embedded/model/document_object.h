@@ -12,6 +12,10 @@ class DocumentObject : public ModelObject {
   // Reads the stored state; nothing when there is no readable note.
   static Value read(const std::shared_ptr<OpenDatabase>& database, NoteId noteId);
   static Value read(const std::shared_ptr<OpenDatabase>& database, const Unid& unid);
+  // The first readable one from that place on, so that a walk passes over what is gone or damaged; nothing
+  // behind the last one.
+  static Value firstReadable(const std::shared_ptr<OpenDatabase>& database, const QVector<NoteId>& notes,
+                             qsizetype place);
   // An object for a note that was just read or saved.
   static Value of(const std::shared_ptr<OpenDatabase>& database, Note note);
 

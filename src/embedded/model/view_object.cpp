@@ -39,9 +39,7 @@ void ViewObject::readDocuments() {
 
 // Documents that went away since then are passed over.
 Value ViewObject::readableFrom(qsizetype place) const {
-  for (; place < documents_.size(); ++place)
-    if (const Value found = DocumentObject::read(database_, documents_[place]); found.object()) return found;
-  return nothing();
+  return DocumentObject::firstReadable(database_, documents_, place);
 }
 
 const MemberTable& ViewObject::members() const {

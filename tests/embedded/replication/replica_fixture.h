@@ -10,19 +10,9 @@
 
 #include "embedded/replication/replication.h"
 #include "embedded/store/database.h"
+#include "embedded/support/store_test.h"
 
 namespace lens {
-
-template <class Action>
-int errorNumber(Action action, QString* description = nullptr) {
-  try {
-    action();
-  } catch (const RuntimeError& error) {
-    if (description) *description = error.description();
-    return error.number();
-  }
-  return 0;
-}
 
 inline QByteArray integrityOf(const Database& database) {
   sqlite3_stmt* check = nullptr;
