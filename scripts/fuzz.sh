@@ -92,6 +92,37 @@ END
   printf '"\\x81\\x02"\n"\\x84\\xFF"\n"\\x85\\xFF"\n' >"$folder.dict"
 }
 
+# A text, a text list, numbers, a range of times, references, a file, packed items.
+seed_stored_value() {
+  local folder=$1
+  seed_hex "$folder" <<'END'
+010568656c6c6f
+01050200020003006162000063
+00030000000000000840
+010302000000000000000000f03f00000000000000c0
+010401000100811258250000e0ff811258250000e0ff80a9030012582505
+04000100000102030405060708090a0b0c0d0e0f
+544c493101000000180000000100010019000000060000004101056162
+END
+  printf '"\\x01\\x05"\n"\\x01\\x04"\n"\\x04\\x00"\n"\\x03\\x00"\n"TLI1"\n"\\x56\\x43"\n"\\x44\\x66"\n' >"$folder.dict"
+}
+
+# A plain message, one with two parts, encoded words, a folded header.
+seed_mime() {
+  local folder=$1
+  printf 'Subject: =?utf-8?B?R3LDvMOfZQ==?=\r\n\r\nHello\r\n' >"$folder/plain"
+  printf 'Content-Type: multipart/mixed;\n boundary="b"\n\nprolog\n--b\nContent-Transfer-Encoding: base64\n\nSGVsbG8=\n--b\nContent-Type: text/html; charset=x\n\n<p>=3D</p>\n--b--\nepilog' >"$folder/parts"
+  printf 'Content-Type: message/rfc822\n\nContent-Type: multipart/alternative; boundary=--c\n\n----c\nContent-Transfer-Encoding: quoted-printable\n\n=C3=A4=\n----c--' >"$folder/nested"
+  printf '"%s"\n' 'Content-Type: ' multipart/mixed 'boundary=' 'charset=' -- 'Content-Transfer-Encoding: ' base64 quoted-printable '=?utf-8?Q?' '?=' >"$folder.dict"
+}
+
+seed_ini_file() {
+  local folder=$1
+  printf '[Notes]\nDirectory=/data\nRegion = de_DE\n' >"$folder/plain"
+  printf '; comment\r\n[Other]\r\na=1\r\n[NOTES]\r\n\r\nA=2\r\n[Notes]\r\na=3' >"$folder/sections"
+  printf '"%s"\n' '[Notes]' 'Written=' 'a=' ';' '\xEF\xBB\xBF' '\x0D\x0A' >"$folder.dict"
+}
+
 # The sanitizer keeps freed memory for a while; a little of it, or the fuzzer takes that for a leak.
 export ASAN_OPTIONS="quarantine_size_mb=16:${ASAN_OPTIONS:-}"
 [ $# -gt 0 ] || set -- $(cd fuzz && ls ./*_fuzz.cpp | sed 's|^\./||; s|_fuzz\.cpp$||')
