@@ -116,7 +116,8 @@ void ViewPane::loadDocuments() {
 // A view that has columns is shown by them.
 void ViewPane::showRows(const ViewEntry& entry) {
   if (entry.kind == ViewEntry::Kind::View || entry.kind == ViewEntry::Kind::Folder) {
-    auto view = std::make_unique<ViewRows>(database_, entry.noteId, workspace_->regional());
+    auto view = std::make_unique<ViewRows>(database_, entry.noteId, workspace_->regional(),
+                                           [this] { return workspace_->isInterrupted(); });
     if (!view->columns().isEmpty()) return documents_->show(std::move(view));
   }
   documents_->show(database_, documentsOf(*database_, entry));

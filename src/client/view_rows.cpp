@@ -32,8 +32,9 @@ QStringList indented(QStringList texts, int level) {
 
 }  // namespace
 
-ViewRows::ViewRows(std::shared_ptr<Database> database, NoteId view, const Regional& regional)
-    : database_(std::move(database)), index_(*database_, view), regional_(regional) {
+ViewRows::ViewRows(std::shared_ptr<Database> database, NoteId view, const Regional& regional,
+                   ViewIndex::Interrupted interrupted)
+    : database_(std::move(database)), index_(*database_, view, std::move(interrupted)), regional_(regional) {
   index_.refresh();
   const ViewDesign& design = index_.design();
   for (int place = 0; place < design.columns.size(); ++place) {

@@ -13,8 +13,9 @@ namespace lens {
 
 class ViewRows {
  public:
-  // Brings the view's index up to date; raises what that raises.
-  ViewRows(std::shared_ptr<Database> database, NoteId view, const Regional& regional);
+  // Brings the view's index up to date, until the user interrupts it; raises what that raises.
+  ViewRows(std::shared_ptr<Database> database, NoteId view, const Regional& regional,
+           ViewIndex::Interrupted interrupted);
 
   struct Column {
     int place = 0;  // among all of the view

@@ -2,6 +2,7 @@
 
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/note_elements.h"
+#include "embedded/format/unid.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -93,9 +94,8 @@ void applyInfo(ImportContext& context, DatabaseInfo& info) {
   take(info.inheritsFrom, u"fromtemplate");
   take(info.categories, u"categories");
   const QString replica = in.attribute(u"replicaid").toUpper();
-  bool number = false;
-  replica.toULongLong(&number, 16);
-  if (!replica.isEmpty() && (!number || replica.size() != 16))
+  quint64 number = 0;
+  if (!replica.isEmpty() && !parseHexId(replica, number))
     in.fail(u"\"%1\" is no replica ID"_s.arg(replica.left(64)));
   if (!replica.isEmpty()) info.replicaId = replica;
   info.publicAddressBook = info.publicAddressBook || isAddressBookTemplate(info);

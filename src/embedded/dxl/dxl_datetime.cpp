@@ -1,5 +1,7 @@
 #include "embedded/dxl/dxl_datetime.h"
 
+#include "embedded/format/unid.h"
+
 namespace lens {
 
 namespace {
@@ -132,10 +134,10 @@ DxlTime dxlTime(const TimeDate& time) {
 }
 
 bool parseTimeDateHex(QStringView text, TimeDate& time) {
-  bool good = false;
-  const quint64 number = text.size() == 16 ? text.toULongLong(&good, 16) : 0;
+  quint64 number = 0;
+  if (!parseHexId(text, number)) return false;
   time = unpackTime(number);
-  return good;
+  return true;
 }
 
 }  // namespace lens

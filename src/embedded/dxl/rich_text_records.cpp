@@ -5,6 +5,7 @@
 #include "embedded/format/item_value.h"
 #include "embedded/format/lmbcs.h"
 #include "embedded/format/note.h"
+#include "embedded/format/unid.h"
 
 namespace lens {
 
@@ -76,9 +77,8 @@ QByteArray record(quint8 kind, const QByteArray& data) {
 }
 
 bool appendReplicaId(QByteArray& bytes, const QString& id) {
-  bool good = id.isEmpty();
-  const quint64 number = good ? 0 : id.toULongLong(&good, 16);
-  if (!good || (id.size() != 16 && !id.isEmpty())) return false;
+  quint64 number = 0;
+  if (!id.isEmpty() && !parseHexId(id, number)) return false;
   appendU32(bytes, quint32(number));
   appendU32(bytes, quint32(number >> 32));
   return true;

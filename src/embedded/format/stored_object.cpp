@@ -52,6 +52,11 @@ bool readFileObject(QByteArrayView data, FileObject& file) {
   return true;
 }
 
+bool readFileValue(QByteArrayView value, FileObject& file) {
+  ByteReader reader(value);
+  return reader.u16() == itemtype::Object && readFileObject(value.sliced(2), file);
+}
+
 bool isOleObject(QByteArrayView data) {
   ByteReader reader(data);
   const quint16 kind = reader.u16();

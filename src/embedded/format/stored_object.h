@@ -19,6 +19,8 @@ struct FileObject {
 QByteArray fileObjectValue(const FileObject& file);
 // From the data behind the type word. False when it is no file object or is cut short.
 bool readFileObject(QByteArrayView data, FileObject& file);
+// The same from a whole stored value; false for a value of another type, too.
+bool readFileValue(QByteArrayView value, FileObject& file);
 // Whether the host that made the object was an OLE server: then it is no file.
 bool isOleObject(QByteArrayView data);
 inline constexpr quint16 kOleHost = 0x0100;  // a FileObject's hostType

@@ -9,19 +9,18 @@
 #include "notes/runtime_error.h"
 
 namespace lens {
-namespace {
 
-bool parseHalf(QStringView text, quint64& out) {
-  out = 0;
-  for (QChar digit : text) {
+bool parseHexId(QStringView text, quint64& out) {
+  quint64 number = 0;
+  if (text.size() != 16) return false;
+  for (const QChar digit : text) {
     const int value = hexDigit(digit.unicode());
     if (value < 0) return false;
-    out = out << 4 | quint64(value);
+    number = number << 4 | quint64(value);
   }
+  out = number;
   return true;
 }
-
-}  // namespace
 
 // A half is two little-endian words of which the second is printed first: one little-endian number.
 Unid Unid::fromBytes(QByteArrayView bytes) {
@@ -34,7 +33,7 @@ Unid Unid::fromBytes(QByteArrayView bytes) {
 
 bool Unid::parse(QStringView text, Unid& out) {
   Unid unid;
-  if (text.size() != 32 || !parseHalf(text.first(16), unid.file_) || !parseHalf(text.last(16), unid.note_))
+  if (text.size() != 32 || !parseHexId(text.first(16), unid.file_) || !parseHexId(text.last(16), unid.note_))
     return false;
   out = unid;
   return true;

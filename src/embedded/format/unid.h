@@ -25,4 +25,7 @@ class Unid {
   quint64 note_ = 0;
 };
 
+// A replica ID or a half of a UNID: exactly 16 hexadecimal digits, the high end first.
+bool parseHexId(QStringView text, quint64& out);
+
 }  // namespace lens

@@ -16,12 +16,6 @@ namespace fault = formula::fault;
 // Answers to answers go no deeper than this in the platform; it also ends a circle.
 constexpr int kDeepestAnswer = 32;
 
-// The file that a stored value stands for, if it is one.
-bool readAttachedFile(QByteArrayView stored, FileObject& file) {
-  ByteReader reader(stored);
-  return reader.u16() == itemtype::Object && readFileObject(stored.sliced(2), file);
-}
-
 bool isFileItem(const Item& item) {
   return sameItemName(item.name, u"$FILE");
 }
@@ -76,7 +70,7 @@ void NoteSize::add(qsizetype nameLength, QByteArrayView value, bool isFile) {
   constexpr qint64 kItemSize = 20;
   bytes_ += kItemSize + nameLength + value.size();
   FileObject file;
-  if (isFile && readAttachedFile(value, file)) bytes_ += file.size;
+  if (isFile && readFileValue(value, file)) bytes_ += file.size;
 }
 
 bool answersSelected(Unid parent, const EvaluatedNote::Selected& selected, const Database* database,
@@ -165,7 +159,7 @@ QVector<formula::Attachment> EvaluatedNote::attachments() const {
   QVector<formula::Attachment> files;
   FileObject file;
   for (const Item& item : note_.items)
-    if (isFileItem(item) && readAttachedFile(item.value, file))
+    if (isFileItem(item) && readFileValue(item.value, file))
       files.push_back({file.name, file.size, file.modified});
   return files;
 }

@@ -3,6 +3,8 @@
 namespace lens {
 namespace {
 
+// Members have names of plain letters, and a call finds its member each time: no folding of other alphabets
+// here.
 constexpr char16_t folded(char16_t c) {
   return c >= u'A' && c <= u'Z' ? char16_t(c + 32) : c;
 }

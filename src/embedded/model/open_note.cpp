@@ -53,7 +53,7 @@ void removeNotes(const OpenDatabase& database, const QVector<NoteId>& notes) {
 }
 
 bool readAttachedFile(const Item& item, FileObject& file) {
-  return item.type() == itemtype::Object && readFileObject(item.data(), file);
+  return readFileValue(item.value, file);
 }
 
 QHash<QString, FileObject> attachedFilesByKey(const Note& note) {

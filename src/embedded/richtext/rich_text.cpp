@@ -1,9 +1,8 @@
 #include "embedded/richtext/rich_text.h"
 
-#include <cctype>
-
 #include "embedded/format/item_value.h"
 #include "embedded/format/lmbcs.h"
+#include "embedded/format/unid.h"
 #include "embedded/richtext/rich_records.h"
 #include "notes/literals.h"
 #include "notes/runtime_error.h"
@@ -19,10 +18,8 @@ using Kind = RichElement::Kind;
 
 // A replica ID or half of a UNID: printed with its high end first, stored with its low end first.
 void appendId(QByteArray& bytes, QStringView digits) {
-  bool valid = digits.size() == 16;
-  for (const QChar digit : digits) valid = valid && digit.unicode() < 128 && isxdigit(digit.unicode());
-  if (!valid) refuse(u"\"%1\" is no ID of 16 hexadecimal digits."_s.arg(digits));
-  const quint64 id = digits.toULongLong(nullptr, 16);
+  quint64 id = 0;
+  if (!parseHexId(digits, id)) refuse(u"\"%1\" is no ID of 16 hexadecimal digits."_s.arg(digits));
   appendU32(bytes, quint32(id));
   appendU32(bytes, quint32(id >> 32));
 }

@@ -126,7 +126,11 @@ TEST_F(DxlImport, MalformedIdsAreRefused) {
   EXPECT_TRUE(refusal("<noteinfo unid='12'/>").contains(u"is no UNID"));
   EXPECT_TRUE(run("<document parent='xyz'/>").failed.join(u' ').contains(u"no UNID of a parent"));
   EXPECT_TRUE(run("<note class='nonsense'/>").failed.join(u' ').contains(u"no class of notes"));
-  EXPECT_TRUE(run("<database replicaid='xyz'/>").failed.join(u' ').contains(u"no replica ID"));
+  for (const char* replica : {"xyz", "0x12345678901234", "+123456789012345", " C2257B260034454"})
+    EXPECT_TRUE(run(QByteArray("<database replicaid='") + replica + "'/>")
+                    .failed.join(u' ')
+                    .contains(u"no replica ID"))
+        << replica;
   EXPECT_EQ(notes(), 0);
 }
 

@@ -15,17 +15,7 @@ namespace {
 
 struct AgentRuns : ::testing::Test {
   NoteId agent(quint16 search, const QString& formula, const QString& flags = u"f"_s) {
-    AgentSchedule settings;
-    settings.trigger = 4;
-    settings.search = search;
-    return t.add({{u"$TITLE"_s, textValue(u"Clean|cl")},
-                  {u"$Flags"_s, textValue(flags)},
-                  {u"$AssistType"_s, numberValue(65412)},
-                  {u"$AssistFlags"_s, textValue(u"D")},
-                  {u"$AssistInfo"_s, assistInfoValue(settings), 0},
-                  {u"$AssistQuery"_s, emptyQueryValue(), 0},
-                  {u"$AssistAction"_s, formulaActionValue(sourceFormula(formula)), 0}},
-                 noteclass::Filter);
+    return t.addAgent(u"Clean|cl"_s, formula, search, flags);
   }
   NoteId memo(const QString& subject, const QString& form = u"Memo"_s) {
     return t.add({{u"Form"_s, textValue(form)}, {u"Subject"_s, textValue(subject)}});

@@ -1,7 +1,6 @@
 // The user ends what formulas do: in a search, in a view, in an agent.
 #include <gtest/gtest.h>
 
-#include "embedded/design/agent.h"
 #include "embedded/model/support/test_workspace.h"
 #include "embedded/search/selection.h"
 
@@ -27,19 +26,6 @@ struct Interrupting : ::testing::Test {
     }
     ADD_FAILURE() << "nothing was raised";
     return RuntimeError(0);
-  }
-  NoteId addAgent(const QString& formula) {
-    AgentSchedule settings;
-    settings.trigger = 4;
-    settings.search = 1;
-    return t.add({{u"$TITLE"_s, textValue(u"Clean")},
-                  {u"$Flags"_s, textValue(u"f")},
-                  {u"$AssistType"_s, numberValue(65412)},
-                  {u"$AssistFlags"_s, textValue(u"D")},
-                  {u"$AssistInfo"_s, assistInfoValue(settings), 0},
-                  {u"$AssistQuery"_s, emptyQueryValue(), 0},
-                  {u"$AssistAction"_s, formulaActionValue(sourceFormula(formula)), 0}},
-                 noteclass::Filter);
   }
 
   TestWorkspace t;
@@ -88,7 +74,7 @@ TEST_F(Interrupting, EndsTheMakingOfAViewBetweenDocuments) {
 }
 
 TEST_F(Interrupting, EndsAnAgentWhoseFormulaDoesNotAndLeavesTheDocumentsAlone) {
-  addAgent(u"FIELD Subject := \"changed\"; @While(@Subset(Subject; 1) != \"\"; 1)"_s);
+  t.addAgent(u"Clean"_s, u"FIELD Subject := \"changed\"; @While(@Subset(Subject; 1) != \"\"; 1)"_s);
   const Object agent = t.mail().call(u"GETAGENT"_s, u"Clean"_s).object();
   const RuntimeError error = failureOf([&] { agent.call(u"RUN"_s); });
   EXPECT_EQ(error.number(), agentfault::Failed);
@@ -102,7 +88,7 @@ TEST_F(Interrupting, EndsAnAgentWhoseFormulaDoesNotAndLeavesTheDocumentsAlone) {
 }
 
 TEST_F(Interrupting, EndsAnAgentBetweenDocuments) {
-  addAgent(u"FIELD Subject := \"changed\"; SELECT @All"_s);
+  t.addAgent(u"Clean"_s, u"FIELD Subject := \"changed\"; SELECT @All"_s);
   const Object agent = t.mail().call(u"GETAGENT"_s, u"Clean"_s).object();
   EXPECT_EQ(failureOf([&] { agent.call(u"RUN"_s); }).number(), agentfault::Failed);
   EXPECT_EQ(asked, 3);
@@ -111,7 +97,7 @@ TEST_F(Interrupting, EndsAnAgentBetweenDocuments) {
 // The formula that looked up is what the user waits for; an error value would let its loop go on.
 TEST_F(Interrupting, EndsAFormulaThatWaitsForAView) {
   t.addView(u"Endless"_s, sourceFormulaValue(u"SELECT @While(1; 1)"_s));
-  addAgent(u"@While(@IsError(@DbColumn(\"\"; \"\"; \"Endless\"; 1)); 1)"_s);
+  t.addAgent(u"Clean"_s, u"@While(@IsError(@DbColumn(\"\"; \"\"; \"Endless\"; 1)); 1)"_s);
   const Object agent = t.mail().call(u"GETAGENT"_s, u"Clean"_s).object();
   EXPECT_EQ(failureOf([&] { agent.call(u"RUN"_s); }).number(), agentfault::Failed);
   EXPECT_EQ(asked, 3);

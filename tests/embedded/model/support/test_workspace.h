@@ -12,6 +12,7 @@
 #include <QTemporaryDir>
 #include <utility>
 
+#include "embedded/design/agent.h"
 #include "embedded/format/source_formula.h"
 #include "embedded/mime/mime_entity.h"
 #include "embedded/model/embedded_gateway.h"
@@ -67,6 +68,22 @@ class TestWorkspace {
     if (!formula.isEmpty()) items.push_back({QStringLiteral("$Formula"), formula});
     if (!flags.isEmpty()) items.push_back({QStringLiteral("$Flags"), textValue(flags)});
     return add(items, noteclass::View);
+  }
+  // An agent run by hand that is a formula; `search` picks its documents as the platform's agent record
+  // tells.
+  NoteId addAgent(const QString& title, const QString& formula, quint16 search = 1,
+                  const QString& flags = QStringLiteral("f")) {
+    AgentSchedule settings;
+    settings.trigger = 4;
+    settings.search = search;
+    return add({{QStringLiteral("$TITLE"), textValue(title)},
+                {QStringLiteral("$Flags"), textValue(flags)},
+                {QStringLiteral("$AssistType"), numberValue(65412)},
+                {QStringLiteral("$AssistFlags"), textValue(u"D")},
+                {QStringLiteral("$AssistInfo"), assistInfoValue(settings), 0},
+                {QStringLiteral("$AssistQuery"), emptyQueryValue(), 0},
+                {QStringLiteral("$AssistAction"), formulaActionValue(sourceFormula(formula)), 0}},
+               noteclass::Filter);
   }
   // A document with one attachment of these bytes.
   NoteId addFile(const QString& name, const QByteArray& bytes) {
