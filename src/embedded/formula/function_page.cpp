@@ -31,7 +31,7 @@ A formula is a row of statements with `;` between. A statement is one of these:
 | `FIELD name := value` | writes an item of the document, and makes it when there is none; `@Unavailable` removes it |
 | `DEFAULT name := value` | the value that the name has when the document lacks the item |
 | `ENVIRONMENT name := text` | writes an entry of notes.ini, with a `$` before its name |
-| `REM "text"` or `REM {text}` | a remark |
+| `REM "text"` or `REM {text}` | a remark; one without a text, `REM;`, is taken too |
 | `SELECT value` | whether the document belongs to the selection: any number but 0 |
 | a value alone | is computed; the last one is the value of the formula |
 

@@ -50,12 +50,15 @@ void Parser::readStatement() {
 void Parser::readRemark() {
   ++next_;
   refuseFault();
-  if (!is(Kind::Text)) refuse(fault::RemarkNeedsText, token());
   Statement statement;
   statement.kind = Statement::Kind::Remark;
-  statement.remark = textConstant();
-  ++next_;
-  refuseFault();
+  // Agents in use have remarks that say nothing.
+  if (!is(Kind::Semicolon)) {
+    if (!is(Kind::Text)) refuse(fault::RemarkNeedsText, token());
+    statement.remark = textConstant();
+    ++next_;
+    refuseFault();
+  }
   if (!is(Kind::Semicolon) && !is(Kind::End)) refuse(fault::MissingSemicolon, token());
   tree_.statements.push_back(std::move(statement));
 }
