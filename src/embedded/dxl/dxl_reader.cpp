@@ -140,14 +140,18 @@ void DxlReader::readTextChild(bool& afterBreak) {
   if (afterBreak) {
     scratch_.append(u'\n');
   } else if (is(u"nonxmlchar")) {
-    bool number = false;
-    const uint code = attribute(u"value").toUInt(&number, 0);
-    if (!number || code > 0xFFFF) fail(u"nonxmlchar has no proper value"_s);
-    scratch_.append(QChar(char16_t(code)));
+    scratch_.append(nonXmlChar());
   } else {
     fail(u"the element \"%1\" may not stand in a text"_s.arg(name()));
   }
   skip();
+}
+
+QChar DxlReader::nonXmlChar() const {
+  bool number = false;
+  const uint code = attributeView(u"value").toUInt(&number, 16);
+  if (!number || code > 0xFFFF) fail(u"nonxmlchar has no proper value"_s);
+  return QChar(char16_t(code));
 }
 
 void DxlReader::readBase64(const QString& what, const std::function<void(QByteArrayView)>& piece) {

@@ -64,6 +64,8 @@ class DxlReader {
   // All text of the element, "break" and "nonxmlchar" included; other elements inside are a fault. Stands
   // at the end tag then. The text is valid until the next call.
   const QString& readText();
+  // The character that "nonxmlchar" at hand stands for; its number is hexadecimal.
+  QChar nonXmlChar() const;
   // Decodes the base64 text of the element piece by piece; what names the element in faults.
   void readBase64(const QString& what, const std::function<void(QByteArrayView)>& piece);
   QByteArray readBase64(const QString& what);

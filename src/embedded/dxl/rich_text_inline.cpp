@@ -4,6 +4,7 @@
 #include "embedded/dxl/file_elements.h"
 #include "embedded/dxl/rich_text_reader.h"
 #include "embedded/dxl/rich_text_records.h"
+#include "embedded/richtext/rich_records.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -98,10 +99,7 @@ void RichTextReader::readInlineElement() {
     atStart_ = true;
     in_.skip();
   } else if (in_.is(u"nonxmlchar")) {
-    bool good = false;
-    const ushort code = attribute(u"value").toUShort(&good, 0);
-    if (!good) in_.fail(u"nonxmlchar has no proper value"_s);
-    const QChar c(code);
+    const QChar c = in_.nonXmlChar();
     addPiece(QStringView(&c, 1));
     in_.skip();
   } else if (in_.is(u"attachmentref"))
@@ -194,7 +192,7 @@ void RichTextReader::readCompositeData() {
   bool good = false;
   const uint type = attribute(u"type").toUInt(&good);
   const QByteArray bytes = in_.readBase64(what);
-  if (!good || type > 0xFF || bytes.isEmpty() || quint8(bytes[0]) != type)
+  if (!good || !richrecord::isTypeOf(type, bytes))
     in_.fail(u"%1: the record is not of the type that is stated"_s.arg(what));
   content();
   // What stands between the paragraphs (tables, definitions) begins none of its own.

@@ -156,6 +156,16 @@ qsizetype wholeLength(QByteArrayView bytes) {
   return length < header || length > bytes.size() ? 0 : length;
 }
 
+quint16 typeWord(QByteArrayView record) {
+  return widthOf(record) == Width::Word ? quint16(quint8(record[0]) | 0xFF00) : quint8(record[0]);
+}
+
+bool isTypeOf(uint word, QByteArrayView record) {
+  if (record.size() < 2 || word > 0xFFFF || (word & 0xFF) != quint8(record[0])) return false;
+  const uint upper = word >> 8;
+  return upper == 0 || upper == quint8(record[1]);
+}
+
 QByteArrayView textData(QByteArrayView record) {
   return record.sliced(headerSize(Width::Word));
 }

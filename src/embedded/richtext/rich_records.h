@@ -19,6 +19,13 @@ inline constexpr qsizetype kLongestData = 0xFFFE - 4;
 // Length of the record that the bytes begin with, header included; 0 when it is not there as a whole.
 qsizetype wholeLength(QByteArrayView bytes);
 
+// The word that names the type of a record: the kind, and FFh above it where the length is a word. Of all
+// others the upper byte is 0.
+quint16 typeWord(QByteArrayView record);
+// Whether the word names the type of the record. Some writers leave the upper byte away, some write the
+// record's second byte as it is.
+bool isTypeOf(uint word, QByteArrayView record);
+
 // Font and text of a text record; a view into it.
 QByteArrayView textData(QByteArrayView record);
 

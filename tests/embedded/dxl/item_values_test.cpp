@@ -14,6 +14,13 @@ TEST_F(DxlImport, TextKeepsLinesTabsAndCharactersThatXmlCannotHold) {
   EXPECT_EQ(valuesText(note, u"F"), "a\n\tb\a\n");
 }
 
+TEST_F(DxlImport, NumbersOfCharactersThatXmlCannotHoldAreHexadecimal) {
+  EXPECT_TRUE(refusal(item("<text><nonxmlchar value='g'/></text>")).contains(u"no proper value"));
+  EXPECT_TRUE(refusal(item("<text><nonxmlchar value='10000'/></text>")).contains(u"no proper value"));
+  const Note note = document(item("<text>a<nonxmlchar value='10'/><nonxmlchar value='1b'/></text>"));
+  EXPECT_EQ(valuesText(note, u"F"), "a\x10\x1B");
+}
+
 TEST_F(DxlImport, EntitiesAndCharacterDataAreText) {
   EXPECT_EQ(valuesText(document(item("<text>a&amp;b&#233;<![CDATA[<c>]]></text>")), u"F"), "a&b\xC3\xA9<c>");
 }

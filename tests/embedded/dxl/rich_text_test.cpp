@@ -147,6 +147,32 @@ TEST_F(DxlRichText, RawRecordIsTakenAsItIs) {
   EXPECT_TRUE(note_.find(u"Body")->value.contains(QByteArray("\x62\x0e\x01\x00\x84", 5)));
 }
 
+// A record of each kind in each form of its length; the number of the type may tell the form or not.
+TEST_F(DxlRichText, RawRecordsOfEveryTypeAndFormAreTakenAsTheyAre) {
+  for (int kind = 0; kind < 256; ++kind) {
+    const char low = char(kind);
+    const QByteArray forms[] = {QByteArray(1, low) + QByteArray("\x06\x00\x00zz", 5),
+                                QByteArray(1, low) + QByteArray("\xFF\x08\x00zzzz", 7),
+                                QByteArray(1, low) + QByteArray("\x00\x08\x00\x00\x00zz", 7)};
+    QByteArray blocks, records;
+    for (const QByteArray& record : forms) {
+      for (const int type : {kind, kind | quint8(record[1]) << 8}) {
+        blocks += "<compositedata type='" + QByteArray::number(type) + "'>" + record.toBase64() +
+                  "</compositedata>";
+        records += record;
+      }
+    }
+    body("<par>" + blocks + "</par>");
+    EXPECT_EQ(hex(note_.find(u"Body")->data()), hex("\x81\x02" + records)) << kind;
+  }
+}
+
+TEST_F(DxlRichText, NumbersOfCharactersThatXmlCannotHoldAreHexadecimal) {
+  EXPECT_EQ(plain("<par>a<nonxmlchar value='10'/>b<run><nonxmlchar value='0x1b'/></run></par>"),
+            "a\x10"
+            "b\x1B");
+}
+
 TEST_F(DxlRichText, RawRecordOfAnotherTypeOrLengthIsRefused) {
   const auto with = [this](const QByteArray& data) {
     return refusal("<item name='B'><richtext><par><compositedata type='98'>" + data +
@@ -154,6 +180,11 @@ TEST_F(DxlRichText, RawRecordOfAnotherTypeOrLengthIsRefused) {
   };
   EXPECT_TRUE(with("gQI=").contains(u"not of the type"));
   EXPECT_TRUE(with("YhABAA==").contains(u"another length"));
+  for (const char* type : {"65378", "4450", "65634", "-1", ""})
+    EXPECT_TRUE(refusal("<item name='B'><richtext><par><compositedata type='" + QByteArray(type) +
+                        "'>Yg4BAIQAAAAAAAAAAAA=</compositedata></par></richtext></item>")
+                    .contains(u"not of the type"))
+        << type;
   EXPECT_TRUE(with("").contains(u"not of the type"));
 }
 

@@ -271,7 +271,7 @@ void RichTextElementsWriter::writeCell(const RichElement& element) {
 
 void RichTextElementsWriter::writeRecord() {
   out_.begin(u"compositedata"_s);
-  out_.attribute(u"type"_s, QString::number(kindOf(current())));
+  out_.attribute(u"type"_s, QString::number(richrecord::typeWord(current().record)));
   out_.base64(current().record);
   out_.end();
   ++at_;

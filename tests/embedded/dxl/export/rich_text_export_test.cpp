@@ -68,7 +68,7 @@ TEST_F(RichTextExport, FontsWithoutANameAreRecords) {
     RichText text = paragraph();
     text.appendText(u"odd"_s, font);
     text.appendText(u"ordinary"_s);
-    expectElement(text, "<compositedata type=\"133\">");
+    expectElement(text, "<compositedata type=\"65413\">");
   }
 }
 
@@ -76,7 +76,7 @@ TEST_F(RichTextExport, CharactersThatXmlCannotHoldAreRecords) {
   RichText text = paragraph();
   text.appendText(u"bell \a"_s);
   text.appendText(u"ordinary"_s);
-  expectElement(text, "<compositedata type=\"133\">");
+  expectElement(text, "<compositedata type=\"65413\">");
 }
 
 TEST_F(RichTextExport, ParagraphLayoutIsAnElement) {
@@ -129,11 +129,11 @@ TEST_F(RichTextExport, HotspotsThatDoNotEndInTheirParagraphAreRecords) {
   text.beginParagraph();
   text.appendRaw(hotspotEnd());
   text.appendRaw(urlHotspot(u"http://b.example/"_s));
-  expectElement(text, "<compositedata type=\"169\">");
+  expectElement(text, "<compositedata type=\"65449\">");
   RichText attachment = paragraph();
   attachment.appendAttachment(u"a.pdf"_s, u""_s);
   attachment.appendAttachment(u"dir/a.pdf"_s, u"a.pdf"_s);
-  expectElement(attachment, "<compositedata type=\"169\">");
+  expectElement(attachment, "<compositedata type=\"65449\">");
 }
 
 TEST_F(RichTextExport, TablesAreElements) {
@@ -188,6 +188,18 @@ TEST_F(RichTextExport, UnknownRecordsStandBetweenTheOthers) {
                  8));
   text.appendText(u"y"_s);
   expectElement(text, "<compositedata type=\"153\">");
+}
+
+// Other readers look for the type with the form of its length.
+TEST_F(RichTextExport, TypesOfRecordsTellTheFormOfTheirLength) {
+  for (const auto& [record, type] : {std::pair<QByteArray, int>("\xAD\xFF\x06\x00xy"_ba, 65453),
+                                     {"\x8A\x04xy"_ba, 138},
+                                     {"\x99\x00\x08\x00\x00\x00xy"_ba, 153},
+                                     {"\xFF\xFF\x06\x00xy"_ba, 65535}}) {
+    RichText text = paragraph();
+    text.appendRaw(record);
+    expectElement(text, QStringLiteral("<compositedata type=\"%1\">").arg(type).toUtf8());
+  }
 }
 
 TEST_F(RichTextExport, RichTextWithoutAParagraphIsRaw) {
