@@ -143,7 +143,8 @@ void importDatabase(ImportContext& context) {
   Note loose;  // collects what has no note of its own
   // A database that had no icon note gets none.
   QString mark;
-  bool iconInFile = readMark(in, exactmark::kWhole, mark);
+  context.wholeDatabase = readMark(in, exactmark::kWhole, mark);
+  bool iconInFile = context.wholeDatabase;
   while (in.nextChild()) {
     if (in.is(u"acl")) {
       importAcl(context);

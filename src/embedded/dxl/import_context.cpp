@@ -6,7 +6,7 @@
 namespace lens {
 
 void keepXml(ReadContext& context, Note& note, const QString& element, const QString& xml) {
-  note.add(u"$DXL_"_s + element, 0, storedTextValue(xml));
+  note.add(kKeptPrefix.toString() + element, 0, storedTextValue(xml));
   context.findings.keptRaw(u"element \"%1\""_s.arg(element));
 }
 

@@ -17,7 +17,11 @@ struct ReadContext {
 struct ImportContext : ReadContext {
   Database& target;
   bool applyProperties = true;
+  bool wholeDatabase = false;  // the file says of itself that it holds every note
 };
+
+// What is kept as it came stands in items whose names begin so.
+inline constexpr QStringView kKeptPrefix = u"$DXL_";
 
 // Keeps an element that nothing interprets: its XML becomes a text item "$DXL_" + name of the note,
 // and the report names it. The reader stands at the element's start tag, afterwards at its end tag.

@@ -187,6 +187,19 @@ bool removeOtherInstance(Database& target, const Note& note) {
   return false;
 }
 
+// Exports of a design come as a folder of files, where the settings of the database and its icon note stand
+// apart: settings that an earlier file brought stay, unless the new note has its own.
+void keepDatabaseSettings(Database& target, Note& icon) {
+  Note present;
+  const NoteId id = target.notes().specialNote(noteclass::Icon);
+  if (!id || !target.notes().read(id, present)) return;
+  QVector<Item> settings;
+  for (const Item& item : std::as_const(present.items)) {
+    if (item.name.startsWith(kKeptPrefix) && !icon.has(item.name)) settings.push_back(item);
+  }
+  icon.items += settings;
+}
+
 }  // namespace
 
 Unid referredNote(const Note& note) {
@@ -218,6 +231,8 @@ void importNote(ImportContext& context) {
 }
 
 void saveImported(ImportContext& context, Note& note) {
+  if (noteclass::base(note.header.noteClass) == noteclass::Icon && !context.wholeDatabase)
+    keepDatabaseSettings(context.target, note);
   qint64 total = 0;
   for (const Item& item : note.items) total += item.value.size();
   if (total > DxlReader::kMaxValueBytes)

@@ -169,6 +169,38 @@ TEST_F(DxlImport, IconNoteOfTheFileIsTheOnlyOne) {
   EXPECT_EQ(namesText(icon), "$TITLE $DXL_launchsettings");
 }
 
+// A folder of exports has the settings in one file and the icon note in another.
+TEST_F(DxlImport, SettingsOfTheDatabaseAndItsIconNoteAreMergedInAnyOrder) {
+  const QByteArray settings =
+      "<database title='S'><fulltextsettings update='daily'/><launchsettings><noteslaunch/></launchsettings>"
+      "<note class='icon'><noteinfo unid='00000000000000010000000000000002'/>"
+      "<item name='$TITLE'><text>Inner</text></item></note></database>";
+  for (const char* unid : {"00000000000000010000000000000002", "00000000000000030000000000000004"}) {
+    const QByteArray alone = "<note class='icon'><noteinfo unid='" + QByteArray(unid) +
+                             "'/><item name='$TITLE'><text>Alone</text></item></note>";
+    for (const bool settingsFirst : {true, false}) {
+      database_ =
+          Database::create(folder_.filePath(QStringLiteral("m%1%2.nsf").arg(unid).arg(settingsFirst)), {});
+      run(settingsFirst ? settings : alone);
+      run(settingsFirst ? alone : settings);
+      ASSERT_EQ(database_->notes().noteCount(noteclass::Icon), 1);
+      Note icon;
+      ASSERT_TRUE(database_->notes().read(database_->notes().specialNote(noteclass::Icon), icon));
+      EXPECT_EQ(namesText(icon), "$TITLE $DXL_fulltextsettings $DXL_launchsettings");
+      EXPECT_EQ(valuesText(icon, u"$TITLE"), settingsFirst ? "Alone" : "Inner");
+    }
+  }
+}
+
+TEST_F(DxlImport, SettingsOfAnIconNoteReplaceThoseThatStand) {
+  run("<database><launchsettings><noteslaunch/></launchsettings></database>");
+  run("<database><launchsettings><weblaunch/></launchsettings></database>");
+  Note icon;
+  ASSERT_TRUE(database_->notes().read(database_->notes().specialNote(noteclass::Icon), icon));
+  EXPECT_EQ(icon.text(u"$DXL_launchsettings").toStdString(),
+            "<launchsettings><weblaunch></weblaunch></launchsettings>");
+}
+
 TEST_F(DxlImport, AccessControlListIsOneNoteOfTexts) {
   const QByteArray file =
       "<database><acl maxinternetaccess='editor'><role>[Chief]</role><aclentry name='-Default-' "
