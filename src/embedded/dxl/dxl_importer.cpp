@@ -6,6 +6,7 @@
 
 #include "embedded/dxl/database_elements.h"
 #include "embedded/dxl/note_elements.h"
+#include "embedded/dxl/other_files.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -58,6 +59,11 @@ QStringList filesIn(const QString& folder) {
 }  // namespace
 
 void DxlImporter::importFile(const QString& path, ImportReport& report, ImportProgress* progress) {
+  takeFile(path, report, progress, nullptr);
+}
+
+void DxlImporter::takeFile(const QString& path, ImportReport& report, ImportProgress* progress,
+                           OtherFiles* others) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) {
     report.failed.push_back(u"%1: it cannot be read (%2)"_s.arg(path, file.errorString()));
@@ -76,7 +82,7 @@ void DxlImporter::importFile(const QString& path, ImportReport& report, ImportPr
   } catch (const DxlCancelled&) {
     report.cancelled = true;
   } catch (const DxlFault& fault) {
-    report.failed.push_back(placed(path, fault));
+    if (!others || !others->take(path, fault, in.rootSeen())) report.failed.push_back(placed(path, fault));
   } catch (const RuntimeError& error) {
     // The store or a value refused what was read so far: the place is where the reader stands.
     try {
@@ -90,11 +96,16 @@ void DxlImporter::importFile(const QString& path, ImportReport& report, ImportPr
 void DxlImporter::importFiles(const QStringList& filesOrFolders, ImportReport& report,
                               ImportProgress* progress) {
   for (const QString& one : filesOrFolders) {
-    const QStringList files = QFileInfo(one).isDir() ? filesIn(one) : QStringList{one};
+    const bool folder = QFileInfo(one).isDir();
+    const QStringList files = folder ? filesIn(one) : QStringList{one};
+    OtherFiles others;
     for (const QString& file : files) {
-      importFile(file, report, progress);
-      if (report.cancelled) return;
+      takeFile(file, report, progress, folder ? &others : nullptr);
+      if (report.cancelled) break;
     }
+    const QString line = others.line(one);
+    if (!line.isEmpty()) report.ignored.push_back(line);
+    if (report.cancelled) return;
   }
 }
 

@@ -15,6 +15,7 @@
 namespace lens {
 
 class Database;
+class OtherFiles;
 
 class ImportProgress {
  public:
@@ -35,12 +36,15 @@ class DxlImporter {
   // Never raises for what is in the file: the report tells. Failures of the target (a full disk) are
   // reported for the file as well.
   void importFile(const QString& path, ImportReport& report, ImportProgress* progress = nullptr);
-  // Files, and all files of folders with their subfolders in order of name. Goes on after a file that
-  // failed, ends after a cancellation.
+  // Files, and all files of folders with their subfolders in order of name; of a folder, those that are no
+  // DXL are counted in one line of the report. Goes on after a file that failed, ends after a cancellation.
   void importFiles(const QStringList& filesOrFolders, ImportReport& report,
                    ImportProgress* progress = nullptr);
 
  private:
+  // Others takes files that are no DXL; null reports each.
+  void takeFile(const QString& path, ImportReport& report, ImportProgress* progress, OtherFiles* others);
+
   Database& target_;
   bool applyProperties_ = true;
 };

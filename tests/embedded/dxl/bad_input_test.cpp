@@ -45,11 +45,29 @@ TEST_F(DxlImport, OtherFilesAreImportedAfterAFault) {
   ImportReport report;
   DxlImporter(*database_).importFiles({folder_.filePath(QStringLiteral("d"))}, report);
   EXPECT_EQ(report.notes, 2);
-  ASSERT_EQ(report.failed.size(), 2);
+  ASSERT_EQ(report.failed.size(), 1);
   EXPECT_TRUE(report.failed[0].contains(u"2.dxl, line 1"));
-  EXPECT_TRUE(report.failed[1].contains(u"LICENSE") && report.failed[1].contains(u"this is no DXL file"));
   EXPECT_TRUE(report.text().contains(u"2 notes imported"));
-  EXPECT_TRUE(report.text().contains(u"LICENSE"));
+  EXPECT_TRUE(report.text().contains(u"1 file that is no DXL (others 1)"));
+}
+
+TEST_F(DxlImport, PicturesAndSourcesOfAFolderAreCountedInOneLine) {
+  for (const char* name : {"a.gif", "b.GIF", "sub/c.gif"}) write("GIF89a", QStringLiteral("d/%1").arg(name));
+  write("Dim x", QStringLiteral("d/x.lss"));
+  write("<xp:view xmlns:xp='http://example.org/x'/>", QStringLiteral("d/home.xsp"));
+  write("", QStringLiteral("d/empty.js"));
+  write("terms", QStringLiteral("d/LICENSE"));
+  write("<?xml version='1.0'?><docum", QStringLiteral("d/cut.dxl"));
+  write("<document/>", QStringLiteral("d/good.dxl"));
+  ImportReport report;
+  const QString folder = folder_.filePath(QStringLiteral("d"));
+  DxlImporter(*database_).importFiles({folder, folder + QStringLiteral("/a.gif")}, report);
+  EXPECT_EQ(report.notes, 1);
+  EXPECT_EQ(report.ignored.join(u'\n').toStdString(),
+            folder.toStdString() + ": 7 files that are no DXL (.gif 3, .js 1, .lss 1, .xsp 1, others 1)");
+  ASSERT_EQ(report.failed.size(), 2) << report.failed.join(u'\n').toStdString();
+  EXPECT_TRUE(report.failed[0].contains(u"cut.dxl"));
+  EXPECT_TRUE(report.failed[1].contains(u"a.gif"));  // named by itself
 }
 
 TEST_F(DxlImport, FilesThatAreNoDxlAreToldApart) {
