@@ -22,9 +22,7 @@ bool AgentReader::readChild() {
   if (in_.is(u"trigger")) {
     readTrigger();
   } else if (in_.is(u"documentset")) {
-    schedule_.search = searchOf(in_.attribute(u"type"));
-    if (in_.flag(u"storehighlights")) schedule_.flags |= agentflag::StoreHighlights;
-    in_.skip();
+    readDocumentSet();
   } else if (in_.is(u"designchange")) {
     designChange_ = readTime();
   } else if (in_.is(u"code")) {
@@ -33,6 +31,16 @@ bool AgentReader::readChild() {
     return false;
   }
   return true;
+}
+
+// A search that narrows the set has no place in the records made here.
+void AgentReader::readDocumentSet() {
+  const bool records = !in_.recording();
+  if (records) in_.startRecording();
+  schedule_.search = searchOf(in_.attribute(u"type"));
+  if (in_.flag(u"storehighlights")) schedule_.flags |= agentflag::StoreHighlights;
+  in_.close();
+  keepUnlessRead(context_, note_, u"documentset"_s, records);
 }
 
 void AgentReader::readTrigger() {
@@ -50,8 +58,21 @@ void AgentReader::readTrigger() {
   }
 }
 
+// What the records have no place for is kept with the element.
 void AgentReader::readSchedule() {
-  schedule_.intervalType = intervalOf(in_.attribute(u"type"));
+  const bool records = !in_.recording();
+  if (records) in_.startRecording();
+  readScheduleAttributes();
+  while (in_.nextChild()) {
+    if (!readScheduleTime()) in_.passOver();
+  }
+  keepUnlessRead(context_, note_, u"schedule"_s, records);
+}
+
+void AgentReader::readScheduleAttributes() {
+  const QString type = in_.attribute(u"type");
+  schedule_.intervalType = intervalOf(type);
+  if (type == u"automatic") in_.markUnread(u"type");
   schedule_.interval = schedule_.intervalType == 0 ? 0 : 1;
   if (schedule_.intervalType == 1) {
     schedule_.interval =
@@ -64,9 +85,9 @@ void AgentReader::readSchedule() {
   const QString location = in_.attribute(u"runlocation");
   if (location == u"choose") schedule_.flags |= agentflag::ChooseServer;
   runServer_ = location == u"any" ? u"*"_s : in_.attribute(u"runserver");
-  while (in_.nextChild()) {
-    if (!readScheduleTime()) keepElement(context_, note_);
-  }
+  const bool told =
+      location == u"any" || location == u"choose" || (location == u"specific" && !runServer_.isEmpty());
+  if (!told) in_.markUnread(u"runlocation");
 }
 
 bool AgentReader::readScheduleTime() {
@@ -79,7 +100,10 @@ bool AgentReader::readScheduleTime() {
   else if (in_.is(u"endtime")) {
     // The second number of the other schedules is a day.
     const quint32 end = readTimeOfDay();
-    if (schedule_.intervalType == 1) schedule_.time2 = end;
+    if (schedule_.intervalType == 1)
+      schedule_.time2 = end;
+    else
+      in_.markRecordIncomplete();
   } else {
     return false;
   }
@@ -132,7 +156,9 @@ void AgentReader::finish() {
                       : formula_.isEmpty() ? kNoCode
                                            : kFormulaAgent;
   const QString restrictions = attribute(u"restrictions");
-  const double restricted = restrictions == u"unrestricted" ? 0 : restrictions == u"fulladminaccess" ? 2 : 1;
+  const double restricted = restrictions == u"unrestricted"            ? 0
+                            : restrictions == u"fulladminunrestricted" ? 2
+                                                                       : 1;
   add(u"$AssistType"_s, itemflag::Summary, numberValue(type));
   add(u"$AssistLastRun"_s, 0, timeValue(TimeDate{}));
   add(u"$AssistDocCount"_s, itemflag::Summary, numberValue(0));

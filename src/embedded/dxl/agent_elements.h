@@ -13,8 +13,10 @@ class AgentReader : public DesignReader {
   void finish() override;
 
  private:
+  void readDocumentSet();
   void readTrigger();
   void readSchedule();
+  void readScheduleAttributes();
   bool readScheduleTime();
   void readCode();
   TimeDate readTime();

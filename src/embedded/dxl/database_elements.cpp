@@ -9,19 +9,10 @@ namespace lens {
 
 namespace {
 
-// "name=value" of each attribute that is not among the named ones.
-QStringList attributeWords(const QXmlStreamAttributes& attributes, const QStringList& without) {
-  QStringList words;
-  for (const QXmlStreamAttribute& a : attributes) {
-    if (!without.contains(a.name())) words.push_back(u"%1=%2"_s.arg(a.name(), a.value()));
-  }
-  return words;
-}
-
 QString readAclEntry(ImportContext& context, Note& note) {
   DxlReader& in = context.in;
   QStringList words{in.attribute(u"name")};
-  words += attributeWords(in.attributes(), {u"name"_s});
+  words += in.takeUnread();
   QStringList roles;
   while (in.nextChild()) {
     if (in.is(u"role"))
@@ -36,7 +27,7 @@ QString readAclEntry(ImportContext& context, Note& note) {
 // One line of the list's history: its attributes, then its text.
 QString readLogEntry(ImportContext& context, Note& note) {
   DxlReader& in = context.in;
-  QStringList words = attributeWords(in.attributes(), {});
+  QStringList words = in.takeUnread();
   for (;;) {
     const DxlReader::Token token = in.next();
     if (token == QXmlStreamReader::EndElement) return words.join(u"; "_s);
@@ -55,7 +46,7 @@ void importAcl(ImportContext& context) {
   if (id && context.target.notes().read(id, present)) note.header.unid = present.header.unid;
   note.header.noteClass = noteclass::Acl;
   QStringList entries, roles, log;
-  const QStringList attributes = attributeWords(in.attributes(), {});
+  const QStringList attributes = in.takeUnread();
   while (in.nextChild()) {
     if (in.is(u"aclentry"))
       entries.push_back(readAclEntry(context, note));
@@ -104,6 +95,22 @@ void applyInfo(ImportContext& context, DatabaseInfo& info) {
   context.target.setInfo(info);
 }
 
+// Switches and settings that have no place among the properties: they stand in the icon note, and go out
+// with an export again.
+void keepAttributes(ImportContext& context, Note& icon) {
+  QStringList kept;
+  for (const QString& word : context.in.takeUnread()) {
+    const QString name = word.section(u'=', 0, 0);
+    if (FileFindings::tellsOrigin(u"database", name)) {
+      context.findings.unreadAttribute(u"database", name);
+      continue;
+    }
+    kept.push_back(word);
+    context.findings.keptRaw(u"attribute \"%1\" of database"_s.arg(name));
+  }
+  if (!kept.isEmpty()) icon.add(u"$DXL_attributes"_s, 0, storedTextListValue(kept));
+}
+
 // The title as the icon note holds it: title and categories, then the template's own name and the one
 // it inherits from.
 QString informationBuffer(const DatabaseInfo& info) {
@@ -139,11 +146,17 @@ void completeIconNote(ImportContext& context, const DatabaseInfo& info, const QV
 void importDatabase(ImportContext& context) {
   DxlReader& in = context.in;
   DatabaseInfo info = context.target.info();
-  if (context.applyProperties) applyInfo(context, info);
   Note loose;  // collects what has no note of its own
   // A database that had no icon note gets none.
   QString mark;
   context.wholeDatabase = readMark(in, exactmark::kWhole, mark);
+  if (context.applyProperties) {
+    applyInfo(context, info);
+    keepAttributes(context, loose);
+  } else {
+    context.findings.ignored(u"properties of the database, as was asked"_s);
+    in.markAllRead();
+  }
   bool iconInFile = context.wholeDatabase;
   while (in.nextChild()) {
     if (in.is(u"acl")) {

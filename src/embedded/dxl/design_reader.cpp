@@ -61,11 +61,10 @@ constexpr std::array<Letter, 11> kHideLetters = {{{u"v3", u"3"},
                                                   {u"mobile", u"1"},
                                                   {u"design", u"~"}}};
 
-// Attributes of every design element, and of a root.
-constexpr std::array<const char16_t*, 15> kCommon = {
-    u"name",     u"alias",   u"comment",   u"designerversion",    u"fromtemplate",
-    u"language", u"default", u"private",   u"publicaccess",       u"hide",
-    u"version",  u"xmlns",   u"replicaid", u"maintenanceversion", u"milestonebuild"};
+// Attributes of every design element.
+constexpr std::array<const char16_t*, 9> kCommon = {
+    u"name",     u"alias",   u"comment", u"designerversion", u"fromtemplate",
+    u"language", u"default", u"private", u"publicaccess"};
 
 bool isCommon(QStringView attribute) {
   for (const char16_t* const known : kCommon) {
@@ -96,6 +95,7 @@ DesignReader::DesignReader(const DesignKind& kind, ImportContext& context, Note&
       kind_(kind),
       attributes_(context.in.attributes()),
       flags_(QStringView(kind.letters).toString()) {
+  in_.markAllRead();  // keepAttributes() sees to those that the kind does not use
   note_.header.noteClass = kind.noteClass;
   if (flag(u"default")) note_.header.noteClass |= noteclass::Default;
   if (flag(u"private")) note_.header.noteClass |= noteclass::Private;
@@ -135,10 +135,11 @@ void DesignReader::addVisibility() {
   for (const Letter& known : kLetters) {
     if (flag(known.attribute)) flags_ += QStringView(known.letter);
   }
-  const QStringList hidden = attribute(u"hide").split(u' ', Qt::SkipEmptyParts);
+  QStringList hidden = attribute(u"hide").split(u' ', Qt::SkipEmptyParts);
   for (const Letter& known : kHideLetters) {
-    if (hidden.contains(QStringView(known.attribute))) flags_ += QStringView(known.letter);
+    if (hidden.removeAll(QStringView(known.attribute)) > 0) flags_ += QStringView(known.letter);
   }
+  if (hidden.isEmpty()) uses({u"hide"});
   QString web;
   for (const Letter& known : kWebLetters) {
     if (flag(known.attribute)) web += QStringView(known.letter);
@@ -149,15 +150,17 @@ void DesignReader::addVisibility() {
 
 void DesignReader::keepAttributes() {
   QStringList kept;
+  const QString element = QStringView(kind_.element).toString();
   for (const QXmlStreamAttribute& a : std::as_const(attributes_)) {
-    if (!isCommon(a.name()) && !used_.contains(a.name()))
+    if (FileFindings::tellsOrigin(element, a.name()))
+      context_.findings.unreadAttribute(element, a.name());
+    else if (!isCommon(a.name()) && !used_.contains(a.name()))
       kept.push_back(u"%1=%2"_s.arg(a.qualifiedName(), a.value()));
   }
   if (kept.isEmpty()) return;
   note_.add(u"$DXL_attributes"_s, 0, storedTextListValue(kept));
   for (const QString& one : std::as_const(kept))
-    context_.findings.keptRaw(
-        u"attribute \"%1\" of %2"_s.arg(one.section(u'=', 0, 0), QStringView(kind_.element)));
+    context_.findings.keptRaw(u"attribute \"%1\" of %2"_s.arg(one.section(u'=', 0, 0), element));
 }
 
 void DesignReader::finish() {

@@ -73,6 +73,7 @@ void DxlImporter::takeFile(const QString& path, ImportReport& report, ImportProg
   DxlSource source(file, [&](qint64 done) { return !progress || progress->go(path, done, total); });
   DxlReader in(source);
   FileFindings findings;
+  in.tellUnreadTo(findings);
   ImportContext context{{in, findings}, target_, applyProperties_};
   try {
     Database::Transaction transaction(target_);

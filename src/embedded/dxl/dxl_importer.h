@@ -3,7 +3,8 @@
 // One file is one transaction: what is malformed, cut short or stopped by the user leaves nothing
 // behind. UNIDs of the file are kept, and a note with the UNID of a note in the database replaces it;
 // note IDs are the database's own. What the importer has no counterpart for is stored as it came, in
-// items whose names begin with "$DXL_", and the report names it. Formulas that come as source are
+// items whose names begin with "$DXL_", and the report names it; an attribute or element that is left out
+// is named there as well. Formulas that come as source are
 // items of type Formula in the form that embedded/format/source_formula.h describes.
 #pragma once
 

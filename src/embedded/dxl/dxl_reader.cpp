@@ -1,6 +1,9 @@
 #include "embedded/dxl/dxl_reader.h"
 
+#include <QScopedValueRollback>
+
 #include "embedded/dxl/base64_decoder.h"
+#include "embedded/dxl/import_report.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -31,12 +34,15 @@ DxlReader::DxlReader(DxlSource& source) : source_(source), xml_(&source) {
 }
 
 DxlReader::Token DxlReader::next() {
+  if (!read_.isEmpty()) settleAttributes();
   for (;;) {
     const Token token = xml_.readNext();
     switch (token) {
       case QXmlStreamReader::StartElement:
         rootSeen_ = true;
         name_ = xml_.name();
+        read_.resize(xml_.attributes().size());
+        std::fill(read_.begin(), read_.end(), false);
         if (++depth_ > kMaxDepth) fail(u"elements are nested deeper than %1"_s.arg(kMaxDepth));
         break;
       case QXmlStreamReader::EndElement:
@@ -58,9 +64,28 @@ DxlReader::Token DxlReader::next() {
       default:
         continue;
     }
-    if (recording_) record(token);
+    if (recording()) record(token);
     return token;
   }
+}
+
+// The start tag is left behind.
+void DxlReader::settleAttributes() {
+  for (qsizetype i = 0; i < read_.size() && !passing_; ++i) {
+    if (read_[i]) continue;
+    if (recording())
+      records_.last().complete = false;
+    else if (findings_)
+      findings_->unreadAttribute(name_, xml_.attributes()[i].qualifiedName());
+  }
+  read_.clear();
+}
+
+void DxlReader::unreadElement(QStringView parent) {
+  if (recording())
+    records_.last().complete = false;
+  else if (findings_)
+    findings_->unreadElement(name_, parent);
 }
 
 // Nothing outside the file is read, so a text that comes from there would be missing without a word.
@@ -81,7 +106,26 @@ QStringView DxlReader::attributeView(QStringView name) const {
   // The reader keeps the attributes alive that this copy shares.
   const QXmlStreamAttributes attributes = xml_.attributes();
   const QXmlStreamAttribute* const found = findAttribute(attributes, name);
-  return found ? found->value() : QStringView();
+  if (!found) return {};
+  markRead(found - attributes.constData());
+  return found->value();
+}
+
+void DxlReader::markUnread(QStringView name) const {
+  const QXmlStreamAttributes attributes = xml_.attributes();
+  const QXmlStreamAttribute* const found = findAttribute(attributes, name);
+  if (found && !read_.isEmpty()) read_[found - attributes.constData()] = false;
+}
+
+QStringList DxlReader::takeUnread() const {
+  QStringList words;
+  const QXmlStreamAttributes attributes = xml_.attributes();
+  for (qsizetype i = 0; i < attributes.size(); ++i) {
+    if (i < read_.size() && !read_[i])
+      words.push_back(u"%1=%2"_s.arg(attributes[i].qualifiedName(), attributes[i].value()));
+    markRead(i);
+  }
+  return words;
 }
 
 bool DxlReader::hasAttribute(QStringView name) const {
@@ -108,7 +152,26 @@ bool DxlReader::nextChild() {
   }
 }
 
+void DxlReader::close() {
+  const QString element = name_.toString();
+  for (;;) {
+    const Token token = next();
+    if (token == QXmlStreamReader::EndElement) return;
+    const bool content = token == QXmlStreamReader::StartElement || !isBlank(text());
+    if (!content) continue;
+    if (token == QXmlStreamReader::Characters) name_ = u"#text";
+    unreadElement(element);
+    if (token == QXmlStreamReader::StartElement) skip();
+  }
+}
+
+void DxlReader::passOver() {
+  unreadElement(u"");
+  skip();
+}
+
 void DxlReader::skip() {
+  const QScopedValueRollback<bool> passing(passing_, true);
   for (int open = 1; open > 0;) {
     const Token token = next();
     if (token == QXmlStreamReader::StartElement) ++open;
@@ -144,7 +207,7 @@ void DxlReader::readTextChild(bool& afterBreak) {
   } else {
     fail(u"the element \"%1\" may not stand in a text"_s.arg(name()));
   }
-  skip();
+  close();
 }
 
 QChar DxlReader::nonXmlChar() const {
@@ -184,34 +247,45 @@ QByteArray DxlReader::readBase64(const QString& what) {
 }
 
 void DxlReader::startRecording() {
-  record_.resize(0);
-  recording_ = true;
+  records_.push_back({});
   record(QXmlStreamReader::StartElement);
 }
 
-QString DxlReader::stopRecording() {
-  recording_ = false;
-  return record_;
+QString DxlReader::stopRecording(bool* complete) {
+  const Record last = records_.takeLast();
+  if (complete) *complete = last.complete;
+  return last.xml;
+}
+
+void DxlReader::pauseRecording() {
+  settleAttributes();
+  records_.last().paused = true;
+}
+
+void DxlReader::resumeRecording() {
+  records_.last().paused = false;
+  record(xml_.tokenType());
 }
 
 void DxlReader::record(Token token) {
-  if (record_.size() > kMaxValueBytes / 4) fail(u"an element is too large to be kept"_s);
+  QString& xml = records_.last().xml;
+  if (xml.size() > kMaxValueBytes / 4) fail(u"an element is too large to be kept"_s);
   if (token == QXmlStreamReader::StartElement) {
-    record_ += u'<';
-    record_ += xml_.qualifiedName();
+    xml += u'<';
+    xml += xml_.qualifiedName();
     const QXmlStreamAttributes attributes = xml_.attributes();
     for (const QXmlStreamAttribute& a : attributes) {
-      record_ += u' ';
-      record_ += a.qualifiedName();
-      record_ += u"=\"%1\""_s.arg(a.value().toString().toHtmlEscaped());
+      xml += u' ';
+      xml += a.qualifiedName();
+      xml += u"=\"%1\""_s.arg(a.value().toString().toHtmlEscaped());
     }
-    record_ += u'>';
+    xml += u'>';
   } else if (token == QXmlStreamReader::EndElement) {
-    record_ += u"</";
-    record_ += xml_.qualifiedName();
-    record_ += u'>';
+    xml += u"</";
+    xml += xml_.qualifiedName();
+    xml += u'>';
   } else {
-    record_ += xml_.text().toString().toHtmlEscaped();
+    xml += xml_.text().toString().toHtmlEscaped();
   }
 }
 

@@ -21,8 +21,10 @@ qsizetype xmlUnits(QStringView text, qsizetype at) {
 
 bool readMark(const DxlReader& in, QStringView mark, QString& value) {
   const QXmlStreamAttributes attributes = in.attributes();
-  for (const QXmlStreamAttribute& attribute : attributes) {
+  for (qsizetype i = 0; i < attributes.size(); ++i) {
+    const QXmlStreamAttribute& attribute = attributes[i];
     if (attribute.name() != mark || attribute.namespaceUri() != exactmark::kNamespace) continue;
+    in.markRead(i);
     value = attribute.value().toString();
     return true;
   }
@@ -31,8 +33,9 @@ bool readMark(const DxlReader& in, QStringView mark, QString& value) {
 
 QString exactAttribute(const DxlReader& in, QStringView name) {
   QString encoded;
+  const QString plain = in.attribute(name);
   if (readMark(in, exactMarkOf(name), encoded)) return QUrl::fromPercentEncoding(encoded.toLatin1());
-  return in.attribute(name);
+  return plain;
 }
 
 bool hasExactAttribute(const DxlReader& in, QStringView name) {

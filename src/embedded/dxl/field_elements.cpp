@@ -40,66 +40,57 @@ quint16 flagsOf(const DxlReader& in) {
   return flags;
 }
 
-// Formula bytes of a "code" element; false when it holds another language.
-bool readCodeFormula(ReadContext& context, QByteArray& formula) {
-  bool read = false;
-  while (context.in.nextChild()) {
-    if (context.in.is(u"formula") && !read) {
-      formula = readFormula(context, u"the formula of a field"_s).mid(2);
-      read = true;
-    } else {
-      context.in.skip();
-      read = false;
-      formula.clear();
-    }
-  }
-  return read;
-}
-
-// Attributes that the record and the items carry.
-bool isCarriedByField(QStringView attribute) {
-  return attribute == u"name" || attribute == u"type" || attribute == u"kind" || attribute == u"protected" ||
-         attribute == u"sign" || attribute == u"seal" || attribute == u"description";
-}
-
-bool readFieldChild(ReadContext& context, FieldRecord& record) {
-  if (!context.in.is(u"code")) {
-    context.in.skip();
-    return false;
-  }
+// Takes the formula of a "code" element of the field; other languages and a second formula are not read.
+void readFieldCode(ReadContext& context, FieldRecord& record) {
   const QString event = context.in.attribute(u"event");
   QByteArray* place = event == u"defaultvalue"       ? &record.defaultValue
                       : event == u"inputtranslation" ? &record.inputTranslation
                       : event == u"inputvalidation"  ? &record.inputValidation
                                                      : nullptr;
-  if (!place) {
-    context.in.skip();
-    return false;
+  while (context.in.nextChild()) {
+    if (place && place->isEmpty() && context.in.is(u"formula"))
+      *place = readFormula(context, u"the formula of a field"_s).mid(2);
+    else
+      context.in.passOver();
   }
-  return readCodeFormula(context, *place);
+}
+
+// What the record has no other value for.
+bool isStoredType(QStringView type) {
+  for (const QStringView known :
+       {u"text", u"number", u"datetime", u"richtext", u"names", u"authors", u"readers", u"keyword"}) {
+    if (type == known) return true;
+  }
+  return false;
+}
+
+bool isStoredKind(QStringView kind) {
+  return kind.isEmpty() || kind == u"editable" || kind == u"computed" || kind == u"computedwhencomposed";
 }
 
 }  // namespace
 
 QByteArray readFormField(ReadContext& context, Note& note, const RichFont& font, QVector<FormField>& fields) {
   DxlReader& in = context.in;
+  const bool records = !in.recording();
+  if (records) in.startRecording();
   FieldRecord record;
   record.name = in.attribute(u"name");
   record.description = in.attribute(u"description");
   if (record.name.isEmpty()) in.fail(u"a field has no name"_s);
   record.type = valueType(in.attribute(u"type"));
   record.flags = flagsOf(in);
-  bool complete = true;
-  const QXmlStreamAttributes attributes = in.attributes();
-  for (const QXmlStreamAttribute& a : attributes) complete = complete && isCarriedByField(a.name());
-  const bool records = !in.recording();
-  if (records) in.startRecording();
+  if (!isStoredType(in.attributeView(u"type"))) in.markUnread(u"type");
+  if (!isStoredKind(in.attributeView(u"kind"))) in.markUnread(u"kind");
   while (in.nextChild()) {
-    if (!readFieldChild(context, record)) complete = false;
+    if (in.is(u"code"))
+      readFieldCode(context, record);
+    else
+      in.passOver();
   }
-  const QString xml = records ? in.stopRecording() : QString();
   const QByteArray bytes = fieldRecord(record, font);
-  if (records && (!complete || bytes.isEmpty())) keepXml(context, note, u"field"_s, xml);
+  if (bytes.isEmpty()) in.markRecordIncomplete();
+  keepUnlessRead(context, note, u"field"_s, records);
   fields.push_back({record.name, record.type});
   return bytes;
 }

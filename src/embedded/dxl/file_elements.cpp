@@ -70,7 +70,7 @@ TimeDate childTime(ImportContext& context, const QString& what) {
     if (context.in.is(u"datetime"))
       time = readDatetime(context, what);
     else
-      context.in.skip();
+      context.in.passOver();
   }
   return time;
 }

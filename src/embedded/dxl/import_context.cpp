@@ -10,10 +10,17 @@ void keepXml(ReadContext& context, Note& note, const QString& element, const QSt
   context.findings.keptRaw(u"element \"%1\""_s.arg(element));
 }
 
+void keepUnlessRead(ReadContext& context, Note& note, const QString& element, bool recorded) {
+  if (!recorded) return;
+  bool complete = false;
+  const QString xml = context.in.stopRecording(&complete);
+  if (!complete) keepXml(context, note, element, xml);
+}
+
 void keepElement(ReadContext& context, Note& note) {
   if (context.in.recording()) {
     // It stands in the record of an element around it already.
-    context.in.skip();
+    context.in.passOver();
     return;
   }
   const QString element = context.in.name().toString();

@@ -28,6 +28,8 @@ inline constexpr QStringView kKeptPrefix = u"$DXL_";
 void keepElement(ReadContext& context, Note& note);
 // The same for XML that was recorded.
 void keepXml(ReadContext& context, Note& note, const QString& element, const QString& xml);
+// Ends the record that was begun at the element, if one was, and keeps it when something in it was not read.
+void keepUnlessRead(ReadContext& context, Note& note, const QString& element, bool recorded);
 
 // Stored text: a line break is a NUL inside.
 QByteArray storedTextValue(QStringView text);

@@ -26,15 +26,47 @@ QString ImportReport::text() const {
   if (cancelled) out += u"Cancelled; the file at hand was undone.\n"_s;
   appendSection(out, u"Not imported"_s, failed);
   appendSection(out, u"Kept as it came"_s, keptRaw);
-  appendSection(out, u"Left out by design"_s, ignored);
+  QStringList left = ignored;
+  if (!origin.isEmpty())
+    left.push_back(u"where the files come from: attributes %1"_s.arg(origin.join(u", "_s)));
+  appendSection(out, u"Left out by design"_s, left);
   return out;
+}
+
+bool FileFindings::tellsOrigin(QStringView element, QStringView attribute) {
+  for (const QStringView known :
+       {u"version", u"maintenanceversion", u"milestonebuild", u"replicaid", u"noteid"}) {
+    if (attribute == known) return true;
+  }
+  return element == u"database" && attribute == u"path";
+}
+
+void FileFindings::unreadAttribute(QStringView element, QStringView attribute) {
+  const auto known = unread_.find(Place(element, attribute));
+  if (known != unread_.end())
+    ++known->second;
+  else
+    unread_.emplace(std::pair(element.toString(), attribute.toString()), 1);
+}
+
+void FileFindings::unreadElement(QStringView element, QStringView parent) {
+  if (element == u"#text") return ignored(u"text in \"%1\""_s.arg(parent));
+  ignored(parent.isEmpty() ? u"element \"%1\""_s.arg(element)
+                           : u"element \"%1\" in \"%2\""_s.arg(element, parent));
 }
 
 void FileFindings::moveTo(ImportReport& report, const QString& file) const {
   report.notes += notes;
   report.replaced += replaced;
   appendCounted(report.keptRaw, file, kept_);
-  appendCounted(report.ignored, file, ignored_);
+  QMap<QString, int> left = ignored_;
+  for (const auto& [place, times] : unread_) {
+    if (!tellsOrigin(place.first, place.second))
+      left.insert(u"attribute \"%1\" of \"%2\""_s.arg(place.second, place.first), times);
+    else if (!report.origin.contains(place.second))
+      report.origin.push_back(place.second);
+  }
+  appendCounted(report.ignored, file, left);
 }
 
 }  // namespace lens

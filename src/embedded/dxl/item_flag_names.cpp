@@ -17,8 +17,10 @@ quint16 flagsNamed(QStringView name) {
 quint16 itemFlags(const DxlReader& in) {
   quint16 flags = 0;
   const QXmlStreamAttributes attributes = in.attributes();
-  for (const QXmlStreamAttribute& a : attributes) {
-    if (a.value() == u"true") flags |= flagsNamed(a.name());
+  for (qsizetype i = 0; i < attributes.size(); ++i) {
+    const quint16 named = flagsNamed(attributes[i].name());
+    if (named != 0) in.markRead(i);
+    if (attributes[i].value() == u"true") flags |= named;
   }
   return flags;
 }

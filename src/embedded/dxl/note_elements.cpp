@@ -111,11 +111,12 @@ void addProlog(Note& note, const Prolog& prolog) {
 // Attributes of "document" that stand for items.
 struct DocumentAttributes {
   QString form, parent;
-  bool conflict = false, truncated = false;
+  bool response = false, conflict = false, truncated = false;
 
   explicit DocumentAttributes(const DxlReader& in)
       : form(in.attribute(u"form")),
         parent(in.attribute(u"parent")),
+        response(in.flag(u"response")),
         conflict(in.flag(u"conflict")),
         truncated(in.flag(u"truncated")) {}
 };
@@ -125,6 +126,7 @@ void addDocumentItems(ImportContext& context, Note& note, const DocumentAttribut
     note.items.push_front({u"Form"_s, itemflag::Summary, storedTextValue(attributes.form)});
   if (!attributes.parent.isEmpty())
     addUnlessThere(note, u"$REF"_s, itemflag::Summary, noteRefsValue({Unid::fromText(attributes.parent)}));
+  if (attributes.response && !note.has(u"$REF")) context.findings.unreadAttribute(u"document", u"response");
   if (attributes.conflict) addUnlessThere(note, u"$Conflict"_s, itemflag::Summary, textValue(u""));
   if (attributes.truncated) {
     note.add(u"$DXL_truncated"_s, 0, textValue(u"true"));

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 
 #include "embedded/dxl/rich_text_reader.h"
@@ -6,11 +7,11 @@
 
 namespace lens {
 
-void RichTextReader::readBlocks() {
+void RichTextReader::readBlocks(const std::function<bool()>& other) {
   for (;;) {
     const DxlReader::Token token = in_.next();
     if (token == QXmlStreamReader::StartElement) {
-      readBlock();
+      if (!other || !other()) readBlock();
     } else if (token == QXmlStreamReader::Characters) {
       if (!in_.text().trimmed().isEmpty()) addText(in_.text());
     } else {
@@ -34,28 +35,20 @@ void RichTextReader::readBlock() {
     readInlineElement();
 }
 
+// The record holds number and alignment; an element that says more, be it a hide-when formula, is kept.
 void RichTextReader::readParagraphDefinition() {
   static constexpr std::array<const char16_t*, 5> aligns = {u"left", u"right", u"full", u"center", u"none"};
+  const bool records = !in_.recording();
+  if (records) in_.startRecording();
   bool numbered = false;
   const quint16 id = attribute(u"id").toUShort(&numbered);
-  quint16 align = 0;
-  bool simple = numbered;
-  const QXmlStreamAttributes attributes = in_.attributes();
-  for (const QXmlStreamAttribute& a : attributes) {
-    if (a.name() == u"id") continue;
-    bool known = false;
-    for (size_t i = 0; a.name() == u"align" && i < aligns.size(); ++i) {
-      if (a.value() != QStringView(aligns[i])) continue;
-      align = quint16(i);
-      known = true;
-    }
-    simple = simple && known;
-  }
-  if (numbered) raw(paragraphDefinition(id, align));
-  if (simple)
-    in_.skip();
-  else
-    keepElement(context_, note_);
+  if (!numbered) in_.markUnread(u"id");
+  const QStringView align = in_.attributeView(u"align");
+  const auto known = std::find(aligns.begin(), aligns.end(), align);
+  if (known == aligns.end()) in_.markUnread(u"align");
+  if (numbered) raw(paragraphDefinition(id, known == aligns.end() ? 0 : quint16(known - aligns.begin())));
+  in_.close();
+  keepUnlessRead(context_, note_, u"pardef"_s, records);
 }
 
 void RichTextReader::readParagraph() {
@@ -75,8 +68,11 @@ void RichTextReader::readParagraph() {
   keepBlanks_ = outer;
 }
 
+// Rows and cells are records. The layout is kept as the same elements without the content of the cells.
 void RichTextReader::readTable() {
   constexpr int kMost = 255;
+  const bool records = !in_.recording();
+  if (records) in_.startRecording();
   flush();
   out_.beginTable();
   int row = 0;
@@ -88,37 +84,58 @@ void RichTextReader::readTable() {
         out_.beginTable();
         row = 0;
       }
-      readRow(row++);
+      readRow(row++, records);
     } else {
-      context_.findings.ignored(u"layout of tables (\"%1\")"_s.arg(in_.name()));
-      in_.skip();
+      in_.passOver();
     }
   }
   flush();
   out_.endTable();
+  keepUnlessRead(context_, note_, u"table"_s, records);
 }
 
-void RichTextReader::readRow(int row) {
+void RichTextReader::readRow(int row, bool records) {
   constexpr int kMost = 255;
-  int column = 0;
+  int column = 0, span = 1;
   while (in_.nextChild()) {
     if (!in_.is(u"tablecell") || column >= kMost) {
       keepWithText();
       continue;
     }
-    const int span = qBound(1, attribute(u"columnspan").toInt(), kMost);
+    const QString stated = attribute(u"columnspan");
+    span = qBound(1, stated.toInt(), kMost);
+    if (!stated.isEmpty() && stated != QString::number(span)) in_.markUnread(u"columnspan");
     flush();
     out_.beginCell(row, column);
-    readBlocks();
+    readContentApart(records, u"cellbackground");
     flush();
     column += span;
   }
+  // No cell stands behind it to tell how wide the last one is.
+  if (span > 1) in_.markRecordIncomplete();
 }
 
-// The title is a paragraph before the paragraphs that it would hide.
+// Blocks up to the end tag; the record of the element around them holds only the child of that name.
+void RichTextReader::readContentApart(bool records, QStringView layout) {
+  if (records) in_.pauseRecording();
+  readBlocks([&] {
+    if (!records || !in_.is(layout)) return false;
+    in_.resumeRecording();
+    in_.passOver();
+    in_.pauseRecording();
+    return true;
+  });
+  if (records) in_.resumeRecording();
+}
+
+// The title is a paragraph before the paragraphs that it would hide. How the section folds is kept.
 void RichTextReader::readSection() {
   context_.findings.ignored(u"folding of sections: shown expanded"_s);
-  readBlocks();
+  const bool records = !in_.recording();
+  if (records) in_.startRecording();
+  in_.markRecordIncomplete();
+  readContentApart(records, u"code");
+  keepUnlessRead(context_, note_, u"section"_s, records);
 }
 
 QByteArray readRichText(ReadContext& context, Note& note, QVector<FormField>* fields) {

@@ -97,11 +97,11 @@ void RichTextReader::readInlineElement() {
     waiting_ = false;
     text_ += u'\n';
     atStart_ = true;
-    in_.skip();
+    in_.close();
   } else if (in_.is(u"nonxmlchar")) {
     const QChar c = in_.nonXmlChar();
     addPiece(QStringView(&c, 1));
-    in_.skip();
+    in_.close();
   } else if (in_.is(u"attachmentref"))
     readAttachment();
   else if (in_.is(u"doclink") || in_.is(u"viewlink") || in_.is(u"databaselink"))
@@ -141,14 +141,19 @@ void RichTextReader::readRun() {
 void RichTextReader::readFont() {
   flush();
   const QStringView name = in_.attributeView(u"name"), color = in_.attributeView(u"color");
+  const QStringView style = in_.attributeView(u"style");
   if (!fontFace(name, font_.face)) context_.findings.ignored(u"font name \"%1\""_s.arg(name));
   if (!fontColor(color, font_.color)) context_.findings.ignored(u"text color \"%1\""_s.arg(color));
-  font_.attributes = fontStyle(in_.attributeView(u"style"));
-  QStringView size = in_.attributeView(u"size");
-  if (size.endsWith(u"pt")) size.chop(2);
-  const double points = size.toDouble();
+  if (!fontStyle(style, font_.attributes)) context_.findings.ignored(u"text style \"%1\""_s.arg(style));
+  readFontSize();
+  in_.close();
+}
+
+void RichTextReader::readFontSize() {
+  const QStringView given = in_.attributeView(u"size");
+  const double points = (given.endsWith(u"pt") ? given.chopped(2) : given).toDouble();
   if (points >= 1 && points <= 250) font_.points = quint8(points);
-  in_.skip();
+  if (!given.isEmpty() && points != font_.points) context_.findings.ignored(u"text size \"%1\""_s.arg(given));
 }
 
 void RichTextReader::readAttachment() {
@@ -161,7 +166,10 @@ void RichTextReader::readAttachment() {
     const DxlReader::Token token = in_.next();
     if (token == QXmlStreamReader::EndElement) return;
     // The caption is drawn below the icon; the record's own caption is the displayed name.
-    if (token == QXmlStreamReader::StartElement) keepElement(context_, note_);
+    if (token == QXmlStreamReader::StartElement)
+      keepElement(context_, note_);
+    else if (!in_.text().trimmed().isEmpty())
+      context_.findings.ignored(u"text in \"attachmentref\""_s);
   }
 }
 
@@ -212,6 +220,7 @@ void RichTextReader::keepWithText() {
   const bool records = !in_.recording();
   const QString element = in_.name().toString();
   if (records) in_.startRecording();
+  in_.markRecordIncomplete();
   if (holdsNoText(element)) {
     in_.skip();
   } else {

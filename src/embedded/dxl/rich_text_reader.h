@@ -18,19 +18,21 @@ class RichTextReader {
   }
 
  private:
-  // Blocks up to the end tag of the element at hand.
-  void readBlocks();
+  // Blocks up to the end tag of the element at hand; other is asked first whether it takes a child.
+  void readBlocks(const std::function<bool()>& other = {});
+  void readContentApart(bool records, QStringView layout);
   void readBlock();
   void readParagraphDefinition();
   void readParagraph();
   void readTable();
-  void readRow(int row);
+  void readRow(int row, bool records);
   void readSection();
   // Text and inline elements up to the end tag of the element at hand.
   void readInline();
   void readInlineElement();
   void readRun();
   void readFont();
+  void readFontSize();
   void readAttachment();
   void readLink();
   void readUrl();

@@ -1,5 +1,6 @@
 #include "embedded/dxl/rich_text_records.h"
 
+#include <algorithm>
 #include <array>
 
 #include "embedded/format/item_value.h"
@@ -177,15 +178,19 @@ bool fontFace(QStringView name, quint8& face) {
   return false;
 }
 
-quint8 fontStyle(QStringView words) {
-  if (words.isEmpty()) return 0;
-  quint8 bits = 0;
+bool fontStyle(QStringView words, quint8& style) {
+  style = 0;
+  if (words.isEmpty()) return true;
+  bool all = true;
   for (const QStringView word : words.split(u' ', Qt::SkipEmptyParts)) {
-    for (const NamedByte& known : kStyles) {
-      if (word == QStringView(known.name)) bits |= known.value;
-    }
+    const auto known = std::find_if(kStyles.begin(), kStyles.end(),
+                                    [word](const NamedByte& name) { return word == QStringView(name.name); });
+    if (known != kStyles.end())
+      style |= known->value;
+    else
+      all = false;
   }
-  return bits;
+  return all;
 }
 
 bool fontColor(QStringView name, quint8& color) {

@@ -30,7 +30,7 @@ QByteArray fieldRecord(const FieldRecord& field, const RichFont& font);
 
 // Bit mask and face of the "font" element's attributes; false when a name has no number of its own.
 bool fontFace(QStringView name, quint8& face);
-quint8 fontStyle(QStringView words);
+bool fontStyle(QStringView words, quint8& style);
 bool fontColor(QStringView name, quint8& color);
 // The other way round; "" when there is no name. The style has a word for each bit that has one.
 QString fontFaceName(quint8 face);

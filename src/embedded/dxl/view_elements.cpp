@@ -9,45 +9,31 @@ namespace lens {
 
 namespace {
 
-bool isCarriedByColumn(QStringView name) {
-  return name == u"itemname" || name == u"width" || name == u"sort" || name == u"categorized" ||
-         name == u"hidden" || name == u"responsesonly" || name == u"separatemultiplevalues";
-}
-
-// False when something in the header has no place in the record.
-bool readColumnHeader(DxlReader& in, ViewColumn& column) {
+void readColumnHeader(DxlReader& in, ViewColumn& column) {
   column.title = in.attribute(u"title");
-  bool complete = in.attributes().size() <= 1;
-  while (in.nextChild()) {
-    complete = false;
-    in.skip();
-  }
-  return complete;
+  in.close();
 }
 
-bool readColumnCode(ImportContext& context, ViewColumn& column) {
+void readColumnCode(ImportContext& context, ViewColumn& column) {
   const bool value = context.in.attribute(u"event") == u"value";
-  bool complete = value;
   while (context.in.nextChild()) {
-    if (value && context.in.is(u"formula")) {
+    if (value && column.formula.isEmpty() && context.in.is(u"formula"))
       column.formula = readFormula(context, u"the formula of a column"_s).mid(2);
-    } else {
-      complete = false;
-      context.in.skip();
-    }
+    else
+      context.in.passOver();
   }
-  return complete;
 }
 
 }  // namespace
 
 ViewReader::ViewReader(const DesignKind& kind, ImportContext& context, Note& note)
     : DesignReader(kind, context, note) {
-  uses({u"showinmenu", u"defaultdesign", u"type", u"selectionnoteclass", u"noviewformat",
-        u"showresponsehierarchy"});
+  uses({u"showinmenu", u"defaultdesign", u"selectionnoteclass", u"noviewformat", u"showresponsehierarchy"});
   if (!flag(u"showinmenu", true)) addFlags(u"Y");
   if (flag(u"defaultdesign")) addFlags(u"d");
-  if (attribute(u"type") == u"calendar") addFlags(u"c");
+  const QString type = attribute(u"type");
+  if (type == u"standard" || type == u"calendar") uses({u"type"});
+  if (type == u"calendar") addFlags(u"c");
 }
 
 bool ViewReader::readChild() {
@@ -73,6 +59,8 @@ bool ViewReader::readCode() {
 }
 
 void ViewReader::readColumn() {
+  const bool records = !in_.recording();
+  if (records) in_.startRecording();
   ViewColumn column;
   column.item = in_.attribute(u"itemname");
   const QString sort = in_.attribute(u"sort");
@@ -84,23 +72,15 @@ void ViewReader::readColumn() {
   column.separateValues = in_.flag(u"separatemultiplevalues");
   const double width = in_.attribute(u"width").toDouble();
   column.width = width > 0 && width < 8000 ? int(width * 8) : column.width * 8;
-  bool complete = true;
-  const QXmlStreamAttributes attributes = in_.attributes();
-  for (const QXmlStreamAttribute& a : attributes) complete = complete && isCarriedByColumn(a.name());
-  const bool records = !in_.recording();
-  if (records) in_.startRecording();
   while (in_.nextChild()) {
-    if (in_.is(u"columnheader")) {
-      complete = readColumnHeader(in_, column) && complete;
-    } else if (in_.is(u"code")) {
-      complete = readColumnCode(context_, column) && complete;
-    } else {
-      complete = false;
-      in_.skip();
-    }
+    if (in_.is(u"columnheader"))
+      readColumnHeader(in_, column);
+    else if (in_.is(u"code"))
+      readColumnCode(context_, column);
+    else
+      in_.passOver();
   }
-  const QString xml = records ? in_.stopRecording() : QString();
-  if (records && !complete) keepXml(context_, note_, u"column"_s, xml);
+  keepUnlessRead(context_, note_, u"column"_s, records);
   columns_.push_back(column);
 }
 

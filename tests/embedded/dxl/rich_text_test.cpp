@@ -76,6 +76,43 @@ TEST_F(DxlRichText, ParagraphDefinitionIsARecordWithItsReference) {
   EXPECT_TRUE(note_.has(u"$DXL_pardef"));
 }
 
+TEST_F(DxlRichText, ParagraphDefinitionWithAHideWhenFormulaIsKept) {
+  body("<pardef id='7'><code event='hidewhen'><formula>Form = \"A\"</formula></code></pardef><par def='7'/>");
+  EXPECT_EQ(
+      note_.text(u"$DXL_pardef").toStdString(),
+      "<pardef id=\"7\"><code event=\"hidewhen\"><formula>Form = &quot;A&quot;</formula></code></pardef>");
+  body("<pardef id='7'><parstyle name='Base'/></pardef>");
+  EXPECT_TRUE(note_.text(u"$DXL_pardef").contains(u"parstyle"));
+}
+
+TEST_F(DxlRichText, LayoutOfTablesIsKeptWithoutTheTextOfItsCells) {
+  EXPECT_EQ(
+      plain(
+          "<table><tablerow tablabel='T'><tablecell bgcolor='red'><cellbackground repeat='tile'/>"
+          "<par>secret <picture><gif>R0lG</gif></picture></par><table leftmargin='1in'><tablerow><tablecell>"
+          "<par>inner</par></tablecell></tablerow></table></tablecell></tablerow></table>"),
+      "secret \r\ninner");
+  QStringList kept;
+  for (const Item& item : note_.items) {
+    if (item.name.startsWith(u"$DXL_"))
+      kept.push_back(item.name + u' ' + itemValues(item).values().first().text());
+  }
+  EXPECT_EQ(
+      kept.join(u'\n').toStdString(),
+      "$DXL_picture <picture><gif>R0lG</gif></picture>\n"
+      "$DXL_table <table leftmargin=\"1in\"><tablerow><tablecell></tablecell></tablerow></table>\n"
+      "$DXL_table <table><tablerow tablabel=\"T\"><tablecell bgcolor=\"red\"><cellbackground repeat=\"tile\">"
+      "</cellbackground></tablecell></tablerow></table>");
+}
+
+TEST_F(DxlRichText, FontsAndRunsTellWhatTheyHaveNoPlaceFor) {
+  body("<par><run html='true'><font style='bold blink' size='300pt' pitch='fixed'/>x</run></par>");
+  const QString told = last_.ignored.join(u' ');
+  for (const char* part : {"attribute \"html\" of \"run\"", "attribute \"pitch\" of \"font\"",
+                           "text style \"bold blink\"", "text size \"300pt\""})
+    EXPECT_TRUE(told.contains(QLatin1String(part))) << part << " in " << told.toStdString();
+}
+
 TEST_F(DxlRichText, TableCellsHaveRowAndColumn) {
   const RichText text = body(
       "<table><tablecolumn width='1in'/><tablerow><tablecell><par>a</par></tablecell><tablecell "
@@ -89,7 +126,10 @@ TEST_F(DxlRichText, TableCellsHaveRowAndColumn) {
   }
   EXPECT_EQ(cells.toStdString(), "0,0 0,1 0,3 1,0 ");
   ASSERT_TRUE(first(text, Kind::TableEnd));
-  EXPECT_TRUE(last_.ignored.join(u' ').contains(u"tablecolumn"));
+  EXPECT_EQ(note_.text(u"$DXL_table").toStdString(),
+            "<table><tablecolumn width=\"1in\"></tablecolumn><tablerow><tablecell></tablecell><tablecell "
+            "columnspan=\"2\"></tablecell><tablecell></tablecell></tablerow><tablerow><tablecell></tablecell>"
+            "</tablerow></table>");
 }
 
 TEST_F(DxlRichText, TableOfMoreRowsThanANumberHoldsGoesOn) {

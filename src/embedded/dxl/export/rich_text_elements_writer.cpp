@@ -45,8 +45,9 @@ bool runText(const RichElement& element, QString& text) {
 bool writeFont(DxlWriter& out, const RichFont& font) {
   const QString face = fontFaceName(font.face), style = fontStyleWords(font.attributes);
   const QString color = fontColorName(font.color);
-  if (face.isEmpty() || color.isEmpty() || fontStyle(style) != font.attributes || font.points < 1 ||
-      font.points > 250)
+  quint8 styled = 0;
+  if (face.isEmpty() || color.isEmpty() || !fontStyle(style, styled) || styled != font.attributes ||
+      font.points < 1 || font.points > 250)
     return false;
   out.begin(u"run"_s);
   out.begin(u"font"_s);
