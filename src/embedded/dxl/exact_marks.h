@@ -18,8 +18,8 @@ inline constexpr QStringView kPrefix = u"lens";
 inline constexpr QStringView kWhole = u"whole", kAddressBook = u"publicaddressbook";
 // Of a note: UNID of its parent, "" for none, where "$REF" tells another.
 inline constexpr QStringView kParent = u"parentunid";
-// Of "item": flags in hexadecimal; rich text that is no further piece of the one before.
-inline constexpr QStringView kFlags = u"itemflags", kSeparate = u"separate";
+// Of "item": flags in hexadecimal.
+inline constexpr QStringView kFlags = u"itemflags";
 // Of "rawitemdata": the value was stored with counts that lead outside.
 inline constexpr QStringView kAsStored = u"asstored";
 // Of "datetime": 16 hexadecimal digits, second word first.

@@ -23,14 +23,12 @@ struct ItemTag {
   QString name;
   quint16 flags = 0;
   bool summaryStated = false;
-  bool separate = false;  // rich text that is not joined to what stands before it
 };
 
 ItemTag readTag(const DxlReader& in) {
-  ItemTag tag{exactAttribute(in, u"name"), itemFlags(in), in.hasAttribute(u"summary"), false};
+  ItemTag tag{exactAttribute(in, u"name"), itemFlags(in), in.hasAttribute(u"summary")};
   if (tag.name.isEmpty() && !in.hasAttribute(exactMarkOf(u"name"))) in.fail(u"an item has no name"_s);
   QString exact;
-  tag.separate = readMark(in, exactmark::kSeparate, exact);
   if (!readMark(in, exactmark::kFlags, exact)) return tag;
   bool good = false;
   tag.flags = exact.toUShort(&good, 16);
@@ -108,17 +106,6 @@ QByteArray readRaw(ImportContext& context, const QString& item) {
   return rawValue(quint16(type), data);
 }
 
-// Rich text over 64 KB comes as several items of one name, which are one text.
-void addRichText(Note& note, const ItemTag& tag, const QByteArray& value) {
-  for (Item& item : note.items) {
-    if (tag.separate || item.type() != itemtype::RichText || !sameItemName(item.name, tag.name)) continue;
-    if (item.value.size() % 2 != 0) item.value.append('\0');
-    item.value.append(QByteArrayView(value).sliced(2).toByteArray());
-    return;
-  }
-  note.add(tag.name, tag.flags, value);
-}
-
 // Values that need no more than their element; empty when the element is another.
 QByteArray readSimpleValue(ImportContext& context, const QString& name) {
   DxlReader& in = context.in;
@@ -143,7 +130,7 @@ void readValue(ImportContext& context, Note& note, const ItemTag& tag) {
     return;
   }
   if (context.in.is(u"richtext")) {
-    addRichText(note, tag, rawValue(itemtype::RichText, readRichText(context, note)));
+    note.add(tag.name, tag.flags, rawValue(itemtype::RichText, readRichText(context, note)));
     return;
   }
   const QByteArray value = readSimpleValue(context, tag.name);
@@ -153,10 +140,7 @@ void readValue(ImportContext& context, Note& note, const ItemTag& tag) {
   }
   const quint16 type = quint16(quint8(value[0]) | quint8(value[1]) << 8);
   const bool summary = !tag.summaryStated && isSummaryByDefault(type);
-  if (type == itemtype::RichText)
-    addRichText(note, tag, value);
-  else
-    note.add(tag.name, tag.flags | (summary ? itemflag::Summary : 0), value);
+  note.add(tag.name, tag.flags | (summary ? itemflag::Summary : 0), value);
 }
 
 }  // namespace

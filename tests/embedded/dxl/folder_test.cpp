@@ -32,9 +32,6 @@ QVector<SourceNote> sourceNotes(const QString& path) {
     else if (xml.name() == u"item")
       pending = xml.attributes().value(QStringLiteral("name")).toString();
     if (xml.name() == u"item") notes.last().items.push_back(pending);
-    // Pieces of one rich text become one item.
-    const bool piece = xml.name() == u"rawitemdata" && xml.attributes().value(QStringLiteral("type")) == u"1";
-    if (piece && notes.last().items.count(pending) > 1) notes.last().items.removeLast();
   }
   return notes;
 }

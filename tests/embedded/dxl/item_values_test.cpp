@@ -169,13 +169,45 @@ TEST_F(DxlImport, ItemsOfOneNameStayInOrder) {
   EXPECT_EQ(namesText(note), "a b a");
 }
 
-TEST_F(DxlImport, PiecesOfOneRichTextAreJoined) {
+// A form's body over 64 KB, and lists that one name has many of: none is lost, none grows.
+TEST_F(DxlImport, PiecesOfOneRichTextStayItemsOfTheirOwn) {
   const Note note = document(
       "<item name='Body'><rawitemdata type='1'>gQI=</rawitemdata></item><item name='x'><text/></item>"
       "<item name='Body'><rawitemdata type='1'>hf8FAAA=</rawitemdata></item>"
       "<item name='Body'><rawitemdata type='1'>gQI=</rawitemdata></item>");
-  EXPECT_EQ(namesText(note), "Body x");
-  EXPECT_EQ(hex(note.items[0].data()), "81 02 85 ff 05 00 00 00 81 02");
+  ASSERT_EQ(namesText(note), "Body x Body Body");
+  EXPECT_EQ(hex(note.items[0].data()), "81 02");
+  EXPECT_EQ(hex(note.items[2].data()), "85 ff 05 00 00");
+  EXPECT_EQ(hex(note.items[3].data()), "81 02");
+}
+
+// Whatever the form in which the values come.
+TEST_F(DxlImport, ItemsOfOneNameStayApartInEveryForm) {
+  const QByteArrayList forms = {"<text>t</text>",
+                                "<textlist><text>t</text></textlist>",
+                                "<number>1</number>",
+                                "<datetime>20240501</datetime>",
+                                "<richtext><pardef id='1'/><par def='1'>t</par></richtext>",
+                                "<formula>1</formula>",
+                                "<rawitemdata type='1'>gQI=</rawitemdata>",
+                                "<rawitemdata type='e'>gQI=</rawitemdata>",
+                                "<rawitemdata type='0'></rawitemdata>",
+                                "<object><file name='t'><filedata>YWJj</filedata></file></object>"};
+  for (const QByteArray& first : forms) {
+    for (const QByteArray& second : forms) {
+      QByteArray items;
+      for (const QByteArray& value : {first, second, first, second})
+        items += "<item name='$OLEOBJINFO'>" + value + "</item>";
+      for (const QByteArray& value : {first, second}) items += "<item name='Alone'>" + value + "</item>";
+      const Note note = document("<noteinfo unid='0123456789ABCDEF0123456789ABCDEF'/>" + items);
+      ASSERT_EQ(namesText(note), "$OLEOBJINFO $OLEOBJINFO $OLEOBJINFO $OLEOBJINFO Alone Alone");
+      for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(note.items[i].type(), note.items[4 + i % 2].type()) << first.data() << second.data();
+        EXPECT_EQ(note.items[i].value.size(), note.items[4 + i % 2].value.size())
+            << first.data() << second.data();
+      }
+    }
+  }
 }
 
 TEST_F(DxlImport, RawLengthsThatLeadOutsideAreRefused) {

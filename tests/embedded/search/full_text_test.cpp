@@ -191,6 +191,14 @@ TEST_F(LetterBox, FindsListsAttachmentsAndMimeBodies) {
   EXPECT_EQ(found(u"hidden"_s), Ids());
 }
 
+TEST_F(LetterBox, FindsWordsOfEveryPieceOfALongText) {
+  const NoteId pieces = t.add({{u"Body"_s, richValue(u"the beginning"_s), 0},
+                               {u"Body"_s, richValue(u"xylophone in the middle"_s), 0},
+                               {u"body"_s, richValue(u"zither at the end"_s), 0}});
+  for (const QString& query : {u"xylophone"_s, u"FIELD Body CONTAINS zither"_s, u"beginning AND zither"_s})
+    EXPECT_EQ(found(query), QVector<NoteId>{pieces}) << query.toStdString();
+}
+
 TEST_F(LetterBox, GivesTheBestFirstAndNoMoreThanAsked) {
   const NoteId best = add(u"quay quay quay"_s);
   const QVector<NoteId> all = find(u"quay"_s);

@@ -139,14 +139,13 @@ void writeRaw(DxlWriter& out, quint16 type, QByteArrayView data) {
 
 }  // namespace
 
-void writeItem(ExportContext& context, const Item& item, bool joined) {
+void writeItem(ExportContext& context, const Item& item) {
   DxlWriter& out = context.out;
   element(out, u"item"_s, [&] {
     out.exactAttribute(u"name"_s, item.name);
     // An import refuses an item without a name, unless it is said to have none.
     if (item.name.isEmpty()) out.mark(exactMarkOf(u"name"), {});
     writeFlags(out, item);
-    if (joined) out.mark(exactmark::kSeparate, u"true"_s);
     if (item.type() == itemtype::Object)
       writeObjectValue(context, item);
     else if (!writeNative(out, item.type(), item.data()))

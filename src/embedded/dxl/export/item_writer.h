@@ -5,7 +5,6 @@
 
 namespace lens {
 
-// joined tells that an import would take the item for a further piece of the rich text before it.
-void writeItem(ExportContext& context, const Item& item, bool joined);
+void writeItem(ExportContext& context, const Item& item);
 
 }  // namespace lens

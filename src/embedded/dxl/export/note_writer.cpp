@@ -1,11 +1,8 @@
 #include "embedded/dxl/export/note_writer.h"
 
-#include <QSet>
-
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/export/item_writer.h"
 #include "embedded/dxl/note_elements.h"
-#include "embedded/format/case_key.h"
 #include "embedded/format/profile_name.h"
 #include "notes/literals.h"
 
@@ -72,16 +69,7 @@ void writeNoteInfo(DxlWriter& out, const NoteHeader& header) {
 }
 
 void writeItems(ExportContext& context, const Note& note) {
-  QSet<QString> richTexts;
-  for (const Item& item : note.items) {
-    bool joined = false;
-    if (item.type() == itemtype::RichText) {
-      const QString name = caseKey(item.name);
-      joined = richTexts.contains(name);
-      richTexts.insert(name);
-    }
-    writeItem(context, item, joined);
-  }
+  for (const Item& item : note.items) writeItem(context, item);
 }
 
 }  // namespace
