@@ -306,6 +306,27 @@ TEST_F(CollectionEngineTest, ARefusedAttachmentEndsTheRunAndKeepsTheFile) {
   EXPECT_EQ(valuesOf(2, u"Subject"_s), QStringList(u"report three"_s));
 }
 
+TEST_F(CollectionEngineTest, SeveralItemsOfANameEndEachRunThatWouldWriteOverThem) {
+  Note note = memo(u"pump two"_s);
+  for (const QString& hop : {u"by pump"_s, u"by valve"_s, u"by tap"_s})
+    note.add(u"Received"_s, 0, textValue(hop));
+  for (const char* const button : {"cmdReplAllFieldsInColl", "cmdWriteDocsInColl"}) {
+    SCOPED_TRACE(button);
+    ids.clear();
+    collect({memo(u"pump one"_s), note});
+    fillIn(u"Received"_s, kTextType, u"by pump"_s);
+    setText("txtSearch", u"by pump"_s);
+    setText("txtReplace", u"by mistake"_s);
+    host.boxes.clear();
+    click(button);
+    EXPECT_EQ(host.boxes.size(), 1);
+    QStringList kept;
+    for (const Item& item : stored(ids[1]).items)
+      if (item.name == u"Received") kept += textOf(itemValues(item).at(0), host.regional());
+    EXPECT_EQ(kept, QStringList({u"by pump"_s, u"by valve"_s, u"by tap"_s}));
+  }
+}
+
 TEST_F(CollectionEngineTest, AFailureLeavesWhatWasDoneAndWhatWasNot) {
   collect({memo(u"a"_s), memo(u"b"_s), memo(u"c"_s)});
   fillIn(u"Subject"_s, {}, u"new"_s);

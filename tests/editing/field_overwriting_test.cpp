@@ -292,6 +292,18 @@ TEST_F(FieldOverwritingTest, DeletingTakesTheFirstItemOfTheNameOnly) {
   EXPECT_EQ(files, 2);
 }
 
+TEST_F(FieldOverwritingTest, OneOfSeveralItemsOfANameIsNotOverwritten) {
+  Note note = memo();
+  for (const QString& hop : {u"first"_s, u"second"_s, u"third"_s}) note.add(u"Received"_s, 0, textValue(hop));
+  show(note);
+  overwrite(u"Received"_s, u"new"_s);
+  EXPECT_EQ(host.boxes.size(), 1);
+  QStringList kept;
+  for (const Item& item : stored().items)
+    if (item.name == u"Received") kept += textOf(itemValues(item).at(0), host.regional());
+  EXPECT_EQ(kept, QStringList({u"first"_s, u"second"_s, u"third"_s}));
+}
+
 TEST_F(FieldOverwritingTest, AFailedDeletionSaysSoAlsoFor4000) {
   show(memo());
   selectRow("fldList", u"Subject:"_s);

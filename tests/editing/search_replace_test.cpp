@@ -232,6 +232,48 @@ TEST_F(SearchReplaceTest, ReplaceAllWithTwoItemsOfAHitEndsUnsaved) {
   EXPECT_EQ(kept, 2);
 }
 
+// A hit in any one of them must not cost the others.
+TEST_F(SearchReplaceTest, ReplaceAllNeverWritesOneItemOverOthersOfItsName) {
+  const QByteArray hit = textValue(u"by pump"_s), other = textValue(u"by valve"_s);
+  const QVector<QVector<QByteArray>> bodies{{other, other, hit},
+                                            {hit, other, other},
+                                            {rich(u"a long letter"_s), hit},
+                                            {hit, rich(u"a long letter"_s)},
+                                            {rich(u"a pump"_s), rich(u"more"_s), hit}};
+  for (const QVector<QByteArray>& values : bodies) {
+    Note note = memo();
+    for (const QByteArray& value : values) note.add(u"Received"_s, 0, value);
+    openDocument(save(note));
+    if (noteId)
+      click("cmdGetDoc");
+    else
+      start();
+    noteId = note.header.id;
+    host.boxes.clear();
+    replaceAll(u"by pump"_s, u"by mistake"_s);
+    ASSERT_EQ(host.boxes.size(), 1);
+    EXPECT_EQ(host.boxes[0].title, u"Error in SeachReplaceAll"_s);
+    EXPECT_EQ(saves(), 0);
+    QVector<QByteArray> kept;
+    for (const Item& item : stored().items)
+      if (item.name == u"Received") kept += item.value;
+    EXPECT_EQ(kept, values);
+  }
+}
+
+TEST_F(SearchReplaceTest, ReplaceAllChangesEachPieceOfARichText) {
+  Note note = memo();
+  for (const QString& piece : {u"first pump"_s, u"second"_s, u"last pump"_s})
+    note.add(u"Body"_s, 0, rich(piece));
+  show(note);
+  replaceAll(u"pump"_s, u"valve"_s);
+  EXPECT_EQ(boxes(), QStringList());
+  QStringList pieces;
+  for (const Item& item : stored().items)
+    if (item.name == u"Body") pieces += RichText::fromBytes(item.data()).plainText();
+  EXPECT_EQ(pieces, QStringList({u"first valve"_s, u"second"_s, u"last valve"_s}));
+}
+
 TEST_F(SearchReplaceTest, ReplaceAllRefusesToTurnAReferenceIntoText) {
   Note parent = memo();
   save(parent);

@@ -15,13 +15,14 @@ void requireName(const OpenNote& open, const QString& name) {
     throw RuntimeError(err::InvalidCall, u"%1: an item needs a name"_s.arg(open.database->place.path));
 }
 
+[[noreturn]] void refuse(const OpenNote& open, const Item& item, const QString& reason) {
+  throw RuntimeError(modelfault::ItemRefused, u"%1: the item \"%2\" %3 and cannot become a plain value"_s.arg(
+                                                  open.database->place.path, item.name.left(64), reason));
+}
+
 void requireReplaceable(const OpenNote& open, const Item& item) {
-  const bool object = item.type() == itemtype::Object;
-  if (!object && item.type() != itemtype::NoteRefs) return;
-  throw RuntimeError(modelfault::ItemRefused,
-                     u"%1: the item \"%2\" %3 and cannot become a plain value"_s.arg(
-                         open.database->place.path, item.name.left(64),
-                         object ? u"holds an attachment"_s : u"refers to other documents"_s));
+  if (item.type() == itemtype::Object) refuse(open, item, u"holds an attachment"_s);
+  if (item.type() == itemtype::NoteRefs) refuse(open, item, u"refers to other documents"_s);
 }
 
 }  // namespace
@@ -130,32 +131,14 @@ quint32 OpenNote::replace(const QString& name, QByteArray value) {
   index();
   const Named named = names_.value(caseKey(name));
   if (named.count == 0) return add({name, itemflag::Summary, std::move(value)});
-  const qsizetype first = placeOf(named.first);
-  qsizetype left = named.count;
-  for (qsizetype place = first; left > 0; ++place) {
-    const Item& present = std::as_const(note).items[place];
-    if (place != first && !sameItemName(present.name, name)) continue;
-    requireReplaceable(*this, present);
-    --left;
-  }
-  if (named.count > 1) removeOthers(name, first);
-  Item& item = note.items[first];
+  const qsizetype place = placeOf(named.first);
+  const Item& present = std::as_const(note).items[place];
+  if (named.count > 1) refuse(*this, present, u"is one of %1 of its name"_s.arg(named.count));
+  requireReplaceable(*this, present);
+  Item& item = note.items[place];
   item.value = std::move(value);
   item.flags &= kSetByForms;
   return named.first;
-}
-
-void OpenNote::removeOthers(const QString& name, qsizetype first) {
-  QVector<Item>& items = note.items;
-  qsizetype kept = first + 1;
-  for (qsizetype place = first + 1; place < items.size(); ++place) {
-    if (sameItemName(items[place].name, name)) continue;
-    if (kept != place) items[kept] = std::move(items[place]);
-    numbers_[kept++] = numbers_[place];
-  }
-  items.resize(kept);
-  numbers_.resize(kept);
-  names_[caseKey(name)].count = 1;
 }
 
 void OpenNote::removeFirst(const QString& name) {

@@ -60,9 +60,10 @@ struct OpenNote {
 
   // All raise 5 for an empty name, and give the number of the item.
   quint32 add(Item item);
-  // The first item of the name takes the value and keeps place, name and what a form sets on it; what told
-  // the kind of its names is gone. Others of the name go. A new item is a summary item at the end. Items
-  // that hold an attachment or refer to other documents are refused: nothing changes then.
+  // The item of the name takes the value and keeps place, name and what a form sets on it; what told the kind
+  // of its names is gone. A new item is a summary item at the end. Raises ItemRefused, and changes nothing,
+  // where several items have the name, since one value cannot stand for all of them (the hops of a mail, the
+  // pieces of a long rich text), and where the item holds an attachment or refers to other documents.
   quint32 replace(const QString& name, QByteArray value);
   // The first item of the name, if there is one.
   void removeFirst(const QString& name);
@@ -85,7 +86,6 @@ struct OpenNote {
   };
   void count() const;
   void index() const;
-  void removeOthers(const QString& name, qsizetype first);
   void requireObjects() const;
   void forgetSavedObjects();
 
