@@ -24,6 +24,17 @@ void requireFree(const QString& path) {
   if (file.exists() || file.isSymLink()) refuse(err::FileExists, path, u"the file exists already"_s);
 }
 
+// A journal of a file that had this name would be played into the new one. One that holds nothing goes.
+void requireNoJournals(const QString& path) {
+  for (const char* suffix : {"-wal", "-journal"}) {
+    const QString journal = path + QLatin1String(suffix);
+    if (QFileInfo(journal).size() > 0)
+      refuse(err::PathFileAccess, path,
+             u"the file %1 of an earlier database is beside it; move it away first"_s.arg(journal));
+  }
+  for (const char* suffix : {"-wal", "-shm", "-journal"}) QFile::remove(path + QLatin1String(suffix));
+}
+
 void removeWithJournals(const QString& file) {
   for (const char* suffix : {"", "-wal", "-shm", "-journal"}) QFile::remove(file + QLatin1String(suffix));
 }
@@ -65,6 +76,7 @@ void StagedFile::requireWhole() const {
 void StagedFile::putInPlace() {
   requireWhole();
   requireFree(path_);
+  requireNoJournals(path_);
   if (!QFile::rename(staged_, path_)) refuse(err::PathFileAccess, path_, u"the file cannot be created"_s);
   syncDirectory(QFileInfo(path_).absolutePath());
 }

@@ -25,7 +25,8 @@ class StagedFile {
   const QString& path() const { return staged_; }
   // Raises NotSaved when a part of what was written found no room in the file.
   void requireWhole() const;
-  // Never over a file that is there. Raises 58, 75, and what requireWhole() raises.
+  // Never over a file that is there, nor beside the journal of one that was. Raises 58, 75, and what
+  // requireWhole() raises.
   void putInPlace();
 
  private:

@@ -1,5 +1,6 @@
 #include "embedded/store/compaction.h"
 
+#include <QScopeGuard>
 #include <algorithm>
 
 #include "embedded/store/sqlite_statement.h"
@@ -74,6 +75,8 @@ qint64 compact(Database& database) {
   if (sqlite3_db_readonly(database.handle(), "main"))
     throw RuntimeError(enginefault::NotSaved,
                        u"%1: the database cannot be compacted (the file cannot be written)"_s.arg(path));
+  database.requireOwnFile();
+  const auto renewed = qScopeGuard([&] { database.renewJournal(); });
   {
     const SoleUse alone(database.connection());
     database.objects().removeUnreferenced();

@@ -3,6 +3,7 @@
 #include <QFile>
 
 #include "embedded/store/database_file.h"
+#include "embedded/store/journal_bond.h"
 #include "embedded/store/open_databases.h"
 #include "embedded/store/store_session.h"
 #include "embedded/store/version_table.h"
@@ -26,6 +27,12 @@ DatabaseInfo readInfo(const Text& text) {
   info.categories = text(u"categories"_s);
   info.publicAddressBook = text(u"public address book"_s) == u"1";
   return info;
+}
+
+// What can be told of a file before SQLite has it.
+void lookOver(const QString& path) {
+  requireDatabaseFile(path);
+  requireOwnJournals(path);
 }
 
 QString newReplicaId() {
@@ -54,6 +61,7 @@ void Database::setSession(std::unique_ptr<StoreSession> session) {
 Database::~Database() = default;
 
 std::shared_ptr<Database> Database::create(const QString& path, const DatabaseInfo& info) {
+  for (const auto& old : openDatabases().outdated(OpenDatabases::trueFile(path))) old->session_->hasOwnFile();
   createDatabaseFile(path);
   openDatabases().forget(OpenDatabases::trueFile(path));
   std::shared_ptr<Database> database(new Database(path));
@@ -67,7 +75,9 @@ std::shared_ptr<Database> Database::create(const QString& path, const DatabaseIn
 std::shared_ptr<Database> Database::open(const QString& path) {
   const QString file = OpenDatabases::trueFile(path);
   if (auto shared = openDatabases().find(file)) return shared;
-  if (!openDatabases().isOpen(file)) requireDatabaseFile(path);
+  // Those who still hold a file that had this name must be done with the journal.
+  for (const auto& old : openDatabases().outdated(file)) old->session_->hasOwnFile();
+  const OpenDatabases::Opening opening(path, [&] { lookOver(path); });
   std::shared_ptr<Database> database(new Database(path));
   openDatabases().add(file, database);
   return database;
@@ -78,7 +88,9 @@ bool Database::isOpenHere(const QString& path) {
 }
 
 bool Database::looksLikeDatabase(const QString& path) {
-  return openDatabases().isOpen(OpenDatabases::trueFile(path)) || hasDatabaseHead(path);
+  bool does = true;
+  openDatabases().readUnlessOpen(path, [&] { does = hasDatabaseHead(path); });
+  return does;
 }
 
 qint64 Database::size() const {
@@ -92,7 +104,7 @@ DatabaseInfo Database::info() const {
 DatabaseInfo Database::infoOf(const QString& path) {
   const QString file = OpenDatabases::trueFile(path);
   if (const auto shared = openDatabases().find(file)) return shared->info();
-  if (!openDatabases().isOpen(file)) requireDatabaseFile(path);
+  const OpenDatabases::Opening opening(path, [&] { lookOver(path); });
   const FileAccess access = accessTo(path);
   const Connection connection(
       path,
@@ -147,6 +159,7 @@ bool Database::removeOpenFile() {
   setSession(StoreSession::open(path_));
 #else
   session_->connection().execute("PRAGMA journal_mode = WAL", enginefault::CannotOpen);
+  session_->renewJournal();
 #endif
   return false;
 }
@@ -158,11 +171,20 @@ void Database::removeFile() {
   session_->connection().requireFile();
   if (session_->depth() > 0) refuse(u"a change of it is under way"_s);
   if (!isWritable()) refuse(u"the file is write-protected"_s);
+  if (!session_->hasOwnFile()) refuse(u"another program has deleted or replaced the file"_s);
   if (!isOnlyUser()) refuse(u"it is in use elsewhere"_s);
   const QString file = OpenDatabases::trueFile(path_);
   if (!removeOpenFile()) refuse(u"the file cannot be deleted"_s);
   for (const char* journal : {"-wal", "-shm", "-journal"}) QFile::remove(path_ + QLatin1String(journal));
   openDatabases().forget(file);
+}
+
+void Database::requireOwnFile() {
+  session_->requireOwnFile();
+}
+
+void Database::renewJournal() {
+  session_->renewJournal();
 }
 
 void Database::setInfo(const DatabaseInfo& info) {

@@ -3,7 +3,8 @@
 // A save that returned is on disk (WAL, synchronous=FULL). Note IDs are steps of 4 and never reused;
 // deletion leaves a stub unless told otherwise. A file of a newer schema, a file that is no database
 // and a damaged row give a RuntimeError with the file's name; nothing is changed then. A file without
-// write permission can be read; every change of it raises NotSaved.
+// write permission can be read; every change of it raises NotSaved. So does every change of a file that was
+// deleted or replaced since it was opened.
 //
 // A Database belongs to the thread that opened it. Another thread opens the file for itself.
 #pragma once
@@ -80,6 +81,12 @@ class Database {
   // that is asked of this object raises.
   void removeFile();
   bool isRemoved() const;
+
+  // Raises NotSaved when another program has deleted or replaced the file since it was opened, as every
+  // change does from then on. What was saved before goes into the file that is open.
+  void requireOwnFile();
+  // After work for which the file was taken out of its journal's use.
+  void renewJournal();
 
   // For what keeps tables of its own in the file (indexes), with statements of its own.
   Connection& connection();

@@ -19,7 +19,30 @@ std::unique_ptr<StoreSession> StoreSession::open(const QString& path) {
   bringUpToDate(connection, access);
   // The first read shows whether the tables are what they should be.
   session->highestChange();
+  if (!readOnly) session->bond_.emplace(connection);
   return session;
+}
+
+StoreSession::~StoreSession() {
+  if (bond_ && !hasOwnFile()) bond_->letGo();
+}
+
+bool StoreSession::hasOwnFile() {
+  if (removed_ || lost_ || FileIdentity::of(path()) == file_) return !lost_;
+  lost_ = true;
+  if (bond_) bond_->letGo();
+  return false;
+}
+
+void StoreSession::requireOwnFile() {
+  if (!hasOwnFile())
+    throw RuntimeError(kWrite,
+                       u"%1: the change was not saved (another program has deleted or replaced the "
+                       "file; open the database again)"_s.arg(path()));
+}
+
+void StoreSession::renewJournal() {
+  if (bond_) bond_->renew();
 }
 
 std::unique_ptr<StoreSession> StoreSession::removed(const QString& path) {
@@ -69,15 +92,29 @@ qint64 StoreSession::size() {
 }
 
 StoreTransaction::StoreTransaction(StoreSession& session) : session_(session) {
-  session_.checkWritable();
-  Statement::Run(session_.depth_ == 0 ? session_.begin_ : session_.savepoint_).step();
-  ++session_.depth_;
+  session_.begin();
+}
+
+void StoreSession::begin() {
+  checkWritable();
+  if (depth_ == 0) {
+    requireOwnFile();
+    changesBefore_ = sqlite3_total_changes(connection_.handle());
+  }
+  Statement::Run(depth_ == 0 ? begin_ : savepoint_).step();
+  ++depth_;
+}
+
+void StoreSession::commit() {
+  checkWritable();
+  if (depth_ == 1 && bond_ && sqlite3_total_changes(connection_.handle()) != changesBefore_)
+    bond_->beforeCommit();
+  Statement::Run(depth_ == 1 ? commit_ : release_).step();
+  --depth_;
 }
 
 void StoreTransaction::commit() {
-  session_.checkWritable();
-  Statement::Run(session_.depth_ == 1 ? session_.commit_ : session_.release_).step();
-  --session_.depth_;
+  session_.commit();
   open_ = false;
 }
 
@@ -85,6 +122,7 @@ StoreTransaction::~StoreTransaction() {
   if (!open_) return;
   if (session_.undone) session_.undone(session_.depth_);
   --session_.depth_;
+  if (session_.depth_ == 0 && session_.bond_) session_.bond_->undone();
   if (sqlite3_get_autocommit(session_.connection_.handle())) return;
   try {
     if (session_.depth_ == 0) {

@@ -3,8 +3,11 @@
 #pragma once
 
 #include <functional>
+#include <memory>
+#include <optional>
 
 #include "embedded/format/engine_fault.h"
+#include "embedded/store/journal_bond.h"
 #include "embedded/store/sqlite_statement.h"
 #include "embedded/store/store_transaction.h"
 
@@ -19,6 +22,7 @@ class StoreSession {
   static std::unique_ptr<StoreSession> open(const QString& path);
   // Of a database whose file was removed: whatever is asked of it raises.
   static std::unique_ptr<StoreSession> removed(const QString& path);
+  ~StoreSession();
 
   Connection& connection() { return connection_; }
   const Connection& connection() const { return connection_; }
@@ -30,6 +34,13 @@ class StoreSession {
   int depth() const { return depth_; }
   // Raises when SQLite had to give a transaction up (a full disk): it must not go on statement by statement.
   void checkWritable() const;
+  // Raises when the path leads to another file than the one that is open, or to none: what is written then
+  // would be in no file that anybody finds. It stays so until the file is opened anew. Asks the system once.
+  void requireOwnFile();
+  // Whether it still leads there; once it did not, never again.
+  bool hasOwnFile();
+  // Somebody has taken the file out of the journal's use for a while.
+  void renewJournal();
   // Called with its depth when a transaction is undone.
   std::function<void(int)> undone;
 
@@ -49,12 +60,18 @@ class StoreSession {
  private:
   friend class StoreTransaction;
   StoreSession(const QString& path, int flags, bool constant)
-      : connection_(path, flags | SQLITE_OPEN_NOMUTEX, constant) {}
+      : connection_(path, flags | SQLITE_OPEN_NOMUTEX, constant), file_(FileIdentity::of(path)) {}
+  void begin();
+  void commit();
   explicit StoreSession(const QString& path) : connection_(path), removed_(true) {}
 
   Connection connection_;
+  const FileIdentity file_;
   int depth_ = 0;
+  int changesBefore_ = 0;  // by this connection, when the outermost transaction began
   const bool removed_ = false;
+  bool lost_ = false;
+  std::optional<JournalBond> bond_;  // of a file that can be written
 
   Statement begin_{connection_, "BEGIN IMMEDIATE", kWrite};
   Statement commit_{connection_, "COMMIT", kWrite};
