@@ -9,6 +9,7 @@
 #include "client/view_pane.h"
 #include "embedded/dxl/dxl_exporter.h"
 #include "embedded/files/save_file.h"
+#include "host/held_file.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -16,6 +17,7 @@ namespace {
 
 // False when it was cancelled; nothing is left of the file then, nor after a failure.
 bool writeFile(const QString& path, const std::function<bool(QIODevice&)>& write) {
+  requireNotHeld(path);
   QSaveFile file(path);
   const bool opened = file.open(QIODevice::WriteOnly);
   if (opened && !write(file)) return false;

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include "host/held_file.h"
 #include "host/paths.h"
 #include "notes/code_page.h"
 #include "notes/literals.h"
@@ -36,6 +37,7 @@ void requirePlace(const QString& path) {
   if (info.isDir()) fail(path, err::PathFileAccess, u"this is a directory"_s);
   if (info.exists() && !info.isFile()) fail(path, err::PathFileAccess, u"this is no file"_s);
   if (!info.dir().exists()) fail(path, err::PathNotFound, u"there is no such directory"_s);
+  requireNotHeld(path);
 }
 
 }  // namespace

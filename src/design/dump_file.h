@@ -15,6 +15,7 @@ QString dumpPath(const QString& typed);
 // directory is missing and 75 for any other trouble.
 class DumpFile {
  public:
+  // Raises 70 for a database that is open.
   explicit DumpFile(const QString& path);
 
   // All of the file, in the system's code page with the system's line ends; characters that the code page

@@ -15,6 +15,7 @@
 #include <QStandardPaths>
 #include <QUrl>
 
+#include "host/held_file.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -37,10 +38,13 @@ QString sizeOf(const QFileInfo& file) {
 // Whether the desktop has a program for files of this kind. Starting its opener succeeds even where there is
 // none. A desktop that cannot be asked is taken at its word.
 bool hasProgram(const QFileInfo& file) {
+  // To look into a file that the program itself has open would end its locks.
+  const bool held = HeldFile::isHeld(FileIdentity::of(file.filePath()));
+  const auto way = held ? QMimeDatabase::MatchExtension : QMimeDatabase::MatchDefault;
   const QString asking = QStandardPaths::findExecutable(u"xdg-mime"_s);
   if (asking.isEmpty()) return true;
   QProcess process;
-  process.start(asking, {u"query"_s, u"default"_s, QMimeDatabase().mimeTypeForFile(file).name()});
+  process.start(asking, {u"query"_s, u"default"_s, QMimeDatabase().mimeTypeForFile(file, way).name()});
   if (!process.waitForFinished(3000) || process.exitCode() != 0) return true;
   return !process.readAllStandardOutput().trimmed().isEmpty();
 }

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include "host/held_file.h"
 #include "notes/literals.h"
 #include "notes/runtime_error.h"
 
@@ -73,6 +74,7 @@ void removeFile(const QString& path) {
     throw RuntimeError(err::PathFileAccess, u"%1: this is a directory"_s.arg(path));
   if (!info.exists() && !info.isSymLink())
     throw RuntimeError(err::FileNotFound, u"%1: file not found"_s.arg(path));
+  requireNotHeld(path);
   QFile file(path);
   if (!file.remove())
     throw RuntimeError(err::PermissionDenied,

@@ -1,6 +1,7 @@
 #include <QTest>
 
 #include "editing/editing_fixture.h"
+#include "host/file_identity.h"
 #include "host/paths.h"
 
 namespace lens {
@@ -229,6 +230,31 @@ TEST_F(FilePaneTest, AFileThatCannotBeDeletedIsTold) {
   ASSERT_EQ(host.boxes.size(), 1);
   EXPECT_TRUE(host.boxes[0].text.startsWith(u"Error 53 ("_s)) << host.boxes[0].text.toStdString();
   EXPECT_TRUE(host.boxes[0].text.endsWith(u") in procedure cmdRemoveFile_Click of Formular Form1"_s));
+}
+
+// On other systems than Windows an open file can be deleted and replaced.
+TEST_F(FilePaneTest, TheOpenDatabaseIsNeitherDeletedNorOverwritten) {
+  const QString mail = workspace->absolutePath({QString(), u"mail.nsf"_s});
+  const QStringList its = {u"mail.nsf"_s, u"mail.nsf-wal"_s, u"mail.nsf-shm"_s, u"mail.nsf-journal"_s};
+  for (const QString& name : its) {
+    Note note = withAttachment(name, "the bytes");
+    show(note);
+    control<DirList>("Dir1").setPath(QFileInfo(mail).path());
+    const FileIdentity before = FileIdentity::of(mail);
+    host.boxes.clear();
+    press("cmdExtractAtt");
+    ASSERT_EQ(host.boxes.size(), 1) << name.toStdString();
+    EXPECT_TRUE(host.boxes[0].text.startsWith(u"Run-time error '70':"_s)) << host.boxes[0].text.toStdString();
+    if (fileList().find(name) >= 0) {
+      host.boxes.clear();
+      pickFile(name);
+      click("cmdRemoveFile");
+      ASSERT_EQ(host.boxes.size(), 1) << name.toStdString();
+      EXPECT_TRUE(host.boxes[0].text.startsWith(u"Error 70 ("_s)) << host.boxes[0].text.toStdString();
+    }
+    EXPECT_EQ(FileIdentity::of(mail), before);
+    EXPECT_TRUE(stored().has(u"Subject"));
+  }
 }
 
 TEST_F(FilePaneTest, ADoubleClickOpensTheFile) {

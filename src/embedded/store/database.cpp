@@ -7,6 +7,7 @@
 #include "embedded/store/open_databases.h"
 #include "embedded/store/store_session.h"
 #include "embedded/store/version_table.h"
+#include "host/held_file.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -41,7 +42,7 @@ QString newReplicaId() {
 
 }  // namespace
 
-Database::Database(const QString& path) : path_(path) {
+Database::Database(const QString& path) : path_(path), held_(std::make_unique<HeldFile>(path)) {
   setSession(StoreSession::open(path));
 }
 
@@ -106,10 +107,7 @@ DatabaseInfo Database::infoOf(const QString& path) {
   if (const auto shared = openDatabases().find(file)) return shared->info();
   const OpenDatabases::Opening opening(path, [&] { lookOver(path); });
   const FileAccess access = accessTo(path);
-  const Connection connection(
-      path,
-      (access == FileAccess::ReadWrite ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY) | SQLITE_OPEN_NOMUTEX,
-      access == FileAccess::Constant);
+  const Connection connection(path, openFlags(access), access == FileAccess::Constant);
   // A listing of many databases must not stand still at one that is locked.
   sqlite3_busy_timeout(connection.handle(), 100);
   Statement statement(connection, "SELECT value FROM info WHERE key = ?", enginefault::CannotOpen);
@@ -177,6 +175,7 @@ void Database::removeFile() {
   if (!removeOpenFile()) refuse(u"the file cannot be deleted"_s);
   for (const char* journal : {"-wal", "-shm", "-journal"}) QFile::remove(path_ + QLatin1String(journal));
   openDatabases().forget(file);
+  held_.reset();
 }
 
 void Database::requireOwnFile() {

@@ -23,6 +23,7 @@ struct sqlite3;
 namespace lens {
 
 class Connection;  // sqlite_statement.h
+class HeldFile;    // host/held_file.h
 
 // Properties of a database that are no notes.
 struct DatabaseInfo {
@@ -100,6 +101,7 @@ class Database {
   bool removeOpenFile();
 
   QString path_;
+  std::unique_ptr<HeldFile> held_;  // until the session has closed it
   std::unique_ptr<StoreSession> session_;
   std::unique_ptr<VersionTable> versionTable_;
   std::unique_ptr<ObjectStore> objects_;

@@ -22,6 +22,11 @@ enum class FileAccess {
 };
 // A file without write permission is opened for reading only, whoever runs the program.
 FileAccess accessTo(const QString& path);
+// For Connection.
+inline int openFlags(FileAccess access) {
+  return (access == FileAccess::ReadWrite ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY) |
+         SQLITE_OPEN_NOMUTEX;
+}
 
 // Gives a database of an older schema what it lacks.
 void bringUpToDate(Connection& connection, FileAccess access);

@@ -9,6 +9,7 @@
 #include "embedded/format/item_value.h"
 #include "embedded/format/packed_items.h"
 #include "embedded/store/store_session.h"
+#include "host/held_file.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -188,6 +189,7 @@ void ObjectStore::read(quint32 objectId, QIODevice& target) const {
 }
 
 void ObjectStore::extract(quint32 objectId, const QString& filePath) const {
+  requireNotHeld(filePath);
   QSaveFile file(filePath);
   if (!file.open(QIODevice::WriteOnly)) {
     const bool noDirectory = !QFileInfo(QFileInfo(filePath).absolutePath()).isDir();

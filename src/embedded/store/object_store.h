@@ -39,7 +39,8 @@ class ObjectStore {
   // Writes the bytes to the target chunk by chunk; raises when the object is missing or its checksum
   // does not hold.
   void read(quint32 objectId, QIODevice& target) const;
-  // Extracts to a file: staged and renamed when it is whole and verified.
+  // Extracts to a file: staged and renamed when it is whole and verified. Raises 70 for the file of a
+  // database that is open.
   void extract(quint32 objectId, const QString& filePath) const;
   void remove(quint32 objectId);
   // Size and checksum of an object, empty when there is none: equal ones hold equal bytes.

@@ -2,7 +2,6 @@
 
 #include <QFileInfo>
 #include <QThread>
-#include <algorithm>
 
 namespace lens {
 
@@ -35,37 +34,15 @@ QVector<std::shared_ptr<Database>> OpenDatabases::outdated(const QString& file) 
   return found;
 }
 
-bool OpenDatabases::isKnown(const FileIdentity& identity) const {
-  const auto isIt = [&](const Entry& entry) {
-    return entry.identity == identity && !entry.database.expired();
-  };
-  return opening_.contains(identity) || std::any_of(entries_.begin(), entries_.end(), isIt);
-}
-
-bool OpenDatabases::isOpen(const QString& path) {
-  const FileIdentity identity = FileIdentity::of(path);
-  const QMutexLocker lock(&mutex_);
-  return isKnown(identity);
-}
-
 void OpenDatabases::readUnlessOpen(const QString& path, const std::function<void()>& read) {
-  const FileIdentity identity = FileIdentity::of(path);
   const QMutexLocker lock(&mutex_);
-  if (!isKnown(identity)) read();
+  if (!HeldFile::isHeld(FileIdentity::of(path))) read();
 }
 
-OpenDatabases::Opening::Opening(const QString& path, const std::function<void()>& lookOver)
-    : identity_(FileIdentity::of(path)) {
-  OpenDatabases& all = ofProcess();
-  const QMutexLocker lock(&all.mutex_);
-  if (!all.isKnown(identity_)) lookOver();
-  all.opening_.push_back(identity_);
-}
-
-OpenDatabases::Opening::~Opening() {
-  OpenDatabases& all = ofProcess();
-  const QMutexLocker lock(&all.mutex_);
-  all.opening_.removeOne(identity_);
+OpenDatabases::Opening::Opening(const QString& path, const std::function<void()>& lookOver) {
+  const QMutexLocker lock(&ofProcess().mutex_);
+  if (!HeldFile::isHeld(FileIdentity::of(path))) lookOver();
+  held_ = std::make_unique<HeldFile>(path);
 }
 
 void OpenDatabases::add(const QString& file, const std::shared_ptr<Database>& database) {

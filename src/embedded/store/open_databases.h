@@ -7,7 +7,7 @@
 #include <functional>
 #include <memory>
 
-#include "host/file_identity.h"
+#include "host/held_file.h"
 
 class QThread;
 
@@ -27,8 +27,6 @@ class OpenDatabases {
   std::shared_ptr<Database> find(const QString& file);
   // Those of this thread whose path leads to another file by now, or to none.
   QVector<std::shared_ptr<Database>> outdated(const QString& file);
-  // Whether any thread has the file open that is found there now.
-  bool isOpen(const QString& path);
   void add(const QString& file, const std::shared_ptr<Database>& database);
   // The path leads to another file now; who has the old one open keeps it.
   void forget(const QString& file);
@@ -40,12 +38,9 @@ class OpenDatabases {
    public:
     // Looks the file over first, unless it is open anyway; what that raises ends the opening.
     Opening(const QString& path, const std::function<void()>& lookOver);
-    ~Opening();
-    Opening(const Opening&) = delete;
-    Opening& operator=(const Opening&) = delete;
 
    private:
-    FileIdentity identity_;
+    std::unique_ptr<HeldFile> held_;
   };
 
  private:
@@ -56,11 +51,9 @@ class OpenDatabases {
     std::weak_ptr<Database> database;
   };
   void forgetClosed();
-  bool isKnown(const FileIdentity& identity) const;
 
   QMutex mutex_;
   QVector<Entry> entries_;
-  QVector<FileIdentity> opening_;
 };
 
 }  // namespace lens

@@ -8,8 +8,8 @@ namespace lens {
 std::unique_ptr<StoreSession> StoreSession::open(const QString& path) {
   const FileAccess access = accessTo(path);
   const bool readOnly = access != FileAccess::ReadWrite;
-  std::unique_ptr<StoreSession> session(new StoreSession(
-      path, readOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE, access == FileAccess::Constant));
+  std::unique_ptr<StoreSession> session(
+      new StoreSession(path, openFlags(access), access == FileAccess::Constant));
   Connection& connection = session->connection_;
   connection.execute(
       "PRAGMA synchronous = FULL; PRAGMA temp_store = MEMORY; PRAGMA cache_size = -16384;"

@@ -60,7 +60,7 @@ class StoreSession {
  private:
   friend class StoreTransaction;
   StoreSession(const QString& path, int flags, bool constant)
-      : connection_(path, flags | SQLITE_OPEN_NOMUTEX, constant), file_(FileIdentity::of(path)) {}
+      : connection_(path, flags, constant), file_(FileIdentity::of(path)) {}
   void begin();
   void commit();
   explicit StoreSession(const QString& path) : connection_(path), removed_(true) {}
