@@ -1,6 +1,5 @@
 #include "embedded/model/attaching.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QSet>
 #include <limits>
@@ -8,6 +7,7 @@
 #include "embedded/format/attachment_name.h"
 #include "embedded/format/case_key.h"
 #include "embedded/format/lmbcs.h"
+#include "embedded/store/readable_file.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -19,15 +19,11 @@ constexpr quint16 kShownInDocument = 2;
   throw RuntimeError(number, u"%1: %2"_s.arg(path, reason));
 }
 
-void openFile(QFile& file) {
-  const QString path = file.fileName();
+void requireAttachable(const QString& path) {
   const QFileInfo info(path);
   if (!info.exists()) refuse(err::FileNotFound, path, u"the file to attach does not exist"_s);
-  if (!info.isFile()) refuse(err::PathFileAccess, path, u"this is no file"_s);
   if (info.size() > std::numeric_limits<quint32>::max())
     refuse(err::Overflow, path, u"the file is larger than an attachment can be"_s);
-  if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-    refuse(err::PathFileAccess, path, u"the file cannot be read (%1)"_s.arg(file.errorString()));
 }
 
 TimeDate timeOf(const QDateTime& moment) {
@@ -59,8 +55,8 @@ QString freeAttachmentName(const Note& note, const QString& fileName) {
 FileObject attachFile(OpenNote& open, const QString& path, RichText& text) {
   if (path.isEmpty())
     refuse(err::FileNotFound, open.database->place.path, u"EMBEDOBJECT needs a file to attach"_s);
-  QFile source(path);
-  openFile(source);
+  requireAttachable(path);
+  ReadableFile source(path);
   const QFileInfo info(path);
   FileObject file;
   file.name = freeAttachmentName(open.note, info.fileName());
@@ -69,7 +65,7 @@ FileObject attachFile(OpenNote& open, const QString& path, RichText& text) {
   file.modified = timeOf(info.lastModified());
   text.appendAttachment(file.name, attachmentName(storable(info.fileName())));
   fileObjectValue(file);  // raises for a name that no item can hold, before anything is stored
-  const StoredObject stored = open.storeObject(source);
+  const StoredObject stored = open.storeObject(source.device());
   file.objectId = stored.id;
   file.size = quint32(stored.size);
   open.add({u"$FILE"_s, itemflag::Summary, fileObjectValue(file)});

@@ -1,5 +1,7 @@
 #include "embedded/store/database_copy.h"
 
+#include <QFile>
+
 #include "embedded/files/staged_file.h"
 #include "embedded/store/database_file.h"
 #include "notes/literals.h"
@@ -33,6 +35,25 @@ void giveReplicaId(const QString& aside) {
 }
 
 }  // namespace
+
+void copyPages(const QString& from, const QString& to) {
+  const std::shared_ptr<Database> source = Database::open(from);
+  // Beside the connection that others use: what they have not finished is not in the copy.
+  const FileAccess access = accessTo(from);
+  const Connection pages(from, openFlags(access), access == FileAccess::Constant);
+  int status = SQLITE_NOMEM;
+  {
+    const Connection target(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX);
+    if (sqlite3_backup* const backup = sqlite3_backup_init(target.handle(), "main", pages.handle(), "main")) {
+      sqlite3_backup_step(backup, -1);
+      status = sqlite3_backup_finish(backup);
+    }
+  }
+  if (status == SQLITE_OK) return;
+  QFile::remove(to);
+  throw RuntimeError(enginefault::NotSaved, u"%1: the database cannot be copied to %2 (%3)"_s.arg(
+                                                from, to, QString::fromUtf8(sqlite3_errstr(status))));
+}
 
 void copyDatabase(const Database& from, const QString& to) {
   StagedFile file(to);

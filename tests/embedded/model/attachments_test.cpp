@@ -1,5 +1,10 @@
 // Files that are attached to rich text, before and after the document is saved.
 #include "embedded/model/attaching.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include "embedded/model/support/test_documents.h"
 
 using namespace lens;
@@ -28,6 +33,20 @@ struct Attaching : Documents {
     if (objects.isArray())
       for (const Value& object : objects.values()) names.append(object.object().get(u"Name"_s).text());
     return names;
+  }
+  // Asked by another process, which is the one that locks are for.
+  bool isLocked() {
+    const pid_t child = fork();
+    if (child == 0) {
+      const int file = ::open(QFile::encodeName(t.store->path()).constData(), O_RDONLY);
+      struct flock lock = {};
+      lock.l_type = F_WRLCK;
+      lock.l_whence = SEEK_SET;
+      _exit(::fcntl(file, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WEXITSTATUS(status) == 1;
   }
   qint64 objects() { return number("SELECT count(*) FROM object"); }
   NoteId id;
@@ -60,6 +79,28 @@ TEST_F(Attaching, AFileIsThereBeforeAndAfterSaving) {
   EXPECT_EQ(told.size, 300'003u);
   EXPECT_EQ(localOf(told.modified).date, QDate::currentDate());
   EXPECT_EQ(namesOf(stored(id)), QStringList({u"Body"_s, u"Other"_s, u"$FILE"_s}));
+}
+
+// Reading the file beside SQLite would end the locks by which others learn that it is open.
+TEST_F(Attaching, ADatabaseThatIsOpenIsAttachedWholeAndStaysLocked) {
+  EXPECT_TRUE(isLocked());
+  embed(t.store->path());
+  EXPECT_TRUE(isLocked()) << "it counts as open for others";
+  saveForced(document);
+  open();
+  const QString copy = t.file(u"copy.nsf"_s);
+  body.get(u"EMBEDDEDOBJECTS"_s).values().first().object().call(u"ExtractFile"_s, copy);
+  const auto attached = Database::open(copy);
+  EXPECT_EQ(attached->notes().noteCount(0xFFFF), t.store->notes().noteCount(0xFFFF));
+  Note note;
+  ASSERT_TRUE(attached->notes().read(id, note));
+  EXPECT_FALSE(note.has(u"$FILE")) << "as it was when it was attached";
+}
+
+TEST_F(Attaching, TheJournalsOfAnOpenDatabaseAreNot) {
+  for (const QString& suffix : {u"-wal"_s, u"-shm"_s})
+    EXPECT_EQ(raised([&] { embed(t.store->path() + suffix); }), err::PermissionDenied)
+        << suffix.toStdString();
 }
 
 TEST_F(Attaching, WithoutAttachmentsThereAreNoObjects) {
