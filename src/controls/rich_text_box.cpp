@@ -32,17 +32,18 @@ quint32 bgrOf(const QColor& colour) {
   return quint32(colour.red()) | quint32(colour.green()) << 8 | quint32(colour.blue()) << 16;
 }
 
+constexpr qsizetype kEndlessWord = 10'000;
+
 // The toolkit looks through a whole word for each line that it breaks the word into: an encoded file in one
 // line would take minutes.
-bool hasEndlessWord(const QString& text) {
-  constexpr qsizetype kEndless = 10'000;
+bool hasEndlessWord(QStringView text) {
   qsizetype start = 0;
   for (qsizetype i = 0; i < text.size(); ++i) {
     if (!text[i].isSpace()) continue;
-    if (i - start > kEndless) return true;
+    if (i - start > kEndlessWord) return true;
     start = i + 1;
   }
-  return text.size() - start > kEndless;
+  return text.size() - start > kEndlessWord;
 }
 
 QChar shownAt(const QTextDocument& document, int place) {
@@ -50,17 +51,37 @@ QChar shownAt(const QTextDocument& document, int place) {
   return character == QChar::ParagraphSeparator ? QChar(u'\n') : character;
 }
 
+bool isLineEnd(QChar character) {
+  return character == QChar(u'\n') || character == QChar::ParagraphSeparator ||
+         character == QChar::LineSeparator;
+}
+
 // What the user typed, with the line ends of the own text.
 QString typedPart(const QTextDocument& document, int from, int to) {
   QString typed;
   for (int place = from; place < to; ++place) {
-    const QChar character = shownAt(document, place);
-    if (character == QChar(u'\n') || character == QChar::LineSeparator)
+    const QChar character = document.characterAt(place);
+    if (isLineEnd(character))
       typed += u"\r\n"_s;
     else
       typed += character;
   }
   return typed;
+}
+
+// What comes in from elsewhere, with the line ends of the own text.
+QString withOwnLineEnds(const QString& text) {
+  QString result;
+  result.reserve(text.size());
+  for (qsizetype i = 0; i < text.size(); ++i) {
+    const QChar character = text[i];
+    if (character == QChar(u'\r') || isLineEnd(character))
+      result += u"\r\n"_s;
+    else
+      result += character;
+    if (character == QChar(u'\r') && i + 1 < text.size() && text[i + 1] == QChar(u'\n')) ++i;
+  }
+  return result;
 }
 
 // Tab is a character of the text, so the keyboard leaves the box with Ctrl+Tab.
@@ -115,8 +136,15 @@ void RichTextBox::setSelection(int start, int length) {
 }
 
 void RichTextBox::setSelText(const QString& text) {
-  const int start = selStart_;
   const bool differs = selText() != text;
+  const int end = selStart_ + int(text.size());
+  replaceSelection(text);
+  setSelection(end, 0);
+  if (differs) change.raise();
+}
+
+void RichTextBox::replaceSelection(const QString& text) {
+  const int start = selStart_;
   const bool inside = text_.isInsideLineEnd(start) || text_.isInsideLineEnd(start + selLength_);
   const int documentStart = text_.toDocument(start);
   const int documentEnd = text_.toDocument(start + selLength_);
@@ -125,8 +153,20 @@ void RichTextBox::setSelText(const QString& text) {
     showAll();
   else
     showPart(documentStart, documentEnd, start, int(text.size()));
-  setSelection(start + int(text.size()), 0);
-  if (differs) change.raise();
+}
+
+// As the user does it: nobody waits for a failure.
+void RichTextBox::putIn(const QString& text) {
+  if (text.isEmpty() && selLength_ == 0) return;
+  const int end = selStart_ + int(text.size());
+  replaceSelection(text);
+  selStart_ = end;
+  selLength_ = 0;
+  cursorIsOld_ = true;
+  bringUpToDate();
+  ensureCursorVisible();
+  change.fire();
+  selChange.fire();
 }
 
 void RichTextBox::splice(int position, int removed, const QString& added) {
@@ -155,6 +195,7 @@ void RichTextBox::showAll() {
 }
 
 void RichTextBox::showPart(int documentStart, int documentEnd, int position, int length) {
+  breakEndlessWord(position, length);
   {
     QScopedValueRollback<bool> working(ownWork_, true);
     QTextCursor cursor(document());
@@ -164,7 +205,21 @@ void RichTextBox::showPart(int documentStart, int documentEnd, int position, int
     cursorIsOld_ = true;
   }
   // A CR and an LF may have met, which makes one line end of two.
-  if (document()->blockCount() - 1 != text_.lineEndCount()) showAll();
+  if (!documentFits()) showAll();
+}
+
+// Before the document lays out a part that has changed.
+void RichTextBox::breakEndlessWord(int position, int length) {
+  if (wordWrapMode() == QTextOption::WrapAnywhere) return;
+  // The word may have been there in part.
+  const int from = std::max(0, position - int(kEndlessWord));
+  if (hasEndlessWord(QStringView(text()).mid(from, position - from + length + kEndlessWord + 1)))
+    setWordWrapMode(QTextOption::WrapAnywhere);
+}
+
+bool RichTextBox::documentFits() const {
+  return document()->characterCount() - 1 == text_.documentLength() &&
+         document()->blockCount() - 1 == text_.lineEndCount();
 }
 
 void RichTextBox::onDocumentChange(int position, int removed, int added) {
@@ -187,8 +242,9 @@ void RichTextBox::onDocumentChange(int position, int removed, int added) {
   const QString typed = typedPart(*document(), start, newEnd);
   const int from = text_.fromDocument(start);
   splice(from, text_.fromDocument(oldEnd) - from, typed);
+  breakEndlessWord(from, int(typed.size()));
   edited_ = true;
-  documentIsOld_ = document()->blockCount() - 1 != text_.lineEndCount();
+  documentIsOld_ = !documentFits();
   selStart_ = from + int(typed.size());
   selLength_ = 0;
 }
@@ -198,6 +254,7 @@ void RichTextBox::onDocumentSettled() {
   edited_ = false;
   viewport()->update();
   change.fire();
+  selChange.fire();
 }
 
 void RichTextBox::onCursorMoved() {
@@ -289,11 +346,25 @@ QMimeData* RichTextBox::createMimeDataFromSelection() const {
 void RichTextBox::insertFromMimeData(const QMimeData* source) {
   if (!source->hasText() || isReadOnly()) return;
   bringUpToDate();
-  QTextCursor cursor = textCursor();
-  cursor.insertText(source->text());
-  setTextCursor(cursor);
-  ensureCursorVisible();
-  bringUpToDate();
+  putIn(withOwnLineEnds(source->text()));
+}
+
+// The editor would take out and put in as one edit, and report all that lies between as changed.
+void RichTextBox::dropEvent(QDropEvent* event) {
+  QDragLeaveEvent leaving;  // ends the feedback of the editor
+  dragLeaveEvent(&leaving);
+  int target = text_.fromDocument(cursorForPosition(event->position().toPoint()).position());
+  const bool moved = event->source() == viewport() && event->dropAction() == Qt::MoveAction;
+  const bool onItself = moved && target >= selStart_ && target <= selStart_ + selLength_;
+  if (isReadOnly() || !event->mimeData()->hasText() || onItself) return event->ignore();
+  if (moved) {
+    if (target > selStart_) target -= selLength_;
+    replaceSelection(QString());
+  }
+  selStart_ = target;
+  selLength_ = 0;
+  putIn(withOwnLineEnds(event->mimeData()->text()));
+  event->acceptProposedAction();
 }
 
 std::optional<quint32> RichTextBox::selColor() const {

@@ -71,6 +71,7 @@ class RichTextBox : public QPlainTextEdit {
   void contextMenuEvent(QContextMenuEvent* event) override;
   QMimeData* createMimeDataFromSelection() const override;
   void insertFromMimeData(const QMimeData* source) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   // The user's edits, as the document reports them.
@@ -79,8 +80,12 @@ class RichTextBox : public QPlainTextEdit {
   void onCursorMoved();
 
   void splice(int position, int removed, const QString& added);
+  void replaceSelection(const QString& text);
+  void putIn(const QString& text);
   void showAll();
   void showPart(int documentStart, int documentEnd, int position, int length);
+  void breakEndlessWord(int position, int length);
+  bool documentFits() const;
   // Brings the document up to date with text, looks and selection.
   void bringUpToDate();
   void applyLooks();

@@ -2,7 +2,9 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDropEvent>
 #include <QInputMethodEvent>
+#include <QMimeData>
 
 #include "control_test.h"
 
@@ -157,6 +159,133 @@ TEST(RichTextBox, PastedLineEndsBecomeCrLf) {
   QTest::keyClick(&shown.box, Qt::Key_V, Qt::ControlModifier);
   EXPECT_EQ(shown.box.text(), QStringLiteral("a1\r\n2\r\n3\r\n4\u00A0b"));
   EXPECT_EQ(shown.changes.take(), 1);
+}
+
+// Whatever comes in, and by whichever way, the document shows the text that the box holds.
+void expectShownWhole(RichTextBox& box) {
+  box.refresh();
+  ExactText exact;
+  exact.setText(box.text());
+  EXPECT_EQ(box.document()->characterCount() - 1, exact.documentLength());
+  EXPECT_EQ(box.document()->toPlainText().replace(QChar(u'\u00A0'), QChar(u' ')),
+            exact.shown(0, exact.length()).replace(QChar(u'\u00A0'), QChar(u' ')));
+}
+
+TEST(RichTextBox, LineEndsBehindALoneCrAreShownAsTheyAreHeld) {
+  for (const auto modifier : {Qt::NoModifier, Qt::ShiftModifier}) {
+    ShownBox shown(QStringLiteral("one\rtwo three"));
+    shown.box.setSelStart(4);
+    QTest::keyClick(&shown.box, Qt::Key_Return, modifier);
+    EXPECT_EQ(shown.box.text(), QStringLiteral("one\r\r\ntwo three"));
+    expectShownWhole(shown.box);
+    QTest::keyClicks(&shown.box, QStringLiteral("x"));
+    EXPECT_EQ(shown.box.text(), QStringLiteral("one\r\r\nxtwo three"));
+    QTest::keyClick(&shown.box, Qt::Key_End, Qt::ControlModifier);
+    QTest::keyClicks(&shown.box, QStringLiteral("y"));
+    EXPECT_EQ(shown.box.text(), QStringLiteral("one\r\r\nxtwo threey"));
+    expectShownWhole(shown.box);
+  }
+}
+
+TEST(RichTextBox, PastedSeparatorsOfLinesAndParagraphsBecomeCrLf) {
+  for (const char16_t separator : {u'\u2028', u'\u2029'}) {
+    ShownBox shown(QStringLiteral("one\rtwo"));
+    shown.box.setSelStart(4);
+    QApplication::clipboard()->setText(QStringLiteral("a") + QChar(separator) + QStringLiteral("b"));
+    shown.box.paste();
+    EXPECT_EQ(shown.box.text(), QStringLiteral("one\ra\r\nbtwo"));
+    shown.box.setSelStart(4);
+    QApplication::clipboard()->setText(QString(QChar(separator)));
+    shown.box.paste();
+    EXPECT_EQ(shown.box.text(), QStringLiteral("one\r\r\na\r\nbtwo"));
+    expectShownWhole(shown.box);
+  }
+}
+
+// A plain model beside the box: one edit at a time, at every place, in texts of all line ends.
+TEST(RichTextBox, EveryEditAtEveryPlaceChangesTextAndPictureAlike) {
+  const QString text = QStringLiteral("a\rb\nc\r\nd\r\r\ne\r\rf\n\n\u2028g");
+  const QStringList pasted = {QStringLiteral("p"), QStringLiteral("\r"), QStringLiteral("\n"),
+                              QString(QChar(0x2028)), QString(QChar(0xFDD0))};
+  for (int place = 0; place <= text.size(); ++place) {
+    for (int edit = 0; edit < pasted.size() + 3; ++edit) {
+      ShownBox shown(text);
+      shown.box.setSelStart(place);
+      // The keyboard stands before a line end or behind it, never in it; a paste goes where it is told.
+      ExactText exact;
+      exact.setText(text);
+      QString added = QStringLiteral("\r\n");
+      if (edit < pasted.size()) {
+        QApplication::clipboard()->setText(pasted[edit]);
+        shown.box.paste();
+        if (pasted[edit] == QStringLiteral("p") || pasted[edit] == QString(QChar(0xFDD0)))
+          added = pasted[edit];
+      } else {
+        if (exact.isInsideLineEnd(place)) continue;
+        if (edit == pasted.size())
+          QTest::keyClicks(&shown.box, added = QStringLiteral("k"));
+        else
+          QTest::keyClick(&shown.box, Qt::Key_Return,
+                          edit == pasted.size() + 1 ? Qt::NoModifier : Qt::ShiftModifier);
+      }
+      const QString expected = text.left(place) + added + text.mid(place);
+      ASSERT_EQ(shown.box.text(), expected) << place << ' ' << edit;
+      EXPECT_EQ(shown.box.selStart(), place + added.size());
+      EXPECT_EQ(shown.changes.take(), 1);
+      expectShownWhole(shown.box);
+      ASSERT_FALSE(HasFailure()) << place << ' ' << edit;
+    }
+  }
+}
+
+TEST(RichTextBox, LineAndPositionFollowTheTyping) {
+  ShownBox shown(QStringLiteral("ab"));
+  Counter moves(shown.box.selChange);
+  QTest::keyClicks(&shown.box, QStringLiteral("x"));
+  EXPECT_EQ(moves.take(), 1);
+  QApplication::clipboard()->setText(QStringLiteral("yz"));
+  shown.box.paste();
+  EXPECT_EQ(moves.take(), 1);
+}
+
+// An encoded file in one line comes in by the clipboard, by dragging, or grows by typing: each way costs what
+// setting it costs, since the document then breaks inside of words. The other way takes minutes here.
+TEST(RichTextBox, OneEndlessWordComesInByEachWay) {
+  const QString word = QString(400'000, QChar(u'x'));
+  ShownBox shown(QStringLiteral("ab"));
+  shown.box.setSelStart(1);
+  QApplication::clipboard()->setText(word);
+  QTest::keyClick(&shown.box, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(shown.box.text().size(), word.size() + 2);
+  EXPECT_EQ(shown.box.wordWrapMode(), QTextOption::WrapAnywhere);
+
+  shown.box.setText(QStringLiteral("ab"));
+  EXPECT_EQ(shown.box.wordWrapMode(), QTextOption::WrapAtWordBoundaryOrAnywhere);
+  shown.box.setSelStart(1);
+  shown.box.setSelText(word);
+  EXPECT_EQ(shown.box.wordWrapMode(), QTextOption::WrapAnywhere);
+
+  shown.box.setText(QStringLiteral("ab"));
+  QInputMethodEvent commit;
+  commit.setCommitString(word);
+  QApplication::sendEvent(&shown.box, &commit);
+  EXPECT_EQ(shown.box.text(), word + QStringLiteral("ab"));
+  EXPECT_EQ(shown.box.wordWrapMode(), QTextOption::WrapAnywhere);
+
+  shown.box.setText(QStringLiteral("ab"));
+  QMimeData data;
+  data.setText(word);
+  QDragEnterEvent enter(QPoint(200, 100), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(shown.box.viewport(), &enter);
+  QDropEvent drop(QPointF(200, 100), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(shown.box.viewport(), &drop);
+  EXPECT_EQ(shown.box.text(), QStringLiteral("ab") + word);
+  EXPECT_EQ(shown.box.wordWrapMode(), QTextOption::WrapAnywhere);
+
+  shown.box.setText(word.left(10'000));
+  EXPECT_EQ(shown.box.wordWrapMode(), QTextOption::WrapAtWordBoundaryOrAnywhere);
+  QTest::keyClicks(&shown.box, QStringLiteral("y"));
+  EXPECT_EQ(shown.box.wordWrapMode(), QTextOption::WrapAnywhere);
 }
 
 TEST(RichTextBox, InputMethodTextComesInOnce) {
