@@ -50,16 +50,21 @@ void Form1Lifecycle::Form_Load() {
     desk_.sessions.GetSessionProbe();
     desk_.state.gDataDir = desk_.sessions.GetDataDirectory();
     servers_.GetServerList2(u"Form1"_s);
-    desk_.form.fldList->setHorizontalExtent(2 * desk_.form.fldList->width());
-    desk_.form.idList->setHorizontalExtent(2 * desk_.form.idList->width());
+    setListExtents();
     desk_.layout.GetLocation();
     desk_.form.sbrMain->setBackground(fromBgr(kPaleYellow));
     desk_.form.cmdGetDoc->raiseClick();
   });
 }
 
+// Long rows can be read to twice the width of their list, at every size of the window.
+void Form1Lifecycle::setListExtents() {
+  for (ListBox* list : {desk_.form.fldList, desk_.form.idList}) list->setHorizontalExtent(2 * list->width());
+}
+
 void Form1Lifecycle::Form_Resize() {
   desk_.layout.ResizeControls();
+  setListExtents();
   desk_.form.txtFieldContent->setSelStart(1);
   desk_.form.txtFieldContent->setSelLength(0);
 }

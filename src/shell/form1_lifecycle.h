@@ -43,6 +43,7 @@ class Form1Lifecycle {
   About* about() const { return about_; }
 
  private:
+  void setListExtents();
   void releaseAndEnd();
   void showWindow();
 

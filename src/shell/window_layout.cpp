@@ -30,10 +30,11 @@ void setFontSize(QWidget& control, int points) {
   control.setFont(font);
 }
 
-// All of the content box in one plain format; its own colours and those of the search are gone then.
+// All of the content box in one plain format; its own colours and those of the search are gone then. An empty
+// box keeps its font.
 void formatAllText(RichTextBox& box, int points) {
-  setFontSize(box, points);
   if (box.text().isEmpty()) return;
+  setFontSize(box, points);
   box.setSelStart(0);
   box.setSelLength(int(box.text().size()));
   box.setSelFontName(u"Consolas"_s);

@@ -1,5 +1,6 @@
 #include "shell/window_layout.h"
 
+#include <QScrollBar>
 #include <QTest>
 
 #include "support/lens_fixture.h"
@@ -139,6 +140,29 @@ TEST_F(WindowLayoutTest, WithoutARecordAResizeDoesNothing) {
 TEST_F(WindowLayoutTest, ListsKeepWholeRows) {
   form().resize(1920, 1000);
   EXPECT_EQ(form().fldList->rowHeight(), 20);
+}
+
+TEST_F(WindowLayoutTest, ListsScrollSidewaysToTwiceTheirWidthAtEverySize) {
+  for (const QSize size : {QSize(1280, 800), QSize(1920, 1040), QSize(2560, 1400), QSize(1000, 700)}) {
+    form().resize(size);
+    for (const ListBox* list : {form().fldList, form().idList}) {
+      EXPECT_EQ(list->horizontalExtent(), 2 * list->width()) << size.width();
+      const QScrollBar* bar = list->horizontalScrollBar();
+      EXPECT_EQ(bar->maximum(), 2 * list->width() - list->viewport()->width()) << size.width();
+    }
+  }
+}
+
+TEST_F(WindowLayoutTest, AnEmptyContentBoxKeepsItsFont) {
+  form().txtFieldContent->setText(QString());
+  const QFont before = form().txtFieldContent->font();
+  for (const QSize size : {QSize(1280, 799), QSize(1920, 1040), QSize(1280, 800)}) {
+    form().resize(size);
+    EXPECT_EQ(form().txtFieldContent->font(), before) << size.width();
+  }
+  form().txtFieldContent->setText(u"text"_s);
+  form().resize(1920, 1000);
+  EXPECT_EQ(form().txtFieldContent->font().pointSize(), 10);
 }
 
 TEST_F(WindowLayoutTest, StepsBackToTheLineBeforeGiveTheColumn) {
