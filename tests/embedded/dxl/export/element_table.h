@@ -13,6 +13,7 @@ struct TableAttribute {
   QString otherwise;  // the value of a missing attribute, "" without one
   QString becomes;
   bool required = false;
+  bool closed = false;  // no other values
 };
 
 struct TableElement {
@@ -47,7 +48,10 @@ inline TableAttribute tableAttribute(const QString& becomes, const QString& word
   attribute.name = word.first(equals);
   attribute.required = attribute.name.endsWith(u'!');
   if (attribute.required) attribute.name.chop(1);
-  attribute.values = word.sliced(equals + 1).split(u'|');
+  QString values = word.sliced(equals + 1);
+  attribute.closed = values.startsWith(u'(');
+  if (attribute.closed) values = values.sliced(1).chopped(1);
+  attribute.values = values.split(u'|');
   for (QString& value : attribute.values) {
     if (!value.endsWith(u'*')) continue;
     value.chop(1);
