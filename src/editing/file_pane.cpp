@@ -2,7 +2,7 @@
 
 #include <QDir>
 
-#include "host/paths.h"
+#include "host/file_names.h"
 #include "notes/literals.h"
 #include "shell/error_modes.h"
 #include "shell/exact_texts.h"
@@ -39,6 +39,60 @@ class WhileFilesMove {
   Host& host_;
 };
 
+// Writes the attachments of a document. One that cannot be written does not keep those behind it from it.
+class Extraction {
+ public:
+  Extraction(Host& host, const QString& directory) : host_(host), directory_(directory) {}
+
+  void run(const NotesDocument& document) {
+    const WhileFilesMove hourglass(host_);
+    try {
+      const Value items = document.items();
+      for (const Value& element : items.values()) {
+        const NotesItem item = element.object();
+        if (item.typeCode() == itemcode::RichText) extractFrom(NotesRichTextItem(item));
+      }
+    } catch (const RuntimeError& error) {
+      note(error);
+    }
+  }
+  const QStringList& changedNames() const { return names_.changes(); }
+  // What went wrong first, if anything did.
+  void raiseFailure() const {
+    if (failures_ == 0) return;
+    if (failures_ == 1) throw RuntimeError(number_, description_);
+    throw RuntimeError(number_, u"%1 (%2 more were not written)"_s.arg(description_).arg(failures_ - 1));
+  }
+
+ private:
+  // Existing files are overwritten without a question.
+  void extractFrom(const NotesRichTextItem& item) {
+    const Value objects = item.embeddedObjects();
+    if (!objects.isArray()) return;
+    for (const Value& embedded : objects.values()) {
+      const NotesEmbeddedObject object = embedded.object();
+      if (object.type() != NotesEmbeddedObject::kAttachment) continue;
+      const QString given = object.name();
+      try {
+        object.extractFile(host_.joinPath(directory_, names_.take(given)));
+      } catch (const RuntimeError& error) {
+        note(error);
+      }
+    }
+  }
+  void note(const RuntimeError& error) {
+    if (failures_++ > 0) return;
+    number_ = error.number();
+    description_ = error.description();
+  }
+
+  Host& host_;
+  const QString directory_;
+  DistinctFileNames names_;
+  int failures_ = 0, number_ = 0;
+  QString description_;
+};
+
 }  // namespace
 
 FilePane::FilePane(Desk& desk) : desk_(desk) {
@@ -72,25 +126,22 @@ QString FilePane::filePath(int row) const {
 void FilePane::cmdExtractAtt_Click() {
   const QString directory = openDirectory();
   if (desk_.state.gDoc.isNothing()) return;
-  const WhileFilesMove hourglass(desk_.host);
-  const Value items = desk_.state.gDoc.items();
-  for (const Value& element : items.values()) {
-    const NotesItem item = element.object();
-    if (item.typeCode() == itemcode::RichText) extractFrom(NotesRichTextItem(item), directory);
-  }
+  Extraction extraction(desk_.host, directory);
+  extraction.run(desk_.state.gDoc);
   desk_.form.File1->refresh();
+  tellChangedNames(extraction.changedNames());
+  extraction.raiseFailure();
 }
 
-// Existing files are overwritten without a question.
-void FilePane::extractFrom(const NotesRichTextItem& item, const QString& directory) {
-  const Value objects = item.embeddedObjects();
-  if (!objects.isArray()) return;
-  for (const Value& embedded : objects.values()) {
-    const NotesEmbeddedObject object = embedded.object();
-    if (object.type() != NotesEmbeddedObject::kAttachment) continue;
-    const QString name = object.name();
-    object.extractFile(desk_.host.joinPath(directory, fileNameOf(name)));
-  }
+void FilePane::tellChangedNames(const QStringList& changes) {
+  constexpr qsizetype kMostLines = 20;
+  if (changes.isEmpty()) return;
+  QStringList lines = changes.first(qMin(changes.size(), kMostLines));
+  if (lines.size() < changes.size()) lines.append(u"and %1 more"_s.arg(changes.size() - lines.size()));
+  desk_.host.messageBox(
+      u"These names could not be taken as they are. The files were written under the second name:\n\n"_s +
+          lines.join(u'\n'),
+      box::Information, u"Extract attachments"_s);
 }
 
 void FilePane::cmdLoadAtt_Click() {

@@ -27,7 +27,7 @@ class FilePane {
   QString openDirectory() const;
   int selectedFile() const;
   QString filePath(int row) const;
-  void extractFrom(const NotesRichTextItem& item, const QString& directory);
+  void tellChangedNames(const QStringList& changes);
   void showFirstFile();
 
   Desk& desk_;

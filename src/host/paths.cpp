@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QRegularExpression>
 
 #include "host/held_file.h"
 #include "notes/literals.h"
@@ -35,37 +34,6 @@ QString joinedPath(const QString& directory, const QString& name) {
   if (!path.endsWith(QDir::separator()) && !path.endsWith(u'/')) path += QDir::separator();
   path += name;
   return path;
-}
-
-namespace {
-
-// On Windows these are devices, in any case of letters and with any ending.
-bool namesDevice(const QString& name) {
-  static const QRegularExpression device(
-      u"^(con|prn|aux|nul|conin\\$|conout\\$|(com|lpt)[0-9\u00B9\u00B2\u00B3])[ .]*(\\..*)?$"_s,
-      QRegularExpression::CaseInsensitiveOption);
-  return device.match(name).hasMatch();
-}
-
-// Nothing but dots and blanks means a directory, or on Windows no name at all.
-bool namesFile(const QString& name) {
-  bool any = false;
-  for (const QChar c : name) {
-    if (c < u' ') return false;
-    any = any || (c != u'.' && c != u' ');
-  }
-  return any && !namesDevice(name);
-}
-
-}  // namespace
-
-QString fileNameOf(const QString& name) {
-  const qsizetype separator =
-      qMax(qMax(name.lastIndexOf(u'/'), name.lastIndexOf(u'\\')), name.lastIndexOf(u':'));
-  const QString last = name.mid(separator + 1);
-  if (!namesFile(last))
-    throw RuntimeError(err::PathFileAccess, u"\"%1\" is no name that a file can have"_s.arg(name));
-  return last;
 }
 
 void removeFile(const QString& path) {

@@ -13,9 +13,6 @@ QString findPath(const QString& path);
 
 // Directory and name with the host's separator between them, save where the directory ends in one.
 QString joinedPath(const QString& directory, const QString& name);
-// The last part of a name that may hold separators of any system, so that it stays in the directory that it
-// is joined to. Raises 75 when nothing is left that could name a file, and for a device's name.
-QString fileNameOf(const QString& name);
 // Deletes a file: 53 when there is none, 75 when it is a directory, 70 when it cannot be deleted.
 void removeFile(const QString& path);
 

@@ -23,6 +23,17 @@ class FilePaneTest : public EditingTest {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
   }
+  // Files of these names; each holds its number.
+  Note withFiles(const QStringList& names) {
+    Note note = memo();
+    RichText body;
+    for (qsizetype i = 0; i < names.size(); ++i) {
+      attach(note, names[i], QByteArray::number(i));
+      body.appendAttachment(names[i], names[i]);
+    }
+    note.add(u"Body"_s, 0, rawValue(itemtype::RichText, body.toBytes()));
+    return note;
+  }
   void openDirectory() { control<DirList>("Dir1").setPath(files); }
   FileList& fileList() { return control<FileList>("File1"); }
   void pickFile(const QString& name) {
@@ -123,20 +134,66 @@ TEST_F(FilePaneTest, AttachmentsOfNoRichTextItemAreNotReached) {
   EXPECT_EQ(rows("File1"), QStringList());
 }
 
-TEST_F(FilePaneTest, ANameWithSeparatorsStaysInTheDirectory) {
+TEST_F(FilePaneTest, ANameWithSeparatorsStaysInTheDirectoryAndIsTold) {
   show(withAttachment(u"../../outside.txt"_s, "x"));
   openDirectory();
   click("cmdExtractAtt");
   EXPECT_EQ(rows("File1"), QStringList(u"outside.txt"_s));
+  ASSERT_EQ(host.boxes.size(), 1);
+  EXPECT_TRUE(host.boxes[0].text.endsWith(u"\"../../outside.txt\": \"outside.txt\""_s));
+  EXPECT_EQ(host.boxes[0].title, u"Extract attachments"_s);
+  EXPECT_EQ(host.boxes[0].style, box::Information);
 }
 
-TEST_F(FilePaneTest, ANameOfADeviceIsRefused) {
-  show(withAttachment(u"NUL.txt"_s, "x"));
+TEST_F(FilePaneTest, ANameOfADeviceIsRefusedAndTheFilesBehindItComeOut) {
+  show(withFiles({u"first.txt"_s, u"NUL.txt"_s, u"last.txt"_s}));
   openDirectory();
   press("cmdExtractAtt");
   ASSERT_EQ(host.boxes.size(), 1);
   EXPECT_TRUE(host.boxes[0].text.startsWith(u"Run-time error '75':"_s));
-  EXPECT_EQ(QDir(files).entryList(QDir::Files), QStringList());
+  EXPECT_EQ(rows("File1"), QStringList({u"first.txt"_s, u"last.txt"_s}));
+  EXPECT_EQ(host.pointerCode, pointer::Default);
+}
+
+// Names that a disk cannot take, in any order among others: each file comes out, and no other is written
+// over.
+TEST_F(FilePaneTest, EveryFileComesOutWhateverTheNames) {
+  const QStringList names{u"tab\there.txt"_s,   u"plan.txt"_s,        u"PLAN.txt"_s, u"line\nfeed"_s,
+                          u"folder/plan.txt"_s, u"other\\plan.txt"_s, u".."_s,       u"plan.txt"_s,
+                          QString(300, u'x'),   u"ok.txt"_s};
+  show(withFiles(names));
+  openDirectory();
+  click("cmdExtractAtt");
+  QByteArrayList contents;
+  for (const QString& file : QDir(files).entryList(QDir::Files | QDir::Hidden))
+    contents += contentOf(files + u'/' + file);
+  std::sort(contents.begin(), contents.end());
+  EXPECT_EQ(contents, QByteArrayList({"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"}));
+  EXPECT_EQ(contentOf(files + u"/plan.txt"_s), QByteArray("1"));
+  EXPECT_EQ(contentOf(files + u"/ok.txt"_s), QByteArray("9"));
+  ASSERT_EQ(host.boxes.size(), 1) << "told once, at the end";
+  EXPECT_EQ(host.boxes[0].text.count(u'\n'), 2 + 7);
+}
+
+TEST_F(FilePaneTest, ManyChangedNamesAreToldInABoxThatFitsTheScreen) {
+  show(withFiles(QStringList(50, u"a.txt"_s)));
+  openDirectory();
+  click("cmdExtractAtt");
+  EXPECT_EQ(rows("File1").size(), 50);
+  ASSERT_EQ(host.boxes.size(), 1);
+  EXPECT_TRUE(host.boxes[0].text.endsWith(u"\nand 29 more"_s)) << host.boxes[0].text.toStdString();
+}
+
+TEST_F(FilePaneTest, AFileThatCannotBeWrittenDoesNotKeepTheOthers) {
+  show(withFiles({u"a.txt"_s, u"b.txt"_s, u"c.txt"_s, u"d.txt"_s}));
+  openDirectory();
+  for (const QString& name : {u"b.txt"_s, u"c.txt"_s}) QDir(files).mkdir(name);
+  press("cmdExtractAtt");
+  EXPECT_EQ(contentOf(files + u"/a.txt"_s), QByteArray("0"));
+  EXPECT_EQ(contentOf(files + u"/d.txt"_s), QByteArray("3"));
+  ASSERT_EQ(host.boxes.size(), 1);
+  EXPECT_TRUE(host.boxes[0].text.contains(u"b.txt"_s) && host.boxes[0].text.contains(u"1 more"_s))
+      << host.boxes[0].text.toStdString();
 }
 
 TEST_F(FilePaneTest, LoadsTheSelectedFileIntoARichTextItem) {

@@ -44,22 +44,6 @@ TEST(JoinedPath, SeparatesSaveBehindARoot) {
   EXPECT_EQ(joinedPath(QStringLiteral("/"), QStringLiteral("x")), QStringLiteral("/x"));
 }
 
-TEST(FileNameOf, IsTheLastPartWhateverTheSystemOfTheName) {
-  for (const char16_t* name :
-       {u"a.txt", u"../a.txt", u"/etc/a.txt", u"..\\..\\a.txt", u"C:a.txt", u"x/y\\a.txt"})
-    EXPECT_EQ(fileNameOf(QString::fromUtf16(name)), "a.txt") << QString::fromUtf16(name).toStdString();
-  EXPECT_EQ(fileNameOf(QStringLiteral("CONTRACT.pdf")), "CONTRACT.pdf");
-  EXPECT_EQ(fileNameOf(QStringLiteral("COM10.txt")), "COM10.txt");
-  EXPECT_EQ(fileNameOf(QStringLiteral(".profile")), ".profile");
-}
-
-TEST(FileNameOf, RefusesWhatNamesNoFile) {
-  for (const char16_t* name : {u"", u".", u"..", u"a/", u"x/..", u". .", u"a\u0001b", u"con", u"NUL.txt",
-                               u"Aux ", u"lpt9.tar.gz", u"COM\u00B9", u"dir/prn", u"conin$"})
-    EXPECT_EQ(numberOf([&] { fileNameOf(QString::fromUtf16(name)); }), 75)
-        << QString::fromUtf16(name).toStdString();
-}
-
 TEST(RemoveFile, TellsWhyItCannot) {
   const QTemporaryDir directory;
   const QString path = directory.filePath(QStringLiteral("a.txt"));

@@ -22,13 +22,6 @@ quint16 hostType(QStringView name) {
   return 0x0300;
 }
 
-bool isReservedName(const QString& name) {
-  static const QStringList reserved = {u"CON"_s, u"PRN"_s, u"AUX"_s, u"NUL"_s, u"CONIN$"_s, u"CONOUT$"_s};
-  const QString stem = name.section(u'.', 0, 0).trimmed().toUpper();
-  if (reserved.contains(stem)) return true;
-  return stem.size() == 4 && (stem.startsWith(u"COM") || stem.startsWith(u"LPT")) && stem[3].isDigit();
-}
-
 quint16 listedBits(QStringView list, std::span<const FileWord> words) {
   quint16 bits = 0;
   for (const QStringView word : list.split(u' ', Qt::SkipEmptyParts)) {
@@ -48,9 +41,8 @@ quint16 compressionOf(QStringView word) {
 FileObject fileAttributes(ImportContext& context) {
   const DxlReader& in = context.in;
   FileObject file;
-  const QString given = in.attribute(u"name");
-  file.name = safeFileName(given);
-  if (file.name.isEmpty()) in.fail(u"\"%1\" is no usable name of an attachment"_s.arg(given));
+  if (!in.hasAttribute(u"name")) in.fail(u"an attached file has no name"_s);
+  file.name = in.attribute(u"name");
   file.hostType = hostType(in.attributeView(u"hosttype"));
   file.compression = compressionOf(in.attributeView(u"compression"));
   file.attributes = listedBits(in.attributeView(u"attribute"), kFileAttributes);
@@ -135,19 +127,6 @@ void readFile(ImportContext& context, Note& note, const QString& itemName, quint
 }
 
 }  // namespace
-
-QString safeFileName(const QString& name) {
-  qsizetype start = 0;
-  for (qsizetype i = 0; i < name.size(); ++i) {
-    if (name[i] == u'/' || name[i] == u'\\' || name[i] == u':') start = i + 1;
-  }
-  const QString last = name.mid(start).trimmed();
-  if (last.isEmpty() || last == u"." || last == u".." || isReservedName(last)) return {};
-  for (const QChar c : last) {
-    if (c < u' ') return {};
-  }
-  return last;
-}
 
 QString hostTypeName(quint16 hostType) {
   const size_t place = hostType >> 8;

@@ -7,10 +7,6 @@
 
 namespace lens {
 
-// The name without directories. "" when nothing usable is left: empty, "." and "..", names that some
-// systems reserve for devices, control characters.
-QString safeFileName(const QString& name);
-
 // The word for a host type; "" when there is none.
 QString hostTypeName(quint16 hostType);
 // The word for a compression, by number; one that is no word is 0.

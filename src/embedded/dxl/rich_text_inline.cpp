@@ -1,7 +1,6 @@
 #include <array>
 
 #include "embedded/dxl/field_elements.h"
-#include "embedded/dxl/file_elements.h"
 #include "embedded/dxl/rich_text_reader.h"
 #include "embedded/dxl/rich_text_records.h"
 #include "embedded/richtext/rich_records.h"
@@ -157,11 +156,10 @@ void RichTextReader::readFontSize() {
 }
 
 void RichTextReader::readAttachment() {
-  const QString given = attribute(u"name");
-  const QString name = safeFileName(given);
+  const QString name = attribute(u"name");
   const QString shown = attribute(u"displayname");
   content();
-  out_.appendAttachment(name.isEmpty() ? given : name, shown.isEmpty() ? name : shown);
+  out_.appendAttachment(name, shown.isEmpty() ? name : shown);
   for (;;) {
     const DxlReader::Token token = in_.next();
     if (token == QXmlStreamReader::EndElement) return;

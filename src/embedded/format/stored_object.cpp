@@ -2,7 +2,6 @@
 
 #include <QtEndian>
 
-#include "embedded/format/attachment_name.h"
 #include "embedded/format/byte_reader.h"
 #include "embedded/format/lmbcs.h"
 #include "embedded/format/stored_item_types.h"
@@ -46,8 +45,7 @@ bool readFileObject(QByteArrayView data, FileObject& file) {
   read.modified = reader.time();
   const QByteArrayView name = reader.take(nameLength);
   if (reader.failed()) return false;
-  // Whoever wrote the value, its name leads to no other directory.
-  read.name = attachmentName(fromLmbcs(name));
+  read.name = fromLmbcs(name);
   file = read;
   return true;
 }

@@ -11,6 +11,8 @@ namespace lens {
 // What a "$FILE" value says of its attachment.
 struct FileObject {
   quint32 objectId = 0;
+  // As it was given, on whatever system: it may hold separators, be a device's name and stand twice in a
+  // note.
   QString name;
   quint32 size = 0;
   TimeDate created, modified;

@@ -4,7 +4,6 @@
 #include <QSet>
 #include <limits>
 
-#include "embedded/format/attachment_name.h"
 #include "embedded/format/case_key.h"
 #include "embedded/format/lmbcs.h"
 #include "embedded/store/readable_file.h"
@@ -38,7 +37,7 @@ QString storable(const QString& name) {
 }  // namespace
 
 QString freeAttachmentName(const Note& note, const QString& fileName) {
-  const QString wanted = attachmentName(storable(fileName));
+  const QString wanted = storable(fileName);
   QSet<QString> taken;
   FileObject file;
   for (const Item& item : note.items)
@@ -63,7 +62,7 @@ FileObject attachFile(OpenNote& open, const QString& path, RichText& text) {
   file.flags = kShownInDocument;
   file.created = timeOf(info.birthTime().isValid() ? info.birthTime() : info.lastModified());
   file.modified = timeOf(info.lastModified());
-  text.appendAttachment(file.name, attachmentName(storable(info.fileName())));
+  text.appendAttachment(file.name, storable(info.fileName()));
   fileObjectValue(file);  // raises for a name that no item can hold, before anything is stored
   const StoredObject stored = open.storeObject(source.device());
   file.objectId = stored.id;

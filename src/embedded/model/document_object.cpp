@@ -81,9 +81,10 @@ Members DocumentObject::readingMembers() {
        }},
       {u"GETATTACHMENT",
        [](DocumentObject& self, const QString& name) {
-         const QHash<QString, FileObject> files = attachedFilesByKey(self.open_->note);
-         const auto file = files.constFind(caseKey(name));
-         return file == files.cend() ? nothing() : newObject<EmbeddedFileObject>(self.open_, *file);
+         FileObject file;
+         return findAttachedFile(self.open_->note, name, file)
+                    ? newObject<EmbeddedFileObject>(self.open_, file)
+                    : nothing();
        }},
       // The document's first entity, whatever item is meant.
       {u"GETMIMEENTITY",

@@ -10,16 +10,26 @@ Item& OpenItem::item() const {
   return note_->item(number_);
 }
 
-RichText OpenItem::richText() const {
+const Item& OpenItem::richItem() const {
   const Item& present = item();
   if (present.type() != itemtype::RichText)
     throw RuntimeError(modelfault::WrongKind, u"%1: the item \"%2\" is no rich text any more"_s.arg(
                                                   databasePath(), present.name.left(64)));
-  return RichText::fromBytes(present.data());
+  return present;
+}
+
+RichText OpenItem::richText() const {
+  return RichText::fromBytes(richItem().data());
+}
+
+QVector<FileObject> OpenItem::shownFiles() const {
+  richItem();
+  return note_->shownFiles(number_);
 }
 
 void OpenItem::setRichText(const RichText& text) const {
   item().value = rawValue(itemtype::RichText, text.toBytes());
+  note_->richTextChanged();
 }
 
 }  // namespace lens

@@ -20,8 +20,12 @@ class OpenItem {
   // document is saved.
   RichText richText() const;
   void setRichText(const RichText& text) const;
+  // The attached files that stand in it, in their order; raises as richText() does.
+  QVector<FileObject> shownFiles() const;
 
  private:
+  const Item& richItem() const;
+
   std::shared_ptr<OpenNote> note_;
   quint32 number_;
 };

@@ -53,21 +53,6 @@ void removeNotes(const OpenDatabase& database, const QVector<NoteId>& notes) {
   tellChanged(database);
 }
 
-bool readAttachedFile(const Item& item, FileObject& file) {
-  return readFileValue(item.value, file);
-}
-
-QHash<QString, FileObject> attachedFilesByKey(const Note& note) {
-  QHash<QString, FileObject> files;
-  FileObject file;
-  for (const Item& item : note.items) {
-    if (!readAttachedFile(item, file)) continue;
-    const QString key = caseKey(file.name);
-    if (!files.contains(key)) files.insert(key, file);
-  }
-  return files;
-}
-
 void OpenNote::requirePresent() const {
   if (removed)
     throw RuntimeError(modelfault::NoSuchDocument,
@@ -96,6 +81,11 @@ Item& OpenNote::item(quint32 number) {
   return note.items[place];
 }
 
+QVector<FileObject> OpenNote::shownFiles(quint32 number) const {
+  if (!shown_) shown_ = shownFilesOf(note);
+  return shown_->value(placeOf(number));
+}
+
 void OpenNote::index() const {
   if (!names_.isEmpty()) return;
   count();
@@ -118,6 +108,7 @@ const Item* OpenNote::find(const QString& name) const {
 quint32 OpenNote::add(Item item) {
   requireName(*this, item.name);
   index();
+  shown_.reset();
   const quint32 number = next_++;
   Named& named = names_[caseKey(item.name)];
   if (named.count++ == 0) named.first = number;
@@ -135,6 +126,7 @@ quint32 OpenNote::replace(const QString& name, QByteArray value) {
   const Item& present = std::as_const(note).items[place];
   if (named.count > 1) refuse(*this, present, u"is one of %1 of its name"_s.arg(named.count));
   requireReplaceable(*this, present);
+  shown_.reset();
   Item& item = note.items[place];
   item.value = std::move(value);
   item.flags &= kSetByForms;
@@ -146,6 +138,7 @@ void OpenNote::removeFirst(const QString& name) {
   index();
   const auto named = names_.find(caseKey(name));
   const qsizetype place = placeOf(named->first);
+  shown_.reset();
   note.items.removeAt(place);
   numbers_.removeAt(place);
   if (--named->count == 0) {

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <QHash>
+#include <optional>
 
 #include "embedded/model/model_context.h"
+#include "embedded/model/shown_files.h"
 
 namespace lens {
 
@@ -22,10 +24,6 @@ bool readable(const Read& read) {
 }
 // Reads a live note; false when there is none of that ID, or when it is damaged.
 bool readableNote(const Database& store, NoteId noteId, Note& note);
-// The attached file that an item stands for; false for every other item.
-bool readAttachedFile(const Item& item, FileObject& file);
-// Of each name, in any case, the first one: where a text shows its files, they are looked up by name.
-QHash<QString, FileObject> attachedFilesByKey(const Note& note);  // see caseKey
 // Deletes the notes, all of them or, after a failure, none: a list that is half done would be worse than one
 // that is whole. What somebody else deleted already is no failure, nor is a null ID, which stands for no
 // note.
@@ -48,6 +46,11 @@ struct OpenNote {
   // First item of that name, null for none and for an empty name. A note of many items is indexed by
   // name at the first call, so that a walk over all of them by name stays linear.
   const Item* find(const QString& name) const;
+
+  // The attached files that the rich text item shows, in the order in which they stand there.
+  QVector<FileObject> shownFiles(quint32 number) const;
+  // For whoever changes the value of a rich text item.
+  void richTextChanged() { shown_.reset(); }
 
   // Raises NoSuchDocument once the document was removed.
   void requirePresent() const;
@@ -92,7 +95,8 @@ struct OpenNote {
   mutable QVector<quint32> numbers_;  // one per item, rising
   mutable quint32 next_ = 0;
   mutable QHash<QString, Named> names_;  // by folded name; empty until it is needed
-  QVector<quint32> unsaved_;             // objects
+  mutable std::optional<ShownFiles> shown_;
+  QVector<quint32> unsaved_;  // objects
 };
 
 }  // namespace lens

@@ -92,6 +92,7 @@ void OpenNote::save(bool force, bool asResponse) {
   }
   count();
   note = std::move(written);
+  shown_.reset();
   // A conflict may have two more items, at the end.
   if (numbers_.size() < note.items.size()) names_.clear();
   count();

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "embedded/format/attachment_name.h"
-#include "embedded/format/case_key.h"
 #include "embedded/model/attaching.h"
 #include "embedded/model/embedded_file_object.h"
 #include "embedded/model/rich_text_navigator_object.h"
@@ -26,19 +24,10 @@ Value embedFile(const OpenItem& open, qint32 kind, const Value& path) {
   return newObject<EmbeddedFileObject>(open.note(), file);
 }
 
-// Those that this item shows, in the order in which they stand there.
 Value shownFiles(const OpenItem& open) {
   QVector<Value> objects;
-  QSet<quint32> known;
-  const RichText text = open.richText();
-  const QHash<QString, FileObject> files = attachedFilesByKey(open.note()->note);
-  for (const RichElement& element : text.elements()) {
-    if (element.kind != RichElement::Kind::Attachment) continue;
-    const auto file = files.constFind(caseKey(attachmentName(element.text)));
-    if (file == files.cend() || known.contains(file->objectId)) continue;
-    known.insert(file->objectId);
-    objects.push_back(newObject<EmbeddedFileObject>(open.note(), *file));
-  }
+  for (const FileObject& file : open.shownFiles())
+    objects.push_back(newObject<EmbeddedFileObject>(open.note(), file));
   return objects.isEmpty() ? Value() : Value::array(std::move(objects));
 }
 

@@ -2,10 +2,12 @@
 
 #include "embedded/dxl/dxl_source.h"
 #include "embedded/dxl/file_elements.h"
+#include "embedded/richtext/rich_text.h"
 #include "import_fixture.h"
 
 namespace lens {
 namespace {
+using namespace Qt::StringLiterals;
 
 QByteArray fileItem(const QByteArray& attributes, const QByteArray& data) {
   return "<item name='$FILE' summary='true'><object><file " + attributes +
@@ -96,30 +98,26 @@ TEST(DxlSource, LongFileDataIsCutIntoNodesAndNothingElseIsTouched) {
   EXPECT_TRUE(read == xml);
 }
 
-TEST(DxlFileName, DirectoriesAreRemoved) {
-  EXPECT_EQ(safeFileName(QStringLiteral("..\\..\\x")).toStdString(), "x");
-  EXPECT_EQ(safeFileName(QStringLiteral("/etc/x")).toStdString(), "x");
-  EXPECT_EQ(safeFileName(QStringLiteral("C:x.txt")).toStdString(), "x.txt");
-  EXPECT_EQ(safeFileName(QStringLiteral("a/b\\c d.txt")).toStdString(), "c d.txt");
+TEST_F(DxlImport, AttachmentsKeepTheirNames) {
+  for (const QString& name : {u"..\\..\\x"_s, u"/etc/x"_s, u"dcimages/x"_s, u"Report: Q1.doc"_s, u"aux.c"_s,
+                              u".."_s, u""_s, u"a\tb\nc"_s}) {
+    const QByteArray written =
+        name.toHtmlEscaped().replace(u'\t', u"&#9;"_s).replace(u'\n', u"&#10;"_s).toUtf8();
+    const Note note = document(
+        "<noteinfo unid='0123456789ABCDEF0123456789ABCDEF'/>" + fileItem("name='" + written + "'", "YQ==") +
+        "<item name='Body'><richtext><pardef id='1'/><par def='1'><attachmentref name='" + written +
+        "'/></par></richtext></item>");
+    EXPECT_EQ(fileOf(note.items[0]).name, name);
+    const RichText text = RichText::fromBytes(note.find(u"Body")->data());
+    for (const RichElement& element : text.elements())
+      if (element.kind == RichElement::Kind::Attachment) {
+        EXPECT_EQ(element.text, name);
+      }
+  }
 }
 
-TEST(DxlFileName, NamesThatNoFileMayHaveAreEmpty) {
-  for (const char16_t* bad :
-       {u"", u"..", u".", u"a/", u"a/..", u"CON", u"nul.txt", u"x\\com1.log", u"LPT9", u" ", u"a\nb"})
-    EXPECT_TRUE(safeFileName(QString::fromUtf16(bad)).isEmpty()) << QString::fromUtf16(bad).toStdString();
-  EXPECT_FALSE(safeFileName(QStringLiteral("CONTRACT.pdf")).isEmpty());
-  EXPECT_FALSE(safeFileName(QStringLiteral("COMx")).isEmpty());
-}
-
-TEST_F(DxlImport, AttachmentCannotNameAPlaceElsewhere) {
-  const Note note = document(fileItem("name='..\\..\\x'", "YQ==") + fileItem("name='/etc/x'", "YQ=="));
-  EXPECT_EQ(fileOf(note.items[0]).name.toStdString(), "x");
-  EXPECT_EQ(fileOf(note.items[1]).name.toStdString(), "x");
-}
-
-TEST_F(DxlImport, UnusableAttachmentNameIsRefused) {
-  EXPECT_TRUE(refusal(fileItem("name='..'", "YQ==")).contains(u"no usable name of an attachment"));
-  EXPECT_TRUE(refusal(fileItem("", "YQ==")).contains(u"no usable name"));
+TEST_F(DxlImport, AttachmentWithoutANameIsRefused) {
+  EXPECT_TRUE(refusal(fileItem("", "YQ==")).contains(u"has no name"));
 }
 
 TEST_F(DxlImport, AttachmentWithoutItsDataIsReported) {

@@ -5,6 +5,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <QBuffer>
+
 #include "embedded/model/support/test_documents.h"
 
 using namespace lens;
@@ -271,12 +273,18 @@ TEST_F(Attaching, ExtractingMakesNoDirectoryAndOverwritesFiles) {
   EXPECT_EQ(content(target), "x");
 }
 
-TEST_F(Attaching, NamesNeverLeadToAnotherDirectory) {
-  const Object evil = t.document(t.addFile(u"../x"_s, "bytes"));
-  EXPECT_EQ(valueOf(evil, u"$FILE"_s), listOf({u"x"}));
-  const Object file = evil.call(u"GETATTACHMENT"_s, u"x"_s).object();
-  EXPECT_EQ(file.get(u"Name"_s).text(), u"x"_s);
-  EXPECT_TRUE(evil.call(u"GETATTACHMENT"_s, u"../x"_s).object().isNothing());
+// The disk's rules are for whoever writes a file; the document keeps what it was given.
+TEST_F(Attaching, NamesAreKeptAsTheyWereGiven) {
+  for (const QString& name : {u"../x"_s, u"/etc/passwd"_s, u"dcimages/x"_s, u"Report: Q1.doc"_s, u"aux.c"_s,
+                              u".."_s, u"a\tb\nc"_s, u"C:\\dir\\b.bin"_s, u" "_s}) {
+    const Object odd = t.document(t.addFile(name, "bytes"));
+    EXPECT_EQ(valueOf(odd, u"$FILE"_s), listOf({name})) << name.toStdString();
+    const Object file = odd.call(u"GETATTACHMENT"_s, name).object();
+    ASSERT_FALSE(file.isNothing()) << name.toStdString();
+    EXPECT_EQ(file.get(u"Name"_s).text(), name);
+    file.call(u"EXTRACTFILE"_s, t.file(u"out"_s));
+    EXPECT_EQ(content(t.file(u"out"_s)), "bytes");
+  }
 }
 
 TEST_F(Attaching, ObjectsOfOtherProgramsAreNoAttachments) {
@@ -296,7 +304,7 @@ TEST_F(Attaching, ObjectsOfOtherProgramsAreNoAttachments) {
   EXPECT_FALSE(document.get(u"HASEMBEDDED"_s).boolean());
 }
 
-TEST_F(Attaching, ATextShowsTheFirstFileOfEachNameInItsOwnOrderAndEachOnce) {
+TEST_F(Attaching, ATextShowsEachFileInItsOwnOrderAndOnce) {
   Note note;
   const auto addFile = [&](const QString& name, quint32 object) {
     FileObject file;
@@ -316,13 +324,69 @@ TEST_F(Attaching, ATextShowsTheFirstFileOfEachNameInItsOwnOrderAndEachOnce) {
   t.store->notes().save(note);
   const Object shown = t.document(note.header.id);
   const Value all = itemOf(shown, u"Body"_s).get(u"EmbeddedObjects"_s);
-  ASSERT_EQ(all.upperBound(), int(kFiles));
+  ASSERT_EQ(all.upperBound(), int(kFiles) + 1);
   EXPECT_EQ(all.at(0).object().get(u"NAME"_s).text(), u"file3000.txt"_s);
   EXPECT_EQ(all.at(kFiles - 1).object().get(u"NAME"_s).text(), u"file1.txt"_s) << "the first of two";
-  EXPECT_EQ(all.at(kFiles).object().get(u"NAME"_s).text(), u"ss.txt"_s);
+  EXPECT_EQ(all.at(kFiles).object().get(u"NAME"_s).text(), u"FILE1.txt"_s) << "the second of two";
+  EXPECT_EQ(all.at(kFiles + 1).object().get(u"NAME"_s).text(), u"ss.txt"_s);
   const Object sharp = shown.call(u"GetAttachment"_s, u"\u00DF.TXT"_s).object();
   EXPECT_EQ(sharp.get(u"Name"_s).text(), u"\u00DF.txt"_s);
   EXPECT_TRUE(shown.call(u"GETATTACHMENT"_s, u"none"_s).object().isNothing());
+}
+
+// Each way in which up to three files of one name can stand in up to three texts.
+TEST_F(Attaching, EachOfSeveralFilesOfANameIsReachedOnce) {
+  for (int files = 1; files <= 3; ++files) {
+    for (int ways = 1; ways < 27; ++ways) {
+      SCOPED_TRACE(ways + 100 * files);
+      Note note;
+      QVector<quint32> objects;
+      for (int i = 0; i < files; ++i) {
+        QBuffer bytes;
+        bytes.setData(QByteArray::number(i));
+        bytes.open(QIODevice::ReadOnly);
+        FileObject file;
+        file.name = i == 1 ? u"A.txt"_s : u"a.txt"_s;
+        file.objectId = t.store->objects().add(bytes).id;
+        file.size = 1;
+        note.add(u"$FILE"_s, itemflag::Summary, fileObjectValue(file));
+      }
+      for (const int places : {ways % 3, ways / 3 % 3, ways / 9}) {
+        RichText text;
+        text.appendText(u"text"_s);
+        for (int i = 0; i < places; ++i) text.appendAttachment(u"a.TXT"_s, u"caption"_s);
+        note.add(u"Body"_s, 0, rawValue(itemtype::RichText, text.toBytes()));
+      }
+      t.store->notes().save(note);
+      const Object shown = t.document(note.header.id);
+      QByteArrayList reached;
+      const Value items = shown.get(u"ITEMS"_s);
+      for (const Value& item : items.values()) {
+        if (item.object().get(u"Type"_s).number() != 1) continue;
+        const Value all = item.object().get(u"EMBEDDEDOBJECTS"_s);
+        if (!all.isArray()) continue;
+        for (const Value& file : all.values()) {
+          file.object().call(u"EXTRACTFILE"_s, t.file(u"out"_s));
+          reached.append(content(t.file(u"out"_s)));
+        }
+      }
+      EXPECT_EQ(reached, QByteArrayList({"0", "1", "2"}).first(files));
+    }
+  }
+}
+
+TEST_F(Attaching, WhatATextShowsFollowsItsChanges) {
+  const Object document = t.document(t.add({{u"Body"_s, richValue(u"text"_s), 0}}));
+  const Object body = itemOf(document, u"Body"_s);
+  EXPECT_FALSE(body.get(u"EMBEDDEDOBJECTS"_s).isArray());
+  for (int count = 1; count <= 3; ++count) {
+    body.call(u"EMBEDOBJECT"_s, 1454, u""_s, write(u"plan.txt"_s, "x"));
+    EXPECT_EQ(body.get(u"EMBEDDEDOBJECTS"_s).upperBound(), count - 1);
+  }
+  document.call(u"RemoveItem"_s, u"$FILE"_s);
+  EXPECT_EQ(body.get(u"EMBEDDEDOBJECTS"_s).upperBound(), 1);
+  document.call(u"RemoveItem"_s, u"Body"_s);
+  EXPECT_GT(raised([&] { body.get(u"EMBEDDEDOBJECTS"_s); }), 0);
 }
 
 TEST_F(Attaching, FreeNamesPassOverThoseThatAreTaken) {
@@ -339,5 +403,5 @@ TEST_F(Attaching, FreeNamesPassOverThoseThatAreTaken) {
   EXPECT_EQ(freeAttachmentName(note, u"a.txt"_s), u"ATT00002.txt"_s);
   take(u"README"_s);
   EXPECT_EQ(freeAttachmentName(note, u"readme"_s), u"ATT00001"_s);
-  EXPECT_EQ(freeAttachmentName(note, u"dir\\b.txt"_s), u"b.txt"_s);
+  EXPECT_EQ(freeAttachmentName(note, u"dir\\b.txt"_s), u"dir\\b.txt"_s);
 }

@@ -1,6 +1,5 @@
 #include "embedded/store/note_copy.h"
 
-#include "embedded/format/attachment_name.h"
 #include "embedded/support/store_test.h"
 
 using namespace lens;
@@ -164,26 +163,4 @@ TEST_F(NoteCopy, AFullTargetKeepsItsOwnFailureAndStaysAsItWas) {
     EXPECT_TRUE(targetIsEmpty()) << more;
   }
   FAIL() << "it never fits";
-}
-
-TEST(AttachmentName, NeverLeadsToAnotherDirectory) {
-  const struct {
-    QString given, kept;
-  } table[] = {{u"a.txt"_s, u"a.txt"_s},
-               {u"../x"_s, u"x"_s},
-               {u"..\\..\\x y.pdf"_s, u"x y.pdf"_s},
-               {u"C:\\dir\\b.bin"_s, u"b.bin"_s},
-               {u"C:b.bin"_s, u"b.bin"_s},
-               {u"/etc/passwd"_s, u"passwd"_s},
-               {u".."_s, u"attachment"_s},
-               {u"dir/"_s, u"attachment"_s},
-               {u"."_s, u"attachment"_s},
-               {u""_s, u""_s},
-               {u".hidden"_s, u".hidden"_s}};
-  for (const auto& [given, kept] : table) EXPECT_EQ(attachmentName(given), kept) << given.toStdString();
-  FileObject file, read;
-  file.name = u"../../x"_s;
-  const QByteArray value = fileObjectValue(file);
-  ASSERT_TRUE(readFileObject(QByteArrayView(value).sliced(2), read));
-  EXPECT_EQ(read.name, u"x"_s);
 }

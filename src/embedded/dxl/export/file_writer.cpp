@@ -47,8 +47,8 @@ void writeObject(ExportContext& context, quint32 object, Base64Lines& lines) {
 
 // Whether "file" gives the value back but for its object ID.
 bool isPlainFile(const FileObject& file, QByteArrayView data, qint64 storedSize) {
-  return !file.name.isEmpty() && isXmlText(file.name) && safeFileName(file.name) == file.name &&
-         !hostTypeName(file.hostType).isEmpty() && file.compression < std::size(kFileCompressions) &&
+  return isXmlText(file.name) && !hostTypeName(file.hostType).isEmpty() &&
+         file.compression < std::size(kFileCompressions) &&
          (file.attributes & ~toldBits(kFileAttributes)) == 0 && (file.flags & ~toldBits(kFileFlags)) == 0 &&
          (file.compression != kUnpacked || qint64(file.size) == storedSize) &&
          QByteArrayView(fileObjectValue(file)).sliced(2) == data;
@@ -71,8 +71,7 @@ void writeFileAttributes(DxlWriter& out, const FileObject& file) {
   if (!attribute.isEmpty()) out.attribute(u"attribute"_s, attribute);
   const QString flags = wordsOf(file.flags, kFileFlags);
   if (!flags.isEmpty()) out.attribute(u"flags"_s, flags);
-  const QString name = safeFileName(xmlText(file.name));
-  out.attribute(u"name"_s, name.isEmpty() ? u"attachment"_s : name);
+  out.attribute(u"name"_s, xmlText(file.name));
   out.attribute(u"size"_s, QString::number(file.size));
 }
 

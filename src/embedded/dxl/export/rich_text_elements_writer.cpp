@@ -3,7 +3,6 @@
 #include <array>
 
 #include "embedded/dxl/exact_marks.h"
-#include "embedded/dxl/file_elements.h"
 #include "embedded/dxl/record_writer.h"
 #include "embedded/dxl/rich_text_records.h"
 #include "embedded/format/lmbcs.h"
@@ -135,13 +134,12 @@ bool RichTextElementsWriter::writeAttachment() {
   if (!inParagraph_ || element.kind != RichElement::Kind::Attachment || element.caption.isEmpty() ||
       !isXmlText(element.text) || !isXmlText(element.caption))
     return false;
-  const QString safe = safeFileName(element.text);
   RecordWriter expected;
   expected.appendRecord(element.record);
   expected.appendRecord(hotspotEnd());
   RecordWriter again;
   again.beginParagraph();
-  again.appendAttachment(safe.isEmpty() ? element.text : safe, element.caption);
+  again.appendAttachment(element.text, element.caption);
   if (again.bytes().mid(2) != expected.bytes() || !isRecord(at_ + 1, hotspotEnd())) return false;
   out_.begin(u"attachmentref"_s);
   out_.attribute(u"name"_s, element.text);
