@@ -64,6 +64,12 @@ void DxlImporter::importFile(const QString& path, ImportReport& report, ImportPr
 
 void DxlImporter::takeFile(const QString& path, ImportReport& report, ImportProgress* progress,
                            OtherFiles* others) {
+  // A pipe would make the import wait for whoever writes into it, a device would never end.
+  const QFileInfo info(path);
+  if (info.exists() && !info.isFile()) {
+    report.failed.push_back(u"%1: it cannot be read (it is no file)"_s.arg(path));
+    return;
+  }
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) {
     report.failed.push_back(u"%1: it cannot be read (%2)"_s.arg(path, file.errorString()));

@@ -1,5 +1,6 @@
 #include "embedded/dxl/dxl_reader.h"
 
+#include <QRegularExpression>
 #include <QScopedValueRollback>
 
 #include "embedded/dxl/base64_decoder.h"
@@ -10,7 +11,7 @@ namespace lens {
 
 namespace {
 
-// Entities expand to at most this many characters.
+// One entity expands to at most this many characters; the source counts all of them.
 constexpr int kMaxExpansion = 4096;
 
 bool isBlank(QStringView text) {
@@ -44,6 +45,8 @@ DxlReader::Token DxlReader::next() {
         read_.resize(xml_.attributes().size());
         std::fill(read_.begin(), read_.end(), false);
         if (++depth_ > kMaxDepth) fail(u"elements are nested deeper than %1"_s.arg(kMaxDepth));
+        if (!source_.goOn()) throw DxlCancelled();
+        if (hasDocumentType_) countDefaults();
         break;
       case QXmlStreamReader::EndElement:
         name_ = xml_.name();
@@ -60,6 +63,11 @@ DxlReader::Token DxlReader::next() {
         fail(source_.fault().isEmpty() ? xml_.errorString() : source_.fault());
       case QXmlStreamReader::DTD:
         refuseExternalEntities();
+        source_.declareEntities(xml_.entityDeclarations());
+        hasDocumentType_ = true;
+        continue;
+      case QXmlStreamReader::StartDocument:
+        refuseOddEncoding();
         continue;
       default:
         continue;
@@ -95,6 +103,28 @@ void DxlReader::refuseExternalEntities() const {
     if (!entity.systemId().isEmpty() || !entity.publicId().isEmpty())
       fail(u"the entity \"%1\" stands in another file, which is not read"_s.arg(entity.name()));
   }
+}
+
+// Only where the bytes of tags are those of ASCII they can be looked at before they are read.
+void DxlReader::refuseOddEncoding() const {
+  static const QRegularExpression known(
+      u"^(utf-?8|(us-)?ascii|iso-?8859-\\d+|latin-?\\d|(windows-|cp)12\\d\\d|koi8-[ru]|macintosh|"
+      "shift[-_]jis|euc-(jp|kr)|gb2312|gbk|gb18030|big5)$"_s,
+      QRegularExpression::CaseInsensitiveOption);
+  const QString encoding = xml_.documentEncoding().toString();
+  if (encoding.isEmpty()) return;
+  if (!known.match(encoding).hasMatch()) fail(u"the encoding \"%1\" is not read"_s.arg(encoding.left(64)));
+}
+
+// Attributes that a document type gives to every element of a name.
+void DxlReader::countDefaults() {
+  const QXmlStreamAttributes attributes = xml_.attributes();
+  if (attributes.size() > DxlSource::kMostAttributes)
+    fail(u"an element has more than %1 attributes"_s.arg(DxlSource::kMostAttributes));
+  for (const QXmlStreamAttribute& attribute : attributes)
+    if (attribute.isDefault()) defaults_ += attribute.name().size() + attribute.value().size();
+  if (defaults_ > source_.mostGrowth())
+    fail(u"its default attributes expand to more than %1 MB"_s.arg(source_.mostGrowth() >> 20));
 }
 
 void DxlReader::finish() {

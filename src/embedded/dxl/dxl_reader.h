@@ -120,6 +120,8 @@ class DxlReader {
   void settleAttributes();
   void unreadElement(QStringView parent);
   void refuseExternalEntities() const;
+  void refuseOddEncoding() const;
+  void countDefaults();
   void record(Token token);
   void readTextChild(bool& afterBreak);
 
@@ -132,6 +134,8 @@ class DxlReader {
   mutable QVarLengthArray<bool, 64> read_;  // attributes of the start tag at hand
   bool passing_ = false;                    // within an element that is passed over or skipped
   bool rootSeen_ = false;
+  bool hasDocumentType_ = false;
+  qint64 defaults_ = 0;  // characters of all default attributes so far
   int depth_ = 0;
 };
 

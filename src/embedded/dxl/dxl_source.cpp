@@ -1,7 +1,10 @@
 #include "embedded/dxl/dxl_source.h"
 
+#include <QRegularExpression>
 #include <algorithm>
 #include <cstring>
+
+#include "notes/literals.h"
 
 namespace lens {
 
@@ -12,6 +15,39 @@ constexpr qint64 kPiece = 64 * 1024;
 constexpr char kDivider[] = "<!---->";
 // The longest start that decides what a "<" begins, with some white space inside the tag.
 constexpr qsizetype kLookAhead = 64;
+constexpr qsizetype kMostTagBytes = 4 * 1024 * 1024;
+constexpr qsizetype kMostDocumentType = 64 * 1024;
+
+// Where a document type ends that begins the text; -1 when more of it is needed.
+qsizetype endOfDocumentType(QByteArrayView text) {
+  bool inSubset = false;
+  for (qsizetype at = 0; at < text.size(); ++at) {
+    const char c = text[at];
+    qsizetype closed = at;
+    if (c == '"' || c == '\'') {
+      closed = text.indexOf(c, at + 1);
+    } else if (text.sliced(at).startsWith("<!--")) {
+      closed = text.indexOf("-->", at + 4);
+    } else if (text.sliced(at).startsWith("<?")) {
+      closed = text.indexOf("?>", at + 2);
+    } else if (c == '[' || c == ']') {
+      inSubset = c == '[';
+    } else if (c == '>' && !inSubset) {
+      return at + 1;
+    }
+    if (closed < 0) return -1;
+    at = closed;
+  }
+  return -1;
+}
+
+// The declaration tells the encoding of the file, not of what becomes of it.
+void blankEncoding(QString& text) {
+  static const QRegularExpression declared(u"^<\\?xml[^>]*?(\\sencoding\\s*=\\s*(\"[^\">]*\"|'[^'>]*'))"_s);
+  const QRegularExpressionMatch match = declared.match(text);
+  if (match.hasMatch())
+    text.replace(match.capturedStart(1), match.capturedLength(1), QString(match.capturedLength(1), u' '));
+}
 
 }  // namespace
 
@@ -26,36 +62,57 @@ qint64 DxlSource::readData(char* data, qint64 maxSize) {
   const qint64 count = std::min<qint64>(maxSize, ready_.size() - readyAt_);
   std::memcpy(data, ready_.constData() + readyAt_, size_t(count));
   readyAt_ += count;
-  return count;
+  if (!growth_.counts()) return count;
+  growth_.count(QByteArrayView(data, count));
+  if (growth_.characters() <= mostGrowth()) return count;
+  fault_ = u"its entities expand to more than %1 MB"_s.arg(mostGrowth() >> 20);
+  return -1;
+}
+
+qint64 DxlSource::mostGrowth() const {
+  constexpr qint64 kAlways = 64 * 1024 * 1024;
+  return std::max(kAlways, 10 * file_.size());
+}
+
+bool DxlSource::goOn() {
+  if (!cancelled_ && progress_ && !progress_(done_)) cancelled_ = true;
+  return !cancelled_;
 }
 
 bool DxlSource::refill() {
   ready_.resize(0);
   readyAt_ = 0;
-  if (end_) return false;
-  if (progress_ && !progress_(done_)) {
-    cancelled_ = true;
-    return false;
-  }
+  if (end_ || !fault_.isEmpty() || !goOn()) return false;
+  end_ = !readBlock();
+  splitLongNodes();
+  return fault_.isEmpty() && (!end_ || !ready_.isEmpty());
+}
+
+// Appends to what is there. False at the end of the file and after a fault.
+bool DxlSource::readBlock() {
   const qsizetype kept = raw_.size();
   raw_.resize(kept + kBlock);
   const qint64 count = file_.read(raw_.data() + kept, kBlock);
   raw_.resize(kept + std::max<qint64>(count, 0));
   if (count < 0) fault_ = file_.errorString();
-  end_ = count <= 0;
-  done_ += std::max<qint64>(count, 0);
+  if (count <= 0) return false;
+  done_ += count;
   if (first_) {
-    first_ = false;
-    narrow_ = !QByteArrayView(raw_).first(std::min<qsizetype>(raw_.size(), 64)).contains('\0') &&
-              !raw_.startsWith("\xFE\xFF") && !raw_.startsWith("\xFF\xFE");
+    const auto encoding = QStringConverter::encodingForData(raw_, u'<');
+    if (encoding && *encoding != QStringConverter::Utf8) wide_.emplace(*encoding);
   }
-  if (narrow_) {
-    splitLongNodes();
-  } else {
-    ready_.swap(raw_);
-    raw_.resize(0);
-  }
-  return fault_.isEmpty() && (!end_ || !ready_.isEmpty());
+  if (wide_) decodeBlock(raw_.last(count));
+  first_ = false;
+  return true;
+}
+
+// Puts UTF-8 in the place of the block at the end of what is there.
+void DxlSource::decodeBlock(QByteArrayView block) {
+  QString text = wide_->decode(block);
+  if (first_) blankEncoding(text);
+  raw_.chop(block.size());
+  raw_.append(QByteArray(narrow_.encode(text)));
+  if (wide_->hasError() || narrow_.hasError()) fault_ = u"its characters are not encoded as its first ones"_s;
 }
 
 void DxlSource::copyTo(qsizetype end) {
@@ -73,6 +130,12 @@ void DxlSource::splitLongNodes() {
       case Place::Markup:
         next = passMarkup(at);
         break;
+      case Place::Tag:
+        next = passTag(at);
+        break;
+      case Place::Instruction:
+        next = passUntil(at, "?>");
+        break;
       case Place::Comment:
         next = passUntil(at, "-->");
         break;
@@ -83,7 +146,7 @@ void DxlSource::splitLongNodes() {
         next = passFileData(at);
         break;
     }
-    if (next == at) break;
+    if (next == at || !fault_.isEmpty()) break;
     at = next;
   }
   if (end_) at = raw_.size();
@@ -117,7 +180,53 @@ qsizetype DxlSource::passMarkup(qsizetype at) {
       return open + close + 1;
     }
   }
+  if (rest.startsWith("<!DOCTYPE")) return passDocumentType(open);
+  if (rest.startsWith("<?")) {
+    place_ = Place::Instruction;
+  } else if (!rest.startsWith("</") && !rest.startsWith("<!")) {
+    place_ = Place::Tag;
+    quote_ = 0;
+    attributes_ = 0;
+    tagBytes_ = 0;
+  }
   return open + 1;
+}
+
+// The document type as a whole, since it is short.
+qsizetype DxlSource::passDocumentType(qsizetype at) {
+  const QByteArrayView rest = QByteArrayView(raw_).sliced(at);
+  const qsizetype end = endOfDocumentType(rest.first(std::min(rest.size(), kMostDocumentType)));
+  if (end >= 0) return at + end;
+  if (rest.size() >= kMostDocumentType)
+    fault_ = u"its document type is longer than %1 KB"_s.arg(kMostDocumentType >> 10);
+  return at;
+}
+
+qsizetype DxlSource::passTag(qsizetype at) {
+  const char* const begin = raw_.constData();
+  const qsizetype end = raw_.size();
+  const qsizetype start = at;
+  while (at < end && place_ == Place::Tag) {
+    if (quote_ != 0) {
+      const void* const closed = std::memchr(begin + at, quote_, size_t(end - at));
+      at = closed ? static_cast<const char*>(closed) - begin + 1 : end;
+      if (closed) quote_ = 0;
+      continue;
+    }
+    const char c = begin[at++];
+    if (c == '>') {
+      place_ = Place::Markup;
+    } else if (c == '"' || c == '\'') {
+      quote_ = c;
+      ++attributes_;
+    }
+  }
+  tagBytes_ += at - start;
+  if (attributes_ > kMostAttributes)
+    fault_ = u"an element has more than %1 attributes"_s.arg(kMostAttributes);
+  else if (tagBytes_ > kMostTagBytes)
+    fault_ = u"the attributes of an element are longer than %1 MB"_s.arg(kMostTagBytes >> 20);
+  return at;
 }
 
 qsizetype DxlSource::passUntil(qsizetype at, QByteArrayView end) {

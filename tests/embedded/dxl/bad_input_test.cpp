@@ -1,6 +1,11 @@
 #include <QBuffer>
 
+#include "embedded/dxl/entity_growth.h"
 #include "import_fixture.h"
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
 
 namespace lens {
 namespace {
@@ -125,6 +130,176 @@ TEST_F(DxlImport, EntityBombIsStopped) {
   EXPECT_EQ(notes(), 0);
 }
 
+// What a few hundred bytes can become.
+class DxlGrowth : public DxlImport {
+ protected:
+  static QByteArray item(const QByteArray& text) { return "<item name='A'><text>" + text + "</text></item>"; }
+  static QByteArray wide(const QByteArray& xml) {
+    QByteArray bytes("\xFF\xFE", 2);
+    for (const QChar c : QString::fromUtf8(xml)) bytes.append(char(c.cell())).append(char(c.row()));
+    return bytes;
+  }
+  // The reason for which it is refused, in a narrow and in a wide encoding.
+  QString reasonOf(const QByteArray& xml) {
+    const int before = notes();
+    const QString narrow = run(xml).failed.join(u' '), twoBytes = run(wide(xml)).failed.join(u' ');
+    const auto reason = [](const QString& told) { return told.mid(told.lastIndexOf(u':')).toStdString(); };
+    EXPECT_EQ(reason(narrow), reason(twoBytes)) << narrow.toStdString() << twoBytes.toStdString();
+    EXPECT_EQ(notes(), narrow.isEmpty() ? before + 2 : before);
+    return narrow;
+  }
+  static QByteArray entity(qsizetype length) {
+    return "<!DOCTYPE document [<!ENTITY a '" + QByteArray(length, 'x') + "'>]>";
+  }
+};
+
+TEST_F(DxlGrowth, EntitiesAreBoundedInTheirSum) {
+  const QByteArray many = QByteArray("&a;").repeated(200000), bound = "entities expand to more than 64 MB";
+  const auto refused = [&](const QByteArray& xml) {
+    return reasonOf(xml).contains(QString::fromLatin1(bound));
+  };
+  EXPECT_TRUE(refused(entity(4000) + "<document>" + item(many) + "</document>"));
+  EXPECT_TRUE(refused(entity(4000) + "<document>" + item("&a;").repeated(20000) + "</document>"));
+  EXPECT_TRUE(
+      refused(entity(4000) + "<document>" + item("<![CDATA[&]]>&a;").repeated(20000) + "</document>"));
+  EXPECT_TRUE(refused(entity(4000) + "<document form='" + many + "'/>"));
+  EXPECT_TRUE(refused(entity(4000) + "<document><unknown>" + many + "</unknown></document>"));
+  EXPECT_TRUE(refused("<!DOCTYPE document [<!ENTITY b '&c;&c;'><!ENTITY c '" + QByteArray(2000, 'x') +
+                      "'>]><document>" + item(QByteArray("&b;").repeated(20000)) + "</document>"));
+  EXPECT_TRUE(refused("<!DOCTYPE document [<!ENTITY \xC3\xA4 '" + QByteArray(4000, 'x') + "'>]><document>" +
+                      item(QByteArray("&\xC3\xA4;").repeated(20000)) + "</document>"));
+}
+
+TEST_F(DxlGrowth, EntitiesOfUsualSizeAreRead) {
+  EXPECT_EQ(reasonOf(entity(1000) + "<document>" + item(QByteArray("&a;").repeated(500)) + "</document>"),
+            "");
+  EXPECT_EQ(
+      reasonOf(entity(4000) + "<document>" + item(QByteArray("&lt;&#65;").repeated(30000)) + "</document>"),
+      "");
+}
+
+TEST_F(DxlGrowth, DefaultAttributesAreBounded) {
+  const QByteArray one = "<!DOCTYPE document [<!ATTLIST item other CDATA '" + QByteArray(4000, 'x') + "'>]>";
+  EXPECT_TRUE(reasonOf(one + "<document>" + item("").repeated(20000) + "</document>")
+                  .contains(u"default attributes expand to more than"));
+  QByteArray many = "<!DOCTYPE document [<!ATTLIST item ";
+  for (int i = 0; i < 300; ++i) many += "a" + QByteArray::number(i) + " CDATA 'x' ";
+  EXPECT_TRUE(
+      reasonOf(many + ">]><document>" + item("") + "</document>").contains(u"more than 256 attributes"));
+}
+
+TEST_F(DxlGrowth, AttributesAreBoundedInNumberAndSize) {
+  const auto attributes = [](int count, const QByteArray& value) {
+    QByteArray all;
+    for (int i = 0; i < count; ++i) all += " a" + QByteArray::number(i) + "=" + value;
+    return all;
+  };
+  const auto document = [&](const QByteArray& all) { return "<document><unknown" + all + "/></document>"; };
+  EXPECT_TRUE(reasonOf(document(attributes(100000, "'x'"))).contains(u"more than 256 attributes"));
+  EXPECT_TRUE(reasonOf(document(attributes(100000, "\"'>'\""))).contains(u"more than 256 attributes"));
+  EXPECT_TRUE(reasonOf(document(attributes(257, "'x'"))).contains(u"more than 256 attributes"));
+  EXPECT_EQ(reasonOf(document(attributes(256, "'>'"))), "");
+  const QByteArray megabyte(1024 * 1024, 'x');
+  EXPECT_EQ(reasonOf(document(" a='" + megabyte + "'")), "");
+  EXPECT_TRUE(reasonOf(document(" a='" + megabyte.repeated(5) + "'"))
+                  .contains(u"attributes of an element are longer"));
+}
+
+TEST_F(DxlGrowth, DocumentTypesAreBoundedInTheirLength) {
+  EXPECT_TRUE(reasonOf("<!DOCTYPE document [<!-- ' -->" + QByteArray("<!ENTITY % p 'x'>%p;").repeated(5000) +
+                       "]><document/>")
+                  .contains(u"document type is longer than 64 KB"));
+  EXPECT_TRUE(reasonOf("<!DOCTYPE document [").size() > 0);
+  EXPECT_EQ(
+      reasonOf(
+          "<!DOCTYPE document SYSTEM 'a>b' [<!-- don't <a ] > --><?x it's ]>?><!ENTITY a '<b c=\"]>\">'>]>"
+          "<document>" +
+          item("x") + "</document>"),
+      "");
+}
+
+// Quotes that open nothing must not hide what follows.
+TEST_F(DxlGrowth, QuotesOutsideOfTagsAreText) {
+  const QByteArray quotes = "<?x don't ?><!-- it's --><document>" + item("I can't say \"") +
+                            "<unknown><![CDATA[<a b=' \"]]></unknown><?y \"?></document>";
+  EXPECT_EQ(reasonOf(quotes), "");
+  QByteArray many;
+  for (int i = 0; i < 300; ++i) many += " a" + QByteArray::number(i) + "=''";
+  EXPECT_TRUE(reasonOf(QByteArray(quotes).replace("</document>", "<u" + many + "/></document>"))
+                  .contains(u"more than 256 attributes"));
+}
+
+TEST_F(DxlImport, EncodingsThatHideTagsAreNotRead) {
+  for (const QByteArray encoding : {"UTF-7", "IBM037", "SCSU", "UTF-16", "UTF-32LE"}) {
+    const ImportReport report = run("<?xml version='1.0' encoding='" + encoding + "'?><document/>");
+    EXPECT_EQ(report.failed.size(), 1) << encoding.data();
+  }
+  EXPECT_EQ(notes(), 0);
+  for (const QByteArray encoding : {"utf-8", "US-ASCII", "ISO-8859-1", "windows-1252", "UTF-8"})
+    EXPECT_EQ(
+        run("<?xml version='1.0' encoding='" + encoding + "'?><document/>").failed.join(u' ').toStdString(),
+        "");
+}
+
+TEST_F(DxlImport, BrokenCharactersOfAWideFileAreAFault) {
+  QByteArray bytes("\xFF\xFE", 2);
+  for (const char c : QByteArray("<document><item name='A'><text>")) bytes.append(c).append('\0');
+  bytes.append("\x00\xD8", 2);
+  for (const char c : QByteArray("x</text></item></document>")) bytes.append(c).append('\0');
+  EXPECT_EQ(run(bytes).failed.size(), 1);
+  EXPECT_EQ(notes(), 0);
+}
+
+#ifdef Q_OS_UNIX
+TEST_F(DxlImport, OnlyFilesAreRead) {
+  const QString pipe = folder_.filePath(QStringLiteral("pipe.dxl")),
+                link = folder_.filePath(QStringLiteral("link.dxl"));
+  ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+  ASSERT_TRUE(QFile::link(pipe, link));
+  write("<document/>", QStringLiteral("good.dxl"));
+  ImportReport report;
+  DxlImporter(*database_).importFiles({pipe, link, QStringLiteral("/dev/zero"), folder_.path()}, report);
+  EXPECT_EQ(report.notes, 1);
+  for (const QString& path : {pipe, link, QStringLiteral("/dev/zero")})
+    EXPECT_TRUE(report.failed.contains(path + QStringLiteral(": it cannot be read (it is no file)")))
+        << report.failed.join(u'\n').toStdString();
+}
+#endif
+
+// References count the same wherever the file is cut into pieces.
+TEST(EntityGrowth, AddsUpWhatTheReaderExpands) {
+  const QByteArray type = "<!DOCTYPE d [<!ENTITY a 'xyz'><!ENTITY b '&a;&a;-'><!ENTITY long 'x&b;&b;y'>]>";
+  const QByteArray content = "&a; &lt;&b;<e f='&a;&long;'/>&amp;&long;&#65;<![CDATA[ & && ]]>&a;";
+  QXmlStreamReader xml(type + "<d>" + content + "</d>");
+  while (xml.readNext() != QXmlStreamReader::DTD) {
+  }
+  const QXmlStreamEntityDeclarations entities = xml.entityDeclarations();
+  for (qsizetype cut = 0; cut <= content.size(); ++cut) {
+    EntityGrowth growth;
+    growth.declare(entities);
+    growth.count(QByteArrayView(content).first(cut));
+    growth.count(QByteArrayView(content).sliced(cut));
+    // At least what comes out, at most what the texts of the entities hold.
+    const qint64 a = 3, b = 1 + 2 * (a + 3), lengthy = 2 + 2 * (b + 3);
+    EXPECT_EQ(growth.characters(), 3 * a + b + 2 * lengthy) << cut;
+  }
+}
+
+TEST(EntityGrowth, CirclesAndLongChainsAreEndless) {
+  QByteArray type = "<!DOCTYPE d [<!ENTITY a '&b;'><!ENTITY b '&a;'><!ENTITY c0 'x'>";
+  for (int i = 1; i < 1000; ++i)
+    type += "<!ENTITY c" + QByteArray::number(i) + " '&c" + QByteArray::number(i - 1) + ";'>";
+  QXmlStreamReader xml(type + "]><d/>");
+  while (xml.readNext() != QXmlStreamReader::DTD) {
+  }
+  for (const char* reference : {"&a;", "&b;", "&c999;"}) {
+    EntityGrowth growth;
+    growth.declare(xml.entityDeclarations());
+    growth.count(reference);
+    EXPECT_GT(growth.characters(), qint64(1) << 32) << reference;
+  }
+}
+
 TEST_F(DxlImport, DeepNestingIsStopped) {
   for (const QByteArray tag : {"x", "table", "section", "run", "par", "tablerow", "tablecell"}) {
     const QByteArray open = "<" + tag + ">", close = "</" + tag + ">";
@@ -200,6 +375,18 @@ TEST_F(DxlImport, CancellationUndoesTheFileAndEndsTheRun) {
   EXPECT_EQ(report.notes, 1);
   EXPECT_TRUE(report.failed.isEmpty());
   EXPECT_TRUE(report.text().contains(u"Cancelled"));
+}
+
+TEST_F(DxlImport, CancellationIsNoticedAtEveryElement) {
+  write("<database>" + QByteArray("<document/>").repeated(1000) + "</database>");
+  for (const int calls : {1, 10, 500, 999}) {
+    ImportReport report;
+    CancelAt progress(calls);
+    DxlImporter(*database_).importFile(folder_.filePath(QStringLiteral("in.dxl")), report, &progress);
+    EXPECT_TRUE(report.cancelled) << calls;
+    EXPECT_EQ(progress.seen, calls + 1);
+    EXPECT_EQ(notes(), 0);
+  }
 }
 
 TEST_F(DxlImport, ListThatNoValueCanHoldIsAFaultWithAPlace) {
