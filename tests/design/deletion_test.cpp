@@ -297,26 +297,26 @@ TEST_F(DeletionTest, ThatTheObjectModelRefusesEndsWithItsReason) {
 
 TEST_F(DeletionTest, ThatTheStoreRefusesEndsWithItsReasonAndKeepsTheNote) {
   const NoteId id = memo();
-  const QString path = database->path();
   database.reset();
   start();
   markRows({digits(id)});
   ASSERT_TRUE(state().gDb);
-  workspace->database(QString(), u"mail.nsf"_s);
-  sqlite3* other = nullptr;
-  ASSERT_EQ(sqlite3_open(path.toUtf8().constData(), &other), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(other,
-                         "CREATE TRIGGER held BEFORE UPDATE ON note BEGIN SELECT RAISE(ABORT, 'held'); END;"
-                         "CREATE TRIGGER kept BEFORE DELETE ON note BEGIN SELECT RAISE(ABORT, 'held'); END",
-                         nullptr, nullptr, nullptr),
-            SQLITE_OK);
+  // Triggers of the file itself would not be run.
+  const auto held = workspace->database(QString(), u"mail.nsf"_s);
+  ASSERT_EQ(
+      sqlite3_exec(held->handle(),
+                   "CREATE TEMP TRIGGER held BEFORE UPDATE ON main.note BEGIN SELECT RAISE(ABORT, 'held');"
+                   " END;"
+                   "CREATE TEMP TRIGGER kept BEFORE DELETE ON main.note BEGIN SELECT RAISE(ABORT, 'held');"
+                   " END",
+                   nullptr, nullptr, nullptr),
+      SQLITE_OK);
   press("cmdDelete");
   ASSERT_EQ(host.boxes.size(), 1);
   EXPECT_EQ(host.boxes[0].style, box::Critical);
   EXPECT_EQ(host.boxes[0].title, "Remove Profiles");
   EXPECT_EQ(markedRows().size(), 1);
-  sqlite3_exec(other, "DROP TRIGGER held; DROP TRIGGER kept", nullptr, nullptr, nullptr);
-  sqlite3_close(other);
+  sqlite3_exec(held->handle(), "DROP TRIGGER held; DROP TRIGGER kept", nullptr, nullptr, nullptr);
   host.boxes.clear();
   press("cmdDelete");
   EXPECT_EQ(host.boxes, Boxes());

@@ -6,6 +6,7 @@
 #include "embedded/replication/conflict.h"
 #include "embedded/replication/note_transfer.h"
 #include "embedded/replication/version_walk.h"
+#include "embedded/store/stored_row.h"
 #include "embedded/views/folder_documents.h"
 #include "notes/literals.h"
 
@@ -27,7 +28,7 @@ NoteHeader stubAfter(const NoteVersion& version) {
   NoteHeader header;
   header.unid = version.unid;
   header.noteClass = version.noteClass;
-  header.sequence = version.sequence + 1;
+  header.sequence = nextSequence(version.sequence);
   header.sequenceTime = version.sequenceTime;
   return header;
 }

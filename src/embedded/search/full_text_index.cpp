@@ -3,10 +3,12 @@
 #include <QThread>
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "embedded/search/full_text.h"
 #include "embedded/search/full_text_tables.h"
 #include "embedded/search/full_text_writer.h"
+#include "notes/literals.h"
 #include "notes/runtime_error.h"
 
 namespace lens {
@@ -51,6 +53,10 @@ class CatchUp {
     goal_ = database_.versions().changeSequence();
     mark_ = tables_.mark();
     if (mark_.change > goal_) {
+      if (std::exchange(replaced_, true))
+        throw RuntimeError(
+            enginefault::Damaged,
+            u"%1: the database is damaged (its changes are not in order)"_s.arg(database_.path()));
       makeTables(database_, tables_, Existing::Replace);
       mark_ = tables_.mark();
     }
@@ -101,6 +107,7 @@ class CatchUp {
   const IndexWork& work_;
   std::optional<fulltext::Writer> writer_;
   qint64 start_ = -1, goal_ = 0;
+  bool replaced_ = false;  // what goes further than the database is made anew, once
   Mark mark_;
   QVector<NoteChange> changes_;
   qsizetype next_ = 0;

@@ -1,34 +1,8 @@
 #include "embedded/search/full_text_tables.h"
 
+#include "embedded/store/own_tables.h"
+
 namespace lens::fulltext {
-namespace {
-
-// The words come folded and parted, so the simplest tokenizer does.
-#define LENS_FULL_TEXT \
-  "CREATE VIRTUAL TABLE full_text USING fts5(words, fields, content='', tokenize='ascii')"
-
-constexpr char kCreate[] = LENS_FULL_TEXT
-    ";"
-    "CREATE TABLE full_text_field (id INTEGER PRIMARY KEY, name TEXT NOT NULL UNIQUE);"
-    "CREATE TABLE full_text_kept (note INTEGER PRIMARY KEY, fields BLOB NOT NULL);"
-    "CREATE TABLE full_text_value ("
-    "  field INTEGER NOT NULL, kind INTEGER NOT NULL, value REAL NOT NULL, note INTEGER NOT NULL,"
-    "  PRIMARY KEY (field, kind, value, note)) WITHOUT ROWID;"
-    "CREATE INDEX full_text_value_note ON full_text_value (note);"
-    "CREATE TABLE full_text_span ("
-    "  field INTEGER NOT NULL, kind INTEGER NOT NULL, first REAL NOT NULL, last REAL NOT NULL,"
-    "  note INTEGER NOT NULL, PRIMARY KEY (field, kind, first, last, note)) WITHOUT ROWID;"
-    "CREATE INDEX full_text_span_note ON full_text_span (note);";
-constexpr char kDrop[] =
-    "DROP TABLE IF EXISTS full_text;"
-    "DROP TABLE IF EXISTS full_text_field;"
-    "DROP TABLE IF EXISTS full_text_kept;"
-    "DROP TABLE IF EXISTS full_text_value;"
-    "DROP TABLE IF EXISTS full_text_span;"
-    "DELETE FROM info WHERE key = 'full text change';";
-
-}  // namespace
-
 QString fieldPrefix(qint64 field) {
   return kFieldMark + QString::number(field) + kFieldMark;
 }
@@ -36,16 +10,17 @@ QString fieldPrefix(qint64 field) {
 // A table of that name with another definition was not made by this program: it is no index.
 bool Tables::exist() {
   Statement::Run row(definition);
-  return row.step() && row.text(0) == QLatin1String(LENS_FULL_TEXT);
+  return row.step() && row.text(0) == QLatin1String(kFullTextWords);
 }
 
 void Tables::create() {
   drop();
-  connection.execute(kCreate, kWrite);
+  connection.execute(kFullTextWords, kWrite);
+  connection.execute(kFullTextTables, kWrite);
 }
 
 void Tables::drop() {
-  connection.execute(kDrop, kWrite);
+  connection.execute(kDropFullText, kWrite);
 }
 
 // Kept in one number: below zero while the first build is under way.

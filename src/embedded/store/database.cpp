@@ -110,6 +110,7 @@ DatabaseInfo Database::infoOf(const QString& path) {
   const Connection connection(path, openFlags(access), access == FileAccess::Constant);
   // A listing of many databases must not stand still at one that is locked.
   sqlite3_busy_timeout(connection.handle(), 100);
+  requireOwnSchema(connection);
   Statement statement(connection, "SELECT value FROM info WHERE key = ?", enginefault::CannotOpen);
   return readInfo([&](const QString& key) {
     Statement::Run row(statement, key);

@@ -7,6 +7,7 @@
 
 #include "embedded/files/staged_file.h"
 #include "embedded/format/engine_fault.h"
+#include "embedded/store/own_tables.h"
 #include "embedded/store/sqlite_statement.h"
 #include "notes/literals.h"
 #include "notes/runtime_error.h"
@@ -20,32 +21,14 @@ constexpr qsizetype kSchemaOffset = 60;
 constexpr qsizetype kApplicationOffset = 68;
 
 // The unfinished file beside the final one must never be taken for a database.
-constexpr char kSchema[] = R"(
-PRAGMA page_size = 8192;
-PRAGMA synchronous = FULL;
-BEGIN IMMEDIATE;
-PRAGMA application_id = 0x544C4E53;
-PRAGMA user_version = 3;
-CREATE TABLE note (
-  id INTEGER PRIMARY KEY, class INTEGER NOT NULL, unid BLOB NOT NULL, parent BLOB,
-  sequence INTEGER NOT NULL, sequence_time INTEGER NOT NULL, created INTEGER NOT NULL,
-  modified INTEGER NOT NULL, added INTEGER NOT NULL, accessed INTEGER NOT NULL,
-  state INTEGER NOT NULL, change INTEGER NOT NULL, items BLOB);
-CREATE UNIQUE INDEX note_unid ON note (unid);
-CREATE INDEX note_class ON note (class, id, unid, parent) WHERE state = 0;
-CREATE INDEX note_change ON note (change);
-CREATE TABLE erased (change INTEGER PRIMARY KEY, note INTEGER NOT NULL);
-CREATE TABLE lineage (note INTEGER PRIMARY KEY, stamps BLOB NOT NULL);
-CREATE TABLE info (key TEXT PRIMARY KEY, value) WITHOUT ROWID;
-CREATE TABLE object (
-  id INTEGER PRIMARY KEY AUTOINCREMENT, size INTEGER NOT NULL, chunks INTEGER NOT NULL, checksum BLOB);
-CREATE TABLE object_chunk (
-  object INTEGER NOT NULL, number INTEGER NOT NULL, bytes BLOB NOT NULL,
-  PRIMARY KEY (object, number)) WITHOUT ROWID;
-COMMIT;
-PRAGMA journal_mode = WAL;
-)";
-static_assert(kSchemaVersion == 3 && kApplicationId == 0x544C4E53, "as written in the schema");
+QByteArray newDatabase() {
+  const QByteArray create("CREATE TABLE ");
+  return QByteArray("PRAGMA page_size = 8192; PRAGMA synchronous = FULL; BEGIN IMMEDIATE;") +
+         "PRAGMA application_id = " + QByteArray::number(kApplicationId) +
+         ";PRAGMA user_version = " + QByteArray::number(kSchemaVersion) + ";" + kNoteTables + create +
+         kErasedTable + ";" + create + kLineageTable + ";" + create + kFolderTable + ";" + kFolderIndexes +
+         "COMMIT; PRAGMA journal_mode = WAL;";
+}
 
 QByteArray headOf(const QString& path) {
   QFile file(path);
@@ -63,7 +46,7 @@ bool isOurs(const QByteArray& head) {
 
 void writeSchema(const QString& aside) {
   Connection connection(aside, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX);
-  connection.execute(kSchema, enginefault::NotSaved);
+  connection.execute(newDatabase().constData(), enginefault::NotSaved);
 }
 
 }  // namespace
@@ -89,32 +72,79 @@ void requireDatabaseFile(const QString& path) {
                            path, QString::number(schema), QString::number(kSchemaVersion)));
 }
 
+namespace {
+
+void executeUpdate(Connection& connection, const QByteArray& sql) {
+  connection.execute(sql.constData(), enginefault::CannotOpen);
+}
+
+// Folders as they were kept before are read into what they are kept in now; what belonged to deleted
+// documents goes, but not the highest change of a folder.
+void bringFoldersUpToDate(Connection& connection) {
+  const bool timed = sqlite3_table_column_metadata(connection.handle(), "main", "folder_document", "time",
+                                                   nullptr, nullptr, nullptr, nullptr, nullptr) == SQLITE_OK;
+  executeUpdate(connection,
+                QByteArray("CREATE TEMP TABLE earlier_folder AS SELECT folder, document, change,"
+                           " present, ") +
+                    (timed ? "time" : "0 AS time") +
+                    " FROM main.folder_document;"
+                    "DROP TRIGGER IF EXISTS main.folder_document_stub;"
+                    "DROP TRIGGER IF EXISTS main.folder_document_erased;"
+                    "DROP TABLE main.folder_document;"
+                    "CREATE TABLE " +
+                    kFolderTable + ";" + kFolderIndexes +
+                    "INSERT INTO folder_document SELECT * FROM earlier_folder WHERE document = x''"
+                    " OR document IN (SELECT unid FROM note WHERE state = 0);"
+                    "INSERT OR IGNORE INTO folder_document SELECT folder, x'', max(change), 0, 0"
+                    " FROM earlier_folder GROUP BY folder;"
+                    "DROP TABLE earlier_folder;");
+}
+
+void dropOutdated(Connection& connection, const QByteArrayList& outdated) {
+  bool words = false;
+  for (const QByteArray& table : outdated) words = words || table.startsWith("full_text");
+  if (words) executeUpdate(connection, kDropFullText);
+  for (const QByteArray& table : outdated)
+    if (!table.startsWith("full_text")) executeUpdate(connection, "DROP TABLE IF EXISTS main." + table);
+}
+
+// A file that cannot be changed gets what it lacks for this connection only, and keeps its schema.
+void lendTables(Connection& connection) {
+  for (const char* const table : {kErasedTable, kLineageTable, kFolderTable}) {
+    const QByteArray name = QByteArray(table).split(' ').first();
+    if (sqlite3_table_column_metadata(connection.handle(), "main", name.constData(), nullptr, nullptr,
+                                      nullptr, nullptr, nullptr, nullptr) != SQLITE_OK)
+      executeUpdate(connection, QByteArray("CREATE TEMP TABLE ") + table);
+  }
+}
+
+}  // namespace
+
 // Schema 1 did not write down what was erased without a stub, schema 2 not which version of a note came
-// out of which. A file that cannot be changed gets the tables for this connection only, and keeps its
-// schema.
-void bringUpToDate(Connection& connection, FileAccess access) {
+// out of which, schema 3 had no table of folders until one was filled.
+void bringUpToDate(Connection& connection, FileAccess access, const SchemaFindings& findings) {
   Statement version(connection, "PRAGMA user_version", enginefault::CannotOpen);
   qint64 schema = 0;
   {
     Statement::Run row(version);
     if (row.step()) schema = row.integer(0);
   }
-  if (schema >= kSchemaVersion) return;
-  if (access == FileAccess::ReadWrite) {
-    connection.execute(
-        "BEGIN IMMEDIATE;"
-        "CREATE TABLE IF NOT EXISTS erased (change INTEGER PRIMARY KEY, note INTEGER NOT NULL);"
-        "CREATE TABLE IF NOT EXISTS lineage (note INTEGER PRIMARY KEY, stamps BLOB NOT NULL);"
-        "PRAGMA user_version = 3;"
-        "COMMIT",
-        enginefault::CannotOpen);
-    return;
+  if (access != FileAccess::ReadWrite) {
+    if (!findings.outdated.isEmpty())
+      throw RuntimeError(enginefault::Damaged,
+                         u"%1: the database is damaged (its table \"%2\" is not what this program makes, and "
+                         "the file cannot be changed)"_s.arg(connection.path(),
+                                                             QString::fromUtf8(findings.outdated.first())));
+    return lendTables(connection);
   }
-  if (schema < 2)
-    connection.execute("CREATE TEMP TABLE erased (change INTEGER PRIMARY KEY, note INTEGER NOT NULL)",
-                       enginefault::CannotOpen);
-  connection.execute("CREATE TEMP TABLE lineage (note INTEGER PRIMARY KEY, stamps BLOB NOT NULL)",
-                     enginefault::CannotOpen);
+  if (schema >= kSchemaVersion && findings.outdated.isEmpty()) return;
+  const QByteArray create("CREATE TABLE IF NOT EXISTS ");
+  executeUpdate(connection, "BEGIN IMMEDIATE");
+  dropOutdated(connection, findings.outdated);
+  if (findings.earlierFolders) bringFoldersUpToDate(connection);
+  executeUpdate(connection, create + kErasedTable + ";" + create + kLineageTable + ";" + create +
+                                kFolderTable + ";" + kFolderIndexes +
+                                "PRAGMA user_version = " + QByteArray::number(kSchemaVersion) + ";COMMIT");
 }
 
 TimeDate newIdTime() {

@@ -4,11 +4,9 @@
 #include <QString>
 
 #include "embedded/format/timedate.h"
-#include "embedded/store/sqlite_statement.h"
+#include "embedded/store/own_schema.h"
 
 namespace lens {
-
-inline constexpr int kSchemaVersion = 3;
 
 // Raises when the file is missing (53), unreadable (70), none of ours, or of a newer schema. Reads the
 // head only and opens no database, so a foreign file and its directory stay as they are.
@@ -28,8 +26,8 @@ inline int openFlags(FileAccess access) {
          SQLITE_OPEN_NOMUTEX;
 }
 
-// Gives a database of an older schema what it lacks.
-void bringUpToDate(Connection& connection, FileAccess access);
+// Gives a database of an older schema what it lacks, and takes out derived data that is laid out otherwise.
+void bringUpToDate(Connection& connection, FileAccess access, const SchemaFindings& findings);
 
 // Stages an empty database (StagedFile); raises 58 when there is a file, 76 without a directory. On
 // failure nothing is left.

@@ -11,6 +11,7 @@
 #endif
 
 #include "embedded/format/engine_fault.h"
+#include "embedded/store/own_schema.h"
 #include "notes/literals.h"
 #include "notes/runtime_error.h"
 
@@ -82,6 +83,7 @@ bool isOpenElsewhere(const QString&) {
 Bond bondInFile(const QString& path, bool& known) {
   try {
     const Connection file(path, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, true);
+    requireOwnSchema(file);
     known = true;
     return readBond(file);
   } catch (const RuntimeError&) {
@@ -96,6 +98,7 @@ Bond bondInJournal(const QString& path) {
   try {
     const Connection both(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX);
     sqlite3_db_config(both.handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    requireOwnSchema(both);
     return readBond(both);
   } catch (const RuntimeError&) {
     return {};  // told by whoever opens the database

@@ -61,7 +61,9 @@ NoteStore::Scan NoteStore::scanRows(quint16 mask, qint64& last, const PackedVisi
         NoteHeader header;
         if (NoteStatements::readHeader(row, header))
           batch.add(header, row.blob(NoteStatements::kItemsColumn));
-        last = row.integer(0);  // the number of the row: a damaged one may be no note ID
+        const qint64 id = row.integer(0);
+        if (id <= last) row.wrongValue(0, "number behind the last one");
+        last = id;  // the number of the row: a damaged one may be no note ID
       }
     } catch (const RuntimeError& error) {
       if (error.number() != enginefault::Damaged) throw;

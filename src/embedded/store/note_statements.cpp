@@ -14,11 +14,11 @@ namespace lens {
 bool NoteStatements::readHeader(const Statement::Run& row, NoteHeader& header) {
   const qint64 id = row.integer(0);
   header.id = NoteId(quint32(id));
-  header.noteClass = quint16(row.integer(1));
+  header.noteClass = row.number<quint16>(1);
   const QByteArrayView unid = row.blob(2);
   header.unid = Unid::fromBytes(unid);
   header.parent = Unid::fromBytes(row.blob(3));
-  header.sequence = quint32(row.integer(4));
+  header.sequence = row.number<quint32>(4);
   header.sequenceTime = fromStored(row.integer(5));
   header.created = fromStored(row.integer(6));
   header.modified = fromStored(row.integer(7));
@@ -29,7 +29,13 @@ bool NoteStatements::readHeader(const Statement::Run& row, NoteHeader& header) {
 
 bool NoteStatements::readRow(Statement::Run& row, Note& note) const {
   if (!row.step()) return false;
-  if (!readHeader(row, note.header)) damagedNote(connection.path(), note.header.id, u"its UNID is cut"_s);
+  bool whole = false;
+  try {
+    whole = readHeader(row, note.header);
+  } catch (const RuntimeError& error) {
+    damagedNote(connection.path(), note.header.id, error.description());
+  }
+  if (!whole) damagedNote(connection.path(), note.header.id, u"its UNID is cut"_s);
   try {
     note.items = unpackItems(row.blob(kItemsColumn));
   } catch (const RuntimeError& error) {

@@ -36,7 +36,9 @@ struct NoteStatements {
                      StoreSession::kRead};
   Statement readItems{connection, "SELECT items FROM note WHERE id = ? AND state = 0", StoreSession::kRead};
   Statement readState{connection, "SELECT state, items FROM note WHERE id = ?", StoreSession::kRead};
-  Statement nextClass{connection, "SELECT min(class) FROM note WHERE state = 0 AND class > ?",
+  // What is no number stands behind all numbers.
+  Statement nextClass{connection,
+                      "SELECT min(class) FROM note WHERE state = 0 AND class > ? AND class <= 65535",
                       StoreSession::kRead};
   Statement listClass{connection,
                       "SELECT id, unid, parent FROM note WHERE state = 0 AND class = ? ORDER BY id",
@@ -61,10 +63,13 @@ struct NoteStatements {
   Statement updateIdentity{connection, "UPDATE note SET class = ?, unid = ?, parent = ? WHERE id = ?",
                            StoreSession::kWrite};
   Statement makeStub{connection,
-                     "UPDATE note SET state = 1, items = NULL, sequence = sequence + 1, sequence_time = ?,"
+                     "UPDATE note SET state = 1, items = NULL, sequence = min(sequence + 1, 4294967295),"
+                     " sequence_time = ?,"
                      " modified = ?, change = ? WHERE id = ?",
                      StoreSession::kWrite};
   Statement erase{connection, "DELETE FROM note WHERE id = ?", StoreSession::kWrite};
+  Statement emptyFolder{connection, "DELETE FROM folder_document WHERE folder = ?", StoreSession::kWrite};
+  Statement leaveFolders{connection, "DELETE FROM folder_document WHERE document = ?", StoreSession::kWrite};
   Statement recordErased{connection, "INSERT INTO erased (change, note) VALUES (?, ?)", StoreSession::kWrite};
 #undef LENS_NOTE_COLUMNS
 };

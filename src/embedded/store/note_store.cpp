@@ -56,10 +56,18 @@ NoteStore::NoteStore(StoreSession& session, VersionTable& versions, ObjectStore&
 NoteStore::~NoteStore() = default;
 
 // The row goes, and those who follow the changes learn of it.
-void NoteStore::eraseRow(NoteId noteId, qint64 change) {
+void NoteStore::eraseRow(NoteId noteId, const Unid& unid, qint64 change) {
   Statement::Run(statements_->erase, noteId).step();
+  takeOutOfFolders(unid);
   versions_.erase(noteId);
   Statement::Run(statements_->recordErased, change, noteId).step();
+}
+
+// What belongs to a document goes with it, and so does what belongs to a folder.
+void NoteStore::takeOutOfFolders(const Unid& unid) {
+  const QByteArray bytes = unid.bytes();
+  Statement::Run(statements_->emptyFolder, bytes).step();
+  Statement::Run(statements_->leaveFolders, bytes).step();
 }
 
 NoteId NoteStore::nextId() const {
@@ -115,8 +123,10 @@ QVector<quint16> NoteStore::classesIn(quint16 classMask) const {
   for (qint64 last = -1;;) {
     Statement::Run row(statements_->nextClass, last);
     if (!row.step() || row.isNull(0)) return classes;
-    last = row.integer(0);
-    if (noteclass::base(quint16(last)) & classMask) classes.push_back(quint16(last));
+    const quint16 next = row.number<quint16>(0);
+    if (next <= last) row.wrongValue(0, "class behind the last one");
+    last = next;
+    if (noteclass::base(next) & classMask) classes.push_back(next);
   }
 }
 
@@ -188,7 +198,7 @@ void NoteStore::insertNote(NoteHeader& header, const QByteArray& items) {
     before.sequence = stub.sequence;
     before.sequenceTime = stub.sequenceTime;
     versionVector = versions_.next(before);
-    eraseRow(stub.id, change++);
+    eraseRow(stub.id, header.unid, change++);
   }
   Statement::Run(statements_->insert, id, header.noteClass, unid, parent, header.sequence,
                  stored(header.sequenceTime), stored(header.created), stored(header.modified),
@@ -214,10 +224,10 @@ bool NoteStore::readIdentity(NoteId noteId, NoteHeader& header) {
   Statement::Run row(statements_->identity, noteId);
   if (!row.step()) return false;
   header.id = noteId;
-  header.noteClass = quint16(row.integer(0));
+  header.noteClass = row.number<quint16>(0);
   header.unid = Unid::fromBytes(row.blob(1));
   header.parent = Unid::fromBytes(row.blob(2));
-  header.sequence = quint32(row.integer(3));
+  header.sequence = row.number<quint32>(3);
   header.sequenceTime = fromStored(row.integer(4));
   return true;
 }
@@ -237,7 +247,7 @@ void NoteStore::save(Note& note) {
       throw RuntimeError(
           enginefault::UnknownNote,
           u"%1: there is no note %2 (it may have been deleted)"_s.arg(session_.path(), header.id.hexText()));
-    header.sequence = before.sequence + 1;
+    header.sequence = nextSequence(before.sequence);
     header.sequenceTime = header.modified = timeDateNow();
     updateNote(header, items, before);
   }
@@ -270,17 +280,23 @@ bool NoteStore::saveAsGiven(Note& note) {
 bool NoteStore::remove(NoteId noteId, bool leaveStub) {
   StoreTransaction transaction(session_);
   NoteHeader before;
-  if (!readIdentity(noteId, before)) return false;
+  try {
+    if (!readIdentity(noteId, before)) return false;
+  } catch (const RuntimeError& error) {
+    if (error.number() != enginefault::Damaged) throw;
+    before.id = noteId;
+  }
   const qint64 change = session_.nextChange();
   if (leaveStub) {
     const qint64 now = stored(timeDateNow());
     Statement::Run(statements_->makeStub, now, now, change, noteId).step();
+    takeOutOfFolders(before.unid);
     versions_.put(noteId, versions_.next(before));
   } else {
     // The row takes its numbers along, so the highest ones are written down before it goes.
     const NoteId highest = highestIssuedId();
     session_.keepHighest(highest.value(), change);
-    eraseRow(noteId, change);
+    eraseRow(noteId, before.unid, change);
   }
   transaction.commit();
   return true;

@@ -75,7 +75,8 @@ class NoteStore {
   friend class VersionStore;  // gives IDs to stubs of other replicas
   enum class Scan { Whole, Enough, Damaged };
   NoteId nextId() const;
-  void eraseRow(NoteId noteId, qint64 change);
+  void eraseRow(NoteId noteId, const Unid& unid, qint64 change);
+  void takeOutOfFolders(const Unid& unid);
   // What is stored of a live note before it changes; false when there is none.
   bool readIdentity(NoteId noteId, NoteHeader& header);
   QVector<quint16> classesIn(quint16 classMask) const;

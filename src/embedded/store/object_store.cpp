@@ -157,7 +157,7 @@ StoredObject ObjectStore::add(QIODevice& source) {
 
 qint64 ObjectStore::size(quint32 objectId) const {
   Statement::Run row(statements_->read, objectId);
-  return row.step() ? row.integer(0) : -1;
+  return row.step() ? row.below(0, kNoNumber) : -1;
 }
 
 void ObjectStore::read(quint32 objectId, QIODevice& target) const {
@@ -166,8 +166,8 @@ void ObjectStore::read(quint32 objectId, QIODevice& target) const {
   {
     Statement::Run row(statements_->read, objectId);
     if (!row.step()) objectFault(session_.path(), objectId, u"does not exist"_s);
-    size = row.integer(0);
-    chunks = row.integer(1);
+    size = row.below(0, kNoNumber);
+    chunks = row.below(1, kNoNumber);
     checksum = row.blob(2).toByteArray();
   }
   QCryptographicHash hash(QCryptographicHash::Sha256);
@@ -240,7 +240,7 @@ void ObjectStore::removeUnreferenced() {
     Statement objects(session_.connection(), "SELECT id FROM object", enginefault::CannotOpen);
     Statement::Run row(objects);
     while (row.step()) {
-      const quint32 id = quint32(row.integer(0));
+      const quint32 id = row.number<quint32>(0);
       if (!wanted.contains(id)) lost.push_back(id);
     }
   }

@@ -36,6 +36,8 @@ Connection::Connection(const QString& path, int flags, bool constant) : path_(pa
   // The file may come from anywhere: nothing in its schema may do more than hold data.
   sqlite3_db_config(handle_, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   sqlite3_db_config(handle_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  sqlite3_db_config(handle_, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+  sqlite3_db_config(handle_, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
 }
 
 // There is a handle, so that nobody who holds the removed database meets a null pointer.
@@ -87,16 +89,20 @@ bool Statement::Run::step() {
   return false;
 }
 
-QByteArrayView Statement::Run::blob(int column) const {
-  const void* const bytes = sqlite3_column_blob(statement_.handle_, column);
-  const int size = sqlite3_column_bytes(statement_.handle_, column);
-  return bytes ? QByteArrayView(static_cast<const char*>(bytes), size) : QByteArrayView();
-}
-
 QString Statement::Run::text(int column) const {
+  const int type = typeOf(column);
+  if (type == SQLITE_NULL) return {};
+  if (type != SQLITE_TEXT) wrongValue(column, "text");
   const unsigned char* const utf8 = sqlite3_column_text(statement_.handle_, column);
   const int size = sqlite3_column_bytes(statement_.handle_, column);
   return utf8 ? QString::fromUtf8(reinterpret_cast<const char*>(utf8), size) : QString();
+}
+
+void Statement::Run::wrongValue(int column, const char* wanted) const {
+  const char* const name = sqlite3_column_name(statement_.handle_, column);
+  throw RuntimeError(enginefault::Damaged,
+                     u"%1: the database is damaged (a value of \"%2\" is no %3)"_s.arg(
+                         statement_.connection_.path(), QString::fromUtf8(name), QLatin1String(wanted)));
 }
 
 void Statement::Run::bind(int place, QByteArrayView bytes) {

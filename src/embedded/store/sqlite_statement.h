@@ -7,10 +7,14 @@
 #include <QByteArray>
 #include <QString>
 #include <concepts>
+#include <limits>
 
 #include "embedded/format/note_id.h"
 
 namespace lens {
+
+// Numbers that are given out one after the other never come that far; a file that says so is damaged.
+inline constexpr qint64 kNoNumber = qint64(1) << 62;
 
 // How long a statement waits for others that write.
 inline constexpr int kBusyTimeoutMs = 5000;
@@ -68,15 +72,52 @@ class Statement {
 
     // True with a row, false at the end.
     bool step();
-    qint64 integer(int column) const { return sqlite3_column_int64(statement_.handle_, column); }
-    NoteId noteId(int column) const { return NoteId(quint32(integer(column))); }
-    double real(int column) const { return sqlite3_column_double(statement_.handle_, column); }
-    bool isNull(int column) const { return sqlite3_column_type(statement_.handle_, column) == SQLITE_NULL; }
-    // Valid until the next step.
-    QByteArrayView blob(int column) const;
+    // Whatever the file holds, a value is what it is asked as, or Damaged is raised: SQLite itself would make
+    // a zero of any text.
+    qint64 integer(int column) const {
+      sqlite3_value* const value = sqlite3_column_value(statement_.handle_, column);
+      if (sqlite3_value_type(value) != SQLITE_INTEGER) [[unlikely]]
+        wrongValue(column, "whole number");
+      return sqlite3_value_int64(value);
+    }
+    // A whole number that the type can hold.
+    template <std::unsigned_integral Number>
+    Number number(int column) const {
+      const qint64 all = integer(column);
+      if (all < 0 || quint64(all) > std::numeric_limits<Number>::max()) [[unlikely]]
+        wrongValue(column, "number of its kind");
+      return Number(all);
+    }
+    // From zero to below the limit.
+    qint64 below(int column, qint64 limit) const {
+      const qint64 number = integer(column);
+      if (number < 0 || number >= limit) [[unlikely]]
+        wrongValue(column, "number of its kind");
+      return number;
+    }
+    NoteId noteId(int column) const { return NoteId(number<quint32>(column)); }
+    double real(int column) const {
+      const int type = typeOf(column);
+      if (type != SQLITE_FLOAT && type != SQLITE_INTEGER) [[unlikely]]
+        wrongValue(column, "number");
+      return sqlite3_column_double(statement_.handle_, column);
+    }
+    bool isNull(int column) const { return typeOf(column) == SQLITE_NULL; }
+    // Both are empty for NULL. Valid until the next step.
+    QByteArrayView blob(int column) const {
+      sqlite3_value* const value = sqlite3_column_value(statement_.handle_, column);
+      const int type = sqlite3_value_type(value);
+      if (type == SQLITE_NULL) return {};
+      if (type != SQLITE_BLOB) [[unlikely]]
+        wrongValue(column, "row of bytes");
+      return {static_cast<const char*>(sqlite3_value_blob(value)), sqlite3_value_bytes(value)};
+    }
     QString text(int column) const;
+    // For what only the reader can tell to be wrong.
+    [[noreturn]] void wrongValue(int column, const char* wanted) const;
 
    private:
+    int typeOf(int column) const { return sqlite3_column_type(statement_.handle_, column); }
     template <std::integral Number>
     void bind(int place, Number number) {
       check(sqlite3_bind_int64(statement_.handle_, place, qint64(number)));

@@ -11,12 +11,13 @@ std::unique_ptr<StoreSession> StoreSession::open(const QString& path) {
   std::unique_ptr<StoreSession> session(
       new StoreSession(path, openFlags(access), access == FileAccess::Constant));
   Connection& connection = session->connection_;
+  const SchemaFindings findings = requireOwnSchema(connection);
   connection.execute(
       "PRAGMA synchronous = FULL; PRAGMA temp_store = MEMORY; PRAGMA cache_size = -16384;"
       "PRAGMA foreign_keys = OFF; PRAGMA cell_size_check = ON;",
       kRead);
   if (!readOnly) connection.execute("PRAGMA journal_mode = WAL", kRead);
-  bringUpToDate(connection, access);
+  bringUpToDate(connection, access, findings);
   // The first read shows whether the tables are what they should be.
   session->highestChange();
   if (!readOnly) session->bond_.emplace(connection);
@@ -62,13 +63,13 @@ void StoreSession::checkWritable() const {
 qint64 StoreSession::highestId() {
   Statement::Run row(highestId_);
   row.step();
-  return row.integer(0);
+  return row.below(0, qint64(1) << 32);
 }
 
 qint64 StoreSession::highestChange() {
   Statement::Run row(highestChange_);
   row.step();
-  return row.integer(0);
+  return row.below(0, kNoNumber);
 }
 
 void StoreSession::keepHighest(qint64 id, qint64 change) {

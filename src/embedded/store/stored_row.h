@@ -1,6 +1,8 @@
 // How the parts of a note's header stand in the tables.
 #pragma once
 
+#include <limits>
+
 #include "embedded/format/note.h"
 
 namespace lens {
@@ -13,6 +15,10 @@ inline qint64 stored(const TimeDate& time) {
 }
 inline TimeDate fromStored(qint64 number) {
   return unpackTime(quint64(number));
+}
+// The highest one stays what it is: no change may make a note seem older.
+inline quint32 nextSequence(quint32 sequence) {
+  return sequence == std::numeric_limits<quint32>::max() ? sequence : sequence + 1;
 }
 inline QByteArray parentBytes(const Unid& parent) {
   return parent.isNull() ? QByteArray() : parent.bytes();

@@ -87,6 +87,7 @@ void VersionStore::saveStub(const NoteHeader& header, const VersionVector& versi
   const qint64 time = stored(header.sequenceTime), change = session_.nextChange();
   if (known) {
     Statement::Run(statements_->updateToStub, header.sequence, time, time, change, id).step();
+    notes_.takeOutOfFolders(header.unid);
   } else {
     const QByteArray unid = header.unid.bytes(), parent = parentBytes(header.parent);
     Statement::Run(statements_->insertStub, id, header.noteClass, unid, parent, header.sequence, time, time,

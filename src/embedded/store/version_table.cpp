@@ -10,9 +10,9 @@ NoteVersion VersionTable::readVersion(Statement::Run& row) {
   NoteVersion version;
   version.id = row.noteId(0);
   version.unid = Unid::fromBytes(row.blob(1));
-  version.noteClass = quint16(row.integer(2));
+  version.noteClass = row.number<quint16>(2);
   version.live = row.integer(3) == kStateLive;
-  version.sequence = quint32(row.integer(4));
+  version.sequence = row.number<quint32>(4);
   version.sequenceTime = fromStored(row.integer(5));
   const VersionVector versionVector = VersionVector::fromBytes(row.blob(6));
   version.stamp = versionVector.isNull() ? originalStamp(version.unid, version.sequence, version.sequenceTime)
@@ -24,7 +24,12 @@ QVector<NoteVersion> VersionTable::after(const Unid& unid, int most) {
   QVector<NoteVersion> versions;
   const QByteArray bytes = unid.isNull() ? QByteArray() : unid.bytes();
   Statement::Run row(list_, bytes, most);
-  while (row.step()) versions.push_back(readVersion(row));
+  while (row.step()) {
+    NoteVersion version = readVersion(row);
+    const QByteArray last = versions.isEmpty() ? bytes : versions.last().unid.bytes();
+    if (version.unid.bytes() <= last) row.wrongValue(1, "UNID behind the last one");
+    versions.push_back(std::move(version));
+  }
   return versions;
 }
 

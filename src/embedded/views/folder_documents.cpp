@@ -1,6 +1,7 @@
 #include "embedded/views/folder_documents.h"
 
 #include <QDateTime>
+#include <tuple>
 
 #include "embedded/store/sqlite_statement.h"
 #include "embedded/views/view_design.h"
@@ -9,45 +10,11 @@
 namespace lens {
 namespace {
 
-// The row without a document holds the highest change of its folder, which must not be given again when the
-// row that had it goes with its document.
-constexpr char kTable[] =
-    "CREATE TABLE IF NOT EXISTS folder_document ("
-    "  folder BLOB NOT NULL, document BLOB NOT NULL, change INTEGER NOT NULL, present INTEGER NOT NULL,"
-    "  time INTEGER NOT NULL DEFAULT 0, PRIMARY KEY (folder, document)) WITHOUT ROWID;"
-    "CREATE INDEX IF NOT EXISTS folder_document_change ON folder_document (folder, change);"
-    "CREATE INDEX IF NOT EXISTS folder_document_document ON folder_document (document);"
-    "CREATE TRIGGER IF NOT EXISTS folder_document_stub AFTER UPDATE OF state ON note WHEN new.state <> 0"
-    " BEGIN"
-    "  DELETE FROM folder_document WHERE folder = old.unid;"
-    "  DELETE FROM folder_document WHERE document = old.unid;"
-    " END;"
-    "CREATE TRIGGER IF NOT EXISTS folder_document_erased AFTER DELETE ON note BEGIN"
-    "  DELETE FROM folder_document WHERE folder = old.unid;"
-    "  DELETE FROM folder_document WHERE document = old.unid;"
-    " END;";
-
-bool hasColumn(const Database& database, const char* column) {
-  return sqlite3_table_column_metadata(database.handle(), "main", "folder_document", column, nullptr, nullptr,
-                                       nullptr, nullptr, nullptr) == SQLITE_OK;
-}
-
-// Databases in which nobody ever filled a folder lack the table.
-bool hasTable(const Database& database) {
-  return hasColumn(database, nullptr);
-}
-
-// In a transaction. A table of an earlier kind kept what belonged to deleted documents, and no times.
-void makeTable(Database& database) {
-  if (hasTable(database) && !hasColumn(database, "time"))
-    database.connection().execute(
-        "ALTER TABLE folder_document ADD COLUMN time INTEGER NOT NULL DEFAULT 0;"
-        "INSERT INTO folder_document SELECT folder, x'', max(change), 0, 0 FROM folder_document"
-        " GROUP BY folder;"
-        "DELETE FROM folder_document WHERE document <> x'' AND document NOT IN"
-        " (SELECT unid FROM note WHERE state = 0)",
-        enginefault::NotSaved);
-  database.connection().execute(kTable, enginefault::NotSaved);
+// The highest change of a folder; of a number that no change has the file is damaged.
+qint64 highestOf(Statement& highest, QByteArrayView folder) {
+  Statement::Run run(highest, folder);
+  if (!run.step() || run.isNull(0)) return 0;
+  return run.below(0, kNoNumber);
 }
 
 // Writes what was done with documents in folders, in the order in which the index has to look at it.
@@ -57,11 +24,7 @@ class Writer {
 
   // At the same moment a document is rather in than out.
   void put(QByteArrayView folder, QByteArrayView document, bool present, qint64 time) {
-    qint64 change = 1;
-    {
-      Statement::Run run(highest_, folder);
-      if (run.step()) change += run.integer(0);
-    }
+    const qint64 change = 1 + highestOf(highest_, folder);
     Statement::Run(put_, folder, document, change, present ? 1 : 0, time).step();
     if (sqlite3_changes(connection_.handle()) > 0) Statement::Run(keep_, folder, change).step();
   }
@@ -105,7 +68,6 @@ void write(Database& database, NoteId folder, const QVector<NoteId>& documents, 
            Missing missing) {
   Database::Transaction transaction(database);
   const QByteArray folderUnid = requireFolder(database, folder).bytes();
-  makeTable(database);
   Statement find(database.connection(),
                  "SELECT unid, present, time FROM note LEFT JOIN folder_document ON folder = ?2 AND"
                  " document = unid WHERE id = ?1 AND state = 0",
@@ -120,8 +82,10 @@ void write(Database& database, NoteId folder, const QVector<NoteId>& documents, 
                                                        database.path(), document.hexText()));
     }
     // What is so already stays as it is: nobody has to look at it again.
-    if (!run.isNull(1) ? (run.integer(1) != 0) == present : !present) continue;
-    writer.put(folderUnid, run.blob(0), present, std::max(now, run.integer(2) + 1));
+    const bool known = !run.isNull(1);
+    if (known ? (run.integer(1) != 0) == present : !present) continue;
+    const qint64 last = known ? run.below(2, kNoNumber) : 0;
+    writer.put(folderUnid, run.blob(0), present, std::max(now, last + 1));
   }
   transaction.commit();
 }
@@ -141,15 +105,19 @@ QVector<Entry> entriesAfter(const Database& database, const Entry& place) {
       enginefault::CannotOpen);
   QVector<Entry> entries;
   Statement::Run run(read, place.folder, place.document);
-  while (run.step())
-    entries.push_back(
-        {run.blob(0).toByteArray(), run.blob(1).toByteArray(), run.integer(2) != 0, run.integer(3)});
+  while (run.step()) {
+    const Entry& last = entries.isEmpty() ? place : entries.last();
+    Entry entry{run.blob(0).toByteArray(), run.blob(1).toByteArray(), run.integer(2) != 0,
+                run.below(3, kNoNumber)};
+    if (std::tie(entry.folder, entry.document) <= std::tie(last.folder, last.document))
+      run.wrongValue(0, "place behind the last one");
+    entries.push_back(std::move(entry));
+  }
   return entries;
 }
 
 void take(Database& database, const QVector<Entry>& entries) {
   Database::Transaction transaction(database);
-  makeTable(database);
   Statement isThere(database.connection(), "SELECT 1 FROM note WHERE unid = ? AND state = 0",
                     enginefault::NotSaved);
   const auto live = [&](const QByteArray& unid) {
@@ -164,7 +132,6 @@ void take(Database& database, const QVector<Entry>& entries) {
 }
 
 void give(const Database& from, Database& to) {
-  if (!hasColumn(from, "time")) return;
   for (QVector<Entry> entries = entriesAfter(from, {}); !entries.isEmpty();
        entries = entriesAfter(from, entries.last()))
     take(to, entries);
@@ -187,17 +154,14 @@ void removeFromFolder(Database& database, NoteId folder, const QVector<NoteId>& 
 }
 
 qint64 folderChange(const Database& database, const Unid& folder) {
-  if (!hasTable(database)) return 0;
   const Connection& connection = database.connection();
   Statement highest(connection, "SELECT max(change) FROM folder_document WHERE folder = ?",
                     enginefault::CannotOpen);
   const QByteArray unid = folder.bytes();
-  Statement::Run run(highest, unid);
-  return run.step() ? run.integer(0) : 0;
+  return highestOf(highest, unid);
 }
 
 QVector<NoteId> folderChangesSince(const Database& database, const Unid& folder, qint64 change) {
-  if (!hasTable(database)) return {};
   const Connection& connection = database.connection();
   Statement changed(connection,
                     "SELECT note.id FROM folder_document JOIN note ON note.unid = document AND state = 0"
@@ -209,7 +173,6 @@ QVector<NoteId> folderChangesSince(const Database& database, const Unid& folder,
 }
 
 QVector<NoteId> folderDocuments(const Database& database, const Unid& folder) {
-  if (!hasTable(database)) return {};
   const Connection& connection = database.connection();
   Statement present(connection,
                     "SELECT note.id FROM folder_document JOIN note ON note.unid = document AND state = 0"
@@ -221,7 +184,6 @@ QVector<NoteId> folderDocuments(const Database& database, const Unid& folder) {
 }
 
 bool isInFolder(const Database& database, const Unid& folder, const Unid& document) {
-  if (!hasTable(database)) return false;
   const Connection& connection = database.connection();
   Statement find(connection,
                  "SELECT 1 FROM folder_document WHERE folder = ? AND document = ? AND present = 1",

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <tuple>
 
+#include "embedded/store/own_tables.h"
 #include "embedded/views/sort_key.h"
 
 namespace lens {
@@ -11,22 +12,6 @@ namespace {
 
 constexpr int kMatched = 1, kShown = 2;
 
-struct Table {
-  const char* name;
-  const char* definition;
-};
-constexpr Table kTables[] = {
-    {"view_index",
-     "(view INTEGER PRIMARY KEY, digest BLOB NOT NULL, change INTEGER NOT NULL, moment INTEGER NOT NULL,"
-     " folder_change INTEGER NOT NULL, rows INTEGER NOT NULL)"},
-    {"view_note",
-     "(view INTEGER NOT NULL, note INTEGER NOT NULL, unid BLOB, parent BLOB, state INTEGER NOT NULL,"
-     " rows BLOB NOT NULL, PRIMARY KEY (view, note)) WITHOUT ROWID"},
-    {"view_block", "(place INTEGER PRIMARY KEY, notes BLOB NOT NULL)"},
-    {"view_row",
-     "(view INTEGER NOT NULL, key BLOB NOT NULL, level INTEGER NOT NULL, categories BLOB,"
-     " PRIMARY KEY (view, key)) WITHOUT ROWID"},
-};
 // Rows longer than this stand alone: to change one document of a block means to write all of it.
 constexpr qsizetype kMostInBlock = 1024;
 
@@ -36,13 +21,13 @@ qint64 placeOf(NoteId view, quint32 block) {
 }
 
 void drop(Connection& connection, const char* place) {
-  for (const Table& table : kTables)
+  for (const OwnTable& table : kViewTables)
     connection.execute(QByteArray("DROP TABLE IF EXISTS ").append(place).append(table.name).constData(),
                        enginefault::NotSaved);
 }
 
 // Whether the file has the table as an older program made it.
-bool isOutdated(const Connection& connection, const Table& table) {
+bool isOutdated(const Connection& connection, const OwnTable& table) {
   Statement read(connection, "SELECT sql FROM main.sqlite_master WHERE name = ? AND type = 'table'",
                  enginefault::CannotOpen);
   Statement::Run run(read, QString::fromLatin1(table.name));
@@ -59,16 +44,14 @@ IndexTables::IndexTables(Database& database) : connection_(database.connection()
 
 void IndexTables::create(bool temporary) {
   const QByteArray place(temporary ? "temp." : "main.");
-  if (!temporary && std::any_of(std::begin(kTables), std::end(kTables),
-                                [this](const Table& table) { return isOutdated(connection_, table); }))
+  if (!temporary && std::any_of(std::begin(kViewTables), std::end(kViewTables),
+                                [this](const OwnTable& table) { return isOutdated(connection_, table); }))
     drop(connection_, "main.");
-  for (const Table& table : kTables)
+  for (const OwnTable& table : kViewTables)
     connection_.execute(
         QByteArray("CREATE TABLE IF NOT EXISTS " + place + table.name + ' ' + table.definition).constData(),
         kWrite);
-  connection_.execute(QByteArray("CREATE INDEX IF NOT EXISTS " + place +
-                                 "view_note_parent ON view_note (view, parent) WHERE parent IS NOT NULL")
-                          .constData(),
+  connection_.execute(QByteArray("CREATE INDEX IF NOT EXISTS " + place + kViewNoteParent).constData(),
                       kWrite);
 }
 

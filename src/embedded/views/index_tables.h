@@ -98,7 +98,7 @@ class IndexTables {
   void eachRow(NoteId view, const QByteArray& from, Visit&& visit) {
     Statement::Run run(rowsFrom_, view, from);
     while (run.step())
-      if (!visit(run.blob(0), int(run.integer(1)), run.blob(2))) return;
+      if (!visit(run.blob(0), int(run.number<quint16>(1)), run.blob(2))) return;
   }
 
  private:

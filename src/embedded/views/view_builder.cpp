@@ -183,8 +183,7 @@ void ViewBuilder::placeResponses(const QVector<NoteId>& responses, const Pause& 
     const qsizetype before = done.size();
     done.insert(parent);
     if (done.size() == before || !tables_.readNote(view_, parent, indexed)) continue;
-    if (indexed.shown && indexed.parent.isEmpty())
-      placeBelow(tables_.unidOf(parent), ownRows(parent, indexed));
+    if (indexed.shown && indexed.parent.isEmpty()) placeBelow(parent, ownRows(parent, indexed));
     pause();
   }
 }
@@ -269,16 +268,24 @@ void ViewBuilder::write(const Rows& rows) {
 void ViewBuilder::place(NoteId note) {
   const Rows rows = placed(note);
   write(rows);
-  if (design_.hierarchy && !rows.isEmpty()) placeBelow(tables_.unidOf(note), rows);
+  if (design_.hierarchy && !rows.isEmpty()) placeBelow(note, rows);
 }
 
-void ViewBuilder::placeBelow(const QByteArray& unid, const Rows& parents) {
+void ViewBuilder::placeBelow(NoteId note, const Rows& rows) {
+  QSet<NoteId> known;
+  placeBelow(tables_.unidOf(note), rows, known);
+}
+
+// Each once: in a damaged file several documents may have one UNID, and answer each other.
+void ViewBuilder::placeBelow(const QByteArray& unid, const Rows& parents, QSet<NoteId>& known) {
   IndexedNote indexed;
   for (const NoteId response : tables_.responsesTo(view_, unid)) {
-    if (!tables_.readNote(view_, response, indexed) || !indexed.shown) continue;
+    const qsizetype before = known.size();
+    known.insert(response);
+    if (known.size() == before || !tables_.readNote(view_, response, indexed) || !indexed.shown) continue;
     const Rows rows = rowsBelow(parents, response, indexed);
     write(rows);
-    if (!rows.isEmpty()) placeBelow(tables_.unidOf(response), rows);
+    if (!rows.isEmpty()) placeBelow(tables_.unidOf(response), rows, known);
   }
 }
 

@@ -51,7 +51,8 @@ class ViewBuilder {
   Rows placed(NoteId note, int depth = 0);
   void write(const Rows& rows);
   void place(NoteId note);
-  void placeBelow(const QByteArray& unid, const Rows& parents);
+  void placeBelow(NoteId note, const Rows& rows);
+  void placeBelow(const QByteArray& unid, const Rows& parents, QSet<NoteId>& known);
   void withDescendants(QVector<NoteId>& notes);
 
   const Database& database_;

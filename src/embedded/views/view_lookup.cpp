@@ -98,7 +98,9 @@ class KeySearch {
       if (key_.exact) wanted.append(char(sortkey::End));
       if (sort_.descending) invert(wanted, 0), invert(next, 0);
       if (matches(text)) rowsThatBeginWith(wanted);
-      from = behindAll(next);
+      const QByteArray behind = behindAll(next);
+      if (behind <= from) return;  // a damaged index is not in order
+      from = behind;
     }
   }
   // Bytes of the number or time that the key begins with; 0 when it is none.

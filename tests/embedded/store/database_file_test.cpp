@@ -2,6 +2,7 @@
 #include <QtEndian>
 
 #include "embedded/store/database_file.h"
+#include "embedded/store/own_tables.h"
 #include "embedded/support/store_test.h"
 
 namespace lens {

@@ -88,19 +88,32 @@ TEST_F(Folders, ATableOfAnEarlierKindIsBroughtUpToDate) {
   const NoteId folder = addFolder(), a = add(u"a"_s), b = add(u"b"_s), gone = add(u"gone"_s);
   const QByteArray f = unidOf(folder).bytes().toHex(), x = unidOf(a).bytes().toHex(),
                    y = unidOf(gone).bytes().toHex();
-  const QByteArray sql =
-      "CREATE TABLE folder_document (folder BLOB NOT NULL, document BLOB NOT NULL, change INTEGER NOT NULL,"
-      " present INTEGER NOT NULL, PRIMARY KEY (folder, document)) WITHOUT ROWID;"
-      "INSERT INTO folder_document VALUES (x'" +
-      f + "', x'" + x + "', 1, 1), (x'" + f + "', x'" + y + "', 2, 1)";
-  ASSERT_EQ(sqlite3_exec(database->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
-  EXPECT_EQ(lines(folder), u"a gone"_s);
-  database->notes().remove(gone);
-  EXPECT_EQ(lines(folder), u"a"_s);
-  addToFolder(*database, folder, {b});
-  EXPECT_EQ(lines(folder), u"a b"_s);
-  removeFromFolder(*database, folder, {a});
-  EXPECT_EQ(lines(folder), u"b"_s);
+  for (const char* const more :
+       {"",
+        "ALTER TABLE folder_document ADD COLUMN time INTEGER NOT NULL DEFAULT 0;"
+        "CREATE TRIGGER IF NOT EXISTS folder_document_erased AFTER DELETE ON note BEGIN"
+        "  DELETE FROM folder_document WHERE folder = old.unid;"
+        "  DELETE FROM folder_document WHERE document = old.unid;"
+        " END;"}) {
+    const QByteArray sql =
+        QByteArray(
+            "DROP TABLE folder_document;"
+            "CREATE TABLE folder_document (folder BLOB NOT NULL, document BLOB NOT NULL, change INTEGER"
+            " NOT NULL, present INTEGER NOT NULL, PRIMARY KEY (folder, document)) WITHOUT ROWID;"
+            "INSERT INTO folder_document VALUES (x'") +
+        f + "', x'" + x + "', 1, 1), (x'" + f + "', x'" + y + "', 2, 1);" + more + "PRAGMA user_version = 3";
+    ASSERT_EQ(sqlite3_exec(database->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+    database.reset();
+    database = Database::open(path());
+    dropViewIndexes(*database);
+    EXPECT_EQ(lines(folder), *more ? u"a"_s : u"a gone"_s);
+    database->notes().remove(gone);
+    EXPECT_EQ(lines(folder), u"a"_s);
+    addToFolder(*database, folder, {b});
+    EXPECT_EQ(lines(folder), u"a b"_s);
+    removeFromFolder(*database, folder, {a});
+    EXPECT_EQ(lines(folder), u"b"_s);
+  }
 }
 
 TEST_F(Folders, TakeDocumentsThatAreThereAndNothingElse) {
