@@ -12,6 +12,7 @@
 
 #include "embedded/format/engine_fault.h"
 #include "embedded/store/own_schema.h"
+#include "embedded/store/rollback_journal.h"
 #include "notes/literals.h"
 #include "notes/runtime_error.h"
 
@@ -124,8 +125,12 @@ void requireOwnWal(const QString& path) {
 
 void requireOwnJournals(const QString& path) {
   for (const QString& suffix : {u"-wal"_s, u"-shm"_s, u"-journal"_s}) requirePlainFile(path + suffix, path);
-  const QFileInfo wal(walOf(path));
-  if (!wal.exists() || isOpenElsewhere(path)) return;
+  const QFileInfo wal(walOf(path)), journal(path + u"-journal"_s);
+  if (!wal.exists() && !journal.exists()) return;
+  const bool inUse = isOpenElsewhere(path);
+  const QString fault = faultOfRollbackJournal(path, inUse);
+  if (!fault.isEmpty()) refuseJournal(journal.filePath(), path, fault);
+  if (!wal.exists() || inUse) return;
   if (wal.size() > kJournalHead) return requireOwnWal(path);
   // Whoever keeps it open had another file of this name.
   for (const QString& suffix : {u"-wal"_s, u"-shm"_s}) QFile::remove(path + suffix);
