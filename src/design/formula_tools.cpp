@@ -148,10 +148,8 @@ QVector<Value> FormulaTools::compute(Run& run) {
   // A failed evaluation leaves no block; then there is no memory to look at.
   const char* block = desk_.api.OSLockObject(run.result);
   LibraryList list(desk_.api, block);
-  const QVector<Value> values =
-      readEvaluation(QByteArrayView(block, block ? length : 0), list, [this](QByteArrayView lmbcs) {
-        return desk_.routines.ConvertTranslate(kFromLmbcs, fromCodePage(lmbcs));
-      });
+  const QVector<Value> values = readEvaluation(QByteArrayView(block, block ? length : 0), list,
+                                               [this](QByteArrayView stored) { return shownText(stored); });
   // Texts were read without a trap, and it stays off: what was read is worth more than a failing release.
   if (isTextList(QByteArrayView(block, block ? length : 0))) run.step.switchTrapOff();
   run.step([&] { desk_.api.NSFComputeStop(std::exchange(run.compute, 0)); });
@@ -160,6 +158,14 @@ QVector<Value> FormulaTools::compute(Run& run) {
   run.step([&] { desk_.api.OSUnlockObject(run.code); });
   run.step([&] { desk_.api.OSMemFree(std::exchange(run.code, 0)); });
   return values;
+}
+
+// A translation ends at a NUL, which in stored text breaks the line; so each line is translated by itself.
+QString FormulaTools::shownText(QByteArrayView stored) {
+  QStringList lines;
+  for (const QByteArray& line : stored.toByteArray().split('\0'))
+    lines += desk_.routines.ConvertTranslate(kFromLmbcs, fromCodePage(line));
+  return lines.join(u"\r\n"_s);
 }
 
 void FormulaTools::releaseAfterFailure(Run& run) {

@@ -49,6 +49,7 @@ class FormulaTools {
   Results evaluate(Run& run, const QString& noteId, const QByteArray& formula);
   void openNote(Run& run);
   QVector<Value> compute(Run& run);
+  QString shownText(QByteArrayView stored);
   void releaseAfterFailure(Run& run);
   void evaluateOnDocument(const QString& formula);
   void append(const QString& lines);

@@ -2,7 +2,8 @@
 // own name, with the parameters as the program passes them.
 //
 //  1. Strings go in and come out as single-byte text in the system code page (Windows-1252 outside
-//     Windows); lengths count bytes of that text. Stored Notes text is LMBCS, see OSTranslate.
+//     Windows); lengths count bytes of that text. Stored Notes text is LMBCS, see OSTranslate; a formula
+//     that OSTranslate has just made LMBCS is compiled as that.
 //  2. Every function that returns Status gives 0 for success. Of a status only the low 14 bits are
 //     the error number; 0x8000 and 0x4000 are marks (shown already, remote).
 //  3. Handles are plain 32-bit values, 0 means none. Zero, stale and wrong handles are harmless:

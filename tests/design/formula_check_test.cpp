@@ -2,6 +2,9 @@
 #include <QFile>
 
 #include "design/tools_fixture.h"
+#include "embedded/format/lmbcs.h"
+#include "embedded/formula/formula.h"
+#include "notes/code_page.h"
 
 namespace lens {
 namespace {
@@ -56,6 +59,14 @@ class FormulaCheck : public ToolsTest {
     note.add(u"Amounts"_s, itemflag::Summary, numberListValue({1.5, 2}));
     return note;
   }
+  bool canSearch(const QString& formula) {
+    try {
+      state().gDb.search(formula, 0);
+      return true;
+    } catch (const RuntimeError&) {
+      return false;
+    }
+  }
   int librarysCalls(const QString& function) { return int(capi().log.filter(function).size()); }
 };
 
@@ -87,6 +98,16 @@ TEST_F(FormulaCheck, AFormulaThatFailsWhenItRunsIsOneEmptyLine) {
 
 TEST_F(FormulaCheck, LettersOfTheCodePageComeBack) {
   EXPECT_EQ(answers(u"\"Größe €\" : @UpperCase(\"é\")"_s), QStringList({u"Größe €"_s, u"É"_s}));
+}
+
+TEST_F(FormulaCheck, AResultOfSeveralLinesIsShownWhole) {
+  EXPECT_EQ(answers(u"\"Street 1\" + @NewLine + \"Town\""_s), QStringList({u"Street 1"_s, u"Town"_s}));
+  EXPECT_EQ(answers(u"@NewLine + \"a\" + @NewLine + @NewLine : \"b\""_s),
+            QStringList({QString(), u"a"_s, QString(), QString(), QString(), u"a"_s, u"b"_s}));
+  Note note = document(u"Person"_s);
+  note.add(u"Address"_s, itemflag::Summary, textValue(withStoredBreaks(u"Größe 1\nTown"_s)));
+  show(note);
+  EXPECT_EQ(answers(u"Address"_s), QStringList({u"Größe 1"_s, u"Town"_s}));
 }
 
 TEST_F(FormulaCheck, LettersBeyondTheCodePageAreQuestionMarks) {
@@ -192,6 +213,42 @@ TEST_F(FormulaCheck, LettersOfTheCodePageMoveNoMark) {
       EXPECT_EQ(host.boxes, plain) << letters.toStdString();
       EXPECT_EQ(redStretch(), stretch) << letters.toStdString();
     }
+  }
+}
+
+// What passes the check is a formula for the search too, and what does not is none for either, whatever
+// character of the code page stands in a name, in a text or between them. The mark is where the search finds
+// the fault.
+TEST_F(FormulaCheck, AgreesWithTheSearchAboutEveryCharacterOfTheCodePage) {
+  memo();
+  for (int byte = 0; byte < 256; ++byte) {
+    const QString unit = fromCodePage(QByteArray(1, char(byte)));
+    for (const QString& formula :
+         {QString(u"SELECT a"_s + unit + u"b = 1"), QString(unit + u"ab := \"x\"; SELECT @All"),
+          QString(u"SELECT Form = \"a"_s + unit + u"b\""), QString(u"SELECT"_s + unit + u"Form = \"Memo\""),
+          QString(u"SELECT Form = \"Memo\""_s + unit + u"| 1 2")}) {
+      check(formula);
+      const formula::Compiled searched = formula::compile(formula, {});
+      EXPECT_EQ(host.boxes.isEmpty(), canSearch(formula)) << byte << ' ' << formula.toStdString();
+      if (searched) continue;
+      ASSERT_EQ(host.boxes.size(), 1) << byte;
+      EXPECT_EQ(box().selStart(), qMin(searched.error.offset, int(formula.size()))) << byte;
+      EXPECT_EQ(host.boxes[0].text,
+                faultBox(app->routines.GetAPIError(Status(searched.error.reason)), searched.error.offset,
+                         searched.error.offset + searched.error.length)
+                    .text)
+          << byte;
+    }
+  }
+}
+
+TEST_F(FormulaCheck, EveryCharacterOfTheCodePageComesBackFromTheEvaluation) {
+  for (int byte = 1; byte < 256; ++byte) {
+    const QString unit = fromCodePage(QByteArray(1, char(byte)));
+    if (unit == u"\"" || unit == u"\\") continue;
+    const QString formula = u"\"a"_s + unit + u"b\"";
+    const QString shown = unit == u"\n" ? kEnd : unit;
+    EXPECT_EQ(check(formula), formula + kEnd + u'a' + shown + u'b') << byte;
   }
 }
 

@@ -110,6 +110,7 @@ class EmbeddedCApi : public CApi {
   WorkspaceEnvironment environment_;
   MemoryPool memory_;
   ListWalk walk_;
+  QByteArray translated_;  // the text last turned to LMBCS that no formula was compiled from yet
 };
 
 }  // namespace lens

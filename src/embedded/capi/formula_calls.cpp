@@ -1,6 +1,7 @@
 // The formula functions of the C API. A compiled formula in memory is its source, laid out as items hold it:
 // callers keep it, lock it and free it like any other memory, and never look inside.
 #include <algorithm>
+#include <utility>
 
 #include "embedded/capi/call_support.h"
 #include "embedded/capi/embedded_capi.h"
@@ -10,9 +11,15 @@
 #include "embedded/format/source_formula.h"
 #include "embedded/formula_context/evaluated_note.h"
 #include "embedded/formula_context/item_conversion.h"
+#include "notes/code_page.h"
 
 namespace lens {
 namespace {
+
+// Text comes in the code page, as everywhere at this door, save for what OSTranslate has just made of it.
+QString formulaSource(QByteArrayView given, bool translated) {
+  return translated ? fromLmbcs(given) : fromCodePage(given);
+}
 
 // Places come in bytes of what was given, as callers count them.
 quint16 bytesBefore(const QString& source, qsizetype characters, qsizetype bytes) {
@@ -28,7 +35,7 @@ Status EmbeddedCApi::NSFFormulaCompile(const QByteArray& formula, quint16 length
   compiled = 0;
   compiledLength = error = line = column = offset = errorLength = 0;
   const QByteArray given = formula.first(std::min<qsizetype>(length, formula.size()));
-  const QString source = fromLmbcs(given);
+  const QString source = formulaSource(given, given == std::exchange(translated_, {}));
   const formula::Compiled result = formula::compile(source, {&environment_});
   if (!result) {
     const formula::CompileError& found = result.error;

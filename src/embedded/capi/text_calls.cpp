@@ -80,24 +80,29 @@ quint16 EmbeddedCApi::OSTranslate(quint16 mode, const QByteArray& source, quint1
   const auto write = [&](const QString& text, QByteArray (*encode)(QStringView)) {
     return put(fitting(text, limit, encode), target, limit);
   };
+  const auto writeStored = [&](const QString& text) {
+    const quint16 written = write(text, toLmbcs);
+    translated_ = upToNul(target.first(std::min<qsizetype>(written, target.size())));
+    return written;
+  };
   const auto toUtf8 = [](QStringView text) { return text.toUtf8(); };
   switch (mode) {
     case translation::ToLmbcs:
-      return write(fromCodePage(bytes), toLmbcs);
+      return writeStored(fromCodePage(bytes));
     case translation::FromLmbcs:
       return write(fromLmbcs(bytes), toCodePage);
     case translation::Upper:
-      return write(fromLmbcs(bytes).toUpper(), toLmbcs);
+      return writeStored(fromLmbcs(bytes).toUpper());
     case translation::Lower:
-      return write(fromLmbcs(bytes).toLower(), toLmbcs);
+      return writeStored(fromLmbcs(bytes).toLower());
     case translation::Unaccent:
-      return write(withoutAccents(fromLmbcs(bytes)), toLmbcs);
+      return writeStored(withoutAccents(fromLmbcs(bytes)));
     case translation::LmbcsToUtf8:
       return write(fromLmbcs(bytes), toUtf8);
     case translation::Utf8ToLmbcs:
-      return write(QString::fromUtf8(bytes), toLmbcs);
+      return writeStored(QString::fromUtf8(bytes));
     case translation::Utf16ToLmbcs:
-      return write(fromUtf16Bytes(given, nulEnded), toLmbcs);
+      return writeStored(fromUtf16Bytes(given, nulEnded));
     case translation::LmbcsToUtf16: {
       const quint16 written = write(fromLmbcs(bytes), utf16Bytes);
       // The second half of the character that ends the text.

@@ -5,6 +5,7 @@
 #include "embedded/capi/embedded_capi.h"
 #include "embedded/capi/status.h"
 #include "embedded/format/lmbcs.h"
+#include "embedded/formula/formula.h"
 #include "embedded/model/support/test_workspace.h"
 #include "notes/code_page.h"
 
@@ -36,9 +37,16 @@ struct Formulas : ::testing::Test {
     return c;
   }
 
+  // In the stored character set, as OSTranslate makes it from UTF-8.
+  QByteArray translated(const QString& text) {
+    const QByteArray utf8 = text.toUtf8();
+    QByteArray target(utf8.size() * 3, ' ');
+    return target.first(api.OSTranslate(24, utf8, quint16(utf8.size()), target, quint16(target.size())));
+  }
+
   // The result block, empty when there is none; the status is kept.
-  QByteArray evaluate(const QByteArray& formula, NoteHandle note = 0) {
-    const Compile c = compile(formula);
+  QByteArray evaluate(const QString& formula, NoteHandle note = 0) {
+    const Compile c = compile(translated(formula));
     MemHandle compute = 0, result = 0;
     quint16 length = 0;
     EXPECT_EQ(api.NSFComputeStart(0, api.OSLockObject(c.handle), compute), 0);
@@ -119,7 +127,7 @@ TEST_F(Formulas, TextOfTheCodePageCountsOneByteForACharacter) {
 }
 
 TEST_F(Formulas, PlacesCountBytesOfTheStoredCharacterSet) {
-  const QByteArray text = toLmbcs(u"\"日本\" \"x\"");
+  const QByteArray text = translated(u"\"日本\" \"x\""_s);
   const Compile c = compile(text);
   EXPECT_EQ(c.error, 0x050B);
   EXPECT_EQ(c.offset, text.size() - 3);
@@ -130,6 +138,25 @@ TEST_F(Formulas, NamesWithLettersBeyondAsciiPassTheCheckInTheCodePage) {
   EXPECT_EQ(compile(toCodePage(u"Größe + 1")).status, 0);
 }
 
+// What OSTranslate has made is compiled as such, once. Other bytes are text of the code page, all 256 of
+// them.
+TEST_F(Formulas, OnlyATranslatedTextIsReadAsTheStoredCharacterSet) {
+  for (int byte = 1; byte < 256; ++byte) {
+    const QString unit = fromCodePage(QByteArray(1, char(byte)));
+    const QString source = u"a%1b := 1; 2"_s.arg(unit);
+    const formula::Compiled expected = formula::compile(source, {});
+    const QByteArray stored = translated(source);
+    EXPECT_EQ(stored, toLmbcs(source));
+    const Compile fromStored = compile(stored), fromPage = compile(toCodePage(source));
+    EXPECT_EQ(fromStored.status == 0, bool(expected)) << byte;
+    EXPECT_EQ(fromPage.status == 0, bool(expected)) << byte;
+    EXPECT_EQ(fromPage.offset, expected ? 0 : expected.error.offset) << byte;
+  }
+  const QByteArray letter = translated(u"ÿ := 1; 2"_s);  // a no-break space in the code page's order
+  EXPECT_EQ(compile(letter).status, 0);
+  EXPECT_EQ(compile(letter).status, compile(toCodePage(fromCodePage(letter))).status);
+}
+
 TEST_F(Formulas, OnlyAsManyBytesAsTheLengthSaysAreRead) {
   Compile c;
   EXPECT_EQ(
@@ -138,7 +165,7 @@ TEST_F(Formulas, OnlyAsManyBytesAsTheLengthSaysAreRead) {
 }
 
 TEST_F(Formulas, ResultsAreAlwaysLists) {
-  QByteArray block = evaluate("1/3");
+  QByteArray block = evaluate(u"1/3"_s);
   ASSERT_EQ(block.size(), 14);
   EXPECT_EQ(typeOf(block), 0x0301);
   EXPECT_EQ(block.mid(2, 4), QByteArray("\1\0\0\0", 4));
@@ -146,32 +173,32 @@ TEST_F(Formulas, ResultsAreAlwaysLists) {
   std::memcpy(&third, block.constData() + 6, sizeof third);
   EXPECT_EQ(third, 1.0 / 3);
 
-  EXPECT_EQ(typeOf(evaluate("\"a\" : \"b\"")), 0x0501);
+  EXPECT_EQ(typeOf(evaluate(u"\"a\" : \"b\""_s)), 0x0501);
   EXPECT_EQ(texts, QStringList({u"a"_s, u"b"_s}));
-  EXPECT_EQ(typeOf(evaluate("\"\"")), 0x0501);
+  EXPECT_EQ(typeOf(evaluate(u"\"\""_s)), 0x0501);
   EXPECT_EQ(texts, QStringList(QString()));
-  EXPECT_EQ(typeOf(evaluate("@Today")), 0x0401);
+  EXPECT_EQ(typeOf(evaluate(u"@Today"_s)), 0x0401);
   EXPECT_EQ(status, 0);
 }
 
 TEST_F(Formulas, AFailedEvaluationLeavesNothingToRead) {
-  EXPECT_TRUE(evaluate("1 / \"a\"").isEmpty());
+  EXPECT_TRUE(evaluate(u"1 / \"a\""_s).isEmpty());
   EXPECT_EQ(status, 0x053D);
   EXPECT_EQ(api.OSLockObject(0), nullptr);
 }
 
 TEST_F(Formulas, ReadTheNoteThatIsGiven) {
   const NoteHandle note = openNote();
-  evaluate(toLmbcs(u"Subject : Form"), note);
+  evaluate(u"Subject : Form"_s, note);
   EXPECT_EQ(texts, QStringList({u"Größe"_s, u"Memo"_s}));
   EXPECT_FALSE(modified);
-  evaluate("@Text(@Sum(Amounts))", note);
+  evaluate(u"@Text(@Sum(Amounts))"_s, note);
   EXPECT_EQ(texts, QStringList(u"3.5"_s));
-  evaluate("SELECT Form = \"Memo\"", note);
+  evaluate(u"SELECT Form = \"Memo\""_s, note);
   EXPECT_TRUE(matches);
-  evaluate("SELECT Form = \"Task\"", note);
+  evaluate(u"SELECT Form = \"Task\""_s, note);
   EXPECT_FALSE(matches);
-  evaluate("Subject");
+  evaluate(u"Subject"_s);
   EXPECT_EQ(texts, QStringList(QString())) << "without a note there is no item";
 }
 
@@ -184,7 +211,7 @@ TEST_F(Formulas, FieldsAreWrittenToTheOpenNoteAndNotToTheDatabase) {
   const QByteArray before(api.OSLockObject(value.pool) + value.block, length);
   api.OSUnlockObject(value.pool);
   const MemHandle handedOut = value.pool;
-  evaluate("FIELD Subject := \"new subject\"; FIELD Amounts := @DeleteField; 1", note);
+  evaluate(u"FIELD Subject := \"new subject\"; FIELD Amounts := @DeleteField; 1"_s, note);
   EXPECT_TRUE(modified);
   // What was handed out stays readable until the note is closed.
   EXPECT_EQ(QByteArray(api.OSLockObject(handedOut), qsizetype(before.size())), before);
