@@ -14,9 +14,8 @@ constexpr quint16 kForce = 0x0001, kNoStub = 0x0200;
 constexpr qint32 kWithoutTopBit = 0x7FFFFFFF;
 constexpr int kPathSize = 256;
 
-// All eight digits, so that no name that begins like a number is taken for another note's ID.
 qint32 eightDigitId(const QString& text) {
-  if (text.size() != 8) throw RuntimeError(err::TypeMismatch);
+  if (!isWholeNoteId(text)) throw RuntimeError(err::TypeMismatch);
   return hexToInt32(text) & kWithoutTopBit;
 }
 
@@ -58,7 +57,7 @@ Deletion::Walk Deletion::removeNoteOf(int row) {
   // Whatever is left here would be removed when the look-up fails.
   desk_.state.gDoc.release();
   Continue lookup;
-  lookup([&] { desk_.state.gDoc = desk_.state.gDb.documentById(noteId); });
+  if (isWholeNoteId(noteId)) lookup([&] { desk_.state.gDoc = desk_.state.gDb.documentById(noteId); });
   if (desk_.state.gDoc.isNothing()) return removeById(noteId);
   removeDocument(row);
   return Walk::StartsAnew;

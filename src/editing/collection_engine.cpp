@@ -69,11 +69,17 @@ void CollectionEngine::changeDocuments(CollectionChange* change) {
   Statements step;
   for (Int16 index; index <= last; index += 1) {
     if (index >= list.listCount()) break;
-    const QString noteId = listedNoteId(list.list(index));
-    step([&] { desk_.state.gDoc = desk_.state.gDb.documentById(noteId); });
+    step([&] { desk_.state.gDoc = documentOf(list.list(index)); });
     if (desk_.state.gDoc.isNothing() || !change) continue;
     if (change->change(step) == CollectionChange::Run::Ends) break;
   }
+}
+
+// What stands behind a mark may be the end of a name: it is refused as the client refuses an ID.
+NotesDocument CollectionEngine::documentOf(const QString& row) {
+  const QString noteId = listedNoteId(row);
+  if (noteId != row && !isWholeNoteId(noteId)) throw RuntimeError(err::TypeMismatch);
+  return desk_.state.gDb.documentById(noteId);
 }
 
 // Without a trap, also after a failure: an empty list has no entry to mark, and that goes to the caller.

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "editing/collection_changes.h"
+#include "notes/objects/notes_database.h"
 #include "shell/desk.h"
 
 namespace lens {
@@ -28,6 +29,7 @@ class CollectionEngine {
  private:
   std::unique_ptr<CollectionChange> changeOf(int mode, const QString& name, const QString& value);
   void changeDocuments(CollectionChange* change);
+  NotesDocument documentOf(const QString& row);
   void endOfRun();
 
   Desk& desk_;

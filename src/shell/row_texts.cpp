@@ -1,5 +1,7 @@
 #include "shell/row_texts.h"
 
+#include <algorithm>
+
 #include "notes/runtime_error.h"
 #include "shell/text_routines.h"
 
@@ -50,6 +52,12 @@ QString designTitle(const QString& row) {
 QString listedNoteId(const QString& row) {
   const qsizetype mark = row.indexOf(kShortIdMark);
   return mark < 0 ? row : row.mid(mark + kShortIdMark.size());
+}
+
+bool isWholeNoteId(QStringView text) {
+  return text.size() == 8 && std::all_of(text.begin(), text.end(), [](QChar c) {
+           return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
+         });
 }
 
 }  // namespace lens

@@ -39,5 +39,8 @@ CollectionRow collectionRow(const QString& row);
 QString designTitle(const QString& row);
 // The note ID as those read it who ask for no name: what stands behind the first "# ", or the whole row.
 QString listedNoteId(const QString& row);
+// Eight hexadecimal digits, as all rows are written. Who changes or removes a note asks, so that a name with
+// a mark in it ("Plan # 8fa") never leads to another note.
+bool isWholeNoteId(QStringView text);
 
 }  // namespace lens

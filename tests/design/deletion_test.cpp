@@ -197,6 +197,26 @@ TEST_F(DeletionTest, TakesNoPartOfANameForAnId) {
   EXPECT_EQ(engineCapi->openHandles(), 0);
 }
 
+// A listing that writes the ID first has names behind it, and a name may end in a mark and digits. None of
+// the ways to write another note's ID in less or more than eight digits leads to that note.
+TEST_F(DeletionTest, TakesNoEndOfANameForAnotherNotesId) {
+  const NoteId listed = profile(u"a"_s), other = profile(u"b"_s);
+  const QString id = other.hexText();
+  start();
+  const QString padded = digits(other);
+  for (const QString& written : QStringList{id, id.toLower(), u"0"_s + id, padded.mid(1), u"0"_s + padded,
+                                            u" "_s + id, id + u" "_s, u"0x"_s + id}) {
+    if (written.size() == 8) continue;
+    markRows({digits(listed) + u" Plan # " + written});
+    host.boxes.clear();
+    press("cmdDelete");
+    EXPECT_EQ(host.boxes, Boxes({toldBox(u"Notes error 13 occurred: Type mismatch "_s + written)}));
+    EXPECT_EQ(rows("idList").size(), 1);
+  }
+  EXPECT_EQ(database->notes().state(listed), NoteState::Live);
+  EXPECT_EQ(database->notes().state(other), NoteState::Live);
+}
+
 TEST_F(DeletionTest, ClearsTheTopBitOfAnId) {
   const NoteId bad = damaged();
   start();

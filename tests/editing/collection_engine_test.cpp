@@ -353,6 +353,21 @@ TEST_F(CollectionEngineTest, AfterARefusedIdADateLineIsLostOnce) {
   EXPECT_EQ(valuesOf(2, u"Due"_s), QStringList({u"12.03.2024"_s, u"13.03.2024"_s}));
 }
 
+TEST_F(CollectionEngineTest, TakesNoEndOfANameForAnotherNotesId) {
+  collectTwo();
+  ListBox& list = control<ListBox>("idList");
+  for (const QString& written : {ids[1].hexText(), QString(u'0' + idRow(ids[1]))}) {
+    list.clear();
+    list.addItem(idRow(ids[0]) + u" Plan # " + written);
+    fillIn(u"Subject"_s, {}, u"new"_s);
+    host.boxes.clear();
+    click("cmdWriteDocsInColl");
+    expectBatchBox(13);
+    EXPECT_EQ(valuesOf(0, u"Subject"_s), QStringList(u"first pump"_s));
+    EXPECT_EQ(valuesOf(1, u"Subject"_s), QStringList(u"second pump"_s));
+  }
+}
+
 TEST_F(CollectionEngineTest, AddsDatesAndDropsWhatIsNone) {
   collectTwo();
   fillIn(u"Due"_s, typeSentence(1024), u"11.03.2024\r\nsoon\r\n12.03.2024"_s);

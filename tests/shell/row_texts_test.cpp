@@ -29,6 +29,14 @@ TEST(CollectionRow, IsABareIdOrANameWithoutAliasesAndAnId) {
   EXPECT_EQ(collectionRow(u"All   # 00000122"_s).designName, "All");
 }
 
+TEST(WholeNoteId, HasEightHexadecimalDigits) {
+  for (const QString& whole : {u"00000902"_s, u"FFFF0010"_s, u"0000abcd"_s})
+    EXPECT_TRUE(isWholeNoteId(whole));
+  for (const QString& part : {QString(), u"8fa"_s, u"0000902"_s, u"000000902"_s, u"0000090G"_s, u" 0000902"_s,
+                              u"0000902 "_s, u"-0000902"_s, u"0x000902"_s, u"0000090\u0662"_s})
+    EXPECT_FALSE(isWholeNoteId(part)) << part.toStdString();
+}
+
 TEST(DesignTitle, IsTheRowUpToItsMarkerAndItsFirstAlias) {
   EXPECT_EQ(designTitle(u"Clean up  # 0000011A"_s), "Clean up");
   EXPECT_EQ(designTitle(u"Clean up|clean|c  # 0000011A"_s), "Clean up");
