@@ -2,6 +2,7 @@
 // marking and searching grow.
 #include <benchmark/benchmark.h>
 
+#include "client/client_window.h"
 #include "desk.h"
 #include "embedded/format/packed_items.h"
 #include "embedded/richtext/rich_text.h"
@@ -19,6 +20,7 @@ const Ratio kOverwrite("overwrite an item in 10,000 documents", "BM_Collection/3
                        2.5);
 const Ratio kReplace("replace in all items of 10,000 documents", "BM_Collection/4", "BM_ReadAndWriteRows",
                      2.5);
+const Ratio kDeleteMarked("delete 10,000 marked documents of 20,000", "BM_DeleteMarked", "BM_DeleteRows", 3);
 const Ratio kMark("10,000 hits marked in 1 MB beside 4 times 2,500 in 250 KB", "BM_Mark/10000",
                   "BM_MarkFourTimes/2500", 1.3);
 const Ratio kMiss("search over 5,000 rows beside 4 times 1,250", "BM_SearchRows/5000",
@@ -124,6 +126,57 @@ void BM_ReadAndWriteRows(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_ReadAndWriteRows)->Iterations(1)->Repetitions(3)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+// --- Marked rows ---------------------------------------------------------------------------------------
+
+constexpr int kMarked = 10'000, kListed = 20'000;
+
+// The client's window shows all documents; half of them are marked in the list.
+struct Marked : Desk {
+  Marked() {
+    {
+      Database::Transaction transaction(*database);
+      for (int i = 0; i < kListed; ++i) ids.push_back(save(letter(i)));
+      transaction.commit();
+    }
+    start(ids.front());
+    client = std::make_unique<ClientWindow>(workspace);
+    client->show();
+    ListBox& list = *form().idList;
+    list.clear();
+    for (const NoteId id : ids) list.addItem(id.hexText().rightJustified(8, u'0'));
+    for (int row = 0; row < kMarked; ++row) list.setSelected(row, true);
+  }
+  QVector<NoteId> ids;
+  std::unique_ptr<ClientWindow> client;
+};
+
+void BM_DeleteMarked(benchmark::State& state) {
+  Marked desk;
+  for (auto _ : state) {
+    desk.application->deletion.cmdDelete_Click();
+    QCoreApplication::processEvents();
+  }
+  if (desk.form().idList->listCount() != kListed - kMarked) state.SkipWithError("rows are left");
+}
+BENCHMARK(BM_DeleteMarked)->Iterations(1)->Repetitions(3)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+// The same rows made stubs, each durable before the next.
+void BM_DeleteRows(benchmark::State& state) {
+  Marked desk;
+  const Raw write(desk.path(),
+                  "UPDATE note SET state = 1, modified = ?, change = ?, items = x'' WHERE id = ?");
+  qint64 count = desk.database->versions().changeSequence();
+  for (auto _ : state)
+    for (int row = 0; row < kMarked; ++row) {
+      sqlite3_bind_int64(write.statement(), 1, ++count);
+      sqlite3_bind_int64(write.statement(), 2, count);
+      sqlite3_bind_int64(write.statement(), 3, desk.ids[row].value());
+      if (sqlite3_step(write.statement()) != SQLITE_DONE) state.SkipWithError("a row was not written");
+      sqlite3_reset(write.statement());
+    }
+}
+BENCHMARK(BM_DeleteRows)->Iterations(1)->Repetitions(3)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 // --- Marks ---------------------------------------------------------------------------------------------
 

@@ -9,6 +9,11 @@
 #include "client/view_pane.h"
 
 namespace lens {
+namespace {
+
+constexpr int kBetweenReloads = 250;  // milliseconds
+
+}  // namespace
 
 DatabaseController::DatabaseController(ClientControls& controls, std::shared_ptr<Workspace> workspace,
                                        ViewPane& views, DocumentPane& document)
@@ -16,6 +21,8 @@ DatabaseController::DatabaseController(ClientControls& controls, std::shared_ptr
   useListFont(*controls.databaseTree);
   giveRowsRoom(*controls.databaseTree);
   connectActions();
+  reload_.setSingleShot(true);
+  connect(&reload_, &QTimer::timeout, this, &DatabaseController::reloadView);
   controls.databaseTree->setWorkspace(workspace_);
   workspace_->client().setListener(this);
   workspace_->setChangeListener([this](const DatabasePlace& place) {
@@ -123,6 +130,7 @@ void DatabaseController::syncWithState() {
 }
 
 bool DatabaseController::load() {
+  reload_.stop();
   try {
     database_ = workspace_->database(place_->server, place_->path);
     document_.setDatabase(database_);
@@ -138,6 +146,7 @@ bool DatabaseController::load() {
 }
 
 void DatabaseController::unload(const QString& why) {
+  reload_.stop();
   place_.reset();
   database_.reset();
   views_.clear();
@@ -155,7 +164,20 @@ void DatabaseController::documentClosed() {
   controls_.documentTable->setFocus();
 }
 
+// A program that changes many documents asks behind each of them: one reload answers all that ask before
+// events are taken again, and the next one waits a little.
 void DatabaseController::refreshView() {
+  if (!place_ || reload_.isActive()) return;
+  const qint64 since = lastReload_.isValid() ? lastReload_.elapsed() : kBetweenReloads;
+  reload_.start(int(std::max<qint64>(0, kBetweenReloads - since)));
+}
+
+void DatabaseController::settle() {
+  if (reload_.isActive()) reloadView();
+}
+
+void DatabaseController::reloadView() {
+  reload_.stop();
   if (!place_) return;
   if (!QFileInfo::exists(workspace_->absolutePath(*place_))) {
     const QString file = workspace_->absolutePath(*place_);
@@ -167,13 +189,14 @@ void DatabaseController::refreshView() {
   } catch (const RuntimeError& error) {
     controls_.showError(error.description());
   }
+  lastReload_.start();
 }
 
 void DatabaseController::refresh() {
   controls_.clearError();
   controls_.databaseTree->refresh();
   if (!place_) return syncWithState();
-  refreshView();
+  reloadView();
   if (place_) document_.refresh();
   showTitle();
 }

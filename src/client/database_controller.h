@@ -2,7 +2,9 @@
 // page, title and status.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
+#include <QTimer>
 #include <memory>
 #include <optional>
 
@@ -56,6 +58,7 @@ class DatabaseController : public QObject, private ClientListener {
 
  private:
   void refreshView() override;
+  void settle() override;
   void databaseShown() override { syncWithState(); }
   void documentClosed() override;
   void databaseClosed() override { syncWithState(); }
@@ -68,6 +71,7 @@ class DatabaseController : public QObject, private ClientListener {
   void showPage();
   void showTitle();
   void showCounts();
+  void reloadView();
 
   ClientControls& controls_;
   std::shared_ptr<Workspace> workspace_;
@@ -75,6 +79,8 @@ class DatabaseController : public QObject, private ClientListener {
   DocumentPane& document_;
   std::shared_ptr<Database> database_;
   std::optional<DatabasePlace> place_;
+  QTimer reload_;             // runs while a refresh that somebody asked for waits
+  QElapsedTimer lastReload_;  // begins at the end of a reload
 };
 
 }  // namespace lens

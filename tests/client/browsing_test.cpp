@@ -1,3 +1,6 @@
+#include <QElapsedTimer>
+#include <QSignalSpy>
+
 #include "client/client_fixture.h"
 #include "client/document_model.h"
 
@@ -164,7 +167,61 @@ TEST_F(Client, AProgramCanRefreshTheView) {
   openMail();
   save(memo(u"One"_s));
   uiWorkspace().call(u"VIEWREFRESH"_s);
-  EXPECT_EQ(table().model()->rowCount(), 1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return table().model()->rowCount() == 1; }));
+}
+
+// Deleting thousands of rows asks for a refresh behind each: the window reads its view once, when events are
+// taken, and not again within a quarter of a second.
+TEST_F(Client, ABurstOfRefreshesReadsTheViewOnce) {
+  QVector<NoteId> notes;
+  for (int i = 0; i < 30; ++i) notes += save(memo(u"Memo %1"_s.arg(i)));
+  start();
+  openMail();
+  QSignalSpy reads(table().model(), &QAbstractItemModel::modelReset);
+  const auto removeTen = [&] {
+    for (int i = 0; i < 10; ++i) {
+      mail->notes().remove(notes.takeLast());
+      workspace->notifyChanged({QString(), u"mail.nsf"_s});
+      uiWorkspace().call(u"VIEWREFRESH"_s);
+    }
+  };
+  removeTen();
+  EXPECT_EQ(reads.count(), 0);
+  QElapsedTimer time;
+  time.start();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return table().model()->rowCount() == 20; }));
+  EXPECT_EQ(reads.count(), 1);
+  removeTen();
+  removeTen();
+  while (table().model()->rowCount() > 0 && time.elapsed() < 5000) {
+    uiWorkspace().call(u"VIEWREFRESH"_s);
+    QCoreApplication::processEvents();
+  }
+  EXPECT_EQ(table().model()->rowCount(), 0);
+  EXPECT_LE(reads.count(), 2 + time.elapsed() / 250);
+}
+
+TEST_F(Client, WhatWaitsForARefreshIsSettledForAProgramThatAsks) {
+  const NoteId first = save(memo(u"One"_s)), second = save(memo(u"Two"_s));
+  start();
+  openMail();
+  trigger("selectAllAction");
+  EXPECT_EQ(unprocessed(), 2);
+  mail->notes().remove(first);
+  uiWorkspace().call(u"VIEWREFRESH"_s);
+  EXPECT_EQ(unprocessed(), 1);
+  EXPECT_EQ(workspace->client().visibleSelection(), QVector<NoteId>{second});
+}
+
+TEST_F(Client, ARefreshThatWaitsEndsWithItsDatabase) {
+  save(memo(u"One"_s));
+  start();
+  openMail();
+  uiWorkspace().call(u"VIEWREFRESH"_s);
+  window->closeDatabase();
+  QTest::qWait(300);
+  EXPECT_EQ(page(), u"emptyPage"_s);
+  EXPECT_EQ(error(), QString());
 }
 
 TEST_F(Client, ReadsOnlyTheNotesOfRowsInSight) {

@@ -22,7 +22,9 @@ struct DatabasePlace {
 class ClientListener {
  public:
   virtual ~ClientListener() = default;
+  // The window may wait for the end of a burst; settle() is asked before anybody reads what depends on it.
   virtual void refreshView() = 0;
+  virtual void settle() {}
   // Another database is on top, or none.
   virtual void databaseShown() {}
   virtual void documentClosed() = 0;
@@ -60,7 +62,10 @@ class ClientState {
   // The marked documents of the view, in its order.
   void select(QVector<NoteId> noteIds) { selection_ = std::move(noteIds); }
   // What a program sees of it: nothing while a document's window covers the view.
-  QVector<NoteId> visibleSelection() const { return document() ? QVector<NoteId>() : selection_; }
+  QVector<NoteId> visibleSelection() const {
+    if (listener_) listener_->settle();
+    return document() ? QVector<NoteId>() : selection_;
+  }
 
   // What the model asks of the client.
   void refreshView() {
