@@ -1,4 +1,5 @@
 #include "editing/editing_fixture.h"
+#include "support/in_zone.h"
 
 namespace lens {
 namespace {
@@ -57,6 +58,41 @@ TEST_F(FieldOverwritingTest, NamesReadersAndAuthorsBecomePlainText) {
     EXPECT_EQ(objectModelType(*stored().find(name)), 1280) << name.toStdString();
     EXPECT_EQ(values(name), QStringList(u"CN=B"_s));
   }
+}
+
+// An hour that comes twice when the clock goes back, a zone, hundredths, the digits behind the fifteenth: no
+// text shows them, so a value whose text is untouched keeps them.
+TEST_F(FieldOverwritingTest, WhatTheTextLeavesOutStaysWithAValueThatIsUntouched) {
+  const InZone berlin("CET-1CEST,M3.5.0,M10.5.0/3");
+  const auto at = [](int hour, int ms) {
+    return timeDateOf(QDateTime(QDate(2024, 10, 27), QTime(hour, 30, 0, ms), Qt::UTC), {-300, true});
+  };
+  Note note = memo();
+  note.add(u"Early"_s, itemflag::Summary, timeValue(at(0, 0)));
+  note.add(u"Late"_s, itemflag::Summary, timeValue(at(1, 0)));
+  note.add(u"All"_s, itemflag::Summary,
+           timeListValue({at(0, 370), at(1, 0), at(23, 20)}, {{at(2, 0), at(3, 50)}}));
+  note.add(u"Sum"_s, itemflag::Summary, numberValue(0.1 + 0.2));
+  note.add(u"Sums"_s, itemflag::Summary, numberListValue({0.1 + 0.2, 1.0 / 3}));
+  note.add(u"Texts"_s, itemflag::Summary,
+           rawValue(itemtype::TextList, QByteArray("\2\0\3\0\1\0\1\x84"
+                                                   "bc",
+                                                   10)));
+  show(note);
+  const Note before = stored();
+  for (const QString& name : {u"Early"_s, u"Late"_s, u"All"_s, u"Sum"_s, u"Sums"_s, u"Texts"_s}) {
+    overwriteUntouched(name);
+    EXPECT_EQ(stored().find(name)->value.toHex(' '), before.find(name)->value.toHex(' '))
+        << name.toStdString();
+  }
+  EXPECT_EQ(boxes(), QStringList());
+  selectRow("fldList", u"All:"_s);
+  setText("txtFieldContent", text("txtFieldContent").replace(u"02:30:00"_s, u"02:31:00"_s));
+  click("cmdOverwrite");
+  const QByteArray changed = stored().find(u"All")->value, old = before.find(u"All")->value;
+  EXPECT_EQ(changed.size(), old.size());
+  EXPECT_NE(changed.mid(6, 8), old.mid(6, 8));
+  EXPECT_EQ(changed.mid(22), old.mid(22)) << "the others keep theirs";
 }
 
 TEST_F(FieldOverwritingTest, DatesLeftUntouchedStayWhatTheyWereInEachRegion) {

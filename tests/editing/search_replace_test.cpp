@@ -1,6 +1,7 @@
 #include <QTest>
 
 #include "editing/editing_fixture.h"
+#include "support/in_zone.h"
 
 namespace lens {
 namespace {
@@ -334,6 +335,34 @@ TEST_F(SearchReplaceTest, AFailingChangeIsOneReportBelowReplaceAndSilenceBelowTh
   ASSERT_EQ(host.boxes.size(), 1);
   EXPECT_TRUE(host.boxes[0].text.startsWith(u"Run-time error '6':"_s));
   EXPECT_EQ(text("txtFieldContent"), "Valves");
+}
+
+TEST_F(SearchReplaceTest, PlacesWithoutAHitKeepTheirStoredBytes) {
+  const InZone berlin("CET-1CEST,M3.5.0,M10.5.0/3");
+  const TimeDate early =
+      timeDateOf(QDateTime(QDate(2024, 10, 27), QTime(0, 30, 0, 370), Qt::UTC), {-300, true});
+  Note note = memo();
+  note.add(u"Due"_s, itemflag::Summary, timeListValue({early, timeDateOfDate(QDate(2031, 3, 12)), early}));
+  const NoteId id = show(note);
+  const QByteArray before = stored().find(u"Due")->value;
+  const auto expectOthersKept = [&] {
+    const QByteArray after = stored(id).find(u"Due")->value;
+    EXPECT_EQ(after.first(14).toHex(), before.first(14).toHex());
+    EXPECT_EQ(after.sliced(22).toHex(), before.sliced(22).toHex());
+    EXPECT_NE(after.sliced(14, 8), before.sliced(14, 8));
+  };
+  setText("txtSearch", u"2031"_s);
+  setText("txtReplace", u"2032"_s);
+  click("cmdSearchReplaceAll");
+  expectOthersKept();
+  ListBox& list = control<ListBox>("idList");
+  list.clear();
+  list.addItem(idRow(id));
+  setText("txtSearch", u"2032"_s);
+  setText("txtReplace", u"2033"_s);
+  click("cmdReplAllFieldsInColl");
+  expectOthersKept();
+  EXPECT_EQ(boxes(), QStringList());
 }
 
 }  // namespace

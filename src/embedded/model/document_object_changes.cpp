@@ -1,4 +1,5 @@
 // The members of a document that change its items, and those that change its database.
+#include "embedded/format/kept_places.h"
 #include "embedded/format/written_value.h"
 #include "embedded/model/document_object.h"
 #include "embedded/model/parent_database.h"
@@ -11,7 +12,9 @@ namespace {
 
 quint32 replaceItem(OpenNote& open, const QString& name, const Value& value) {
   try {
-    return open.replace(name, writtenValue(value));
+    const Item* present = open.find(name);
+    const QByteArray written = writtenValue(value);
+    return open.replace(name, present ? withKeptPlaces(written, present->value) : written);
   } catch (const RuntimeError& error) {
     if (error.number() == modelfault::ItemRefused || name.isEmpty()) throw;
     throw RuntimeError(error.number(), u"%1: the item \"%2\" was not changed (%3)"_s.arg(

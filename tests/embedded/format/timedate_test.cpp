@@ -1,33 +1,10 @@
 #include "embedded/format/timedate.h"
 
-#include <ctime>
-
 #include "embedded/support/store_test.h"
+#include "support/in_zone.h"
 
 namespace lens {
 namespace {
-
-// Sets the machine's zone for one test.
-class InZone {
- public:
-  explicit InZone(const char* zone) : before_(qgetenv("TZ")), wasSet_(qEnvironmentVariableIsSet("TZ")) {
-    qputenv("TZ", zone);
-    tzset();
-  }
-  ~InZone() {
-    if (wasSet_)
-      qputenv("TZ", before_);
-    else
-      qunsetenv("TZ");
-    tzset();
-  }
-  InZone(const InZone&) = delete;
-  InZone& operator=(const InZone&) = delete;
-
- private:
-  QByteArray before_;
-  bool wasSet_;
-};
 
 constexpr char kNewYork[] = "EST5EDT,M3.2.0,M11.1.0";
 constexpr char kIndia[] = "IST-5:30";
