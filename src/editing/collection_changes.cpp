@@ -117,7 +117,11 @@ void CollectionOverwriting::overwriteText(Statements& step) {
 
 void CollectionOverwriting::overwriteNumbers(Statements& step) {
   step([&] { values_ = desk_.state.gDoc.itemValue(name_); });
-  step([&] { values_ = valueList(numberLines(content_, values_.upperBound() + 1)); });
+  QVector<Value> places;
+  if (step([&] { places = values_.values(); })) {
+    numberLines(step, content_, places);
+    values_ = Value::array(places);
+  }
   replaceValue(step, values_);
 }
 

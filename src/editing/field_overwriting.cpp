@@ -90,8 +90,9 @@ void FieldOverwriting::writeText(Statements& step, const QString& name) {
 void FieldOverwriting::writeNumbers(Statements& step, const QString& name) {
   Value values;
   step([&] { values = desk_.state.gDoc.itemValue(name); });
-  const Value numbers = valueList(numberLines(desk_.form.txtFieldContent->text(), values.upperBound() + 1));
-  step([&] { desk_.state.gDoc.replaceItemValue(name, numbers); });
+  QVector<Value> places = values.values();
+  numberLines(step, desk_.form.txtFieldContent->text(), places);
+  step([&] { desk_.state.gDoc.replaceItemValue(name, Value::array(places)); });
 }
 
 bool FieldOverwriting::replaceText(Statements& step, const NotesItem& item) {

@@ -18,11 +18,6 @@ void forEachLine(QString& content, const Use& use) {
   }
 }
 
-template <class List>
-Value arrayOf(const List& list) {
-  return Value::array(QVector<Value>(list.begin(), list.end()));
-}
-
 }  // namespace
 
 QStringList textLines(QString content) {
@@ -37,10 +32,10 @@ QStringList overwriteLines(QString content) {
   return lines;
 }
 
-QVector<double> numberLines(QString content, int places) {
-  QVector<double> numbers;
-  for (Int16 place; place < places; place += 1) numbers.push_back(numberPrefix(element(content, kLineEnd)));
-  return numbers;
+void numberLines(Statements& step, QString content, QVector<Value>& places) {
+  bool counts = true;
+  for (Int16 place; counts && place < places.size(); counts = step([&] { place += 1; }))
+    step([&] { places[place] = numberPrefix(element(content, kLineEnd)); });
 }
 
 QVector<Value> dateLines(Statements& step, QString content, const Regional& regional) {
@@ -64,10 +59,7 @@ QVector<Value> dateLines(Statements& step, QString content, const Regional& regi
 }
 
 Value valueList(const QStringList& texts) {
-  return arrayOf(texts);
-}
-Value valueList(const QVector<double>& numbers) {
-  return arrayOf(numbers);
+  return Value::array(QVector<Value>(texts.begin(), texts.end()));
 }
 
 }  // namespace lens

@@ -21,9 +21,10 @@ QStringList textLines(QString content);
 // has line ends of CR CR LF.
 QStringList overwriteLines(QString content);
 
-// As many numbers as there are places: lines beyond are passed over, places beyond the last line are 0, and
-// so is a line that begins with no number.
-QVector<double> numberLines(QString content, int places);
+// Each place takes the number of its line: lines beyond are passed over, places beyond the last line are 0,
+// and so is a line that begins with no number. With the trap off, places from a line that cannot be cut on
+// keep what they hold.
+void numberLines(Statements& step, QString content, QVector<Value>& places);
 
 // Each line a date by the user's region. The first line switches the trap off for the rest of the command;
 // an empty content leaves it on. A line that is no date, or one that meets a failure noted before, leaves its
@@ -32,6 +33,5 @@ QVector<Value> dateLines(Statements& step, QString content, const Regional& regi
 
 // The values as an array that REPLACEITEMVALUE takes.
 Value valueList(const QStringList& texts);
-Value valueList(const QVector<double>& numbers);
 
 }  // namespace lens

@@ -62,25 +62,56 @@ TEST(TextLines, LineCounterOverflows) {
   EXPECT_EQ(raisedBy([] { overwriteLines(u"a\r\n"_s.repeated(32'768)); }), err::Overflow);
 }
 
+// The numbers of the lines, put into that many places.
+QVector<double> numbersOf(const QString& content, int count) {
+  Statements step;
+  QVector<Value> places(count, Value(99));
+  numberLines(step, content, places);
+  QVector<double> numbers;
+  for (const Value& place : places) numbers.push_back(place.number());
+  return numbers;
+}
+
 TEST(NumberLines, AreAsManyAsThereArePlaces) {
-  EXPECT_EQ(numberLines(u"1\r\n2"_s, 3), QVector<double>({1, 2, 0}));
-  EXPECT_EQ(numberLines(u"1\r\n2\r\n3"_s, 2), QVector<double>({1, 2}));
-  EXPECT_EQ(numberLines(u""_s, 1), QVector<double>({0}));
+  EXPECT_EQ(numbersOf(u"1\r\n2"_s, 3), QVector<double>({1, 2, 0}));
+  EXPECT_EQ(numbersOf(u"1\r\n2\r\n3"_s, 2), QVector<double>({1, 2}));
+  EXPECT_EQ(numbersOf(u""_s, 1), QVector<double>({0}));
 }
 
 TEST(NumberLines, TakeTheNumberThatALineBeginsWith) {
-  EXPECT_EQ(numberLines(u"12abc\r\n  -1.5e2x\r\nabc\r\n1,5\r\nnan"_s, 5),
-            QVector<double>({12, -150, 0, 1, 0}));
+  EXPECT_EQ(numbersOf(u"12abc\r\n  -1.5e2x\r\nabc\r\n1,5\r\nnan"_s, 5), QVector<double>({12, -150, 0, 1, 0}));
 }
 
 TEST(NumberLines, PlacesAndLineEndsHaveSixteenBits) {
-  EXPECT_EQ(numberLines(QString(), 32'767).size(), 32'767);
-  EXPECT_EQ(raisedBy([] { numberLines(QString(), 32'768); }), err::Overflow);
-  EXPECT_EQ(raisedBy([] { numberLines(QString(33'000, u'1') + u"\r\n2", 2); }), err::Overflow);
+  EXPECT_EQ(numbersOf(QString(), 32'767).size(), 32'767);
+  EXPECT_EQ(raisedBy([] { numbersOf(QString(), 32'768); }), err::Overflow);
+  EXPECT_EQ(raisedBy([] { numbersOf(QString(33'000, u'1') + u"\r\n2", 2); }), err::Overflow);
+}
+
+// Wherever the line stands that cannot be cut: the places before it are written, the others stay.
+TEST(NumberLines, WithTheTrapOffPlacesBeforeALineEndTooFarAwayAreWritten) {
+  const QString tooLong = QString(33'000, u'1') + u"\r\n";
+  for (int before = 0; before <= 4; ++before) {
+    Statements step;
+    step.switchTrapOff();
+    QVector<Value> places = {10, 20, 30, 40}, expected = places;
+    for (int place = 0; place < before; ++place) expected[place] = place + 1;
+    QString content;
+    for (int place = 0; place < before; ++place) content += QString::number(place + 1) + u"\r\n";
+    numberLines(step, content + tooLong + u"7\r\n8", places);
+    EXPECT_EQ(places, expected) << before;
+    EXPECT_EQ(step.switchTrapOff().number(), before < 4 ? int(err::Overflow) : 0);
+  }
+  Statements step;
+  step.switchTrapOff();
+  QVector<Value> many(40'000, Value(5));
+  numberLines(step, QString(), many);
+  EXPECT_EQ(many[32'767], Value(0));
+  EXPECT_EQ(many[32'768], Value(5));
 }
 
 TEST(NumberLines, LineEndsOfTheViewerDoNoHarm) {
-  EXPECT_EQ(numberLines(u"1.5\r\r\n2\r\r\n"_s, 2), QVector<double>({1.5, 2}));
+  EXPECT_EQ(numbersOf(u"1.5\r\r\n2\r\r\n"_s, 2), QVector<double>({1.5, 2}));
 }
 
 TEST(DateLines, AreReadByTheRegion) {
