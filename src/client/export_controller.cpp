@@ -8,8 +8,8 @@
 #include "client/database_controller.h"
 #include "client/view_pane.h"
 #include "embedded/dxl/dxl_exporter.h"
-#include "embedded/files/save_file.h"
 #include "host/held_file.h"
+#include "host/save_file.h"
 #include "notes/literals.h"
 
 namespace lens {

@@ -2,9 +2,11 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <algorithm>
 
 #include "host/held_file.h"
 #include "host/paths.h"
+#include "host/save_file.h"
 #include "notes/code_page.h"
 #include "notes/literals.h"
 #include "notes/runtime_error.h"
@@ -58,8 +60,11 @@ DumpFile::DumpFile(const QString& path) : file_(path) {
 }
 
 void DumpFile::write(const QStringList& lines) {
-  for (const QString& line : lines) file_.write(toCodePage(line) + kLineEnd);
-  if (!file_.commit()) fail(file_.fileName(), err::PathFileAccess, file_.errorString());
+  const bool written = std::all_of(lines.begin(), lines.end(), [this](const QString& line) {
+    const QByteArray bytes = toCodePage(line) + kLineEnd;
+    return file_.write(bytes) == bytes.size();
+  });
+  if (!written || !commitWhole(file_)) fail(file_.fileName(), err::PathFileAccess, file_.errorString());
 }
 
 }  // namespace lens

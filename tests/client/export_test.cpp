@@ -4,6 +4,10 @@
 #include "client/client_fixture.h"
 #include "embedded/dxl/dxl_importer.h"
 
+#ifdef Q_OS_LINUX
+#include "support/small_files.h"
+#endif
+
 namespace lens {
 
 class ClientExport : public Client {
@@ -138,5 +142,26 @@ TEST_F(ClientExport, AWindowDestroyedDuringAnExportEndsIt) {
   EXPECT_EQ(window, nullptr);
   EXPECT_FALSE(QFile::exists(target));
 }
+
+#ifdef Q_OS_LINUX
+TEST_F(ClientExport, OnAFullDiskLeavesTheOldFile) {
+  startWithMemos(100);
+  trigger("exportDatabaseAction");
+  QFile whole(file());
+  ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
+  const QByteArray bytes = whole.readAll();
+  ASSERT_GT(bytes.size(), 20'000);
+  for (const qsizetype room : {qsizetype(0), qsizetype(16'384), bytes.size() - 1}) {
+    {
+      const SmallFiles full{rlim_t(room)};
+      trigger("exportDatabaseAction");
+    }
+    EXPECT_TRUE(error().contains(u"was not written"_s)) << room;
+    QFile after(file());
+    ASSERT_TRUE(after.open(QIODevice::ReadOnly));
+    EXPECT_EQ(after.readAll(), bytes) << room;
+  }
+}
+#endif
 
 }  // namespace lens

@@ -9,9 +9,7 @@
 #include "design/tools_fixture.h"
 
 #ifdef Q_OS_LINUX
-#include <sys/resource.h>
-
-#include <csignal>
+#include "support/small_files.h"
 #endif
 
 namespace lens {
@@ -302,27 +300,6 @@ TEST_F(UnwritableDump, ADeviceIsLeftAlone) {
   EXPECT_FALSE(QFileInfo(u"/dev/full"_s).isFile());
 }
 
-// Files may not grow beyond a size, which is how a full disk looks like.
-class SmallFiles {
- public:
-  explicit SmallFiles(rlim_t bytes) {
-    oldHandler_ = std::signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &old_);
-    rlimit small = old_;
-    small.rlim_cur = bytes;
-    setrlimit(RLIMIT_FSIZE, &small);
-  }
-  ~SmallFiles() {
-    setrlimit(RLIMIT_FSIZE, &old_);
-    std::signal(SIGXFSZ, oldHandler_);
-  }
-  Q_DISABLE_COPY(SmallFiles)
-
- private:
-  rlimit old_ = {};
-  void (*oldHandler_)(int) = nullptr;
-};
-
 TEST_F(UnwritableDump, AFullDiskLeavesTheOldFileAndNothingElse) {
   const QString place = directory.filePath(u"place"_s);
   QDir().mkpath(place);
@@ -330,16 +307,24 @@ TEST_F(UnwritableDump, AFullDiskLeavesTheOldFileAndNothingElse) {
   fill("fldList", QStringList(2000, QString(80, u'x')));
   for (const bool isThere : {false, true}) {
     if (isThere) putFile(path, "old");
-    ShownBox shown;
-    {
-      const SmallFiles full(40'000);
-      shown = refusal(path);
+    // Also where the last bytes alone find no room, which wait in a buffer until the file is closed.
+    for (const int room : {0, 1, 40'000, 2000 * 81 - 1}) {
+      ShownBox shown;
+      {
+        const SmallFiles full{rlim_t(room)};
+        shown = refusal(path);
+      }
+      EXPECT_TRUE(shown.text.startsWith(u"Error 75 ("_s + path + u": the file cannot be written ("))
+          << room << ' ' << shown.text.toStdString();
+      EXPECT_EQ(fileAt(path), isThere ? "old" : "(missing)") << room;
+      EXPECT_EQ(filesIn(place), isThere ? QStringList(u"dump.txt"_s) : QStringList()) << room;
     }
-    EXPECT_TRUE(shown.text.startsWith(u"Error 75 ("_s + path + u": the file cannot be written ("))
-        << shown.text.toStdString();
-    EXPECT_EQ(fileAt(path), isThere ? "old" : "(missing)");
-    EXPECT_EQ(filesIn(place), isThere ? QStringList(u"dump.txt"_s) : QStringList());
   }
+  // A line too long for the buffer goes to the disk at once, and may be cut there.
+  const SmallFiles full(999);
+  DumpFile file(path);
+  EXPECT_THROW(file.write({QString(100'000, u'x')}), RuntimeError);
+  EXPECT_EQ(fileAt(path), "old");
 }
 #endif
 

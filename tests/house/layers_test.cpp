@@ -180,4 +180,25 @@ TEST(Files, NoTwoHeadersHaveOneName) {
   EXPECT_GT(known.size(), 100);
 }
 
+// A file that is written in place, or put there without asking whether all of it found room, is cut on a full
+// disk.
+TEST(Files, AreWrittenWholeByOneRule) {
+  static const QRegularExpression plainFile(u"\\bQFile \\w+[({]"_s), commit(u"\\bfile_?\\.commit\\("_s);
+  const QString root = QStringLiteral(LENS_SOURCE_DIR "/src/");
+  QDirIterator files(root, {u"*.cpp"_s, u"*.h"_s}, QDir::Files, QDirIterator::Subdirectories);
+  int savers = 0;
+  while (files.hasNext()) {
+    QFile file(files.next());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(file.readAll());
+    const bool saves = text.contains(u"QSaveFile"_s);
+    savers += saves;
+    EXPECT_FALSE(!saves && text.contains(u"WriteOnly"_s) && plainFile.match(text).hasMatch())
+        << file.fileName().toStdString();
+    EXPECT_FALSE(commit.match(text).hasMatch() && !file.fileName().endsWith(u"host/save_file.cpp"_s))
+        << file.fileName().toStdString();
+  }
+  EXPECT_GT(savers, 2);
+}
+
 }  // namespace

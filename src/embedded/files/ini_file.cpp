@@ -4,7 +4,7 @@
 #include <QStringDecoder>
 
 #include "embedded/files/file_lock.h"
-#include "embedded/files/save_file.h"
+#include "host/save_file.h"
 #include "notes/literals.h"
 #include "notes/runtime_error.h"
 

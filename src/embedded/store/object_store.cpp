@@ -5,11 +5,11 @@
 #include <QFileInfo>
 #include <limits>
 
-#include "embedded/files/save_file.h"
 #include "embedded/format/item_value.h"
 #include "embedded/format/packed_items.h"
 #include "embedded/store/store_session.h"
 #include "host/held_file.h"
+#include "host/save_file.h"
 #include "notes/literals.h"
 
 namespace lens {

@@ -6,8 +6,8 @@
 
 #include "embedded/dxl/dxl_exporter.h"
 #include "embedded/files/ini_file.h"
-#include "embedded/files/save_file.h"
 #include "embedded/store/database.h"
+#include "host/save_file.h"
 #include "piece_of_work.h"
 
 namespace lens::testbed {
