@@ -7,6 +7,7 @@ namespace {
 
 constexpr char16_t kCr = u'\r';
 constexpr char16_t kLf = u'\n';
+constexpr int kMarkDistance = 512;  // far enough to cost nothing, near enough to be counted at once
 
 // The length of the line end that begins with this unit, 0 where none does.
 int lineEndLength(const char16_t* unit, const char16_t* end) {
@@ -36,67 +37,87 @@ char16_t shownUnit(char16_t unit) {
 
 void ExactText::setText(const QString& text) {
   text_ = text;
-  findLineEnds();
+  markFrom(0);
 }
 
 void ExactText::replace(int position, int removed, const QString& added) {
   text_.replace(position, removed, added);
-  findLineEnds();
+  // A line end may begin two characters earlier.
+  markFrom(std::max(0, position - 2));
 }
 
-void ExactText::findLineEnds() {
-  ends_.clear();
-  allSingle_ = true;
+void ExactText::stepOver(Place& place) const {
   const auto* begin = reinterpret_cast<const char16_t*>(text_.utf16());
-  const auto* end = begin + text_.size();
-  int shift = 0;
-  for (const auto* unit = begin; unit < end;) {
-    if (*unit > kCr) {
-      ++unit;
-      continue;
-    }
-    const int length = lineEndLength(unit, end);
-    if (length > 0) ends_.push_back({int(unit - begin), length, shift});
-    if (length > 1) allSingle_ = false;
-    shift += std::max(0, length - 1);
-    unit += std::max(1, length);
-  }
+  const int length = lineEndLength(begin + place.position, begin + text_.size());
+  place.position += std::max(1, length);
+  if (length == 0) return;
+  ++place.lineEnds;
+  place.shift += length - 1;
 }
 
-std::size_t ExactText::endsBefore(int position) const {
-  const auto found =
-      std::lower_bound(ends_.begin(), ends_.end(), position,
-                       [](const LineEnd& lineEnd, int wanted) { return lineEnd.position < wanted; });
-  return std::size_t(found - ends_.begin());
+void ExactText::markFrom(int position) {
+  const auto firstBehind =
+      std::upper_bound(marks_.begin() + 1, marks_.end(), position,
+                       [](int asked, const Place& mark) { return asked < mark.position; });
+  marks_.erase(firstBehind, marks_.end());
+  Place place = marks_.back();
+  const auto* begin = reinterpret_cast<const char16_t*>(text_.utf16());
+  int next = place.position + kMarkDistance;
+  while (place.position < length()) {
+    if (begin[place.position] > kCr)
+      ++place.position;
+    else
+      stepOver(place);
+    if (place.position < next) continue;
+    marks_.push_back(place);
+    next = place.position + kMarkDistance;
+  }
+  end_ = place;
+  allSingle_ = end_.shift == 0;
+}
+
+template <class IsBehind>
+ExactText::Place ExactText::lastPlace(IsBehind isBehind) const {
+  const auto behind = std::partition_point(marks_.begin() + 1, marks_.end(),
+                                           [&](const Place& mark) { return !isBehind(mark); });
+  Place place = *std::prev(behind);
+  while (place.position < length()) {
+    Place next = place;
+    stepOver(next);
+    if (isBehind(next)) break;
+    place = next;
+  }
+  return place;
+}
+
+ExactText::Place ExactText::placeAt(int position) const {
+  return lastPlace([position](const Place& place) { return place.position > position; });
 }
 
 bool ExactText::isInsideLineEnd(int position) const {
-  const std::size_t before = endsBefore(position);
-  return before > 0 && position < ends_[before - 1].position + ends_[before - 1].length;
+  return !allSingle_ && placeAt(position).position < position;
 }
 
 int ExactText::toDocument(int position) const {
-  if (allSingle_) return position;
-  const std::size_t before = endsBefore(position);
-  if (before == 0) return position;
-  const LineEnd& last = ends_[before - 1];
-  if (position < last.position + last.length) return last.position - last.shift;
-  return position - last.shift - (last.length - 1);
+  return allSingle_ ? position : placeAt(position).document();
 }
 
 int ExactText::fromDocument(int documentPosition) const {
   if (allSingle_) return documentPosition;
-  const auto found = std::lower_bound(
-      ends_.begin(), ends_.end(), documentPosition,
-      [](const LineEnd& lineEnd, int wanted) { return lineEnd.position - lineEnd.shift < wanted; });
-  if (found == ends_.begin()) return documentPosition;
-  const LineEnd& last = *std::prev(found);
-  return documentPosition + last.shift + last.length - 1;
+  return lastPlace([=](const Place& place) { return place.document() > documentPosition; }).position;
 }
 
 int ExactText::lineOf(int position) const {
-  const std::size_t before = endsBefore(position);
-  return int(before) - (isInsideLineEnd(position) ? 1 : 0);
+  return placeAt(position).lineEnds;
+}
+
+int ExactText::lineStart(int line) const {
+  if (line <= 0) return 0;
+  if (line > end_.lineEnds) return length();
+  // The first place with so many line ends is one step behind the last with fewer.
+  Place place = lastPlace([line](const Place& at) { return at.lineEnds >= line; });
+  stepOver(place);
+  return place.position;
 }
 
 QString ExactText::shown(int position, int length) const {

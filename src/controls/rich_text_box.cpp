@@ -32,20 +32,6 @@ quint32 bgrOf(const QColor& colour) {
   return quint32(colour.red()) | quint32(colour.green()) << 8 | quint32(colour.blue()) << 16;
 }
 
-constexpr qsizetype kEndlessWord = 10'000;
-
-// The toolkit looks through a whole word for each line that it breaks the word into: an encoded file in one
-// line would take minutes.
-bool hasEndlessWord(QStringView text) {
-  qsizetype start = 0;
-  for (qsizetype i = 0; i < text.size(); ++i) {
-    if (!text[i].isSpace()) continue;
-    if (i - start > kEndlessWord) return true;
-    start = i + 1;
-  }
-  return text.size() - start > kEndlessWord;
-}
-
 QChar shownAt(const QTextDocument& document, int place) {
   const QChar character = document.characterAt(place);
   return character == QChar::ParagraphSeparator ? QChar(u'\n') : character;
@@ -92,7 +78,12 @@ bool leavesBox(const QKeyEvent& event) {
 
 }  // namespace
 
-RichTextBox::RichTextBox(QWidget* parent) : QPlainTextEdit(parent) {
+RichTextBox::RichTextBox(QWidget* parent)
+    : QPlainTextEdit(parent), wholeBar_(new QScrollBar(Qt::Vertical, this)) {
+  wholeBar_->hide();
+  connect(wholeBar_, &QScrollBar::valueChanged, this, &RichTextBox::scrollTo);
+  follow_.setSingleShot(true);
+  connect(&follow_, &QTimer::timeout, this, &RichTextBox::followView);
   setUndoRedoEnabled(false);
   setLineWrapMode(WidgetWidth);
   setTabChangesFocus(false);
@@ -107,7 +98,8 @@ void RichTextBox::setText(const QString& text) {
   const bool differs = text != text_.text();
   if (differs) text_.setText(text);
   looks_.clear();
-  showAll();
+  choosePart(0);
+  fillDocument();
   setSelection(0, 0);
   if (differs) change.raise();
 }
@@ -130,6 +122,7 @@ void RichTextBox::setSelection(int start, int length) {
   if (selStart_ == start && selLength_ == length) return;
   selStart_ = start;
   selLength_ = length;
+  caretFirst_ = false;
   cursorIsOld_ = true;
   viewport()->update();
   selChange.raise();
@@ -146,13 +139,14 @@ void RichTextBox::setSelText(const QString& text) {
 void RichTextBox::replaceSelection(const QString& text) {
   const int start = selStart_;
   const bool inside = text_.isInsideLineEnd(start) || text_.isInsideLineEnd(start + selLength_);
-  const int documentStart = text_.toDocument(start);
-  const int documentEnd = text_.toDocument(start + selLength_);
+  const bool whole = !isPart();
+  const int documentStart = toDocument(start);
+  const int documentEnd = toDocument(start + selLength_);
   splice(start, selLength_, text);
-  if (inside)
+  if (inside || !whole || !fitsWhole())
     showAll();
   else
-    showPart(documentStart, documentEnd, start, int(text.size()));
+    showChange(documentStart, documentEnd, start, int(text.size()));
 }
 
 // As the user does it: nobody waits for a failure.
@@ -162,6 +156,7 @@ void RichTextBox::putIn(const QString& text) {
   replaceSelection(text);
   selStart_ = end;
   selLength_ = 0;
+  caretFirst_ = false;
   cursorIsOld_ = true;
   bringUpToDate();
   ensureCursorVisible();
@@ -172,6 +167,7 @@ void RichTextBox::putIn(const QString& text) {
 void RichTextBox::splice(int position, int removed, const QString& added) {
   text_.replace(position, removed, added);
   const int addedLength = int(added.size());
+  partTo_ += addedLength - removed;
   looks_.replace(position, removed, addedLength);
   if (looksTo_ > position) {
     looksTo_ = std::max(position, looksTo_ + addedLength - removed);
@@ -181,20 +177,12 @@ void RichTextBox::splice(int position, int removed, const QString& added) {
 }
 
 void RichTextBox::showAll() {
-  QScopedValueRollback<bool> working(ownWork_, true);
   documentIsOld_ = false;
-  const QString shown = text_.shown(0, length());
-  const bool anywhere = hasEndlessWord(shown);
-  // The old text is laid out once more on its way out, so it must not meet the slow mode either.
-  if (anywhere) setWordWrapMode(QTextOption::WrapAnywhere);
-  setPlainText(shown);
-  if (!anywhere) setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-  cursorIsOld_ = true;
-  looksFrom_ = looksTo_ = 0;
-  touchLooks(0, length());
+  choosePart(caret());
+  fillDocument();
 }
 
-void RichTextBox::showPart(int documentStart, int documentEnd, int position, int length) {
+void RichTextBox::showChange(int documentStart, int documentEnd, int position, int length) {
   breakEndlessWord(position, length);
   {
     QScopedValueRollback<bool> working(ownWork_, true);
@@ -208,45 +196,44 @@ void RichTextBox::showPart(int documentStart, int documentEnd, int position, int
   if (!documentFits()) showAll();
 }
 
-// Before the document lays out a part that has changed.
-void RichTextBox::breakEndlessWord(int position, int length) {
-  if (wordWrapMode() == QTextOption::WrapAnywhere) return;
-  // The word may have been there in part.
-  const int from = std::max(0, position - int(kEndlessWord));
-  if (hasEndlessWord(QStringView(text()).mid(from, position - from + length + kEndlessWord + 1)))
-    setWordWrapMode(QTextOption::WrapAnywhere);
-}
-
 bool RichTextBox::documentFits() const {
-  return document()->characterCount() - 1 == text_.documentLength() &&
-         document()->blockCount() - 1 == text_.lineEndCount();
+  return document()->characterCount() - 1 == toDocument(partTo_) &&
+         document()->blockCount() - 1 == text_.lineOf(partTo_) - text_.lineOf(partFrom_);
 }
 
 void RichTextBox::onDocumentChange(int position, int removed, int added) {
   Q_UNUSED(added);
   if (ownWork_ || documentIsOld_) return;
-  const int oldLength = text_.documentLength();
+  const int oldLength = toDocument(partTo_);
   const int newLength = document()->characterCount() - 1;
   int start = std::min(position, oldLength);
   int oldEnd = std::min(start + removed, oldLength);
   int newEnd = newLength - (oldLength - oldEnd);
-  const int ownStart = text_.fromDocument(start);
-  const QString old = text_.shown(ownStart, text_.fromDocument(oldEnd) - ownStart);
+  // A selection that is taken out goes as a whole, also what the document does not hold of it.
+  const int selectionFrom = toDocument(selStart_), selectionTo = toDocument(selStart_ + selLength_);
+  const bool wide = selectionLeavesPart() && start <= selectionFrom && oldEnd >= selectionTo;
+  const int firstKept = wide ? selectionFrom : oldEnd, lastKept = wide ? selectionTo : start;
+  const int ownStart = fromDocument(start);
+  const QString old = text_.shown(ownStart, fromDocument(oldEnd) - ownStart);
   // The report may cover more than was typed; what is unchanged keeps its own line ends.
   const auto unit = [this](int place) { return shownAt(*document(), place); };
   const int first = start;
-  while (start < oldEnd && start < newEnd && old.at(start - first) == unit(start)) ++start;
-  while (oldEnd > start && newEnd > start && old.at(oldEnd - 1 - first) == unit(newEnd - 1))
+  while (start < oldEnd && start < newEnd && start < firstKept && old.at(start - first) == unit(start))
+    ++start;
+  while (oldEnd > start && newEnd > start && oldEnd > lastKept &&
+         old.at(oldEnd - 1 - first) == unit(newEnd - 1))
     --oldEnd, --newEnd;
-  if (oldEnd == start && newEnd <= start) return;
+  if (oldEnd == start && newEnd <= start && !wide) return;
   const QString typed = typedPart(*document(), start, newEnd);
-  const int from = text_.fromDocument(start);
-  splice(from, text_.fromDocument(oldEnd) - from, typed);
-  breakEndlessWord(from, int(typed.size()));
+  const int from = wide && start == selectionFrom ? selStart_ : fromDocument(start);
+  const int to = wide && oldEnd == selectionTo ? selStart_ + selLength_ : fromDocument(oldEnd);
+  splice(from, to - from, typed);
+  if (!wide) breakEndlessWord(from, int(typed.size()));
   edited_ = true;
-  documentIsOld_ = !documentFits();
+  documentIsOld_ = wide || !documentFits();
   selStart_ = from + int(typed.size());
   selLength_ = 0;
+  caretFirst_ = false;
 }
 
 void RichTextBox::onDocumentSettled() {
@@ -260,11 +247,17 @@ void RichTextBox::onDocumentSettled() {
 void RichTextBox::onCursorMoved() {
   if (ownWork_ || cursorIsOld_ || documentIsOld_) return;
   const QTextCursor cursor = textCursor();
-  const int start = text_.fromDocument(cursor.selectionStart());
-  const int length = text_.fromDocument(cursor.selectionEnd()) - start;
-  if (start == selStart_ && length == selLength_) return;
+  const int end = document()->characterCount() - 1;
+  // An end of the selection that did not move may stand where the document has no place for it.
+  int from = cursor.anchor() == toDocument(anchor()) ? anchor() : fromDocument(cursor.anchor());
+  int to = cursor.position() == toDocument(caret()) ? caret() : fromDocument(cursor.position());
+  // All that the document holds is all of the text: nothing else selects to both its ends.
+  if (isPart() && cursor.anchor() == 0 && cursor.position() == end) from = 0, to = length();
+  caretFirst_ = to < from;
+  const int start = std::min(from, to), size = std::abs(to - from);
+  if (start == selStart_ && size == selLength_) return;
   selStart_ = start;
-  selLength_ = length;
+  selLength_ = size;
   selChange.fire();
 }
 
@@ -275,7 +268,8 @@ void RichTextBox::refresh() {
 
 void RichTextBox::bringUpToDate() {
   if (ownWork_) return;
-  if (documentIsOld_) showAll();
+  // Where code has put the caret, there the user shall see it.
+  if (documentIsOld_ || (cursorIsOld_ && !isInPart(caret()))) showAll();
   if (looksTo_ > looksFrom_) applyLooks();
   if (cursorIsOld_) placeCursor();
 }
@@ -284,16 +278,19 @@ void RichTextBox::placeCursor() {
   QScopedValueRollback<bool> working(ownWork_, true);
   cursorIsOld_ = false;
   QTextCursor cursor(document());
-  cursor.setPosition(text_.toDocument(selStart_));
-  cursor.setPosition(text_.toDocument(selStart_ + selLength_), QTextCursor::KeepAnchor);
+  cursor.setPosition(toDocument(anchor()));
+  cursor.setPosition(toDocument(caret()), QTextCursor::KeepAnchor);
   setTextCursor(cursor);
 }
 
 bool RichTextBox::event(QEvent* event) {
   switch (event->type()) {
     case QEvent::KeyPress:
-    case QEvent::ShortcutOverride:
     case QEvent::InputMethod:
+      goToCaret(event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event) : nullptr);
+      bringUpToDate();
+      break;
+    case QEvent::ShortcutOverride:
     case QEvent::FocusIn:
       bringUpToDate();
       break;
@@ -327,8 +324,26 @@ void RichTextBox::keyPressEvent(QKeyEvent* event) {
     return event->accept();
   }
   bringUpToDate();
+  if (isPart() && caretByKey(*event)) return event->accept();
   QPlainTextEdit::keyPressEvent(event);
   if (documentIsOld_) bringUpToDate();
+}
+
+// To an end of the text that the document may not hold.
+bool RichTextBox::caretByKey(const QKeyEvent& event) {
+  const auto is = [&](QKeySequence::StandardKey key) { return const_cast<QKeyEvent&>(event).matches(key); };
+  const bool start = is(QKeySequence::MoveToStartOfDocument) || is(QKeySequence::SelectStartOfDocument);
+  const bool end = is(QKeySequence::MoveToEndOfDocument) || is(QKeySequence::SelectEndOfDocument);
+  if (!start && !end) return false;
+  const bool selects = is(QKeySequence::SelectStartOfDocument) || is(QKeySequence::SelectEndOfDocument);
+  const int to = start ? 0 : length(), from = selects ? anchor() : to;
+  selStart_ = std::min(from, to);
+  selLength_ = std::abs(to - from);
+  caretFirst_ = to < from;
+  cursorIsOld_ = true;
+  bringUpToDate();
+  selChange.fire();
+  return true;
 }
 
 void RichTextBox::contextMenuEvent(QContextMenuEvent* event) {
@@ -353,10 +368,11 @@ void RichTextBox::insertFromMimeData(const QMimeData* source) {
 void RichTextBox::dropEvent(QDropEvent* event) {
   QDragLeaveEvent leaving;  // ends the feedback of the editor
   dragLeaveEvent(&leaving);
-  int target = text_.fromDocument(cursorForPosition(event->position().toPoint()).position());
+  int target = fromDocument(cursorForPosition(event->position().toPoint()).position());
   const bool moved = event->source() == viewport() && event->dropAction() == Qt::MoveAction;
   const bool onItself = moved && target >= selStart_ && target <= selStart_ + selLength_;
   if (isReadOnly() || !event->mimeData()->hasText() || onItself) return event->ignore();
+  caretFirst_ = false;
   if (moved) {
     if (target > selStart_) target -= selLength_;
     replaceSelection(QString());

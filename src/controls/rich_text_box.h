@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QTimer>
 #include <optional>
 
 #include "controls/event.h"
@@ -12,7 +14,8 @@ namespace lens {
 
 // The text, the selection and the looks are kept here; the editor's document only shows them and tells
 // what the user typed. Colours and selection reach the document when it is next drawn or used, so
-// thousands of changes in a row cost no more than one.
+// thousands of changes in a row cost no more than one. Of a very long text it holds the part around what is
+// in sight, which follows scrolling and the caret; a scroll bar of our own stands for the whole.
 //
 // Positions count UTF-16 units of the own text from 0: CR LF counts two, a lone CR or LF one, CR CR LF
 // three, and each of them ends one line. Ask this class for text and selection, not the document.
@@ -61,6 +64,7 @@ class RichTextBox : public QPlainTextEdit {
 
   // The line of a position, from 0; it counts line ends, not wrapped lines.
   int lineFromChar(int position) const { return text_.lineOf(position); }
+  int lineStart(int line) const { return text_.lineStart(line); }
   // Draws at once, without taking events.
   void refresh();
 
@@ -68,6 +72,8 @@ class RichTextBox : public QPlainTextEdit {
   bool event(QEvent* event) override;
   bool viewportEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void scrollContentsBy(int dx, int dy) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   QMimeData* createMimeDataFromSelection() const override;
   void insertFromMimeData(const QMimeData* source) override;
@@ -82,8 +88,9 @@ class RichTextBox : public QPlainTextEdit {
   void splice(int position, int removed, const QString& added);
   void replaceSelection(const QString& text);
   void putIn(const QString& text);
+  // The document anew, with the part around the caret where the text is long.
   void showAll();
-  void showPart(int documentStart, int documentEnd, int position, int length);
+  void showChange(int documentStart, int documentEnd, int position, int length);
   void breakEndlessWord(int position, int length);
   bool documentFits() const;
   // Brings the document up to date with text, looks and selection.
@@ -91,6 +98,27 @@ class RichTextBox : public QPlainTextEdit {
   void applyLooks();
   void placeCursor();
   void setSelection(int start, int length);
+  int caret() const { return caretFirst_ ? selStart_ : selStart_ + selLength_; }
+  int anchor() const { return caretFirst_ ? selStart_ + selLength_ : selStart_; }
+  bool caretByKey(const QKeyEvent& event);
+
+  // The part of a long text (rich_text_part.cpp).
+  bool isPart() const { return partFrom_ > 0 || partTo_ < length(); }
+  bool isInPart(int position) const { return position >= partFrom_ && position <= partTo_; }
+  bool selectionLeavesPart() const { return !isInPart(selStart_) || !isInPart(selStart_ + selLength_); }
+  int toDocument(int position) const;
+  int fromDocument(int documentPosition) const;
+  bool fitsWhole() const;
+  void choosePart(int around);
+  void fillDocument();
+  void movePart(int around, int top);
+  bool isNearEnd(int top, int bottom) const;
+  void followView();
+  void scrollTo(int position);
+  void goToCaret(const QKeyEvent* key);
+  int placeOfCorner(QPoint corner) const;
+  void scrollToTop(int position);
+  void showWholeBar();
   void touchLooks(int from, int to);
   template <class Change>
   void changeLook(Change change);
@@ -99,6 +127,11 @@ class RichTextBox : public QPlainTextEdit {
   TextLooks looks_;
   int selStart_ = 0;
   int selLength_ = 0;
+  bool caretFirst_ = false;  // the caret stands at the beginning of the selection
+  int partFrom_ = 0;         // what the document holds
+  int partTo_ = 0;
+  QScrollBar* wholeBar_;
+  QTimer follow_;      // runs behind each scrolling of a part
   int looksFrom_ = 0;  // the part whose looks the document does not show yet
   int looksTo_ = 0;
   bool cursorIsOld_ = false;

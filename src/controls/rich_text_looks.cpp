@@ -27,13 +27,14 @@ QTextCharFormat formatOf(const TextLook& look) {
 // One edit for all of the changed part, so that it is laid out once.
 void RichTextBox::applyLooks() {
   QScopedValueRollback<bool> working(ownWork_, true);
-  const int from = std::exchange(looksFrom_, 0);
-  const int to = std::min(std::exchange(looksTo_, 0), length());
+  const int from = std::max(std::exchange(looksFrom_, 0), partFrom_);
+  const int to = std::min(std::exchange(looksTo_, 0), partTo_);
+  if (from >= to) return;
   QTextCursor cursor(document());
   cursor.beginEditBlock();
   looks_.forEach(from, to, [&](int runFrom, int runTo, const TextLook& look) {
-    cursor.setPosition(text_.toDocument(runFrom));
-    cursor.setPosition(text_.toDocument(runTo), QTextCursor::KeepAnchor);
+    cursor.setPosition(toDocument(runFrom));
+    cursor.setPosition(toDocument(runTo), QTextCursor::KeepAnchor);
     cursor.setCharFormat(formatOf(look));
   });
   cursor.endEditBlock();

@@ -129,12 +129,8 @@ void LinesBackFromChar(const RichTextBox& box, int targetLine, int position, int
     out = position;
     return;
   }
-  for (int index = position; index >= 0; --index) {
-    if (box.lineFromChar(index) < targetLine) {
-      out = position - index - 1;
-      return;
-    }
-  }
+  // A line that is not reached begins behind the position itself.
+  out = box.lineFromChar(position) < targetLine ? -1 : position - box.lineStart(targetLine);
 }
 
 }  // namespace lens

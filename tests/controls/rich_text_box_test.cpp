@@ -5,6 +5,9 @@
 #include <QDropEvent>
 #include <QInputMethodEvent>
 #include <QMimeData>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QWheelEvent>
 
 #include "control_test.h"
 
@@ -457,6 +460,188 @@ TEST(RichTextBox, FiveMegabytesOfTextGoIn) {
   shown.box.setSelStart(int(text.size()) / 2);
   QTest::keyClicks(&shown.box, QStringLiteral("x"));
   EXPECT_EQ(shown.box.text().size(), text.size() + 1);
+}
+
+// --- texts too long for the document ---
+
+// The box as one reads it: what stands on the screen is a stretch of the text, wherever one has come to.
+class LongText : public testing::Test {
+ protected:
+  explicit LongText(const QString& text = numberedLines(400'000)) : shown(text), box(shown.box) { settle(); }
+  static QString numberedLines(int count) {
+    QString text;
+    text.reserve(count * 22);
+    for (int line = 0; line < count; ++line) text += QStringLiteral("line %1 of them\r\n").arg(line, 8);
+    return text;
+  }
+  static void settle() {
+    for (int i = 0; i < 5; ++i) QCoreApplication::processEvents();
+  }
+  // The text of the line at the top of the view.
+  QString topLine() { return box.cursorForPosition({1, 1}).block().text(); }
+  QScrollBar& bar() {
+    for (QScrollBar* each : box.findChildren<QScrollBar*>())
+      if (each->isVisible() && each->orientation() == Qt::Vertical) return *each;
+    throw std::runtime_error("no bar");
+  }
+  void expectSmallDocument() {
+    EXPECT_LT(box.document()->characterCount(), 300'000);
+    EXPECT_TRUE(box.text().contains(
+        box.document()->toPlainText().replace(QStringLiteral("\n"), QStringLiteral("\r\n"))));
+  }
+  ShownBox shown;
+  RichTextBox& box;
+};
+
+TEST_F(LongText, IsHeldWholeAndShownInParts) {
+  EXPECT_EQ(box.text(), numberedLines(400'000));
+  expectSmallDocument();
+  EXPECT_EQ(topLine(), QStringLiteral("line        0 of them"));
+  EXPECT_EQ(box.lineFromChar(box.length()), 400'000);
+}
+
+TEST_F(LongText, ScrollsToEachPlaceByItsBar) {
+  for (const double place : {0.0, 0.3, 0.31, 0.999, 0.5, 1.0, 0.0}) {
+    bar().setValue(int(bar().maximum() * place));
+    settle();
+    const QString top = topLine();
+    const qsizetype at = box.text().indexOf(top);
+    EXPECT_NEAR(double(at) / double(box.length()), place, 0.01) << place << ' ' << top.toStdString();
+    expectSmallDocument();
+  }
+  bar().setValue(bar().maximum());
+  settle();
+  EXPECT_TRUE(box.document()->toPlainText().endsWith(QStringLiteral("399999 of them\n")));
+}
+
+TEST_F(LongText, TheWheelGoesOnWhereAPartEnds) {
+  QString last = topLine();
+  for (int turn = 0; turn < 2'500; ++turn) {
+    QWheelEvent wheel(QPointF(20, 20), box.viewport()->mapToGlobal(QPointF(20, 20)), {}, {0, -1200},
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(box.viewport(), &wheel);
+    QCoreApplication::processEvents();
+    const QString top = topLine();
+    ASSERT_LT(last, top) << turn;
+    // Neither a jump nor a step back where the part changes.
+    ASSERT_LE(top.mid(5, 8).toInt() - last.mid(5, 8).toInt(), 40) << turn;
+    last = top;
+  }
+  EXPECT_GT(last.mid(5, 8).toInt(), 20'000);
+}
+
+TEST_F(LongText, TheKeyboardReachesBothEndsAndMarksBetweenThem) {
+  QTest::keyClick(&box, Qt::Key_End, Qt::ControlModifier);
+  EXPECT_EQ(box.selStart(), box.length());
+  QTest::keyClicks(&box, QStringLiteral("z"));
+  EXPECT_TRUE(box.text().endsWith(QStringLiteral("399999 of them\r\nz")));
+  QTest::keyClick(&box, Qt::Key_Left, Qt::ShiftModifier);
+  QTest::keyClick(&box, Qt::Key_Home, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(box.selStart(), 0);
+  EXPECT_EQ(box.selLength(), box.length());
+  QTest::keyClick(&box, Qt::Key_Right, Qt::ShiftModifier);
+  EXPECT_EQ(box.selStart(), 1);
+  EXPECT_EQ(box.selLength(), box.length() - 1) << "the other end stays, far away";
+  QTest::keyClick(&box, Qt::Key_Home, Qt::ControlModifier);
+  EXPECT_EQ(box.selLength(), 0);
+  settle();
+  EXPECT_EQ(topLine(), QStringLiteral("line        0 of them"));
+}
+
+TEST_F(LongText, AKeyGoesToTheCaretWhereverTheViewIs) {
+  box.setSelStart(5);
+  settle();
+  bar().setValue(bar().maximum() / 2);
+  settle();
+  EXPECT_EQ(box.selStart(), 5);
+  QTest::keyClick(&box, Qt::Key_Control);
+  EXPECT_NE(topLine(), QStringLiteral("line        0 of them"));
+  QTest::keyClicks(&box, QStringLiteral("x"));
+  EXPECT_TRUE(box.text().startsWith(QStringLiteral("line x       0")));
+  EXPECT_EQ(topLine(), QStringLiteral("line x       0 of them"));
+}
+
+TEST_F(LongText, AllOfItIsSelectedCopiedAndReplaced) {
+  const QString text = box.text();
+  QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
+  EXPECT_EQ(box.selLength(), box.length());
+  QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QApplication::clipboard()->text(), text);
+  QTest::keyClicks(&box, QStringLiteral("l"));  // as the text begins
+  EXPECT_EQ(box.text(), QStringLiteral("l"));
+  EXPECT_EQ(shown.changes.take(), 1);
+  settle();
+  EXPECT_EQ(box.document()->toPlainText(), QStringLiteral("l"));
+  QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(box.text(), text);
+  expectSmallDocument();
+  box.selectAll();
+  box.cut();
+  EXPECT_EQ(box.text(), QString());
+}
+
+TEST_F(LongText, WhatIsSelectedBeyondThePartGoesWithIt) {
+  const QString text = box.text();
+  const int from = 1'000, to = 5'000'000;
+  for (int edit = 0; edit < 3; ++edit) {
+    box.setText(text);
+    box.setSelStart(from);
+    box.setSelLength(to - from);
+    settle();
+    if (edit == 0) QTest::keyClick(&box, Qt::Key_Delete);
+    if (edit == 1) QTest::keyClicks(&box, QStringLiteral("new"));
+    if (edit == 2) {
+      QInputMethodEvent commit;
+      commit.setCommitString(QStringLiteral("new"));
+      QApplication::sendEvent(&box, &commit);
+    }
+    const QString expected = text.left(from) + (edit == 0 ? QString() : QStringLiteral("new")) + text.mid(to);
+    EXPECT_TRUE(box.text() == expected) << edit;
+    EXPECT_EQ(box.selStart(), from + (edit == 0 ? 0 : 3));
+    settle();
+    expectSmallDocument();
+  }
+}
+
+TEST_F(LongText, ColoursComeWithThePartThatHoldsThem) {
+  const int places[] = {10, 3'000'000, box.length() - 40};
+  for (const int place : places) shown.mark(place, 4);
+  for (const int place : places) {
+    EXPECT_EQ(box.colorAt(place + 1), kRed);
+    box.setSelStart(place);
+    box.refresh();
+    settle();
+    QTextCursor cursor = box.textCursor();
+    cursor.movePosition(QTextCursor::Right);
+    EXPECT_EQ(cursor.charFormat().foreground().color(), QColor(Qt::red)) << place;
+  }
+}
+
+// The same in a text that is one line, one word, or nothing but line ends.
+TEST(LongTexts, OfEachShapeAreShownInParts) {
+  const QString words = QStringLiteral("some words ").repeated(300'000), word(3'000'000, u'x'),
+                pairs = QStringLiteral("\U0001F600").repeated(800'000), ends(3'000'000, u'\n'),
+                mixed = QStringLiteral("\r\r\n\r").repeated(800'000);
+  for (const QString& text : {words, word, pairs, ends, mixed}) {
+    ShownBox shown(text);
+    RichTextBox& box = shown.box;
+    for (const int place : {0, int(text.size()) / 2, int(text.size())}) {
+      box.setSelStart(place);
+      box.refresh();
+      for (int i = 0; i < 3; ++i) QCoreApplication::processEvents();
+      EXPECT_LT(box.document()->characterCount(), 300'000);
+      EXPECT_LT(box.document()->blockCount(), 30'000);
+      EXPECT_FALSE(box.document()->characterAt(0).isLowSurrogate());
+    }
+    QTest::keyClicks(&box, QStringLiteral("end"));
+    EXPECT_EQ(box.text().size(), text.size() + 3);
+    EXPECT_TRUE(box.text().endsWith(QStringLiteral("end")));
+    EXPECT_TRUE(box.text().startsWith(text.left(1000)));
+    QTest::keyClick(&box, Qt::Key_Home, Qt::ControlModifier);
+    QTest::keyClicks(&box, QStringLiteral("start"));
+    EXPECT_EQ(box.text(), QStringLiteral("start") + text + QStringLiteral("end"));
+  }
 }
 
 }  // namespace

@@ -176,6 +176,24 @@ TEST_F(WindowLayoutTest, StepsBackToTheLineBeforeGiveTheColumn) {
   EXPECT_EQ(out, 2);
 }
 
+// The column as a walk back over all places finds it, which takes too long in a line of millions.
+TEST_F(WindowLayoutTest, TheColumnIsThatOfAWalkBackFromEachPlace) {
+  RichTextBox box;
+  box.setText(u"ab\r\ncdef\rg\n\nh\r\r\nij"_s);
+  for (int line = 0; line <= 7; ++line) {
+    for (int position = 0; position <= box.length(); ++position) {
+      int expected = line == 0 ? position : 0, out = 0;
+      for (int index = position; line > 0 && index >= 0; --index) {
+        if (box.lineFromChar(index) >= line) continue;
+        expected = position - index - 1;
+        break;
+      }
+      LinesBackFromChar(box, line, position, out);
+      EXPECT_EQ(out, expected) << line << ' ' << position;
+    }
+  }
+}
+
 // Usual laptops leave less than the design height, and their window managers fit windows to the screen.
 TEST_F(LensFixture, AWindowThatTheDesktopMakesLowerComesUpWithReadableText) {
   openDatabase(u"a.nsf"_s);
