@@ -145,7 +145,7 @@ TEST_F(DxlRichText, AttachmentReferenceNamesTheFile) {
   const RichText text = body("<par><attachmentref name='x/a.pdf' displayname='A.pdf'/></par>");
   const RichElement* element = first(text, Kind::Attachment);
   ASSERT_TRUE(element);
-  EXPECT_EQ(element->text.toStdString(), "a.pdf");
+  EXPECT_EQ(element->text.toStdString(), "x/a.pdf");
   EXPECT_EQ(element->caption.toStdString(), "A.pdf");
   EXPECT_EQ(text.plainText().toStdString(), "");
 }
