@@ -77,6 +77,18 @@ TEST_F(DiskAndOthers, ADocumentDeletedElsewhereIsNotWrittenAndNotBroughtBack) {
   EXPECT_FALSE(elsewhere()->notes().read(noteId, note));
 }
 
+TEST_F(DiskAndOthers, ADatabaseThatAnotherProgramReplacedTakesNothingAndSaysSo) {
+  show(memo());
+  const QString backup = path() + u".backup"_s;
+  ASSERT_TRUE(QFile::copy(path(), backup));
+  const QByteArray before = fileContent();
+  ASSERT_TRUE(QFile::remove(path()) && QFile::copy(backup, path()));
+  overwrite(u"new"_s);
+  ASSERT_EQ(host.boxes.size(), 1);
+  EXPECT_EQ(host.boxes[0].title, u"Error in Overwrite"_s);
+  EXPECT_EQ(fileContent(), before);
+}
+
 TEST_F(DiskAndOthers, ADocumentChangedElsewhereTakesTheLastWriteWithoutAConflict) {
   show(memo());
   const auto other = elsewhere();

@@ -62,23 +62,40 @@ void requirePlainFile(const QString& journal, const QString& path) {
 // The bytes of a file on which SQLite's connections keep their lock as long as they are open.
 constexpr off_t kSharedLockAt = 0x40000002, kSharedLockSize = 510;
 
-bool isOpenElsewhere(const QString& path) {
-  const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
-  if (file < 0) return false;
+struct flock sharedLock() {
   struct flock lock = {};
   lock.l_type = F_WRLCK;
   lock.l_whence = SEEK_SET;
   lock.l_start = kSharedLockAt;
   lock.l_len = kSharedLockSize;
+  return lock;
+}
+
+bool isOpenElsewhere(const QString& path) {
+  const int file = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+  if (file < 0) return false;
+  struct flock lock = sharedLock();
   const bool locked = ::fcntl(file, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
   ::close(file);
   return locked;
+}
+
+// Whoever keeps it open had another file of this name. While it is looked at and goes, nobody opens the
+// database.
+void removeEmptyWal(const QString& path) {
+  const int file = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CLOEXEC);
+  if (file < 0) return;
+  struct flock lock = sharedLock();
+  if (::fcntl(file, F_SETLK, &lock) == 0 && QFileInfo(walOf(path)).size() <= kJournalHead)
+    for (const QString& suffix : {u"-wal"_s, u"-shm"_s}) QFile::remove(path + suffix);
+  ::close(file);
 }
 #else
 // An open file cannot be replaced there, and an open journal not be deleted.
 bool isOpenElsewhere(const QString&) {
   return false;
 }
+void removeEmptyWal(const QString&) {}
 #endif
 
 Bond bondInFile(const QString& path, bool& known) {
@@ -107,10 +124,8 @@ Bond bondInJournal(const QString& path) {
 }
 
 void requireOwnWal(const QString& path) {
-  const QString wal = walOf(path), index = path + u"-shm"_s;
-  const bool hadIndex = QFileInfo::exists(index);
+  const QString wal = walOf(path);
   const Bond now = bondInJournal(path);
-  if (!hadIndex) QFile::remove(index);
   if (now.mark.isEmpty()) return;
   if (now.journal == lastingIdentity(wal) && now.file != lastingIdentity(path))
     refuseJournal(wal, path,
@@ -132,8 +147,7 @@ void requireOwnJournals(const QString& path) {
   if (!fault.isEmpty()) refuseJournal(journal.filePath(), path, fault);
   if (!wal.exists() || inUse) return;
   if (wal.size() > kJournalHead) return requireOwnWal(path);
-  // Whoever keeps it open had another file of this name.
-  for (const QString& suffix : {u"-wal"_s, u"-shm"_s}) QFile::remove(path + suffix);
+  removeEmptyWal(path);
 }
 
 JournalBond::JournalBond(Connection& connection)
@@ -187,11 +201,10 @@ void JournalBond::letGo() noexcept {
   const bool ours = FileIdentity::of(journal_) == journalFile_;
   sqlite3_busy_timeout(handle, 0);
   const int mode = ours ? SQLITE_CHECKPOINT_TRUNCATE : SQLITE_CHECKPOINT_PASSIVE;
-  const int status = sqlite3_wal_checkpoint_v2(handle, "main", mode, nullptr, nullptr);
+  sqlite3_wal_checkpoint_v2(handle, "main", mode, nullptr, nullptr);
   sqlite3_busy_timeout(handle, kBusyTimeoutMs);
+  // Others may have the file open and go on in this journal.
   sqlite3_db_config(handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
-  if (!ours || status != SQLITE_OK) return;
-  for (const QString& suffix : {u"-wal"_s, u"-shm"_s}) QFile::remove(connection_.path() + suffix);
 }
 
 }  // namespace lens
