@@ -19,6 +19,7 @@ ClientWindow::ClientWindow(std::shared_ptr<Workspace> workspace, QWidget* parent
       export_(std::make_unique<ExportController>(*controls_, workspace, *databases_, *views_)),
       index_(std::make_unique<IndexController>(*controls_, *databases_)) {
   databases_->start();
+  if (!workspace->serverFaults().isEmpty()) controls_->showError(workspace->serverFaults().join(u'\n'));
 }
 
 ClientWindow::~ClientWindow() = default;

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
 #include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTest>
@@ -94,6 +95,24 @@ TEST_F(ProgramTest, ADamagedSampleIsNamedAndTheOtherDatabasesStayInReach) {
   EXPECT_TRUE(host.boxes[0].text.contains(u"kmeier.nsf")) << host.boxes[0].text.toStdString();
   EXPECT_TRUE(clientComesUp(launcher));
   EXPECT_TRUE(launcher.application().form.isVisible());
+  EXPECT_EQ(launcher.application().form.lstServerList->listCount(), 4);
+}
+
+TEST_F(ProgramTest, AServerThatCannotBeReadIsToldInTheClientWindowAndTheOthersStay) {
+  { const Launcher first(host); }
+  const QString folder = directory.filePath(u"workspace/servers/junk"_s);
+  QDir().mkpath(folder);
+  QFile junk(folder + u"/server.ini"_s);
+  ASSERT_TRUE(junk.open(QIODevice::WriteOnly));
+  junk.write("\xff\xfe\x80");
+  junk.close();
+  Launcher launcher(host);
+  launcher.start();
+  EXPECT_EQ(host.boxTexts(), QStringList());
+  ASSERT_TRUE(clientComesUp(launcher));
+  const auto* text = launcher.client()->findChild<QLabel*>(u"errorText"_s);
+  ASSERT_TRUE(text);
+  EXPECT_TRUE(text->text().contains(junk.fileName())) << text->text().toStdString();
   EXPECT_EQ(launcher.application().form.lstServerList->listCount(), 4);
 }
 

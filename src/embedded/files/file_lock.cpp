@@ -18,6 +18,11 @@ constexpr qint64 kLongestEmptyMs = 1000;
 
 FileLock::FileLock(const QString& path, int waitMs) : lock_(path + u".lock"_s) {
   lock_.setStaleLockTime(0);  // work under a lock may take its time
+  // To look into a pipe of that name for its owner would never end.
+  if (const QFileInfo there(lock_.fileName()); there.exists() && !there.isFile()) {
+    state_ = State::Impossible;
+    return;
+  }
   QElapsedTimer waited;
   waited.start();
   while (state_ == State::Taken) {

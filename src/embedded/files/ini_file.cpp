@@ -1,6 +1,7 @@
 #include "embedded/files/ini_file.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QStringDecoder>
 
 #include "embedded/files/file_lock.h"
@@ -33,6 +34,7 @@ bool isAnyHead(QStringView line) {
 IniFile::IniFile(const QString& path, const QString& section) : path_(path), section_(section) {
   QFile file(path);
   if (!file.exists()) return;
+  if (!QFileInfo(path).isFile()) fail(path, u"is no plain file"_s);
   if (!file.open(QIODevice::ReadOnly)) fail(path, file.errorString());
   if (file.size() > kLargest) fail(path, u"larger than 1 MB, so it is no settings file"_s);
   QStringDecoder decoder(QStringDecoder::Utf8);

@@ -13,8 +13,8 @@ namespace lens {
 
 class IniFile {
  public:
-  // Reads the file; a missing one is empty. Raises 75 when it is there and cannot be read, is larger
-  // than 1 MB or is no UTF-8 text.
+  // Reads the file; a missing one is empty. Raises 75 when it is there and is no plain file, cannot be
+  // read, is larger than 1 MB or is no UTF-8 text.
   IniFile(const QString& path, const QString& section);
 
   const QString& path() const { return path_; }

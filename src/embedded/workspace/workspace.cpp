@@ -128,12 +128,17 @@ void Workspace::setIniValue(const QString& name, const QString& value) {
 
 void Workspace::readServers() {
   servers_.clear();
+  serverFaults_.clear();
   const QDir root(directory_ + u"/servers"_s);
   for (const QString& folder : root.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
     const QString path = root.absoluteFilePath(folder);
-    QString name = IniFile(path + u"/server.ini"_s, u"Server"_s).value(u"Name");
-    if (name.isEmpty()) name = u"CN="_s + folder;
-    servers_.push_back({name, path});
+    try {
+      QString name = IniFile(path + u"/server.ini"_s, u"Server"_s).value(u"Name");
+      if (name.isEmpty()) name = u"CN="_s + folder;
+      servers_.push_back({name, path});
+    } catch (const RuntimeError& error) {
+      serverFaults_.append(error.description());
+    }
   }
 }
 

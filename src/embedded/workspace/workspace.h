@@ -45,6 +45,8 @@ class Workspace {
 
   // Canonical names in order of their folders. The list is read when the workspace is opened.
   QStringList serverNames() const;
+  // Why others have no name and are left out, one sentence each with the file.
+  const QStringList& serverFaults() const { return serverFaults_; }
   // Makes a server, or does nothing when it is there.
   void addServer(const QString& canonicalName);
   // The canonical name for a canonical or abbreviated one in any case; "" stays "". Raises
@@ -116,6 +118,7 @@ class Workspace {
   IniFile ini_;
   QString dataDirectory_;
   QVector<Server> servers_;
+  QStringList serverFaults_;
   ClientState client_;
   std::function<void(const DatabasePlace&)> changed_;
   std::function<bool()> interruptCheck_;

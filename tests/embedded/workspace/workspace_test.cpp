@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -55,6 +56,45 @@ TEST(Workspace, AFileInItsPlaceIsNamedInTheError) {
   write(path, "x");
   EXPECT_TRUE(faultOf(path).startsWith(path));
   EXPECT_TRUE(faultOf(path).contains(u"not a directory"_s));
+}
+
+TEST(Workspace, AServerWhoseSettingsCannotBeReadIsLeftOutAndTold) {
+  TestWorkspace t;
+  const QString servers = t.directory() + u"/servers/"_s;
+  for (const QString& name : {u"Good"_s, u"Junk"_s, u"Large"_s, u"Pipe"_s, u"Folder"_s, u"Device"_s})
+    QDir().mkpath(servers + name);
+  write(servers + u"Good/server.ini"_s, "[Server]\nName=CN=Good/O=Acme\n");
+  write(servers + u"Junk/server.ini"_s, QByteArray("\xff\xfe\x00\x80", 4));
+  write(servers + u"Large/server.ini"_s, QByteArray(3 << 20, 'x'));
+  ASSERT_EQ(mkfifo(QFile::encodeName(servers + u"Pipe/server.ini"_s).constData(), 0600), 0);
+  QDir().mkpath(servers + u"Folder/server.ini"_s);
+  ASSERT_TRUE(QFile::link(u"/dev/zero"_s, servers + u"Device/server.ini"_s));
+  const auto opened = Workspace::open(t.directory(), german());
+  EXPECT_TRUE(opened->serverNames().contains(u"CN=Good/O=Acme"_s));
+  for (const QString& name : {u"Junk"_s, u"Large"_s, u"Pipe"_s, u"Folder"_s, u"Device"_s}) {
+    EXPECT_FALSE(opened->serverNames().contains(u"CN="_s + name)) << name.toStdString();
+    EXPECT_EQ(opened->serverFaults().filter(servers + name + u"/server.ini: "_s).size(), 1)
+        << opened->serverFaults().join(u'|').toStdString();
+  }
+  EXPECT_EQ(opened->serverFaults().size(), 5);
+  EXPECT_TRUE(opened->databases(QString()).contains(u"mail.nsf"_s));
+}
+
+// Whatever stands where a file should: a line that names it, and no waiting for ever.
+TEST(Workspace, SettingsThatAreNoPlainFileAreNamedInTheError) {
+  for (const QString& name : {u"notes.ini"_s, u"notes.ini.lock"_s})
+    for (const char* kind : {"pipe", "device", "folder"}) {
+      SCOPED_TRACE(qPrintable(name + u' ' + QLatin1String(kind)));
+      QTemporaryDir root;
+      const QString path = root.filePath(u"ws"_s), file = path + u'/' + name;
+      QDir().mkpath(path);
+      const bool made = *kind == 'p'   ? mkfifo(QFile::encodeName(file).constData(), 0600) == 0
+                        : *kind == 'd' ? QFile::link(u"/dev/zero"_s, file)
+                                       : QDir().mkdir(file);
+      ASSERT_TRUE(made);
+      const QString fault = faultOf(path);
+      EXPECT_TRUE(fault.contains(path + u"/notes.ini"_s)) << fault.toStdString();
+    }
 }
 
 TEST(Workspace, MissingParentDirectoryIsNamedInTheError) {
