@@ -3,6 +3,7 @@
 #include <QDir>
 
 #include "embedded/dxl/dxl_importer.h"
+#include "embedded/files/file_lock.h"
 #include "embedded/help/help_database.h"
 #include "embedded/search/full_text.h"
 #include "notes/literals.h"
@@ -17,6 +18,7 @@ namespace {
 
 const QString kSamples = u"Samples"_s;  // entry of notes.ini
 const QString kFilling = u"filling"_s;
+constexpr int kLongestFillingMs = 120'000;
 const QString kHub = u"CN=ACME-HUB01/O=Acme"_s;
 const QString kApplications = u"CN=ACME-APP02/O=Acme"_s;
 const QString kMail = u"mail/kmeier.nsf"_s;
@@ -73,12 +75,25 @@ bool hasDatabases(const Workspace& workspace) {
   return false;
 }
 
+// The mark stays while the filling runs: a start that was cut short is done again. Whoever fills sets it
+// before the first database is there, so it is looked for behind them.
+bool needsNoFilling(Workspace& workspace) {
+  if (!hasDatabases(workspace)) return false;
+  workspace.readAgain();
+  return workspace.iniValue(kSamples) != kFilling;
+}
+
 }  // namespace
 
 void fillFirstTime(Workspace& workspace) {
-  // The mark stays while the filling runs: a start that was cut short is done again.
-  const bool cutShort = workspace.iniValue(kSamples) == kFilling;
-  if (!cutShort && hasDatabases(workspace)) return;
+  if (needsNoFilling(workspace)) return;
+  const FileLock alone(workspace.directory() + u"/samples"_s, kLongestFillingMs);
+  if (alone.state() == FileLock::State::Taken)
+    throw RuntimeError(
+        err::PathFileAccess,
+        u"%1: another program is filling the workspace with samples"_s.arg(workspace.directory()));
+  workspace.readAgain();
+  if (needsNoFilling(workspace)) return;
   workspace.setIniValue(kSamples, kFilling);
   loadSamples();
   for (const QString& server : {kHub, u"CN=ACME-MAIL01/O=Acme"_s, kApplications}) workspace.addServer(server);

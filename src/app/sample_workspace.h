@@ -8,7 +8,8 @@ namespace lens {
 
 // Fills a workspace that has no database at all: an address book on a server, a mail file, a
 // discussion with its template and the help on the local machine, a replica of the discussion on another
-// server. Raises what the import raises.
+// server. Of several programs that start at once one fills it, and the others wait. Raises what the import
+// raises, and 75 when the other one comes to no end.
 void fillFirstTime(Workspace& workspace);
 
 // Puts the mail file of the samples on top in the client, with its first document open. Nothing when

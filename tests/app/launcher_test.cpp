@@ -3,6 +3,8 @@
 #include "app/launcher.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <QApplication>
 #include <QDir>
@@ -13,6 +15,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include "app/sample_workspace.h"
 #include "host/desktop_host.h"
 #include "support/printers.h"
 #include "support/recording_host.h"
@@ -114,6 +117,41 @@ TEST_F(ProgramTest, AServerThatCannotBeReadIsToldInTheClientWindowAndTheOthersSt
   ASSERT_TRUE(text);
   EXPECT_TRUE(text->text().contains(junk.fileName())) << text->text().toStdString();
   EXPECT_EQ(launcher.application().form.lstServerList->listCount(), 4);
+}
+
+// What raises here is a box there.
+TEST_F(ProgramTest, OfFirstStartsAtOnceOneFillsAndTheOthersWait) {
+  for (int round = 0; round < 3; ++round) {
+    const QString path = directory.filePath(u"workspace%1"_s.arg(round));
+    std::vector<pid_t> starts(4);
+    for (std::size_t i = 0; i < starts.size(); ++i) {
+      starts[i] = fork();
+      if (starts[i] != 0) continue;
+      int faults = 0;
+      try {
+        usleep(useconds_t(i * round * 100'000));
+        const auto workspace = Workspace::open(path, host.regional());
+        fillFirstTime(*workspace);
+        faults = openSampleMail(*workspace) && workspace->serverNames().size() == 3 &&
+                         workspace->client().document()
+                     ? 0
+                     : 1;
+      } catch (const RuntimeError& error) {
+        fprintf(stderr, "%s\n", qPrintable(error.description()));
+        faults = 2;
+      }
+      _exit(faults);
+    }
+    for (const pid_t start : starts) {
+      int status = 0;
+      waitpid(start, &status, 0);
+      EXPECT_EQ(status, 0) << round;
+    }
+    const auto workspace = Workspace::open(path, host.regional());
+    EXPECT_EQ(workspace->serverNames().size(), 3) << "no server twice";
+    EXPECT_EQ(workspace->iniValue(u"Samples"), u"filled"_s);
+    EXPECT_FALSE(QFile::exists(path + u"/samples.lock"_s));
+  }
 }
 
 TEST_F(ProgramTest, AFirstStartThatWasCutShortIsDoneAgain) {

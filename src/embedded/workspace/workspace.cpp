@@ -122,6 +122,11 @@ QString Workspace::programDirectory() const {
   return QDir::cleanPath(QDir(directory_).absoluteFilePath(ini_.value(u"NotesProgram")));
 }
 
+void Workspace::readAgain() {
+  ini_ = IniFile(ini_.path(), u"Notes"_s);
+  readServers();
+}
+
 void Workspace::setIniValue(const QString& name, const QString& value) {
   ini_.change([&](IniFile& ini) { ini.setValue(name, value); });
 }

@@ -43,7 +43,12 @@ class Workspace {
   QString iniValue(QStringView name) const { return ini_.value(name); }
   void setIniValue(const QString& name, const QString& value);
 
-  // Canonical names in order of their folders. The list is read when the workspace is opened.
+  // Takes in what other programs have changed in notes.ini and among the servers. Raises 75 when notes.ini
+  // cannot be read any more.
+  void readAgain();
+
+  // Canonical names in order of their folders. The list is read when the workspace is opened, and by
+  // readAgain().
   QStringList serverNames() const;
   // Why others have no name and are left out, one sentence each with the file.
   const QStringList& serverFaults() const { return serverFaults_; }
