@@ -99,7 +99,7 @@ QString Deletion::DeleteNoteLowLevel(const NotesDatabase& database, const QStrin
     const QString server = database.server();
     const QString filePath = database.filePath();
     QByteArray path(kPathSize, '\0');
-    desk_.api.OSPathNetConstruct(0, toCodePage(server), toCodePage(filePath), path);
+    desk_.api.OSPathNetConstruct(0, desk_.api.nativeName(server), desk_.api.nativeName(filePath), path);
     if (const Status status = desk_.api.NSFDbOpen(upToNul(path), db); status != 0)
       return u"Cannot open database "_s + filePath + u" on server " + server + u". Error was " +
              statusNumber(status) + u": " + desk_.routines.GetAPIError(status);

@@ -37,7 +37,7 @@ AgentInfo::Left AgentInfo::readAgent(const QString& title, Opened& opened, Shown
   }
   const QString name = trimBlanks(title.left(title.indexOf(u'|')));
   qint32 noteId = 0;
-  desk_.api.NIFFindDesignNote(opened.db, toCodePage(name), kAgents, noteId);
+  desk_.api.NIFFindDesignNote(opened.db, desk_.api.nativeName(name), kAgents, noteId);
   if (noteId == 0) {
     desk_.host.messageBox(u"Can't find agent "_s + name, box::Critical);
     return Left::DatabaseToClose;

@@ -4,6 +4,9 @@
 //  1. Strings go in and come out as single-byte text in the system code page (Windows-1252 outside
 //     Windows); lengths count bytes of that text. Stored Notes text is LMBCS, see OSTranslate; a formula
 //     that OSTranslate has just made LMBCS is compiled as that.
+//     Names (of servers, files, items and design notes) go in as nativeName() makes them: a library that is
+//     not bound to the code page takes any name without loss, in UTF-8 behind its byte order mark where the
+//     code page lacks a letter. Of the parts of a path ("server!!file") each is such a name.
 //  2. Every function that returns Status gives 0 for success. Of a status only the low 14 bits are
 //     the error number; 0x8000 and 0x4000 are marks (shown already, remote).
 //  3. Handles are plain 32-bit values, 0 means none. Zero, stale and wrong handles are harmless:
@@ -18,6 +21,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include "notes/native_name.h"
 #include "notes/runtime_error.h"
 
 namespace lens {
@@ -43,6 +47,10 @@ struct TimeDate {
 class CApi {
  public:
   virtual ~CApi() = default;
+
+  // A name as the bytes that the functions take. By default in the system's code page: raises kUnsayableName
+  // where that lacks a letter.
+  virtual QByteArray nativeName(QStringView name) const { return codePageName(name); }
 
   virtual Status NotesInitExtended(int argc, const QByteArray& argv) = 0;
   virtual void NotesTerm() = 0;

@@ -1,13 +1,12 @@
 #include "notes/note_reading.h"
 
-#include "notes/code_page.h"
 #include "notes/literals.h"
 
 namespace lens {
 
 QByteArray networkPath(CApi& api, const QString& server, const QString& filePath) {
   QByteArray buffer(1024, ' ');
-  api.OSPathNetConstruct(0, toCodePage(server), toCodePage(filePath), buffer);
+  api.OSPathNetConstruct(0, api.nativeName(server), api.nativeName(filePath), buffer);
   // Blanks and NULs of the fixed buffer stand around and behind the path.
   return buffer.trimmed().replace('\0', "").trimmed();
 }

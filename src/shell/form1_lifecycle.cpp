@@ -143,7 +143,7 @@ void Form1Lifecycle::Label6_Click() {
 void Form1Lifecycle::MakeClip(const QString& fileName) {
   desk_.sessions.ensureSession();
   const NotesInit init(desk_.api);
-  desk_.api.NSFDbCreate(toCodePage(fileName), kClipboardClass, -1);
+  desk_.api.NSFDbCreate(desk_.api.nativeName(fileName), kClipboardClass, -1);
   desk_.state.gSession.database(QString(), fileName);
 }
 

@@ -1,9 +1,9 @@
 #include "shell/low_level_reading.h"
 
-#include "notes/code_page.h"
 #include "notes/literals.h"
 #include "notes/note_reading.h"
 #include "notes/numbers.h"
+#include "shell/row_texts.h"
 #include "shell/text_routines.h"
 
 namespace lens {
@@ -29,7 +29,7 @@ void LowLevelReading::openStoredItem(const QString& name, DbHandle& db,
   NoteHandle note = 0;
   desk_.api.NSFNoteOpen(db, hexToInt32(desk_.state.gDoc.noteId()), 0, note);
   if (note == 0) return;
-  const QByteArray itemName = toCodePage(name);
+  const QByteArray itemName = desk_.api.nativeName(name);
   StoredItem item;
   BlockId block;
   const Status status = desk_.api.NSFItemInfo(note, itemName, quint16(itemName.size()), block, item.type,
@@ -42,13 +42,17 @@ bool LowLevelReading::withBox(const std::function<void()>& statements) {
     statements();
     return true;
   } catch (const RuntimeError& error) {
-    desk_.host.messageBox(error.description());
+    const bool unsayable = error.number() == kUnsayableName;
+    if (!unsayable || !told_.contains(error.description())) desk_.host.messageBox(error.description());
+    if (unsayable) told_.insert(error.description());
+    unsayable_ = unsayable_ || unsayable;
     return false;
   }
 }
 
 qint64 LowLevelReading::ItemSizeOf(const QString& name) {
   qint64 size = 0;
+  unsayable_ = false;
   withStoredItem(name, [&](const StoredItem& item) {
     if (item.type == kObjectItem) {
       const QString key = trimBlanks(desk_.routines.RightFrom(desk_.form.fldList->text(), u":"_s));
@@ -57,7 +61,7 @@ qint64 LowLevelReading::ItemSizeOf(const QString& name) {
       size = contentLength(item.type, item.length);
     }
   });
-  return size;
+  return unsayable_ ? kUnknownSize : size;
 }
 
 QString LowLevelReading::DecodeAssistAction(const QString&) {

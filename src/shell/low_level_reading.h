@@ -3,6 +3,7 @@
 // the stored state.
 #pragma once
 
+#include <QSet>
 #include <QString>
 #include <functional>
 
@@ -14,8 +15,9 @@ class LowLevelReading {
  public:
   explicit LowLevelReading(Desk& desk);
 
-  // Stored bytes of the item; 0 when they cannot be told. The size of an attachment is the one that
-  // was collected at capture for the selected row of fldList.
+  // Stored bytes of the item; 0 when they cannot be told, kUnknownSize when the library cannot be given the
+  // name of the database or the item, which a box tells once for each name. The size of an attachment is the
+  // one that was collected at capture for the selected row of fldList.
   qint64 ItemSizeOf(const QString& name);
   // The legible letters of "$AssistAction", whatever name is given; empty when they cannot be told.
   QString DecodeAssistAction(const QString& name);
@@ -33,6 +35,8 @@ class LowLevelReading {
   QString readActionText(const StoredItem& item);
 
   Desk& desk_;
+  QSet<QString> told_;  // names that the library cannot be given, each told once
+  bool unsayable_ = false;
 };
 
 }  // namespace lens

@@ -26,6 +26,7 @@ QString namedNoteRow(const QString& name, const QString& noteId) {
 }
 
 QString sizeText(qint64 bytes) {
+  if (bytes == kUnknownSize) return {};
   return QString::number(bytes) + u" bytes"_s;
 }
 

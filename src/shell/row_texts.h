@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QString>
+#include <limits>
 
 #include "notes/literals.h"
 
@@ -26,7 +27,8 @@ QString fieldText(const QString& row);
 // A row of idList for a note with a name; two blanks stand before the mark.
 QString namedNoteRow(const QString& name, const QString& noteId);
 
-// As lblSize shows the size of an item: "12 bytes".
+// As lblSize shows the size of an item: "12 bytes"; nothing for one that nobody can tell.
+inline constexpr qint64 kUnknownSize = std::numeric_limits<qint64>::min();
 QString sizeText(qint64 bytes);
 
 struct CollectionRow {

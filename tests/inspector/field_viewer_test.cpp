@@ -297,6 +297,27 @@ TEST_F(FieldViewerTest, AnItemNameOutsideAsciiHasItsSize) {
   EXPECT_EQ(text("lblSize"), "5 bytes");
 }
 
+TEST_F(FieldViewerTest, ADatabaseAndAnItemOfLettersOutsideTheCodePageHaveTheirSizes) {
+  openDatabase(u"Přehled.nsf"_s);
+  view(u"Příloha č. 1"_s, itemflag::Summary, textValue(u"abc"_s));
+  EXPECT_EQ(text("lblSize"), "5 bytes");
+  EXPECT_EQ(boxes(), QStringList());
+}
+
+// The platform's own library knows the code page only.
+TEST_F(FieldViewerTest, ANameThatTheLibraryCannotBeGivenIsToldOnceAndNotAnsweredWithZeros) {
+  openDatabase(u"Přehled.nsf"_s);
+  view(u"Subject"_s, itemflag::Summary, textValue(u"abc"_s));
+  capi().boundToCodePage = true;
+  for (int click = 0; click < 3; ++click) {
+    selectRow("fldList", u"Form:"_s);
+    selectRow("fldList", u"Subject:"_s);
+    EXPECT_EQ(text("lblSize"), QString());
+  }
+  ASSERT_EQ(boxes().size(), 1);
+  EXPECT_TRUE(boxes().first().contains(u"Přehled.nsf"_s)) << boxes().first().toStdString();
+}
+
 TEST_F(FieldViewerTest, ADatabaseThatCannotBeOpenedGivesZeroBytesAndNoMessage) {
   view(u"Subject"_s, itemflag::Summary, textValue(u"x"_s));
   notes().replies.insert(u"FILEPATH"_s, u"gone.nsf"_s);

@@ -18,6 +18,11 @@ class ForwardingCApi : public CApi {
   int failNumber = 453;
   int calls() const { return calls_; }
 
+  QByteArray nativeName(QStringView name) const override {
+    return boundToCodePage ? codePageName(name) : next_.nativeName(name);
+  }
+  bool boundToCodePage = false;  // as the platform's own library is
+
   Status NotesInitExtended(int argc, const QByteArray& argv) override {
     note("NotesInitExtended");
     return next_.NotesInitExtended(argc, argv);

@@ -17,10 +17,10 @@ constexpr quint16 kForce = 0x0001, kNoStub = 0x0200;
 
 // "server!!file" or a local path.
 DatabasePlace placeOf(const Workspace& workspace, const QByteArray& path) {
-  const QString text = fromCodePage(upToNul(path)).trimmed();
-  const qsizetype mark = text.indexOf(u"!!");
-  if (mark < 0) return workspace.place({}, text);
-  return workspace.place(text.left(mark), text.mid(mark + 2));
+  const QByteArray bytes = upToNul(path).trimmed();
+  const qsizetype mark = bytes.indexOf("!!");
+  const QString file = nameFromBytes(mark < 0 ? bytes : bytes.mid(mark + 2)).trimmed();
+  return workspace.place(mark < 0 ? QString() : nameFromBytes(bytes.first(mark)).trimmed(), file);
 }
 
 Status whyMissing(const Database& store, NoteId noteId) {
@@ -167,7 +167,7 @@ Status EmbeddedCApi::NSFItemInfo(NoteHandle note, const QByteArray& name, quint1
   valueLength = 0;
   OpenNote* open = notes_.find(note);
   if (!open) return status::BadHandle;
-  const QString wanted = fromCodePage(upToNul(name.first(std::min<qsizetype>(nameLength, name.size()))));
+  const QString wanted = nameFromBytes(upToNul(name.first(std::min<qsizetype>(nameLength, name.size()))));
   const Item* found = wanted.isEmpty() ? nullptr : std::as_const(open->note).find(wanted);
   if (!found) return status::NoItem;
   MemHandle& memory = open->values[found - open->note.items.constData()];
@@ -185,7 +185,7 @@ Status EmbeddedCApi::NIFFindDesignNote(DbHandle db, const QByteArray& name, quin
   const OpenDb* open = dbs_.find(db);
   if (!open) return status::BadHandle;
   return guarded([&]() -> Status {
-    noteId = qint32(findDesignNote(*open->store, noteClass, fromCodePage(upToNul(name))).value());
+    noteId = qint32(findDesignNote(*open->store, noteClass, nameFromBytes(upToNul(name))).value());
     return noteId ? status::Ok : status::NotInIndex;
   });
 }
@@ -193,7 +193,7 @@ Status EmbeddedCApi::NIFFindDesignNote(DbHandle db, const QByteArray& name, quin
 Status EmbeddedCApi::NSFRemoteConsole(const QByteArray& server, const QByteArray& command, MemHandle& reply) {
   reply = 0;
   return guarded([&]() -> Status {
-    const QString name = fromCodePage(upToNul(server)).trimmed();
+    const QString name = nameFromBytes(upToNul(server)).trimmed();
     // This machine is a client: it runs no server whose console could answer.
     if (name.isEmpty()) return status::NoServer;
     const QString canonical = workspace_->canonicalServer(name);

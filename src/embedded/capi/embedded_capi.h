@@ -27,6 +27,8 @@ class EmbeddedCApi : public CApi {
   explicit EmbeddedCApi(std::shared_ptr<Workspace> workspace);
   ~EmbeddedCApi() override;
 
+  QByteArray nativeName(QStringView name) const override { return markedName(name); }
+
   Status NotesInitExtended(int argc, const QByteArray& argv) override;
   void NotesTerm() override;
 

@@ -53,8 +53,11 @@ Status EmbeddedCApi::OSPathNetConstruct(int, const QByteArray& server, const QBy
                                         QByteArray& buffer) {
   const QByteArray name = upToNul(server).trimmed();
   const QByteArray path = upToNul(file);
-  put(name.isEmpty() ? path : name + "!!" + path, buffer, kLongestPath);
-  if (buffer.size() > kLongestPath) buffer[std::min(kLongestPath, upToNul(buffer).size())] = '\0';
+  // In UTF-8 a path of the same length takes more bytes.
+  const bool marked = isMarkedName(name) || isMarkedName(path);
+  const qsizetype longest = marked ? qMax(kLongestPath, buffer.size() - 1) : kLongestPath;
+  put(name.isEmpty() ? path : name + "!!" + path, buffer, longest);
+  if (buffer.size() > longest) buffer[std::min(longest, upToNul(buffer).size())] = '\0';
   return status::Ok;
 }
 

@@ -58,6 +58,58 @@ TEST_F(Text, TheConstructedPathOpensTheDatabase) {
   EXPECT_NE(db, 0u);
 }
 
+// Letters of every kind, also such that look like the mark or the separator of a path.
+TEST_F(Text, NamesOfAnyLettersGoThroughWithoutLoss) {
+  const QStringList names = {u"plain"_s,  u"Größe"_s, u"Přehled"_s, u"Отчёт о продажах"_s,
+                             u"報告書"_s, u"ï»¿x"_s,  u"ï»¿Ř"_s,    u"\U0001F600"_s,
+                             u"a?b"_s,    u"€"_s,     u"\u0081"_s,  u""_s};
+  for (const QString& name : names) {
+    EXPECT_EQ(nameFromBytes(api.nativeName(name)), name) << name.toStdString();
+    const QByteArray bytes = toCodePage(name);
+    if (fromCodePage(bytes) == name) {
+      EXPECT_EQ(codePageName(name), bytes);
+      EXPECT_TRUE(name.startsWith(u"ï»¿") || api.nativeName(name) == bytes) << "as it always was";
+    } else {
+      EXPECT_EQ(raised([&] { codePageName(name); }), kUnsayableName) << name.toStdString();
+    }
+  }
+  EXPECT_EQ(nameFromBytes("\xEF\xBB\xBF\xFF"), fromCodePage("\xEF\xBB\xBF\xFF"))
+      << "no UTF-8 behind the mark";
+}
+
+TEST_F(Text, DatabasesItemsAndDesignOfAnyNameAreOpenedReadAndDeletedIn) {
+  const QString server = u"CN=Žižkov/O=Acme"_s;
+  t.workspace->addServer(server);
+  for (const QString& on : {QString(), server})
+    for (const QString& path : {u"Přehled.nsf"_s, u"složka/Отчёт.nsf"_s, QString(80, u'ж') + u".nsf"_s}) {
+      SCOPED_TRACE(qPrintable(on + u"!!"_s + path));
+      const auto store = t.workspace->createDatabase(on, path, {});
+      Note note = noteOf({{u"Příloha č. 1"_s, textValue(u"abc"_s)}});
+      store->notes().save(note);
+      Note agent = noteOf({{u"$TITLE"_s, textValue(u"Třídění"_s)}}, noteclass::Filter);
+      store->notes().save(agent);
+      QByteArray buffer(1024, ' ');
+      EXPECT_EQ(api.OSPathNetConstruct(0, api.nativeName(on), api.nativeName(path), buffer), 0);
+      DbHandle db = 0;
+      ASSERT_EQ(api.NSFDbOpen(buffer.trimmed().replace('\0', "").trimmed(), db), 0);
+      NoteHandle open = 0;
+      ASSERT_EQ(api.NSFNoteOpen(db, qint32(note.header.id.value()), 0, open), 0);
+      const QByteArray item = api.nativeName(u"Příloha č. 1");
+      BlockId block, value;
+      quint16 type = 0;
+      quint32 length = 0;
+      EXPECT_EQ(api.NSFItemInfo(open, item, quint16(item.size()), block, type, value, length), 0);
+      EXPECT_EQ(length, 5u);
+      qint32 found = 0;
+      EXPECT_EQ(api.NIFFindDesignNote(db, api.nativeName(u"Třídění"), 0x200, found), 0);
+      EXPECT_EQ(quint32(found), agent.header.id.value());
+      EXPECT_EQ(api.NSFNoteDelete(db, qint32(note.header.id.value()), 0x0201), 0);
+      EXPECT_EQ(store->notes().state(note.header.id), NoteState::Gone);
+      EXPECT_EQ(api.NSFDbCreate(api.nativeName(u"nový.nsf"), 0xFF03, -1), 0);
+      EXPECT_TRUE(QFile::exists(t.workspace->dataDirectory() + u"/nový.nsf"_s));
+    }
+}
+
 TEST_F(Text, ReadsWordsAndMovesOn) {
   const char* from = valueOf(rawValue(itemtype::Action, QByteArray("\x81\x02\x85\xFF\x7A\x05", 6)));
   const char* begin = from;
