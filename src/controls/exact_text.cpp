@@ -61,16 +61,22 @@ void ExactText::markFrom(int position) {
                        [](int asked, const Place& mark) { return asked < mark.position; });
   marks_.erase(firstBehind, marks_.end());
   Place place = marks_.back();
-  const auto* begin = reinterpret_cast<const char16_t*>(text_.utf16());
-  int next = place.position + kMarkDistance;
-  while (place.position < length()) {
-    if (begin[place.position] > kCr)
-      ++place.position;
-    else
-      stepOver(place);
-    if (place.position < next) continue;
-    marks_.push_back(place);
-    next = place.position + kMarkDistance;
+  const auto* const begin = reinterpret_cast<const char16_t*>(text_.utf16());
+  const auto* const end = begin + text_.size();
+  const auto* unit = begin + place.position;
+  while (unit < end) {
+    for (const auto* const next = unit + std::min<qsizetype>(kMarkDistance, end - unit); unit < next;) {
+      if (*unit > kCr) {
+        ++unit;
+        continue;
+      }
+      const int length = lineEndLength(unit, end);
+      unit += std::max(1, length);
+      place.lineEnds += length > 0;
+      place.shift += std::max(1, length) - 1;
+    }
+    place.position = int(unit - begin);
+    if (unit < end) marks_.push_back(place);
   }
   end_ = place;
   allSingle_ = end_.shift == 0;

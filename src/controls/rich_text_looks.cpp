@@ -9,6 +9,24 @@
 namespace lens {
 namespace {
 
+// The common value of all runs of the selection, or of the character before an empty one.
+template <class Value, class Read>
+std::optional<Value> commonValue(const TextLooks& looks, int start, int length, Read read) {
+  if (length == 0) return read(looks.at(std::max(0, start - 1)));
+  std::optional<Value> common;
+  bool differs = false;
+  looks.forEach(start, start + length, [&](int, int, const TextLook& look) {
+    const Value value = read(look);
+    differs = differs || (common && *common != value);
+    common = value;
+  });
+  return differs ? std::nullopt : common;
+}
+
+quint32 bgrOf(const QColor& colour) {
+  return quint32(colour.red()) | quint32(colour.green()) << 8 | quint32(colour.blue()) << 16;
+}
+
 QTextCharFormat formatOf(const TextLook& look) {
   QTextCharFormat format;
   if (look.colour)
@@ -80,6 +98,27 @@ void RichTextBox::setSelUnderline(bool underline) {
 
 void RichTextBox::setSelStrikeThru(bool strikeThrough) {
   changeLook([&](TextLook& look) { look.strikeThrough = strikeThrough; });
+}
+
+std::optional<quint32> RichTextBox::selColor() const {
+  const quint32 inherited = bgrOf(palette().color(QPalette::Active, QPalette::Text));
+  return commonValue<quint32>(looks_, selStart_, selLength_,
+                              [&](const TextLook& look) { return look.colour.value_or(inherited); });
+}
+
+quint32 RichTextBox::colorAt(int position) const {
+  const quint32 inherited = bgrOf(palette().color(QPalette::Active, QPalette::Text));
+  return looks_.at(std::max(0, position)).colour.value_or(inherited);
+}
+
+std::optional<QString> RichTextBox::selFontName() const {
+  return commonValue<QString>(looks_, selStart_, selLength_,
+                              [&](const TextLook& look) { return look.fontName.value_or(font().family()); });
+}
+
+std::optional<int> RichTextBox::selFontSize() const {
+  return commonValue<int>(looks_, selStart_, selLength_,
+                          [&](const TextLook& look) { return look.fontSize.value_or(font().pointSize()); });
 }
 
 }  // namespace lens

@@ -1,6 +1,7 @@
 #include "inspector/field_viewer.h"
 
 #include <QScreen>
+#include <utility>
 
 #include "inspector/body_row.h"
 #include "notes/literals.h"
@@ -81,7 +82,7 @@ void FieldViewer::showItem(Continue& step, const QString& name, const NotesItem&
   if (upper == u"$FILE" || upper == u"$FORMULA") text = fieldText(desk_.form.fldList->text());
 
   desk_.form.txtFieldName->setText(name);
-  step([&] { desk_.form.txtFieldContent->setText(widenLineFeeds(text)); });
+  step([&] { desk_.form.txtFieldContent->setText(widenLineFeeds(std::move(text))); });
   if (desk_.form.width() >= desk_.form.screen()->size().width())
     step([&] { desk_.layout.ResizeOneControl(u"txtFieldContent"_s); });
   markSearchText(step);

@@ -79,8 +79,21 @@ QString eightDigits(const QString& noteId) {
   return QString(u"00000000"_s + noteId).right(8);
 }
 
-QString widenLineFeeds(const QString& text) {
-  return replaceAllText(text, u"\n"_s, u"\r\n"_s);
+// As replaceAllText() would, but within the text that it is given: of many megabytes there is never a second
+// copy.
+QString widenLineFeeds(QString text) {
+  const qsizetype lineFeeds = text.count(u'\n');
+  if (lineFeeds == 0) return text;
+  qsizetype from = text.size();
+  text.resize(text.size() + lineFeeds);
+  QChar* const begin = text.data();
+  // From the end on, until nothing has to move any more.
+  for (QChar* out = begin + text.size(); out != begin + from;) {
+    const QChar c = begin[--from];
+    *--out = c;
+    if (c == u'\n') *--out = u'\r';
+  }
+  return text;
 }
 
 QString trimBlanks(const QString& text) {

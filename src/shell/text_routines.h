@@ -32,7 +32,7 @@ Value hexStringToBinary(const QString& text);
 QString eightDigits(const QString& noteId);
 // Each line feed as carriage return and line feed; an existing carriage return stays, so a line end
 // that had both carries an extra one.
-QString widenLineFeeds(const QString& text);
+QString widenLineFeeds(QString text);
 // Without the blanks at both ends; line ends and tabs stay.
 QString trimBlanks(const QString& text);
 // Upper case, one UTF-16 unit for one, so positions stay true.

@@ -153,6 +153,15 @@ TEST(NoteIdText, IsPaddedToEightAndCutToItsLastEight) {
 
 TEST(WidenLineFeeds, LeavesAnExtraCarriageReturnWhereThereWasOne) {
   EXPECT_EQ(widenLineFeeds(u"a\nb\r\nc\rd"_s), "a\r\nb\r\r\nc\rd");
+  for (int bits = 0; bits < 1 << 10; ++bits) {
+    QString text(10, u'a');
+    for (int place = 0; place < 10; ++place)
+      if (bits >> place & 1) text[place] = u'\n';
+    const QString kept = text;
+    EXPECT_EQ(widenLineFeeds(text), replaceAllText(text, u"\n"_s, u"\r\n"_s));
+    EXPECT_EQ(text, kept);
+  }
+  EXPECT_EQ(widenLineFeeds(QString()), QString());
 }
 
 TEST(TrimBlanks, LeavesLineEndsAndTabs) {

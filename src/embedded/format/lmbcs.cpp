@@ -2,6 +2,7 @@
 
 #include <unicode/ucnv.h>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 
@@ -135,13 +136,18 @@ QString fromLmbcs(QByteArrayView bytes) {
   out.reserve(bytes.size());
   qsizetype at = 0;
   while (at < bytes.size()) {
-    if (const char16_t unit = table.decoded[quint8(bytes[at])]) {
-      out.append(QChar(unit));
-      ++at;
-      continue;
-    }
+    // Nearly all of it is such stretches, which are written without asking for room again and again.
+    const qsizetype first = at;
+    while (at < bytes.size() && (table.decoded[quint8(bytes[at])] || bytes[at] == 0)) ++at;
+    const qsizetype written = out.size();
+    out.resize(written + at - first);
+    std::transform(bytes.begin() + first, bytes.begin() + at,
+                   reinterpret_cast<char16_t*>(out.data()) + written,
+                   [&](char byte) { return table.decoded[quint8(byte)]; });
+    if (at == bytes.size()) break;
     const qsizetype begin = at;
-    while (at < bytes.size() && !table.decoded[quint8(bytes[at])]) at += sequenceLength(quint8(bytes[at]));
+    while (at < bytes.size() && !table.decoded[quint8(bytes[at])] && bytes[at] != 0)
+      at += sequenceLength(quint8(bytes[at]));
     at = qMin(at, bytes.size());
     decodeStretch(bytes.sliced(begin, at - begin), out);
   }
