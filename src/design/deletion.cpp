@@ -38,16 +38,22 @@ void Deletion::cmdDelete_Click() {
   }
 }
 
-// After a removal the walk begins again at the first row, unless the removed row was the last one.
+// After a removal the walk begins again at the first row, unless the removed row was the last one. Rows that
+// it would only pass over are left out, of which there may be thousands: before the first box all above are
+// unmarked.
 void Deletion::removeMarkedRows() {
   const int last = desk_.form.idList->listCount();
+  bool boxShown = false;
   for (int row = 0; row < last && row < desk_.form.idList->listCount();) {
-    const Walk walk = desk_.form.idList->selected(row) ? removeNoteOf(row) : Walk::GoesOn;
+    const bool marked = desk_.form.idList->selected(row);
+    const Walk walk = marked ? removeNoteOf(row) : Walk::GoesOn;
     if (walk == Walk::Ends) return;
-    if (walk == Walk::GoesOn)
+    if (walk == Walk::GoesOn) {
+      boxShown = boxShown || marked;
       ++row;
-    else if (row < desk_.form.idList->listCount())
+    } else if (boxShown && row < desk_.form.idList->listCount()) {
       row = 0;
+    }
   }
   desk_.form.idList->refresh();
 }
