@@ -5,8 +5,9 @@ set(LENS_CORE_HEADERS <QByteArray> <QDateTime> <QDir> <QFile> <QHash> <QLocale> 
 set(LENS_WINDOW_HEADERS ${LENS_CORE_HEADERS} <QApplication> <QKeyEvent> <QLabel> <QTimer> <QWidget>)
 
 function(lens_precompiled target)
-  if(NOT LENS_UNITY)
-    return()  # who compiles file by file wants to see what each file includes
+  # Who compiles file by file wants to see what each file includes; other compilers cannot read these.
+  if(NOT LENS_UNITY OR NOT LENS_PRECOMPILED)
+    return()
   endif()
   if(ARGV1 STREQUAL FROM)
     target_precompile_headers(${target} REUSE_FROM ${ARGV2})

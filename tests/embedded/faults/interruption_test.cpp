@@ -1,15 +1,19 @@
 // Whatever the program writes, a killed process or a full disk at any moment loses nothing that was done
 // and leaves nothing half.
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <QDir>
 #include <QDirIterator>
+#include <QElapsedTimer>
 #include <QFile>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <algorithm>
+#include <cstdio>
 
 #include "embedded/store/database.h"
 #include "faulty_disk.h"
@@ -91,14 +95,21 @@ class Interruption : public ::testing::TestWithParam<size_t> {
   const QTemporaryDir origin{temporaryTemplate()};
 };
 
-// Runs the work in a process that dies at that change; the number of its finished steps.
-int stepsBeforeDeath(const PieceOfWork& piece, const QString& directory, int moment) {
+struct Ending {
+  int steps = 0;   // that were finished, as the process told before it ended
+  int status = 0;  // as waitpid gives it
+};
+
+// Runs the work in a process of its own, which calls `first` before it begins; `watch` is called here
+// meanwhile.
+Ending runInProcess(const PieceOfWork& piece, const QString& directory, const std::function<void()>& first,
+                    const std::function<void(pid_t)>& watch = {}) {
   int ends[2] = {-1, -1};
   EXPECT_EQ(pipe(ends), 0);
   const pid_t child = fork();
   if (child == 0) {
     ::close(ends[0]);
-    FaultyDisk::dieAt(moment);
+    first();
     try {
       piece.run(directory, [&] {
         const char done = 1;
@@ -110,15 +121,21 @@ int stepsBeforeDeath(const PieceOfWork& piece, const QString& directory, int mom
     _exit(0);
   }
   ::close(ends[1]);
-  int steps = 0;
+  if (watch) watch(child);
+  Ending ending;
   char done = 0;
-  while (::read(ends[0], &done, 1) == 1) ++steps;
+  while (::read(ends[0], &done, 1) == 1) ++ending.steps;
   ::close(ends[0]);
-  int status = 0;
-  waitpid(child, &status, 0);
-  EXPECT_TRUE(WIFEXITED(status));
-  EXPECT_EQ(WEXITSTATUS(status), kDied) << "the process should have died at change " << moment;
-  return steps;
+  waitpid(child, &ending.status, 0);
+  return ending;
+}
+
+// Runs the work in a process that dies at that change; the number of its finished steps.
+int stepsBeforeDeath(const PieceOfWork& piece, const QString& directory, int moment) {
+  const Ending ending = runInProcess(piece, directory, [moment] { FaultyDisk::dieAt(moment); });
+  EXPECT_TRUE(WIFEXITED(ending.status));
+  EXPECT_EQ(WEXITSTATUS(ending.status), kDied) << "the process should have died at change " << moment;
+  return ending.steps;
 }
 
 TEST_P(Interruption, AtAnyMomentByTheEndOfTheProcessLosesNothing) {
@@ -132,6 +149,41 @@ TEST_P(Interruption, AtAnyMomentByTheEndOfTheProcessLosesNothing) {
     piece.check(directory.path(), steps);
     if (HasFailure()) return;
   }
+}
+
+// Microseconds that the whole piece takes in a process of its own.
+qint64 timeOfTheWork(const PieceOfWork& piece, const QString& origin) {
+  const QTemporaryDir directory(temporaryTemplate());
+  copyDirectory(origin, directory.path());
+  QElapsedTimer clock;
+  clock.start();
+  runInProcess(piece, directory.path(), [] {});
+  return std::max<qint64>(1000, clock.nsecsElapsed() / 1000);
+}
+
+// Where the process is stopped from outside, between any two of its instructions.
+TEST_P(Interruption, ByAKillAtARandomMomentLosesNothing) {
+  const int kills = qEnvironmentVariableIsSet("LENS_SOAK") ? 80 : 3;
+  int killed = 0, steps = 0;
+  const qint64 microseconds = timeOfTheWork(piece, origin.path());
+  for (int round = 0; round < kills; ++round) {
+    const QTemporaryDir directory(temporaryTemplate());
+    copyDirectory(origin.path(), directory.path());
+    const qint64 delay = QRandomGenerator::global()->bounded(microseconds);
+    SCOPED_TRACE(::testing::Message() << "killed after " << delay << " microseconds");
+    const Ending ending = runInProcess(
+        piece, directory.path(), [] {},
+        [delay](pid_t child) {
+          usleep(useconds_t(delay));
+          ::kill(child, SIGKILL);
+        });
+    if (WIFSIGNALED(ending.status)) ++killed;
+    steps += ending.steps;
+    expectWholeDatabases(directory.path());
+    piece.check(directory.path(), ending.steps);
+    if (HasFailure()) return;
+  }
+  std::printf("%s: %d kills in %d runs, %d finished steps, none lost\n", piece.name, killed, kills, steps);
 }
 
 TEST_P(Interruption, ByAFullDiskIsToldAndLosesNothing) {
