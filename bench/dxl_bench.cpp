@@ -16,6 +16,7 @@ constexpr qint64 kFileSize = 20 * 1024 * 1024;
 
 // 40 % of the reader's throughput is 2.5 times its time.
 const Ratio kImport("DXL import", "BM_DxlImport", "BM_XmlReader", 2.5);
+const Ratio kFolder("DXL import of 1,000 small files", "BM_DxlSmallFiles", "BM_DxlSmallFilesInOne", 2.0);
 
 QByteArray document(int number) {
   const QByteArray n = QByteArray::number(number);
@@ -88,6 +89,48 @@ void BM_DxlImport(benchmark::State& state) {
   state.SetBytesProcessed(state.iterations() * QFile(source).size());
 }
 BENCHMARK(BM_DxlImport)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// A thousand documents, each in a file of its own or all in one.
+void importThousand(benchmark::State& state, bool apart) {
+  constexpr int kDocuments = 1000;
+  const QTemporaryDir directory;
+  const auto write = [&](const QString& name, const QByteArray& xml) {
+    QFile file(directory.filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(xml) != xml.size())
+      state.SkipWithError("a file could not be written");
+  };
+  QByteArray all = "<database>";
+  for (int number = 1; number <= kDocuments; ++number) {
+    if (apart)
+      write(QStringLiteral("%1.dxl").arg(number), document(number));
+    else
+      all += document(number);
+  }
+  if (!apart) write(QStringLiteral("all.dxl"), all + "</database>");
+  const QTemporaryDir databases;
+  int made = 0;
+  for (auto _ : state) {
+    state.PauseTiming();
+    auto database = Database::create(databases.filePath(QStringLiteral("%1.nsf").arg(++made)), {});
+    state.ResumeTiming();
+    ImportReport report;
+    DxlImporter(*database).importFiles({directory.path()}, report);
+    if (report.notes != kDocuments) state.SkipWithError("the import failed");
+    state.PauseTiming();
+    database.reset();
+    state.ResumeTiming();
+  }
+}
+
+void BM_DxlSmallFiles(benchmark::State& state) {
+  importThousand(state, true);
+}
+BENCHMARK(BM_DxlSmallFiles)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void BM_DxlSmallFilesInOne(benchmark::State& state) {
+  importThousand(state, false);
+}
+BENCHMARK(BM_DxlSmallFilesInOne)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void BM_XmlReader(benchmark::State& state) {
   const QString source = sourceFile();

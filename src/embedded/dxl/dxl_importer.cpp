@@ -1,8 +1,15 @@
 #include "embedded/dxl/dxl_importer.h"
 
+#include <sqlite3.h>
+
 #include <QDirIterator>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QThread>
+#include <deque>
+#include <optional>
+#include <vector>
 
 #include "embedded/dxl/database_elements.h"
 #include "embedded/dxl/note_elements.h"
@@ -56,63 +63,124 @@ QStringList filesIn(const QString& folder) {
   return files;
 }
 
+// Others look again after 100 ms at the most when they wait to write, so that a gap of that length is met.
+constexpr qint64 kTurnMs = 700;
+constexpr int kGapMs = 110;
+
 }  // namespace
 
-void DxlImporter::importFile(const QString& path, ImportReport& report, ImportProgress* progress) {
-  takeFile(path, report, progress, nullptr);
-}
+struct DxlImporter::ToImport {
+  QString path;
+  OtherFiles* others;  // takes it when it is no DXL; null reports that for itself
+};
 
-void DxlImporter::takeFile(const QString& path, ImportReport& report, ImportProgress* progress,
-                           OtherFiles* others) {
+// What became of a file, before it is known whether that stays.
+struct DxlImporter::Result {
+  FileFindings findings;
+  QString failure;
+  std::optional<DxlFault> fault;
+  bool rootSeen = false;
+  bool cancelled = false;
+
+  void tell(const ToImport& file, ImportReport& report) const {
+    if (cancelled)
+      report.cancelled = true;
+    else if (!failure.isEmpty())
+      report.failed.push_back(failure);
+    else if (!fault)
+      findings.moveTo(report, file.path);
+    else if (!file.others || !file.others->take(file.path, *fault, rootSeen))
+      report.failed.push_back(placed(file.path, *fault));
+  }
+};
+
+DxlImporter::Result DxlImporter::read(const QString& path, ImportProgress* progress) {
+  Result result;
   // A pipe would make the import wait for whoever writes into it, a device would never end.
   const QFileInfo info(path);
-  if (info.exists() && !info.isFile()) {
-    report.failed.push_back(u"%1: it cannot be read (it is no file)"_s.arg(path));
-    return;
-  }
   QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) {
-    report.failed.push_back(u"%1: it cannot be read (%2)"_s.arg(path, file.errorString()));
-    return;
+  const bool noFile = info.exists() && !info.isFile();
+  if (noFile || !file.open(QIODevice::ReadOnly)) {
+    result.failure =
+        u"%1: it cannot be read (%2)"_s.arg(path, noFile ? u"it is no file"_s : file.errorString());
+    return result;
   }
   const qint64 total = file.size();
   DxlSource source(file, [&](qint64 done) { return !progress || progress->go(path, done, total); });
   DxlReader in(source);
-  FileFindings findings;
-  in.tellUnreadTo(findings);
-  ImportContext context{{in, findings}, target_, applyProperties_};
+  in.tellUnreadTo(result.findings);
+  ImportContext context{{in, result.findings}, target_, applyProperties_};
   try {
     Database::Transaction transaction(target_);
     importStream(in, context);
     transaction.commit();
-    findings.moveTo(report, path);
   } catch (const DxlCancelled&) {
-    report.cancelled = true;
+    result.cancelled = true;
   } catch (const DxlFault& fault) {
-    if (!others || !others->take(path, fault, in.rootSeen())) report.failed.push_back(placed(path, fault));
+    result.fault = fault;
+    result.rootSeen = in.rootSeen();
   } catch (const RuntimeError& error) {
     // The store or a value refused what was read so far: the place is where the reader stands.
     try {
       in.fail(error.description());
     } catch (const DxlFault& fault) {
-      report.failed.push_back(placed(path, fault));
+      result.failure = placed(path, fault);
     }
   }
+  return result;
+}
+
+void DxlImporter::importFile(const QString& path, ImportReport& report, ImportProgress* progress) {
+  read(path, progress).tell({path, nullptr}, report);
+}
+
+// Files are transactions within one that lasts for a turn, since it is the disk that takes the time for a
+// small one. Gives the number of files that were looked at.
+qsizetype DxlImporter::importTurn(const QVector<ToImport>& files, ImportReport& report,
+                                  ImportProgress* progress) {
+  std::vector<Result> results;
+  QElapsedTimer held;
+  try {
+    Database::Transaction turn(target_);
+    held.start();
+    for (const ToImport& file : files) {
+      results.push_back(read(file.path, progress));
+      const bool undone = sqlite3_get_autocommit(target_.handle()) != 0;
+      if (undone || results.back().cancelled || held.elapsed() >= kTurnMs) break;
+    }
+    turn.commit();
+  } catch (const RuntimeError& error) {
+    if (results.empty()) {
+      // Somebody else has the database: there is no sense in waiting for that once more.
+      report.failed.push_back(u"%1: %2"_s.arg(files.first().path, error.description()));
+      return 1;
+    }
+    // A full disk takes the whole turn. So that no file is lost with another one, each is a turn of its own
+    // now.
+    for (size_t i = 0; i < results.size() && !report.cancelled; ++i)
+      read(files[qsizetype(i)].path, progress).tell(files[qsizetype(i)], report);
+    return qsizetype(results.size());
+  }
+  for (size_t i = 0; i < results.size(); ++i) results[i].tell(files[qsizetype(i)], report);
+  if (qsizetype(results.size()) < files.size() && !report.cancelled) QThread::msleep(kGapMs);
+  return qsizetype(results.size());
 }
 
 void DxlImporter::importFiles(const QStringList& filesOrFolders, ImportReport& report,
                               ImportProgress* progress) {
+  QVector<ToImport> files;
+  std::deque<std::pair<QString, OtherFiles>> folders;
   for (const QString& one : filesOrFolders) {
     const bool folder = QFileInfo(one).isDir();
-    const QStringList files = folder ? filesIn(one) : QStringList{one};
-    OtherFiles others;
-    for (const QString& file : files) {
-      takeFile(file, report, progress, folder ? &others : nullptr);
-      if (report.cancelled) break;
-    }
-    const QString line = others.line(one);
+    if (folder) folders.push_back({one, {}});
+    for (const QString& file : folder ? filesIn(one) : QStringList{one})
+      files.push_back({file, folder ? &folders.back().second : nullptr});
+  }
+  for (qsizetype done = 0; done < files.size() && !report.cancelled;)
+    done += importTurn(files.sliced(done), report, progress);
+  for (const auto& [folder, others] : folders) {
+    const QString line = others.line(folder);
     if (!line.isEmpty()) report.ignored.push_back(line);
-    if (report.cancelled) return;
   }
 }
 

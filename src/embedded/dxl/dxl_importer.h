@@ -1,6 +1,6 @@
 // Import of DXL files into a database of the embedded store.
 //
-// One file is one transaction: what is malformed, cut short or stopped by the user leaves nothing
+// One file is one change, whole or absent: what is malformed, cut short or stopped by the user leaves nothing
 // behind. UNIDs of the file are kept, and a note with the UNID of a note in the database replaces it;
 // note IDs are the database's own. What the importer has no counterpart for is stored as it came, in
 // items whose names begin with "$DXL_", and the report names it; an attribute or element that is left out
@@ -39,12 +39,16 @@ class DxlImporter {
   void importFile(const QString& path, ImportReport& report, ImportProgress* progress = nullptr);
   // Files, and all files of folders with their subfolders in order of name; of a folder, those that are no
   // DXL are counted in one line of the report. Goes on after a file that failed, ends after a cancellation.
+  // Small files share the time that the disk takes for a transaction; between two files others have their
+  // turn to write within a second. What is told was written durably.
   void importFiles(const QStringList& filesOrFolders, ImportReport& report,
                    ImportProgress* progress = nullptr);
 
  private:
-  // Others takes files that are no DXL; null reports each.
-  void takeFile(const QString& path, ImportReport& report, ImportProgress* progress, OtherFiles* others);
+  struct ToImport;
+  struct Result;
+  Result read(const QString& path, ImportProgress* progress);
+  qsizetype importTurn(const QVector<ToImport>& files, ImportReport& report, ImportProgress* progress);
 
   Database& target_;
   bool applyProperties_ = true;

@@ -1,3 +1,5 @@
+#include <sqlite3.h>
+
 #include <QBuffer>
 
 #include "embedded/dxl/entity_growth.h"
@@ -387,6 +389,98 @@ TEST_F(DxlImport, CancellationIsNoticedAtEveryElement) {
     EXPECT_EQ(progress.seen, calls + 1);
     EXPECT_EQ(notes(), 0);
   }
+}
+
+// Files of a folder by what is in them; every file has as many notes.
+class DxlFolder : public DxlImport {
+ protected:
+  static constexpr int kNotes = 4;
+  DxlFolder() {
+    for (int i = 0; i < 40; ++i) {
+      const QByteArray number = QByteArray::number(i);
+      QByteArray xml = "<database>";
+      for (int note = 0; note < kNotes; ++note)
+        xml += "<document><item name='File'><text>" + number + "</text></item><item name='Fill'><text>" +
+               QByteArray(3000, 'x') + "</text></item></document>";
+      // Each seventh is broken at its end.
+      write(xml + (isBroken(i) ? "</databas>" : "</database>"),
+            QStringLiteral("d/%1.dxl").arg(i, 2, 10, QLatin1Char('0')));
+    }
+  }
+  static bool isBroken(int file) { return file % 7 == 3; }
+  QMap<int, int> notesOfFiles() {
+    QMap<int, int> count;
+    database_->notes().scan(noteclass::Document, [&](const Note& note) {
+      ++count[note.text(u"File").toInt()];
+      return true;
+    });
+    return count;
+  }
+  ImportReport runFolder(ImportProgress* progress = nullptr) {
+    ImportReport report;
+    DxlImporter(*database_).importFiles({folder_.filePath(QStringLiteral("d"))}, report, progress);
+    return report;
+  }
+};
+
+TEST_F(DxlFolder, SmallFilesShareWhatTheDiskTakes) {
+  int commits = 0;
+  const auto count = [](void* counter) {
+    ++*static_cast<int*>(counter);
+    return 0;
+  };
+  sqlite3_commit_hook(database_->handle(), count, &commits);
+  const ImportReport report = runFolder();
+  EXPECT_LE(commits, 20);
+  EXPECT_EQ(report.failed.size(), 6);
+  EXPECT_EQ(notesOfFiles().size(), 34);
+  for (const int notes : notesOfFiles()) EXPECT_EQ(notes, kNotes);
+}
+
+// Whenever the disk is full or the user has enough: each file is whole or absent, and told as it is.
+TEST_F(DxlFolder, EachFileIsWholeOrAbsentWhereverTheRunEnds) {
+  const auto check = [this](const ImportReport& report) {
+    const QMap<int, int> there = notesOfFiles();
+    for (const int notes : there) EXPECT_EQ(notes, kNotes);
+    for (int file = 0; file < 40; ++file) {
+      const QString name = QStringLiteral("/%1.dxl").arg(file, 2, 10, QLatin1Char('0'));
+      const bool failed = !report.failed.filter(name).isEmpty();
+      EXPECT_FALSE(failed && there.contains(file)) << file;
+      EXPECT_TRUE(failed || there.contains(file) || report.cancelled) << file;
+      if (isBroken(file)) {
+        EXPECT_FALSE(there.contains(file));
+      }
+    }
+    EXPECT_EQ(report.notes, int(there.size()) * kNotes);
+    return int(there.size());
+  };
+  const auto sql = [this](const QByteArray& text) {
+    EXPECT_EQ(sqlite3_exec(database_->handle(), text.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+  };
+  QSet<int> sizes;
+  for (int pages = 16; pages < 100; pages += 9) {
+    SCOPED_TRACE(pages);
+    sql("PRAGMA max_page_count = " + QByteArray::number(pages));
+    sizes.insert(check(runFolder()));
+    sql("PRAGMA max_page_count = 1000000; DELETE FROM note; VACUUM");
+  }
+  EXPECT_GT(sizes.size(), 4);
+  for (int calls = 1; calls < 500; calls += 83) {
+    SCOPED_TRACE(calls);
+    CancelAt progress(calls);
+    check(runFolder(&progress));
+    sql("DELETE FROM note");
+  }
+}
+
+TEST_F(DxlFolder, AnotherWhoHoldsTheDatabaseIsToldForEachFile) {
+  sqlite3_busy_timeout(database_->handle(), 0);
+  sqlite3* other = nullptr;
+  ASSERT_EQ(sqlite3_open(database_->path().toUtf8().constData(), &other), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+  EXPECT_EQ(runFolder().failed.size(), 40);
+  sqlite3_close(other);
+  EXPECT_EQ(runFolder().failed.size(), 6);
 }
 
 TEST_F(DxlImport, ListThatNoValueCanHoldIsAFaultWithAPlace) {

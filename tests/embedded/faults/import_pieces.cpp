@@ -34,6 +34,20 @@ void writeExport(const QString& path, int number) {
   file.write("</database>");
 }
 
+// How many notes of each file there are; each must be whole.
+QVector<int> notesOfFiles(const Database& database) {
+  QVector<int> notes(kFiles);
+  database.notes().scan(noteclass::Document, [&](const Note& note) {
+    ++notes[note.text(u"File").toInt()];
+    FileObject file;
+    const Item* item = note.find(u"$FILE");
+    EXPECT_TRUE(item && readFileObject(item->data(), file) && database.objects().size(file.objectId) == 3000);
+    EXPECT_EQ(note.text(u"Text").size(), 9000);
+    return true;
+  });
+  return notes;
+}
+
 const RegisterPiece importing(
     {"ImportingFiles",
      [](const QString& directory) {
@@ -53,21 +67,35 @@ const RegisterPiece importing(
      },
      [](const QString& directory, int stepsDone) {
        const auto database = Database::open(fileIn(directory));
-       QVector<int> notesOf(kFiles);
-       database->notes().scan(noteclass::Document, [&](const Note& note) {
-         ++notesOf[note.text(u"File").toInt()];
-         FileObject file;
-         const Item* item = note.find(u"$FILE");
-         EXPECT_TRUE(item && readFileObject(item->data(), file) &&
-                     database->objects().size(file.objectId) == 3000);
-         EXPECT_EQ(note.text(u"Text").size(), 9000);
-         return true;
-       });
+       const QVector<int> notesOf = notesOfFiles(*database);
        for (int number = 0; number < kFiles; ++number) {
          const int expected = number < stepsDone ? kNotesOfAFile : 0;
          EXPECT_TRUE(notesOf[number] == expected || (number == stepsDone && notesOf[number] == kNotesOfAFile))
              << "file " << number << ": " << notesOf[number] << " notes";
        }
+     }});
+
+// Small files share a transaction, yet each is whole or absent.
+const RegisterPiece importingFolder(
+    {"ImportingAFolder",
+     [](const QString& directory) {
+       Database::create(fileIn(directory), {});
+       for (int number = 0; number < kFiles; ++number) writeExport(exportIn(directory, number), number);
+     },
+     [](const QString& directory, const auto& stepDone) {
+       const auto database = Database::open(fileIn(directory));
+       QStringList files;
+       for (int number = 0; number < kFiles; ++number) files.append(exportIn(directory, number));
+       ImportReport report;
+       DxlImporter(*database).importFiles(files, report);
+       if (!report.failed.isEmpty()) throw RuntimeError(enginefault::NotSaved, report.failed.first());
+       stepDone();
+     },
+     [](const QString& directory, int stepsDone) {
+       const auto database = Database::open(fileIn(directory));
+       const QVector<int> notes = notesOfFiles(*database);
+       for (const int ofFile : notes)
+         EXPECT_TRUE(ofFile == kNotesOfAFile || (ofFile == 0 && stepsDone == 0)) << ofFile;
      }});
 
 }  // namespace
