@@ -32,11 +32,13 @@ void writeDatabaseInfo(DxlWriter& out, const Database& database) {
 enum class Missing { PassOver, Raise };
 
 void writeNotes(ExportContext& context, const QVector<NoteId>& ids, Missing missing, int& done) {
+  NoteReader reader(context.database);
   for (const NoteId id : ids) {
     if (!context.goOn()) throw ExportCancelled();
     Note note;
-    if (context.database.notes().read(id, note))
-      writeNote(context, note);
+    LargeValues large;
+    if (reader.read(id, note, large))
+      writeNote(context, note, large);
     else if (missing == Missing::Raise)
       throw RuntimeError(
           enginefault::UnknownNote,

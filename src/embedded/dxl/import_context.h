@@ -5,6 +5,7 @@
 #include "embedded/dxl/import_report.h"
 #include "embedded/format/note.h"
 #include "embedded/store/database.h"
+#include "embedded/store/value_spool.h"
 
 namespace lens {
 
@@ -18,6 +19,7 @@ struct ImportContext : ReadContext {
   Database& target;
   bool applyProperties = true;
   bool wholeDatabase = false;  // the file says of itself that it holds every note
+  ValueSpool spool = {};  // of the note that is being read
 };
 
 // What is kept as it came stands in items whose names begin so.

@@ -7,6 +7,7 @@
 #include "embedded/format/profile_name.h"
 #include "embedded/format/single_notes.h"
 #include "embedded/format/stored_lists.h"
+#include "embedded/store/large_note.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -157,6 +158,7 @@ void readDocument(ImportContext& context, Note& note) {
       readMime(context, note, u"Body"_s);
     else if (!readProlog(context, note, prolog))
       keepElement(context, note);
+    context.spool.take(note);
   }
   addDocumentItems(context, note, attributes);
   if (profile) addUnlessThere(note, u"$Name"_s, itemflag::Summary, storedTextValue(name));
@@ -224,6 +226,7 @@ bool isNoteElement(QStringView element) {
 
 void importNote(ImportContext& context) {
   Note note;
+  context.spool.clear();
   const DesignKind* const kind = findDesignKind(context.in.name());
   if (kind)
     readDesign(context, note, *kind);
@@ -236,11 +239,13 @@ void saveImported(ImportContext& context, Note& note) {
   if (noteclass::base(note.header.noteClass) == noteclass::Icon && !context.wholeDatabase)
     keepDatabaseSettings(context.target, note);
   qint64 total = 0;
-  for (const Item& item : note.items) total += item.value.size();
+  for (const Item& item : note.items) total += context.spool.sizeOf(item);
   if (total > DxlReader::kMaxValueBytes)
     context.in.fail(u"the items of a note are longer than %1 bytes"_s.arg(DxlReader::kMaxValueBytes));
   const bool instead = removeOtherInstance(context.target, note);
   const bool replaced = context.target.notes().saveAsGiven(note);
+  if (!context.spool.isEmpty()) fillLargeNote(context.target, note, context.spool);
+  context.spool.clear();
   ++context.findings.notes;
   if (replaced || instead) ++context.findings.replaced;
 }

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "embedded/format/engine_fault.h"
+#include "embedded/format/packed_parts.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -27,12 +28,14 @@ struct Entry {
 // Reads the directory and vouches for every offset before it hands one out.
 class Directory {
  public:
-  explicit Directory(QByteArrayView packed) : packed_(packed) {
+  explicit Directory(QByteArrayView packed) : Directory(packed, packed.size()) {}
+  // Of packed items of that size whose first bytes are there, the directory among them.
+  Directory(QByteArrayView packed, qint64 size) : packed_(packed), size_(size) {
     if (packed.size() < kHead || qFromLittleEndian<quint32>(packed.data()) != kMark)
       damaged(u"the mark at the beginning is missing"_s);
     const qint64 count = qFromLittleEndian<quint32>(packed.data() + 4);
-    if (count > (packed.size() - kHead) / kEntry)
-      damaged(u"a directory of %1 items does not fit into %2 bytes"_s.arg(count).arg(packed.size()));
+    if (count > (size - kHead) / kEntry)
+      damaged(u"a directory of %1 items does not fit into %2 bytes"_s.arg(count).arg(size));
     count_ = qsizetype(count);
   }
 
@@ -54,20 +57,21 @@ class Directory {
 
  private:
   bool inside(qint64 offset, qint64 length) const {
-    return offset >= kHead + count_ * kEntry && offset + length <= packed_.size();
+    return offset >= kHead + count_ * kEntry && offset + length <= size_;
   }
   static QString place(const QString& what, qsizetype index) {
     return u"the %1 of item %2 leads outside"_s.arg(what).arg(index + 1);
   }
 
   QByteArrayView packed_;
+  qint64 size_;
   qsizetype count_ = 0;
 };
 
 // Counts what the entries claim together, so that a small row cannot unfold into a huge one.
 class Budget {
  public:
-  explicit Budget(QByteArrayView packed) : left_(packed.size()) {}
+  explicit Budget(qint64 packedSize) : left_(packedSize) {}
   void spend(const Entry& entry) {
     left_ -= qint64(entry.nameLength) + entry.valueLength;
     if (left_ < 0) damaged(u"the items claim more bytes than there are"_s);
@@ -105,24 +109,23 @@ bool isPlain(QByteArrayView name) {
   return !(bits & 0x80);
 }
 
-qsizetype roomFor(const QVector<Item>& items) {
-  qsizetype room = kHead + items.size() * kEntry;
+template <class SizeOf>
+qint64 roomFor(const QVector<Item>& items, const SizeOf& sizeOf) {
+  qint64 room = kHead + items.size() * kEntry;
   for (const Item& item : items) {
     if (item.value.size() < kMinimalValue)
       throw RuntimeError(err::InvalidCall,
                          u"Item \"%1\" has a value without a type"_s.arg(item.name.left(64)));
-    room += item.name.size() * 3 + item.value.size();
+    room += item.name.size() * 3 + sizeOf(item);
   }
   if (room > std::numeric_limits<qint32>::max())
     throw RuntimeError(enginefault::NotSaved, u"The items of a note exceed 2 GB"_s);
   return room;
 }
 
-}  // namespace
-
-QByteArray packItems(const QVector<Item>& items) {
-  QByteArray packed(roomFor(items), Qt::Uninitialized);
-  char* const begin = packed.data();
+// Everything before the values, whose places follow from their sizes; returns where the first one begins.
+template <class SizeOf>
+char* writeDirectory(const QVector<Item>& items, char* begin, const SizeOf& sizeOf) {
   qToLittleEndian(kMark, begin);
   qToLittleEndian(quint32(items.size()), begin + 4);
   char* entry = begin + kHead;
@@ -138,20 +141,62 @@ QByteArray packItems(const QVector<Item>& items) {
     entry += kEntry;
   }
   entry = begin + kHead;
+  qint64 value = out - begin;
   for (const Item& item : items) {
-    qToLittleEndian(quint32(out - begin), entry + 8);
-    qToLittleEndian(quint32(item.value.size()), entry + 12);
+    const qint64 size = sizeOf(item);
+    qToLittleEndian(quint32(value), entry + 8);
+    qToLittleEndian(quint32(size), entry + 12);
+    value += size;
+    entry += kEntry;
+  }
+  return out;
+}
+
+qint64 sizeHere(const Item& item) {
+  return item.value.size();
+}
+
+}  // namespace
+
+QByteArray packItems(const QVector<Item>& items) {
+  QByteArray packed(roomFor(items, sizeHere), Qt::Uninitialized);
+  char* const begin = packed.data();
+  char* out = writeDirectory(items, begin, sizeHere);
+  for (const Item& item : items) {
     std::memcpy(out, item.value.constData(), size_t(item.value.size()));
     out += item.value.size();
-    entry += kEntry;
   }
   packed.truncate(out - begin);
   return packed;
 }
 
+QByteArray packDirectory(const QVector<Item>& items, const std::function<qint64(const Item&)>& sizeOf) {
+  roomFor(items, sizeOf);
+  QByteArray packed(roomFor(items, [](const Item&) { return qint64(0); }), Qt::Uninitialized);
+  packed.truncate(writeDirectory(items, packed.data(), sizeOf) - packed.constData());
+  return packed;
+}
+
+qsizetype packedDirectorySize(QByteArrayView head, qint64 size) {
+  return kHead + Directory(head, size).count() * kEntry;
+}
+
+QVector<PackedPlace> packedPlaces(QByteArrayView directoryBytes, qint64 size) {
+  const Directory directory(directoryBytes, size);
+  Budget budget(size);
+  QVector<PackedPlace> places;
+  places.reserve(directory.count());
+  for (qsizetype i = 0; i < directory.count(); ++i) {
+    const Entry entry = directory.entry(i);
+    budget.spend(entry);
+    places.push_back({entry.nameAt, entry.nameLength, entry.valueAt, entry.valueLength, entry.flags});
+  }
+  return places;
+}
+
 QVector<Item> unpackItems(QByteArrayView packed) {
   const Directory directory(packed);
-  Budget budget(packed);
+  Budget budget(packed.size());
   QVector<Item> items;
   items.reserve(directory.count());
   for (qsizetype i = 0; i < directory.count(); ++i) {
@@ -164,7 +209,7 @@ QVector<Item> unpackItems(QByteArrayView packed) {
 
 void checkPackedItems(QByteArrayView packed) {
   const Directory directory(packed);
-  Budget budget(packed);
+  Budget budget(packed.size());
   for (qsizetype i = 0; i < directory.count(); ++i) budget.spend(directory.entry(i));
 }
 

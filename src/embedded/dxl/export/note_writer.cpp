@@ -68,18 +68,18 @@ void writeNoteInfo(DxlWriter& out, const NoteHeader& header) {
   out.layout();
 }
 
-void writeItems(ExportContext& context, const Note& note) {
-  for (const Item& item : note.items) writeItem(context, item);
+void writeItems(ExportContext& context, const Note& note, const LargeValues& large) {
+  for (qsizetype place = 0; place < note.items.size(); ++place) writeItem(context, large.whole(note, place));
 }
 
 }  // namespace
 
-void writeNote(ExportContext& context, const Note& note) {
+void writeNote(ExportContext& context, const Note& note, const LargeValues& large) {
   DxlWriter& out = context.out;
   beginNote(out, note);
   writeNoteInfo(out, note.header);
   try {
-    writeItems(context, note);
+    writeItems(context, note, large);
   } catch (const RuntimeError& error) {
     if (error.number() != enginefault::Damaged) throw;
     throw RuntimeError(error.number(),
