@@ -31,7 +31,7 @@ QString workspaceDirectory() {
 Launcher::Launcher(Host& host) : host_(host) {
   // Hiding into the tray, a box at the start or a closed client window must not end the process.
   QApplication::setQuitOnLastWindowClosed(false);
-  applyLook(*qApp);
+  applyLook();
   openWorkspace();
   QString source = u"No workspace"_s;
   if (workspace_) {

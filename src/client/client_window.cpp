@@ -9,7 +9,7 @@
 
 namespace lens {
 
-ClientWindow::ClientWindow(std::shared_ptr<Workspace> workspace, QWidget* parent)
+ClientWindow::ClientWindow(const std::shared_ptr<Workspace>& workspace, QWidget* parent)
     : QMainWindow(parent, Qt::Window),
       controls_(std::make_unique<ClientControls>(*this)),
       views_(std::make_unique<ViewPane>(*controls_, workspace)),

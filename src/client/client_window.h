@@ -23,7 +23,7 @@ class ClientWindow : public QMainWindow {
   Q_OBJECT
 
  public:
-  explicit ClientWindow(std::shared_ptr<Workspace> workspace, QWidget* parent = nullptr);
+  explicit ClientWindow(const std::shared_ptr<Workspace>& workspace, QWidget* parent = nullptr);
   ~ClientWindow() override;
 
   // Asks the user in another way; null stands for the desktop's dialogs.

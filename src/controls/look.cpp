@@ -39,9 +39,9 @@ QPalette lensPalette() {
   return palette;
 }
 
-void applyLook(QApplication& application) {
-  application.setStyle(QStyleFactory::create(u"Fusion"_s));
-  application.setPalette(lensPalette());
+void applyLook() {
+  QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+  QApplication::setPalette(lensPalette());
 }
 
 QString plainTip(const QString& text) {

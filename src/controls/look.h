@@ -21,7 +21,7 @@ inline constexpr QRgb DestructiveText = 0xFF8E1F1F;
 QPalette lensPalette();
 
 // Fusion style and the light palette for the whole application.
-void applyLook(QApplication& application);
+void applyLook();
 
 // A tooltip that shows its text as it is, also where the text looks like markup.
 QString plainTip(const QString& text);

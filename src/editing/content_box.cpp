@@ -24,7 +24,7 @@ void ContentBox::txtFieldContent_Change() {
     desk_.state.gContentPages += text;
   }
   if (desk_.state.gContentPages.size() > 1) desk_.form.cmdScroll->setVisible(true);
-  if (desk_.state.gContentPages.size() > 0) desk_.form.cmdDelRT->setVisible(true);
+  if (!desk_.state.gContentPages.isEmpty()) desk_.form.cmdDelRT->setVisible(true);
 }
 
 void ContentBox::cmdScroll_Click() {

@@ -8,7 +8,7 @@ int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication application(argc, argv);
   application.setQuitOnLastWindowClosed(false);
-  lens::applyLook(application);
+  lens::applyLook();
   testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }

@@ -6,7 +6,7 @@
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  lens::applyLook(application);
+  lens::applyLook();
   testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }

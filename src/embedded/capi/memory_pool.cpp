@@ -25,7 +25,7 @@ MemHandle MemoryPool::add(QByteArrayView bytes, bool owned) {
   block.owned = owned;
   block.level = level_;
   byAddress_.emplace(block.bytes.constData(), last_);
-  blocks_.insert(last_, std::move(block));
+  blocks_.insert(last_, block);
   ++changes_;
   return last_;
 }

@@ -33,8 +33,8 @@ quint16 listedBits(QStringView list, std::span<const FileWord> words) {
 }
 
 quint16 compressionOf(QStringView word) {
-  for (quint16 number = 0; number < std::size(kFileCompressions); ++number)
-    if (word == QStringView(kFileCompressions[number])) return number;
+  for (size_t number = 0; number < std::size(kFileCompressions); ++number)
+    if (word == QStringView(kFileCompressions[number])) return quint16(number);
   return 0;
 }
 

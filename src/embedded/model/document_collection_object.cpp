@@ -7,7 +7,7 @@
 namespace lens {
 
 DocumentCollectionObject::DocumentCollectionObject(std::shared_ptr<OpenDatabase> database,
-                                                   QVector<NoteId> noteIds)
+                                                   const QVector<NoteId>& noteIds)
     : database_(std::move(database)) {
   // Each document once: its place leads to the next one.
   for (const NoteId id : noteIds) {

@@ -10,7 +10,7 @@ namespace lens {
 
 class DocumentCollectionObject : public ModelObject {
  public:
-  DocumentCollectionObject(std::shared_ptr<OpenDatabase> database, QVector<NoteId> noteIds);
+  DocumentCollectionObject(std::shared_ptr<OpenDatabase> database, const QVector<NoteId>& noteIds);
 
  protected:
   const MemberTable& members() const override;

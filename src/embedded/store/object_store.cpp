@@ -107,7 +107,7 @@ quint32 ObjectStore::begin() {
   auto object = std::make_shared<Pending>();
   object->depth = session_.depth();
   object->rest.reserve(kChunkSize);
-  pending_.insert(quint32(id), std::move(object));
+  pending_.insert(quint32(id), object);
   unsaved_.insert(quint32(id));
   return quint32(id);
 }

@@ -28,7 +28,7 @@ QVector<NoteVersion> VersionTable::after(const Unid& unid, int most) {
     NoteVersion version = readVersion(row);
     const QByteArray last = versions.isEmpty() ? bytes : versions.last().unid.bytes();
     if (version.unid.bytes() <= last) row.wrongValue(1, "UNID behind the last one");
-    versions.push_back(std::move(version));
+    versions.push_back(version);
   }
   return versions;
 }

@@ -215,7 +215,8 @@ qint64 IndexTables::removeRows(NoteId view, const QByteArray& key) {
 
 qint64 IndexTables::rowCount(NoteId view) {
   Statement::Run run(rowCount_, view);
-  return run.step() ? run.integer(0) : 0;
+  // A damaged file may say anything.
+  return run.step() ? std::clamp<qint64>(run.integer(0), 0, qint64(1) << 40) : 0;
 }
 
 void dropViewIndexes(Database& database) {

@@ -214,9 +214,10 @@ TEST_F(HostileFile, FlippedBytesEndWithAnErrorOrWithWhatCanBeRead) {
 TEST_F(HostileFile, FlippedBitsInTheIndexOfClassesComeToAnEnd) {
   const qsizetype begin = (classPage - 1) * 512;
   ASSERT_GT(begin, 0);
+  const bool both = qEnvironmentVariableIsSet("LENS_SOAK");
   for (qsizetype at = begin; at < begin + 512 && !HasFailure(); ++at)
-    for (const char flip : {0x04, 0x08})
-      if (whole[at] != 0) driveFlipped(at, flip);
+    for (const int flip : {0x04, 0x08})
+      if (whole[at] != 0 && (both || (at % 2 == 0) == (flip == 0x04))) driveFlipped(at, char(flip));
 }
 
 // Every column of every table, with a value of every kind.

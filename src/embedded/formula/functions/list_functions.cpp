@@ -103,7 +103,7 @@ class Separators {
     }
   }
   bool has(char32_t character) const {
-    return character < low_.size() ? low_.test(character) : others_.find(character) != others_.npos;
+    return character < low_.size() ? low_.test(character) : others_.find(character) != std::u32string::npos;
   }
 
  private:
