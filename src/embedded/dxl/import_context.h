@@ -19,7 +19,7 @@ struct ImportContext : ReadContext {
   Database& target;
   bool applyProperties = true;
   bool wholeDatabase = false;  // the file says of itself that it holds every note
-  ValueSpool spool = {};  // of the note that is being read
+  ValueSpool spool = {};       // of the note that is being read
 };
 
 // What is kept as it came stands in items whose names begin so.
