@@ -6,7 +6,7 @@ function(lens_folders_as_files target)
   endif()
   set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
   # All of a folder counts as included then, where a class without a name looks like one of a header.
-  target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+  target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
   get_target_property(sources ${target} SOURCES)
   foreach(source ${sources})
     cmake_path(GET source FILENAME name)
