@@ -4,6 +4,7 @@
 
 #include <QBuffer>
 #include <limits>
+#include <vector>
 
 #include "embedded/dxl/dxl_exporter.h"
 #include "embedded/replication/replication.h"
@@ -268,9 +269,11 @@ TEST_F(HostileFile, AValueOfAnotherKindIsDamageOrPassedOver) {
                             {"full_text_value", "kind"},
                             {"full_text_value", "value"},
                             {"full_text_span", "first"}};
+  std::vector<const char*> values = {"'text'", "x'FF'", "-1", "9223372036854775807"};
+  if (qEnvironmentVariableIsSet("LENS_SOAK"))
+    values.insert(values.end(), {"x''", "1.5", "-9223372036854775808", "4294967295", "1e300"});
   for (const Column& column : columns)
-    for (const char* value : {"'text'", "x'FF'", "x''", "1.5", "-1", "9223372036854775807",
-                              "-9223372036854775808", "4294967295", "1e300"}) {
+    for (const char* value : values) {
       SCOPED_TRACE(testing::Message() << column.table << "." << column.name << " = " << value);
       for (const char* which : {"", " WHERE rowid % 2 = 0"}) {
         const bool plain = *which == 0;
