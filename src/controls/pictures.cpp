@@ -84,6 +84,26 @@ QIcon history() {
   return icon;
 }
 
+QIcon cross() {
+  static const QIcon icon = drawn([](QPainter& painter) {
+    painter.setPen(QPen(QColor(kDarkInk), 1.5, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(4, 4), QPointF(12, 12));
+    painter.drawLine(QPointF(12, 4), QPointF(4, 12));
+  });
+  return icon;
+}
+
+QIcon check() {
+  static const QIcon icon = drawn([](QPainter& painter) {
+    painter.setPen(QPen(QColor(kDarkInk), 1.2));
+    painter.setBrush(Qt::white);
+    painter.drawRoundedRect(QRectF(2.5, 2.5, 11, 11), 1, 1);
+    painter.setPen(QPen(QColor(kDarkInk), 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(QPolygonF({{5.2, 8.2}, {7.2, 10.4}, {11.0, 5.6}}));
+  });
+  return icon;
+}
+
 QIcon clearHistory() {
   static const QIcon icon = drawn([](QPainter& painter) {
     painter.setPen(QPen(QColor(kDarkInk), 1));

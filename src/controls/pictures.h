@@ -11,6 +11,8 @@ QIcon program();       // a document under a lens: window, tray and Picture1
 QIcon history();       // an arrow back: cmdScroll
 QIcon clearHistory();  // a page with a cross: cmdDelRT
 QIcon folder();        // a folder: choosing a file
+QIcon cross();         // a cross: emptying a box or a list
+QIcon check();         // a checked box: marking all rows
 QPixmap about(const QSize& size);
 
 }  // namespace lens::pictures
