@@ -123,6 +123,16 @@ seed_ini_file() {
   printf '"%s"\n' '[Notes]' 'Written=' 'a=' ';' '\xEF\xBB\xBF' '\x0D\x0A' >"$folder.dict"
 }
 
+# A reply, one that is cut short, one with letters that cannot be shown, lengths at their ends.
+seed_console_reply() {
+  local folder=$1
+  printf '\x20Server tasks\r\nRouter  Idle\r\n\x00' >"$folder/reply"
+  printf '\xff\x7fA\x01\x7e\xe4\x09B' >"$folder/odd"
+  printf '\xff\xffA' >"$folder/negative"
+  printf 'A' >"$folder/cut"
+  printf '"\\x0D\\x0A"\n"\\x00"\n"\\xFF\\x7F"\n' >"$folder.dict"
+}
+
 # The sanitizer keeps freed memory for a while; a little of it, or the fuzzer takes that for a leak.
 export ASAN_OPTIONS="quarantine_size_mb=16:${ASAN_OPTIONS:-}"
 [ $# -gt 0 ] || set -- $(cd fuzz && ls ./*_fuzz.cpp | sed 's|^\./||; s|_fuzz\.cpp$||')

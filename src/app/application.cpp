@@ -33,6 +33,7 @@ Application::Application(Gateway& notes, CApi& api, Host& host, const QString& s
     : routines(host, api),
       sessions(state, notes, host),
       servers(state, host, api, routines),
+      databases(state, host),
       layout(form, host),
       desk{form, state, notes, api, host, routines, sessions, layout},
       lifecycle(desk, servers),
@@ -49,14 +50,19 @@ Application::Application(Gateway& notes, CApi& api, Host& host, const QString& s
       filePane(desk),
       designs(desk),
       designDocs(desk),
+      designCopy(desk, servers, databases),
+      databasePicker(desk, servers, databases),
       profiles(desk),
       deletion(desk),
       fieldTypes(desk),
       fieldDump(desk),
       formulaTools(desk),
-      helpLookup(desk) {
+      helpLookup(desk),
+      remoteConsole(desk),
+      hostTools(desk) {
   installUntrappedReport(host);
   fieldDump.openFile = [this](const QString& path) { filePane.ShellOpenFile(path); };
+  hostTools.openFile = [this](const QString& path) { filePane.ShellOpenFile(path); };
   lifecycle.addDocTypes = [this, &host] { addDocTypes(state, *form.cmbFieldType, host); };
   deletion.refreshCurrentView = [this] { capture.RefreshCurrentView(); };
   form.sbrMain->setPanelText(u"Source"_s, source);

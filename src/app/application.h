@@ -2,7 +2,9 @@
 // does is found in the subsystem, under the procedure's name.
 #pragma once
 
+#include "design/database_picker.h"
 #include "design/deletion.h"
+#include "design/design_copy.h"
 #include "design/design_docs.h"
 #include "design/design_list.h"
 #include "design/field_dump.h"
@@ -23,6 +25,7 @@
 #include "lookup/help_lookup.h"
 #include "notes/bridge.h"
 #include "notes/capi.h"
+#include "shell/database_lists.h"
 #include "shell/desk.h"
 #include "shell/form1.h"
 #include "shell/form1_lifecycle.h"
@@ -32,6 +35,8 @@
 #include "shell/server_lists.h"
 #include "shell/session_routines.h"
 #include "shell/window_layout.h"
+#include "tools/host_tools.h"
+#include "tools/remote_console.h"
 
 namespace lens {
 
@@ -48,6 +53,7 @@ class Application {
   Routines routines;
   SessionRoutines sessions;
   ServerLists servers;
+  DatabaseLists databases;
   WindowLayout layout;
   Desk desk;
   Form1Lifecycle lifecycle;
@@ -64,12 +70,16 @@ class Application {
   FilePane filePane;
   DesignList designs;
   DesignDocs designDocs;
+  DesignCopy designCopy;
+  DatabasePicker databasePicker;
   Profiles profiles;
   Deletion deletion;
   FieldTypes fieldTypes;
   FieldDump fieldDump;
   FormulaTools formulaTools;
   HelpLookup helpLookup;
+  RemoteConsole remoteConsole;
+  HostTools hostTools;
 
  private:
   void fitToDesktop(int looks);

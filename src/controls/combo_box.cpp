@@ -28,6 +28,7 @@ void ComboBox::setEditable(bool editable) {
   if (!editable) return;
   setCompleter(nullptr);
   lineEdit()->setMaxLength(std::numeric_limits<int>::max());
+  lineEdit()->installEventFilter(this);
   // Both would make a typed text that equals a row count as a picked row.
   disconnect(lineEdit(), &QLineEdit::editingFinished, this, nullptr);
   disconnect(lineEdit(), &QLineEdit::returnPressed, this, nullptr);
@@ -99,6 +100,20 @@ void ComboBox::keyPressEvent(QKeyEvent* event) {
 
 void ComboBox::inputMethodEvent(QInputMethodEvent* event) {
   offerInput(*event, keyPress, [this](QInputMethodEvent* offered) { QComboBox::inputMethodEvent(offered); });
+}
+
+void ComboBox::mouseDoubleClickEvent(QMouseEvent* event) {
+  QComboBox::mouseDoubleClickEvent(event);
+  if (event->button() == Qt::LeftButton) dblClick.fire();
+}
+
+// The text is a widget of its own.
+bool ComboBox::eventFilter(QObject* watched, QEvent* event) {
+  const bool twice = watched == lineEdit() && event->type() == QEvent::MouseButtonDblClick;
+  if (!twice || !dblClick.isConnected()) return QComboBox::eventFilter(watched, event);
+  static_cast<QLineEdit*>(watched)->selectAll();
+  if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) dblClick.fire();
+  return true;
 }
 
 // Rolling over a closed box would change its row unnoticed.

@@ -18,6 +18,8 @@ class ComboBox : public QComboBox {
   // Runs only when the user picks a row by mouse or arrow key.
   Event<> click;
   void raiseClick() const { click.raise(); }
+  // The mouse's double click on the text or, in a box without free text, on the box.
+  Event<> dblClick;
   // Runs when the text of an editable box has become another one.
   Event<> change;
   // As in TextBox.
@@ -47,6 +49,8 @@ class ComboBox : public QComboBox {
   void keyPressEvent(QKeyEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void keepText(const QString& text);

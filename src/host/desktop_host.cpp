@@ -17,8 +17,10 @@
 #endif
 
 #include "controls/pictures.h"
+#include "host/console_library.h"
 #include "host/desktop_shell.h"
 #include "host/paths.h"
+#include "host/processes.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -133,7 +135,13 @@ QString DesktopHost::programDirectory() {
 }
 
 QString DesktopHost::tempDirectory() {
-  return QDir::tempPath();
+  const QString named = qEnvironmentVariable("TEMP");
+#ifdef Q_OS_WIN
+  return named;
+#else
+  // The variable is rarely set elsewhere.
+  return named.isEmpty() ? QDir::tempPath() : named;
+#endif
 }
 
 QString DesktopHost::findFile(const QString& path) {
@@ -193,6 +201,14 @@ void DesktopHost::waitForProcess(qint64 processId) {
 #else
   Q_UNUSED(processId);
 #endif
+}
+
+bool DesktopHost::endProcesses(const QStringList& programs) {
+  return endOtherProcesses(programs);
+}
+
+RemoteCommand DesktopHost::remoteCommand() {
+  return consoleLibraryIn(programDirectory());
 }
 
 void DesktopHost::endProcess() {

@@ -32,6 +32,8 @@ class DesktopHost : public Host {
   bool addTrayIcon(const QString& tip, std::function<void(int)> callback) override;
   void removeTrayIcon() override;
   void waitForProcess(qint64 processId) override;
+  bool endProcesses(const QStringList& programs) override;
+  RemoteCommand remoteCommand() override;
   [[noreturn]] void endProcess() override;
 
  private:

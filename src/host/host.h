@@ -4,8 +4,10 @@
 // Paths use the host's own separator. All calls belong to the user-interface thread.
 #pragma once
 
+#include <QByteArray>
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 #include <functional>
 
 #include "host/regional.h"
@@ -35,6 +37,10 @@ namespace pointer {
 inline constexpr int Default = 0;
 inline constexpr int Hourglass = 11;
 }  // namespace pointer
+
+// Sends a command to the console of a server and fills the reply buffer; a result above 0 means that it holds
+// a reply, NUL-ended. Server and command are NUL-ended texts in the system's code page.
+using RemoteCommand = std::function<qint16(QByteArray server, QByteArray command, QByteArray& reply)>;
 
 class Host {
  public:
@@ -83,6 +89,11 @@ class Host {
 
   // Waits without limit for a process to end; returns at once when it cannot be opened.
   virtual void waitForProcess(qint64 processId) = 0;
+  // Ends all other processes of this user whose program file has one of these names, capitals or not; true
+  // when this process is one of them.
+  virtual bool endProcesses(const QStringList& programs) = 0;
+  // The console library beside the program, empty when there is none; raises 453 when it lacks the function.
+  virtual RemoteCommand remoteCommand() = 0;
   // Ends the process at once: no unwinding, no destructors. A test double throws ProcessEnded.
   [[noreturn]] virtual void endProcess() = 0;
 };

@@ -23,7 +23,7 @@ constexpr StandardText kStandardTexts[] = {
     {err::TypeMismatch, "Type mismatch"},
     {14, "Out of string space"},
     {28, "Out of stack space"},
-    {48, "Error in loading DLL"},
+    {err::LibraryNotLoaded, "Error in loading DLL"},
     {49, "Bad DLL calling convention"},
     {51, "Internal error"},
     {52, "Bad file name or number"},

@@ -14,6 +14,7 @@ inline constexpr int Overflow = 6;
 inline constexpr int OutOfMemory = 7;
 inline constexpr int SubscriptOutOfRange = 9;
 inline constexpr int TypeMismatch = 13;
+inline constexpr int LibraryNotLoaded = 48;
 inline constexpr int FileNotFound = 53;
 inline constexpr int DeviceFault = 57;
 inline constexpr int FileExists = 58;

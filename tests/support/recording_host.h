@@ -46,9 +46,12 @@ class RecordingHost : public Host {
   QString trayTip;
   QVector<qint64> waitedFor;
   int processEnds = 0;
-  int shellCode = 33;  // what opening a file gives
+  QVector<QStringList> endedProcesses;            // the names of each call
+  bool isOwnProgram = false;                      // among the names of the last call
+  std::function<RemoteCommand()> consoleLibrary;  // none without it
+  int shellCode = 33;                             // what opening a file gives
   qint64 chosenProgram = 0;
-  QStringList opened, openedWith, propertiesShown;
+  QStringList opened, openedWith, propertiesShown, deletedFiles;
 
   void setRegion(const QLocale& locale) { regional_ = Regional(locale); }
   QStringList boxTexts() const {
@@ -84,7 +87,10 @@ class RecordingHost : public Host {
   QString joinPath(const QString& directory, const QString& name) override {
     return joinedPath(directory, name);
   }
-  void deleteFile(const QString& path) override { removeFile(path); }
+  void deleteFile(const QString& path) override {
+    deletedFiles += path;
+    removeFile(path);
+  }
   int shellOpen(const QString& path) override {
     opened += path;
     return shellCode;
@@ -103,6 +109,11 @@ class RecordingHost : public Host {
   }
   void removeTrayIcon() override { trayCallback = nullptr; }
   void waitForProcess(qint64 processId) override { waitedFor += processId; }
+  bool endProcesses(const QStringList& programs) override {
+    endedProcesses += programs;
+    return isOwnProgram && programs.contains(u"TessalyAndDocContent"_s);
+  }
+  RemoteCommand remoteCommand() override { return consoleLibrary ? consoleLibrary() : RemoteCommand(); }
   [[noreturn]] void endProcess() override {
     ++processEnds;
     throw ProcessEnded{};

@@ -52,6 +52,8 @@ class NotesDatabase : public ObjectView {
   // Bytes, as text.
   QString sizeText() const { return get(u"Size"_s).text(); }
   bool isOpen() const { return get(u"ISOPEN"_s).boolean(); }
+  // Of the client's database: closes it and its documents; otherwise this object alone.
+  void close() const { call(u"Close"_s); }
   bool isPublicAddressBook() const { return get(u"ISPUBLICADDRESSBOOK"_s).boolean(); }
   // What is selected in the client's view.
   NotesDocumentCollection unprocessedDocuments() const { return get(u"UNPROCESSEDDOCUMENTS"_s).object(); }
@@ -77,6 +79,10 @@ class NotesDatabase : public ObjectView {
     return call(u"FTSEARCH"_s, query, most).object();
   }
 };
+
+inline NotesDocument NotesDocument::copyToDatabase(const NotesDatabase& target) const {
+  return call(u"COPYTODATABASE"_s, target).object();
+}
 
 inline NotesDatabase NotesDocument::parentDatabase() const {
   return get(u"PARENTDATABASE"_s).object();

@@ -53,6 +53,11 @@ class NotesUIWorkspace : public ObjectView {
 
   // The document that is open in the client, or nothing.
   NotesUIDocument currentDocument() const { return get(u"CURRENTDOCUMENT"_s).object(); }
+  // The database that is open in the client, or nothing.
+  NotesDatabase currentDatabase() const { return get(u"CURRENTDATABASE"_s).object(); }
+  void openDatabase(const QString& server, const QString& path) const {
+    call(u"OPENDATABASE"_s, server, path);
+  }
   void viewRefresh() const { call(u"VIEWREFRESH"_s); }
 };
 

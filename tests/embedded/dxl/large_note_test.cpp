@@ -133,7 +133,7 @@ TEST_F(LargeNotes, DamageIsToldWithTheNote) {
   }
 }
 
-#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#if defined(__GLIBC__) && !defined(LENS_SANITIZED)
 // What the process held at most while it did something, beyond what it held before; in MB.
 qint64 peakOf(const std::function<void()>& work) {
   const auto told = [](const QByteArray& name) {

@@ -1,0 +1,4 @@
+// A library without the function that the program asks for.
+extern "C" short SomethingElse() {
+  return 0;
+}
