@@ -1,7 +1,10 @@
 #include "controls/button.h"
 
+#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QStyleOptionButton>
 
+#include "controls/keys.h"
 #include "controls/look.h"
 
 namespace lens {
@@ -15,6 +18,22 @@ constexpr QRgb kReddishWindow = 0xFFFFE3E1;
 CommandButton::CommandButton(QWidget* parent) : QPushButton(parent) {
   setAutoDefault(false);
   connect(this, &QPushButton::clicked, this, [this] { click.fire(); });
+}
+
+void CommandButton::keyPressEvent(QKeyEvent* event) {
+  const int code = keyCode(*event);
+  const QString text = typedText(*event);
+  int typed = code == key::Enter || code == key::Escape || code == key::Backspace ? code : 0;
+  if (!text.isEmpty()) typed = text.at(0).unicode();
+  const bool isTyped = typed != 0;
+  if (isTyped) keyPress.fire(typed);
+  if (isTyped && typed == 0) return event->accept();
+  QPushButton::keyPressEvent(event);
+}
+
+void CommandButton::mousePressEvent(QMouseEvent* event) {
+  mouseDown.fire(buttonNumber(event->button()), shiftState(event->modifiers()));
+  QPushButton::mousePressEvent(event);
 }
 
 void Button::setDestructive(bool destructive) {

@@ -15,8 +15,17 @@ class CommandButton : public QPushButton {
   explicit CommandButton(QWidget* parent = nullptr);
 
   Event<> click;
+  // UTF-16 code of a typed character, 8 for the back key, 13 for Enter, 27 for Esc; 0 means it was used up,
+  // so that Space presses nothing.
+  Event<int&> keyPress;
+  // Button (1 left, 2 right, 4 middle) and shift state, before the click of the same press.
+  Event<int, int> mouseDown;
   // Runs the procedure directly, also for a hidden or disabled button; its failure is the caller's.
   void raiseClick() const { click.raise(); }
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
 };
 
 class Button : public CommandButton {

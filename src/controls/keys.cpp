@@ -57,6 +57,12 @@ int shiftState(Qt::KeyboardModifiers modifiers) {
          (modifiers & Qt::AltModifier ? 4 : 0);
 }
 
+int buttonNumber(Qt::MouseButton button) {
+  if (button == Qt::LeftButton) return 1;
+  if (button == Qt::RightButton) return 2;
+  return button == Qt::MiddleButton ? 4 : 0;
+}
+
 QString typedText(const QKeyEvent& event) {
   const bool control = event.modifiers() & Qt::ControlModifier;
   const bool alt = event.modifiers() & Qt::AltModifier;

@@ -36,6 +36,9 @@ int keyCode(const QKeyEvent& event);
 // 1 Shift, 2 Control, 4 Alt, added up.
 int shiftState(Qt::KeyboardModifiers modifiers);
 
+// 1 left, 2 right, 4 middle; 0 for any other.
+int buttonNumber(Qt::MouseButton button);
+
 // The characters that the key types: empty for control characters and for keys held with Control or
 // Alt alone (both together are AltGr).
 QString typedText(const QKeyEvent& event);

@@ -11,15 +11,6 @@
 #include "notes/literals.h"
 
 namespace lens {
-namespace {
-
-int buttonNumber(Qt::MouseButton button) {
-  if (button == Qt::LeftButton) return 1;
-  if (button == Qt::RightButton) return 2;
-  return button == Qt::MiddleButton ? 4 : 0;
-}
-
-}  // namespace
 
 void ListBox::mousePressEvent(QMouseEvent* event) {
   event->accept();

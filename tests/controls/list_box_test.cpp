@@ -229,6 +229,57 @@ TEST(ListBox, SharpSDoesNotBecomeTwoLettersInTheOrder) {
   EXPECT_EQ(list.list(2), QStringLiteral("stra\u00DFe"));
 }
 
+TEST(ListBox, UnmarkingARowLeavesTheIndexOnItsOwn) {
+  for (const bool checked : {false, true}) {
+    ShownList shown(5, !checked);
+    shown.list.setChecked(checked);
+    for (int row : {0, 2, 3, 4, 1}) shown.list.setSelected(row, true);
+    shown.list.setSelected(3, false);
+    EXPECT_EQ(shown.list.listIndex(), 1);
+    EXPECT_EQ(shown.marks(), QStringLiteral("xxx.x"));
+    shown.list.setSelected(1, false);
+    EXPECT_EQ(shown.list.listIndex(), 1);
+    EXPECT_FALSE(shown.list.selected(shown.list.listIndex())) << "the row at the index may be unmarked";
+  }
+}
+
+TEST(ListBox, ControlClickTakesTheMarkOfTheIndexAndAClickIntoTheVoidTakesNone) {
+  ShownList shown(5, true);
+  shown.press(1);
+  shown.press(3, Qt::ControlModifier);
+  shown.press(3, Qt::ControlModifier);
+  EXPECT_EQ(shown.marks(), QStringLiteral(".x..."));
+  EXPECT_EQ(shown.list.listIndex(), 3);
+  QTest::mouseClick(shown.list.viewport(), Qt::LeftButton, {}, shown.at(5));
+  EXPECT_EQ(shown.marks(), QStringLiteral(".x..."));
+  EXPECT_EQ(shown.list.listIndex(), 3);
+  shown.list.clear();
+  EXPECT_EQ(shown.list.selCount(), 0);
+  shown.list.addItem(QStringLiteral("new"));
+  EXPECT_EQ(shown.marks(), QStringLiteral("."));
+}
+
+TEST(ListBox, SortsByCapitalsWithoutTheMachinesLanguage) {
+  ListBox list;
+  list.setSorted(true);
+  list.setChecked(true);
+  const auto rows = [&list] {
+    QStringList texts;
+    for (int row = 0; row < list.listCount(); ++row)
+      texts << (list.selected(row) ? QStringLiteral("x") : QString()) + list.list(row);
+    return texts.join(QLatin1Char(' ')).toStdString();
+  };
+  for (const char* text : {"b", "A", "a", "_x"}) list.addItem(QString::fromLatin1(text));
+  EXPECT_EQ(rows(), "A a b _x");
+  list.setSelected(2, true);
+  list.setSelected(3, true);
+  for (const char* text : {"B", "Z", "^", "\xe4", "\xc4"}) list.addItem(QString::fromLatin1(text));
+  EXPECT_EQ(rows(), "A a xb B Z ^ x_x " + QStringLiteral("\u00E4 \u00C4").toStdString())
+      << "equal ones as they came";
+  EXPECT_EQ(list.listIndex(), 6);
+  EXPECT_EQ(list.list(list.listCount()), QString());
+}
+
 TEST(ListBox, CheckIsTheMarkOfACheckedList) {
   ShownList shown(3);
   shown.list.setChecked(true);

@@ -59,6 +59,53 @@ TEST(Button, DestructiveOneTakesTheFillOfItsWindow) {
   EXPECT_EQ(grey.pixelColor(10, 13).blue(), grey.pixelColor(10, 13).red());
 }
 
+TEST(Button, TellsOfTypedKeysAndOfMousePressesBeforeTheClick) {
+  for (const bool picture : {false, true}) {
+    std::unique_ptr<CommandButton> button;
+    if (picture)
+      button = std::make_unique<PictureButton>();
+    else
+      button = std::make_unique<Button>();
+    QStringList order;
+    button->keyPress = [&](int& code) { order += QString::number(code); };
+    button->mouseDown = [&](int which, int shift) {
+      order += QStringLiteral("down %1 %2").arg(which).arg(shift);
+    };
+    button->click = [&] { order += QStringLiteral("click"); };
+    showWithFocus(*button);
+    QTest::mouseClick(button.get(), Qt::LeftButton, Qt::ShiftModifier);
+    QTest::mouseClick(button.get(), Qt::RightButton);
+    for (const int key : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Backspace, Qt::Key_A, Qt::Key_Space})
+      QTest::keyClick(button.get(), Qt::Key(key));
+    for (const int key : {Qt::Key_Down, Qt::Key_F1, Qt::Key_Delete, Qt::Key_Control})
+      QTest::keyClick(button.get(), Qt::Key(key));
+    QTest::keyClick(button.get(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(order.join(QLatin1Char(',')).toStdString(), "down 1 1,click,down 2 0,13,27,8,97,32,click");
+  }
+}
+
+TEST(Button, KeyThatAProcedureUsedUpPressesNothing) {
+  Button button;
+  Counter clicks(button.click);
+  button.keyPress = [](int& code) { code = 0; };
+  showWithFocus(button);
+  QTest::keyClick(&button, Qt::Key_Space);
+  EXPECT_EQ(clicks.take(), 0);
+}
+
+TEST(Button, FailureOfAKeyOrPressEndsInTheReport) {
+  Untrapped untrapped;
+  Button button;
+  button.keyPress = [](int&) { throw RuntimeError(6); };
+  button.mouseDown = [](int, int) { throw RuntimeError(13); };
+  Counter clicks(button.click);
+  showWithFocus(button);
+  QTest::keyClick(&button, Qt::Key_Space);
+  QTest::mouseClick(&button, Qt::LeftButton);
+  EXPECT_EQ(untrapped.numbers, (QVector<int>{6, 13}));
+  EXPECT_EQ(clicks.take(), 2);
+}
+
 TEST(PictureButton, FollowsTheSameClickRules) {
   PictureButton button;
   Counter clicks(button.click);
