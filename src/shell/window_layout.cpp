@@ -13,13 +13,6 @@ namespace {
 constexpr int kBasePoints = 8;
 constexpr int kBaseRowHeight = 16;
 
-QVector<QWidget*> controlsOf(const QWidget& window) {
-  QVector<QWidget*> controls;
-  for (QWidget* child : window.findChildren<QWidget*>())
-    if (child->property("tabIndex").isValid()) controls.push_back(child);
-  return controls;
-}
-
 int pixels(double twips) {
   return int(std::nearbyint(twips / WindowLayout::kTwipsPerPixel));
 }
@@ -48,10 +41,18 @@ void formatAllText(RichTextBox& box, int points) {
 
 }  // namespace
 
+QVector<QWidget*> layoutControls(const QWidget& window) {
+  QVector<QWidget*> controls;
+  for (QWidget* child : window.findChildren<QWidget*>())
+    if (child->property("tabIndex").isValid() && child->window() == window.window())
+      controls.push_back(child);
+  return controls;
+}
+
 void WindowLayout::GetLocation() {
   records_.clear();
   Continue step;
-  for (QWidget* control : controlsOf(window_)) {
+  for (QWidget* control : layoutControls(window_)) {
     step([&] {
       const QRect place = control->geometry();
       records_.push_back({Int16(control->property("tabIndex").toInt()), control->objectName(),
@@ -64,6 +65,11 @@ void WindowLayout::GetLocation() {
     recordedWidth_ = Int16(window_.width() * kTwipsPerPixel);
     recordedHeight_ = Int16(window_.height() * kTwipsPerPixel);
   });
+}
+
+void WindowLayout::forgetLocation() {
+  records_.clear();
+  recordedWidth_ = recordedHeight_ = Int16();
 }
 
 void WindowLayout::fitRecordToHeight() {
@@ -90,13 +96,13 @@ void WindowLayout::takeRatios() {
 void WindowLayout::ResizeControls() {
   if (records_.isEmpty()) return;
   takeRatios();
-  for (QWidget* control : controlsOf(window_)) place(*control);
+  for (QWidget* control : layoutControls(window_)) place(*control);
 }
 
 void WindowLayout::ResizeOneControl(const QString& name) {
   if (records_.isEmpty()) return;
   takeRatios();
-  for (QWidget* control : controlsOf(window_))
+  for (QWidget* control : layoutControls(window_))
     if (control->objectName() == name) place(*control);
 }
 

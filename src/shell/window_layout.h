@@ -11,6 +11,9 @@
 
 namespace lens {
 
+// The controls that a window places: those with a tab index, without those of windows that it owns.
+QVector<QWidget*> layoutControls(const QWidget& window);
+
 class WindowLayout {
  public:
   // Twips in one device-independent pixel.
@@ -21,6 +24,8 @@ class WindowLayout {
   // Records place and size of each control that has a tab index, 16 bits wide in twips; a control
   // that does not fit is left out. An overflow of the window's own size shows the error box.
   void GetLocation();
+  // Drops the record, so that a load that ends early leaves none behind.
+  void forgetLocation();
   // The record as if the window had been designed as high as it is now: a desktop that gave less than was
   // asked for must not bring up a window below its design height, whose text is the smallest there is. Does
   // nothing in a window that is as high as its record or higher.

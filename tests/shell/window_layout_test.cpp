@@ -86,6 +86,23 @@ TEST_F(WindowLayoutTest, ControlsMovedLaterReturnToTheirRecordedPlace) {
   EXPECT_EQ(form().cmdEnd->pos(), QPoint(1208, 744));
 }
 
+TEST_F(WindowLayoutTest, AControlThatIsHiddenScalesToo) {
+  ASSERT_TRUE(form().cmdDelRT->isHidden());
+  form().resize(2560, 1600);
+  form().cmdDelRT->show();
+  EXPECT_EQ(form().cmdDelRT->geometry(), QRect(2 * 1244, 2 * 88, 2 * 28, 2 * 26));
+}
+
+TEST_F(WindowLayoutTest, ControlsOfAWindowThatItOwnsAreNotItsOwn) {
+  QWidget owned(&form(), Qt::Window);
+  QWidget child(&owned);
+  child.setProperty("tabIndex", form().cmdEnd->property("tabIndex"));
+  child.setGeometry(1, 2, 3, 4);
+  form().resize(2560, 1600);
+  EXPECT_EQ(child.geometry(), QRect(1, 2, 3, 4));
+  EXPECT_FALSE(layoutControls(form()).contains(&child));
+}
+
 TEST_F(WindowLayoutTest, OneControlCanBePlacedAlone) {
   form().cmdEnd->move(10, 10);
   form().cmdIni->move(10, 10);
