@@ -68,6 +68,23 @@ TEST_F(TypedViews, OfADatabasePassWholeObjectsOn) {
                                 u"GETNEXTDOCUMENT(Object)"_s}));
 }
 
+TEST_F(TypedViews, OfADatabaseTellWhatItIsMadeOf) {
+  const auto database = answering<NotesDatabase>(u"x"_s);
+  database.title();
+  database.templateName();
+  database.views();
+  database.agents();
+  answering<NotesView>(3).entryCount();
+  EXPECT_EQ(answering<NotesView>(u"All"_s).name() + answering<NotesAgent>(u"Run|r"_s).name(), u"AllRun|r"_s);
+  const auto directory = answering<NotesDbDirectory>(Object());
+  directory.firstDatabase(NotesDbDirectory::kDatabasesAndTemplates);
+  directory.firstDatabase(NotesDbDirectory::kDatabases);
+  directory.nextDatabase();
+  EXPECT_EQ(asked, QStringList({u"Title"_s, u"TEMPLATENAME"_s, u"VIEWS"_s, u"AGENTS"_s, u"ENTRYCOUNT"_s,
+                                u"Name"_s, u"Name"_s, u"GETFIRSTDATABASE(1246)"_s,
+                                u"GETFIRSTDATABASE(1247)"_s, u"GETNEXTDATABASE()"_s}));
+}
+
 TEST_F(TypedViews, OfAnItemReadAndWriteItsFlags) {
   const auto item = answering<NotesItem>(true);
   EXPECT_TRUE(item.isSummary() && item.isEncrypted() && item.isSigned() && item.isProtected());

@@ -9,12 +9,24 @@ class NotesView : public ObjectView {
  public:
   using ObjectView::ObjectView;
 
+  // Without its aliases.
+  QString name() const { return get(u"Name"_s).text(); }
+  // Rows at this moment, categories included.
+  double entryCount() const { return get(u"ENTRYCOUNT"_s).number(); }
   QString selectionFormula() const { return get(u"SELECTIONFORMULA"_s).text(); }
   NotesDocument firstDocument() const { return call(u"GETFIRSTDOCUMENT"_s).object(); }
   // Nothing behind the last one.
   NotesDocument nextDocument(const NotesDocument& document) const {
     return call(u"GETNEXTDOCUMENT"_s, document).object();
   }
+};
+
+class NotesAgent : public ObjectView {
+ public:
+  using ObjectView::ObjectView;
+
+  // With its aliases, parted by "|".
+  QString name() const { return get(u"Name"_s).text(); }
 };
 
 class NotesForm : public ObjectView {
@@ -49,6 +61,9 @@ class NotesDatabase : public ObjectView {
   QString server() const { return get(u"server"_s).text(); }
   QString filePath() const { return get(u"FILEPATH"_s).text(); }
   QString fileName() const { return get(u"FileName"_s).text(); }
+  QString title() const { return get(u"Title"_s).text(); }
+  // The master template that its design comes from; empty without one.
+  QString templateName() const { return get(u"TEMPLATENAME"_s).text(); }
   // Bytes, as text.
   QString sizeText() const { return get(u"Size"_s).text(); }
   bool isOpen() const { return get(u"ISOPEN"_s).boolean(); }
@@ -65,6 +80,10 @@ class NotesDatabase : public ObjectView {
   NotesDocument documentByUnid(const QString& unid) const {
     return call(u"GETDOCUMENTBYUNID"_s, unid).object();
   }
+  // An array of views and folders.
+  Value views() const { return get(u"VIEWS"_s); }
+  // An array of agents; Empty when there are none.
+  Value agents() const { return get(u"AGENTS"_s); }
   NotesView view(const QString& name) const { return call(u"GETVIEW"_s, name).object(); }
   NotesForm form(const QString& name) const { return call(u"GETFORM"_s, name).object(); }
   NotesDocumentCollection profileDocuments() const { return call(u"GETPROFILEDOCCOLLECTION"_s).object(); }
@@ -92,6 +111,7 @@ inline NotesDatabase NotesDocument::parentDatabase() const {
 class NotesDbDirectory : public ObjectView {
  public:
   static constexpr int kDatabasesAndTemplates = 1246;
+  static constexpr int kDatabases = 1247;
 
   using ObjectView::ObjectView;
 
