@@ -1,31 +1,15 @@
 #include "app/application.h"
 
 #include <QScreen>
-#include <QTimer>
 
 #include "inspector/type_table.h"
 #include "notes/literals.h"
+#include "shell/screen_fit.h"
 
 namespace lens {
 namespace {
 
 constexpr QSize kComfortableSize(1440, 900);
-constexpr double kSmallestScale = 0.8;
-// What title bar and borders take of usual desktops; how much it really is shows only when the window is
-// there.
-constexpr int kFrameHeight = 40;
-constexpr int kLooks = 20;
-constexpr int kLookEveryMs = 50;
-
-// On a screen lower than the design all places shrink before they are recorded, so the font stays.
-void scaleDesign(QWidget& window, double scale) {
-  for (QWidget* control : window.findChildren<QWidget*>()) {
-    if (!control->property("tabIndex").isValid()) continue;
-    const QRect place = control->geometry();
-    control->setGeometry(place.x(), qRound(place.y() * scale), place.width(), qRound(place.height() * scale));
-  }
-  window.resize(window.width(), qRound(window.height() * scale));
-}
 
 }  // namespace
 
@@ -59,38 +43,38 @@ Application::Application(Gateway& notes, CApi& api, Host& host, const QString& s
       formulaTools(desk),
       helpLookup(desk),
       remoteConsole(desk),
-      hostTools(desk) {
+      hostTools(desk),
+      notes_(notes),
+      host_(host) {
   installUntrappedReport(host);
   fieldDump.openFile = [this](const QString& path) { filePane.ShellOpenFile(path); };
   hostTools.openFile = [this](const QString& path) { filePane.ShellOpenFile(path); };
   lifecycle.addDocTypes = [this, &host] { addDocTypes(state, *form.cmbFieldType, host); };
   deletion.refreshCurrentView = [this] { capture.RefreshCurrentView(); };
+  form.cmdCMRcoll->click = [this] { cmdCMRcoll_Click(); };
   form.sbrMain->setPanelText(u"Source"_s, source);
 }
 
+ReplicTool& Application::bulk() {
+  if (!bulk_)
+    bulk_ = std::make_unique<ReplicTool>(&form, state, notes_, host_, routines, sessions, servers, databases);
+  return *bulk_;
+}
+
+void Application::cmdCMRcoll_Click() {
+  bulk().lifecycle.show();
+}
+
 void Application::start() {
-  const QSize free = form.screen()->availableSize();
-  const double scale = double(free.height() - kFrameHeight) / form.height();
-  if (scale < 1) scaleDesign(form, qMax(scale, kSmallestScale));
+  fitDesignToScreen(form);
   lifecycle.Form_Load();
+  const QSize free = form.screen()->availableSize();
   if (free.width() > kComfortableSize.width() && free.height() > kComfortableSize.height())
     form.resize(kComfortableSize);
   form.Timer2->setEnabled(true);
   lifecycle.Timer2_Timer();
   form.show();
-  fitToDesktop(kLooks);
-}
-
-// Window managers place a window, and may make it smaller, some time after it was shown. What comes later
-// than that is the user's own resize.
-void Application::fitToDesktop(int looks) {
-  if (looks == 0) return;
-  QTimer::singleShot(kLookEveryMs, &form, [this, looks] {
-    const int before = layout.recordedHeight();
-    layout.fitRecordToHeight();
-    if (layout.recordedHeight() != before) lifecycle.Form_Resize();
-    fitToDesktop(looks - 1);
-  });
+  fitRecordToDesktop(form, layout, [this] { lifecycle.Form_Resize(); });
 }
 
 void installUntrappedReport(Host& host) {

@@ -2,6 +2,9 @@
 // does is found in the subsystem, under the procedure's name.
 #pragma once
 
+#include <memory>
+
+#include "bulk/replic_tool.h"
 #include "design/database_picker.h"
 #include "design/deletion.h"
 #include "design/design_copy.h"
@@ -48,6 +51,10 @@ class Application {
   // Runs the load step, then shows the main window, as high as the screen leaves room for.
   void start();
 
+  // The bulk document tool; made when it is first asked for, as its window has many controls.
+  ReplicTool& bulk();
+  void cmdCMRcoll_Click();
+
   Form1 form;
   Globals state;
   Routines routines;
@@ -82,7 +89,9 @@ class Application {
   HostTools hostTools;
 
  private:
-  void fitToDesktop(int looks);
+  Gateway& notes_;
+  Host& host_;
+  std::unique_ptr<ReplicTool> bulk_;
 };
 
 // Shows what no procedure handled as "Run-time error 'N':" and its description.

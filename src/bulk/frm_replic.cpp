@@ -1,16 +1,20 @@
 #include "bulk/frm_replic.h"
 
 #include <QCloseEvent>
+#include <utility>
 
 #include "controls/fonts.h"
 #include "controls/pictures.h"
 #include "notes/literals.h"
+#include "shell/window_layout.h"
 
 namespace lens {
 namespace {
 
 constexpr QRgb kWindow = 0xFFDCE7ED, kBox = 0xFFE0E0E0, kBorder = 0xFF9FABB2, kSelection = 0xFFB4CFE1,
                kWarning = 0xFFC00000;
+
+constexpr int kDesignRowHeight = 16;
 
 QPalette replicPalette(QPalette palette) {
   palette.setColor(QPalette::Window, QColor(kWindow));
@@ -52,6 +56,49 @@ FrmReplic::FrmReplic(QWidget* owner) : QDialog(owner) {
   Opt[0] = Opt0;
   Opt[1] = Opt1;
   Opt[2] = Opt2;
+  rememberDesign();
+}
+
+void FrmReplic::rememberDesign() {
+  designSize_ = size();
+  for (QWidget* control : layoutControls(*this)) {
+    auto* combo = qobject_cast<ComboBox*>(control);
+    design_.push_back({control, control->geometry(), control->font(),
+                       combo ? combo->text() : control->property("text").toString(), !control->isHidden(),
+                       control->isEnabledTo(control->parentWidget())});
+  }
+}
+
+void FrmReplic::restoreDesign() {
+  setWindowState(Qt::WindowNoState);
+  resize(designSize_);
+  for (const Designed& designed : std::as_const(design_)) restore(designed);
+  Opt[0]->setValue(true);
+  lstServer->setFocus();
+}
+
+void FrmReplic::restore(const Designed& designed) {
+  QWidget* control = designed.control;
+  control->setGeometry(designed.place);
+  control->setFont(designed.font);
+  control->setVisible(designed.isShown);
+  control->setEnabled(designed.isEnabled);
+  if (auto* label = qobject_cast<Label*>(control)) label->setText(designed.text);
+  if (auto* box = qobject_cast<TextBox*>(control)) box->setText(designed.text);
+  if (auto* box = qobject_cast<CheckBox*>(control)) box->setValue(0);
+  if (auto* list = qobject_cast<ListBox*>(control)) {
+    list->clear();
+    list->setRowHeight(kDesignRowHeight);
+  }
+  if (auto* box = qobject_cast<ComboBox*>(control)) {
+    box->clearRows();
+    box->setText(designed.text);
+  }
+}
+
+void FrmReplic::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  if (!event->spontaneous()) resized.fire();
 }
 
 void FrmReplic::resizeEvent(QResizeEvent* event) {

@@ -71,14 +71,28 @@ bool belongsToClient(const QWidget* window) {
   return false;
 }
 
+Qt::CursorShape shapeOf(int pointerCode) {
+  if (pointerCode == pointer::Hourglass) return Qt::WaitCursor;
+  return pointerCode == pointer::ArrowHourglass ? Qt::BusyCursor : Qt::ArrowCursor;
+}
+
+// The window that stands modally over another one and blocks it; null when there is none.
+QWidget* modalWindowOver(const QWidget& window) {
+  for (QWidget* other : QApplication::topLevelWidgets())
+    if (other->parentWidget() == &window && other->isModal() && other->isVisible()) return other;
+  return nullptr;
+}
+
 // The tool's own window on top, which a box belongs to. The client window stands for another
 // program and is never blocked.
 QWidget* boxOwner() {
   QWidget* active = QApplication::activeWindow();
   if (active && !belongsToClient(active)) return active;
+  QWidget* owner = nullptr;
   for (QWidget* window : QApplication::topLevelWidgets())
-    if (window->objectName() == u"Form1") return window;
-  return nullptr;
+    if (window->objectName() == u"Form1") owner = window;
+  while (QWidget* above = owner ? modalWindowOver(*owner) : nullptr) owner = above;
+  return owner;
 }
 
 }  // namespace
@@ -108,7 +122,7 @@ void DesktopHost::setPointer(int code) {
     pointerSet_ = false;
     return;
   }
-  const QCursor cursor(code == pointer::Hourglass ? Qt::WaitCursor : Qt::ArrowCursor);
+  const QCursor cursor(shapeOf(code));
   if (pointerSet_)
     QApplication::changeOverrideCursor(cursor);
   else

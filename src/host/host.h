@@ -36,6 +36,7 @@ inline constexpr int No = 7;
 namespace pointer {
 inline constexpr int Default = 0;
 inline constexpr int Hourglass = 11;
+inline constexpr int ArrowHourglass = 13;  // work goes on, and buttons can be pressed meanwhile
 }  // namespace pointer
 
 // Sends a command to the console of a server and fills the reply buffer; a result above 0 means that it holds

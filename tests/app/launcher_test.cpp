@@ -225,5 +225,45 @@ TEST_F(ProgramTest, ABoxOfTheDesktopBlocksTheToolAndNotTheClientWindowAndShowsMa
   EXPECT_EQ(format, Qt::PlainText);
 }
 
+// A box that nobody can reach behind a window that blocks its owner would hold up the program.
+TEST_F(ProgramTest, ABoxStandsOverTheWindowThatBlocksTheMainWindow) {
+  Launcher launcher(host);
+  launcher.start();
+  ASSERT_TRUE(clientComesUp(launcher));
+  launcher.application().form.cmdCMRcoll->click.fire();
+  DesktopHost desktop;
+  const QWidget* owner = nullptr;
+  const auto showBox = [&] {
+    launcher.client()->activateWindow();
+    QTimer::singleShot(0, [&] {
+      for (QWidget* window : QApplication::topLevelWidgets()) {
+        auto* shown = qobject_cast<QMessageBox*>(window);
+        if (!shown) continue;
+        owner = shown->parentWidget();
+        shown->accept();
+      }
+    });
+    desktop.messageBox(u"x"_s, box::Plain, QString());
+  };
+  showBox();
+  EXPECT_EQ(owner, &launcher.application().bulk().window);
+  launcher.application().bulk().window.close();
+  showBox();
+  EXPECT_EQ(owner, &launcher.application().form);
+}
+
+TEST_F(ProgramTest, ThePointerShowsWhetherOneMayGoOnPressingButtons) {
+  DesktopHost desktop;
+  const QVector<std::pair<int, Qt::CursorShape>> shapes = {
+      {pointer::Hourglass, Qt::WaitCursor}, {pointer::ArrowHourglass, Qt::BusyCursor}, {1, Qt::ArrowCursor}};
+  for (const auto& [code, shape] : shapes) {
+    desktop.setPointer(code);
+    ASSERT_TRUE(QApplication::overrideCursor());
+    EXPECT_EQ(QApplication::overrideCursor()->shape(), shape) << code;
+  }
+  desktop.setPointer(pointer::Default);
+  EXPECT_FALSE(QApplication::overrideCursor());
+}
+
 }  // namespace
 }  // namespace lens

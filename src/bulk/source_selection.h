@@ -1,0 +1,40 @@
+// What the user picks to work on: servers, databases, views and agents; and the fields of a view's first
+// documents, which are offered for replacement.
+#pragma once
+
+#include <QSet>
+
+#include "bulk/replic_desk.h"
+
+namespace lens {
+
+class SourceSelection {
+ public:
+  // Also registers the window's lists with the routines that fill them.
+  explicit SourceSelection(ReplicDesk& desk);
+
+  void lstServer_Click();
+  void lstServer_KeyPress(int code);
+  void lstDesignServer_KeyPress(int code);
+  void cmdExpand_Click();
+  void cmdExpand2_Click();
+  void lstDBNames_DblClick();
+  void lstViewNames_Click();
+
+ private:
+  void registerLists();
+  void listSourceDatabases();
+  void listTargetDatabases();
+  // At gDbPath, on the source server.
+  NotesDatabase sourceDatabase();
+  // Lists views and agents of gDb. A callable that runs one statement says what a failure means.
+  template <class Mode>
+  void listDesign(Mode&& statement);
+  void sampleFields(const NotesView& view);
+  // `present` collects the names that need not be looked for again.
+  void addMissingFields(const NotesDocument& document, QSet<QString>& present);
+
+  ReplicDesk& desk_;
+};
+
+}  // namespace lens
