@@ -227,6 +227,37 @@ TEST_F(ViewEntries, AreAsTheyWereAtTheCall) {
   (void)b;
 }
 
+// Whoever copies all documents and removes them then would lose it otherwise.
+TEST_F(ViewEntries, OfADamagedDocumentAreNoCategoriesAndSayWhatIsWrong) {
+  makeView();
+  const NoteId a = memo(u"a"_s, {u"X"_s});
+  const Object all = view().get(u"ALLENTRIES"_s).object();
+  const QByteArray sql = "UPDATE note SET items = x'00112233' WHERE id = " + QByteArray::number(a.value());
+  ASSERT_EQ(sqlite3_exec(t.store->handle(), sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+  const Object entry = all.call(u"GETNEXTENTRY"_s, all.call(u"GETFIRSTENTRY"_s)).object();
+  EXPECT_TRUE(entry.get(u"ISDOCUMENT"_s).boolean());
+  EXPECT_EQ(raised([&] { entry.get(u"DOCUMENT"_s); }), enginefault::Damaged);
+  try {
+    entry.get(u"DOCUMENT"_s);
+  } catch (const RuntimeError& error) {
+    EXPECT_TRUE(error.description().contains(u"mail.nsf"_s)) << error.description().toStdString();
+  }
+  all.call(u"REMOVEALL"_s, true);
+  EXPECT_EQ(t.store->notes().state(a), NoteState::Stub);
+}
+
+TEST_F(ViewEntries, OfADatabaseThatWasRemovedRaise) {
+  makeView();
+  memo(u"a"_s, {u"X"_s});
+  const Object all = view().get(u"ALLENTRIES"_s).object();
+  const Object first = all.call(u"GETFIRSTENTRY"_s).object();
+  const Object entry = all.call(u"GETNEXTENTRY"_s, first).object();
+  t.mail().call(u"REMOVE"_s);
+  EXPECT_GT(raised([&] { entry.get(u"ISDOCUMENT"_s); }), 0);
+  EXPECT_GT(raised([&] { entry.get(u"DOCUMENT"_s); }), 0);
+  EXPECT_GT(raised([&] { all.call(u"REMOVEALL"_s, true); }), 0);
+}
+
 TEST_F(ViewEntries, GiveDocumentsReadAnew) {
   makeView();
   const NoteId a = memo(u"a"_s, {u"X"_s});
