@@ -68,16 +68,22 @@ class Continue : public StatementMode<Continue> {
       return true;
     } catch (const RuntimeError& error) {
       number_ = error.number();
+      description_ = error.description();
       return false;
     }
   }
 
   // Number of the last failure, 0 when there was none.
   int number() const { return number_; }
-  void clear() { number_ = 0; }
+  QString description() const { return description_; }
+  void clear() {
+    number_ = 0;
+    description_.clear();
+  }
 
  private:
   int number_ = 0;
+  QString description_;
 };
 
 // The mode in which a failing statement shows the error box, whatever its number, and the next one runs.

@@ -85,6 +85,31 @@ TEST_F(TypedViews, OfADatabaseTellWhatItIsMadeOf) {
                                 u"GETFIRSTDATABASE(1247)"_s, u"GETNEXTDATABASE()"_s}));
 }
 
+TEST_F(TypedViews, OfDatabasesAndViewsAskWhatTheOperationsOnThemNeed) {
+  const auto database = answering<NotesDatabase>(Object());
+  database.agent(u"Clean"_s);
+  database.createReplica(u"Hub"_s, u"a.nsf"_s);
+  database.replicate(u"Hub"_s);
+  database.remove();
+  answering<NotesDatabase>(Value(u"C125"_s)).replicaId();
+  answering<NotesDbDirectory>(Object()).openByReplicaId(u"C125"_s);
+  answering<NotesAgent>(Value()).run();
+  answering<NotesDocument>(Object()).copyToDatabase(answering<NotesDatabase>(Object()));
+  answering<NotesView>(Object()).allEntries();
+  const auto entries = answering<NotesViewEntryCollection>(Object());
+  entries.firstEntry();
+  entries.nextEntry(answering<NotesViewEntry>(Object()));
+  entries.removeAll(true);
+  EXPECT_EQ(answering<NotesViewEntryCollection>(3).count(), 3);
+  EXPECT_TRUE(answering<NotesViewEntry>(true).isDocument());
+  answering<NotesViewEntry>(Object()).document();
+  EXPECT_EQ(asked, QStringList({u"GETAGENT(Clean)"_s, u"CREATEREPLICA(Hub,a.nsf)"_s, u"REPLICATE(Hub)"_s,
+                                u"Remove()"_s, u"REPLICAID"_s, u"OpenDatabaseByReplicaID(C125)"_s, u"RUN()"_s,
+                                u"COPYTODATABASE(Object)"_s, u"ALLENTRIES"_s, u"GETFIRSTENTRY()"_s,
+                                u"GETNEXTENTRY(Object)"_s, u"REMOVEALL(True)"_s, u"count"_s, u"ISDOCUMENT"_s,
+                                u"DOCUMENT"_s}));
+}
+
 TEST_F(TypedViews, OfAnItemReadAndWriteItsFlags) {
   const auto item = answering<NotesItem>(true);
   EXPECT_TRUE(item.isSummary() && item.isEncrypted() && item.isSigned() && item.isProtected());

@@ -1,9 +1,34 @@
-// Databases with their views, forms and collections of notes, and directories of databases.
+// Databases with their views, forms, agents and collections of notes, and directories of databases.
 #pragma once
 
 #include "notes/objects/notes_document.h"
 
 namespace lens {
+
+// A row of a view: a document, or a category above documents.
+class NotesViewEntry : public ObjectView {
+ public:
+  using ObjectView::ObjectView;
+
+  // False for a category, and for a document that has gone since the rows were taken.
+  bool isDocument() const { return get(u"ISDOCUMENT"_s).boolean(); }
+  NotesDocument document() const { return get(u"DOCUMENT"_s).object(); }
+};
+
+// The rows of a view as they were at one moment.
+class NotesViewEntryCollection : public ObjectView {
+ public:
+  using ObjectView::ObjectView;
+
+  double count() const { return get(u"count"_s).number(); }
+  NotesViewEntry firstEntry() const { return call(u"GETFIRSTENTRY"_s).object(); }
+  // Nothing behind the last one.
+  NotesViewEntry nextEntry(const NotesViewEntry& entry) const {
+    return call(u"GETNEXTENTRY"_s, entry).object();
+  }
+  // Removes the documents of all rows from their database.
+  void removeAll(bool force) const { call(u"REMOVEALL"_s, force); }
+};
 
 class NotesView : public ObjectView {
  public:
@@ -13,6 +38,9 @@ class NotesView : public ObjectView {
   QString name() const { return get(u"Name"_s).text(); }
   // Rows at this moment, categories included.
   double entryCount() const { return get(u"ENTRYCOUNT"_s).number(); }
+  // Taken anew each time.
+  NotesViewEntryCollection allEntries() const { return get(u"ALLENTRIES"_s).object(); }
+
   QString selectionFormula() const { return get(u"SELECTIONFORMULA"_s).text(); }
   NotesDocument firstDocument() const { return call(u"GETFIRSTDOCUMENT"_s).object(); }
   // Nothing behind the last one.
@@ -27,6 +55,8 @@ class NotesAgent : public ObjectView {
 
   // With its aliases, parted by "|".
   QString name() const { return get(u"Name"_s).text(); }
+  // On this machine, over the documents that its settings select.
+  void run() const { call(u"RUN"_s); }
 };
 
 class NotesForm : public ObjectView {
@@ -85,6 +115,8 @@ class NotesDatabase : public ObjectView {
   // An array of agents; Empty when there are none.
   Value agents() const { return get(u"AGENTS"_s); }
   NotesView view(const QString& name) const { return call(u"GETVIEW"_s, name).object(); }
+  // Nothing when there is none of that name.
+  NotesAgent agent(const QString& name) const { return call(u"GETAGENT"_s, name).object(); }
   NotesForm form(const QString& name) const { return call(u"GETFORM"_s, name).object(); }
   NotesDocumentCollection profileDocuments() const { return call(u"GETPROFILEDOCCOLLECTION"_s).object(); }
   NotesNoteCollection createNoteCollection(bool selectAll) const {
@@ -97,6 +129,17 @@ class NotesDatabase : public ObjectView {
   NotesDocumentCollection fullTextSearch(const QString& query, int most) const {
     return call(u"FTSEARCH"_s, query, most).object();
   }
+
+  // 16 hexadecimal digits that all replicas have in common.
+  QString replicaId() const { return get(u"REPLICAID"_s).text(); }
+  // Raises when there is a file at the path.
+  NotesDatabase createReplica(const QString& server, const QString& path) const {
+    return call(u"CREATEREPLICA"_s, server, path).object();
+  }
+  // Both ways, with every other replica on that server.
+  void replicate(const QString& server) const { call(u"REPLICATE"_s, server); }
+  // Deletes its file.
+  void remove() const { call(u"Remove"_s); }
 };
 
 inline NotesDocument NotesDocument::copyToDatabase(const NotesDatabase& target) const {
@@ -105,6 +148,10 @@ inline NotesDocument NotesDocument::copyToDatabase(const NotesDatabase& target) 
 
 inline NotesDatabase NotesDocument::parentDatabase() const {
   return get(u"PARENTDATABASE"_s).object();
+}
+
+inline NotesDocument NotesDocument::copyToDatabase(const NotesDatabase& target) const {
+  return call(u"COPYTODATABASE"_s, target).object();
 }
 
 // The databases of a server, one after the other. Nothing behind the last one.
@@ -117,6 +164,10 @@ class NotesDbDirectory : public ObjectView {
 
   NotesDatabase firstDatabase(int kind) const { return call(u"GETFIRSTDATABASE"_s, kind).object(); }
   NotesDatabase nextDatabase() const { return call(u"GETNEXTDATABASE"_s).object(); }
+  // One that is not open when the server has no replica of that ID.
+  NotesDatabase openByReplicaId(const QString& replicaId) const {
+    return call(u"OpenDatabaseByReplicaID"_s, replicaId).object();
+  }
 };
 
 }  // namespace lens

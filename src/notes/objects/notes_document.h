@@ -52,6 +52,8 @@ class NotesDocument : public ObjectView {
   void save(bool force, bool makeResponse, bool markRead) const {
     call(u"SAVE"_s, force, makeResponse, markRead);
   }
+  // Saves a copy in the target at once and gives it.
+  NotesDocument copyToDatabase(const NotesDatabase& target) const;
   // Removes it from its database.
   void remove(bool force) const { call(u"Remove"_s, force); }
   // Leaves no stub.
