@@ -1,0 +1,21 @@
+// Steps that operations of the bulk tool share.
+#pragma once
+
+#include "bulk/replic_desk.h"
+
+namespace lens {
+
+// The source server's name and the path of the row: a row is opened as it is listed, on the server that the
+// box names at that moment.
+NotesDatabase openListedSource(ReplicDesk& desk, const QString& path);
+
+// Whether the row of the list's index is there and marked. Rows that are marked elsewhere do not count.
+bool isRowChosen(const ListBox& list);
+
+// One more in the counter of processed entries, which is painted at once.
+void countProcessed(FrmReplic& window);
+
+// What ends a run, a stopped one too: the sound, then the flag of the stop request is clear for the next run.
+void endRunWithSound(ReplicDesk& desk);
+
+}  // namespace lens

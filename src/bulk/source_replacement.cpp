@@ -1,0 +1,60 @@
+#include "bulk/source_replacement.h"
+
+#include "bulk/field_replacement.h"
+#include "bulk/run_steps.h"
+#include "bulk/run_texts.h"
+#include "notes/literals.h"
+#include "notes/numbers.h"
+
+namespace lens {
+
+SourceReplacement::SourceReplacement(ReplicDesk& desk) : desk_(desk) {
+  desk_.window.cmdReplace->click = [this] { cmdReplace_Click(); };
+}
+
+// The boxes have the title of the move, though nothing moves here.
+void SourceReplacement::cmdReplace_Click() {
+  const FrmReplic& window = desk_.window;
+  desk_.state.gStopFlag = false;
+  if (window.lstViewNames->listCount() == 0) return;
+  const auto refuse = [&](const QString& text) {
+    desk_.host.messageBox(text, box::Information, u"Move Docs"_s);
+  };
+  if (!isRowChosen(*window.lstViewNames)) return refuse(exact::kChooseView);
+  if (!isRowChosen(*window.lstDBNames)) return refuse(exact::kChooseSource);
+  desk_.state.gDbPath = window.lstDBNames->text();
+  const NotesDatabase source = openListedSource(desk_, desk_.state.gDbPath);
+  const NotesView view = source.view(window.lstViewNames->text());
+  const NotesViewEntryCollection entries = view.allEntries();
+  NotesViewEntry entry = entries.firstEntry();
+  window.txtProc->setText(QString());
+  while (entry && !desk_.state.gStopFlag) {
+    if (entry.isDocument()) {
+      replaceInDocument(entry.document());
+      desk_.host.yield();
+    }
+    entry = entries.nextEntry(entry);
+    countProcessed(desk_.window);
+  }
+  window.txtDocsSelected->setText(numberText(view.allEntries().count()));
+  endRunWithSound(desk_);
+}
+
+// A row without a colon fails: what was replaced before it in the document is not saved then.
+void SourceReplacement::replaceInDocument(const NotesDocument& document) {
+  const FrmReplic& window = desk_.window;
+  if (window.chkFields->value() != 1) return;
+  const ListBox& rows = *window.fldList;
+  bool changed = false;
+  for (int row = 0; row < rows.listCount(); ++row) {
+    if (!rows.selected(row)) continue;
+    const QString name = requiredItemNameOfRow(rows.list(row));
+    if (!document.hasItem(name)) continue;
+    replaceInOwnItem(document, name, {window.txtFind->text(), window.txtReplace->text()},
+                     desk_.host.regional());
+    changed = true;
+  }
+  if (changed) document.save(true, false, true);
+}
+
+}  // namespace lens
