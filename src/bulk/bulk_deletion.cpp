@@ -46,23 +46,25 @@ void BulkDeletion::removeDatabases() {
   desk_.databases.GetDbs(desk_.window.lstServer->text(), u"lstDBNames"_s, u"frmReplic"_s);
 }
 
-// From the first removal on failures are passed over: a later database that cannot be opened is told by its
-// removal, without a question before it. False ends the whole run.
+// From the first removal on failures are passed over, until one is told: a later database that cannot be
+// opened has no name to ask for. What was not asked for is never removed.
 bool BulkDeletion::removeDatabase(Statements& step, int row) {
   ListBox& list = *desk_.window.lstDBNames;
   Globals& state = desk_.state;
   state.gDbPath = list.list(row);
-  state.gDb.release();  // or the one before would be removed in place of one that cannot be opened
+  state.gDb.release();  // or the one before would be meant in place of one that cannot be opened
   step([&] { state.gDb = openListedSource(desk_, state.gDbPath); });
-  int reply = 0;
-  step([&] {
+  int reply = answer::Ok;
+  const bool asked = step([&] {
     reply = desk_.host.messageBox(u"Are you sure to delete the Database: "_s + state.gDb.filePath() + u" ?",
                                   box::OkCancel, u"Remove Database"_s);
   });
   if (reply == answer::Cancel) return false;
   Continue& removal = step.switchTrapOff();
-  removal.clear();
-  removal([&] { state.gDb.remove(); });
+  if (asked) {
+    removal.clear();
+    removal([&] { state.gDb.remove(); });
+  }
   if (removal.number() > 0) {
     desk_.host.messageBox(removal.description(), box::Critical, u"Remove DB"_s);
     return false;

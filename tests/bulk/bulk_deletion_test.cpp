@@ -1,6 +1,8 @@
 // "Delete documents from selected view", and the removal of databases that no control is wired to.
 #include <sqlite3.h>
 
+#include <QRegularExpression>
+
 #include "bulk/operations_fixture.h"
 
 namespace lens {
@@ -212,6 +214,27 @@ TEST_F(RemovingDatabases, ALaterOneThatIsGoneIsToldByItsRemoval) {
                                    {standardErrorText(err::ObjectNotSet), box::Critical, u"Remove DB"_s}}));
   EXPECT_EQ(files(), QStringList({u"b.nsf"_s, u"c.nsf"_s, u"d.nsf"_s, u"e.nsf"_s, u"target.nsf"_s}));
   EXPECT_EQ(marked(), QStringList({u"agone.nsf"_s, u"b.nsf"_s}));
+}
+
+// Until the first removal a failure is reported, from then on it is passed over; at most one box tells it,
+// and nothing is removed that was not asked for.
+TEST_F(RemovingDatabases, EveryFailureIsToldOnceOrPassedOver) {
+  const auto run = [&](int n) {
+    for (const QString& name : {u"a.nsf"_s, u"b.nsf"_s})
+      if (!files().contains(name)) workspace->createDatabase(kHub, name, {});
+    list({u"a.nsf"_s, u"b.nsf"_s});
+    host.boxes.clear();
+    return reachesFault(notes(), n, [&] { remove(); });
+  };
+  const int runs = withEveryFault(run, [&](int n) {
+    SCOPED_TRACE(n);
+    int asked = 0, told = 0;
+    for (const ShownBox& shown : host.boxes) ++(shown.style == box::OkCancel ? asked : told);
+    EXPECT_LE(told, 1);
+    const qsizetype removed = 2 - files().filter(QRegularExpression(u"^[ab]\\.nsf$"_s)).size();
+    EXPECT_LE(removed, asked);
+  });
+  EXPECT_GT(runs, 6);
 }
 
 TEST_F(RemovingDatabases, TakesTheDatabaseAwayFromTheClient) {

@@ -1,5 +1,8 @@
 // "Copy": what reaches the target, what is told, and what the window shows.
+#include <QBuffer>
+
 #include "bulk/operations_fixture.h"
+#include "embedded/model/shown_files.h"
 #include "embedded/richtext/rich_text.h"
 
 namespace lens {
@@ -376,6 +379,21 @@ TEST_F(Copying, StoppedInTheThirdYieldLeavesThreeCopiesAndEndsLikeAWholeRun) {
   EXPECT_EQ(host.pointerCode, pointer::Default);
 }
 
+// The sound, then the flag, then the pointer.
+TEST_F(Copying, SoundsBeforeTheFlagAndThePointerAreReset) {
+  memos(2);
+  chooseView();
+  putSound();
+  stopInYield(1);
+  host.whileSoundPlays = [this] {
+    EXPECT_TRUE(globals().gStopFlag);
+    EXPECT_EQ(host.pointerCode, pointer::ArrowHourglass);
+    EXPECT_EQ(selectedCount(), "2");
+  };
+  copy();
+  EXPECT_EQ(host.sounds.size(), 1);
+}
+
 TEST_F(Copying, IsSilentWithoutTheSoundFile) {
   memo(u"one"_s);
   chooseView();
@@ -498,6 +516,59 @@ TEST_F(Copying, LeavesMarkedItemsWithoutAValueAndMakesTextOfRichText) {
   EXPECT_EQ(made.text(u"Body").trimmed(), "the valve");
   EXPECT_EQ(made.find(u"Formula")->type(), itemtype::Formula);
   EXPECT_EQ(values(made, u"None"_s), QStringList(u"(empty)"_s));
+}
+
+// References to other documents and several items of one name are refused; a message has no value.
+TEST_F(Copying, RefusesWhatNoTextCanStandForAndLeavesMessagesAlone) {
+  const NoteId parent = memo(u"parent"_s);
+  Note answered;
+  ASSERT_TRUE(source->notes().read(parent, answered));
+  const auto copied = [&](const QString& item, const QByteArray& value, int times) {
+    Note note = memoNote(u"a first"_s);
+    for (int i = 0; i < times; ++i) note.add(item, itemflag::Summary, value);
+    const NoteId id = save(note);
+    chooseView();
+    markFields({item + u": x"_s}, u"x"_s, u"y"_s);
+    host.boxes.clear();
+    copy();
+    source->notes().remove(id);
+    const Note made = documents(*target).last();
+    for (const Note& each : documents(*target)) target->notes().remove(each.header.id);
+    return made;
+  };
+  for (const auto& [item, value, times] : {std::tuple{u"$REF"_s, noteRefsValue({answered.header.unid}), 1},
+                                           {u"Twice"_s, textValue(u"x"_s), 2}}) {
+    const Note made = copied(item, value, times);
+    EXPECT_EQ(host.boxes.size(), 1) << item.toStdString();
+    EXPECT_FALSE(made.has(kTrace)) << item.toStdString();
+    EXPECT_EQ(made.find(item)->value, value) << item.toStdString();
+  }
+  const QByteArray message = rawValue(itemtype::MimePart, QByteArray(20, '\0'));
+  const Note made = copied(u"Message"_s, message, 1);
+  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_TRUE(made.has(kTrace));
+}
+
+TEST_F(Copying, CarriesAttachmentsAndRichTextWhole) {
+  const QByteArray bytes(300'000, 'x');
+  Note note = memoNote(u"with file"_s);
+  attach(note, u"report.pdf"_s, bytes);
+  note.add(u"Body"_s, 0, rawValue(itemtype::RichText, QByteArray(200'000, 'y')));
+  save(note);
+  chooseView();
+  markFields({u"Subject: with file"_s}, u"file"_s, u"report"_s);
+  copy();
+  EXPECT_EQ(host.boxes, BulkBoxes());
+  const Note made = documents(*target).first();
+  EXPECT_EQ(made.text(u"Subject"), "with report");
+  EXPECT_EQ(made.find(u"Body")->value, note.find(u"Body")->value);
+  FileObject file;
+  ASSERT_TRUE(readAttachedFile(*made.find(u"$FILE"), file));
+  QByteArray there;
+  QBuffer buffer(&there);
+  buffer.open(QIODevice::WriteOnly);
+  target->objects().read(file.objectId, buffer);
+  EXPECT_TRUE(there == bytes);
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 // "Move": what it does as a copy does, and in what it differs.
+#include <sqlite3.h>
+
 #include "bulk/operations_fixture.h"
 
 namespace lens {
@@ -166,6 +168,34 @@ TEST_F(Moving, EndsAtADamagedDocumentAndRemovesNone) {
   EXPECT_EQ(subjects(*target), QStringList(u"m1"_s));
   EXPECT_EQ(source->notes().state(bad), NoteState::Damaged);
   EXPECT_EQ(subjects(*source), QStringList({u"m1"_s, u"m3"_s}));
+}
+
+TEST_F(Moving, EndsAtADamagedAttachmentAmongGoodOnesAndRemovesNone) {
+  for (int i = 1; i <= 3; ++i) {
+    Note note = memoNote(u"m%1"_s.arg(i));
+    attach(note, u"report.pdf"_s, QByteArray(1000, char('a' + i)));
+    save(note);
+  }
+  ASSERT_EQ(sqlite3_exec(source->handle(),
+                         "UPDATE object_chunk SET bytes = zeroblob(length(bytes)) WHERE object = 2", nullptr,
+                         nullptr, nullptr),
+            SQLITE_OK);
+  chooseView();
+  move();
+  ASSERT_EQ(host.boxes.size(), 1);
+  EXPECT_EQ(host.boxes[0].title, "in Move");
+  EXPECT_TRUE(host.boxes[0].text.contains(u"source.nsf"_s)) << host.boxes[0].text.toStdString();
+  EXPECT_EQ(subjects(*target), QStringList(u"m1"_s));
+  EXPECT_EQ(subjects(*source).size(), 3);
+}
+
+TEST_F(Moving, RemovesBehindTheLastEntryAndCountsTheCollection) {
+  memo(u"one"_s);
+  chooseView();
+  move();
+  EXPECT_EQ(notes().log.mid(notes().log.size() - 3),
+            QStringList({u"GETNEXTENTRY"_s, u"REMOVEALL"_s, u"count"_s}));
+  EXPECT_EQ(callsOf(u"ALLENTRIES"_s), 1);
 }
 
 TEST_F(Moving, KeepsTheSourceWhenTheTargetDisappears) {

@@ -35,6 +35,7 @@ class RecordingHost : public Host {
   int pointerCode = pointer::Default;
   QVector<int> pointers;  // all that were set, in order
   QStringList sounds;
+  std::function<void()> whileSoundPlays;
   int yields = 0;
   std::function<void()> whileYielding;  // the events that wait, when the program takes them
   int escapesAsked = 0;
@@ -78,7 +79,10 @@ class RecordingHost : public Host {
     pointerCode = code;
     pointers += code;
   }
-  void playSound(const QString& path) override { sounds += path; }
+  void playSound(const QString& path) override {
+    sounds += path;
+    if (whileSoundPlays) whileSoundPlays();
+  }
   QDateTime now() override { return clock; }
   const Regional& regional() override { return regional_; }
   QString programDirectory() override { return programDir; }
