@@ -2,8 +2,13 @@
 // in the class, under the procedure's name. The application makes it when the window is first asked for.
 #pragma once
 
+#include "bulk/bulk_deletion.h"
+#include "bulk/copy_move.h"
+#include "bulk/database_replication.h"
+#include "bulk/replic_agents.h"
 #include "bulk/replic_desk.h"
 #include "bulk/replic_lifecycle.h"
+#include "bulk/source_replacement.h"
 #include "bulk/source_selection.h"
 
 namespace lens {
@@ -15,12 +20,22 @@ class ReplicTool {
       : window(owner),
         desk{window, state, notes, host, routines, sessions, servers, databases},
         lifecycle(desk),
-        selection(desk) {}
+        selection(desk),
+        copyMove(desk),
+        replacement(desk),
+        deletion(desk),
+        replication(desk),
+        agents(desk) {}
 
   FrmReplic window;
   ReplicDesk desk;
   ReplicLifecycle lifecycle;
   SourceSelection selection;
+  CopyMove copyMove;
+  SourceReplacement replacement;
+  BulkDeletion deletion;
+  DatabaseReplication replication;
+  ReplicAgents agents;
 };
 
 }  // namespace lens

@@ -142,10 +142,6 @@ class NotesDatabase : public ObjectView {
   void remove() const { call(u"Remove"_s); }
 };
 
-inline NotesDocument NotesDocument::copyToDatabase(const NotesDatabase& target) const {
-  return call(u"COPYTODATABASE"_s, target).object();
-}
-
 inline NotesDatabase NotesDocument::parentDatabase() const {
   return get(u"PARENTDATABASE"_s).object();
 }

@@ -58,8 +58,6 @@ class NotesDocument : public ObjectView {
   void remove(bool force) const { call(u"Remove"_s, force); }
   // Leaves no stub.
   void removePermanently(bool force) const { call(u"REMOVEPERMANENTLY"_s, force); }
-  // The copy, which is saved at once.
-  NotesDocument copyToDatabase(const NotesDatabase& target) const;
 };
 
 class NotesDocumentCollection : public ObjectView {
