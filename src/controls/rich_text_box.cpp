@@ -24,6 +24,7 @@ RichTextBox::RichTextBox(QWidget* parent)
 void RichTextBox::setText(const QString& text) {
   const bool differs = text != text_.text();
   if (differs) text_.setText(text);
+  history_.clear();
   looks_.clear();
   choosePart(0);
   fillDocument();
@@ -58,6 +59,7 @@ void RichTextBox::setSelection(int start, int length) {
 void RichTextBox::setSelText(const QString& text) {
   const bool differs = selText() != text;
   const int end = selStart_ + int(text.size());
+  history_.clear();
   replaceSelection(text);
   setSelection(end, 0);
   if (differs) change.raise();
@@ -77,6 +79,7 @@ void RichTextBox::replaceSelection(const QString& text) {
 }
 
 void RichTextBox::splice(int position, int removed, const QString& added) {
+  if (usersWork_) history_.record(position, text().mid(position, removed), added);
   text_.replace(position, removed, added);
   const int addedLength = int(added.size());
   partTo_ += addedLength - removed;

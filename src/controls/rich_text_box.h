@@ -1,6 +1,7 @@
 // A box of many lines that gives its text back exactly as it was put in, and colours parts of it.
 #pragma once
 
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTimer>
@@ -8,6 +9,7 @@
 
 #include "controls/event.h"
 #include "controls/exact_text.h"
+#include "controls/text_history.h"
 #include "controls/text_looks.h"
 
 namespace lens {
@@ -46,6 +48,11 @@ class RichTextBox : public QPlainTextEdit {
   QString selText() const { return text().mid(selStart_, selLength_); }
   // Replaces the selection; the caret stands behind the new text.
   void setSelText(const QString& text);
+
+  // Takes back what the user typed, put in or took out, and does it again; nothing where there is nothing.
+  // Looks are no part of it. Text that code sets cannot be undone, nor what the user did before.
+  void undoEdit();
+  void redoEdit();
 
   // 0x00BBGGRR. Nothing where the selection has several colours.
   std::optional<quint32> selColor() const;
@@ -88,6 +95,10 @@ class RichTextBox : public QPlainTextEdit {
   void splice(int position, int removed, const QString& added);
   void replaceSelection(const QString& text);
   void putIn(const QString& text);
+  void replaceByUser(const QString& text, bool recorded);
+  void takeStep(int position, int removed, const QString& added);
+  bool historyKey(const QKeyEvent& event);
+  void addHistory(QMenu& menu);
   // The document anew, with the part around the caret where the text is long.
   void showAll();
   void showChange(int documentStart, int documentEnd, int position, int length);
@@ -125,6 +136,7 @@ class RichTextBox : public QPlainTextEdit {
 
   ExactText text_;
   TextLooks looks_;
+  TextHistory history_;
   int selStart_ = 0;
   int selLength_ = 0;
   bool caretFirst_ = false;  // the caret stands at the beginning of the selection
@@ -137,6 +149,7 @@ class RichTextBox : public QPlainTextEdit {
   bool cursorIsOld_ = false;
   bool documentIsOld_ = false;
   bool ownWork_ = false;
+  bool usersWork_ = false;  // what changes the text now can be undone
   bool edited_ = false;
 };
 

@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QScopedValueRollback>
 #include <algorithm>
 
 #include "controls/keys.h"
@@ -84,7 +85,10 @@ void RichTextBox::onDocumentChange(int position, int removed, int added) {
   const QString typed = typedPart(*document(), start, newEnd);
   const int from = wide && start == selectionFrom ? selStart_ : fromDocument(start);
   const int to = wide && oldEnd == selectionTo ? selStart_ + selLength_ : fromDocument(oldEnd);
-  splice(from, to - from, typed);
+  {
+    QScopedValueRollback<bool> work(usersWork_, true);
+    splice(from, to - from, typed);
+  }
   if (!wide) breakEndlessWord(from, int(typed.size()));
   edited_ = true;
   documentIsOld_ = wide || !documentFits();
@@ -121,8 +125,16 @@ void RichTextBox::onCursorMoved() {
 // As the user does it: nobody waits for a failure.
 void RichTextBox::putIn(const QString& text) {
   if (text.isEmpty() && selLength_ == 0) return;
+  history_.breakStep();
+  replaceByUser(text, true);
+}
+
+void RichTextBox::replaceByUser(const QString& text, bool recorded) {
   const int end = selStart_ + int(text.size());
-  replaceSelection(text);
+  {
+    QScopedValueRollback<bool> work(usersWork_, recorded);
+    replaceSelection(text);
+  }
   selStart_ = end;
   selLength_ = 0;
   caretFirst_ = false;
@@ -131,6 +143,34 @@ void RichTextBox::putIn(const QString& text) {
   ensureCursorVisible();
   change.fire();
   selChange.fire();
+}
+
+void RichTextBox::undoEdit() {
+  for (const TextHistory::Step& step : history_.undo())
+    takeStep(step.position, int(step.added.size()), step.removed);
+}
+
+void RichTextBox::redoEdit() {
+  for (const TextHistory::Step& step : history_.redo())
+    takeStep(step.position, int(step.removed.size()), step.added);
+}
+
+void RichTextBox::takeStep(int position, int removed, const QString& added) {
+  bringUpToDate();
+  selStart_ = position;
+  selLength_ = removed;
+  replaceByUser(added, false);
+}
+
+bool RichTextBox::historyKey(const QKeyEvent& event) {
+  const bool redoes = event.modifiers() == Qt::ControlModifier && event.key() == Qt::Key_Y;
+  if (redoes || const_cast<QKeyEvent&>(event).matches(QKeySequence::Redo))
+    redoEdit();
+  else if (const_cast<QKeyEvent&>(event).matches(QKeySequence::Undo))
+    undoEdit();
+  else
+    return false;
+  return true;
 }
 
 bool RichTextBox::event(QEvent* event) {
@@ -174,6 +214,7 @@ void RichTextBox::keyPressEvent(QKeyEvent* event) {
     return event->accept();
   }
   bringUpToDate();
+  if (!isReadOnly() && historyKey(*event)) return event->accept();
   if (isPart() && caretByKey(*event)) return event->accept();
   QPlainTextEdit::keyPressEvent(event);
   if (documentIsOld_) bringUpToDate();
@@ -199,7 +240,21 @@ bool RichTextBox::caretByKey(const QKeyEvent& event) {
 void RichTextBox::contextMenuEvent(QContextMenuEvent* event) {
   QMenu* menu = createStandardContextMenu(event->pos());
   menu->setAttribute(Qt::WA_DeleteOnClose);
+  if (!isReadOnly()) addHistory(*menu);
   menu->popup(event->globalPos());
+}
+
+// Above what the editor offers itself.
+void RichTextBox::addHistory(QMenu& menu) {
+  auto* undo = new QAction(tr("&Undo") + u"\tCtrl+Z", &menu);
+  auto* redo = new QAction(tr("&Redo") + u"\tCtrl+Y", &menu);
+  undo->setEnabled(history_.canUndo());
+  redo->setEnabled(history_.canRedo());
+  connect(undo, &QAction::triggered, this, &RichTextBox::undoEdit);
+  connect(redo, &QAction::triggered, this, &RichTextBox::redoEdit);
+  QAction* const first = menu.actions().value(0);
+  menu.insertActions(first, {undo, redo});
+  menu.insertSeparator(first);
 }
 
 QMimeData* RichTextBox::createMimeDataFromSelection() const {
@@ -225,11 +280,14 @@ void RichTextBox::dropEvent(QDropEvent* event) {
   caretFirst_ = false;
   if (moved) {
     if (target > selStart_) target -= selLength_;
+    history_.breakStep();
+    QScopedValueRollback<bool> work(usersWork_, true);
     replaceSelection(QString());
   }
   selStart_ = target;
   selLength_ = 0;
   putIn(withOwnLineEnds(event->mimeData()->text()));
+  if (moved) history_.joinLast();
   event->acceptProposedAction();
 }
 

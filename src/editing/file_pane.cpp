@@ -104,6 +104,16 @@ FilePane::FilePane(Desk& desk) : desk_(desk) {
   desk_.form.Dir1->mouseDown = [this](int button, int) { Dir1_MouseDown(button); };
   desk_.form.File1->dblClick = [this] { File1_DblClick(); };
   desk_.form.File1->mouseDown = [this](int button, int) { File1_MouseDown(button); };
+  showStartDirectory();
+}
+
+// So that the user sees where files would go before anything was chosen. A directory that has gone leaves the
+// pane empty.
+void FilePane::showStartDirectory() {
+  try {
+    desk_.form.Dir1->setPath(QDir::currentPath());
+  } catch (const RuntimeError&) {
+  }
 }
 
 // The directory at the index; without one it is the open directory.
@@ -126,6 +136,7 @@ QString FilePane::filePath(int row) const {
 void FilePane::cmdExtractAtt_Click() {
   const QString directory = openDirectory();
   if (desk_.state.gDoc.isNothing()) return;
+  if (directory.isEmpty()) throw RuntimeError(err::PathNotFound);
   Extraction extraction(desk_.host, directory);
   extraction.run(desk_.state.gDoc);
   desk_.form.File1->refresh();

@@ -24,6 +24,7 @@ class FilePane {
   QString ShellOpenFile(const QString& path);
 
  private:
+  void showStartDirectory();
   QString openDirectory() const;
   int selectedFile() const;
   QString filePath(int row) const;

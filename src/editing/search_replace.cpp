@@ -1,5 +1,7 @@
 #include "editing/search_replace.h"
 
+#include <QShortcut>
+
 #include "controls/keys.h"
 #include "editing/place_replacement.h"
 #include "editing/reload_box.h"
@@ -16,6 +18,11 @@ SearchReplace::SearchReplace(Desk& desk) : desk_(desk) {
   desk_.form.txtSearch->keyDown = [this](int keyCode, int shift) { txtSearch_KeyDown(keyCode, shift); };
   desk_.form.cmdReplace->click = [this] { cmdReplace_Click(); };
   desk_.form.cmdSearchReplaceAll->click = [this] { cmdSearchReplaceAll_Click(); };
+  auto* find = new QShortcut(QKeySequence::Find, &desk_.form);
+  QObject::connect(find, &QShortcut::activated, desk_.form.txtSearch, [box = desk_.form.txtSearch] {
+    box->setFocus(Qt::ShortcutFocusReason);
+    box->selectAll();
+  });
 }
 
 void SearchReplace::cmdSearch_Click() {

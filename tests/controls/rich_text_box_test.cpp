@@ -398,13 +398,6 @@ TEST(RichTextBox, MixedSelectionHasNoOneColourFontOrSize) {
   EXPECT_EQ(cursor.charFormat().fontWeight(), QFont::Bold);
 }
 
-TEST(RichTextBox, NothingCanBeUndoneBehindItsBack) {
-  ShownBox shown(QStringLiteral("a"));
-  QTest::keyClicks(&shown.box, QStringLiteral("b"));
-  QTest::keyClick(&shown.box, Qt::Key_Z, Qt::ControlModifier);
-  EXPECT_EQ(shown.box.text(), QStringLiteral("ba"));
-}
-
 TEST(RichTextBox, ProcedureOfChangeMaySetTheTextWhileTyping) {
   ShownBox shown(QStringLiteral("a"));
   shown.box.change = [&] {

@@ -45,6 +45,17 @@ class FilePaneTest : public EditingTest {
   QString files;
 };
 
+TEST_F(FilePaneTest, ShowsFromTheStartWhereTheProgramWasStarted) {
+  const QString before = QDir::currentPath();
+  makeFile(u"a.txt"_s);
+  ASSERT_TRUE(QDir::setCurrent(files));
+  start();
+  ASSERT_TRUE(QDir::setCurrent(before));
+  EXPECT_EQ(control<DirList>("Dir1").path(), QFileInfo(files).canonicalFilePath());
+  EXPECT_EQ(rows("File1"), QStringList(u"a.txt"_s));
+  EXPECT_EQ(boxes(), QStringList());
+}
+
 TEST_F(FilePaneTest, FollowsTheDirectoryAndSelectsTheFirstFile) {
   makeFile(u"a.txt"_s);
   makeFile(u"b.txt"_s);

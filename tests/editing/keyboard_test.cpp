@@ -197,6 +197,18 @@ TEST_F(Keyboard, ControlAndTabLeaveTheContentBoxBothWays) {
   EXPECT_NE(QApplication::focusWidget(), form().cmdAddField);
 }
 
+TEST_F(Keyboard, ControlAndFGoToTheSearchBoxFromAnywhere) {
+  showActive(memo());
+  setText("txtSearch", u"pump"_s);
+  for (const char* from : {"txtFieldContent", "idList", "cmdGetDoc"}) {
+    control<QWidget>(from).setFocus();
+    key(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::focusWidget(), form().txtSearch) << from;
+    EXPECT_EQ(form().txtSearch->selectedText(), u"pump"_s);
+    EXPECT_NE(text("txtFieldContent"), u"pump"_s);
+  }
+}
+
 TEST_F(Keyboard, TheMenuKeyShowsTheProperties) {
   showActive(memo());
   QFile file(directory.filePath(u"a.txt"_s));
