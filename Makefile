@@ -1,5 +1,5 @@
 # The commands of the README. Each installs what is missing, configures, builds and does its job.
-.PHONY: run test soak bench fuzz tidy format check-format clean
+.PHONY: run test soak bench fuzz tidy screenshots format check-format clean
 
 run:
 	@scripts/run.sh
@@ -18,6 +18,9 @@ fuzz:
 
 tidy:
 	@scripts/tidy.sh
+
+screenshots:
+	@scripts/screenshots.sh
 
 format:
 	@git ls-files '*.cpp' '*.h' | xargs clang-format -i

@@ -1,0 +1,191 @@
+// Makes the pictures of the documentation: the real windows on the sample databases, each after what a user
+// would have done.
+//
+//   lens_tour DIRECTORY
+#include <QApplication>
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+#include <cstdio>
+#include <functional>
+
+#include "app/application.h"
+#include "app/sample_workspace.h"
+#include "client/client_window.h"
+#include "controls/look.h"
+#include "embedded/capi/embedded_capi.h"
+#include "embedded/model/embedded_gateway.h"
+#include "host/desktop_host.h"
+#include "notes/literals.h"
+
+namespace lens {
+namespace {
+
+// Nobody is there to close a box; what a box says ends the tour, since no step of it should bring one.
+class TourHost : public DesktopHost {
+ public:
+  int messageBox(const QString& text, int, const QString&) override {
+    std::fprintf(stderr, "A box came up: %s\n", qPrintable(text));
+    std::exit(1);
+  }
+};
+
+class Tour {
+ public:
+  explicit Tour(QString directory) : directory_(std::move(directory)) {
+    workspace_ = Workspace::open(files_.filePath(u"workspace"_s), host_.regional());
+    fillFirstTime(*workspace_);
+    const std::shared_ptr<Database> mail = openSampleMail(*workspace_);
+    notes_ = std::make_unique<EmbeddedGateway>(workspace_);
+    capi_ = std::make_unique<EmbeddedCApi>(workspace_);
+    application_ = std::make_unique<Application>(*notes_, *capi_, host_, u"Embedded: samples"_s);
+    QDir::setCurrent(files_.path());
+    application_->start();
+    form().resize(1440, 900);
+  }
+
+  void run() {
+    picture(u"form1"_s, form());
+    form().resize(1280, 800);
+    changeASubject();
+    addToACollection();
+    showAnAgent();
+    explainTheFlags();
+    lookUpAFunction();
+    showTheSmallWindows();
+    showTheBulkTool();
+    showTheClientWindow();
+  }
+
+ private:
+  Form1& form() { return application_->form; }
+
+  void picture(const QString& name, QWidget& window) {
+    QTest::qWait(100);
+    const QString file = QDir(directory_).filePath(name + u".png"_s);
+    if (!window.grab().save(file)) {
+      std::fprintf(stderr, "%s cannot be written\n", qPrintable(file));
+      std::exit(1);
+    }
+    std::printf("%s\n", qPrintable(file));
+  }
+  // The first row that begins so; its absence ends the tour.
+  void choose(ListBox& list, const QString& beginning) {
+    const int row = list.find(beginning);
+    if (row < 0) {
+      std::fprintf(stderr, "%s has no row \"%s\"\n", qPrintable(list.objectName()), qPrintable(beginning));
+      std::exit(1);
+    }
+    list.setListIndex(row);
+  }
+  void capture() { form().cmdGetDoc->raiseClick(); }
+
+  void changeASubject() {
+    capture();
+    choose(*form().fldList, u"Subject"_s);
+    form().txtFieldContent->setText(u"Pump station Nordhang: delivery dates confirmed"_s);
+    form().cmdOverwrite->raiseClick();
+    choose(*form().fldList, u"Subject"_s);
+    picture(u"edited"_s, form());
+  }
+
+  void addToACollection() {
+    const auto mail = workspace_->openDatabase({}, u"mail.nsf"_s);
+    QVector<NoteId> some;
+    for (const NoteSummary& summary : mail->notes().list(noteclass::Document).first(3)) some += summary.id;
+    workspace_->client().select(some);
+    workspace_->client().closeDocument();
+    capture();
+    form().txtFieldName->setText(u"Reviewed"_s);
+    form().cmbFieldType->setText(u"1280"_s);
+    form().txtFieldContent->setText(u"yes"_s);
+    form().cmdAddFieldInColl->raiseClick();
+    form().idList->setListIndex(0);
+    form().cmdidList->raiseClick();
+    choose(*form().fldList, u"Reviewed"_s);
+    picture(u"collection"_s, form());
+  }
+
+  void showAnAgent() {
+    choose(*form().lstDesigns, u"SELECTAGENTS"_s);
+    form().lstDesigns->raiseDblClick();
+    form().idList->setListIndex(0);
+    form().cmdidList->raiseClick();
+    choose(*form().fldList, u"$AssistInfo"_s);
+    picture(u"agent"_s, form());
+  }
+
+  void explainTheFlags() {
+    form().lastModified->dblClick.raise();
+    choose(*form().fldList, u"$Flags"_s);
+    picture(u"flags"_s, form());
+  }
+
+  void lookUpAFunction() {
+    form().cmdFuncList->raiseClick();
+    choose(*form().idList, u"@Begins"_s);
+    form().idList->raiseDblClick();
+    choose(*form().fldList, u"Body"_s);
+    picture(u"help"_s, form());
+  }
+
+  void showTheSmallWindows() {
+    application_->designCopy.Form_Load();
+    showOne(u"design-copy"_s, application_->designCopy.window);
+    application_->databasePicker.Form_Load();
+    showOne(u"picker"_s, application_->databasePicker.window);
+  }
+
+  void showOne(const QString& name, QWidget& window) {
+    window.show();
+    picture(name, window);
+    window.close();
+  }
+
+  void showTheBulkTool() {
+    form().cmdCMRcoll->raiseClick();
+    FrmReplic& window = application_->bulk().window;
+    choose(*window.lstDBNames, u"mail"_s);
+    window.lstDBNames->raiseDblClick();
+    window.txtFind->setText(u"delivery"_s);
+    window.chkFields->setValue(1);
+    window.lstViewNames->setListIndex(0);
+    choose(*window.lstDBNamesDest, u"disc"_s);
+    picture(u"bulk"_s, window);
+    window.close();
+  }
+
+  void showTheClientWindow() {
+    ClientWindow client(workspace_);
+    client.resize(1100, 700);
+    client.show();
+    QTest::qWait(500);
+    picture(u"client"_s, client);
+  }
+
+  const QString directory_;
+  QTemporaryDir files_;
+  TourHost host_;
+  std::shared_ptr<Workspace> workspace_;
+  std::unique_ptr<EmbeddedGateway> notes_;
+  std::unique_ptr<EmbeddedCApi> capi_;
+  std::unique_ptr<Application> application_;
+};
+
+}  // namespace
+}  // namespace lens
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fprintf(stderr, "lens_tour DIRECTORY\n");
+    return 2;
+  }
+  QApplication application(argc, argv);
+  QApplication::setQuitOnLastWindowClosed(false);
+  lens::applyLook();
+  QDir().mkpath(QString::fromLocal8Bit(argv[1]));
+  lens::Tour tour(QDir(QString::fromLocal8Bit(argv[1])).absolutePath());
+  tour.run();
+  std::fflush(nullptr);
+  std::_Exit(0);  // as the program itself ends
+}
