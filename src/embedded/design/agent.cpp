@@ -88,22 +88,6 @@ TimeDate readLastRun(const Note& note) {
 
 }  // namespace
 
-bool readAssistInfo(QByteArrayView data, AgentSchedule& schedule) {
-  ByteReader reader(data);
-  AgentSchedule read;
-  reader.skip(2);
-  for (quint16* const word : {&read.trigger, &read.search, &read.intervalType, &read.interval})
-    *word = reader.u16();
-  read.time1 = reader.u32();
-  read.time2 = reader.u32();
-  read.start = reader.time();
-  read.end = reader.time();
-  read.flags = reader.u32();
-  if (reader.failed()) return false;
-  schedule = read;
-  return true;
-}
-
 void refuseAgent(const QString& path, const QString& title, const QString& reason) {
   throw RuntimeError(agentfault::CannotRun,
                      u"%1: the agent \"%2\" cannot run: %3"_s.arg(path, title, reason));

@@ -29,9 +29,6 @@ struct Agent {
   AgentTarget target() const { return AgentTarget(settings.search); }
 };
 
-// "$AssistInfo" without its type word. False when it is cut short.
-bool readAssistInfo(QByteArrayView data, AgentSchedule& schedule);
-
 // An agent that this engine can run. Raises CannotRun, with the path of the file, the agent's name and the
 // reason, for one in another language, with a formula that is there in compiled form only, with search
 // conditions, or with settings that cannot be read: rather no document than one too many.

@@ -12,7 +12,7 @@ constexpr double kFormulaAgent = 65412, kScriptAgent = 65413, kJavaAgent = 65427
 
 }  // namespace
 
-AgentReader::AgentReader(const DesignKind& kind, ImportContext& context, Note& note)
+AgentReader::AgentReader(const DesignKind& kind, ReadContext& context, Note& note)
     : DesignReader(kind, context, note) {
   uses({u"enabled", u"runaswebuser", u"restrictions", u"storehighlights", u"clientbackgroundthread"});
   if (flag(u"storehighlights")) schedule_.flags |= agentflag::StoreHighlights;
@@ -122,17 +122,21 @@ quint32 AgentReader::readTimeOfDay() {
 }
 
 void AgentReader::readCode() {
+  const bool records = !in_.recording();
+  if (records) in_.startRecording();
   const QString event = in_.attribute(u"event");
   while (in_.nextChild()) {
-    if (in_.is(u"formula"))
+    if (in_.is(u"formula") && formula_.isEmpty()) {
       formula_ = readFormula(context_, u"the formula of an agent"_s).mid(2);
-    else if (in_.is(u"lotusscript"))
+      if (event != u"action") in_.markRecordIncomplete();
+    } else if (in_.is(u"lotusscript")) {
       script_.add(event, in_.readText());
-    else {
+    } else {
       java_ = java_ || in_.is(u"javaproject");
-      keepElement(context_, note_);
+      in_.passOver();
     }
   }
+  keepUnlessRead(context_, note_, u"code"_s, records);
 }
 
 QString AgentReader::agentFlags() const {

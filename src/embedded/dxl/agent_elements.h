@@ -8,7 +8,7 @@ namespace lens {
 
 class AgentReader : public DesignReader {
  public:
-  AgentReader(const DesignKind& kind, ImportContext& context, Note& note);
+  AgentReader(const DesignKind& kind, ReadContext& context, Note& note);
   bool readChild() override;
   void finish() override;
 

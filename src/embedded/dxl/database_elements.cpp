@@ -1,5 +1,6 @@
 #include "embedded/dxl/database_elements.h"
 
+#include "embedded/dxl/acl_element.h"
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/note_elements.h"
 #include "embedded/format/unid.h"
@@ -9,59 +10,12 @@ namespace lens {
 
 namespace {
 
-QString readAclEntry(ImportContext& context, Note& note) {
-  DxlReader& in = context.in;
-  QStringList words{in.attribute(u"name")};
-  words += in.takeUnread();
-  QStringList roles;
-  while (in.nextChild()) {
-    if (in.is(u"role"))
-      roles.push_back(in.readText());
-    else
-      keepElement(context, note);
-  }
-  if (!roles.isEmpty()) words.push_back(u"roles="_s + roles.join(u','));
-  return words.join(u"; "_s);
-}
-
-// One line of the list's history: its attributes, then its text.
-QString readLogEntry(ImportContext& context, Note& note) {
-  DxlReader& in = context.in;
-  QStringList words = in.takeUnread();
-  for (;;) {
-    const DxlReader::Token token = in.next();
-    if (token == QXmlStreamReader::EndElement) return words.join(u"; "_s);
-    if (token == QXmlStreamReader::StartElement)
-      keepElement(context, note);
-    else if (!in.text().trimmed().isEmpty())
-      words.push_back(in.text().toString());
-  }
-}
-
 void importAcl(ImportContext& context) {
-  DxlReader& in = context.in;
-  Note note;
-  Note present;
-  const NoteId id = context.target.notes().specialNote(noteclass::Acl);
-  if (id && context.target.notes().read(id, present)) note.header.unid = present.header.unid;
-  note.header.noteClass = noteclass::Acl;
-  QStringList entries, roles, log;
-  const QStringList attributes = in.takeUnread();
-  while (in.nextChild()) {
-    if (in.is(u"aclentry"))
-      entries.push_back(readAclEntry(context, note));
-    else if (in.is(u"role"))
-      roles.push_back(in.readText());
-    else if (in.is(u"logentry"))
-      log.push_back(readLogEntry(context, note));
-    else
-      keepElement(context, note);
+  Note note, present;
+  if (!readAcl(context, note)) {
+    const NoteId id = context.target.notes().specialNote(noteclass::Acl);
+    if (id && context.target.notes().read(id, present)) note.header.unid = present.header.unid;
   }
-  note.add(u"$ACLEntries"_s, itemflag::Summary, storedTextListValue(entries));
-  note.add(u"$ACLRoles"_s, itemflag::Summary, storedTextListValue(roles));
-  note.add(u"$ACLLog"_s, 0, storedTextListValue(log));
-  note.add(u"$ACLAttributes"_s, 0, storedTextListValue(attributes));
-  context.findings.keptRaw(u"access control list as text"_s);
   saveImported(context, note);
 }
 

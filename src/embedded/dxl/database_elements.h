@@ -1,8 +1,4 @@
 // The "database" root: the properties of the database, its access control list, and all its notes.
-//
-// The access control list becomes a note of class ACL with three text lists: "$ACLEntries", one entry
-// each as "name; level=manager; type=person; roles=[A],[B]; ..." with the attributes as they came,
-// "$ACLRoles" and "$ACLLog", and "$ACLAttributes" with those of the list itself.
 #pragma once
 
 #include "embedded/dxl/import_context.h"

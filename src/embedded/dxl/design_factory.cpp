@@ -5,7 +5,9 @@
 
 namespace lens {
 
-std::unique_ptr<DesignReader> makeDesignReader(const DesignKind& kind, ImportContext& context, Note& note) {
+namespace {
+
+std::unique_ptr<DesignReader> makeDesignReader(const DesignKind& kind, ReadContext& context, Note& note) {
   const QStringView element(kind.element);
   if (element == u"view" || element == u"folder") return std::make_unique<ViewReader>(kind, context, note);
   if (element == u"agent") return std::make_unique<AgentReader>(kind, context, note);
@@ -17,6 +19,17 @@ std::unique_ptr<DesignReader> makeDesignReader(const DesignKind& kind, ImportCon
       element == u"helpusingdocument" || element == u"helpaboutdocument")
     return std::make_unique<FormReader>(kind, context, note);
   return std::make_unique<DesignReader>(kind, context, note);
+}
+
+}  // namespace
+
+void readDesignElement(const DesignKind& kind, ReadContext& context, Note& note,
+                       const std::function<bool()>& other) {
+  const std::unique_ptr<DesignReader> reader = makeDesignReader(kind, context, note);
+  while (context.in.nextChild()) {
+    if (!other() && !reader->readChild()) keepElement(context, note);
+  }
+  reader->finish();
 }
 
 }  // namespace lens

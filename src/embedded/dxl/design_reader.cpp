@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "embedded/dxl/exact_marks.h"
+#include "embedded/dxl/item_elements.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -88,7 +90,37 @@ const DesignKind* findDesignKind(QStringView element) {
   return nullptr;
 }
 
-DesignReader::DesignReader(const DesignKind& kind, ImportContext& context, Note& note)
+const DesignKind* designKindOf(quint16 baseClass, QStringView flags) {
+  const DesignKind* plain = nullptr;
+  for (const DesignKind& kind : kKinds) {
+    if (kind.noteClass != baseClass) continue;
+    const QStringView letters(kind.letters);
+    if (letters.isEmpty())
+      plain = &kind;
+    else if (flags.startsWith(letters))
+      return &kind;
+  }
+  return plain;
+}
+
+QStringList letterAttributes(QStringView flags, QStringView webFlags) {
+  QStringList words, hidden;
+  for (const Letter& known : kLetters) {
+    if (flags.contains(QStringView(known.letter)))
+      words << QStringView(known.attribute).toString() + u"=true"_s;
+  }
+  for (const Letter& known : kHideLetters) {
+    if (flags.contains(QStringView(known.letter))) hidden << QStringView(known.attribute).toString();
+  }
+  if (!hidden.isEmpty()) words << u"hide="_s + hidden.join(u' ');
+  for (const Letter& known : kWebLetters) {
+    if (webFlags.contains(QStringView(known.letter)))
+      words << QStringView(known.attribute).toString() + u"=true"_s;
+  }
+  return words;
+}
+
+DesignReader::DesignReader(const DesignKind& kind, ReadContext& context, Note& note)
     : context_(context),
       in_(context.in),
       note_(note),
@@ -123,6 +155,18 @@ void DesignReader::addText(const QString& name, const QString& text, quint16 fla
   add(name, flags, storedTextValue(text));
 }
 
+void DesignReader::readEventFormula(const QString& item, const QString& what) {
+  const bool records = !in_.recording();
+  if (records) in_.startRecording();
+  while (in_.nextChild()) {
+    if (in_.is(u"formula") && !note_.has(item))
+      add(item, itemflag::Summary, readFormula(context_, what));
+    else
+      in_.passOver();
+  }
+  keepUnlessRead(context_, note_, u"code"_s, records);
+}
+
 void DesignReader::addTitle() {
   QString title = attribute(u"name");
   if (title.isEmpty()) title = QStringView(kind_.title).toString();
@@ -152,6 +196,7 @@ void DesignReader::keepAttributes() {
   QStringList kept;
   const QString element = QStringView(kind_.element).toString();
   for (const QXmlStreamAttribute& a : std::as_const(attributes_)) {
+    if (a.namespaceUri() == exactmark::kNamespace) continue;
     if (FileFindings::tellsOrigin(element, a.name()))
       context_.findings.unreadAttribute(element, a.name());
     else if (!isCommon(a.name()) && !used_.contains(a.name()))

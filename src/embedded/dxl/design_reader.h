@@ -1,6 +1,7 @@
 // Design elements in structured form (form, view, agent, ...) and the items that they stand for.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "embedded/dxl/import_context.h"
@@ -16,12 +17,18 @@ struct DesignKind {
 
 // Null when no design element has that name.
 const DesignKind* findDesignKind(QStringView element);
+// The kind of a note by its class without marks and its "$Flags"; null when none has them.
+const DesignKind* designKindOf(quint16 baseClass, QStringView flags);
+
+// Attributes that stand for letters of "$Flags", without those of the kind itself, and of "$WebFlags", as
+// "name=value".
+QStringList letterAttributes(QStringView flags, QStringView webFlags);
 
 // Reads one design element. Items that the element states itself win over those made from attributes.
 class DesignReader {
  public:
   // The reader stands at the element's start tag.
-  DesignReader(const DesignKind& kind, ImportContext& context, Note& note);
+  DesignReader(const DesignKind& kind, ReadContext& context, Note& note);
   virtual ~DesignReader() = default;
   // The reader stands at a child that is neither prolog nor item. False when it was not consumed.
   virtual bool readChild() { return false; }
@@ -35,9 +42,11 @@ class DesignReader {
   bool flag(QStringView name, bool otherwise = false) const;
   void addFlags(QStringView letters) { flags_ += letters; }
   void add(const QString& name, quint16 flags, const QByteArray& value);
+  // The formula of a "code" element as an item; code that says more is kept as a whole.
+  void readEventFormula(const QString& item, const QString& what);
   void addText(const QString& name, const QString& text, quint16 flags = itemflag::Summary);
 
-  ImportContext& context_;
+  ReadContext& context_;
   DxlReader& in_;
   Note& note_;
 
@@ -52,7 +61,10 @@ class DesignReader {
   QString flags_;
 };
 
-std::unique_ptr<DesignReader> makeDesignReader(const DesignKind& kind, ImportContext& context, Note& note);
+// The design element at hand, with all items that it stands for. Each child is offered to other first, which
+// takes what every note has.
+void readDesignElement(const DesignKind& kind, ReadContext& context, Note& note,
+                       const std::function<bool()>& other);
 
 // Joins the parts of a script library or agent as the design tool does; each part under its event.
 class ScriptText {

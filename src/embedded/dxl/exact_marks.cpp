@@ -7,18 +7,6 @@
 
 namespace lens {
 
-namespace {
-
-// How many UTF-16 units of the text make the XML character at the place; 0 when they make none.
-qsizetype xmlUnits(QStringView text, qsizetype at) {
-  const QChar c = text[at];
-  if (c.isHighSurrogate()) return at + 1 < text.size() && text[at + 1].isLowSurrogate() ? 2 : 0;
-  if (c.isLowSurrogate() || c.unicode() >= 0xFFFE) return 0;
-  return c >= u' ' || c == u'\t' || c == u'\n' || c == u'\r' ? 1 : 0;
-}
-
-}  // namespace
-
 bool readMark(const DxlReader& in, QStringView mark, QString& value) {
   const QXmlStreamAttributes attributes = in.attributes();
   for (qsizetype i = 0; i < attributes.size(); ++i) {
@@ -48,6 +36,13 @@ QString exactMarkOf(QStringView attribute) {
 
 QString percentEncoded(const QString& text) {
   return QString::fromLatin1(QUrl::toPercentEncoding(text));
+}
+
+qsizetype xmlUnits(QStringView text, qsizetype at) {
+  const QChar c = text[at];
+  if (c.isHighSurrogate()) return at + 1 < text.size() && text[at + 1].isLowSurrogate() ? 2 : 0;
+  if (c.isLowSurrogate() || c.unicode() >= 0xFFFE) return 0;
+  return c >= u' ' || c == u'\t' || c == u'\n' || c == u'\r' ? 1 : 0;
 }
 
 bool isXmlText(QStringView text) {

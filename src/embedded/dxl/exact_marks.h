@@ -14,10 +14,18 @@ class DxlReader;
 namespace exactmark {
 inline constexpr QStringView kNamespace = u"urn:tessaly-lens:dxl";
 inline constexpr QStringView kPrefix = u"lens";
-// Of "database": the file holds every note of the database; whether it is a public address book.
+// Of "database": the database has no icon note, and the import is to make none; whether it is a public
+// address book.
 inline constexpr QStringView kWhole = u"whole", kAddressBook = u"publicaddressbook";
 // Of a note: UNID of its parent, "" for none, where "$REF" tells another.
 inline constexpr QStringView kParent = u"parentunid";
+// Of a note: its class with all marks in hexadecimal, where its element has no word for it.
+inline constexpr QStringView kClass = u"class";
+// Of a design element: where each item stands in the note, in the order in which they come.
+inline constexpr QStringView kOrder = u"itemorder";
+// Of "acl": what "noteinfo" tells of other notes: UNID, sequence, then in hexadecimal class and the times of
+// sequence, creation, change, access and addition.
+inline constexpr QStringView kHeader = u"noteinfo";
 // Of "item": flags in hexadecimal.
 inline constexpr QStringView kFlags = u"itemflags";
 // Of "rawitemdata": the value was stored with counts that lead outside.
@@ -38,6 +46,8 @@ bool hasExactAttribute(const DxlReader& in, QStringView name);
 QString exactMarkOf(QStringView attribute);
 QString percentEncoded(const QString& text);
 
+// How many UTF-16 units of the text make the XML character at the place; 0 when they make none.
+qsizetype xmlUnits(QStringView text, qsizetype at);
 // Whether XML can hold every character.
 bool isXmlText(QStringView text);
 // The text with U+FFFD for characters that XML cannot hold.

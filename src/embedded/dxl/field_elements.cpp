@@ -34,9 +34,9 @@ quint16 flagsOf(const DxlReader& in) {
   if (type == u"readers") flags |= fieldflag::Readers;
   if (type == u"names") flags |= fieldflag::Names;
   if (type == u"keyword") flags |= fieldflag::Keywords;
-  if (in.flag(u"protected")) flags |= fieldflag::Protected;
-  if (in.flag(u"sign")) flags |= fieldflag::Sign;
-  if (in.flag(u"seal")) flags |= fieldflag::Seal;
+  for (const FieldFlagWord& known : kFieldFlagWords) {
+    if (in.flag(known.attribute)) flags |= known.flag;
+  }
   return flags;
 }
 
@@ -93,6 +93,24 @@ QByteArray readFormField(ReadContext& context, Note& note, const RichFont& font,
   keepUnlessRead(context, note, u"field"_s, records);
   fields.push_back({record.name, record.type});
   return bytes;
+}
+
+const std::array<FieldFlagWord, 3> kFieldFlagWords = {
+    {{u"protected", fieldflag::Protected}, {u"sign", fieldflag::Sign}, {u"seal", fieldflag::Seal}}};
+
+QString fieldTypeWord(const FieldRecord& field) {
+  if (field.flags & fieldflag::Authors) return u"authors"_s;
+  if (field.flags & fieldflag::Readers) return u"readers"_s;
+  if (field.flags & fieldflag::Names) return u"names"_s;
+  if (field.flags & fieldflag::Keywords) return u"keyword"_s;
+  if (field.type == itemtype::Number) return u"number"_s;
+  if (field.type == itemtype::Time) return u"datetime"_s;
+  return field.type == itemtype::RichText ? u"richtext"_s : u"text"_s;
+}
+
+QString fieldKindWord(const FieldRecord& field) {
+  if (!(field.flags & fieldflag::Computed)) return u"editable"_s;
+  return field.flags & fieldflag::StoreDefault ? u"computedwhencomposed"_s : u"computed"_s;
 }
 
 void addFieldItems(Note& note, const QVector<FormField>& fields) {

@@ -15,6 +15,9 @@ constexpr std::array<const char16_t*, 11> kHosts = {
     u"msdos",        u"ole",           u"mac",       u"unknown", u"hpfs", u"olelib",
     u"bytearrayext", u"bytearraypage", u"cdstorage", u"stream",  u"link"};
 
+// Read, but not written: DXL has no words for them.
+constexpr size_t kOle = 1, kOleLibrary = 5;
+
 quint16 hostType(QStringView name) {
   for (size_t i = 0; i < kHosts.size(); ++i) {
     if (name == QStringView(kHosts[i])) return quint16(i << 8);
@@ -130,7 +133,9 @@ void readFile(ImportContext& context, Note& note, const QString& itemName, quint
 
 QString hostTypeName(quint16 hostType) {
   const size_t place = hostType >> 8;
-  return (hostType & 0xFF) == 0 && place < kHosts.size() ? QString::fromUtf16(kHosts[place]) : QString();
+  const bool written =
+      (hostType & 0xFF) == 0 && place < kHosts.size() && place != kOle && place != kOleLibrary;
+  return written ? QString::fromUtf16(kHosts[place]) : QString();
 }
 
 bool readObjectElement(ImportContext& context, Note& note, const QString& itemName, quint16 flags) {

@@ -38,12 +38,7 @@ bool FormReader::readCode() {
   if (event == u"windowtitle") item = u"$WindowTitle"_s;
   if (event == u"htmlhead") item = u"$HTMLHeadTag"_s;
   if (item.isEmpty()) return false;
-  while (in_.nextChild()) {
-    if (in_.is(u"formula"))
-      add(item, itemflag::Summary, readFormula(context_, item));
-    else
-      keepElement(context_, note_);
-  }
+  readEventFormula(item, item);
   return true;
 }
 

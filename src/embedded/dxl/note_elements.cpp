@@ -33,15 +33,19 @@ constexpr ClassName kClasses[] = {{u"document", noteclass::Document},
                                   {u"sharedfield", noteclass::SharedField},
                                   {u"replicationformula", noteclass::ReplicationFormula}};
 
+quint16 numberedClass(const DxlReader& in, const QString& text) {
+  bool number = false;
+  const uint value = text.toUInt(&number, 16);
+  if (!number || value == 0 || value > 0xFFFF) in.fail(u"\"%1\" is no class of notes"_s.arg(text));
+  return quint16(value);
+}
+
 quint16 classOf(const DxlReader& in) {
   const QString name = in.attribute(u"class");
   for (const ClassName& known : kClasses) {
     if (name == QStringView(known.name)) return known.value;
   }
-  bool number = false;
-  const uint value = name.toUInt(&number, 16);
-  if (!number || value == 0 || value > 0xFFFF) in.fail(u"\"%1\" is no class of notes"_s.arg(name));
-  return quint16(value);
+  return numberedClass(in, name);
 }
 
 // What stands before the content of a note, and becomes items only at its end.
@@ -141,6 +145,8 @@ void readDocument(ImportContext& context, Note& note) {
   if (raw) note.header.noteClass = classOf(in);
   if (in.flag(u"default")) note.header.noteClass |= noteclass::Default;
   if (in.flag(u"private")) note.header.noteClass |= noteclass::Private;
+  QString exactClass;
+  if (readMark(in, exactmark::kClass, exactClass)) note.header.noteClass = numberedClass(in, exactClass);
   const DocumentAttributes attributes(in);
   QString exactParent;
   const bool parentMarked = readMark(in, exactmark::kParent, exactParent);
@@ -167,17 +173,35 @@ void readDocument(ImportContext& context, Note& note) {
   note.header.parent = parentMarked ? marked : referredNote(note);
 }
 
-void readDesign(ImportContext& context, Note& note, const DesignKind& kind) {
-  const std::unique_ptr<DesignReader> reader = makeDesignReader(kind, context, note);
-  Prolog prolog;
-  while (context.in.nextChild()) {
-    if (context.in.is(u"item"))
-      readItem(context, note);
-    else if (!readProlog(context, note, prolog) && !reader->readChild())
-      keepElement(context, note);
+// The words are the places of the items as they came.
+bool putInOrder(Note& note, const QString& order) {
+  const QStringList words = order.split(u' ');
+  if (words.size() != note.items.size()) return false;
+  QVector<Item> items(words.size());
+  QVector<bool> taken(words.size());
+  for (qsizetype i = 0; i < words.size(); ++i) {
+    bool number = false;
+    const uint place = words[i].toUInt(&number);
+    if (!number || place >= uint(items.size()) || taken[place]) return false;
+    taken[place] = true;
+    items[place] = note.items[i];
   }
-  reader->finish();
+  note.items = items;
+  return true;
+}
+
+void readDesign(ImportContext& context, Note& note, const DesignKind& kind) {
+  Prolog prolog;
+  QString order;
+  readMark(context.in, exactmark::kOrder, order);
+  readDesignElement(kind, context, note, [&] {
+    if (!context.in.is(u"item")) return readProlog(context, note, prolog);
+    readItem(context, note);
+    return true;
+  });
   addProlog(note, prolog);
+  if (!order.isEmpty() && !putInOrder(note, order))
+    context.in.fail(u"\"%1\" is no order of the items"_s.arg(order.left(200)));
 }
 
 // Where a database holds one note of the class, an imported one takes its place, whatever its UNID.
@@ -214,9 +238,10 @@ Unid referredNote(const Note& note) {
 
 QString className(quint16 baseClass) {
   for (const ClassName& known : kClasses) {
-    if (known.value == baseClass) return QString::fromUtf16(known.name);
+    const bool written = known.value != noteclass::Acl && known.value != noteclass::Design;
+    if (known.value == baseClass && written) return QString::fromUtf16(known.name);
   }
-  return QString::number(baseClass, 16);
+  return {};
 }
 
 bool isNoteElement(QStringView element) {

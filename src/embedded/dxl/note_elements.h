@@ -19,7 +19,7 @@ void saveImported(ImportContext& context, Note& note);
 // The note that "$REF" names, null without one.
 Unid referredNote(const Note& note);
 
-// Name of a class without its marks, or its number in hexadecimal.
+// The word that "note" has for a class without its marks; "" when it has none.
 QString className(quint16 baseClass);
 
 }  // namespace lens

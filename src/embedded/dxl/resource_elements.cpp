@@ -6,7 +6,6 @@ namespace lens {
 
 namespace {
 
-constexpr quint16 kGif = 1, kJpeg = 2;
 constexpr qsizetype kSegment = 10240;
 
 // Kind and 32-bit length of a record, whose data follows.
@@ -35,7 +34,7 @@ void appendSegments(QByteArray& out, quint8 kind, qsizetype spare, const QByteAr
 }  // namespace
 
 QByteArray fileRecords(const QByteArray& bytes) {
-  constexpr quint8 kFileHeader = 0x61, kFileSegment = 0x60;
+  constexpr quint8 kFileHeader = 0x61;
   QByteArray out;
   appendHead(out, kFileHeader, 18);
   appendU16(out, 0);
@@ -43,12 +42,12 @@ QByteArray fileRecords(const QByteArray& bytes) {
   appendU32(out, segmentCount(bytes.size()));
   appendU32(out, 0);
   appendU32(out, 0);
-  appendSegments(out, kFileSegment, 8, bytes);
+  appendSegments(out, kFileSegment, kFileSegmentSpare, bytes);
   return out;
 }
 
 QByteArray imageRecords(quint16 imageType, const QByteArray& bytes) {
-  constexpr quint8 kImageHeader = 125, kImageSegment = 124;
+  constexpr quint8 kImageHeader = 125;
   QByteArray out;
   appendHead(out, kImageHeader, 22);
   for (const quint16 word : {imageType, quint16(0), quint16(0)}) appendU16(out, word);
@@ -60,22 +59,26 @@ QByteArray imageRecords(quint16 imageType, const QByteArray& bytes) {
   return out;
 }
 
-LibraryReader::LibraryReader(const DesignKind& kind, ImportContext& context, Note& note)
+LibraryReader::LibraryReader(const DesignKind& kind, ReadContext& context, Note& note)
     : DesignReader(kind, context, note), databaseScript_(QStringView(kind.letters) == u"t") {}
 
 bool LibraryReader::readChild() {
   if (!in_.is(u"code")) return false;
+  const bool records = !in_.recording();
+  if (records) in_.startRecording();
   const QString event = in_.attribute(u"event");
   while (in_.nextChild()) {
-    if (in_.is(u"lotusscript"))
+    if (in_.is(u"lotusscript")) {
       script_.add(event, in_.readText());
-    else if (in_.is(u"javascript") && !databaseScript_ && javaScript_.isEmpty())
+    } else if (in_.is(u"javascript") && !databaseScript_ && javaScript_.isEmpty()) {
       javaScript_ = in_.readText();
-    else {
+      if (event != u"library") in_.markRecordIncomplete();
+    } else {
       java_ = java_ || in_.is(u"javaproject");
-      keepElement(context_, note_);
+      in_.passOver();
     }
   }
+  keepUnlessRead(context_, note_, u"code"_s, records);
   return true;
 }
 
@@ -93,7 +96,7 @@ void LibraryReader::finish() {
   DesignReader::finish();
 }
 
-ResourceReader::ResourceReader(const DesignKind& kind, ImportContext& context, Note& note)
+ResourceReader::ResourceReader(const DesignKind& kind, ReadContext& context, Note& note)
     : DesignReader(kind, context, note), styleSheet_(QStringView(kind.letters) == u"=") {
   uses({u"charset"});
 }
@@ -104,7 +107,7 @@ bool ResourceReader::readChild() {
   const QByteArray bytes = in_.readBase64(u"the data of resource \"%1\""_s.arg(attribute(u"name")));
   size_ = bytes.size();
   if (gif || jpeg) {
-    add(u"$ImageData"_s, 0, rawValue(itemtype::RichText, imageRecords(gif ? kGif : kJpeg, bytes)));
+    add(u"$ImageData"_s, 0, rawValue(itemtype::RichText, imageRecords(gif ? kGifImage : kJpegImage, bytes)));
   } else {
     const QString item = styleSheet_ ? u"$StyleSheetData"_s : u"$FileData"_s;
     add(item, 0, rawValue(itemtype::RichText, fileRecords(bytes)));

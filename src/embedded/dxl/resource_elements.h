@@ -7,7 +7,7 @@ namespace lens {
 
 class LibraryReader : public DesignReader {
  public:
-  LibraryReader(const DesignKind& kind, ImportContext& context, Note& note);
+  LibraryReader(const DesignKind& kind, ReadContext& context, Note& note);
   bool readChild() override;
   void finish() override;
 
@@ -20,7 +20,7 @@ class LibraryReader : public DesignReader {
 
 class ResourceReader : public DesignReader {
  public:
-  ResourceReader(const DesignKind& kind, ImportContext& context, Note& note);
+  ResourceReader(const DesignKind& kind, ReadContext& context, Note& note);
   bool readChild() override;
   void finish() override;
 
@@ -30,6 +30,9 @@ class ResourceReader : public DesignReader {
 };
 
 // Rich text records that carry a file or an image in segments.
+inline constexpr quint8 kImageSegment = 124, kFileSegment = 0x60;
+inline constexpr qsizetype kFileSegmentSpare = 8;  // bytes between the sizes and the data
+inline constexpr quint16 kGifImage = 1, kJpegImage = 2;
 QByteArray fileRecords(const QByteArray& bytes);
 QByteArray imageRecords(quint16 imageType, const QByteArray& bytes);
 

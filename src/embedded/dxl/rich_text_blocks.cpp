@@ -40,6 +40,8 @@ void RichTextReader::readParagraphDefinition() {
   static constexpr std::array<const char16_t*, 5> aligns = {u"left", u"right", u"full", u"center", u"none"};
   const bool records = !in_.recording();
   if (records) in_.startRecording();
+  flush();
+  const qsizetype begin = out_.bytes().size();
   bool numbered = false;
   const quint16 id = attribute(u"id").toUShort(&numbered);
   if (!numbered) in_.markUnread(u"id");
@@ -48,7 +50,7 @@ void RichTextReader::readParagraphDefinition() {
   if (known == aligns.end()) in_.markUnread(u"align");
   if (numbered) raw(paragraphDefinition(id, known == aligns.end() ? 0 : quint16(known - aligns.begin())));
   in_.close();
-  keepUnlessRead(context_, note_, u"pardef"_s, records);
+  keepPlaced(begin, u"pardef"_s, records);
 }
 
 void RichTextReader::readParagraph() {
@@ -74,6 +76,7 @@ void RichTextReader::readTable() {
   const bool records = !in_.recording();
   if (records) in_.startRecording();
   flush();
+  const qsizetype begin = out_.bytes().size();
   out_.beginTable();
   int row = 0;
   while (in_.nextChild()) {
@@ -91,7 +94,7 @@ void RichTextReader::readTable() {
   }
   flush();
   out_.endTable();
-  keepUnlessRead(context_, note_, u"table"_s, records);
+  keepPlaced(begin, u"table"_s, records);
 }
 
 void RichTextReader::readRow(int row, bool records) {
@@ -134,8 +137,24 @@ void RichTextReader::readSection() {
   const bool records = !in_.recording();
   if (records) in_.startRecording();
   in_.markRecordIncomplete();
+  flush();
+  const qsizetype begin = out_.bytes().size();
   readContentApart(records, u"code");
-  keepUnlessRead(context_, note_, u"section"_s, records);
+  keepPlaced(begin, u"section"_s, records);
+}
+
+void RichTextReader::keepPlaced(qsizetype begin, const QString& element, bool recorded) {
+  flush();
+  const qsizetype items = note_.items.size();
+  keepUnlessRead(context_, note_, element, recorded);
+  if (note_.items.size() > items) addPlace(begin);
+}
+
+// Longer lists have no place in an item; such elements are exported as the items that keep them.
+void RichTextReader::tellPlaces() {
+  constexpr qsizetype kMost = 0xFFFF;
+  if (places_.isEmpty() || places_.size() > kMost) return;
+  note_.add(kPlacesItem.toString(), 0, numberListValue(places_));
 }
 
 QByteArray readRichText(ReadContext& context, Note& note, QVector<FormField>* fields) {

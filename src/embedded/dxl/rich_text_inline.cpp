@@ -156,19 +156,16 @@ void RichTextReader::readFontSize() {
 }
 
 void RichTextReader::readAttachment() {
+  const bool records = !in_.recording();
+  if (records) in_.startRecording();
   const QString name = attribute(u"name");
   const QString shown = attribute(u"displayname");
   content();
+  const qsizetype begin = out_.bytes().size();
   out_.appendAttachment(name, shown.isEmpty() ? name : shown);
-  for (;;) {
-    const DxlReader::Token token = in_.next();
-    if (token == QXmlStreamReader::EndElement) return;
-    // The caption is drawn below the icon; the record's own caption is the displayed name.
-    if (token == QXmlStreamReader::StartElement)
-      keepElement(context_, note_);
-    else if (!in_.text().trimmed().isEmpty())
-      context_.findings.ignored(u"text in \"attachmentref\""_s);
-  }
+  // The caption is drawn below the icon; the record's own caption is the displayed name.
+  in_.close();
+  keepPlaced(begin, u"attachmentref"_s, records);
 }
 
 void RichTextReader::readLink() {
@@ -209,8 +206,10 @@ void RichTextReader::readCompositeData() {
 
 void RichTextReader::readField() {
   content();
+  const qsizetype begin = out_.bytes().size(), items = note_.items.size();
   const QByteArray record = readFormField(context_, note_, font_, *fields_);
   if (!record.isEmpty()) out_.appendInline(record);
+  if (note_.items.size() > items) addPlace(begin);
 }
 
 // The text stays readable where it stood; everything else of the element is in its XML.
@@ -219,13 +218,17 @@ void RichTextReader::keepWithText() {
   const QString element = in_.name().toString();
   if (records) in_.startRecording();
   in_.markRecordIncomplete();
-  if (holdsNoText(element)) {
-    in_.skip();
-  } else {
-    content();
+  const bool text = !holdsNoText(element);
+  if (text) content();
+  const qsizetype begin = out_.bytes().size();
+  if (text)
     readInline();
-  }
-  if (records) keepXml(context_, note_, element, in_.stopRecording());
+  else
+    in_.skip();
+  if (!records) return;
+  if (text) flush();
+  keepXml(context_, note_, element, in_.stopRecording());
+  addPlace(begin);
 }
 
 }  // namespace lens

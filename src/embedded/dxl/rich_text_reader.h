@@ -14,6 +14,7 @@ class RichTextReader {
   QByteArray read() {
     readBlocks();
     flush();
+    tellPlaces();
     return out_.bytes();
   }
 
@@ -39,6 +40,10 @@ class RichTextReader {
   void readCompositeData();
   void readField();
   void keepWithText();
+  // Keeps the element whose record began where the bytes had this length, unless all of it was read.
+  void keepPlaced(qsizetype begin, const QString& element, bool recorded);
+  void addPlace(qsizetype begin) { places_ << double(begin) << double(out_.bytes().size()); }
+  void tellPlaces();
 
   void addText(QStringView text);
   void addPiece(QStringView piece);
@@ -62,6 +67,7 @@ class RichTextReader {
   Note& note_;
   QVector<FormField>* fields_;
   RecordWriter out_;
+  QVector<double> places_;  // begin and end of each kept element
   RichFont font_;
   QString text_;          // of one font, not yet a record
   bool waiting_ = false;  // a line break of the file may become a blank

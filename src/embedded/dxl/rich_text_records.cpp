@@ -164,7 +164,31 @@ QByteArray fieldRecord(const FieldRecord& field, const RichFont& font) {
   for (const qsizetype length : {formulas[0].size(), formulas[1].size(), qsizetype(0), formulas[2].size(),
                                  name.size(), description.size(), field.keywords.size()})
     appendU16(data, quint16(length));
-  return record(138, data + formulas[0] + formulas[1] + formulas[2] + name + description + field.keywords);
+  return record(kFieldKind,
+                data + formulas[0] + formulas[1] + formulas[2] + name + description + field.keywords);
+}
+
+bool readFieldRecord(QByteArrayView bytes, FieldRecord& field, RichFont& font) {
+  ByteReader reader(bytes);
+  const quint8 kind = reader.u8();
+  reader.skip(3);
+  field.flags = reader.u16();
+  field.type = reader.u16();
+  reader.skip(10);
+  font.face = reader.u8();
+  font.attributes = reader.u8();
+  font.color = reader.u8();
+  font.points = reader.u8();
+  std::array<quint16, 7> lengths;
+  for (quint16& length : lengths) length = reader.u16();
+  field.defaultValue = reader.take(lengths[0]).toByteArray();
+  field.inputTranslation = reader.take(lengths[1]).toByteArray();
+  reader.skip(lengths[2]);
+  field.inputValidation = reader.take(lengths[3]).toByteArray();
+  field.name = fromLmbcs(reader.take(lengths[4]));
+  field.description = fromLmbcs(reader.take(lengths[5]));
+  field.keywords = reader.take(lengths[6]).toByteArray();
+  return kind == kFieldKind && !reader.failed();
 }
 
 bool fontFace(QStringView name, quint8& face) {

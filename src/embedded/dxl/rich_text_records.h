@@ -25,8 +25,11 @@ struct FieldRecord {
   quint16 flags = 0;
   QByteArray defaultValue, inputTranslation, inputValidation, keywords;
 };
+inline constexpr quint8 kFieldKind = 138;
 // Empty when it does not fit a record.
 QByteArray fieldRecord(const FieldRecord& field, const RichFont& font);
+// The reverse; false when the record is shorter than its lengths say.
+bool readFieldRecord(QByteArrayView record, FieldRecord& field, RichFont& font);
 
 // Bit mask and face of the "font" element's attributes; false when a name has no number of its own.
 bool fontFace(QStringView name, quint8& face);

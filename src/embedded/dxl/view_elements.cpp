@@ -14,7 +14,7 @@ void readColumnHeader(DxlReader& in, ViewColumn& column) {
   in.close();
 }
 
-void readColumnCode(ImportContext& context, ViewColumn& column) {
+void readColumnCode(ReadContext& context, ViewColumn& column) {
   const bool value = context.in.attribute(u"event") == u"value";
   while (context.in.nextChild()) {
     if (value && column.formula.isEmpty() && context.in.is(u"formula"))
@@ -26,7 +26,7 @@ void readColumnCode(ImportContext& context, ViewColumn& column) {
 
 }  // namespace
 
-ViewReader::ViewReader(const DesignKind& kind, ImportContext& context, Note& note)
+ViewReader::ViewReader(const DesignKind& kind, ReadContext& context, Note& note)
     : DesignReader(kind, context, note) {
   uses({u"showinmenu", u"defaultdesign", u"selectionnoteclass", u"noviewformat", u"showresponsehierarchy"});
   if (!flag(u"showinmenu", true)) addFlags(u"Y");
@@ -48,13 +48,7 @@ bool ViewReader::readChild() {
 bool ViewReader::readCode() {
   const QString event = in_.attribute(u"event");
   if (event != u"selection" && event != u"form") return false;
-  const QString item = event == u"form" ? u"$FormFormula"_s : u"$Formula"_s;
-  while (in_.nextChild()) {
-    if (in_.is(u"formula"))
-      add(item, itemflag::Summary, readFormula(context_, u"the selection formula"_s));
-    else
-      keepElement(context_, note_);
-  }
+  readEventFormula(event == u"form" ? u"$FormFormula"_s : u"$Formula"_s, u"the selection formula"_s);
   return true;
 }
 

@@ -16,7 +16,7 @@ struct ViewColumn {
 
 class ViewReader : public DesignReader {
  public:
-  ViewReader(const DesignKind& kind, ImportContext& context, Note& note);
+  ViewReader(const DesignKind& kind, ReadContext& context, Note& note);
   bool readChild() override;
   void finish() override;
 

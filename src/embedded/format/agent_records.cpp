@@ -44,6 +44,22 @@ QByteArray assistInfoValue(const AgentSchedule& schedule) {
   return value;
 }
 
+bool readAssistInfo(QByteArrayView data, AgentSchedule& schedule) {
+  ByteReader reader(data);
+  AgentSchedule read;
+  reader.skip(2);
+  for (quint16* const word : {&read.trigger, &read.search, &read.intervalType, &read.interval})
+    *word = reader.u16();
+  read.time1 = reader.u32();
+  read.time2 = reader.u32();
+  read.start = reader.time();
+  read.end = reader.time();
+  read.flags = reader.u32();
+  if (reader.failed()) return false;
+  schedule = read;
+  return true;
+}
+
 QByteArray formulaActionValue(const QByteArray& formula) {
   constexpr qsizetype kHead = 10, kLongest = 0xFFFF - kHead;
   QByteArray value = actionHead(itemtype::Action);

@@ -21,6 +21,8 @@ inline constexpr quint32 Hidden = 1, NoWeekends = 2, StoreHighlights = 4, Choose
 
 // "$AssistInfo", type word included: 104 bytes.
 QByteArray assistInfoValue(const AgentSchedule& schedule);
+// The reverse, without the type word. False when it is cut short.
+bool readAssistInfo(QByteArrayView data, AgentSchedule& schedule);
 
 // "$AssistAction" and "$AssistQuery", type words included.
 QByteArray formulaActionValue(const QByteArray& formula);

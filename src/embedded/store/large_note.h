@@ -15,6 +15,8 @@ class LargeValues {
  public:
   // The item at the place in the note that was read, with its value.
   Item whole(const Note& note, qsizetype place) const;
+  // All values of the note are at hand.
+  bool isEmpty() const { return !blob_; }
 
  private:
   friend class NoteReader;

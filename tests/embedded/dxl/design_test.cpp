@@ -292,7 +292,8 @@ TEST_F(DxlAgent, FormulaIsARecordAsSource) {
 
 TEST_F(DxlAgent, SimpleActionIsKept) {
   const Note note = agent("<code event='action'><simpleaction action='x'/></code>");
-  EXPECT_TRUE(note.has(u"$DXL_simpleaction"));
+  EXPECT_EQ(note.text(u"$DXL_code").toStdString(),
+            "<code event=\"action\"><simpleaction action=\"x\"></simpleaction></code>");
 }
 
 }  // namespace

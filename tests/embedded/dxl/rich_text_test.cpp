@@ -94,7 +94,7 @@ TEST_F(DxlRichText, LayoutOfTablesIsKeptWithoutTheTextOfItsCells) {
       "secret \r\ninner");
   QStringList kept;
   for (const Item& item : note_.items) {
-    if (item.name.startsWith(u"$DXL_"))
+    if (item.name.startsWith(u"$DXL_") && item.type() == itemtype::Text)
       kept.push_back(item.name + u' ' + itemValues(item).values().first().text());
   }
   EXPECT_EQ(
@@ -103,6 +103,8 @@ TEST_F(DxlRichText, LayoutOfTablesIsKeptWithoutTheTextOfItsCells) {
       "$DXL_table <table leftmargin=\"1in\"><tablerow><tablecell></tablecell></tablerow></table>\n"
       "$DXL_table <table><tablerow tablabel=\"T\"><tablecell bgcolor=\"red\"><cellbackground repeat=\"tile\">"
       "</cellbackground></tablecell></tablerow></table>");
+  // Begin and end of the picture and of the two tables, the inner one first.
+  EXPECT_EQ(valuesText(note_, u"$DXL_places"), "36|36|36|72|0|74");
 }
 
 TEST_F(DxlRichText, FontsAndRunsTellWhatTheyHaveNoPlaceFor) {

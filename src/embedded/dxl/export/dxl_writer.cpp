@@ -15,6 +15,10 @@ constexpr qsizetype kLineBytes = 57;  // 76 characters
 void DxlWriter::beginRoot(const QString& element) {
   begin(element);
   attribute(u"xmlns"_s, u"http://www.lotus.com/dxl"_s);
+  declareMarks();
+}
+
+void DxlWriter::declareMarks() {
   attribute(u"xmlns:%1"_s.arg(exactmark::kPrefix), exactmark::kNamespace.toString());
 }
 
@@ -39,17 +43,38 @@ void DxlWriter::exactAttribute(const QString& name, const QString& value) {
 // A carriage return that stands as it is would be read as a line feed.
 void DxlWriter::characters(QStringView text, bool breaks) {
   qsizetype start = 0;
-  for (qsizetype at = 0; at < text.size(); ++at) {
+  const auto flush = [&](qsizetype end) {
+    if (end > start) xml_.writeCharacters(text.sliced(start, end - start).toString());
+  };
+  for (qsizetype at = 0; at < text.size();) {
     const bool line = breaks && text[at] == u'\n';
-    if (!line && text[at] != u'\r') continue;
-    if (at > start) xml_.writeCharacters(text.sliced(start, at - start).toString());
-    if (line)
-      xml_.writeEmptyElement(u"break"_s);
-    else
-      xml_.writeEntityReference(u"#13"_s);
-    start = at + 1;
+    const qsizetype units = xmlUnits(text, at);
+    const bool asItIs = units > 0 && !line && text[at] != u'\r';
+    if (!asItIs) {
+      flush(at);
+      if (line)
+        xml_.writeEmptyElement(u"break"_s);
+      else if (units > 0)
+        xml_.writeEntityReference(u"#13"_s);
+      else
+        nonXmlChar(text[at]);
+      start = at + 1;
+    }
+    at += qMax<qsizetype>(units, 1);
   }
-  if (start < text.size()) xml_.writeCharacters(text.sliced(start).toString());
+  flush(text.size());
+}
+
+void DxlWriter::nonXmlChar(QChar c) {
+  begin(u"nonxmlchar"_s);
+  attribute(u"value"_s, QString::number(c.unicode(), 16));
+  end();
+}
+
+void DxlWriter::verbatim(const QString& xml) {
+  xml_.writeCharacters(QString());  // ends the start tag at hand
+  const QByteArray bytes = xml.toUtf8();
+  verbatimFailed_ = verbatimFailed_ || target_.write(bytes) != bytes.size();
 }
 
 void DxlWriter::base64(QByteArrayView bytes) {
@@ -62,13 +87,12 @@ void DxlWriter::datetime(const TimeDate& time) {
   const DxlTime text = dxlTime(time);
   begin(u"datetime"_s);
   if (text.dst) flag(u"dst"_s, true);
-  if (text.text.isEmpty()) mark(exactmark::kTime, timeDateHex(time));
+  if (text.text.isEmpty() && !isClearedTime(time)) mark(exactmark::kTime, timeDateHex(time));
   literal(text.text);
   end();
 }
 
 void DxlWriter::time(const QString& element, const TimeDate& time) {
-  if (isClearedTime(time)) return;
   begin(element);
   datetime(time);
   end();
@@ -76,7 +100,7 @@ void DxlWriter::time(const QString& element, const TimeDate& time) {
 }
 
 void DxlWriter::check() const {
-  if (!xml_.hasError()) return;
+  if (!xml_.hasError() && !verbatimFailed_) return;
   throw RuntimeError(err::DeviceFault, u"The DXL cannot be written (%1)"_s.arg(target_.errorString()));
 }
 

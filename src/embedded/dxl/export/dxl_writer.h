@@ -17,6 +17,8 @@ class DxlWriter {
   void endDocument();
   // The first element of a file takes along the namespaces.
   void beginRoot(const QString& element);
+  // The namespace of our own marks alone.
+  void declareMarks();
   void begin(const QString& element) { xml_.writeStartElement(element); }
   void end() { xml_.writeEndElement(); }
   void attribute(const QString& name, const QString& value) { xml_.writeAttribute(name, value); }
@@ -26,16 +28,18 @@ class DxlWriter {
   // A text from a user: characters that XML cannot hold stand in a mark beside it.
   void exactAttribute(const QString& name, const QString& value);
 
-  // Text whose line feeds are "break" elements, and text in which they stand as they are. XML must be
-  // able to hold every character.
+  // Text whose line feeds are "break" elements, and text in which they stand as they are. Characters that XML
+  // cannot hold are "nonxmlchar" elements.
   void lines(QStringView text) { characters(text, true); }
   void literal(QStringView text) { characters(text, false); }
   void base64(QByteArrayView bytes);
   // Base64 text as it stands.
   void encoded(const QByteArray& text) { xml_.writeCharacters(QString::fromLatin1(text)); }
-  // A "datetime" element, and one inside another element; a cleared time leaves that one out.
+  // A "datetime" element, empty for a cleared time, and one inside another element.
   void datetime(const TimeDate& time);
   void time(const QString& element, const TimeDate& time);
+  // XML of whole elements as it stands.
+  void verbatim(const QString& xml);
   // A line end between two elements.
   void layout() { xml_.writeCharacters(u"\n"_s); }
 
@@ -44,9 +48,11 @@ class DxlWriter {
 
  private:
   void characters(QStringView text, bool breaks);
+  void nonXmlChar(QChar c);
 
   QIODevice& target_;
   QXmlStreamWriter xml_;
+  bool verbatimFailed_ = false;
 };
 
 // Bytes that come in pieces of any length, as base64 in lines.

@@ -1,5 +1,7 @@
 #include "embedded/dxl/export/item_writer.h"
 
+#include <QBuffer>
+
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/export/file_writer.h"
 #include "embedded/dxl/export/native_values.h"
@@ -61,26 +63,12 @@ bool writeNumber(DxlWriter& out, QByteArrayView data) {
   return true;
 }
 
-// Pairs stand behind the single values, in elements of their own.
-template <class Entry, class Write>
-void writeRange(DxlWriter& out, const QString& kind, const QList<Entry>& singles,
-                const QList<Entry>& pairEnds, Write write) {
-  element(out, kind + u"list"_s, [&] {
-    for (const Entry& single : singles) write(single);
-    for (qsizetype i = 0; i + 1 < pairEnds.size(); i += 2) {
-      element(out, kind + u"pair"_s, [&] {
-        write(pairEnds[i]);
-        write(pairEnds[i + 1]);
-      });
-    }
-  });
-}
-
 bool writeNumbers(DxlWriter& out, QByteArrayView data) {
-  QStringList singles, pairEnds;
-  if (!nativeNumbers(data, singles, pairEnds)) return false;
-  writeRange(out, u"number"_s, singles, pairEnds,
-             [&](const QString& number) { writeNumberElement(out, number); });
+  QStringList numbers;
+  if (!nativeNumbers(data, numbers)) return false;
+  element(out, u"numberlist"_s, [&] {
+    for (const QString& number : numbers) writeNumberElement(out, number);
+  });
   return true;
 }
 
@@ -94,7 +82,16 @@ bool writeTime(DxlWriter& out, QByteArrayView data) {
 bool writeTimes(DxlWriter& out, QByteArrayView data) {
   QVector<TimeDate> singles, pairEnds;
   if (!nativeTimes(data, singles, pairEnds)) return false;
-  writeRange(out, u"datetime"_s, singles, pairEnds, [&](const TimeDate& time) { out.datetime(time); });
+  // Pairs stand behind the single values, in elements of their own.
+  element(out, u"datetimelist"_s, [&] {
+    for (const TimeDate& single : singles) out.datetime(single);
+    for (qsizetype i = 0; i + 1 < pairEnds.size(); i += 2) {
+      element(out, u"datetimepair"_s, [&] {
+        out.datetime(pairEnds[i]);
+        out.datetime(pairEnds[i + 1]);
+      });
+    }
+  });
   return true;
 }
 
@@ -152,6 +149,22 @@ void writeItem(ExportContext& context, const Item& item) {
       writeRaw(out, item.type(), item.data());
   });
   out.layout();
+}
+
+bool writeItemWithKept(ExportContext& context, const Item& item, const QVector<Item>& kept) {
+  QBuffer xml;
+  xml.open(QIODevice::WriteOnly);
+  DxlWriter richText(xml);
+  if (item.type() != itemtype::RichText || item.name.isEmpty() || !writeRichText(richText, item.data(), kept))
+    return false;
+  DxlWriter& out = context.out;
+  element(out, u"item"_s, [&] {
+    out.exactAttribute(u"name"_s, item.name);
+    writeFlags(out, item);
+    out.verbatim(QString::fromUtf8(xml.data()));
+  });
+  out.layout();
+  return true;
 }
 
 }  // namespace lens

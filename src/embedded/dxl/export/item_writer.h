@@ -6,5 +6,8 @@
 namespace lens {
 
 void writeItem(ExportContext& context, const Item& item);
+// Rich text with the elements that the items before it keep; false, and nothing written, when they would not
+// come back.
+bool writeItemWithKept(ExportContext& context, const Item& item, const QVector<Item>& kept);
 
 }  // namespace lens

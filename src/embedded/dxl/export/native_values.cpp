@@ -22,7 +22,7 @@ bool isData(const QByteArray& value, QByteArrayView data) {
 bool breaksToLines(QString& text) {
   if (text.contains(u'\n')) return false;
   text = withLineFeeds(std::move(text));
-  return isXmlText(text);
+  return true;
 }
 
 bool numberText(double number, QString& text) {
@@ -80,13 +80,12 @@ bool nativeNumber(QByteArrayView data, QString& number) {
   return data.size() == 8 && numberText(reader.f64(), number);
 }
 
-bool nativeNumbers(QByteArrayView data, QStringList& singles, QStringList& pairEnds) {
-  singles.clear();
-  pairEnds.clear();
+bool nativeNumbers(QByteArrayView data, QStringList& numbers) {
+  numbers.clear();
   return readRange(data, [&](const StoredRange& range, qsizetype place, bool pair) {
     QString text;
-    const bool good = numberText(range.number(place), text);
-    (pair ? pairEnds : singles).push_back(text);
+    const bool good = !pair && numberText(range.number(place), text);
+    numbers.push_back(text);
     return good;
   });
 }
@@ -108,7 +107,7 @@ bool nativeTimes(QByteArrayView data, QVector<TimeDate>& singles, QVector<TimeDa
 }
 
 bool nativeFormula(QByteArrayView data, QString& source) {
-  return readSourceFormula(data, source) && isXmlText(source) && isData(sourceFormulaValue(source), data);
+  return readSourceFormula(data, source) && isData(sourceFormulaValue(source), data);
 }
 
 }  // namespace lens

@@ -15,9 +15,10 @@ namespace lens {
 bool nativeText(QByteArrayView data, QString& text);
 bool nativeTexts(QByteArrayView data, QStringList& texts);
 bool nativeNumber(QByteArrayView data, QString& number);
-// Single numbers, then the two ends of each pair.
-bool nativeNumbers(QByteArrayView data, QStringList& singles, QStringList& pairEnds);
+// DXL has no pairs of numbers.
+bool nativeNumbers(QByteArrayView data, QStringList& numbers);
 bool nativeTime(QByteArrayView data, TimeDate& time);
+// Single times, then the two ends of each pair.
 bool nativeTimes(QByteArrayView data, QVector<TimeDate>& singles, QVector<TimeDate>& pairEnds);
 // A formula that is stored as source text.
 bool nativeFormula(QByteArrayView data, QString& source);

@@ -1,7 +1,9 @@
 #include "embedded/dxl/export/note_writer.h"
 
 #include "embedded/dxl/exact_marks.h"
-#include "embedded/dxl/export/item_writer.h"
+#include "embedded/dxl/export/design_writer.h"
+#include "embedded/dxl/export/kept_elements.h"
+#include "embedded/dxl/export/note_parts.h"
 #include "embedded/dxl/note_elements.h"
 #include "embedded/format/profile_name.h"
 #include "notes/literals.h"
@@ -44,42 +46,37 @@ void beginNote(DxlWriter& out, const Note& note) {
     writeDocumentAttributes(out, note);
   } else {
     out.begin(u"note"_s);
-    out.attribute(u"class"_s, className(base));
+    const QString word = className(base);
+    // A class without a word of its own: other readers take the note for one that shows nowhere.
+    out.attribute(u"class"_s, word.isEmpty() ? u"helpindex"_s : word);
+    if (word.isEmpty()) out.mark(exactmark::kClass, QString::number(noteClass, 16));
+    if (noteClass & noteclass::Default) out.flag(u"default"_s, true);
+    if (noteClass & noteclass::Private) out.flag(u"private"_s, true);
   }
-  if (noteClass & noteclass::Default) out.flag(u"default"_s, true);
-  if (noteClass & noteclass::Private) out.flag(u"private"_s, true);
+  if (base == noteclass::Document && noteClass != base)
+    out.mark(exactmark::kClass, QString::number(noteClass, 16));
   if (note.header.parent != referredNote(note))
     out.mark(exactmark::kParent, note.header.parent.isNull() ? QString() : note.header.parent.text());
   out.layout();
 }
 
-void writeNoteInfo(DxlWriter& out, const NoteHeader& header) {
-  out.begin(u"noteinfo"_s);
-  out.attribute(u"noteid"_s, QString::number(header.id.value(), 16));
-  out.attribute(u"unid"_s, header.unid.text());
-  out.attribute(u"sequence"_s, QString::number(header.sequence));
-  out.layout();
-  out.time(u"created"_s, header.created);
-  out.time(u"modified"_s, header.modified);
-  out.time(u"revised"_s, header.sequenceTime);
-  out.time(u"lastaccessed"_s, header.accessed);
-  out.time(u"addedtofile"_s, header.added);
-  out.end();
-  out.layout();
-}
-
-void writeItems(ExportContext& context, const Note& note, const LargeValues& large) {
-  for (qsizetype place = 0; place < note.items.size(); ++place) writeItem(context, large.whole(note, place));
+// The language of texts stands before the items; false when the first item does not keep it.
+bool writeTextProperties(DxlWriter& out, const Note& note) {
+  const QString xml = note.items.isEmpty() ? QString() : keptElement(note.items.first(), u"textproperties");
+  if (!xml.isEmpty()) out.verbatim(xml + u'\n');
+  return !xml.isEmpty();
 }
 
 }  // namespace
 
 void writeNote(ExportContext& context, const Note& note, const LargeValues& large) {
+  if (large.isEmpty() && writeDesign(context, note)) return;
   DxlWriter& out = context.out;
   beginNote(out, note);
   writeNoteInfo(out, note.header);
+  const qsizetype from = writeTextProperties(out, note) ? 1 : 0;
   try {
-    writeItems(context, note, large);
+    writeItems(context, note, large, from);
   } catch (const RuntimeError& error) {
     if (error.number() != enginefault::Damaged) throw;
     throw RuntimeError(error.number(),

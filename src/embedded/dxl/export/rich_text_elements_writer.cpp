@@ -3,6 +3,8 @@
 #include <array>
 
 #include "embedded/dxl/exact_marks.h"
+#include "embedded/dxl/export/formula_writer.h"
+#include "embedded/dxl/export/rich_text_font.h"
 #include "embedded/dxl/record_writer.h"
 #include "embedded/dxl/rich_text_records.h"
 #include "embedded/format/lmbcs.h"
@@ -37,29 +39,22 @@ bool runText(const RichElement& element, QString& text) {
   text = fromLmbcs(QByteArrayView(element.record).sliced(kHead));
   if (text.contains(u'\n')) return false;
   text = withLineFeeds(text);
-  return isXmlText(text) && textRecord(text, element.font) == element.record;
-}
-
-// False when the font has a part that no attribute names.
-bool writeFont(DxlWriter& out, const RichFont& font) {
-  const QString face = fontFaceName(font.face), style = fontStyleWords(font.attributes);
-  const QString color = fontColorName(font.color);
-  quint8 styled = 0;
-  if (face.isEmpty() || color.isEmpty() || !fontStyle(style, styled) || styled != font.attributes ||
-      font.points < 1 || font.points > 250)
-    return false;
-  out.begin(u"run"_s);
-  out.begin(u"font"_s);
-  if (font.face != RichFont().face) out.attribute(u"name"_s, face);
-  out.attribute(u"size"_s, u"%1pt"_s.arg(font.points));
-  if (font.attributes != 0) out.attribute(u"style"_s, style);
-  if (font.color != 0) out.attribute(u"color"_s, color);
-  out.end();
-  return true;
+  return textRecord(text, element.font) == element.record;
 }
 
 QString idText(QByteArrayView bytes) {
   return timeDateHex(readTimeDate(bytes.data()));
+}
+
+constexpr QStringView kCellEnd = u"</tablecell>", kSectionEnd = u"</section>";
+
+// Elements that stand between paragraphs.
+bool isBlock(QStringView element) {
+  for (const QStringView known :
+       {u"pardef", u"table", u"section", u"block", u"subformref", u"formregionbegin", u"formregionend"}) {
+    if (element == known) return true;
+  }
+  return false;
 }
 
 void attributeUnlessEmpty(DxlWriter& out, const QString& name, const QString& value) {
@@ -68,11 +63,30 @@ void attributeUnlessEmpty(DxlWriter& out, const QString& name, const QString& va
 
 }  // namespace
 
+RichTextElementsWriter::RichTextElementsWriter(DxlWriter& out, const RichText& text,
+                                               const QVector<KeptPlace>& kept, bool fields)
+    : out_(out),
+      elements_(text.elements()),
+      tables_(tableLayout(text.elements())),
+      kept_(kept),
+      fields_(fields) {
+  if (kept_.isEmpty()) return;
+  qsizetype offset = 0;
+  for (const RichElement& element : elements_) {
+    offsets_.push_back(offset);
+    offset += element.record.size() + element.record.size() % 2;
+  }
+  offsets_.push_back(offset);
+}
+
 void RichTextElementsWriter::write() {
   while (at_ < elements_.size()) {
-    if (!writeTable() && !writeParagraph() && !writeDefinition() && !writeRun() && !writeAttachment() &&
-        !writeUrl() && !writeUrlEnd() && !writeLink() && !writeAnchor())
+    if (!writeKept() && !writeTable() && !writeParagraph() && !writeDefinition() && !writeRun() &&
+        !writeAttachment() && !writeUrl() && !writeUrlEnd() && !writeLink() && !writeAnchor() &&
+        !writeField())
       writeRecord();
+  }
+  while (writeKept()) {
   }
   endParagraph();
 }
@@ -121,7 +135,7 @@ bool RichTextElementsWriter::writeDefinition() {
 bool RichTextElementsWriter::writeRun() {
   QString text;
   if (!inParagraph_ || kindOf(current()) != richrecord::Text || !runText(current(), text) ||
-      !writeFont(out_, current().font))
+      !beginRun(out_, current().font))
     return false;
   out_.lines(text);
   out_.end();
@@ -230,42 +244,64 @@ bool RichTextElementsWriter::writeTable() {
   const Kind kind = element.kind;
   if (!tables_.asElements || (kind != Kind::TableBegin && kind != Kind::TableCell && kind != Kind::TableEnd))
     return false;
+  // Its begin may have been passed over with an element whose places are odd.
+  if (kind != Kind::TableBegin && open_.isEmpty()) return false;
   endParagraph();
   if (kind == Kind::TableBegin) {
     out_.begin(u"table"_s);
-    rows_.push_back(-1);
+    open_.push_back({});
   } else if (kind == Kind::TableCell) {
     writeCell(element);
   } else {
-    endCell();
-    if (rows_.last() >= 0) out_.end();
-    out_.end();
-    out_.layout();
-    rows_.pop_back();
+    endTable();
   }
   ++at_;
   return true;
 }
 
-void RichTextElementsWriter::endCell() {
-  if (rows_.last() >= 0) out_.end();
+void RichTextElementsWriter::endTable() {
+  const OpenTable table = open_.takeLast();
+  if (!table.layout.isEmpty()) {
+    out_.verbatim((table.cells > 0 ? kCellEnd.toString() : QString()) + table.layout.last());
+    return;
+  }
+  if (table.row >= 0) {
+    out_.end();
+    out_.end();
+  }
+  out_.end();
+  out_.layout();
 }
 
 void RichTextElementsWriter::writeCell(const RichElement& element) {
-  endCell();
-  int& row = rows_.last();
-  if (element.row != row) {
-    if (row >= 0) out_.end();
-    for (int empty = row + 1; empty < element.row; ++empty) {
+  OpenTable& table = open_.last();
+  if (!table.layout.isEmpty()) {
+    // More cells than the layout has make no table that reads back.
+    out_.verbatim((table.cells > 0 ? kCellEnd.toString() : QString()) + table.layout.value(table.cells));
+    ++table.cells;
+    return;
+  }
+  if (table.row >= 0) out_.end();
+  if (element.row != table.row) {
+    if (table.row >= 0) out_.end();
+    for (int empty = table.row + 1; empty < element.row; ++empty) {
       out_.begin(u"tablerow"_s);
       out_.end();
     }
     out_.begin(u"tablerow"_s);
-    row = element.row;
+    table.row = element.row;
   }
   out_.begin(u"tablecell"_s);
   const auto span = tables_.columnSpan.constFind(at_);
   if (span != tables_.columnSpan.cend()) out_.attribute(u"columnspan"_s, QString::number(*span));
+}
+
+bool RichTextElementsWriter::writeField() {
+  if (!fields_ || !inParagraph_ || kindOf(current()) != kFieldKind ||
+      !writeFieldElement(out_, current().record, FieldPlace::InText))
+    return false;
+  ++at_;
+  return true;
 }
 
 void RichTextElementsWriter::writeRecord() {
@@ -273,6 +309,90 @@ void RichTextElementsWriter::writeRecord() {
   out_.attribute(u"type"_s, QString::number(richrecord::typeWord(current().record)));
   out_.base64(current().record);
   out_.end();
+  ++at_;
+}
+
+// What stands in a paragraph goes before the end of a section at the same place, everything else behind it.
+bool RichTextElementsWriter::writeKept() {
+  if (kept_.isEmpty()) return false;
+  const qsizetype offset = offsets_[at_];
+  const bool due = nextKept_ < kept_.size() && kept_[nextKept_].begin == offset;
+  const bool within = due && inParagraph_ && !isBlock(kept_[nextKept_].element);
+  if (!within && !sections_.isEmpty() && sections_.last().end <= offset) {
+    sections_.pop_back();
+    endParagraph();
+    out_.verbatim(kSectionEnd.toString());
+    return true;
+  }
+  if (!due) return false;
+  const KeptPlace& place = kept_[nextKept_++];
+  if (place.element == u"section")
+    beginSection(place);
+  else if (place.element == u"table" && at_ < elements_.size() &&
+           current().kind == RichElement::Kind::TableBegin)
+    beginKeptTable(place);
+  else
+    writeWhole(place);
+  return true;
+}
+
+// All that the element stands for is in it: its records are passed over.
+void RichTextElementsWriter::writeWhole(const KeptPlace& place) {
+  const bool block = isBlock(place.element);
+  if (block) endParagraph();
+  const RichFont font = fontWithin(place);
+  const bool run = !block && inParagraph_ && font != RichFont() && beginRun(out_, font);
+  out_.verbatim(place.xml);
+  if (run) out_.end();
+  if (block) out_.layout();
+  while (at_ < elements_.size() && offsets_[at_] < place.end) ++at_;
+}
+
+// That of its first text or field; it comes from the run around it.
+RichFont RichTextElementsWriter::fontWithin(const KeptPlace& place) const {
+  for (qsizetype i = at_; i < elements_.size() && offsets_[i] < place.end; ++i) {
+    FieldRecord field;
+    RichFont font;
+    if (kindOf(elements_[i]) == richrecord::Text) return elements_[i].font;
+    if (readFieldRecord(elements_[i].record, field, font)) return font;
+  }
+  return {};
+}
+
+void RichTextElementsWriter::beginSection(const KeptPlace& place) {
+  endParagraph();
+  const qsizetype content = place.xml.indexOf(u'>') + 1;
+  out_.verbatim(place.xml.first(content));
+  writeSectionTitle();
+  out_.verbatim(place.xml.sliced(content).chopped(kSectionEnd.size()));
+  sections_.push_back({place.end});
+}
+
+// The first paragraph of a section is its title.
+void RichTextElementsWriter::writeSectionTitle() {
+  if (at_ == elements_.size() || kindOf(current()) != richrecord::Paragraph) return;
+  ++at_;
+  out_.begin(u"sectiontitle"_s);
+  QString text;
+  if (at_ < elements_.size() && kindOf(current()) == richrecord::Text && runText(current(), text) &&
+      writeFontElement(out_, current().font)) {
+    ++at_;
+    out_.begin(u"text"_s);
+    out_.lines(text);
+    out_.end();
+  }
+  out_.end();
+}
+
+void RichTextElementsWriter::beginKeptTable(const KeptPlace& place) {
+  endParagraph();
+  OpenTable table;
+  table.layout = place.xml.split(kCellEnd.toString());
+  if (!tables_.asElements) {
+    writeWhole(place);
+    return;
+  }
+  open_.push_back(table);
   ++at_;
 }
 

@@ -10,13 +10,18 @@ namespace lens {
 
 namespace {
 
-// The data that an import would make of it; empty when it would refuse.
-QByteArray readBack(const RichText& text) {
+bool isSameItem(const Item& a, const Item& b) {
+  return a.name == b.name && a.flags == b.flags && a.value == b.value;
+}
+
+// Whether an import would make the same data of it, and keep the same elements.
+bool readsBack(const RichText& text, QByteArrayView data, const QVector<Item>& kept,
+               const QVector<KeptPlace>& places, bool fields) {
   QBuffer xml;
   xml.open(QIODevice::ReadWrite);
   DxlWriter writer(xml);
   writer.beginRoot(u"richtext"_s);
-  RichTextElementsWriter(writer, text).write();
+  RichTextElementsWriter(writer, text, places, fields).write();
   writer.end();
   writer.endDocument();
   xml.seek(0);
@@ -25,12 +30,15 @@ QByteArray readBack(const RichText& text) {
   FileFindings findings;
   ReadContext context{in, findings};
   Note note;
+  QVector<FormField> formFields;
   try {
     in.next();
-    const QByteArray data = readRichText(context, note);
-    return note.items.isEmpty() ? data : QByteArray();
+    const QByteArray again = readRichText(context, note, fields ? &formFields : nullptr);
+    in.finish();
+    return again == data &&
+           std::equal(note.items.cbegin(), note.items.cend(), kept.cbegin(), kept.cend(), isSameItem);
   } catch (const RuntimeError&) {
-    return {};
+    return false;
   }
 }
 
@@ -43,11 +51,14 @@ bool hasParagraph(const RichText& text) {
 
 }  // namespace
 
-bool writeRichText(DxlWriter& out, QByteArrayView data) {
+bool writeRichText(DxlWriter& out, QByteArrayView data, const QVector<Item>& kept, bool fields) {
+  QVector<KeptPlace> places;
+  if (!kept.isEmpty() && !readKeptPlaces(kept, places)) return false;
   const RichText text = RichText::fromBytes(data);
-  if (!text.complete() || !hasParagraph(text) || readBack(text) != data) return false;
+  const bool written = text.complete() && (hasParagraph(text) || !kept.isEmpty() || fields);
+  if (!written || !readsBack(text, data, kept, places, fields)) return false;
   out.begin(u"richtext"_s);
-  RichTextElementsWriter(out, text).write();
+  RichTextElementsWriter(out, text, places, fields).write();
   out.end();
   return true;
 }

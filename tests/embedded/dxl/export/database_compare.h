@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QBuffer>
+#include <algorithm>
 
 #include "embedded/store/database.h"
 
@@ -66,11 +67,19 @@ inline QString infoText(const DatabaseInfo& info) {
       .join(u'|');
 }
 
-// "" when the databases have the same properties and the same notes in the same order.
+inline QVector<NoteSummary> byUnid(const Database& database) {
+  QVector<NoteSummary> notes = database.notes().list(0xFFFF);
+  std::sort(notes.begin(), notes.end(),
+            [](const NoteSummary& a, const NoteSummary& b) { return a.unid.text() < b.unid.text(); });
+  return notes;
+}
+
+// "" when the databases have the same properties and the same notes. The order of notes may differ: the
+// access control list comes first in a file.
 inline QString difference(const Database& before, const Database& after) {
   if (infoText(before.info()) != infoText(after.info()))
     return QStringLiteral("properties %1, not %2").arg(infoText(after.info()), infoText(before.info()));
-  const QVector<NoteSummary> a = before.notes().list(0xFFFF), b = after.notes().list(0xFFFF);
+  const QVector<NoteSummary> a = byUnid(before), b = byUnid(after);
   if (a.size() != b.size()) return QStringLiteral("%1 notes, not %2").arg(b.size()).arg(a.size());
   for (qsizetype i = 0; i < a.size(); ++i) {
     Note x, y;

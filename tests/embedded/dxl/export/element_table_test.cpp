@@ -40,6 +40,8 @@ class ElementTableTest : public DxlExport {
     return "<database xmlns='http://www.lotus.com/dxl'>" + notes + "</database>";
   }
 
+  // A pair is read with both its times or refused.
+  static bool standsAlone(const QString& parent) { return parent != u"datetimepair"; }
   // Values of one kind of note that a database has once, or of the database itself, need one each.
   static bool needsDatabaseOfItsOwn(const TableElement& element) {
     static const QStringList notes = {
@@ -185,6 +187,7 @@ void ElementTableTest::addVariants(const TableElement& element) {
   for (const TableAttribute& attribute : element.attributes) addValues(element, attribute);
   const QByteArray self = element.startTag(element.needed) + element.inner + element.endTag();
   for (auto it = element.parents.cbegin(); it != element.parents.cend(); ++it) {
+    if (!standsAlone(it.key())) continue;
     const TableElement& parent = table_[it.key()];
     QVector<Variant>& variants = needsDatabaseOfItsOwn(parent) ? apart_ : together_;
     const QByteArray text = parent.inner.contains('<') ? QByteArray() : parent.inner;
@@ -230,8 +233,10 @@ TEST_F(ElementTableTest, ElementsAndAttributesMakeTheDifferenceThatTheTableTells
       if (!found.isEmpty())
         expectFate(element.name + QStringLiteral(" @") + attribute.name, attribute.becomes, found);
     }
-    for (auto it = element.parents.cbegin(); it != element.parents.cend(); ++it)
+    for (auto it = element.parents.cbegin(); it != element.parents.cend(); ++it) {
+      if (!standsAlone(it.key())) continue;
       expectFate(element.name + QStringLiteral(" <") + it.key(), it.value(), fate(element, table_[it.key()]));
+    }
   }
   roundTrip();
 }

@@ -10,6 +10,7 @@
 #include "embedded/dxl/dxl_exporter.h"
 #include "embedded/dxl/dxl_importer.h"
 #include "embedded/dxl/export/database_compare.h"
+#include "embedded/dxl/export/table_check.h"
 
 namespace lens {
 
@@ -55,6 +56,8 @@ class DxlExport : public ::testing::Test {
   QByteArray roundTrip() {
     const QByteArray dxl = exported();
     EXPECT_EQ(fault(dxl).toStdString(), "");
+    EXPECT_EQ(tableFault(dxl).toStdString(), "");
+    saveForOtherReaders(dxl);
     EXPECT_EQ(difference(*source_, *imported(dxl)).toStdString(), "");
     return dxl;
   }
@@ -69,6 +72,15 @@ class DxlExport : public ::testing::Test {
     note.add(name, flags, value);
     save(std::move(note));
     return roundTrip();
+  }
+
+  // LENS_DXL_SAVE names a folder for all exports, to hold them against the schema with another program.
+  void saveForOtherReaders(const QByteArray& dxl) {
+    static int number = 0;
+    const QString folder = qEnvironmentVariable("LENS_DXL_SAVE");
+    if (folder.isEmpty()) return;
+    QFile file(u"%1/%2.dxl"_s.arg(folder).arg(++number));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(dxl) == dxl.size());
   }
 
   // "" for well-formed DXL without a document type.

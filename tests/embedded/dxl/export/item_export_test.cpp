@@ -46,10 +46,29 @@ TEST_F(ItemExport, BlanksTabsAndCarriageReturnsOfTextStay) {
   expectElement(itemTrip(kSummary, textValue(u"")), "<text/>");
 }
 
-TEST_F(ItemExport, TextThatXmlCannotHoldIsRaw) {
-  expectRaw(itemTrip(kSummary, textValue(u"bell \a")), "500");
+TEST_F(ItemExport, CharactersThatXmlCannotHoldAreElements) {
+  expectElement(itemTrip(kSummary, textValue(u"bell \a\x1B.")),
+                "<text>bell <nonxmlchar value=\"7\"/><nonxmlchar value=\"1b\"/>.</text>");
+  expectElement(itemTrip(kSummary, rawValue(itemtype::Text, QByteArray("\x14\xD8\x3D lone half"))),
+                "<nonxmlchar value=\"d83d\"/> lone half");
+  expectElement(itemTrip(kSummary, textListValue({u"\1"_s})), "<text><nonxmlchar value=\"1\"/></text>");
+  expectElement(itemTrip(0, sourceFormulaValue(u"\"\2\"")),
+                "<formula>&quot;<nonxmlchar value=\"2\"/>&quot;</formula>");
+}
+
+// Every unit of UTF-16 but for the line feed, which is a break, and whole pairs.
+TEST_F(ItemExport, EveryCharacterOfATextComesBack) {
+  QString text;
+  for (int unit = 1; unit < 0x10000; ++unit) {
+    if (unit != '\n') text += QChar(char16_t(unit));
+    if (unit % 4000 != 0) continue;
+    itemTrip(kSummary, textValue(text));
+    text.clear();
+  }
+}
+
+TEST_F(ItemExport, TextThatNoElementGivesBackIsRaw) {
   expectRaw(itemTrip(kSummary, rawValue(itemtype::Text, QByteArray("line feed \n"))), "500");
-  expectRaw(itemTrip(kSummary, rawValue(itemtype::Text, QByteArray("\x14\xD8\x3D lone half"))), "500");
   expectRaw(itemTrip(kSummary, rawValue(itemtype::Text, QByteArray("\x02\xD5 another group\x1A"))), "500");
 }
 
@@ -87,10 +106,10 @@ TEST_F(ItemExport, NumbersWithoutAFigureAreRaw) {
   expectRaw(itemTrip(kSummary, rawValue(itemtype::Number, QByteArray("abc"))), "300");
 }
 
-TEST_F(ItemExport, NumberPairsStayPairs) {
+TEST_F(ItemExport, NumberPairsAreRaw) {
   QByteArray value("\x01\x03\x01\x00\x01\x00", 6);
   for (const double number : {7.0, 1.0, 2.0}) appendF64(value, number);
-  expectElement(itemTrip(kSummary, value), "<numberpair><number>1</number><number>2</number></numberpair>");
+  expectRaw(itemTrip(kSummary, value), "301");
 }
 
 TEST_F(ItemExport, TimesKeepTheirZone) {

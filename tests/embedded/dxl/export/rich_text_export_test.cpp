@@ -72,11 +72,11 @@ TEST_F(RichTextExport, FontsWithoutANameAreRecords) {
   }
 }
 
-TEST_F(RichTextExport, CharactersThatXmlCannotHoldAreRecords) {
+TEST_F(RichTextExport, CharactersThatXmlCannotHoldAreElements) {
   RichText text = paragraph();
   text.appendText(u"bell \a"_s);
   text.appendText(u"ordinary"_s);
-  expectElement(text, "<compositedata type=\"65413\">");
+  expectElement(text, "bell <nonxmlchar value=\"7\"/></run>");
 }
 
 TEST_F(RichTextExport, ParagraphLayoutIsAnElement) {
