@@ -30,6 +30,13 @@ void colourText(QWidget& label, QRgb colour) {
   label.setPalette(own);
 }
 
+// On the window's colour the grey of the boxes hardly shows.
+void whitenMark(QWidget& button) {
+  QPalette own = button.palette();
+  own.setColor(QPalette::Base, Qt::white);
+  button.setPalette(own);
+}
+
 void givePicture(PictureButton& button, const QIcon& picture, const QString& name) {
   button.setIcon(picture);
   button.setAccessibleName(name);
@@ -56,6 +63,8 @@ FrmReplic::FrmReplic(QWidget* owner) : QDialog(owner) {
   Opt[0] = Opt0;
   Opt[1] = Opt1;
   Opt[2] = Opt2;
+  whitenMark(*chkFields);
+  for (OptionButton* option : Opt) whitenMark(*option);
   rememberDesign();
 }
 

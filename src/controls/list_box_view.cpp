@@ -161,6 +161,8 @@ void ListBox::paintCheck(QPainter& painter, int row, const QRect& place) const {
   QStyleOptionButton check;
   check.initFrom(this);
   check.state &= ~(QStyle::State_HasFocus | QStyle::State_MouseOver);
+  // Boxes without a mark are seen on a grey list too.
+  check.palette.setColor(QPalette::Base, Qt::white);
   check.state |= isRowMarked(row) ? QStyle::State_On : QStyle::State_Off;
   const int size = std::min(13, place.height());
   check.rect =

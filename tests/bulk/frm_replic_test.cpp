@@ -181,6 +181,9 @@ TEST(ReplicControls, HaveTheColoursOfTheWindow) {
        {static_cast<const QWidget*>(window.txtFind), static_cast<const QWidget*>(window.lstDBNames),
         static_cast<const QWidget*>(window.fldList), static_cast<const QWidget*>(window.lstServer)})
     EXPECT_EQ(control->palette().color(QPalette::Base), box) << control->objectName().toStdString();
+  for (const QWidget* mark :
+       {static_cast<const QWidget*>(window.chkFields), static_cast<const QWidget*>(window.Opt[1])})
+    EXPECT_EQ(mark->palette().color(QPalette::Base), QColor(Qt::white)) << "a mark that is not set is seen";
   EXPECT_EQ(window.lblRunAgent->palette().color(QPalette::WindowText), QColor(0xC0, 0, 0));
 }
 
