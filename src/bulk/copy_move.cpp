@@ -38,6 +38,7 @@ CopyMove::CopyMove(ReplicDesk& desk) : desk_(desk) {
 }
 
 void CopyMove::cmdCopy_Click() {
+  const ReplicRun run(desk_.window);
   desk_.state.gStopFlag = false;
   const QString stamp = timeStamp();
   toldAs(desk_.host, u"in Copy"_s, [&] { copyDocuments(stamp); });
@@ -45,6 +46,7 @@ void CopyMove::cmdCopy_Click() {
 }
 
 void CopyMove::cmdMoveDocs_Click() {
+  const ReplicRun run(desk_.window);
   desk_.state.gStopFlag = false;
   toldAs(desk_.host, u"in Move"_s, [&] { moveDocuments(); });
   desk_.host.setPointer(pointer::Default);

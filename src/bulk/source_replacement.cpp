@@ -14,6 +14,7 @@ SourceReplacement::SourceReplacement(ReplicDesk& desk) : desk_(desk) {
 
 // The boxes have the title of the move, though nothing moves here.
 void SourceReplacement::cmdReplace_Click() {
+  const ReplicRun run(desk_.window);
   const FrmReplic& window = desk_.window;
   desk_.state.gStopFlag = false;
   if (window.lstViewNames->listCount() == 0) return;

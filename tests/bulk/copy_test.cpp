@@ -454,6 +454,23 @@ TEST_F(Copying, GoesOnWithItsOwnDatabasesWhenAnotherClickTakesTheSharedOne) {
   EXPECT_EQ(subjects(*target), QStringList({u"m1"_s, u"m2"_s, u"m3"_s}));
 }
 
+TEST_F(Copying, KeepsItsWindowFromLoadingAnewAsLongAsItRuns) {
+  for (Button* button : {window().cmdCopy, window().cmdReplace, window().cmdMoveDocs}) {
+    memo(u"one"_s);
+    chooseView();
+    int seen = 0;
+    host.whileYielding = [&] { seen += window().isRunning() ? 1 : 0; };
+    press(button);
+    EXPECT_GT(seen, 0);
+    EXPECT_FALSE(window().isRunning());
+    notes().failing.insert(u"ISDOCUMENT"_s, RuntimeError(70));
+    memo(u"two"_s);
+    press(button);
+    notes().failing.clear();
+    EXPECT_FALSE(window().isRunning()) << "after a failure too";
+  }
+}
+
 // Closing takes the session away; the run has its databases and goes on over its controls.
 TEST_F(Copying, GoesOnWhenItsWindowIsClosed) {
   for (Button* button : {window().cmdCopy, window().cmdMoveDocs}) {
