@@ -1,6 +1,7 @@
 #include "design/field_dump.h"
 
-#include "design/dump_file.h"
+#include "host/dump_file.h"
+#include "host/paths.h"
 #include "notes/literals.h"
 #include "notes/numbers.h"
 #include "shell/error_modes.h"
@@ -56,7 +57,7 @@ void FieldDump::cmdCancel_Click(DumpToFile& window) {
 void FieldDump::cmdOK_Click(DumpToFile& window) {
   trapped(desk_.host, ofWindow(u"cmdOK_Click"), [&] {
     const int width = widthOf(window.txtWidth->text());
-    const QString path = dumpPath(window.txtDumpFile->text());
+    const QString path = typedPath(window.txtDumpFile->text());
     DumpFile file(path);
     file.write(lines(width, window.chkContent->value() == 1));
     if (openFile) openFile(path);

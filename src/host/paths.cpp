@@ -2,12 +2,27 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QTemporaryFile>
 
 #include "host/held_file.h"
 #include "notes/literals.h"
 #include "notes/runtime_error.h"
 
 namespace lens {
+namespace {
+
+#ifdef Q_OS_WIN
+constexpr bool kHasDrives = true;
+#else
+constexpr bool kHasDrives = false;
+#endif
+
+bool beginsWithDrive(const QString& path) {
+  const auto isLetter = [](QChar c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); };
+  return path.size() >= 2 && isLetter(path[0]) && path[1] == u':';
+}
+
+}  // namespace
 
 QString hostPath(QString path) {
   if (QDir::separator() != u'\\') path.replace(u'\\', QDir::separator());
@@ -27,6 +42,28 @@ QString findPath(const QString& path) {
        QDir(directory).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot))
     if (entry.compare(name, Qt::CaseInsensitive) == 0) return QDir(directory).filePath(entry);
   return {};
+}
+
+QString typedPath(const QString& typed) {
+  if (kHasDrives) return typed;
+  const QString path = hostPath(typed);
+  if (!beginsWithDrive(typed)) return path;
+  // Nothing leads out of a drive.
+  QString inside = QDir::cleanPath(u'/' + path.mid(2));
+  while (inside.startsWith(u"/../")) inside.remove(0, 3);
+  return QDir::homePath() + inside;
+}
+
+QString extensionOf(const QString& path) {
+  const qsizetype lastPart = qMax(path.lastIndexOf(u'/'), path.lastIndexOf(u'\\')) + 1;
+  const qsizetype dot = path.lastIndexOf(u'.');
+  return dot >= lastPart ? path.mid(dot + 1) : QString();
+}
+
+bool takesFiles(const QString& directory) {
+  if (!QFileInfo(directory).isDir()) return false;
+  QTemporaryFile probe(joinedPath(directory, u"probe-XXXXXX"_s));
+  return probe.open();
 }
 
 QString joinedPath(const QString& directory, const QString& name) {

@@ -9,6 +9,7 @@
 
 #include "notes/runtime_error.h"
 #include "support/printers.h"
+#include "support/without_rights.h"
 
 namespace lens {
 namespace {
@@ -54,6 +55,41 @@ TEST(RemoveFile, TellsWhyItCannot) {
   file.close();
   EXPECT_EQ(numberOf([&] { removeFile(path); }), 0);
   EXPECT_FALSE(QFile::exists(path));
+}
+
+TEST(ExtensionOf, StandsBehindTheLastDotOfTheLastPart) {
+  const struct {
+    const char16_t *path, *extension;
+  } table[] = {{u"c:\\Dumplist.txt", u"txt"},
+               {u"c:\\x.y\\list", u""},
+               {u"/x.y/list", u""},
+               {u"a.", u""},
+               {u"", u""},
+               {u"a.b.c", u"c"},
+               {u".txt", u"txt"},
+               {u"a.b/c.d\\e.f", u"f"},
+               {u"list", u""},
+               {u"c:list", u""}};
+  for (const auto& row : table)
+    EXPECT_EQ(extensionOf(QString::fromUtf16(row.path)), QString::fromUtf16(row.extension))
+        << QString::fromUtf16(row.path).toStdString();
+}
+
+TEST(TakesFiles, IsFoundOutInTheDirectory) {
+  const QTemporaryDir directory;
+  EXPECT_TRUE(takesFiles(directory.path()));
+  EXPECT_TRUE(QDir(directory.path()).isEmpty()) << "nothing stays of the trial";
+  EXPECT_FALSE(takesFiles(directory.filePath(QStringLiteral("none"))));
+  EXPECT_FALSE(takesFiles(QString()));
+  QFile file(directory.filePath(QStringLiteral("file")));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  EXPECT_FALSE(takesFiles(file.fileName()));
+#ifdef Q_OS_LINUX
+  const WithoutRights user(directory.path());
+  QFile::setPermissions(directory.path(), QFile::ReadOwner | QFile::ExeOwner);
+  EXPECT_FALSE(takesFiles(directory.path()));
+  QFile::setPermissions(directory.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+#endif
 }
 
 }  // namespace

@@ -1,15 +1,10 @@
-// The text file that a list of fields is written to.
+// The text file that the rows of a list are written to.
 #pragma once
 
 #include <QSaveFile>
-#include <QString>
 #include <QStringList>
 
 namespace lens {
-
-// The path of a file as it was typed. Where there are no drives, a drive means the user's home directory and
-// "\" separates directories, so that a path from another desk ends up where the user finds the file.
-QString dumpPath(const QString& typed);
 
 // Opened to be written. An older file is replaced only when all lines are on disk. Raises 76 when the
 // directory is missing and 75 for any other trouble.
