@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QMessageBox>
-#include <QProcess>
 #include <QStandardPaths>
 #include <cstdlib>
 
@@ -21,6 +20,7 @@
 #include "host/desktop_shell.h"
 #include "host/paths.h"
 #include "host/processes.h"
+#include "host/sound.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -130,24 +130,20 @@ void DesktopHost::setPointer(int code) {
   pointerSet_ = true;
 }
 
-// The desktop's own players; none at hand means silence.
 void DesktopHost::playSound(const QString& path) {
-  for (const char* player : {"paplay", "aplay"}) {
-    const QString program = QStandardPaths::findExecutable(QString::fromLatin1(player));
-    if (program.isEmpty()) continue;
-    QProcess process;
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
-    process.start(program, {path});
-    process.waitForFinished(60000);
-    return;
-  }
+  playSoundFile(path);
 }
 
 QString DesktopHost::programDirectory() {
   return QCoreApplication::applicationDirPath();
 }
 
+QString DesktopHost::userDirectory() {
+  const QString directory = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
+  return QDir().mkpath(directory) ? directory : QString();
+}
+
+// Windows always says where; elsewhere hardly anybody does.
 QString DesktopHost::tempDirectory() {
   const QString named = qEnvironmentVariable("TEMP");
 #ifdef Q_OS_WIN

@@ -21,6 +21,7 @@ class DesktopHost : public Host {
   QDateTime now() override { return QDateTime::currentDateTime(); }
   const Regional& regional() override { return regional_; }
   QString programDirectory() override;
+  QString userDirectory() override;
   QString tempDirectory() override;
   QString findFile(const QString& path) override;
   QString joinPath(const QString& directory, const QString& name) override;

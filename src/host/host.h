@@ -57,7 +57,8 @@ class Host {
   virtual bool escapePressed() = 0;
   // Sets the one screen pointer; it replaces what was set before, nothing is stacked.
   virtual void setPointer(int code) = 0;
-  // Plays a sound file to its end without taking events; silence on any trouble.
+  // Plays a sound file to its end without taking events; silence on any trouble. It returns a second behind
+  // the end of the sound at the latest.
   virtual void playSound(const QString& path) = 0;
 
   virtual QDateTime now() = 0;
@@ -65,6 +66,10 @@ class Host {
 
   // Directory of the executable, without a separator at the end.
   virtual QString programDirectory() = 0;
+  // A directory of the user's own for what the program keeps, made when it is missing; "" when it cannot be.
+  // An installed program cannot write into its directory.
+  virtual QString userDirectory() = 0;
+  // "" when the system names none.
   virtual QString tempDirectory() = 0;
   // The existing file that a path means, "" when there is none. Where names are case-sensitive a
   // look-up that fails is repeated without regard to case.

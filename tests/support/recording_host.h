@@ -2,6 +2,7 @@
 // clock, the region and the directories are what the test says.
 #pragma once
 
+#include <QDir>
 #include <QQueue>
 #include <QStringList>
 #include <QVector>
@@ -41,7 +42,7 @@ class RecordingHost : public Host {
   int escapesAsked = 0;
   std::function<bool()> whenEscapeIsAsked;  // whether Esc was pressed; never without it
   QDateTime clock = QDateTime(QDate(2024, 3, 11), QTime(14, 5, 9));
-  QString programDir, tempDir;
+  QString programDir, userDir, tempDir;
   bool hasTray = true;
   std::function<void(int)> trayCallback;  // set while the icon is shown
   QString trayTip;
@@ -86,6 +87,9 @@ class RecordingHost : public Host {
   QDateTime now() override { return clock; }
   const Regional& regional() override { return regional_; }
   QString programDirectory() override { return programDir; }
+  QString userDirectory() override {
+    return !userDir.isEmpty() && QDir().mkpath(userDir) ? userDir : QString();
+  }
   QString tempDirectory() override { return tempDir; }
   QString findFile(const QString& path) override { return findPath(path); }
   QString joinPath(const QString& directory, const QString& name) override {
