@@ -226,9 +226,11 @@ void FilePane::File1_MouseDown(int button) {
 }
 
 QString FilePane::ShellOpenFile(const QString& path) {
-  const int code = desk_.host.shellOpen(path);
+  const QString found = desk_.host.findFile(path);
+  const QString& file = found.isEmpty() ? path : found;
+  const int code = desk_.host.shellOpen(file);
   if (code >= kStarted) return u"-1"_s;
-  if (code == kNoAssociation) return QString::number(desk_.host.openWith(path) != 0 ? -1 : 0);
+  if (code == kNoAssociation) return QString::number(desk_.host.openWith(file) != 0 ? -1 : 0);
   const QString message = shellMessage(code);
   if (message.isEmpty()) return QString::number(code);
   desk_.host.messageBox(exact::kCannotExecute, box::Exclamation, u"Execute it"_s);

@@ -20,7 +20,8 @@ class FilePane {
   void File1_MouseDown(int button);
 
   // Opens a file through the shell. The status as text, -1 for success, and behind it " , " and a message
-  // where there is one. The user sees a general box only.
+  // where there is one. The user sees a general box only. Where names are case-sensitive, a file whose name
+  // differs in the case of its letters is opened too.
   QString ShellOpenFile(const QString& path);
 
  private:

@@ -334,6 +334,14 @@ TEST_F(FilePaneTest, ADoubleClickOpensTheFile) {
   EXPECT_EQ(boxes(), QStringList());
 }
 
+TEST_F(FilePaneTest, AFileIsOpenedWhoseNameDiffersInCase) {
+  const QString path = makeFile(u"notes.ini"_s);
+  show(memo());
+  EXPECT_EQ(app->filePane.ShellOpenFile(files + u"/Notes.INI"), u"-1"_s);
+  EXPECT_EQ(app->filePane.ShellOpenFile(files + u"/missing.ini"), u"-1"_s);
+  EXPECT_EQ(host.opened, QStringList({path, files + u"/missing.ini"}));
+}
+
 TEST_F(FilePaneTest, WhatCannotBeOpenedIsToldInGeneralWords) {
   show(memo());
   for (const auto& [code, status] : {std::pair(0, u"0 , Error: Out of Memory/Resources. Couldn't Execute!"_s),
