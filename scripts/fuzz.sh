@@ -133,6 +133,15 @@ seed_console_reply() {
   printf '"\\x0D\\x0A"\n"\\x00"\n"\\xFF\\x7F"\n' >"$folder.dict"
 }
 
+# A saved file, one of another desk with duplicates, comments and odd headers, one of carriage returns.
+seed_settings_file() {
+  local folder=$1
+  printf '[TessalyAndDocContent]\r\nSource=Hub/Acme\r\nDestination=Local\r\ntxtFind=old\r\ntxtReplace=\r\n[SourceDB]\r\na.nsf\r\n[DestDB]\r\nb.nsf\r\n[Fields]\r\nSubject: x\r\n' >"$folder/saved"
+  printf ' [tessalyanddoccontent] x\n;c\nSOURCE = "q" \n[SourceDB]\n\n[wvdb]\nz\n[SourceDB]\na\n[odd\n[DestDB]' >"$folder/odd"
+  printf '[TessalyAndDocContent]\rtxtFind=1\r[SourceDB]\ra\r[DestDB]\r\r[Fields]\r\0f: 1\r' >"$folder/returns"
+  printf '"%s"\n' '[TessalyAndDocContent]' '[SourceDB]' '[DestDB]' '[Fields]' '[WVDB]' 'Source=' 'txtReplace=' '\xEF\xBB\xBF' '\x0D\x0A' '\x00' >"$folder.dict"
+}
+
 # The sanitizer keeps freed memory for a while; a little of it, or the fuzzer takes that for a leak.
 export ASAN_OPTIONS="quarantine_size_mb=16:${ASAN_OPTIONS:-}"
 [ $# -gt 0 ] || set -- $(cd fuzz && ls ./*_fuzz.cpp | sed 's|^\./||; s|_fuzz\.cpp$||')

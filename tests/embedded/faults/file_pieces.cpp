@@ -4,6 +4,7 @@
 
 #include <QFile>
 
+#include "bulk/settings_text.h"
 #include "embedded/dxl/dxl_exporter.h"
 #include "embedded/files/ini_file.h"
 #include "embedded/store/database.h"
@@ -139,6 +140,38 @@ const RegisterPiece changingSettings(
        // A process that died with the lock in its hands keeps nobody else out.
        settings.change([](IniFile& ini) { ini.setValue(u"After"_s, u"1"_s); });
        EXPECT_EQ(settingsIn(directory).value(u"After"), u"1"_s);
+     }});
+
+const QString kFormerRow = u"former.nsf"_s;
+
+QString bulkSettingsIn(const QString& directory) {
+  return directory + u"/TessalyAndDocContent.ini"_s;
+}
+// Long enough to be written in several pieces.
+SettingsLists bulkLists(int number) {
+  return {QStringList(2'000, u"database %1.nsf"_s.arg(number)), {u"target.nsf"_s}, {}};
+}
+
+const RegisterPiece savingTheBulkToolsSettings(
+    {"SavingTheBulkToolsSettings",
+     [](const QString& directory) {
+       writeFile(bulkSettingsIn(directory), savedSettingsFile({}, {}, {{kFormerRow}, {}, {}}));
+     },
+     [](const QString& directory, const auto& stepDone) {
+       const QString path = bulkSettingsIn(directory);
+       for (int number = 0; number < kFiles; ++number) {
+         replaceWhole(path, savedSettingsFile(contentOf(path), {}, bulkLists(number)));
+         stepDone();
+       }
+     },
+     [](const QString& directory, int stepsDone) {
+       const QByteArray content = contentOf(bulkSettingsIn(directory));
+       QStringList rows;
+       ASSERT_TRUE(readSettingsSection(content, "[SourceDB]", rows));
+       const bool isFormer = rows == QStringList(kFormerRow) && stepsDone == 0;
+       const bool isLast = stepsDone > 0 && rows == bulkLists(stepsDone - 1).sourceDatabases;
+       EXPECT_TRUE(isFormer || isLast || rows == bulkLists(stepsDone).sourceDatabases) << stepsDone;
+       EXPECT_TRUE(content.endsWith("[Fields]\r\n") || content.endsWith("[Fields]\r\n\r\n")) << "to its end";
      }});
 
 }  // namespace
