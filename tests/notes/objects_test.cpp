@@ -110,6 +110,13 @@ TEST_F(TypedViews, OfDatabasesAndViewsAskWhatTheOperationsOnThemNeed) {
                                 u"DOCUMENT"_s}));
 }
 
+TEST_F(TypedViews, ForSearchesAndChecksAskByTheNamesOfTheModel) {
+  EXPECT_TRUE(answering<NotesDatabase>(true).isIndexed());
+  EXPECT_TRUE(answering<NotesDocument>(true).hasEmbedded());
+  answering<NotesView>(Object()).entryByKey(u"Smith"_s, true);
+  EXPECT_EQ(asked, QStringList({u"isIndexed"_s, u"HASEMBEDDED"_s, u"GETENTRYBYKEY(Smith,True)"_s}));
+}
+
 TEST_F(TypedViews, OfAnItemReadAndWriteItsFlags) {
   const auto item = answering<NotesItem>(true);
   EXPECT_TRUE(item.isSummary() && item.isEncrypted() && item.isSigned() && item.isProtected());

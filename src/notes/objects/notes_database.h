@@ -42,6 +42,11 @@ class NotesView : public ObjectView {
   NotesViewEntryCollection allEntries() const { return get(u"ALLENTRIES"_s).object(); }
 
   QString selectionFormula() const { return get(u"SELECTIONFORMULA"_s).text(); }
+  // The first document whose value in the first sorted column begins with the key, or is the key as a whole;
+  // nothing without one.
+  NotesViewEntry entryByKey(const QString& key, bool whole) const {
+    return call(u"GETENTRYBYKEY"_s, key, whole).object();
+  }
   NotesDocument firstDocument() const { return call(u"GETFIRSTDOCUMENT"_s).object(); }
   // Nothing behind the last one.
   NotesDocument nextDocument(const NotesDocument& document) const {
@@ -126,6 +131,8 @@ class NotesDatabase : public ObjectView {
   NotesDocumentCollection search(const QString& formula, int most) const {
     return call(u"SEARCH"_s, formula, Object(), most).object();
   }
+  // Whether it has a full-text index.
+  bool isIndexed() const { return get(u"isIndexed"_s).boolean(); }
   NotesDocumentCollection fullTextSearch(const QString& query, int most) const {
     return call(u"FTSEARCH"_s, query, most).object();
   }

@@ -27,6 +27,8 @@ class NotesDocument : public ObjectView {
   QString universalId() const { return get(u"UNIVERSALID"_s).text(); }
   NotesDatabase parentDatabase() const;
 
+  // Whether files are attached to it.
+  bool hasEmbedded() const { return get(u"HASEMBEDDED"_s).boolean(); }
   // An array of items in the order in which they are stored.
   Value items() const { return get(u"ITEMS"_s); }
   bool hasItem(const QString& name) const { return call(u"HASITEM"_s, name).boolean(); }
