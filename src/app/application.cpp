@@ -56,8 +56,10 @@ Application::Application(Gateway& notes, CApi& api, Host& host, const QString& s
 }
 
 ReplicTool& Application::bulk() {
-  if (!bulk_)
+  if (!bulk_) {
     bulk_ = std::make_unique<ReplicTool>(&form, state, notes_, host_, routines, sessions, servers, databases);
+    bulk_->dump.openFile = [this](const QString& path) { filePane.ShellOpenFile(path); };
+  }
   return *bulk_;
 }
 

@@ -2,12 +2,16 @@
 // in the class, under the procedure's name. The application makes it when the window is first asked for.
 #pragma once
 
+#include "bulk/attachment_check.h"
 #include "bulk/bulk_deletion.h"
 #include "bulk/copy_move.h"
 #include "bulk/database_replication.h"
+#include "bulk/database_searches.h"
+#include "bulk/dump_list.h"
 #include "bulk/replic_agents.h"
 #include "bulk/replic_desk.h"
 #include "bulk/replic_lifecycle.h"
+#include "bulk/settings_file.h"
 #include "bulk/source_replacement.h"
 #include "bulk/source_selection.h"
 
@@ -25,7 +29,16 @@ class ReplicTool {
         replacement(desk),
         deletion(desk),
         replication(desk),
-        agents(desk) {}
+        agents(desk),
+        searches(desk),
+        check(desk),
+        dump(desk),
+        settings(desk) {
+    lifecycle.findSettings = [this] { settings.findSettings(); };
+    lifecycle.provideSettings = [this] { settings.provideSettings(); };
+    lifecycle.readSettings = [this] { settings.readSettings(); };
+    lifecycle.writeSettings = [this] { settings.writeSettings(); };
+  }
 
   FrmReplic window;
   ReplicDesk desk;
@@ -36,6 +49,10 @@ class ReplicTool {
   BulkDeletion deletion;
   DatabaseReplication replication;
   ReplicAgents agents;
+  DatabaseSearches searches;
+  AttachmentCheck check;
+  DumpList dump;
+  SettingsFile settings;
 };
 
 }  // namespace lens
