@@ -35,12 +35,13 @@ struct IndexedWindow {
   QString heading;   // of its index
   QString ui;        // its file
   QString variable;  // as sources call it
+  QString folder;    // of these sources; other windows may be called so too in theirs
   int events;        // so many at least are connected
 };
 
 QVector<IndexedWindow> indexedWindows() {
-  return {{u"## From a control to its file\n"_s, u"src/shell/form1.ui"_s, u"form"_s, 60},
-          {u"### Controls of the bulk tool\n"_s, u"src/bulk/frm_replic.ui"_s, u"window"_s, 15}};
+  return {{u"## From a control to its file\n"_s, u"src/shell/form1.ui"_s, u"form"_s, QString(), 60},
+          {u"### Controls of the bulk tool\n"_s, u"src/bulk/frm_replic.ui"_s, u"window"_s, u"bulk"_s, 15}};
 }
 
 QVector<IndexRow> indexOfControls(const IndexedWindow& window) {
@@ -70,7 +71,7 @@ QSet<QString> connectedProcedures(const IndexedWindow& window) {
   static const QHash<QString, QString> windowEvents = {{u"resized"_s, u"Resize"_s}};
   const QString root = QStringLiteral(LENS_SOURCE_DIR "/src/");
   QSet<QString> found;
-  QDirIterator files(root, {u"*.cpp"_s}, QDir::Files, QDirIterator::Subdirectories);
+  QDirIterator files(root + window.folder, {u"*.cpp"_s}, QDir::Files, QDirIterator::Subdirectories);
   while (files.hasNext()) {
     const QString file = files.next().mid(root.size());
     const QString text = textOfFile(u"src/"_s + file);
