@@ -30,10 +30,10 @@ class ReplicTool {
         deletion(desk),
         replication(desk),
         agents(desk),
+        settings(desk),
         searches(desk),
-        check(desk),
-        dump(desk),
-        settings(desk) {
+        attachments(desk),
+        dump(desk) {
     lifecycle.findSettings = [this] { settings.findSettings(); };
     lifecycle.provideSettings = [this] { settings.provideSettings(); };
     lifecycle.readSettings = [this] { settings.readSettings(); };
@@ -49,10 +49,10 @@ class ReplicTool {
   BulkDeletion deletion;
   DatabaseReplication replication;
   ReplicAgents agents;
-  DatabaseSearches searches;
-  AttachmentCheck check;
-  DumpList dump;
   SettingsFile settings;
+  DatabaseSearches searches;
+  AttachmentCheck attachments;
+  DumpList dump;
 };
 
 }  // namespace lens
