@@ -34,16 +34,18 @@ struct IndexedDatabases : Desk {
   // Closed again, so that the file is all of it.
   QString makeFirst() {
     const auto store = workspace->createDatabase(QString(), QStringLiteral("first.nsf"), {});
-    Database::Transaction transaction(*store);
-    for (int number = 0; number < kLetters; ++number) {
-      Note note;
-      note.add(QStringLiteral("Form"), itemflag::Summary, textValue(u"Memo"));
-      note.add(
-          QStringLiteral("Subject"), itemflag::Summary,
-          textValue(QStringLiteral("letter %1 %2").arg(number % 2 ? u"harbour" : u"meadow").arg(number)));
-      store->notes().save(note);
+    {
+      Database::Transaction transaction(*store);
+      for (int number = 0; number < kLetters; ++number) {
+        Note note;
+        note.add(QStringLiteral("Form"), itemflag::Summary, textValue(u"Memo"));
+        note.add(
+            QStringLiteral("Subject"), itemflag::Summary,
+            textValue(QStringLiteral("letter %1 %2").arg(number % 2 ? u"harbour" : u"meadow").arg(number)));
+        store->notes().save(note);
+      }
+      transaction.commit();
     }
-    transaction.commit();
     createFullTextIndex(*store);
     return store->path();
   }
