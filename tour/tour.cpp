@@ -21,6 +21,8 @@
 namespace lens {
 namespace {
 
+const QString kMail = u"mail/kmeier.nsf"_s, kDiscussion = u"disc/ideas.nsf"_s;
+
 // Nobody is there to close a box; what a box says ends the tour, since no step of it should bring one.
 class TourHost : public DesktopHost {
  public:
@@ -36,10 +38,11 @@ class Tour {
     workspace_ = Workspace::open(files_.filePath(u"workspace"_s), host_.regional());
     fillFirstTime(*workspace_);
     const std::shared_ptr<Database> mail = openSampleMail(*workspace_);
+    QDir(files_.path()).mkdir(u"letters"_s);
+    QDir::setCurrent(files_.filePath(u"letters"_s));  // what the file list shows
     notes_ = std::make_unique<EmbeddedGateway>(workspace_);
     capi_ = std::make_unique<EmbeddedCApi>(workspace_);
     application_ = std::make_unique<Application>(*notes_, *capi_, host_, u"Embedded: samples"_s);
-    QDir::setCurrent(files_.path());
     application_->start();
     form().resize(1440, 900);
   }
@@ -76,7 +79,7 @@ class Tour {
       std::fprintf(stderr, "%s has no row \"%s\"\n", qPrintable(list.objectName()), qPrintable(beginning));
       std::exit(1);
     }
-    list.setListIndex(row);
+    list.setSelected(row, true);
   }
   void capture() { form().cmdGetDoc->raiseClick(); }
 
@@ -90,14 +93,14 @@ class Tour {
   }
 
   void addToACollection() {
-    const auto mail = workspace_->openDatabase({}, u"mail.nsf"_s);
+    const auto ideas = workspace_->database({}, kDiscussion);
     QVector<NoteId> some;
-    for (const NoteSummary& summary : mail->notes().list(noteclass::Document).first(3)) some += summary.id;
+    for (const NoteSummary& summary : ideas->notes().list(noteclass::Document).first(3)) some += summary.id;
+    workspace_->client().showDatabase({{}, kDiscussion});
     workspace_->client().select(some);
-    workspace_->client().closeDocument();
     capture();
     form().txtFieldName->setText(u"Reviewed"_s);
-    form().cmbFieldType->setText(u"1280"_s);
+    form().cmbFieldType->setText(u"TEXT (1280) means text or text list"_s);
     form().txtFieldContent->setText(u"yes"_s);
     form().cmdAddFieldInColl->raiseClick();
     form().idList->setListIndex(0);
@@ -109,7 +112,7 @@ class Tour {
   void showAnAgent() {
     choose(*form().lstDesigns, u"SELECTAGENTS"_s);
     form().lstDesigns->raiseDblClick();
-    form().idList->setListIndex(0);
+    choose(*form().idList, u"Every half hour"_s);
     form().cmdidList->raiseClick();
     choose(*form().fldList, u"$AssistInfo"_s);
     picture(u"agent"_s, form());
@@ -145,7 +148,10 @@ class Tour {
   void showTheBulkTool() {
     form().cmdCMRcoll->raiseClick();
     FrmReplic& window = application_->bulk().window;
-    choose(*window.lstDBNames, u"mail"_s);
+    for (ComboBox* server : {window.lstServer, window.lstDesignServer}) server->setText(u"Local"_s);
+    window.cmdExpand->raiseClick();
+    window.cmdExpand2->raiseClick();
+    choose(*window.lstDBNames, kMail);
     window.lstDBNames->raiseDblClick();
     window.txtFind->setText(u"delivery"_s);
     window.chkFields->setValue(1);
@@ -164,7 +170,7 @@ class Tour {
   }
 
   const QString directory_;
-  QTemporaryDir files_;
+  QTemporaryDir files_{QDir::temp().filePath(u"samples-XXXXXX"_s)};
   TourHost host_;
   std::shared_ptr<Workspace> workspace_;
   std::unique_ptr<EmbeddedGateway> notes_;
