@@ -82,23 +82,9 @@ void DatabaseSearches::clearResults() {
   desk_.window.txtDocsSelected->setText(QString());
 }
 
-// The database of the row into gDb. False when it is on a server and cannot be opened.
 bool DatabaseSearches::openRow(int row, Statements& step) {
-  Globals& state = desk_.state;
-  state.gDbPath = desk_.window.lstDBNames->list(row);
-  state.gDb.release();
-  const QString server = desk_.window.lstServer->text();
-  if (server == u"Local") {
-    step([&] { state.gDb = state.gSession.database(QString(), state.gDbPath); });
-    return true;
-  }
-  Continue& opening = step.switchTrapOff();
-  opening.clear();
-  opening([&] { state.gDb = state.gSession.database(server, state.gDbPath); });
-  if (opening.number() < 1) return true;
-  opening.clear();
-  desk_.host.messageBox(u"Can't open the Database!!"_s, box::Critical, u"Open Notes DB"_s);
-  return false;
+  desk_.state.gDbPath = desk_.window.lstDBNames->list(row);
+  return openToldDatabase(desk_, step);
 }
 
 // A database without an index is passed over.

@@ -1,7 +1,7 @@
 #include "bulk/replic_agents.h"
 
+#include "bulk/run_steps.h"
 #include "notes/literals.h"
-#include "shell/error_modes.h"
 
 namespace lens {
 
@@ -18,18 +18,7 @@ void ReplicAgents::lstAgentNames_DblClick() {
   if (name.contains(u'|')) name = desk_.routines.LeftFrom(name, u"|"_s);
   state.gDbPath = window.lstDBNames->text();
   Statements step;
-  const QString server = window.lstServer->text();
-  if (server == u"Local") {
-    state.gDb = state.gSession.database(QString(), state.gDbPath);
-  } else {
-    Continue& opening = step.switchTrapOff();
-    state.gDb.release();
-    opening([&] { state.gDb = state.gSession.database(server, state.gDbPath); });
-    if (opening.number() > 0) {
-      desk_.host.messageBox(u"Can't open the Database!!"_s, box::Critical, u"Open Notes DB"_s);
-      return;
-    }
-  }
+  if (!openToldDatabase(desk_, step)) return;
   NotesAgent agent;
   step([&] { agent = state.gDb.agent(name); });
   if (agent.isNothing()) return;

@@ -1,11 +1,30 @@
 #include "bulk/run_steps.h"
 
+#include "notes/literals.h"
 #include "notes/numbers.h"
 
 namespace lens {
 
 NotesDatabase openListedSource(ReplicDesk& desk, const QString& path) {
   return desk.state.gSession.database(namedServer(desk.window.lstServer->text()), path);
+}
+
+bool openToldDatabase(ReplicDesk& desk, Statements& step) {
+  Globals& state = desk.state;
+  state.gDb.release();  // or the one before would be meant in place of one that cannot be opened
+  const QString server = desk.window.lstServer->text();
+  const auto open = [&] { state.gDb = state.gSession.database(namedServer(server), state.gDbPath); };
+  if (namedServer(server) != server) {
+    step(open);
+    return true;
+  }
+  Continue& opening = step.switchTrapOff();
+  opening.clear();
+  opening(open);
+  if (opening.number() < 1) return true;
+  opening.clear();
+  desk.host.messageBox(u"Can't open the Database!!"_s, box::Critical, u"Open Notes DB"_s);
+  return false;
 }
 
 bool isRowChosen(const ListBox& list) {

@@ -2,12 +2,17 @@
 #pragma once
 
 #include "bulk/replic_desk.h"
+#include "shell/error_modes.h"
 
 namespace lens {
 
 // The source server's name and the path of the row: a row is opened as it is listed, on the server that the
 // box names at that moment.
 NotesDatabase openListedSource(ReplicDesk& desk, const QString& path);
+
+// The database of gDbPath into gDb, on the server that the box names. On this machine a failure is the
+// mode's; on a server it is told and gives false, and the mode passes over failures from then on.
+bool openToldDatabase(ReplicDesk& desk, Statements& step);
 
 // Whether the row of the list's index is there and marked. Rows that are marked elsewhere do not count.
 bool isRowChosen(const ListBox& list);

@@ -1,9 +1,9 @@
 #include "bulk/source_selection.h"
 
+#include "bulk/run_steps.h"
 #include "controls/keys.h"
 #include "notes/literals.h"
 #include "notes/numbers.h"
-#include "shell/error_modes.h"
 
 namespace lens {
 namespace {
@@ -119,24 +119,13 @@ void SourceSelection::lstDBNames_DblClick() {
   window.lstViewNames->clear();
   window.lstAgentNames->clear();
   desk_.state.gDbPath = window.lstDBNames->text();
-  desk_.state.gDb.release();
-  if (window.lstServer->text() == u"Local") {
-    desk_.state.gDb = sourceDatabase();
-    // A failure here ends the event in the general report.
-    return listDesign([](auto&& statement) { statement(); });
-  }
-  Continue step;
-  step([&] { desk_.state.gDb = sourceDatabase(); });
-  if (step.number() > 0) {
-    desk_.host.messageBox(u"Can't open the Database!!"_s, box::Critical, u"Open Notes DB"_s);
-    return;
-  }
-  // What a server's database lacks or refuses is passed over in silence.
-  listDesign(step);
+  Statements step;
+  if (openToldDatabase(desk_, step)) listDesign(step);
 }
 
-template <class Mode>
-void SourceSelection::listDesign(Mode&& statement) {
+// What a server's database lacks or refuses is passed over in silence; on this machine a failure ends the
+// event in the general report.
+void SourceSelection::listDesign(Statements& statement) {
   FrmReplic& window = desk_.window;
   const NotesDatabase& database = desk_.state.gDb;
   desk_.host.setPointer(pointer::Hourglass);

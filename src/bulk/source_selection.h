@@ -5,6 +5,7 @@
 #include <QSet>
 
 #include "bulk/replic_desk.h"
+#include "shell/error_modes.h"
 
 namespace lens {
 
@@ -27,9 +28,8 @@ class SourceSelection {
   void listTargetDatabases();
   // At gDbPath, on the source server.
   NotesDatabase sourceDatabase();
-  // Lists views and agents of gDb. A callable that runs one statement says what a failure means.
-  template <class Mode>
-  void listDesign(Mode&& statement);
+  // Lists views and agents of gDb.
+  void listDesign(Statements& statement);
   void sampleFields(const NotesView& view);
   // `present` collects the names that need not be looked for again.
   void addMissingFields(const NotesDocument& document, QSet<QString>& present);
