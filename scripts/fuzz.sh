@@ -142,6 +142,19 @@ seed_settings_file() {
   printf '"%s"\n' '[TessalyAndDocContent]' '[SourceDB]' '[DestDB]' '[Fields]' '[WVDB]' 'Source=' 'txtReplace=' '\xEF\xBB\xBF' '\x0D\x0A' '\x00' >"$folder.dict"
 }
 
+# No change, one in the head, one in the schema, some further back.
+seed_database_file() {
+  local folder=$1
+  seed_hex "$folder" <<'END'
+00000001
+10000080
+700000ff
+000400040104000800ab0010
+00100001002000020030000400400008
+END
+  printf '"\\x00\\x02\\x00\\x08"\n"\\x80"\n"\\xFF"\n' >"$folder.dict"
+}
+
 # The sanitizer keeps freed memory for a while; a little of it, or the fuzzer takes that for a leak.
 export ASAN_OPTIONS="quarantine_size_mb=16:${ASAN_OPTIONS:-}"
 [ $# -gt 0 ] || set -- $(cd fuzz && ls ./*_fuzz.cpp | sed 's|^\./||; s|_fuzz\.cpp$||')
