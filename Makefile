@@ -1,5 +1,5 @@
 # The commands of the README. Each installs what is missing, configures, builds and does its job.
-.PHONY: run test soak bench fuzz tidy screenshots format check-format clean
+.PHONY: run test soak bench growth fuzz tidy screenshots format check-format clean
 
 run:
 	@scripts/run.sh
@@ -12,6 +12,9 @@ soak:
 
 bench:
 	@scripts/bench.sh
+
+growth:
+	@scripts/growth.sh
 
 fuzz:
 	@scripts/fuzz.sh
