@@ -1,6 +1,5 @@
 #include "bulk/frm_replic.h"
 
-#include <QCloseEvent>
 #include <utility>
 
 #include "controls/fonts.h"
@@ -44,11 +43,9 @@ void givePicture(PictureButton& button, const QIcon& picture, const QString& nam
 
 }  // namespace
 
-FrmReplic::FrmReplic(QWidget* owner) : QDialog(owner) {
+FrmReplic::FrmReplic(QWidget* owner) : OwnedWindow(owner) {
   setupUi(this);
-  setWindowIcon(pictures::program());
   setWindowFlag(Qt::WindowMinMaxButtonsHint);
-  setWindowModality(Qt::WindowModal);
   setMinimumSize(480, 320);
   setPalette(replicPalette(palette()));
   QFont monospace = font();
@@ -106,25 +103,19 @@ void FrmReplic::restore(const Designed& designed) {
 }
 
 void FrmReplic::showEvent(QShowEvent* event) {
-  QDialog::showEvent(event);
+  OwnedWindow::showEvent(event);
   if (!event->spontaneous()) resized.fire();
 }
 
 void FrmReplic::resizeEvent(QResizeEvent* event) {
-  QDialog::resizeEvent(event);
+  OwnedWindow::resizeEvent(event);
   if (isVisible()) resized.fire();
 }
 
 void FrmReplic::changeEvent(QEvent* event) {
-  QDialog::changeEvent(event);
+  OwnedWindow::changeEvent(event);
   // Minimising is a resize step too, though the platform keeps the size.
   if (event->type() == QEvent::WindowStateChange) resized.fire();
-}
-
-void FrmReplic::closeEvent(QCloseEvent* event) {
-  unload.fire();
-  terminate.fire();
-  event->accept();
 }
 
 }  // namespace lens

@@ -5,15 +5,14 @@
 // started in it goes on when the window is closed, so its controls must outlast each showing.
 #pragma once
 
-#include <QDialog>
 #include <QVector>
 
-#include "controls/event.h"
+#include "shell/owned_window.h"
 #include "ui_frm_replic.h"
 
 namespace lens {
 
-class FrmReplic : public QDialog, public Ui::FrmReplic {
+class FrmReplic : public OwnedWindow, public Ui::FrmReplic {
   Q_OBJECT
 
  public:
@@ -21,10 +20,8 @@ class FrmReplic : public QDialog, public Ui::FrmReplic {
 
   OptionButton* Opt[3];  // "DBs", "Views", "Agents"
 
-  Event<> load;       // the window is about to be shown
-  Event<> resized;    // the window has a new size, is minimised, or is shown
-  Event<> unload;     // the window is about to go
-  Event<> terminate;  // the window has gone
+  Event<> load;     // the window is about to be shown
+  Event<> resized;  // the window has a new size, is minimised, or is shown
 
   // As designed: size, places, texts and marks, without a row in any list.
   void restoreDesign();
@@ -32,12 +29,9 @@ class FrmReplic : public QDialog, public Ui::FrmReplic {
   bool isRunning() const { return runs_ > 0; }
 
  protected:
-  // Esc belongs to what runs: it leaves the window open.
-  void reject() override {}
   void showEvent(QShowEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
-  void closeEvent(QCloseEvent* event) override;
 
  private:
   friend class ReplicRun;
