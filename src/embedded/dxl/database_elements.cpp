@@ -11,12 +11,9 @@ namespace lens {
 namespace {
 
 void importAcl(ImportContext& context) {
-  Note note, present;
-  if (!readAcl(context, note)) {
-    const NoteId id = context.target.notes().specialNote(noteclass::Acl);
-    if (id && context.target.notes().read(id, present)) note.header.unid = present.header.unid;
-  }
-  saveImported(context, note);
+  Note note;
+  const bool hasHeader = readAcl(context, note);
+  saveImported(context, note, hasHeader ? UnidOf::File : UnidOf::Present);
 }
 
 }  // namespace
@@ -29,8 +26,18 @@ bool isAddressBookTemplate(const DatabaseInfo& info) {
 
 namespace {
 
+// What somebody else has set meanwhile stays, unless the file says something else.
+DatabaseInfo withChanges(DatabaseInfo info, const DatabaseInfo& before, const DatabaseInfo& after) {
+  for (const auto part : {&DatabaseInfo::title, &DatabaseInfo::replicaId, &DatabaseInfo::templateName,
+                          &DatabaseInfo::inheritsFrom, &DatabaseInfo::categories})
+    if (after.*part != before.*part) info.*part = after.*part;
+  if (after.publicAddressBook != before.publicAddressBook) info.publicAddressBook = after.publicAddressBook;
+  return info;
+}
+
 void applyInfo(ImportContext& context, DatabaseInfo& info) {
   const DxlReader& in = context.in;
+  const DatabaseInfo before = info;
   const auto take = [&in](QString& place, QStringView name) {
     if (hasExactAttribute(in, name)) place = exactAttribute(in, name);
   };
@@ -46,7 +53,8 @@ void applyInfo(ImportContext& context, DatabaseInfo& info) {
   info.publicAddressBook = info.publicAddressBook || isAddressBookTemplate(info);
   QString marked;
   if (readMark(in, exactmark::kAddressBook, marked)) info.publicAddressBook = marked == u"true";
-  context.target.setInfo(info);
+  context.atEnd(
+      [&target = context.target, before, info] { target.setInfo(withChanges(target.info(), before, info)); });
 }
 
 // Switches and settings that have no place among the properties: they stand in the icon note, and go out
@@ -125,7 +133,9 @@ void importDatabase(ImportContext& context) {
       keepElement(context, loose);
     }
   }
-  completeIconNote(context, info, loose.items, iconInFile);
+  context.atEnd([&context, info, kept = loose.items, iconInFile] {
+    completeIconNote(context, info, kept, iconInFile);
+  });
 }
 
 }  // namespace lens

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "embedded/dxl/database_elements.h"
+#include "embedded/dxl/note_count.h"
 #include "embedded/dxl/note_elements.h"
 #include "embedded/dxl/other_files.h"
 #include "notes/literals.h"
@@ -63,10 +64,6 @@ QStringList filesIn(const QString& folder) {
   return files;
 }
 
-// Others look again after 100 ms at the most when they wait to write, so that a gap of that length is met.
-constexpr qint64 kTurnMs = 700;
-constexpr int kGapMs = 110;
-
 }  // namespace
 
 struct DxlImporter::ToImport {
@@ -111,15 +108,23 @@ DxlImporter::Result DxlImporter::read(const QString& path, ImportProgress* progr
   in.tellUnreadTo(result.findings);
   ImportContext context{{in, result.findings}, target_, applyProperties_};
   try {
-    Database::Transaction transaction(target_);
-    importStream(in, context);
-    transaction.commit();
+    if (isLarge(path)) {
+      importLarge(path, context, progress);
+    } else {
+      Database::Transaction transaction(target_);
+      importStream(in, context);
+      transaction.commit();
+    }
   } catch (const DxlCancelled&) {
     result.cancelled = true;
   } catch (const DxlFault& fault) {
     result.fault = fault;
     result.rootSeen = in.rootSeen();
   } catch (const RuntimeError& error) {
+    if (error.number() == enginefault::InUse) {
+      result.failure = u"%1: %2"_s.arg(path, error.description());
+      return result;
+    }
     // The store or a value refused what was read so far: the place is where the reader stands.
     try {
       in.fail(error.description());
@@ -128,6 +133,26 @@ DxlImporter::Result DxlImporter::read(const QString& path, ImportProgress* progr
     }
   }
   return result;
+}
+
+// Within a transaction of the caller nobody else has a turn anyway.
+bool DxlImporter::isLarge(const QString& path) const {
+  return sqlite3_get_autocommit(target_.handle()) && QFileInfo(path).size() >= large_.fromBytes;
+}
+
+void DxlImporter::importLarge(const QString& path, ImportContext& context, ImportProgress* progress) {
+  const qint64 total = QFileInfo(path).size();
+  bool cancelled = false;
+  const qint64 mostNotes = mostNotesIn(path, [&] {
+    cancelled = cancelled || (progress && !progress->go(path, 0, total));
+    return !cancelled;
+  });
+  if (cancelled) throw DxlCancelled();
+  LargeImport large(target_, mostNotes, large_.pace);
+  context.large = &large;
+  importStream(context.in, context);
+  large.finish(
+      [&](Note& note, const ValueSpool& spool, UnidOf unid) { saveNow(context, note, spool, unid); });
 }
 
 void DxlImporter::importFile(const QString& path, ImportReport& report, ImportProgress* progress) {
@@ -144,9 +169,10 @@ qsizetype DxlImporter::importTurn(const QVector<ToImport>& files, ImportReport& 
     Database::Transaction turn(target_);
     held.start();
     for (const ToImport& file : files) {
+      if (!results.empty() && QFileInfo(file.path).size() >= large_.fromBytes) break;
       results.push_back(read(file.path, progress));
       const bool undone = sqlite3_get_autocommit(target_.handle()) != 0;
-      if (undone || results.back().cancelled || held.elapsed() >= kTurnMs) break;
+      if (undone || results.back().cancelled || held.elapsed() >= large_.pace.turnMs) break;
     }
     turn.commit();
   } catch (const RuntimeError& error) {
@@ -162,7 +188,8 @@ qsizetype DxlImporter::importTurn(const QVector<ToImport>& files, ImportReport& 
     return qsizetype(results.size());
   }
   for (size_t i = 0; i < results.size(); ++i) results[i].tell(files[qsizetype(i)], report);
-  if (qsizetype(results.size()) < files.size() && !report.cancelled) QThread::msleep(kGapMs);
+  if (qsizetype(results.size()) < files.size() && !report.cancelled)
+    QThread::msleep(ulong(large_.pace.gapMs));
   return qsizetype(results.size());
 }
 
@@ -176,8 +203,11 @@ void DxlImporter::importFiles(const QStringList& filesOrFolders, ImportReport& r
     for (const QString& file : folder ? filesIn(one) : QStringList{one})
       files.push_back({file, folder ? &folders.back().second : nullptr});
   }
-  for (qsizetype done = 0; done < files.size() && !report.cancelled;)
-    done += importTurn(files.sliced(done), report, progress);
+  for (qsizetype done = 0; done < files.size() && !report.cancelled;) {
+    const bool large = isLarge(files[done].path);
+    if (large) read(files[done].path, progress).tell(files[done], report);
+    done += large ? 1 : importTurn(files.sliced(done), report, progress);
+  }
   for (const auto& [folder, others] : folders) {
     const QString line = others.line(folder);
     if (!line.isEmpty()) report.ignored.push_back(line);

@@ -55,7 +55,10 @@ FileObject fileAttributes(ImportContext& context) {
 
 StoredObject readFileData(ImportContext& context, const QString& what) {
   const quint32 object = context.target.objects().begin();
-  context.in.readBase64(what, [&](QByteArrayView piece) { context.target.objects().append(object, piece); });
+  context.in.readBase64(what, [&](QByteArrayView piece) {
+    context.target.objects().append(object, piece);
+    context.pause();
+  });
   return context.target.objects().finish(object);
 }
 

@@ -3,6 +3,7 @@
 
 #include "embedded/dxl/dxl_reader.h"
 #include "embedded/dxl/import_report.h"
+#include "embedded/dxl/large_import.h"
 #include "embedded/format/note.h"
 #include "embedded/store/database.h"
 #include "embedded/store/value_spool.h"
@@ -18,8 +19,21 @@ struct ReadContext {
 struct ImportContext : ReadContext {
   Database& target;
   bool applyProperties = true;
-  bool wholeDatabase = false;  // the file says of itself that it holds every note
-  ValueSpool spool = {};       // of the note that is being read
+  bool wholeDatabase = false;    // the file says of itself that it holds every note
+  ValueSpool spool = {};         // of the note that is being read
+  LargeImport* large = nullptr;  // of a file that is no single transaction
+
+  // Between two changes of the target: others may have their turn.
+  void pause() const {
+    if (large) large->pause();
+  }
+  // What others would see before the end of the import.
+  void atEnd(std::function<void()> change) const {
+    if (large)
+      large->atEnd(std::move(change));
+    else
+      change();
+  }
 };
 
 // What is kept as it came stands in items whose names begin so.

@@ -165,6 +165,7 @@ void readDocument(ImportContext& context, Note& note) {
     else if (!readProlog(context, note, prolog))
       keepElement(context, note);
     context.spool.take(note);
+    context.pause();
   }
   addDocumentItems(context, note, attributes);
   if (profile) addUnlessThere(note, u"$Name"_s, itemflag::Summary, storedTextValue(name));
@@ -195,6 +196,7 @@ void readDesign(ImportContext& context, Note& note, const DesignKind& kind) {
   QString order;
   readMark(context.in, exactmark::kOrder, order);
   readDesignElement(kind, context, note, [&] {
+    context.pause();
     if (!context.in.is(u"item")) return readProlog(context, note, prolog);
     readItem(context, note);
     return true;
@@ -213,6 +215,12 @@ bool removeOtherInstance(Database& target, const Note& note) {
       return target.notes().remove(present.id, false);
   }
   return false;
+}
+
+void takeUnidOfPresent(const Database& target, Note& note) {
+  Note present;
+  const NoteId id = target.notes().specialNote(noteclass::base(note.header.noteClass));
+  if (id && target.notes().read(id, present)) note.header.unid = present.header.unid;
 }
 
 // Exports of a design come as a folder of files, where the settings of the database and its icon note stand
@@ -260,17 +268,25 @@ void importNote(ImportContext& context) {
   saveImported(context, note);
 }
 
-void saveImported(ImportContext& context, Note& note) {
-  if (noteclass::base(note.header.noteClass) == noteclass::Icon && !context.wholeDatabase)
-    keepDatabaseSettings(context.target, note);
+void saveImported(ImportContext& context, Note& note, UnidOf unid) {
   qint64 total = 0;
   for (const Item& item : note.items) total += context.spool.sizeOf(item);
   if (total > DxlReader::kMaxValueBytes)
     context.in.fail(u"the items of a note are longer than %1 bytes"_s.arg(DxlReader::kMaxValueBytes));
+  if (context.large && context.large->mustWait(note))
+    context.large->wait(note, context.spool, unid);
+  else
+    saveNow(context, note, context.spool, unid);
+  context.spool.clear();
+}
+
+void saveNow(ImportContext& context, Note& note, const ValueSpool& spool, UnidOf unid) {
+  if (unid == UnidOf::Present) takeUnidOfPresent(context.target, note);
+  if (noteclass::base(note.header.noteClass) == noteclass::Icon && !context.wholeDatabase)
+    keepDatabaseSettings(context.target, note);
   const bool instead = removeOtherInstance(context.target, note);
   const bool replaced = context.target.notes().saveAsGiven(note);
-  if (!context.spool.isEmpty()) fillLargeNote(context.target, note, context.spool);
-  context.spool.clear();
+  if (!spool.isEmpty()) fillLargeNote(context.target, note, spool);
   ++context.findings.notes;
   if (replaced || instead) ++context.findings.replaced;
 }

@@ -13,8 +13,9 @@ bool isNoteElement(QStringView element);
 // the target replaces it; so does a note of which a database has only one.
 void importNote(ImportContext& context);
 
-// Saves a note as the importer made or read it, and counts it.
-void saveImported(ImportContext& context, Note& note);
+// Saves a note as the importer made or read it, and counts it. In a large import it may wait for the end.
+void saveImported(ImportContext& context, Note& note, UnidOf unid = UnidOf::File);
+void saveNow(ImportContext& context, Note& note, const ValueSpool& spool, UnidOf unid);
 
 // The note that "$REF" names, null without one.
 Unid referredNote(const Note& note);

@@ -20,7 +20,7 @@
 namespace lens {
 
 struct IndexWork {
-  // How far it is, counted in changes of the database. Asked between two transactions; false ends the work.
+  // How far it is, counted in changed notes. Asked between two transactions; false ends the work.
   std::function<bool(qint64 done, qint64 total)> go;
   int holdMs = 150;  // how long one transaction takes; with 0 it takes in one note
 };

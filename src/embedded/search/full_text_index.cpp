@@ -60,8 +60,8 @@ class CatchUp {
       makeTables(database_, tables_, Existing::Replace);
       mark_ = tables_.mark();
     }
-    if (start_ < 0) start_ = mark_.change;
     if (mark_ == Mark{goal_, true}) return false;
+    before_ += next_;
     changes_ = database_.versions().changesSince(mark_.change);
     next_ = 0;
     writer_.emplace(tables_);
@@ -97,7 +97,7 @@ class CatchUp {
 
   // Nobody gets in between the steps of a transaction that is not ours.
   bool mayGoOn() const {
-    if (work_.go && !work_.go(mark_.change - start_, qMax(goal_, mark_.change) - start_)) return false;
+    if (work_.go && !work_.go(before_ + next_, before_ + changes_.size())) return false;
     if (sqlite3_get_autocommit(database_.handle())) QThread::msleep(kPauseMs);
     return true;
   }
@@ -106,11 +106,11 @@ class CatchUp {
   Tables& tables_;
   const IndexWork& work_;
   std::optional<fulltext::Writer> writer_;
-  qint64 start_ = -1, goal_ = 0;
+  qint64 goal_ = 0;
   bool replaced_ = false;  // what goes further than the database is made anew, once
   Mark mark_;
   QVector<NoteChange> changes_;
-  qsizetype next_ = 0;
+  qsizetype next_ = 0, before_ = 0;  // in those changes, and of all that were looked up before
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include "embedded/store/arrival_remains.h"
 #include "embedded/store/database_file.h"
 #include "embedded/store/journal_bond.h"
 #include "embedded/store/open_databases.h"
@@ -81,6 +82,7 @@ std::shared_ptr<Database> Database::open(const QString& path) {
   const OpenDatabases::Opening opening(path, [&] { lookOver(path); });
   std::shared_ptr<Database> database(new Database(path));
   openDatabases().add(file, database);
+  removeAbandoned(*database->session_);
   return database;
 }
 

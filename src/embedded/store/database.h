@@ -22,6 +22,7 @@ struct sqlite3;
 
 namespace lens {
 
+class Arrival;     // arrival.h
 class Connection;  // sqlite_statement.h
 class HeldFile;    // host/held_file.h
 
@@ -95,6 +96,7 @@ class Database {
   sqlite3* handle() const;
 
  private:
+  friend class Arrival;
   explicit Database(const QString& path);
   void setSession(std::unique_ptr<StoreSession> session);
   bool isOnlyUser();

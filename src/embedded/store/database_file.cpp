@@ -66,10 +66,10 @@ void requireDatabaseFile(const QString& path) {
   const QByteArray head = file.isFile() ? headOf(path) : QByteArray();
   if (!isOurs(head)) throw RuntimeError(enginefault::NotADatabase, u"%1: this is not a database"_s.arg(path));
   const quint32 schema = qFromBigEndian<quint32>(head.constData() + kSchemaOffset);
-  if (schema > quint32(kSchemaVersion))
+  if (schema > quint32(kArrivingSchema))
     throw RuntimeError(enginefault::NewerSchema,
                        u"%1: the database has schema %2, this program knows schemas up to %3"_s.arg(
-                           path, QString::number(schema), QString::number(kSchemaVersion)));
+                           path, QString::number(schema), QString::number(kArrivingSchema)));
 }
 
 namespace {
@@ -143,8 +143,8 @@ void bringUpToDate(Connection& connection, FileAccess access, const SchemaFindin
   dropOutdated(connection, findings.outdated);
   if (findings.earlierFolders) bringFoldersUpToDate(connection);
   executeUpdate(connection, create + kErasedTable + ";" + create + kLineageTable + ";" + create +
-                                kFolderTable + ";" + kFolderIndexes +
-                                "PRAGMA user_version = " + QByteArray::number(kSchemaVersion) + ";COMMIT");
+                                kFolderTable + ";" + kFolderIndexes + "PRAGMA user_version = " +
+                                QByteArray::number(qMax<qint64>(schema, kSchemaVersion)) + ";COMMIT");
 }
 
 TimeDate newIdTime() {

@@ -36,11 +36,12 @@ Item LargeValues::whole(const Note& note, qsizetype place) const {
 
 NoteReader::NoteReader(const Database& database)
     : database_(database),
-      size_(database.connection(), "SELECT length(items) FROM note WHERE id = ? AND state = 0",
+      size_(database.connection(),
+            "SELECT length(items) FROM note WHERE id = ? AND state = 0 AND " LENS_HAS_ARRIVED,
             StoreSession::kRead),
       header_(database.connection(),
               "SELECT id, class, unid, parent, sequence, sequence_time, created, modified, added, accessed"
-              " FROM note WHERE id = ? AND state = 0",
+              " FROM note WHERE id = ? AND state = 0 AND " LENS_HAS_ARRIVED,
               StoreSession::kRead) {}
 
 bool NoteReader::read(NoteId noteId, Note& note, LargeValues& large) {

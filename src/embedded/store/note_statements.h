@@ -3,14 +3,12 @@
 
 #include "embedded/format/note.h"
 #include "embedded/store/store_session.h"
+#include "embedded/store/stored_row.h"
 
 namespace lens {
 
 // Raises Damaged with the file and the note.
 [[noreturn]] void damagedNote(const QString& path, NoteId noteId, const QString& fault);
-
-// The top bit of an ID marks deleted notes.
-inline constexpr NoteId kLastId(0x7FFFFFFA);
 
 struct NoteStatements {
   explicit NoteStatements(const Connection& c) : connection(c) {}
@@ -25,31 +23,46 @@ struct NoteStatements {
   bool readRow(Statement::Run& row, Note& note) const;
 
   const Connection& connection;
-  Statement readById{connection, "SELECT " LENS_NOTE_COLUMNS " FROM note WHERE id = ? AND state = 0",
-                     StoreSession::kRead};
-  Statement readByUnid{connection, "SELECT " LENS_NOTE_COLUMNS " FROM note WHERE unid = ? AND state = 0",
-                       StoreSession::kRead};
+  Statement readById{
+      connection, "SELECT " LENS_NOTE_COLUMNS " FROM note WHERE id = ? AND state = 0 AND " LENS_HAS_ARRIVED,
+      StoreSession::kRead};
+  Statement readByUnid{
+      connection, "SELECT " LENS_NOTE_COLUMNS " FROM note WHERE unid = ? AND state = 0 AND " LENS_HAS_ARRIVED,
+      StoreSession::kRead};
   // Walks over the rows as they lie: an index would send it from page to page.
   Statement scanRows{connection,
                      "SELECT " LENS_NOTE_COLUMNS
-                     " FROM note NOT INDEXED WHERE id > ? AND state = 0 AND class & ? ORDER BY id",
+                     " FROM note NOT INDEXED WHERE id > ? AND state = 0 AND class & ? AND " LENS_HAS_ARRIVED
+                     " ORDER BY id",
                      StoreSession::kRead};
-  Statement readItems{connection, "SELECT items FROM note WHERE id = ? AND state = 0", StoreSession::kRead};
-  Statement readState{connection, "SELECT state, items FROM note WHERE id = ?", StoreSession::kRead};
+  Statement readItems{connection, "SELECT items FROM note WHERE id = ? AND state = 0 AND " LENS_HAS_ARRIVED,
+                      StoreSession::kRead};
+  Statement readState{connection, "SELECT state, items FROM note WHERE id = ? AND " LENS_HAS_ARRIVED,
+                      StoreSession::kRead};
   // What is no number stands behind all numbers.
-  Statement nextClass{connection,
-                      "SELECT min(class) FROM note WHERE state = 0 AND class > ? AND class <= 65535",
-                      StoreSession::kRead};
+  Statement nextClass{
+      connection,
+      "SELECT min(class) FROM note WHERE state = 0 AND class > ? AND class <= 65535 AND " LENS_HAS_ARRIVED,
+      StoreSession::kRead};
   Statement listClass{connection,
-                      "SELECT id, unid, parent FROM note WHERE state = 0 AND class = ? ORDER BY id",
+                      "SELECT id, unid, parent FROM note WHERE state = 0 AND class = ? AND " LENS_HAS_ARRIVED
+                      " ORDER BY id",
                       StoreSession::kRead};
-  Statement firstOfClass{connection, "SELECT min(id) FROM note WHERE state = 0 AND class = ?",
+  Statement firstOfClass{connection,
+                         "SELECT min(id) FROM note WHERE state = 0 AND class = ? AND " LENS_HAS_ARRIVED,
                          StoreSession::kRead};
-  Statement countClass{connection, "SELECT count(*) FROM note WHERE state = 0 AND class = ?",
+  // Subtracted, so that it costs nothing to count where nothing arrives.
+  Statement countClass{connection,
+                       "SELECT count(*) -"
+                       " (SELECT count(*) FROM note WHERE state = 0 AND class = ?1 AND " LENS_IS_ARRIVING
+                       ") FROM note WHERE state = 0 AND class = ?1",
                        StoreSession::kRead};
-  Statement identity{
-      connection, "SELECT class, unid, parent, sequence, sequence_time FROM note WHERE id = ? AND state = 0",
-      StoreSession::kWrite};
+  Statement identity{connection,
+                     "SELECT class, unid, parent, sequence, sequence_time FROM note"
+                     " WHERE id = ? AND state = 0 AND " LENS_HAS_ARRIVED,
+                     StoreSession::kWrite};
+  Statement isArriving{connection, "SELECT 1 FROM note WHERE unid = ? AND " LENS_IS_ARRIVING,
+                       StoreSession::kRead};
   Statement insert{
       connection,
       "INSERT INTO note (id, class, unid, parent, sequence, sequence_time, created, modified, added,"

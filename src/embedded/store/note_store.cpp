@@ -12,9 +12,6 @@
 namespace lens {
 namespace {
 
-constexpr NoteId kFirstId(0x000008FA);
-constexpr quint32 kIdStep = 4;
-
 void fill(TimeDate& time, const TimeDate& with) {
   if (isClearedTime(time)) time = with;
 }
@@ -71,6 +68,7 @@ void NoteStore::takeOutOfFolders(const Unid& unid) {
 }
 
 NoteId NoteStore::nextId() const {
+  if (const NoteId arriving = session_.arriving().nextId()) return arriving;
   const qint64 highest = session_.highestId();
   if (highest > kLastId.value() - kIdStep)
     throw RuntimeError(enginefault::NotSaved, u"%1: there are no note IDs left"_s.arg(session_.path()));
@@ -82,7 +80,8 @@ NoteId NoteStore::highestIssuedId() const {
 }
 
 NoteState NoteStore::state(NoteId noteId) const {
-  if (noteId.isNull() || noteId > highestIssuedId()) return NoteState::NeverIssued;
+  if (noteId.isNull() || noteId > highestIssuedId() || session_.arriving().hidden().holds(noteId))
+    return NoteState::NeverIssued;
   try {
     Statement::Run row(statements_->readState, noteId);
     if (!row.step()) return NoteState::Gone;
@@ -181,6 +180,17 @@ int NoteStore::noteCount(quint16 classMask) const {
   return int(count);
 }
 
+// Nobody sees it, but its place is taken.
+void NoteStore::requireNotArriving(const Unid& unid) {
+  if (!session_.arriving().hidden().exists()) return;
+  const QByteArray bytes = unid.bytes();
+  Statement::Run row(statements_->isArriving, bytes);
+  if (row.step())
+    throw RuntimeError(enginefault::NotSaved,
+                       u"%1: the change was not saved (a note with the UNID %2 is being imported)"_s.arg(
+                           session_.path(), unid.text()));
+}
+
 void NoteStore::insertNote(NoteHeader& header, const QByteArray& items) {
   const QByteArray unid = header.unid.bytes(), parent = parentBytes(header.parent);
   const NoteId id = nextId();
@@ -199,17 +209,21 @@ void NoteStore::insertNote(NoteHeader& header, const QByteArray& items) {
     before.sequenceTime = stub.sequenceTime;
     versionVector = versions_.next(before);
     eraseRow(stub.id, header.unid, change++);
+  } else {
+    requireNotArriving(header.unid);
   }
   Statement::Run(statements_->insert, id, header.noteClass, unid, parent, header.sequence,
                  stored(header.sequenceTime), stored(header.created), stored(header.modified),
                  stored(header.added), stored(header.accessed), items, change)
       .step();
+  session_.arriving().idTaken(id);
   if (!versionVector.isNull()) versions_.put(id, versionVector);
   header.id = id;
 }
 
 void NoteStore::updateNote(const NoteHeader& header, const QByteArray& items, const NoteHeader& before) {
   if (before.noteClass != header.noteClass || before.unid != header.unid || before.parent != header.parent) {
+    if (before.unid != header.unid) requireNotArriving(header.unid);
     const QByteArray unid = header.unid.bytes(), parent = parentBytes(header.parent);
     Statement::Run(statements_->updateIdentity, header.noteClass, unid, parent, header.id).step();
   }

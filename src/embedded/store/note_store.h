@@ -65,7 +65,7 @@ class NoteStore {
   void save(Note& note);
   // Writes a note as it is given, times and sequence included (import, replication). A live note of
   // the same UNID is replaced and keeps its ID; returns true then. Any other note gets the next ID,
-  // whatever its header says.
+  // whatever its header says. Raises, as save() does, where a note of that UNID is being imported.
   bool saveAsGiven(Note& note);
   // Leaves a stub, or nothing at all. False when there was no live note. A damaged note can be removed.
   // Objects of the note stay: other notes may refer to them.
@@ -75,6 +75,7 @@ class NoteStore {
   friend class VersionStore;  // gives IDs to stubs of other replicas
   enum class Scan { Whole, Enough, Damaged };
   NoteId nextId() const;
+  void requireNotArriving(const Unid& unid);
   void eraseRow(NoteId noteId, const Unid& unid, qint64 change);
   void takeOutOfFolders(const Unid& unid);
   // What is stored of a live note before it changes; false when there is none.

@@ -216,7 +216,8 @@ QByteArray ObjectStore::digest(quint32 objectId) const {
   return QByteArray::number(row.integer(0)) + ' ' + row.blob(2).toByteArray();
 }
 
-// Adds what live notes refer to. False when a note is damaged: what it refers to cannot be told.
+// Adds what live notes refer to, those that are arriving among them. False when a note is damaged: what it
+// refers to cannot be told.
 bool ObjectStore::addReferences(QSet<quint32>& objects) const {
   Statement notes(session_.connection(), "SELECT items FROM note WHERE state = 0", enginefault::CannotOpen);
   Statement::Run row(notes);

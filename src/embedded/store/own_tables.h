@@ -5,6 +5,9 @@
 namespace lens {
 
 inline constexpr int kSchemaVersion = 4;
+// Of a file into which a large import is under way, until its notes are seen: an earlier program would show
+// them before.
+inline constexpr int kArrivingSchema = 5;
 
 // The notes and all that belongs to them. The row of folder_document without a document holds the highest
 // change of its folder, which must not be given again when the row that had it goes with its document.

@@ -63,13 +63,20 @@ void StoreSession::checkWritable() const {
 qint64 StoreSession::highestId() {
   Statement::Run row(highestId_);
   row.step();
-  return row.below(0, qint64(1) << 32);
+  const qint64 highest = row.below(0, qint64(1) << 32);
+  const ArrivingBlock& block = arriving_.isBringing() ? arriving_.brought() : arriving_.inFile();
+  return block.exists() ? qMax(highest, block.last) : highest;
 }
 
 qint64 StoreSession::highestChange() {
   Statement::Run row(highestChange_);
   row.step();
   return row.below(0, kNoNumber);
+}
+
+qint64 StoreSession::nextChange() {
+  const qint64 next = highestChange() + 1;
+  return arriving_.isBringing() ? qMax(next, arriving_.brought().change) : next;
 }
 
 void StoreSession::keepHighest(qint64 id, qint64 change) {
@@ -85,6 +92,10 @@ QString StoreSession::info(const QString& key) {
 
 void StoreSession::setInfo(const QString& key, const QString& value) {
   Statement::Run(writeInfo_, key, value).step();
+}
+
+void StoreSession::removeInfo(const QString& key) {
+  Statement::Run(removeInfo_, key).step();
 }
 
 qint64 StoreSession::size() {

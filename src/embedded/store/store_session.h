@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "embedded/format/engine_fault.h"
+#include "embedded/store/arriving_notes.h"
 #include "embedded/store/journal_bond.h"
 #include "embedded/store/sqlite_statement.h"
 #include "embedded/store/store_transaction.h"
@@ -44,16 +45,19 @@ class StoreSession {
   // Called with its depth when a transaction is undone.
   std::function<void(int)> undone;
 
-  // The highest numbers that were ever given out, 0 before the first.
+  // The highest numbers that were ever given out, 0 before the first: the IDs of a block that is arriving
+  // among them, its changes not.
   qint64 highestId();
   qint64 highestChange();
-  qint64 nextChange() { return highestChange() + 1; }
+  qint64 nextChange();
   // A note is about to go without a trace: its numbers must not be given out again.
   void keepHighest(qint64 id, qint64 change);
 
   // A property that is no note, "" when it was never written.
   QString info(const QString& key);
   void setInfo(const QString& key, const QString& value);
+  void removeInfo(const QString& key);
+  ArrivingNotes& arriving() { return arriving_; }
   // Bytes of the file's pages.
   qint64 size();
 
@@ -66,6 +70,7 @@ class StoreSession {
   explicit StoreSession(const QString& path) : connection_(path), removed_(true) {}
 
   Connection connection_;
+  ArrivingNotes arriving_{connection_};
   const FileIdentity file_;
   int depth_ = 0;
   int changesBefore_ = 0;  // by this connection, when the outermost transaction began
@@ -85,11 +90,14 @@ class StoreSession {
                        " coalesce((SELECT value FROM info WHERE key = 'highest id'), 0))",
                        kRead};
   Statement highestChange_{connection_,
-                           "SELECT max(coalesce((SELECT max(change) FROM note), 0),"
+                           "SELECT max(coalesce((SELECT max(change) FROM note"
+                           " WHERE " LENS_CHANGE_HAS_ARRIVED
+                           "), 0),"
                            " coalesce((SELECT value FROM info WHERE key = 'highest change'), 0))",
                            kRead};
   Statement readInfo_{connection_, "SELECT value FROM info WHERE key = ?", kRead};
   Statement writeInfo_{connection_, "INSERT OR REPLACE INTO info (key, value) VALUES (?, ?)", kWrite};
+  Statement removeInfo_{connection_, "DELETE FROM info WHERE key = ?", kWrite};
   Statement pageCount_{connection_, "PRAGMA page_count", kRead};
   Statement pageSize_{connection_, "PRAGMA page_size", kRead};
 };

@@ -10,6 +10,10 @@ namespace lens {
 inline constexpr int kStateLive = 0;
 inline constexpr int kStateStub = 1;
 
+// Note IDs as they are given out. The top bit of an ID marks deleted notes.
+inline constexpr NoteId kFirstId(0x000008FA), kLastId(0x7FFFFFFA);
+inline constexpr quint32 kIdStep = 4;
+
 inline qint64 stored(const TimeDate& time) {
   return qint64(packTime(time));
 }

@@ -11,7 +11,9 @@ namespace lens {
 struct VersionStore::Statements {
   explicit Statements(const Connection& c) : connection(c) {}
   const Connection& connection;
-  Statement changed{connection, "SELECT change, id, state FROM note WHERE change > ? ORDER BY change",
+  Statement changed{connection,
+                    "SELECT change, id, state FROM note WHERE change > ? AND " LENS_CHANGE_HAS_ARRIVED
+                    " ORDER BY change",
                     StoreSession::kRead};
   Statement erased{connection, "SELECT change, note FROM erased WHERE change > ? ORDER BY change",
                    StoreSession::kRead};
@@ -89,6 +91,7 @@ void VersionStore::saveStub(const NoteHeader& header, const VersionVector& versi
     Statement::Run(statements_->updateToStub, header.sequence, time, time, change, id).step();
     notes_.takeOutOfFolders(header.unid);
   } else {
+    notes_.requireNotArriving(header.unid);
     const QByteArray unid = header.unid.bytes(), parent = parentBytes(header.parent);
     Statement::Run(statements_->insertStub, id, header.noteClass, unid, parent, header.sequence, time, time,
                    time, time, time, change)

@@ -38,12 +38,13 @@ class VersionTable {
   Statement list_{session_.connection(),
                   "SELECT id, unid, class, state, sequence, sequence_time, stamps"
                   " FROM note LEFT JOIN lineage ON note.id = lineage.note"
-                  " WHERE unid > ? AND length(unid) = 16 ORDER BY unid LIMIT ?",
+                  " WHERE unid > ? AND length(unid) = 16 AND " LENS_HAS_ARRIVED " ORDER BY unid LIMIT ?",
                   StoreSession::kRead};
-  Statement ofUnid_{session_.connection(),
-                    "SELECT id, unid, class, state, sequence, sequence_time, stamps"
-                    " FROM note LEFT JOIN lineage ON note.id = lineage.note WHERE unid = ?",
-                    StoreSession::kRead};
+  Statement ofUnid_{
+      session_.connection(),
+      "SELECT id, unid, class, state, sequence, sequence_time, stamps"
+      " FROM note LEFT JOIN lineage ON note.id = lineage.note WHERE unid = ? AND " LENS_HAS_ARRIVED,
+      StoreSession::kRead};
 };
 
 }  // namespace lens

@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <tuple>
 
+#include "embedded/store/arriving_notes.h"
 #include "embedded/store/sqlite_statement.h"
 #include "embedded/views/view_design.h"
 #include "notes/literals.h"
@@ -70,7 +71,7 @@ void write(Database& database, NoteId folder, const QVector<NoteId>& documents, 
   const QByteArray folderUnid = requireFolder(database, folder).bytes();
   Statement find(database.connection(),
                  "SELECT unid, present, time FROM note LEFT JOIN folder_document ON folder = ?2 AND"
-                 " document = unid WHERE id = ?1 AND state = 0",
+                 " document = unid WHERE id = ?1 AND state = 0 AND " LENS_HAS_ARRIVED,
                  enginefault::NotSaved);
   Writer writer(database);
   const qint64 now = QDateTime::currentMSecsSinceEpoch();
@@ -118,7 +119,8 @@ QVector<Entry> entriesAfter(const Database& database, const Entry& place) {
 
 void take(Database& database, const QVector<Entry>& entries) {
   Database::Transaction transaction(database);
-  Statement isThere(database.connection(), "SELECT 1 FROM note WHERE unid = ? AND state = 0",
+  Statement isThere(database.connection(),
+                    "SELECT 1 FROM note WHERE unid = ? AND state = 0 AND " LENS_HAS_ARRIVED,
                     enginefault::NotSaved);
   const auto live = [&](const QByteArray& unid) {
     Statement::Run run(isThere, unid);
@@ -165,7 +167,7 @@ QVector<NoteId> folderChangesSince(const Database& database, const Unid& folder,
   const Connection& connection = database.connection();
   Statement changed(connection,
                     "SELECT note.id FROM folder_document JOIN note ON note.unid = document AND state = 0"
-                    " WHERE folder = ? AND folder_document.change > ?",
+                    " WHERE folder = ? AND folder_document.change > ? AND " LENS_HAS_ARRIVED,
                     enginefault::CannotOpen);
   const QByteArray unid = folder.bytes();
   Statement::Run run(changed, unid, change);
@@ -176,7 +178,7 @@ QVector<NoteId> folderDocuments(const Database& database, const Unid& folder) {
   const Connection& connection = database.connection();
   Statement present(connection,
                     "SELECT note.id FROM folder_document JOIN note ON note.unid = document AND state = 0"
-                    " WHERE folder = ? AND present = 1 ORDER BY note.id",
+                    " WHERE folder = ? AND present = 1 AND " LENS_HAS_ARRIVED " ORDER BY note.id",
                     enginefault::CannotOpen);
   const QByteArray unid = folder.bytes();
   Statement::Run run(present, unid);

@@ -17,6 +17,7 @@
 #include <QVector>
 #include <array>
 
+#include "embedded/store/arriving_notes.h"
 #include "embedded/store/database.h"
 #include "embedded/store/sqlite_statement.h"
 #include "embedded/views/note_block.h"
@@ -123,7 +124,7 @@ class IndexTables {
   Statement clearRows_{connection_, "DELETE FROM view_row WHERE view = ?", kWrite};
   Statement orphans_{connection_,
                      "SELECT view FROM view_index WHERE NOT EXISTS"
-                     " (SELECT 1 FROM note WHERE id = view AND state = 0)",
+                     " (SELECT 1 FROM note WHERE id = view AND state = 0 AND " LENS_HAS_ARRIVED ")",
                      kRead};
   Statement readNote_{connection_,
                       "SELECT unid, parent, state, rows FROM view_note WHERE view = ? AND note = ?", kRead};
@@ -137,8 +138,8 @@ class IndexTables {
                          "SELECT note FROM view_note WHERE view = ? AND parent = ? ORDER BY note", kRead};
   Statement allResponses_{
       connection_, "SELECT note FROM view_note WHERE view = ? AND parent IS NOT NULL ORDER BY note", kRead};
-  Statement noteOf_{connection_, "SELECT id FROM note WHERE unid = ?", kRead};
-  Statement unidOf_{connection_, "SELECT unid FROM note WHERE id = ?", kRead};
+  Statement noteOf_{connection_, "SELECT id FROM note WHERE unid = ? AND " LENS_HAS_ARRIVED, kRead};
+  Statement unidOf_{connection_, "SELECT unid FROM note WHERE id = ? AND " LENS_HAS_ARRIVED, kRead};
   Statement writeRow_{connection_, "INSERT OR IGNORE INTO view_row VALUES (?, ?, ?, ?)", kWrite};
   Statement addRows_{connection_,
                      "INSERT INTO view_row VALUES (?1, ?, 0, ?), (?1, ?, 0, ?), (?1, ?, 0, ?), (?1, ?, 0, ?),"

@@ -57,7 +57,7 @@ TEST_F(DatabaseFile, DatabaseOfAnotherProgramIsRefusedAndNeverTouched) {
 
 TEST_F(DatabaseFile, NewerSchemaIsRefusedAndNeverTouched) {
   QByteArray content = closedContent();
-  qToBigEndian<quint32>(quint32(kSchemaVersion) + 1, content.data() + 60);
+  qToBigEndian<quint32>(quint32(kArrivingSchema) + 1, content.data() + 60);
   writeFile(path(), content);
   expectRefused(path(), enginefault::NewerSchema);
   EXPECT_TRUE(Database::looksLikeDatabase(path()));
