@@ -31,6 +31,12 @@ class Other {
   std::thread thread_;
 };
 
+void append(const QString& path, const QByteArray& bytes) {
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::Append));
+  file.write(bytes);
+}
+
 Note noteOf(const QString& subject) {
   Note note;
   note.add(u"Form"_s, itemflag::Summary, textValue(u"Memo"));
@@ -38,11 +44,14 @@ Note noteOf(const QString& subject) {
   return note;
 }
 
-constexpr int kMany = 15'000;
+const int kMany = qEnvironmentVariableIsSet("LENS_SOAK") ? 1'000'000 : 15'000;
 
 // An import that holds the database all the time would keep the first save waiting to its end.
 TEST_F(LargeImportTest, EverySaveOfOthersHasItsTurnWithinASecond) {
-  const QString path = write(database(documents(1, kMany)));
+  const QString path = write("<database>");
+  for (int number = 1; number <= kMany; number += 1000)
+    append(path, documents(number, std::min(number + 999, kMany)));
+  append(path, "</database>");
   qint64 longest = 0, took = 0;
   int saved = 0, tooSoon = 0;
   {
@@ -64,7 +73,8 @@ TEST_F(LargeImportTest, EverySaveOfOthersHasItsTurnWithinASecond) {
     took = clock.elapsed();
     EXPECT_EQ(report.failed.join(u'\n').toStdString(), "");
   }
-  std::cout << "an import of " << took << " ms, " << saved << " saves, the longest in " << longest << " ms\n";
+  std::cout << "an import of " << kMany << " documents in " << took << " ms, " << saved
+            << " saves, the longest in " << longest << " ms\n";
   EXPECT_GT(took, 1000) << "the file is too small to show anything";
   EXPECT_LT(longest, 2000);
   EXPECT_GT(saved, 2);
