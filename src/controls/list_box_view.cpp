@@ -118,8 +118,7 @@ bool ListBox::event(QEvent* event) {
   const bool done = QAbstractItemView::event(event);
   if (event->type() == QEvent::Paint) {
     QPainter painter(this);
-    painter.setPen(hasFocus() ? QColor(colour::FocusBorder) : palette().color(QPalette::Mid));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    paintEdge(*this, painter);
   }
   return done;
 }

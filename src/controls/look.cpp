@@ -1,5 +1,6 @@
 #include "controls/look.h"
 
+#include <QPainter>
 #include <QStyleFactory>
 #include <QTextDocument>
 
@@ -42,6 +43,11 @@ QPalette lensPalette() {
 void applyLook() {
   QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
   QApplication::setPalette(lensPalette());
+}
+
+void paintEdge(const QWidget& box, QPainter& painter) {
+  const QColor colour = box.hasFocus() ? QColor(colour::FocusBorder) : box.palette().color(QPalette::Mid);
+  painter.fillRect(box.rect().adjusted(-1, -1, 1, 1), colour);
 }
 
 QString plainTip(const QString& text) {

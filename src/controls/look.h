@@ -5,6 +5,8 @@
 #include <QPalette>
 #include <QString>
 
+class QPainter;
+
 namespace lens {
 
 // Colours that controls need beside the palette.
@@ -22,6 +24,11 @@ QPalette lensPalette();
 
 // Fusion style and the light palette for the whole application.
 void applyLook();
+
+// The edge of a box, one pixel of the layout wide, in the colour that tells whether it has the focus. Filled,
+// not drawn as a line, and reaching out to the box's clip: at scales like 1.25 the edge lies between pixels
+// of the screen, and a line would leave some of them black.
+void paintEdge(const QWidget& box, QPainter& painter);
 
 // A tooltip that shows its text as it is, also where the text looks like markup.
 QString plainTip(const QString& text);

@@ -3,10 +3,12 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QPainter>
 #include <QScopedValueRollback>
 #include <algorithm>
 
 #include "controls/keys.h"
+#include "controls/look.h"
 #include "controls/rich_text_box.h"
 #include "notes/literals.h"
 
@@ -187,7 +189,12 @@ bool RichTextBox::event(QEvent* event) {
     default:
       break;
   }
-  return QPlainTextEdit::event(event);
+  const bool done = QPlainTextEdit::event(event);
+  if (event->type() == QEvent::Paint) {
+    QPainter painter(this);
+    paintEdge(*this, painter);
+  }
+  return done;
 }
 
 bool RichTextBox::viewportEvent(QEvent* event) {
