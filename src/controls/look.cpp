@@ -1,5 +1,6 @@
 #include "controls/look.h"
 
+#include <QAbstractScrollArea>
 #include <QPainter>
 #include <QStyleFactory>
 #include <QTextDocument>
@@ -45,9 +46,13 @@ void applyLook() {
   QApplication::setPalette(lensPalette());
 }
 
-void paintEdge(const QWidget& box, QPainter& painter) {
-  const QColor colour = box.hasFocus() ? QColor(colour::FocusBorder) : box.palette().color(QPalette::Mid);
-  painter.fillRect(box.rect().adjusted(-1, -1, 1, 1), colour);
+void paintEdge(const QAbstractScrollArea& box, QPainter& painter) {
+  const QRect all = box.rect();
+  painter.fillRect(all.adjusted(-1, -1, 1, 1),
+                   box.hasFocus() ? QColor(colour::FocusBorder) : box.palette().color(QPalette::Mid));
+  const QRect betweenBars(box.viewport()->geometry().bottomRight() + QPoint(1, 1),
+                          all.bottomRight() - QPoint(1, 1));
+  painter.fillRect(betweenBars, box.palette().window());
 }
 
 QString plainTip(const QString& text) {

@@ -5,6 +5,7 @@
 #include <QPalette>
 #include <QString>
 
+class QAbstractScrollArea;
 class QPainter;
 
 namespace lens {
@@ -28,7 +29,7 @@ void applyLook();
 // The edge of a box, one pixel of the layout wide, in the colour that tells whether it has the focus. Filled,
 // not drawn as a line, and reaching out to the box's clip: at scales like 1.25 the edge lies between pixels
 // of the screen, and a line would leave some of them black.
-void paintEdge(const QWidget& box, QPainter& painter);
+void paintEdge(const QAbstractScrollArea& box, QPainter& painter);
 
 // A tooltip that shows its text as it is, also where the text looks like markup.
 QString plainTip(const QString& text);

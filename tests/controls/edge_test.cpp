@@ -86,5 +86,19 @@ TEST(Edge, TellsWhichBoxHasTheFocus) {
   }
 }
 
+TEST(Edge, LeavesTheCornerBetweenTheBarsToTheWindow) {
+  QWidget window;
+  window.resize(120, 120);
+  ListBox list(&window);
+  list.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  list.setGeometry(5, 5, 100, 100);
+  for (int row = 0; row < 50; ++row) list.addItem(u"row"_s);
+  showWithFocus(window);
+  list.setFocus();
+  const QImage image = shownAt(window, 1);
+  EXPECT_EQ(image.pixel(105 - 4, 105 - 4), 0xFFEFEFEF);
+  EXPECT_EQ(image.pixel(105 - 1, 105 - 4), colour::FocusBorder);
+}
+
 }  // namespace
 }  // namespace lens
