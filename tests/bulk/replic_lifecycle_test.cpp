@@ -111,6 +111,19 @@ TEST_F(ReplicWindowTest, ListsScrollSidewaysToTwiceTheirWidthAndThoseOfTheFields
   }
 }
 
+TEST_F(ReplicWindowTest, RestoringTheDesignSizeShowsTheDesignToThePixel) {
+  addServers();
+  make(u"apps/orders.nsf"_s, kHub);
+  openTool();
+  const QHash<QString, QRect> before = places();
+  const QSize designed = window().size();
+  const QImage design = window().grab().toImage();
+  for (const QSize size : {QSize(1920, 1001), QSize(1283, 599), QSize(2560, 1440), designed})
+    window().resize(size);
+  EXPECT_EQ(places(), before);
+  EXPECT_EQ(window().grab().toImage(), design);
+}
+
 TEST_F(ReplicWindowTest, EachOpeningStartsFromTheDesignWithEachServerOnce) {
   addServers();
   openTool();
