@@ -109,10 +109,6 @@ void SourceSelection::cmdExpand2_Click() {
   listTargetDatabases();
 }
 
-NotesDatabase SourceSelection::sourceDatabase() {
-  return desk_.state.gSession.database(namedServer(desk_.window.lstServer->text()), desk_.state.gDbPath);
-}
-
 void SourceSelection::lstDBNames_DblClick() {
   FrmReplic& window = desk_.window;
   if (desk_.state.gSearchBusy) return;
@@ -153,7 +149,7 @@ void SourceSelection::lstViewNames_Click() {
   const ReplicRun run(window);
   desk_.state.gDbPath = window.lstDBNames->text();
   desk_.state.gDb.release();
-  desk_.state.gDb = sourceDatabase();
+  desk_.state.gDb = openListedSource(desk_, desk_.state.gDbPath);
   // A click while events are taken works on a view of its own.
   const NotesView view = desk_.state.gDb.view(window.lstViewNames->text());
   desk_.host.setPointer(pointer::Hourglass);

@@ -26,8 +26,6 @@ class SourceSelection {
   void registerLists();
   void listSourceDatabases();
   void listTargetDatabases();
-  // At gDbPath, on the source server.
-  NotesDatabase sourceDatabase();
   // Lists views and agents of gDb.
   void listDesign(Statements& statement);
   void sampleFields(const NotesView& view);
