@@ -11,7 +11,7 @@
 namespace lens {
 namespace {
 
-constexpr int kSpareMs = 1000;
+constexpr int kSpareMs = 1000, kDyingMs = 200;
 constexpr qsizetype kHeadSize = 12, kChunkHead = 8, kSmallestFormat = 16, kBytesPerSecond = 8;
 // Below this nothing can be heard; a length made of it would keep the program waiting for hours.
 constexpr quint32 kFewestBytesPerSecond = 1000;
@@ -62,13 +62,16 @@ void playSoundFile(const QString& path) {
   process->setStandardOutputFile(QProcess::nullDevice());
   process->setStandardErrorFile(QProcess::nullDevice());
   process->start(player, {path});
-  if (process->waitForFinished(int(*length) + kSpareMs) || process->state() == QProcess::NotRunning) {
+  const auto hasEnded = [process](qint64 withinMs) {
+    return process->waitForFinished(int(withinMs)) || process->state() == QProcess::NotRunning;
+  };
+  if (!hasEnded(*length + kSpareMs)) process->kill();
+  if (hasEnded(kDyingMs)) {
     delete process;
     return;
   }
-  // One that waits for a broken device may not even die at once: nobody waits for it.
+  // One that waits for a broken device may not even die at once: nobody waits for it any longer.
   QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
-  process->kill();
 }
 
 }  // namespace lens

@@ -1,7 +1,6 @@
 #include "embedded/dxl/export/dxl_writer.h"
 
 #include "embedded/dxl/dxl_datetime.h"
-#include "embedded/dxl/exact_marks.h"
 #include "notes/runtime_error.h"
 
 namespace lens {
@@ -36,7 +35,7 @@ void DxlWriter::mark(QStringView name, const QString& value) {
 }
 
 void DxlWriter::exactAttribute(const QString& name, const QString& value) {
-  attribute(name, xmlText(value));
+  attribute(name, value);
   if (!isXmlText(value)) mark(exactMarkOf(name), percentEncoded(value));
 }
 

@@ -4,6 +4,7 @@
 #include <QIODevice>
 #include <QXmlStreamWriter>
 
+#include "embedded/dxl/exact_marks.h"
 #include "embedded/format/timedate.h"
 #include "notes/literals.h"
 
@@ -21,7 +22,9 @@ class DxlWriter {
   void declareMarks();
   void begin(const QString& element) { xml_.writeStartElement(element); }
   void end() { xml_.writeEndElement(); }
-  void attribute(const QString& name, const QString& value) { xml_.writeAttribute(name, value); }
+  // U+FFFD stands for characters that XML cannot hold: who must not lose them looks at what comes back, or
+  // takes exactAttribute().
+  void attribute(const QString& name, const QString& value) { xml_.writeAttribute(name, xmlText(value)); }
   void flag(const QString& name, bool value);
   // An attribute of our own namespace.
   void mark(QStringView name, const QString& value);

@@ -71,7 +71,7 @@ void writeFileAttributes(DxlWriter& out, const FileObject& file) {
   if (!attribute.isEmpty()) out.attribute(u"attribute"_s, attribute);
   const QString flags = wordsOf(file.flags, kFileFlags);
   if (!flags.isEmpty()) out.attribute(u"flags"_s, flags);
-  out.attribute(u"name"_s, xmlText(file.name));
+  out.attribute(u"name"_s, file.name);
   out.attribute(u"size"_s, QString::number(file.size));
 }
 

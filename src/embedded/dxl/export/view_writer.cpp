@@ -52,11 +52,11 @@ void writeColumn(DxlWriter& out, const StoredColumn& column) {
   if (column.hidden) out.flag(u"hidden"_s, true);
   if (column.responsesOnly) out.flag(u"responsesonly"_s, true);
   if (column.separateValues) out.flag(u"separatemultiplevalues"_s, true);
-  out.attribute(u"itemname"_s, xmlText(column.item));
+  out.attribute(u"itemname"_s, column.item);
   out.attribute(u"width"_s, QString::number(column.width / 8.0));
   if (!column.title.isEmpty()) {
     out.begin(u"columnheader"_s);
-    out.attribute(u"title"_s, xmlText(column.title));
+    out.attribute(u"title"_s, column.title);
     out.end();
   }
   if (!column.formula.isEmpty()) writeFormulaCode(out, u"value"_s, column.formula);

@@ -1,6 +1,8 @@
 #include <QTimeZone>
 #include <limits>
+#include "embedded/dxl/export/dxl_writer.h"
 
+#include "embedded/dxl/export/dxl_writer.h"
 #include "embedded/dxl/export/export_fixture.h"
 #include "embedded/dxl/import_context.h"
 #include "embedded/format/source_formula.h"
@@ -234,6 +236,24 @@ TEST_F(ItemExport, WhatAnImportKeptAsXmlComesBackAsItems) {
   note.add(u"$DXL_truncated"_s, 0, textValue(u"true"));
   save(note);
   roundTrip();
+}
+
+// A writer that has met one character too many writes nothing more.
+TEST(DxlText, OfAnyUnitsIsTaken) {
+  QBuffer target;
+  target.open(QIODevice::WriteOnly);
+  DxlWriter out(target);
+  out.beginRoot(u"database"_s);
+  for (int unit = 0; unit < 0x10000; ++unit) {
+    const QString text = QString(QChar(char16_t(unit))) + u'a';
+    out.begin(u"a"_s);
+    out.attribute(u"b"_s, text);
+    out.exactAttribute(u"c"_s, text);
+    out.lines(text);
+    out.literal(text);
+    out.end();
+    ASSERT_NO_THROW(out.check()) << std::hex << unit;
+  }
 }
 
 }  // namespace
