@@ -32,17 +32,23 @@ FileLock::FileLock(const QString& path, int waitMs) : lock_(path + u".lock"_s) {
       state_ = State::Impossible;
     } else {
       if (removeAbandoned()) continue;
-      if (waited.elapsed() >= waitMs) return;
+      // One without its owner's name is about to get it, or nobody's any more: which, shows within a second.
+      const int patience = isNameless() ? qMax<int>(waitMs, 2 * kLongestEmptyMs) : waitMs;
+      if (waited.elapsed() >= patience) return;
       QThread::msleep(kPauseMs);
     }
   }
 }
 
+bool FileLock::isNameless() const {
+  const QFileInfo file(lock_.fileName());
+  return file.exists() && file.size() == 0;
+}
+
 // Who died before it had written who it is would keep everybody out for good.
 bool FileLock::removeAbandoned() const {
   const QFileInfo file(lock_.fileName());
-  return file.exists() && file.size() == 0 &&
-         file.lastModified().msecsTo(QDateTime::currentDateTime()) > kLongestEmptyMs &&
+  return isNameless() && file.lastModified().msecsTo(QDateTime::currentDateTime()) > kLongestEmptyMs &&
          QFile::remove(file.filePath());
 }
 

@@ -18,6 +18,7 @@ class FileLock {
   State state() const { return state_; }
 
  private:
+  bool isNameless() const;
   bool removeAbandoned() const;
   QLockFile lock_;
   State state_ = State::Taken;

@@ -78,7 +78,6 @@ TEST_F(Aside, TheLockOfADeadProcessDoesNotCount) {
 
 TEST_F(Aside, NorDoesALockThatNobodyHadTimeToSign) {
   writeFile(target() + u".lock"_s, "");
-  EXPECT_EQ(errorNumber([&] { StagedFile file(target()); }), err::PathFileAccess) << "it may just be made";
   QFile lock(target() + u".lock"_s);
   ASSERT_TRUE(lock.open(QIODevice::ReadWrite));
   ASSERT_TRUE(lock.setFileTime(QDateTime::currentDateTime().addSecs(-60), QFileDevice::FileModificationTime));
