@@ -1,9 +1,8 @@
 #include "embedded/dxl/export/acl_writer.h"
 
-#include <QBuffer>
-
 #include "embedded/dxl/acl_element.h"
 #include "embedded/dxl/exact_marks.h"
+#include "embedded/dxl/export/read_back.h"
 #include "embedded/format/lmbcs.h"
 #include "embedded/format/stored_lists.h"
 #include "notes/literals.h"
@@ -132,36 +131,23 @@ bool writeAclContent(DxlWriter& out, const Note& note) {
   return true;
 }
 
-bool sameItems(const Note& a, const Note& b) {
-  return std::equal(a.items.cbegin(), a.items.cend(), b.items.cbegin(), b.items.cend(),
-                    [](const Item& x, const Item& y) {
-                      return x.name == y.name && x.flags == y.flags && x.value == y.value;
-                    });
-}
-
 // Whether an import makes the same note of what would be written.
 bool aclGivesBack(const Note& note) {
-  QBuffer xml;
-  xml.open(QIODevice::ReadWrite);
-  DxlWriter writer(xml);
-  writer.beginRoot(u"database"_s);
-  if (!writeAclContent(writer, note)) return false;
-  writer.end();
-  writer.endDocument();
-  xml.seek(0);
-  DxlSource source(xml);
-  DxlReader in(source);
-  FileFindings findings;
-  ReadContext context{in, findings};
   Note again;
-  try {
-    in.next();
-    if (!in.nextChild()) return false;
+  const auto write = [&](DxlWriter& writer) {
+    writer.beginRoot(u"database"_s);
+    const bool written = writeAclContent(writer, note);
+    writer.end();
+    return written;
+  };
+  const auto read = [&](ReadContext& context) {
+    context.in.next();
+    if (!context.in.nextChild()) return false;
     readAcl(context, again);
-  } catch (const RuntimeError&) {
-    return false;
-  }
-  return sameItems(note, again);
+    return true;
+  };
+  return comesBack(write, read) && std::equal(note.items.cbegin(), note.items.cend(), again.items.cbegin(),
+                                              again.items.cend(), isSameItem);
 }
 
 }  // namespace

@@ -93,7 +93,7 @@ bool DesignContent::isComplete() const {
 
 void DesignContent::begin(DxlWriter& out) const {
   out.begin(element());
-  for (const auto& [name, value] : attributes_) out.attribute(name, xmlText(value));
+  for (const auto& [name, value] : attributes_) out.attribute(name, value);
 }
 
 QString DesignContent::written(const std::function<void(DxlWriter&)>& write) {

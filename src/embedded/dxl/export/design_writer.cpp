@@ -1,6 +1,5 @@
 #include "embedded/dxl/export/design_writer.h"
 
-#include <QBuffer>
 #include <QSet>
 #include <algorithm>
 
@@ -10,6 +9,7 @@
 #include "embedded/dxl/export/kept_elements.h"
 #include "embedded/dxl/export/native_values.h"
 #include "embedded/dxl/export/note_parts.h"
+#include "embedded/dxl/export/read_back.h"
 #include "embedded/dxl/export/rich_text_places.h"
 #include "notes/literals.h"
 
@@ -143,38 +143,31 @@ void addContent(DesignContent& content) {
 
 // What an import makes of the element with these items, of which the element that is read tells the places.
 bool readDesignBack(const DesignContent& content, const QVector<Item>& items, Note& note) {
-  QBuffer xml;
-  xml.open(QIODevice::ReadWrite);
-  DxlWriter out(xml);
-  out.startDocument();
-  content.begin(out);
-  out.declareMarks();
-  out.verbatim(content.children());
-  for (qsizetype i = 0; i < items.size(); ++i) {
-    out.begin(u"item"_s);
+  const auto write = [&](DxlWriter& out) {
+    out.startDocument();
+    content.begin(out);
+    out.declareMarks();
+    out.verbatim(content.children());
+    for (qsizetype i = 0; i < items.size(); ++i) {
+      out.begin(u"item"_s);
+      out.end();
+    }
     out.end();
-  }
-  out.end();
-  out.endDocument();
-  xml.seek(0);
-  DxlSource source(xml);
-  DxlReader in(source);
-  FileFindings findings;
-  ReadContext context{in, findings};
+    return true;
+  };
   qsizetype next = 0;
-  try {
-    in.next();
+  const auto read = [&](ReadContext& context) {
+    context.in.next();
     readDesignElement(content.kind(), context, note, [&] {
-      if (!in.is(u"item")) return false;
-      in.skip();
+      if (!context.in.is(u"item")) return false;
+      context.in.skip();
       note.items.push_back(items[next++]);
       return true;
     });
-    in.finish();
+    context.in.finish();
     return true;
-  } catch (const RuntimeError&) {
-    return false;
-  }
+  };
+  return comesBack(write, read);
 }
 
 // Where the items of the other note stand in the note, each place once; -1 for those that do not.

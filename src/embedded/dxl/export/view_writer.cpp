@@ -1,8 +1,7 @@
-#include <QBuffer>
-
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/export/design_children.h"
 #include "embedded/dxl/export/formula_writer.h"
+#include "embedded/dxl/export/read_back.h"
 #include "embedded/format/source_formula.h"
 #include "embedded/format/view_records.h"
 #include "notes/literals.h"
@@ -19,22 +18,14 @@ bool storedFormat(const Note& note, StoredViewFormat& format) {
 
 // What an import would store of the column.
 bool readKeptColumn(const QString& xml, StoredColumn& column) {
-  QByteArray bytes = (u"<view>"_s + xml + u"</view>"_s).toUtf8();
-  QBuffer buffer(&bytes);
-  buffer.open(QIODevice::ReadOnly);
-  DxlSource source(buffer);
-  DxlReader in(source);
-  FileFindings findings;
-  ReadContext context{in, findings};
   Note note;
   StoredViewFormat format;
-  try {
-    in.next();
+  const bool isRead = readAside((u"<view>"_s + xml + u"</view>"_s).toUtf8(), [&](ReadContext& context) {
+    context.in.next();
     readDesignElement(*findDesignKind(u"view"), context, note, [] { return false; });
-  } catch (const RuntimeError&) {
-    return false;
-  }
-  if (!storedFormat(note, format) || format.columns.size() != 1) return false;
+    return true;
+  });
+  if (!isRead || !storedFormat(note, format) || format.columns.size() != 1) return false;
   column = format.columns.first();
   return true;
 }
