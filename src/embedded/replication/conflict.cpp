@@ -3,6 +3,7 @@
 #include <QtEndian>
 #include <tuple>
 
+#include "embedded/format/set_item.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -15,14 +16,6 @@ Unid conflictUnid(const VersionStamp& stamp, const TimeDate& time) {
   qToLittleEndian(derived.writer, bytes.data());
   appendTimeDate(bytes, time);
   return Unid::fromBytes(bytes);
-}
-
-// The first item of that name, or a new one at the end.
-void setItem(Note& note, const QString& name, QByteArray value) {
-  if (Item* const present = note.find(name))
-    present->value = std::move(value);
-  else
-    note.add(name, itemflag::Summary, std::move(value));
 }
 
 }  // namespace
