@@ -84,7 +84,8 @@ class Sizes {
     sqlite3_close(handle);
     QFile file(source_);
     if (!file.open(QIODevice::WriteOnly)) std::abort();
-    for (int i = 0; i < chunks_; ++i) file.write(chunk(i));
+    for (int i = 0; i < chunks_; ++i)
+      if (file.write(chunk(i)) != kChunk) std::abort();
   }
 
   QVector<Piece> pieces() {
@@ -113,7 +114,7 @@ class Sizes {
     for (int i = 0; i < chunks_; ++i) {
       const QByteArray bytes = file.read(kChunk);
       sqlite3_bind_blob(rows.statement(), 1, bytes.constData(), int(bytes.size()), SQLITE_STATIC);
-      sqlite3_step(rows.statement());
+      if (sqlite3_step(rows.statement()) != SQLITE_DONE) std::abort();
       sqlite3_reset(rows.statement());
     }
     sqlite3_exec(handle, "COMMIT", nullptr, nullptr, nullptr);
@@ -129,9 +130,11 @@ class Sizes {
     QFile target(directory_.filePath(u"rows"_s));
     if (!target.open(QIODevice::WriteOnly)) std::abort();
     Raw rows(raw_, "SELECT bytes FROM chunk ORDER BY number");
-    while (sqlite3_step(rows.statement()) == SQLITE_ROW)
-      target.write(static_cast<const char*>(sqlite3_column_blob(rows.statement(), 0)),
-                   sqlite3_column_bytes(rows.statement(), 0));
+    while (sqlite3_step(rows.statement()) == SQLITE_ROW) {
+      const int size = sqlite3_column_bytes(rows.statement(), 0);
+      const auto* bytes = static_cast<const char*>(sqlite3_column_blob(rows.statement(), 0));
+      if (target.write(bytes, size) != size) std::abort();
+    }
     target.flush();
     ::fsync(target.handle());
   }

@@ -5,6 +5,7 @@
 #include "bulk/run_texts.h"
 #include "notes/literals.h"
 #include "notes/numbers.h"
+#include "shell/exact_texts.h"
 #include "shell/text_routines.h"
 
 namespace lens {
@@ -16,8 +17,7 @@ void toldAs(Host& host, const QString& title, Steps&& steps) {
   try {
     steps();
   } catch (const RuntimeError& error) {
-    // No source lines are kept, so the line is always 0.
-    host.messageBox(error.description() + u" in line: 0"_s, box::Critical, title);
+    host.messageBox(error.description() + exact::kInLineColon, box::Critical, title);
   }
 }
 

@@ -5,6 +5,7 @@
 #include "host/profile_file.h"
 #include "notes/code_page.h"
 #include "notes/literals.h"
+#include "shell/exact_texts.h"
 
 namespace lens {
 
@@ -19,8 +20,7 @@ void DumpList::cmdPrint_Click() {
     file.write(chosenRows());
     if (openFile) openFile(path);
   } catch (const RuntimeError& error) {
-    // No source lines are kept, so the line is always 0.
-    desk_.host.messageBox(error.description() + u" in line: 0"_s, box::Critical, u"cmdPrint"_s);
+    desk_.host.messageBox(error.description() + exact::kInLineColon, box::Critical, u"cmdPrint"_s);
   }
 }
 

@@ -23,7 +23,10 @@ QByteArray readWholeSettings(const QString& path) {
   if (!info.isFile()) refuse(err::PathFileAccess, u"this is no file"_s);
   if (info.size() > kLargestSettings) refuse(err::PathFileAccess, u"it is larger than 256 MB"_s);
   if (!file.open(QIODevice::ReadOnly)) refuse(err::PathFileAccess, file.errorString());
-  return file.readAll();
+  const QByteArray bytes = file.readAll();
+  // Half of it would be saved over the whole.
+  if (file.error() != QFile::NoError) refuse(err::PathFileAccess, file.errorString());
+  return bytes;
 }
 
 SettingsKeys presentKeys(const FrmReplic& window) {

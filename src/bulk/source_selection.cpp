@@ -4,6 +4,7 @@
 #include "controls/keys.h"
 #include "notes/literals.h"
 #include "notes/numbers.h"
+#include "shell/exact_texts.h"
 
 namespace lens {
 namespace {
@@ -81,8 +82,8 @@ void SourceSelection::lstServer_Click() {
       window.lblDB->repaint();
     }
   } catch (const RuntimeError& error) {
-    // The title names another event; no source lines are kept, so the line is always 0.
-    desk_.host.messageBox(error.description() + u" in line 0"_s, box::Critical,
+    // The title names another event.
+    desk_.host.messageBox(error.description() + exact::kInLine, box::Critical,
                           u"Program Error in: lstServer_DblClick"_s);
   }
   desk_.host.setPointer(pointer::Default);

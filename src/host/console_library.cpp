@@ -30,7 +30,7 @@ RemoteCommand consoleLibraryIn(const QString& directory) {
   QLibrary library(path);
   if (!library.load()) throw RuntimeError(err::LibraryNotLoaded, path + u": " + library.errorString());
   const auto function = reinterpret_cast<Function>(library.resolve("RemoteCommand"));
-  if (!function) throw RuntimeError(err::EntryNotFound);
+  if (!function) throw RuntimeError(err::EntryNotFound, path + u": " + standardErrorText(err::EntryNotFound));
   return [function](const QByteArray& server, const QByteArray& command, QByteArray& reply) {
     return function(server.constData(), command.constData(), reply.data());
   };

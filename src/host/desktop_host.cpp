@@ -149,7 +149,6 @@ QString DesktopHost::tempDirectory() {
 #ifdef Q_OS_WIN
   return named;
 #else
-  // The variable is rarely set elsewhere.
   return named.isEmpty() ? QDir::tempPath() : named;
 #endif
 }

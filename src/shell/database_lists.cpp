@@ -1,6 +1,7 @@
 #include "shell/database_lists.h"
 
 #include "notes/literals.h"
+#include "shell/exact_texts.h"
 
 namespace lens {
 
@@ -20,8 +21,7 @@ void DatabaseLists::GetDbs(const QString& server, const QString& list, const QSt
     state_.gServer = namedServer(server);
     if (!state_.gSession.isNothing()) walk(target);
   } catch (const RuntimeError& error) {
-    // No source lines are kept, so the line is always 0.
-    host_.messageBox(error.description() + u" in line 0"_s, box::Critical, u"Program Error in: GetDbs"_s);
+    host_.messageBox(error.description() + exact::kInLine, box::Critical, u"Program Error in: GetDbs"_s);
   }
   host_.setPointer(pointer::Default);
 }

@@ -21,6 +21,10 @@ inline const QString kNoDocument = u"Cann't open document try again"_s;
 inline const QString kOlderProfilesLabel = u"ROFILES"_s;
 inline const QString kHexDigitsOnly = u"Only Charachter between 'A' - 'F'  allowed"_s;
 
+// No source lines are kept, so a failure's line is always 0. Some boxes have the colon, some not.
+inline const QString kInLine = u" in line 0"_s;
+inline const QString kInLineColon = u" in line: 0"_s;
+
 // Behind the status of a file that could not be opened. Blanks differ from one to the next.
 inline const QString kOutOfMemory = u"Error: Out of Memory/Resources. Couldn't Execute!"_s;
 inline const QString kFileNotFound = u"Error: File not found.  Couldn't Execute!"_s;
