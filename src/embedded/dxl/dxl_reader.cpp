@@ -36,13 +36,15 @@ DxlReader::DxlReader(DxlSource& source) : source_(source), xml_(&source) {
 
 DxlReader::Token DxlReader::next() {
   if (!read_.isEmpty()) settleAttributes();
+  attributes_ = {};
   for (;;) {
     const Token token = xml_.readNext();
     switch (token) {
       case QXmlStreamReader::StartElement:
         rootSeen_ = true;
         name_ = xml_.name();
-        read_.resize(xml_.attributes().size());
+        attributes_ = xml_.attributes();
+        read_.resize(attributes_.size());
         std::fill(read_.begin(), read_.end(), false);
         if (++depth_ > kMaxDepth) fail(u"elements are nested deeper than %1"_s.arg(kMaxDepth));
         if (!source_.goOn()) throw DxlCancelled();
@@ -84,7 +86,7 @@ void DxlReader::settleAttributes() {
     if (recording())
       records_.last().complete = false;
     else if (findings_)
-      findings_->unreadAttribute(name_, xml_.attributes()[i].qualifiedName());
+      findings_->unreadAttribute(name_, attributes_[i].qualifiedName());
   }
   read_.clear();
 }
@@ -118,10 +120,9 @@ void DxlReader::refuseOddEncoding() const {
 
 // Attributes that a document type gives to every element of a name.
 void DxlReader::countDefaults() {
-  const QXmlStreamAttributes attributes = xml_.attributes();
-  if (attributes.size() > DxlSource::kMostAttributes)
+  if (attributes_.size() > DxlSource::kMostAttributes)
     fail(u"an element has more than %1 attributes"_s.arg(DxlSource::kMostAttributes));
-  for (const QXmlStreamAttribute& attribute : attributes)
+  for (const QXmlStreamAttribute& attribute : std::as_const(attributes_))
     if (attribute.isDefault()) defaults_ += attribute.name().size() + attribute.value().size();
   if (defaults_ > source_.mostGrowth())
     fail(u"its default attributes expand to more than %1 MB"_s.arg(source_.mostGrowth() >> 20));
@@ -133,34 +134,29 @@ void DxlReader::finish() {
 }
 
 QStringView DxlReader::attributeView(QStringView name) const {
-  // The reader keeps the attributes alive that this copy shares.
-  const QXmlStreamAttributes attributes = xml_.attributes();
-  const QXmlStreamAttribute* const found = findAttribute(attributes, name);
+  const QXmlStreamAttribute* const found = findAttribute(attributes_, name);
   if (!found) return {};
-  markRead(found - attributes.constData());
+  markRead(found - attributes_.constData());
   return found->value();
 }
 
 void DxlReader::markUnread(QStringView name) const {
-  const QXmlStreamAttributes attributes = xml_.attributes();
-  const QXmlStreamAttribute* const found = findAttribute(attributes, name);
-  if (found && !read_.isEmpty()) read_[found - attributes.constData()] = false;
+  const QXmlStreamAttribute* const found = findAttribute(attributes_, name);
+  if (found && !read_.isEmpty()) read_[found - attributes_.constData()] = false;
 }
 
 QStringList DxlReader::takeUnread() const {
   QStringList words;
-  const QXmlStreamAttributes attributes = xml_.attributes();
-  for (qsizetype i = 0; i < attributes.size(); ++i) {
+  for (qsizetype i = 0; i < attributes_.size(); ++i) {
     if (i < read_.size() && !read_[i])
-      words.push_back(u"%1=%2"_s.arg(attributes[i].qualifiedName(), attributes[i].value()));
+      words.push_back(u"%1=%2"_s.arg(attributes_[i].qualifiedName(), attributes_[i].value()));
     markRead(i);
   }
   return words;
 }
 
 bool DxlReader::hasAttribute(QStringView name) const {
-  const QXmlStreamAttributes attributes = xml_.attributes();
-  return findAttribute(attributes, name) != nullptr;
+  return findAttribute(attributes_, name) != nullptr;
 }
 
 bool DxlReader::flag(QStringView name, bool otherwise) const {
@@ -303,8 +299,7 @@ void DxlReader::record(Token token) {
   if (token == QXmlStreamReader::StartElement) {
     xml += u'<';
     xml += xml_.qualifiedName();
-    const QXmlStreamAttributes attributes = xml_.attributes();
-    for (const QXmlStreamAttribute& a : attributes) {
+    for (const QXmlStreamAttribute& a : std::as_const(attributes_)) {
       xml += u' ';
       xml += a.qualifiedName();
       xml += u"=\"%1\""_s.arg(a.value().toString().toHtmlEscaped());

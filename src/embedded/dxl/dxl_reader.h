@@ -64,7 +64,7 @@ class DxlReader {
   bool hasAttribute(QStringView name) const;
   bool flag(QStringView name, bool otherwise = false) const;
   // All of them. To look at them is not to read them: that is what the functions above and these two do.
-  const QXmlStreamAttributes attributes() const { return xml_.attributes(); }
+  const QXmlStreamAttributes& attributes() const { return attributes_; }
   void markRead(qsizetype attribute) const {
     if (attribute < read_.size()) read_[attribute] = true;
   }
@@ -128,6 +128,8 @@ class DxlReader {
   DxlSource& source_;
   QXmlStreamReader xml_;
   QStringView name_;  // of the tag at hand, valid until the next token
+  // Of the start tag at hand. They are given back before the reader goes on, which would copy them otherwise.
+  QXmlStreamAttributes attributes_;
   QString scratch_;
   QVector<Record> records_;  // the inner ones while the outer ones pause
   FileFindings* findings_ = nullptr;

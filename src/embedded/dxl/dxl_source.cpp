@@ -162,15 +162,14 @@ qsizetype DxlSource::passMarkup(qsizetype at) {
   const QByteArrayView rest = QByteArrayView(raw_).sliced(open);
   // Attributes of "filedata" do not exist, so its tag is short; anything longer is ordinary markup.
   if (rest.size() < kLookAhead && !end_) return open;
-  if (rest.startsWith("<!--")) {
-    place_ = Place::Comment;
-    return open + 4;
+  const char second = rest.size() > 1 ? rest[1] : '\0';
+  if (second == '/') return open + 1;
+  if (second == '!') return passDeclaration(open);
+  if (second == '?') {
+    place_ = Place::Instruction;
+    return open + 1;
   }
-  if (rest.startsWith("<![CDATA[")) {
-    place_ = Place::CharacterData;
-    return open + 9;
-  }
-  if (rest.startsWith("<filedata")) {
+  if (second == 'f' && rest.startsWith("<filedata")) {
     qsizetype close = 9;
     while (close < rest.size() && close < kLookAhead && std::strchr(" \t\r\n", rest[close]) && rest[close])
       ++close;
@@ -180,16 +179,25 @@ qsizetype DxlSource::passMarkup(qsizetype at) {
       return open + close + 1;
     }
   }
-  if (rest.startsWith("<!DOCTYPE")) return passDocumentType(open);
-  if (rest.startsWith("<?")) {
-    place_ = Place::Instruction;
-  } else if (!rest.startsWith("</") && !rest.startsWith("<!")) {
-    place_ = Place::Tag;
-    quote_ = 0;
-    attributes_ = 0;
-    tagBytes_ = 0;
-  }
+  place_ = Place::Tag;
+  quote_ = 0;
+  attributes_ = 0;
+  tagBytes_ = 0;
   return open + 1;
+}
+
+// What begins with "<!".
+qsizetype DxlSource::passDeclaration(qsizetype at) {
+  const QByteArrayView rest = QByteArrayView(raw_).sliced(at);
+  if (rest.startsWith("<!--")) {
+    place_ = Place::Comment;
+    return at + 4;
+  }
+  if (rest.startsWith("<![CDATA[")) {
+    place_ = Place::CharacterData;
+    return at + 9;
+  }
+  return rest.startsWith("<!DOCTYPE") ? passDocumentType(at) : at + 1;
 }
 
 // The document type as a whole, since it is short.

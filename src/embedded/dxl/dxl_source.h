@@ -53,6 +53,7 @@ class DxlSource : public QIODevice {
   void decodeBlock(QByteArrayView block);
   void splitLongNodes();
   qsizetype passMarkup(qsizetype at);
+  qsizetype passDeclaration(qsizetype at);
   qsizetype passUntil(qsizetype at, QByteArrayView end);
   qsizetype passTag(qsizetype at);
   qsizetype passDocumentType(qsizetype at);

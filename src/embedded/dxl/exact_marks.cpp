@@ -7,11 +7,17 @@
 
 namespace lens {
 
-bool readMark(const DxlReader& in, QStringView mark, QString& value) {
-  const QXmlStreamAttributes attributes = in.attributes();
+namespace {
+
+constexpr QStringView kExact = u"exact";
+
+// Most elements have no attribute of our namespace; nothing is made for them.
+template <typename Wanted>
+bool findMark(const DxlReader& in, QString& value, Wanted wanted) {
+  const QXmlStreamAttributes& attributes = in.attributes();
   for (qsizetype i = 0; i < attributes.size(); ++i) {
     const QXmlStreamAttribute& attribute = attributes[i];
-    if (attribute.name() != mark || attribute.namespaceUri() != exactmark::kNamespace) continue;
+    if (attribute.namespaceUri() != exactmark::kNamespace || !wanted(attribute.name())) continue;
     in.markRead(i);
     value = attribute.value().toString();
     return true;
@@ -19,11 +25,19 @@ bool readMark(const DxlReader& in, QStringView mark, QString& value) {
   return false;
 }
 
+}  // namespace
+
+bool readMark(const DxlReader& in, QStringView mark, QString& value) {
+  return findMark(in, value, [&](QStringView name) { return name == mark; });
+}
+
 QString exactAttribute(const DxlReader& in, QStringView name) {
   QString encoded;
   const QString plain = in.attribute(name);
-  if (readMark(in, exactMarkOf(name), encoded)) return QUrl::fromPercentEncoding(encoded.toLatin1());
-  return plain;
+  const bool marked = findMark(in, encoded, [&](QStringView mark) {
+    return mark.startsWith(kExact) && mark.sliced(kExact.size()) == name;
+  });
+  return marked ? QUrl::fromPercentEncoding(encoded.toLatin1()) : plain;
 }
 
 bool hasExactAttribute(const DxlReader& in, QStringView name) {
@@ -31,7 +45,7 @@ bool hasExactAttribute(const DxlReader& in, QStringView name) {
 }
 
 QString exactMarkOf(QStringView attribute) {
-  return u"exact%1"_s.arg(attribute);
+  return kExact.toString().append(attribute);
 }
 
 QString percentEncoded(const QString& text) {

@@ -15,7 +15,7 @@ namespace lens {
 namespace {
 
 QString naming(const QString& item) {
-  return u"item \"%1\""_s.arg(item);
+  return u"item \""_s + item + u'"';
 }
 
 // What the start tag of an item says of it.
