@@ -59,39 +59,55 @@ QList<Entry> entriesMadeBy(const QByteArray& definitions) {
   return entriesOf(connection);
 }
 
-struct OwnSchema {
-  QHash<QByteArray, QByteArray> made;  // by name
-  QSet<QByteArray> needed, derived;
-  QSet<QByteArray> earlier;  // kinds and texts of what older programs made
+// Kind and text by name.
+using Schema = QHash<QByteArray, QByteArray>;
 
-  OwnSchema() {
-    const QByteArray create("CREATE TABLE ");
-    add(kNoteTables, needed);
-    add(create + kErasedTable + ";" + create + kLineageTable + ";" + create + kFolderTable + ";" +
-            kFolderIndexes,
-        needed);
+Schema schemaMadeBy(const QByteArray& definitions) {
+  Schema schema;
+  for (const Entry& entry : entriesMadeBy(definitions)) schema.insert(entry.name, entry.made);
+  return schema;
+}
+
+// To ask SQLite takes longer than to read a file's list, so each is made when a file first has something of
+// it.
+const Schema& neededSchema() {
+  const QByteArray create("CREATE TABLE ");
+  static const Schema schema =
+      schemaMadeBy(kNoteTables + create + kErasedTable + ';' + create + kLineageTable + ';' + create +
+                   kFolderTable + ';' + kFolderIndexes);
+  return schema;
+}
+
+const Schema& viewSchema() {
+  static const Schema schema = [] {
     QByteArray views;
-    for (const OwnTable& table : kViewTables) views += create + table.name + ' ' + table.definition + ';';
-    add(views + "CREATE INDEX " + kViewNoteParent, derived);
-    add(QByteArray(kFullTextWords) + ';' + kFullTextTables, derived);
+    for (const OwnTable& table : kViewTables)
+      views += QByteArray("CREATE TABLE ") + table.name + ' ' + table.definition + ';';
+    return schemaMadeBy(views + "CREATE INDEX " + kViewNoteParent);
+  }();
+  return schema;
+}
+
+const Schema& fullTextSchema() {
+  static const Schema schema = schemaMadeBy(QByteArray(kFullTextWords) + ';' + kFullTextTables);
+  return schema;
+}
+
+const Schema& derivedSchemaOf(const QByteArray& name) {
+  return name.contains("full_text") ? fullTextSchema() : viewSchema();
+}
+
+// Kinds and texts of what older programs made.
+const QSet<QByteArray>& earlierFolders() {
+  static const QSet<QByteArray> made = [] {
+    QSet<QByteArray> all;
     for (const QByteArray& folders : {QByteArray(kFirstFolders), QByteArray(kFirstFoldersParted)})
       for (const QByteArray& more : {QByteArray(), QByteArray(kTimeAdded), QByteArray(kFolderTriggers)})
         for (const Entry& entry : entriesMadeBy(folders + more))
-          if (entry.name.startsWith("folder_document")) earlier.insert(entry.made);
-  }
-
- private:
-  void add(const QByteArray& definitions, QSet<QByteArray>& names) {
-    for (const Entry& entry : entriesMadeBy(definitions)) {
-      made.insert(entry.name, entry.made);
-      names.insert(entry.name);
-    }
-  }
-};
-
-const OwnSchema& ownSchema() {
-  static const OwnSchema schema;
-  return schema;
+          if (entry.name.startsWith("folder_document")) all.insert(entry.made);
+    return all;
+  }();
+  return made;
 }
 
 [[noreturn]] void foreignSchema(const Connection& connection, const QByteArray& name, const QString& fault) {
@@ -110,23 +126,25 @@ qint64 versionOf(const Connection& connection) {
 }  // namespace
 
 SchemaFindings requireOwnSchema(const Connection& connection) {
-  const OwnSchema& own = ownSchema();
+  const Schema& needed = neededSchema();
   SchemaFindings findings;
   QSet<QByteArray> found;
   const qint64 version = versionOf(connection);
   for (const Entry& entry : entriesOf(connection)) {
     found.insert(entry.name);
-    if (own.made.value(entry.name) == entry.made) continue;
-    if (own.derived.contains(entry.name) && isTable(entry))
+    if (needed.value(entry.name) == entry.made) continue;
+    const Schema& derived = derivedSchemaOf(entry.name);
+    if (derived.value(entry.name) == entry.made) continue;
+    if (derived.contains(entry.name) && isTable(entry))
       findings.outdated.append(entry.name);
-    else if (version < kSchemaVersion && own.earlier.contains(entry.made))
+    else if (version < kSchemaVersion && earlierFolders().contains(entry.made))
       findings.earlierFolders = true;
     else
       foreignSchema(connection, entry.name, u"is not what this program makes"_s);
   }
   if (version >= kSchemaVersion)
-    for (const QByteArray& name : own.needed)
-      if (!found.contains(name)) foreignSchema(connection, name, u"is missing"_s);
+    for (auto own = needed.cbegin(); own != needed.cend(); ++own)
+      if (!found.contains(own.key())) foreignSchema(connection, own.key(), u"is missing"_s);
   return findings;
 }
 
