@@ -133,10 +133,10 @@ class Tour {
   }
 
   void showTheSmallWindows() {
-    application_->designCopy.Form_Load();
-    showOne(u"design-copy"_s, application_->designCopy.window);
-    application_->databasePicker.Form_Load();
-    showOne(u"picker"_s, application_->databasePicker.window);
+    application_->designCopy().Form_Load();
+    showOne(u"design-copy"_s, application_->designCopy().window);
+    application_->databasePicker().Form_Load();
+    showOne(u"picker"_s, application_->databasePicker().window);
   }
 
   void showOne(const QString& name, QWidget& window) {

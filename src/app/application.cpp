@@ -34,8 +34,6 @@ Application::Application(Gateway& notes, CApi& api, Host& host, const QString& s
       filePane(desk),
       designs(desk),
       designDocs(desk),
-      designCopy(desk, servers, databases),
-      databasePicker(desk, servers, databases),
       profiles(desk),
       deletion(desk),
       fieldTypes(desk),
@@ -51,6 +49,9 @@ Application::Application(Gateway& notes, CApi& api, Host& host, const QString& s
   hostTools.openFile = [this](const QString& path) { filePane.ShellOpenFile(path); };
   lifecycle.addDocTypes = [this, &host] { addDocTypes(state, *form.cmbFieldType, host); };
   deletion.refreshCurrentView = [this] { capture.RefreshCurrentView(); };
+  servers.setFallbackBox([this]() -> ComboBox& { return designCopy().serversOfLoadedWindow(); });
+  form.cmdDocCopy->click = [this] { designCopy().cmdDocCopy_Click(); };
+  form.cmdDbPicker->click = [this] { databasePicker().cmdDbPicker_Click(); };
   form.cmdCMRcoll->click = [this] { cmdCMRcoll_Click(); };
   form.sbrMain->setPanelText(u"Source"_s, source);
 }
@@ -61,6 +62,16 @@ ReplicTool& Application::bulk() {
     bulk_->dump.openFile = [this](const QString& path) { filePane.ShellOpenFile(path); };
   }
   return *bulk_;
+}
+
+DesignCopy& Application::designCopy() {
+  if (!designCopy_) designCopy_ = std::make_unique<DesignCopy>(desk, servers, databases);
+  return *designCopy_;
+}
+
+DatabasePicker& Application::databasePicker() {
+  if (!databasePicker_) databasePicker_ = std::make_unique<DatabasePicker>(desk, servers, databases);
+  return *databasePicker_;
 }
 
 void Application::cmdCMRcoll_Click() {

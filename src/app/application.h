@@ -51,8 +51,10 @@ class Application {
   // Runs the load step, then shows the main window, as high as the screen leaves room for.
   void start();
 
-  // The bulk document tool; made when it is first asked for, as its window has many controls.
+  // Windows beside the main window are made when they are first asked for, so that the start need not wait.
   ReplicTool& bulk();
+  DesignCopy& designCopy();
+  DatabasePicker& databasePicker();
   void cmdCMRcoll_Click();
 
   Form1 form;
@@ -77,8 +79,6 @@ class Application {
   FilePane filePane;
   DesignList designs;
   DesignDocs designDocs;
-  DesignCopy designCopy;
-  DatabasePicker databasePicker;
   Profiles profiles;
   Deletion deletion;
   FieldTypes fieldTypes;
@@ -92,6 +92,8 @@ class Application {
   Gateway& notes_;
   Host& host_;
   std::unique_ptr<ReplicTool> bulk_;
+  std::unique_ptr<DesignCopy> designCopy_;
+  std::unique_ptr<DatabasePicker> databasePicker_;
 };
 
 // Shows what no procedure handled as "Run-time error 'N':" and its description.

@@ -13,7 +13,6 @@ DatabasePicker::DatabasePicker(Desk& desk, ServerLists& servers, DatabaseLists& 
     : window(&desk.form), desk_(desk), servers_(servers), databases_(databases) {
   servers_.registerWindow(kForm3, {window.lstDesignServer});
   databases_.registerList(kChoices, kForm3, *window.lstDBNamesDest);
-  desk_.form.cmdDbPicker->click = [this] { cmdDbPicker_Click(); };
   window.unload = [this] { loaded_ = false; };
   window.cmdExpand2->click = [this] { cmdExpand2_Click(); };
   window.lstDesignServer->dblClick = [this] { cmdExpand2_Click(); };

@@ -21,12 +21,7 @@ QString behind(const QString& text, const QString& mark, qsizetype skipped) {
 DesignCopy::DesignCopy(Desk& desk, ServerLists& servers, DatabaseLists& databases)
     : window(&desk.form), desk_(desk), servers_(servers), databases_(databases) {
   servers_.registerWindow(kForm2, {window.lstDesignServer});
-  servers_.setFallbackBox([this]() -> ComboBox& {
-    loadForServers();
-    return *window.lstDesignServer;
-  });
   databases_.registerList(kTargets, kForm2, *window.lstDBNamesDest);
-  desk_.form.cmdDocCopy->click = [this] { cmdDocCopy_Click(); };
   window.unload = [this] { Form_Unload(); };
   window.terminate = [this] { desk_.state.gSession.release(); };
   window.cmdExpand2->click = [this] { cmdExpand2_Click(); };
@@ -42,9 +37,9 @@ void DesignCopy::cmdDocCopy_Click() {
   window.exec();
 }
 
-// The first server that the library names loads the window, within the walk over the names.
-void DesignCopy::loadForServers() {
+ComboBox& DesignCopy::serversOfLoadedWindow() {
   if (!loaded_) Form_Load();
+  return *window.lstDesignServer;
 }
 
 void DesignCopy::Form_Load() {

@@ -17,6 +17,8 @@ class DesignCopy {
   Form2 window;
 
   void cmdDocCopy_Click();
+  // The first server that the library names loads the window, within the walk over the names.
+  ComboBox& serversOfLoadedWindow();
   // A window that is hidden stays loaded, with what was typed into it; one that was closed is loaded anew.
   void Form_Load();
   void Form_Unload();
@@ -26,7 +28,6 @@ class DesignCopy {
   void cmdMoveDocs_Click();
 
  private:
-  void loadForServers();
   bool closeOpenDocument();
   NotesDatabase openTarget() const;
   void openSource();

@@ -26,7 +26,7 @@ class DatabasePickerTest : public ToolsTest {
     note.add(u"$Name"_s, itemflag::Summary, textValue(key));
     save(note);
   }
-  Form3& window() { return app->databasePicker.window; }
+  Form3& window() { return app->databasePicker().window; }
   void open(const std::function<void()>& inside) {
     QTimer::singleShot(0, &window(), [&] {
       inside();
@@ -66,8 +66,8 @@ TEST_F(DatabasePickerTest, AChosenDatabaseIsOpenedInTheClientAndItsProfilesAreLi
   EXPECT_EQ(boxes(), QStringList());
   EXPECT_EQ(shownInClient(), u"other.nsf"_s);
   EXPECT_EQ(state().gDb.filePath(), u"other.nsf"_s);
-  EXPECT_EQ(app->databasePicker.gPickedServer, QString());
-  EXPECT_EQ(app->databasePicker.gPickedDatabase, u"other.nsf"_s);
+  EXPECT_EQ(app->databasePicker().gPickedServer, QString());
+  EXPECT_EQ(app->databasePicker().gPickedDatabase, u"other.nsf"_s);
   ASSERT_EQ(rows("idList").size(), 1);
   EXPECT_TRUE(rows("idList")[0].contains(u"settings"_s)) << rows("idList")[0].toStdString();
 }
@@ -86,7 +86,7 @@ TEST_F(DatabasePickerTest, TheServerIsListedByItsButtonAndByADoubleClick) {
     pick(u"apps"_s);
   });
   EXPECT_EQ(boxes(), QStringList());
-  EXPECT_EQ(app->databasePicker.gPickedServer, kPickedHub);
+  EXPECT_EQ(app->databasePicker().gPickedServer, kPickedHub);
   EXPECT_EQ(state().gDb.server(), kPickedHub);
 }
 

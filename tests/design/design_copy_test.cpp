@@ -29,7 +29,7 @@ class DesignCopyTest : public ToolsTest {
     fill("idList", {row(u"Memo"_s, id)});
     control<ListBox>("idList").setListIndex(0);
   }
-  Form2& window() { return app->designCopy.window; }
+  Form2& window() { return app->designCopy().window; }
   // Presses "Copy/Move design doc" and does the rest in the window.
   void open(const std::function<void()>& inside) {
     QTimer::singleShot(0, &window(), [&] {

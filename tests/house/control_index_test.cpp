@@ -17,10 +17,10 @@ QString textOfFile(const QString& path) {
   return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-// "cmdGetDoc_Click in inspector/document_capture.cpp"
-QString procedureIn(const QString& control, QString event, const QString& file) {
+// "cmdGetDoc_Click"
+QString procedureOf(const QString& control, QString event) {
   event[0] = event[0].toUpper();
-  return control + u'_' + event + u" in "_s + file;
+  return control + u'_' + event;
 }
 
 struct IndexRow {
@@ -73,16 +73,14 @@ QSet<QString> connectedProcedures(const IndexedWindow& window) {
   QSet<QString> found;
   QDirIterator files(root + window.folder, {u"*.cpp"_s}, QDir::Files, QDirIterator::Subdirectories);
   while (files.hasNext()) {
-    const QString file = files.next().mid(root.size());
-    const QString text = textOfFile(u"src/"_s + file);
+    const QString text = textOfFile(u"src/"_s + files.next().mid(root.size()));
     for (const QRegularExpressionMatch& match : ofControl.globalMatch(text))
-      found += procedureIn(match.captured(1), match.captured(2), file);
+      found += procedureOf(match.captured(1), match.captured(2));
     for (const QRegularExpressionMatch& match : ofMenu.globalMatch(text))
-      found += procedureIn(match.captured(1), u"click"_s, file);
+      found += procedureOf(match.captured(1), u"click"_s);
     for (const QRegularExpressionMatch& match : ofWindow.globalMatch(text)) {
       const QString event = match.captured(1);
-      if (!event.startsWith(u"mnu"_s))
-        found += procedureIn(u"Form"_s, windowEvents.value(event, event), file);
+      if (!event.startsWith(u"mnu"_s)) found += procedureOf(u"Form"_s, windowEvents.value(event, event));
     }
   }
   return found;
@@ -114,7 +112,7 @@ TEST(ControlIndex, HoldsEveryConnectedEventAndNoOther) {
   for (const IndexedWindow& window : indexedWindows()) {
     QSet<QString> told;
     for (const IndexRow& row : indexOfControls(window))
-      for (const QString& event : row.events) told += procedureIn(row.control, event, row.file);
+      for (const QString& event : row.events) told += procedureOf(row.control, event);
     const QSet<QString> connected = connectedProcedures(window);
     EXPECT_GE(connected.size(), window.events) << window.ui.toStdString();
     for (const QString& procedure : connected - told)
