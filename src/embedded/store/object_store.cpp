@@ -16,6 +16,14 @@ namespace lens {
 namespace {
 
 constexpr qsizetype kChunkSize = 256 * 1024;
+// Six times as fast as SHA-256, which would take longer than to write the bytes.
+constexpr QCryptographicHash::Algorithm kChecksum = QCryptographicHash::Blake2b_512;
+
+// Objects that were stored before have checksums of SHA-256.
+QCryptographicHash::Algorithm algorithmOf(const QByteArray& checksum) {
+  const int older = QCryptographicHash::hashLength(QCryptographicHash::Sha256);
+  return checksum.size() == older ? QCryptographicHash::Sha256 : kChecksum;
+}
 
 [[noreturn]] void objectFault(const QString& path, quint32 objectId, const QString& fault) {
   throw RuntimeError(enginefault::Damaged,
@@ -42,7 +50,7 @@ void writeAll(QIODevice& target, QByteArrayView bytes, const QString& databasePa
 
 // An object between its begin and its end.
 struct ObjectStore::Pending {
-  QCryptographicHash hash{QCryptographicHash::Sha256};
+  QCryptographicHash hash{kChecksum};
   QByteArray rest;  // less than a chunk
   qint64 size = 0;
   int chunks = 0;
@@ -170,7 +178,7 @@ void ObjectStore::read(quint32 objectId, QIODevice& target) const {
     chunks = row.below(1, kNoNumber);
     checksum = row.blob(2).toByteArray();
   }
-  QCryptographicHash hash(QCryptographicHash::Sha256);
+  QCryptographicHash hash(algorithmOf(checksum));
   qint64 total = 0;
   QByteArray bytes;
   for (qint64 number = 0; number < chunks; ++number) {

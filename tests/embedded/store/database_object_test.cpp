@@ -187,6 +187,18 @@ TEST_F(DatabaseObject, DamagedObjectLeavesNoFile) {
   database->objects().extract(object.id, target());
 }
 
+// As earlier programs stored them.
+TEST_F(DatabaseObject, ChecksumOfShaIsHeld) {
+  const QByteArray content(700000, 'e');
+  const auto object = stored(content);
+  const QByteArray sha = QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex();
+  damage(("UPDATE object SET checksum = x'" + sha + "'").constData());
+  database->objects().extract(object.id, target());
+  EXPECT_EQ(contentOf(target()), content);
+  damage("UPDATE object_chunk SET bytes = replace(bytes, x'65', x'66') WHERE number = 2");
+  EXPECT_EQ(errorNumber([&] { database->objects().extract(object.id, target()); }), enginefault::Damaged);
+}
+
 TEST_F(DatabaseObject, FailedExtractionKeepsTheFileThatWasThere) {
   const auto object = stored(QByteArray(700000, 'e'));
   writeFile(target(), "before");
