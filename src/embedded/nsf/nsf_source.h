@@ -1,0 +1,57 @@
+// The bytes of a real database: read piece by piece and never written.
+#pragma once
+
+#include <QByteArray>
+#include <QFile>
+#include <QString>
+#include <memory>
+
+namespace lens {
+
+// Positions and sizes are bytes from the start. A source belongs to one thread.
+class NsfSource {
+ public:
+  virtual ~NsfSource() = default;
+  NsfSource(const NsfSource&) = delete;
+  NsfSource& operator=(const NsfSource&) = delete;
+
+  // As it was when the source was opened: a file that grows shows no more than that.
+  qint64 size() const { return size_; }
+  // Exactly so many bytes, or false: where the range does not lie in the source, in what has been cut off
+  // since, and where reading fails.
+  bool read(qint64 at, qint64 count, QByteArray& bytes) const;
+
+ protected:
+  explicit NsfSource(qint64 size) : size_(size) {}
+
+ private:
+  virtual bool readInside(qint64 at, qint64 count, char* bytes) const = 0;
+  qint64 size_;
+};
+
+// A file on disk, opened for reading only, and so that others may go on to read and write it. Its pieces are
+// read and not mapped: where a mapped file is cut short by another program, or its network drive goes away,
+// the system would end this one.
+class NsfFileSource : public NsfSource {
+ public:
+  // Null with the reason where the path does not lead to a plain file that can be read. Never waits for a
+  // pipe.
+  static std::unique_ptr<NsfFileSource> open(const QString& path, QString& reason);
+
+ private:
+  explicit NsfFileSource(std::unique_ptr<QFile> file);
+  bool readInside(qint64 at, qint64 count, char* bytes) const override;
+  std::unique_ptr<QFile> file_;
+};
+
+// Bytes in memory.
+class NsfBytesSource : public NsfSource {
+ public:
+  explicit NsfBytesSource(QByteArray bytes) : NsfSource(bytes.size()), bytes_(std::move(bytes)) {}
+
+ private:
+  bool readInside(qint64 at, qint64 count, char* bytes) const override;
+  QByteArray bytes_;
+};
+
+}  // namespace lens
