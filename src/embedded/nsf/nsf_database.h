@@ -24,6 +24,7 @@
 #include "embedded/nsf/huffman_stream.h"
 #include "embedded/nsf/nsf_acl.h"
 #include "embedded/nsf/nsf_note.h"
+#include "embedded/nsf/nsf_properties.h"
 #include "embedded/nsf/nsf_report.h"
 #include "embedded/nsf/nsf_source.h"
 
@@ -41,14 +42,6 @@ enum class NsfRefusal {
 // Salvage reads whatever looks like a note where the tables are lost. Only on the user's demand: deleted and
 // outdated notes may be among what it finds.
 enum class NsfReading { Proven, Salvage };
-
-// Properties of the database that are no notes.
-struct NsfProperties {
-  QString title, categories, templateName, inheritsFrom;
-  TimeDate databaseId, replicaId;
-  quint16 databaseClass = 0, flags = 0, replicationFlags = 0, cutoffDays = 0;
-  TimeDate lastChange, lastDataChange, lastDesignChange, cutoff, nextPurge;
-};
 
 class NsfDatabase {
  public:

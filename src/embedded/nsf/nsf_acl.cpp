@@ -1,0 +1,62 @@
+#include "embedded/nsf/nsf_acl.h"
+
+#include "embedded/format/lmbcs.h"
+#include "embedded/nsf/record_bytes.h"
+
+namespace lens {
+namespace {
+
+constexpr quint16 kAclMark = 0x4143, kAclEntryMark = 0x4145;
+constexpr qint64 kAclHead = 40, kAclEntryHead = 20, kRoleName = 16, kRoleBits = 10;
+
+QString textUpToNul(QByteArrayView bytes) {
+  const qsizetype end = bytes.indexOf('\0');
+  return fromLmbcs(end < 0 ? bytes : bytes.first(end));
+}
+
+QStringList readHistory(QByteArrayView bytes, int lines) {
+  QStringList history;
+  while (history.size() < lines && !bytes.isEmpty()) {
+    const qsizetype end = bytes.indexOf('\0');
+    history.push_back(textUpToNul(bytes));
+    bytes = end < 0 ? QByteArrayView() : bytes.sliced(end + 1);
+  }
+  return history;
+}
+
+}  // namespace
+
+std::optional<NsfAcl> readNsfAcl(QByteArrayView payload, QString& reason) {
+  const RecordBytes bytes(payload);
+  reason.clear();
+  if (!bytes.isSigned(kAclMark) || !bytes.has(0, kAclHead)) {
+    reason = QStringLiteral("it does not begin as a list of access");
+    return std::nullopt;
+  }
+  NsfAcl acl;
+  const quint16 count = bytes.u16(6), roles = bytes.u16(12);
+  const qint64 rolesAt = bytes.u16(14);
+  if (!bytes.has(rolesAt, roles * kRoleName)) {
+    reason = QStringLiteral("its names of roles do not lie in it");
+    return std::nullopt;
+  }
+  for (qint64 i = 0; i < roles; ++i)
+    acl.roleNames += textUpToNul(bytes.part(rolesAt + i * kRoleName, kRoleName));
+  qint64 at = bytes.u16(20);
+  for (int i = 0; i < count; ++i) {
+    const qint64 length = bytes.u16(at + 18);
+    if (bytes.u16(at + 2) != kAclEntryMark || !bytes.has(at, kAclEntryHead + length)) {
+      reason = QStringLiteral("entry %1 does not lie in it").arg(i + 1);
+      return std::nullopt;
+    }
+    acl.entries.push_back({fromLmbcs(bytes.part(at + kAclEntryHead, length)), bytes.u16(at + 4),
+                           bytes.u16(at + 16), bytes.part(at + 6, kRoleBits).toByteArray()});
+    // A NUL ends the name, and another one makes the size even.
+    const qint64 size = kAclEntryHead + length + 1;
+    at += size + size % 2;
+  }
+  acl.history = readHistory(bytes.part(bytes.u16(34), bytes.u16(36)), bytes.u16(38));
+  return acl;
+}
+
+}  // namespace lens
