@@ -122,7 +122,7 @@ void StoreDatabase::setProfileItem(const QString& profile, const QString& key, c
 bool StoreDatabase::exists(const QString& server, const QString& path) const {
   try {
     if (looksLikeReplicaId(path)) return !workspace_.replicas(server, QString(path).remove(u':')).isEmpty();
-    return lens::Database::looksLikeDatabase(workspace_.absolutePath(workspace_.place(server, path)));
+    return Workspace::looksLikeDatabase(workspace_.absolutePath(workspace_.place(server, path)));
   } catch (const RuntimeError&) {
     return false;  // an unknown server, a path that leads outside, a file that cannot be read
   }

@@ -251,6 +251,14 @@ QVector<NoteId> NsfDatabase::noteIds() const {
   return ids;
 }
 
+QVector<NoteId> NsfDatabase::notesWithObjects() const {
+  QVector<NoteId> ids;
+  if (!isOpen()) return ids;
+  for (const NsfEntry& entry : contents_->index->entries())
+    if (entry.kind == NsfKind::Note && entry.status & nsfstatus::HasObject) ids.push_back(NoteId(entry.id));
+  return ids;
+}
+
 QVector<NsfStub> NsfDatabase::stubs() const {
   return isOpen() ? contents_->index->stubs() : QVector<NsfStub>();
 }
@@ -340,9 +348,10 @@ QVector<NoteId> NsfDatabase::folderDocuments(const NsfNote& folder) {
 }
 
 bool NsfDatabase::hasChangedSince() const {
+  const NsfSource& source = *contents_->source;
   QByteArray now;
-  return !contents_->source->read(0, kNsfHeaderBytes, now) || now != contents_->headerBytes ||
-         superblockHeads(*contents_->source, contents_->header) != contents_->superblocks;
+  return !source.read(0, kNsfHeaderBytes, now) || now != contents_->headerBytes ||
+         superblockHeads(source, contents_->header) != contents_->superblocks;
 }
 
 }  // namespace lens

@@ -58,6 +58,8 @@ class NsfDatabase {
 
   // Proven notes in order of ID: documents, design notes, profiles, ghosts and what was deleted softly.
   QVector<NoteId> noteIds() const;
+  // Those of them that say that an item of theirs leads to an object.
+  QVector<NoteId> notesWithObjects() const;
   // Proven stubs in order of ID.
   QVector<NsfStub> stubs() const;
   // The note of that UNID, the first where two have it; 0: none. Stubs count for nothing here.

@@ -46,6 +46,31 @@ void writeAll(QIODevice& target, QByteArrayView bytes, const QString& databasePa
   }
 }
 
+// Takes all bytes and keeps their digest.
+class HashingDevice : public QIODevice {
+ public:
+  HashingDevice() { open(WriteOnly | Unbuffered); }
+  QByteArray result() const { return hash_.result(); }
+
+ protected:
+  qint64 readData(char*, qint64) override { return -1; }
+  qint64 writeData(const char* bytes, qint64 size) override {
+    hash_.addData(QByteArrayView(bytes, size));
+    return size;
+  }
+
+ private:
+  QCryptographicHash hash_{QCryptographicHash::Sha256};
+};
+
+QByteArray digestOutside(OutsideObjects& outside, quint32 objectId) {
+  const qint64 size = outside.size(objectId);
+  if (size < 0) return {};
+  HashingDevice device;
+  outside.read(objectId, device);
+  return QByteArray::number(size) + ' ' + device.result();
+}
+
 }  // namespace
 
 // An object between its begin and its end.
@@ -165,10 +190,17 @@ StoredObject ObjectStore::add(QIODevice& source) {
 
 qint64 ObjectStore::size(quint32 objectId) const {
   Statement::Run row(statements_->read, objectId);
-  return row.step() ? row.below(0, kNoNumber) : -1;
+  if (row.step()) return row.below(0, kNoNumber);
+  return outside_ ? outside_->size(objectId) : -1;
+}
+
+bool ObjectStore::holds(quint32 objectId) const {
+  Statement::Run row(statements_->read, objectId);
+  return row.step();
 }
 
 void ObjectStore::read(quint32 objectId, QIODevice& target) const {
+  if (outside_ && !holds(objectId)) return outside_->read(objectId, target);
   qint64 size = 0, chunks = 0;
   QByteArray checksum;
   {
@@ -220,7 +252,7 @@ void ObjectStore::remove(quint32 objectId) {
 
 QByteArray ObjectStore::digest(quint32 objectId) const {
   Statement::Run row(statements_->read, objectId);
-  if (!row.step()) return {};
+  if (!row.step()) return outside_ ? digestOutside(*outside_, objectId) : QByteArray();
   return QByteArray::number(row.integer(0)) + ' ' + row.blob(2).toByteArray();
 }
 

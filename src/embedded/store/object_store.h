@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "embedded/format/note.h"
+#include "embedded/store/outside_objects.h"
 
 namespace lens {
 
@@ -46,6 +47,10 @@ class ObjectStore {
   // Size and checksum of an object, empty when there is none: equal ones hold equal bytes.
   QByteArray digest(quint32 objectId) const;
 
+  // Objects that the file does not hold are looked for there from now on.
+  void setOutside(std::unique_ptr<OutsideObjects> outside) { outside_ = std::move(outside); }
+  bool hasOutside() const { return outside_ != nullptr; }
+
   // What the note refers to is wanted from now on.
   void noteSaved(const Note& note);
   // Removes what no live note refers to, unless it was written here and its note may still be unsaved. Does
@@ -58,12 +63,14 @@ class ObjectStore {
   Pending& pending(quint32 objectId);
   void storeChunk(quint32 objectId, Pending& object, QByteArrayView bytes);
   bool addReferences(QSet<quint32>& objects) const;
+  bool holds(quint32 objectId) const;
 
   StoreSession& session_;
   std::unique_ptr<Statements> statements_;
   QHash<quint32, std::shared_ptr<Pending>> pending_;
   // Objects that were written here and are in no saved note yet: a document may still be open with them.
   QSet<quint32> unsaved_;
+  std::unique_ptr<OutsideObjects> outside_;
 };
 
 }  // namespace lens

@@ -59,6 +59,13 @@ QStringList pathParts(const QString& directory, const QString& path) {
   return parts;
 }
 
+// A real database is only read: it may lie anywhere on this machine.
+bool isRealOutside(const QString& server, const QString& directory, const QString& path) {
+  const QString file = QDir::cleanPath(QDir::fromNativeSeparators(path.trimmed()));
+  return server.isEmpty() && QDir::isAbsolutePath(file) && !file.startsWith(directory + u'/') &&
+         RealDatabases::isReal(file);
+}
+
 // A link inside the directory may still lead out of it. Of a file that is not there yet the deepest folder
 // that is counts.
 void checkInside(const QString& directory, const QString& file, const QString& path) {
@@ -99,7 +106,10 @@ std::shared_ptr<Workspace> Workspace::open(const QString& directory, const Regio
 }
 
 Workspace::Workspace(const QString& directory, const Regional& regional)
-    : directory_(directory), regional_(regional), ini_(directory + u"/notes.ini"_s, u"Notes"_s) {
+    : directory_(directory),
+      regional_(regional),
+      ini_(directory + u"/notes.ini"_s, u"Notes"_s),
+      real_(directory) {
   if (!QFileInfo::exists(ini_.path())) {
     ini_.change([](IniFile& ini) {
       // Another program may be making the same workspace.
@@ -202,14 +212,20 @@ QStringList Workspace::databases(const QString& server) const {
   const QString root = serverDirectory(canonicalServer(server));
   QStringList found = databaseFiles(server);
   found.removeIf([&](const QString& path) {
-    return !Database::looksLikeDatabase(root + u'/' + QDir::fromNativeSeparators(path));
+    return !looksLikeDatabase(root + u'/' + QDir::fromNativeSeparators(path));
   });
   return found;
+}
+
+bool Workspace::looksLikeDatabase(const QString& file) {
+  return Database::looksLikeDatabase(file) || RealDatabases::isReal(file);
 }
 
 DatabasePlace Workspace::place(const QString& server, const QString& path) const {
   const QString name = canonicalServer(server);
   const QString& root = serverDirectory(name);
+  if (isRealOutside(name, root, path))
+    return {name, QDir::toNativeSeparators(QDir::cleanPath(path.trimmed()))};
   QStringList parts = pathParts(root, path);
   if (!isDatabaseName(parts.last())) parts.last() += u".nsf"_s;
   QString directory = root;
@@ -222,14 +238,18 @@ DatabasePlace Workspace::place(const QString& server, const QString& path) const
 }
 
 QString Workspace::absolutePath(const DatabasePlace& place) const {
+  if (QDir::isAbsolutePath(place.path)) return QDir::fromNativeSeparators(place.path);
   return serverDirectory(place.server) + u'/' + QDir::fromNativeSeparators(place.path);
 }
 
 std::shared_ptr<Database> Workspace::database(const QString& server, const QString& path) {
   const QString file = absolutePath(place(server, path));
   // Also for who has it open: what is saved to a file that somebody deleted would be lost.
-  if (!QFileInfo(file).isFile()) failWorkspace(workspacefault::NoSuchFile, file, u"File does not exist"_s);
-  return Database::open(file);
+  if (!QFileInfo(file).isFile()) {
+    if (auto copy = real_.openWithoutSource(file)) return copy;
+    failWorkspace(workspacefault::NoSuchFile, file, u"File does not exist"_s);
+  }
+  return RealDatabases::isReal(file) ? real_.open(file) : Database::open(file);
 }
 
 }  // namespace lens

@@ -20,6 +20,7 @@
 #include "embedded/files/ini_file.h"
 #include "embedded/store/database.h"
 #include "embedded/workspace/client_state.h"
+#include "embedded/workspace/real_databases.h"
 #include "embedded/workspace/workspace_fault.h"
 #include "host/regional.h"
 
@@ -61,19 +62,29 @@ class Workspace {
   // Paths of all files that are named like databases, whatever is in them, folders included, sorted by
   // upper-cased path.
   QStringList databaseFiles(const QString& server) const;
-  // Those that look like our databases.
+  // Those that look like databases, ours or real ones of the platform (real_databases.h).
   QStringList databases(const QString& server) const;
   // Where a database stands, whether or not the file exists. Without an ending ".nsf" is meant,
-  // and an existing file is found in any case of letters. Raises BadPath or UnknownServer.
+  // and an existing file is found in any case of letters. A real database of this machine may lie outside the
+  // directory; its path is absolute then. Raises BadPath or UnknownServer.
   DatabasePlace place(const QString& server, const QString& path) const;
   QString absolutePath(const DatabasePlace& place) const;
 
-  // The database, opened once for all who hold it. Raises when there is none or it cannot be opened.
+  // Whether a file is a database by its first bytes.
+  static bool looksLikeDatabase(const QString& file);
+
+  // The database, opened once for all who hold it. Raises when there is none or it cannot be opened. Of a
+  // real database it is a copy that cannot be changed.
   std::shared_ptr<Database> database(const QString& server, const QString& path);
   // Makes a new one. An existing file is replaced only on demand, only when it is one of our
   // databases, and only while nobody holds it.
   std::shared_ptr<Database> createDatabase(const QString& server, const QString& path,
                                            const DatabaseInfo& info, bool replace = false);
+
+  // How a real database was read; none for one of ours.
+  std::optional<RealDatabase> realDatabase(const Database& database) const {
+    return real_.describe(database);
+  }
 
   // The properties of a database without opening it for good; empty where it cannot be read.
   DatabaseInfo infoOf(const DatabasePlace& place) const;
@@ -125,6 +136,7 @@ class Workspace {
   QVector<Server> servers_;
   QStringList serverFaults_;
   ClientState client_;
+  RealDatabases real_;
   std::function<void(const DatabasePlace&)> changed_;
   std::function<bool()> interruptCheck_;
 };

@@ -6,6 +6,7 @@
 #include "embedded/files/staged_file.h"
 #include "embedded/replication/replication.h"
 #include "embedded/store/database_copy.h"
+#include "embedded/store/database_file.h"
 #include "embedded/workspace/workspace.h"
 #include "notes/literals.h"
 
@@ -45,6 +46,16 @@ std::shared_ptr<Database> replaceDatabase(const QString& file, const DatabaseInf
   return Database::open(file);
 }
 
+// Objects that lie in another file come along.
+void copyWithObjects(Database& source, const QString& file) {
+  const ReplicationReport report = lens::createReplica(source, file);
+  const std::shared_ptr<Database> copy = Database::open(file);
+  DatabaseInfo info = copy->info();
+  info.replicaId = timeDateHex(newIdTime());
+  copy->setInfo(info);
+  requireNothingLeftOut(file, report.leftOut);
+}
+
 }  // namespace
 
 std::shared_ptr<Database> Workspace::createDatabase(const QString& server, const QString& path,
@@ -65,7 +76,10 @@ void Workspace::copyDatabase(const DatabasePlace& from, const DatabasePlace& to)
   const std::shared_ptr<Database> source = database(from.server, from.path);
   const QString file = absolutePath(to);
   withFolders(file, [&] {
-    lens::copyDatabase(*source, file);
+    if (source->objects().hasOutside())
+      copyWithObjects(*source, file);
+    else
+      lens::copyDatabase(*source, file);
     return true;
   });
   client_.changeDatabases();
@@ -73,7 +87,8 @@ void Workspace::copyDatabase(const DatabasePlace& from, const DatabasePlace& to)
 
 DatabaseInfo Workspace::infoOf(const DatabasePlace& place) const {
   try {
-    return Database::infoOf(absolutePath(place));
+    const QString file = absolutePath(place);
+    return RealDatabases::isReal(file) ? RealDatabases::infoOf(file) : Database::infoOf(file);
   } catch (const RuntimeError&) {
     return {};
   }
@@ -101,6 +116,9 @@ DatabasePlace Workspace::createReplica(Database& source, const QString& server, 
 
 void Workspace::removeDatabase(const DatabasePlace& place) {
   const std::shared_ptr<Database> held = database(place.server, place.path);
+  if (realDatabase(*held))
+    failWorkspace(err::PermissionDenied, absolutePath(place),
+                  u"the database is not removed (it is a real one, which is only read)"_s);
   held->removeFile();
   if (client_.isOnTop(place)) client_.closeDatabase();
   client_.changeDatabases();

@@ -1,0 +1,15 @@
+// What a real database holds, as JSON for programs: one object for each note and stub. docs/nsf.md tells the
+// keys.
+#pragma once
+
+#include <QJsonObject>
+
+#include "embedded/nsf/nsf_note.h"
+
+namespace lens {
+
+// A value is told by its size and the SHA-256 of its bytes, both without the type word.
+QJsonObject nsfNoteJson(const NsfNote& note);
+QJsonObject nsfStubJson(const NsfStub& stub);
+
+}  // namespace lens

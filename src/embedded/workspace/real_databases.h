@@ -1,0 +1,54 @@
+// Real databases of the platform in a workspace: each is read once into a store of ours that nobody changes,
+// and opened from there as long as the file stays as it was.
+//
+//   cache/nsf/<path>-<state>/   digests; the copy under the file's own name, report.json and report.txt
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <memory>
+#include <optional>
+
+#include "embedded/store/database.h"
+
+namespace lens {
+
+// What a reader of such a copy wants to know.
+struct RealDatabase {
+  QString source;      // the file
+  QString reportText;  // what was found in it, for people
+  int notesFound = 0, notesRead = 0;
+
+  // "read-only copy of mail.nsf, 118 of 120 notes read"
+  QString line() const;
+};
+
+class RealDatabases {
+ public:
+  explicit RealDatabases(QString workspace) : directory_(std::move(workspace)) {}
+
+  // Whether a file is one by its first bytes. Files that are open here are ours.
+  static bool isReal(const QString& path);
+  static DatabaseInfo infoOf(const QString& path);
+
+  // Its copy, which is made first where there is none of this state of the file. Raises CannotOpen where the
+  // file cannot be read, and NotADatabase, NewerSchema (a layout that is not known) or Damaged where it is
+  // refused, with the reason; and what writing the copy raises.
+  std::shared_ptr<Database> open(const QString& path);
+  // The copy that was opened last, of a file that is not there any more: all but its attachments can be read.
+  // Null where none was opened.
+  std::shared_ptr<Database> openWithoutSource(const QString& path);
+  // Of a copy that was opened; none for every other database.
+  std::optional<RealDatabase> describe(const Database& database) const;
+
+ private:
+  static void makeCopy(const QString& path, const QByteArray& state, const QString& folder);
+  void removeEarlier(const QString& prefix, const QString& except) const;
+  std::shared_ptr<Database> openCopy(const QString& copy, const QString& path, const QByteArray& state);
+
+  QString directory_;
+  QHash<QString, RealDatabase> known_;  // by the path of the copy
+  QHash<QString, QString> copies_;      // by the path of the file as it was asked for
+};
+
+}  // namespace lens
