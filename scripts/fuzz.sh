@@ -18,6 +18,15 @@ seed_formula() {
   { cat fuzz/formula.dict; echo "$names"; } >"$folder.dict"
 }
 
+# One file for each vector of the tests: its bytes, and its source.
+seed_compiled_formula() {
+  local folder=$1 vectors=tests/embedded/formula/compiled/vectors.txt
+  grep -E ' (=>|<=) [0-9a-f]+$' $vectors | sed -E 's/.* (=>|<=) //' | seed_hex "$folder"
+  sed -nE 's/^([^#].*) (=>|<=) [0-9a-f]+$/\1/p' $vectors |
+    awk -v folder="$folder" '{ gsub("¶", "\n"); name = folder "/source" NR; printf "%s", $0 > name; close(name) }'
+  printf '"\\x05\\x00"\n"\\x03\\x00"\n"\\x04\\x00"\n"\\x07\\x00"\n"\\xAF\\x00"\n"\\xAE\\x00"\n"\\xFB\\x00"\n"\\xB5\\x03"\n' >"$folder.dict"
+}
+
 # One file for each short note of the samples; the words are those that the importer knows.
 seed_dxl() {
   local folder=$1

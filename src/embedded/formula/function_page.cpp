@@ -1,7 +1,9 @@
 #include "embedded/formula/function_page.h"
 
+#include "embedded/formula/compiled/codes.h"
 #include "embedded/formula/faults.h"
 #include "embedded/formula/function.h"
+#include "embedded/formula/spelling.h"
 #include "notes/literals.h"
 
 namespace lens::formula {
@@ -41,7 +43,8 @@ the arguments of a function. `name := value` may stand there too.
 ## How it is written
 
 - Upper and lower case matter in texts only. Blanks, tabs and line ends may stand anywhere between the parts.
-- **Names** begin with a letter, `_` or `$`; digits may follow. A variable hides the item of the same name.
+- **Names** begin with a letter, `_` or `$`; digits may follow. A variable hides the item of the same name. One
+  of the signs `.` `\` `}` alone is a name too: designs in use have such variables.
 - **Texts** stand in `"quotes"` or `{braces}`. A backslash takes the next character as it is: `\"`, `\}`, `\\`.
 - **Numbers**: `12`, `.5`, `1.5E-3`. The mark is a point everywhere.
 - **Dates and times** stand in brackets: `[03/15/2024]`, `[14:30]`, `[03/15/2024 2:30 PM]`; `[a - b]` is a range.
@@ -161,6 +164,78 @@ QString messages() {
   return text;
 }
 
+// --- The compiled form ---------------------------------------------------------------------------------
+
+constexpr const char* kCompiled = R"(## Compiled formulas
+
+Databases hold formulas in the platform's compiled form: `$Formula` of views, columns, fields, window titles, actions,
+hide-when formulas and agents, also where a DXL file says `compiled='true'`. That form keeps no source text, and
+nothing of what makes it: names, constants, order, parentheses, remarks, blanks and line breaks come back as they were
+written. What is not kept: small and capital letters in names of functions and keywords, the way in which a number, a
+date, `!=` or the quotes of a text were written, white space in front of a `;`, and a `;` at the end.
+
+| What is met | What is shown | Does it run? |
+|---|---|---|
+| a formula whose names are all proven | its source | yes |
+| one with names from the context of their use, or with guessed names | its source, and which names these are | yes |
+| one with a code that nobody knows the name of | its source with `@Function_0C1(...)` or `[#123]` in that place | no; the error names the code |
+| a hidden formula | `Formula is hidden` | no |
+| damaged bytes | nothing, with the reason and the place | no |
+
+Nothing is made up: bytes that no source can stand for are not shown as one. Parentheses that the code does not have,
+and the source needs, are added. A view that was stored without the word SELECT is shown with it.
+
+Formulas are written in that form too, so that other programs can take them, but never with a guessed code. What holds
+a function, keyword or operator without a sure code, a range of dates, or DEFAULT and ENVIRONMENT inside an expression
+is kept as source text behind a zero word, and exported as source.
+
+)";
+
+QStringList functionsOf(Sureness sureness) {
+  QStringList names;
+  for (const FunctionCode& row : functionCodes())
+    if (row.sureness == sureness) names += code(QString::fromLatin1(row.name));
+  return names;
+}
+
+QStringList keywordsOf(Sureness sureness) {
+  QStringList names;
+  for (const KeywordCode& row : keywordCodes())
+    if (row.sureness == sureness) names += code(u"[%1]"_s.arg(QLatin1StringView(row.name)));
+  return names;
+}
+
+QStringList operatorsOf(Sureness sureness) {
+  QStringList names;
+  for (const OperatorCode& row : operatorCodes())
+    if (row.sureness == sureness)
+      names += code((row.operands == 1 ? u"%1a"_s : u"a %1 b"_s).arg(signOf(row.op)));
+  if (kAssignFieldSureness == sureness) names += code(u"FIELD a := b"_s) + u" inside an expression"_s;
+  return names;
+}
+
+QStringList functionsWithoutCode() {
+  QStringList names;
+  for (const Function* const function : allFunctions())
+    if (!functionCodeOf(*function)) names += code(QString::fromLatin1(function->name));
+  return names;
+}
+
+QString compiledForm() {
+  const auto all = [](Sureness sureness) {
+    return operatorsOf(sureness) + functionsOf(sureness) + keywordsOf(sureness);
+  };
+  QString page = QString::fromUtf8(kCompiled);
+  const auto add = [&](const QString& title, const QStringList& names) {
+    page += u"- %1: %2.\n"_s.arg(title, names.join(u", "_s));
+  };
+  add(u"Proven, by comparison with the source of the same formulas"_s, all(Sureness::Proven));
+  add(u"From the context of their use; read and written"_s, all(Sureness::Context));
+  add(u"Guessed from their place among others; read and never written"_s, all(Sureness::Guess));
+  add(u"Without a known code, as all keywords that are not named here"_s, functionsWithoutCode());
+  return page + u'\n';
+}
+
 }  // namespace
 
 QString functionPage() {
@@ -170,7 +245,7 @@ QString functionPage() {
       "and are an error when they run. What stands in *slanted* letters is where this program does less than "
       "the platform, or something else.\n\n"_s;
   for (const Family& family : kFamilies) page += table(family);
-  return page + messages();
+  return page + compiledForm() + messages();
 }
 
 }  // namespace lens::formula

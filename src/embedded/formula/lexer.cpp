@@ -61,12 +61,23 @@ bool isDigit(char16_t c) {
   return c >= u'0' && c <= u'9';
 }
 
+// Designs in use have variables that are called by one of these signs alone.
+bool isStraySign(char16_t c) {
+  return c == u'.' || c == u'\\' || c == u'}';
+}
+
+const Reserved* reservedWord(QStringView word) {
+  for (const Reserved& reserved : kReserved)
+    if (word.size() == reserved.word.size() && word.compare(reserved.word, Qt::CaseInsensitive) == 0)
+      return &reserved;
+  return nullptr;
+}
+
 class Lexer {
  public:
-  explicit Lexer(QStringView source) : source_(source), size_(int(source.size())) {
-    tokens_.reserve(size_t(size_ / 3 + 2));
-  }
+  explicit Lexer(QStringView source) : source_(source), size_(int(source.size())) {}
   std::vector<Token> read();
+  bool isOneName() const;
 
  private:
   char16_t at(int place) const { return place < size_ ? source_[place].unicode() : u'\0'; }
@@ -74,6 +85,8 @@ class Lexer {
   int letterAt(int place) const;
   int nameUnitAt(int place) const;
   int nameEnd(int place) const;
+  int dottedNameEnd(int place) const;
+  bool expectsValue() const;
   void readName(int from);
   void readNumber(int from);
   void readText(int from);
@@ -90,6 +103,7 @@ class Lexer {
 };
 
 std::vector<Token> Lexer::read() {
+  tokens_.reserve(size_t(size_ / 3 + 2));
   for (int i = 0; i < size_; i = tokens_.back().end()) {
     while (i < size_ && isBlank(at(i))) ++i;
     if (i == size_) break;
@@ -130,15 +144,43 @@ int Lexer::nameEnd(int place) const {
   return place;
 }
 
-void Lexer::readName(int from) {
-  int end = nameEnd(from);
+// Points stand inside names only.
+int Lexer::dottedNameEnd(int place) const {
+  int end = nameEnd(place);
   while (at(end) == u'.' && nameUnitAt(end + 1)) end = nameEnd(end + 1);
+  return end;
+}
+
+bool Lexer::isOneName() const {
+  if (size_ == 1 && isStraySign(at(0))) return true;
+  const char16_t first = at(0);
+  if (first != u'_' && first != u'$' && !letterAt(0)) return false;
+  return size_ <= kMaxNameLength && dottedNameEnd(0) == size_ && !reservedWord(source_);
+}
+
+void Lexer::readName(int from) {
+  const int end = dottedNameEnd(from);
   if (end - from > kMaxNameLength) return addFault(fault::NameTooLong, from, end);
-  const QStringView word = source_.sliced(from, end - from);
-  for (const Reserved& reserved : kReserved)
-    if (word.size() == reserved.word.size() && word.compare(reserved.word, Qt::CaseInsensitive) == 0)
-      return add(reserved.kind, from, end);
-  add(Token::Kind::Name, from, end);
+  const Reserved* const reserved = reservedWord(source_.sliced(from, end - from));
+  add(reserved ? reserved->kind : Token::Kind::Name, from, end);
+}
+
+// Whether a value may stand behind what was read so far.
+bool Lexer::expectsValue() const {
+  if (tokens_.empty()) return true;
+  switch (tokens_.back().kind) {
+    case Token::Kind::Name:
+    case Token::Kind::Function:
+    case Token::Kind::Number:
+    case Token::Kind::Text:
+    case Token::Kind::Constant:
+    case Token::Kind::RightParenthesis:
+    case Token::Kind::RightBracket:
+    case Token::Kind::Fault:
+      return false;
+    default:
+      return true;
+  }
 }
 
 void Lexer::readNumber(int from) {
@@ -212,11 +254,16 @@ void Lexer::readSign(int from) {
     tokens_.push_back({Token::Kind::Operator, sign.op, 0, from, int(text.size())});
     return;
   }
+  if (isStraySign(at(from)) && expectsValue()) return add(Token::Kind::Name, from, from + 1);
   const bool pair = QChar::isHighSurrogate(at(from)) && QChar::isLowSurrogate(at(from + 1));
   addFault(fault::InvalidOperator, from, from + (pair ? 2 : 1));
 }
 
 }  // namespace
+
+bool isName(QStringView text) {
+  return Lexer(text).isOneName();
+}
 
 std::vector<Token> readTokens(QStringView source) {
   return Lexer(source).read();

@@ -219,6 +219,7 @@ int Parser::readGroup() {
     checkEnd(inside);
   }
   ++next_;
+  ++node(inside).parentheses;
   return inside;
 }
 
@@ -304,6 +305,10 @@ int Parser::readConstant() {
 }
 
 Parsed parse(QStringView source, const Environment& environment) {
+  return parse(source, environment, nullptr);
+}
+
+Parsed parse(QStringView source, const Environment& environment, std::vector<Token>* tokens) {
   Parsed parsed;
   const auto refuse = [&](FaultCode code, int offset, int length) {
     parsed.error = {code, 0, 0, offset, length};
@@ -315,7 +320,9 @@ Parsed parse(QStringView source, const Environment& environment) {
     return parsed;
   }
   try {
-    parsed.tree = Parser(source, environment).parse();
+    Parser parser(source, environment);
+    parsed.tree = parser.parse();
+    if (tokens) *tokens = parser.takeTokens();
   } catch (const Mistake& mistake) {
     refuse(mistake.code, mistake.offset, mistake.length);
   } catch (const Fault& fault) {

@@ -16,6 +16,8 @@ class Parser {
   }
   // Throws a Mistake.
   Tree parse();
+  // Of a formula that was read.
+  std::vector<Token> takeTokens() { return std::move(tokens_); }
 
  private:
   using Kind = Token::Kind;

@@ -1,79 +1,8 @@
 #include "embedded/formula/precedence.h"
-#include "embedded/formula/time_text.h"
-#include "embedded/formula/tree.h"
+#include "embedded/formula/spelling.h"
 
 namespace lens::formula {
 namespace {
-
-QStringView signOf(Operator op) {
-  switch (op) {
-    case Operator::Concatenate:
-      return u":";
-    case Operator::Plus:
-    case Operator::Add:
-      return u"+";
-    case Operator::Minus:
-    case Operator::Subtract:
-      return u"-";
-    case Operator::Not:
-      return u"!";
-    case Operator::Multiply:
-      return u"*";
-    case Operator::Divide:
-      return u"/";
-    case Operator::PermutedMultiply:
-      return u"**";
-    case Operator::PermutedDivide:
-      return u"*/";
-    case Operator::PermutedAdd:
-      return u"*+";
-    case Operator::PermutedSubtract:
-      return u"*-";
-    case Operator::Equal:
-      return u"=";
-    case Operator::NotEqual:
-      return u"!=";
-    case Operator::Less:
-      return u"<";
-    case Operator::Greater:
-      return u">";
-    case Operator::LessEqual:
-      return u"<=";
-    case Operator::GreaterEqual:
-      return u">=";
-    case Operator::PermutedEqual:
-      return u"*=";
-    case Operator::PermutedNotEqual:
-      return u"*!=";
-    case Operator::PermutedLess:
-      return u"*<";
-    case Operator::PermutedGreater:
-      return u"*>";
-    case Operator::PermutedLessEqual:
-      return u"*<=";
-    case Operator::PermutedGreaterEqual:
-      return u"*>=";
-    case Operator::And:
-      return u"&";
-    case Operator::Or:
-      return u"|";
-  }
-  return {};
-}
-
-QStringView modifierWord(Node::Modifier modifier) {
-  switch (modifier) {
-    case Node::Modifier::Field:
-      return u"FIELD ";
-    case Node::Modifier::Default:
-      return u"DEFAULT ";
-    case Node::Modifier::Environment:
-      return u"ENVIRONMENT ";
-    case Node::Modifier::None:
-      break;
-  }
-  return {};
-}
 
 class Printer {
  public:
@@ -94,8 +23,6 @@ class Printer {
   void printCall(const Node& node);
   void printSubscript(const Node& node);
   void printConstant(const Value& value);
-  void printQuoted(QStringView text);
-  void printTime(const Value& value);
   static bool needsParentheses(const Node& node, Around around);
   const Node& node(int index) const { return tree_.nodes[size_t(index)]; }
 
@@ -116,7 +43,7 @@ void Printer::printStatement(const Statement& statement) {
   switch (statement.kind) {
     case Statement::Kind::Remark:
       out_ += u"REM ";
-      return printQuoted(statement.remark);
+      return appendQuoted(out_, statement.remark);
     case Statement::Kind::Select:
       out_ += u"SELECT ";
       return printNode(statement.root, {level::Logic, level::Any});
@@ -213,42 +140,16 @@ void Printer::printConstant(const Value& value) {
       out_ += QString::number(value.number(), 'g', QLocale::FloatingPointShortest);
       return;
     case Type::Text:
-      return printQuoted(value.text());
+      return appendQuoted(out_, value.text());
     case Type::Keyword:
       out_ += u'[';
       out_ += value.text();
       out_ += u']';
       return;
     default:
-      return printTime(value);
+      out_ += timeConstant(value, environment_);
+      return;
   }
-}
-
-void Printer::printQuoted(QStringView text) {
-  out_ += u'"';
-  for (const QChar c : text) {
-    if (c == u'"' || c == u'\\') out_ += u'\\';
-    out_ += c;
-  }
-  out_ += u'"';
-}
-
-// A zone is named only where the time would not read back without it.
-void Printer::printTime(const Value& value) {
-  const TimeReading reading{environment_.region(), environment_.zone(), environment_.now()};
-  QString shown;
-  for (const TimeFormat::Zone zone : {TimeFormat::Zone::Foreign, TimeFormat::Zone::Always}) {
-    TimeFormat format;
-    format.zone = zone;
-    const QString text = value.type() == Type::TimeRange ? rangeText(value.range(), format, reading)
-                                                         : timeText(value.time(), format, reading);
-    if (shown.isEmpty()) shown = text;
-    Value back;
-    if (!readTime(text, reading, back) || !back.identical(value)) continue;
-    shown = text;
-    break;
-  }
-  out_ += u'[' + shown + u']';
 }
 
 }  // namespace

@@ -57,4 +57,10 @@ QString unquoted(QStringView token);
 // and -.
 bool isKeyword(QStringView word);
 
+// Whether the text is one name, and no reserved word.
+bool isName(QStringView text);
+
+// As parse in tree.h; the tokens of a source without a mistake are handed out too.
+Parsed parse(QStringView source, const Environment& environment, std::vector<Token>* tokens);
+
 }  // namespace lens::formula

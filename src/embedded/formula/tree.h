@@ -48,9 +48,10 @@ struct Node {
   enum class Modifier : quint8 { None, Field, Default, Environment };
   Kind kind = Kind::Constant;
   Modifier modifier = Modifier::None;  // Assignment
-  int offset = 0, length = 0;          // of its first token in the source
-  Value constant;                      // number, text, time, range or keyword
-  QString name;                        // Name, Assignment, as written
+  quint16 parentheses = 0;     // pairs round it in the source; they say nothing that the tree does not
+  int offset = 0, length = 0;  // of its first token in the source
+  Value constant;              // number, text, time, range or keyword
+  QString name;                // Name, Assignment, as written
   const Function* function = nullptr;  // Call
   std::vector<Operator> operators;     // Chain: one fewer than children; Unary: one
   std::vector<int> children;           // Subscript: list, index; Assignment: value

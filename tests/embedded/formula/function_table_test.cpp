@@ -13,7 +13,8 @@ namespace {
 constexpr const char* kNames =
     // Text
     "Abstract AbstractSimple Ascii Begins Char Compare Contains Ends HashPassword Implode Left LeftBack "
-    "Right RightBack Length Like LowerCase UpperCase Matches Middle MiddleBack Name Narrow Wide NewLine "
+    "ValidateInternetAddress Right RightBack Length Like LowerCase UpperCase Matches Middle MiddleBack Name "
+    "Narrow Wide NewLine "
     "Password PasswordQuality ProperCase Repeat Replace ReplaceSubstring Soundex Text TextToNumber ToNumber "
     "Trim URLEncode URLDecode VerifyPassword Word "
     // Lists
@@ -39,7 +40,8 @@ constexpr const char* kNames =
     "ThisName ThisValue "
     // Databases, users, machines
     "DbName DbTitle ReplicaID TemplateVersion DbColumn DbLookup DbExists DbManager Domain MailDbName "
-    "ServerName Environment SetEnvironment ConfigFile FileDir GetAddressBooks WebDbName Locale "
+    "ServerName IsSoftDeleteEnabled Environment SetEnvironment ConfigFile FileDir GetAddressBooks WebDbName "
+    "Locale "
     "LanguagePreference OptimizeMailAddress Platform ClientType Version RegQueryValue UserName V3UserName "
     "UserNameLanguage UserNamesList UserRoles UserPrivileges UserAccess ViewTitle "
     // Clients and servers
@@ -51,7 +53,7 @@ constexpr const char* kNames =
     "MailEncryptSentPreference MailSavePreference MailSend MailSignPreference NameLookup OrgDir PickList "
     "PolicyIsFieldLocked PostedCommand Prompt RefreshECL ServerAccess SetHTTPHeader SetTargetFrame "
     "SetViewInfo ShowParentPreview StatusBar UpdateFormulaContext URLGetHeader URLHistory URLOpen "
-    "URLQueryString V4UserAccess ViewShowThisUnread";
+    "URLQueryString V4UserAccess ViewShowThisUnread HasFeature X509Certificates whichfolders";
 
 QStringList expectedNames() {
   QStringList names;

@@ -31,7 +31,7 @@ constexpr Function kClientFunctions[] = {
      needsClient, trait::NeedsClient, Form::Call, kCommandNames},
     {"@DB2Schema", 1, 1, "v", "server : path",
      "The schema in which a relational database keeps the documents.", notWithoutClient, trait::NeedsClient},
-    {"@DbCommand", 3, kAnyCount, "v", "class : cache; source; command; ...",
+    {"@DbCommand", 2, kAnyCount, "v", "class : cache; source or command; ...",
      "Sends a command to a data source outside.", notWithoutClient, trait::NeedsClient},
     {"@DDEExecute", 2, 2, "v", "conversation; command", "Sends a command to another program.", needsClient,
      trait::NeedsClient},
@@ -66,6 +66,8 @@ constexpr Function kClientFunctions[] = {
      needsClient, trait::NeedsClient},
     {"@GetViewInfo", 1, 1, "k", "[property]",
      "What the view on the screen shows: its server, name, day or number.", needsClient, trait::NeedsClient},
+    {"@HasFeature", 1, 1, "v", "feature", "1 when the client has a feature, which is told by its name.",
+     notWithoutClient, trait::NeedsClient},
     {"@IsAgentEnabled", 1, 1, "v", "agent", "1 when an agent runs by its schedule.", notWithoutClient,
      trait::NeedsClient},
     {"@IsAppInstalled", 1, 1, "v", "program", "1 when a program of the suite is installed.", needsClient,
@@ -108,7 +110,7 @@ constexpr Function kClientFunctions[] = {
     {"@PostedCommand", 1, kAnyCount, "kv", "[command]; options...",
      "Runs a command of the client's menus after the formula.", needsClient, trait::NeedsClient, Form::Call,
      kCommandNames},
-    {"@Prompt", 3, kAnyCount, "kv", "[kind]; title; text; ...",
+    {"@Prompt", 2, kAnyCount, "kv", "[kind]; title; text; ...",
      "Asks the user, in one of several kinds of box.", needsClient, trait::NeedsClient},
     {"@RefreshECL", 2, 2, "v", "server : path; name",
      "Brings the user's list of what programs may do up to date.", needsClient, trait::NeedsClient},
@@ -137,6 +139,10 @@ constexpr Function kClientFunctions[] = {
      "The user's access to a database, as the fourth release gave it.", notWithoutClient, trait::NeedsClient},
     {"@ViewShowThisUnread", 0, 0, "", "", "Shows in the view only what the user has not read.", needsClient,
      trait::NeedsClient},
+    {"@whichfolders", 0, 0, "", "", "The folders that the document stands in, for a column of a view.",
+     notWithoutClient, trait::NeedsClient},
+    {"@X509Certificates", 1, 1, "v", "kind", "The certificates of one kind that the user has.",
+     notWithoutClient, trait::NeedsClient},
 };
 
 }  // namespace

@@ -193,6 +193,10 @@ bool hasRight(QStringView keyword, int level) {
   throw Fault{fault::WrongKeyword};
 }
 
+Value isSoftDeleteEnabled(const Call&) {
+  return Value::truth(false);
+}
+
 bool isThisDatabase(const ViewPlace& place, const DatabaseProperties& own) {
   if (place.path.isEmpty()) return true;
   return place.path.compare(own.path, Qt::CaseInsensitive) == 0 &&
@@ -234,6 +238,8 @@ constexpr Function kDatabaseFunctions[] = {
     {"@DbName", 0, 0, "", "",
      "Two texts: the server of the database, empty on this machine, and its path there.", dbName},
     {"@DbTitle", 0, 0, "", "", "The title of the database.", dbTitle},
+    {"@IsSoftDeleteEnabled", 0, 0, "", "", "1 when deleted documents of the database can be brought back.",
+     isSoftDeleteEnabled, 0, Form::Call, nullptr, "Always 0: what is deleted here is gone."},
     {"@ReplicaID", 0, 0, "", "",
      "The number that all replicas of the database share, such as 85255CEB:0032AC04.", replicaId},
     {"@ServerName", 0, 0, "", "", "The server of the database; on this machine the name of the user.",

@@ -261,10 +261,11 @@ constexpr Function kDocumentFunctions[] = {
      "The whole value of an item whose name is a text, and so may be computed. A missing item gives the "
      "empty text.",
      getField},
-    {"@GetProfileField", 2, 3, "t", "profile; name; key",
+    {"@GetProfileField", 2, 4, "tttk", "profile; name; key; [options]",
      "An item of a profile document, the one of this key if there is a key. A missing item gives the empty "
      "text.",
-     getProfileField},
+     getProfileField, 0, Form::Call, "ENSURECACHE",
+     "Nothing is kept between two calls, so that [EnsureCache] changes nothing."},
     {"@HardDeleteDocument", 0, 0, "", "", kDeleteHelp, deleteDocument, 0, Form::Call, nullptr,
      "The same as @DeleteDocument: there is no trash to leave out."},
     {"@InheritedDocumentUniqueID", 0, 0, "", "",

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <iterator>
 
 #include "embedded/formula/functions/names.h"
@@ -65,6 +66,40 @@ Value name(const Call& call) {
   });
 }
 
+// Words of letters, digits and signs with single points between them, or anything in quotes.
+bool isLocalPart(QStringView text) {
+  if (text.size() > 2 && text.startsWith(u'"') && text.endsWith(u'"'))
+    return !text.sliced(1, text.size() - 2).contains(u'"');
+  if (text.isEmpty() || text.startsWith(u'.') || text.endsWith(u'.') || text.contains(u"..")) return false;
+  return std::all_of(text.begin(), text.end(), [](QChar c) {
+    return c.isLetterOrNumber() || QStringView(u".!#$%&'*+-/=?^_`{|}~").contains(c);
+  });
+}
+
+bool isDomain(QStringView text) {
+  if (text.size() > 2 && text.startsWith(u'[') && text.endsWith(u']')) return true;
+  for (const QStringView label : text.tokenize(u'.')) {
+    if (label.isEmpty() || label.startsWith(u'-') || label.endsWith(u'-')) return false;
+    if (!std::all_of(label.begin(), label.end(), [](QChar c) { return c.isLetterOrNumber() || c == u'-'; }))
+      return false;
+  }
+  return true;
+}
+
+bool isMailbox(QStringView address) {
+  const qsizetype at = address.lastIndexOf(u'@');
+  return at > 0 && isLocalPart(address.first(at)) && isDomain(address.sliced(at + 1));
+}
+
+Value validateInternetAddress(const Call& call) {
+  const bool bare = call[0].text() == u"ADDRESS821";
+  return mapTexts(call, call[1], [&](const Text& whole) {
+    const QStringView text = whole.view();
+    const QString address = bare ? text.toString() : readInternetName(text).address.toString();
+    return isMailbox(address) ? Text() : Text(u"%1 is no Internet address"_s.arg(text));
+  });
+}
+
 constexpr Function kNameFunctions[] = {
     {.name = "@Name",
      .least = 2,
@@ -81,6 +116,17 @@ constexpr Function kNameFunctions[] = {
      .note = "TOAT, TODATATYPE, TOFIELD, TOOC and TOSYNTAX need the schema of a directory and give the empty "
              "text here. Two letters at the end of an abbreviated name with three parts or more are taken "
              "for a country."},
+    {.name = "@ValidateInternetAddress",
+     .least = 2,
+     .most = 2,
+     .types = "kt",
+     .arguments = "[form]; addresses",
+     .help =
+         "The empty text for each address that is one, and for others a sentence that says so. ADDRESS821 "
+         "is an address alone, with ADDRESS822 a name may stand beside it.",
+     .run = validateInternetAddress,
+     .keywords = "ADDRESS821 ADDRESS822",
+     .note = "The sentence is this program's own."},
 };
 
 }  // namespace

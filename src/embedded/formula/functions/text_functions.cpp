@@ -343,7 +343,7 @@ constexpr Function kTextFunctions[] = {
      "digits, and a comma, % or () for thousands, percent and negative numbers. Times take D0-D3, T0-T1, "
      "Z0-Z2, and S0-S3 or Sx for what is shown of them.",
      text},
-    {"@TextToNumber", 1, 1, "t", "texts",
+    {"@TextToNumber", 1, 2, "tv", "texts; option",
      "The number that each text begins with; an error when one begins with none.", textToNumber},
     {"@ToNumber", 1, 1, "v", "values",
      "Texts as the numbers that they begin with; numbers stay. An error when one cannot be read.", toNumber},

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "embedded/formula/compiled/codes.h"
 #include "embedded/formula/support/test_context.h"
 
 namespace lens::formula {
@@ -27,6 +28,7 @@ const QStringList kTexts{
     u""_s,   u"a"_s,  u"Quarterly report"_s, u"\"in quotes\""_s, u"back\\slash"_s, u"{}"_s, u"two\nlines"_s,
     u"ä€"_s, u"]["_s, u"; x := 1"_s};
 const QStringList kKeywords{u"CN"_s, u"OK"_s, u"CASESENSITIVE"_s};
+const QStringList kCompiledKeywords{u"CN"_s, u"OK"_s, u"ABBREVIATE"_s, u"COMPOSE"_s};
 constexpr std::array<double, 9> kNumbers{0, 1, 2, 3, 0.5, 123456789, 1e20, 1e-7, 0.1};
 
 bool takesAnything(const Function& function) {
@@ -35,9 +37,17 @@ bool takesAnything(const Function& function) {
 
 }  // namespace
 
-TreeMaker::TreeMaker(quint32 seed) : random_(seed) {
+TreeMaker::TreeMaker(quint32 seed, Words words) : words_(words), random_(seed) {
+  const auto isWritten = [&](const Function& function) {
+    const FunctionCode* const row = functionCodeOf(function);
+    return words_ == Words::All || (row && row->sureness <= Sureness::Context);
+  };
   for (const Function* function : allFunctions())
-    if (takesAnything(*function)) plain_.push_back(function);
+    if (takesAnything(*function) && isWritten(*function)) plain_.push_back(function);
+}
+
+bool TreeMaker::isWritten(Operator op) const {
+  return words_ == Words::All || operatorCodeOf(op).sureness <= Sureness::Context;
 }
 
 Tree TreeMaker::tree() {
@@ -107,7 +117,7 @@ int TreeMaker::constant() {
       node.constant = timeValue();
       break;
     default:
-      node.constant = Value::keyword(oneOf(kKeywords));
+      node.constant = Value::keyword(oneOf(words_ == Words::All ? kKeywords : kCompiledKeywords));
       break;
   }
   return add(std::move(node));
@@ -127,6 +137,7 @@ Value TreeMaker::timeValue() {
     case 1:
       return Value::time(timeDateOf(Civil{false, true, 0, below(24 * 3600) * 100}, TestEnvironment().zone()));
     case 2:
+      if (words_ == Words::Compiled) return Value::time(date);
       return Value::range({date, date});
     default:
       // Hours of the day, when no clock is changed.
@@ -148,7 +159,9 @@ int TreeMaker::chain(int depth) {
   const std::vector<Operator>& level = oneOf(kLevels);
   node.children.push_back(expression(depth + 1));
   for (int more = 1 + (oneIn(3) ? below(4) : 0); more > 0; --more) {
-    node.operators.push_back(oneOf(level));
+    Operator op = oneOf(level);
+    while (!isWritten(op)) op = oneOf(level);
+    node.operators.push_back(op);
     node.children.push_back(oneIn(12) ? assignment(depth + 1, Node::Modifier::None) : expression(depth + 1));
   }
   return add(std::move(node));

@@ -10,7 +10,9 @@ namespace lens::formula {
 
 class TreeMaker {
  public:
-  explicit TreeMaker(quint32 seed);
+  // Compiled: only what has a code that is sure enough to be written.
+  enum class Words { All, Compiled };
+  explicit TreeMaker(quint32 seed, Words words = Words::All);
   Tree tree();
 
   // 0 to below the limit.
@@ -39,6 +41,9 @@ class TreeMaker {
   QString randomText();
   QString randomName();
 
+  bool isWritten(Operator op) const;
+
+  Words words_;
   std::mt19937 random_;
   Tree tree_;
   // Functions that take any arguments of the right number.

@@ -1,0 +1,37 @@
+// An expression of a tree as the code of a compiled formula; code_reader.h is the way back.
+#pragma once
+
+#include <QByteArray>
+
+#include "embedded/formula/tree.h"
+
+namespace lens::formula {
+
+// Text as code and remarks have it: LMBCS, a line break is a zero byte.
+QByteArray codeText(QString text);
+
+class CodeWriter {
+ public:
+  explicit CodeWriter(const Tree& tree) : tree_(tree) {}
+  // Once. False when something in it has no code that is sure enough.
+  bool write(int root);
+  const QByteArray& bytes() const { return bytes_; }
+  // Functions of code 0x100 and above.
+  bool usesFar() const { return usesFar_; }
+
+ private:
+  void node(int index);
+  void constant(const Value& value);
+  void counted(quint16 code, QByteArrayView text);
+  void call(const Node& node);
+  void ifCall(const Node& node);
+  void word(quint16 word);
+  void setWord(qsizetype at, qsizetype value);
+
+  const Tree& tree_;
+  QByteArray bytes_;
+  bool usesFar_ = false;
+  bool fits_ = true;
+};
+
+}  // namespace lens::formula

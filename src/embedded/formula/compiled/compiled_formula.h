@@ -1,0 +1,56 @@
+// Formulas in the platform's compiled form, back to what their authors wrote.
+//
+// No source text is stored, and nothing that makes it is lost: names, constants, order, parentheses, remarks
+// and white space all stand in the bytes. Everything little-endian:
+//
+//   u16 total size, then segments: u16 type, u16 size of the segment, data. Types:
+//     0 main expression: code            1 "name := ..."        5 names of a view's columns
+//     2 column's expression, or DEFAULT  3 "FIELD name := ..."  6 "ENVIRONMENT name := ..."
+//     4 in a view: columns before, selection behind             7 layout of the statement before, or a remark
+//     8 other expressions: code          9 hidden formula       10 there are functions of code 0x100 and
+//     above
+//   Names stand before their code: u16 length, LMBCS, filled up to an even length.
+//   Layouts: compiled/layout.h. Code: compiled/code_reader.h. Names of codes: compiled/codes.h.
+//
+// As found in real designs, by comparing them with the source of the same formulas.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include "embedded/formula/compiled/codes.h"
+
+namespace lens::formula {
+
+namespace segment {
+inline constexpr quint16 Main = 0, Variable = 1, Column = 2, Field = 3, Divider = 4, Columns = 5,
+                         Environment = 6, Layout = 7, Expression = 8, Hidden = 9, FarFunctions = 10;
+inline constexpr qsizetype kHead = 4;
+}  // namespace segment
+
+// Views and agents select: their main expression is shown behind SELECT although the author left that out.
+enum class ShownSelect { AsTyped, Always };
+
+struct CompiledReading {
+  enum class State : quint8 { Source, Hidden, Unreadable };
+  State state = State::Unreadable;
+  QString source;  // with the stored white space; "" unless the state is Source
+  Tree tree;       // as the parser makes it of the source; without statements when a name is missing
+  Sureness sureness = Sureness::Proven;  // of the least sure name in it
+  QStringList unproven;                  // those names, as the source has them; each once
+  QString problem;                       // why there is no source, or why it cannot run
+  bool exact = true;                     // false: a time constant of the source says less than the code
+
+  bool canRun() const { return state == State::Source && sureness != Sureness::Unnamed; }
+};
+
+// The bytes are exactly those of the formula, its size word included. Of a view's formula the selection is
+// read. A time constant is written by the environment's region. Never throws.
+CompiledReading readCompiled(QByteArrayView bytes, const Environment& environment,
+                             ShownSelect select = ShownSelect::AsTyped);
+
+// How many of the bytes the formula at their beginning takes; 0 when it is none, or when it is longer.
+qsizetype compiledSize(QByteArrayView bytes);
+
+}  // namespace lens::formula
