@@ -164,6 +164,35 @@ END
   printf '"\\x00\\x02\\x00\\x08"\n"\\x80"\n"\\xFF"\n' >"$folder.dict"
 }
 
+# Which file; no change, its head, a superblock, a table, a bucket; then pieces before their checksums: heads and bodies of
+# both blocks, a bucket, records, a body, an object.
+seed_nsf_file() {
+  local folder=$1
+  seed_hex "$folder" <<'END'
+00
+0006000001
+01300200ff420001ff
+00040400013c0400ff
+000010000200500080
+03005000ff00600004
+040100000010
+0501000a0001
+0402000000ff
+0404001a0080
+0604010e00ff
+04060002000f
+0407003200ff
+05070064007f
+04080a0200ff
+0709030200800907000080
+END
+  printf '"\xFF\xFF"
+"\x80"
+"\x00\x04"
+"\x07"
+' >"$folder.dict"
+}
+
 # The sanitizer keeps freed memory for a while; a little of it, or the fuzzer takes that for a leak.
 export ASAN_OPTIONS="quarantine_size_mb=16:${ASAN_OPTIONS:-}"
 [ $# -gt 0 ] || set -- $(cd fuzz && ls ./*_fuzz.cpp | sed 's|^\./||; s|_fuzz\.cpp$||')
