@@ -5,11 +5,11 @@
 
 #include "check.h"
 #include "embedded/format/agent_records.h"
-#include "embedded/format/formula_source.h"
 #include "embedded/format/packed_items.h"
 #include "embedded/format/stored_lists.h"
 #include "embedded/format/view_records.h"
 #include "embedded/format/written_value.h"
+#include "embedded/formula/compiled/stored_formula.h"
 #include "embedded/formula_context/item_conversion.h"
 #include "embedded/mime/mime_entity.h"
 #include "notes/runtime_error.h"
@@ -82,7 +82,7 @@ void readRecords(const Item& item) {
     check(again.boundary == part.boundary && again.headers == part.headers && again.body == part.body,
           "A part reads back as another.");
   }
-  formulaSource(item, source);
+  formula::formulaSource(item, source);
   StoredReferences references(item.data());
   for (qsizetype i = 0; i < references.count(); ++i) references.unid(i);
 }

@@ -1,6 +1,6 @@
 #include "client/note_texts.h"
 
-#include "embedded/format/formula_source.h"
+#include "embedded/formula/compiled/stored_formula.h"
 #include "embedded/richtext/rich_text.h"
 #include "notes/item_types.h"
 #include "notes/literals.h"
@@ -85,7 +85,7 @@ QString itemTypeName(const Item& item) {
 QString itemText(const Item& item, const Regional& regional) {
   if (item.type() == itemtype::RichText) return RichText::fromBytes(item.data()).plainText();
   QString source;
-  if (item.type() == itemtype::Formula && formulaSource(item, source)) return source;
+  if (item.type() == itemtype::Formula && formula::formulaSource(item, source)) return source;
   const Value value = itemValues(item);
   if (value.isEmpty()) return item.data().isEmpty() || isText(item) ? QString() : sizeText(item);
   if (!value.isArray()) return textOf(value, regional);

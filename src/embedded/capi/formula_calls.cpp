@@ -1,5 +1,6 @@
-// The formula functions of the C API. A compiled formula in memory is its source, laid out as items hold it:
-// callers keep it, lock it and free it like any other memory, and never look inside.
+// The formula functions of the C API. A formula in memory is laid out as items hold it: compiled, or as its
+// source where the compiled form has no word for something in it. Callers keep it, lock it and free it like
+// any other memory.
 #include <algorithm>
 #include <utility>
 
@@ -9,6 +10,8 @@
 #include "embedded/evaluation/store_database.h"
 #include "embedded/format/lmbcs.h"
 #include "embedded/format/source_formula.h"
+#include "embedded/formula/compiled/compiled_formula.h"
+#include "embedded/formula/compiled/compiled_writer.h"
 #include "embedded/formula_context/evaluated_note.h"
 #include "embedded/formula_context/item_conversion.h"
 #include "notes/code_page.h"
@@ -19,6 +22,22 @@ namespace {
 // Text comes in the code page, as everywhere at this door, save for what OSTranslate has just made of it.
 QString formulaSource(QByteArrayView given, bool translated) {
   return translated ? fromLmbcs(given) : fromCodePage(given);
+}
+
+// The source of what lies in memory that the library gave out, of which so much can be read.
+Status readFormula(QByteArrayView memory, const formula::Environment& environment, QString& source) {
+  if (const qsizetype size = formula::compiledSize(memory)) {
+    const formula::CompiledReading reading = formula::readCompiled(memory.first(size), environment);
+    if (reading.state == formula::CompiledReading::State::Hidden) return formula::fault::Hidden;
+    // The compiler will refuse a code without a name by the name that was made for it.
+    source = reading.source;
+    return reading.source.isEmpty() ? status::BadHandle : status::Ok;
+  }
+  // Zeros end a source.
+  constexpr qsizetype kMark = 2;  // the zero word in front of it
+  const qsizetype end = memory.sliced(std::min(kMark, memory.size())).indexOf('\0');
+  if (end >= 0) memory = memory.first(kMark + end);
+  return readSourceFormula(memory, source) ? status::Ok : status::BadHandle;
 }
 
 // Places come in bytes of what was given, as callers count them.
@@ -36,9 +55,11 @@ Status EmbeddedCApi::NSFFormulaCompile(const QByteArray& formula, quint16 length
   compiledLength = error = line = column = offset = errorLength = 0;
   const QByteArray given = formula.first(std::min<qsizetype>(length, formula.size()));
   const QString source = formulaSource(given, given == std::exchange(translated_, {}));
-  const formula::Compiled result = formula::compile(source, {&environment_});
-  if (!result) {
-    const formula::CompileError& found = result.error;
+  formula::Written written = formula::writeCompiled(source, environment_);
+  // What has no compiled form may be too large all the same.
+  if (written.error.reason == 0 && written.bytes.isEmpty())
+    written.error = formula::compile(source, {&environment_}).error;
+  if (const formula::CompileError& found = written.error; found.reason != 0) {
     error = found.reason;
     line = quint16(found.line);
     offset = bytesBefore(source, found.offset, given.size());
@@ -46,7 +67,7 @@ Status EmbeddedCApi::NSFFormulaCompile(const QByteArray& formula, quint16 length
     errorLength = quint16(bytesBefore(source, found.offset + found.length, given.size()) - offset);
     return formula::fault::FormulaError;
   }
-  const QByteArray code = sourceFormula(source);
+  const QByteArray code = written.bytes.isEmpty() ? sourceFormula(source) : written.bytes;
   if (code.size() > 0xFFFF) return formula::fault::CodeTooLong;
   compiled = memory_.add(code);
   if (compiled == 0) return status::NoMemory;
@@ -56,15 +77,12 @@ Status EmbeddedCApi::NSFFormulaCompile(const QByteArray& formula, quint16 length
 
 Status EmbeddedCApi::NSFComputeStart(quint16, const char* formula, MemHandle& compute) {
   compute = 0;
-  // Only memory that this library gave out is read, and zeros end the source in it.
+  // Only memory that this library gave out is read.
   const qsizetype readable = formula ? memory_.readable(formula) : -1;
   if (readable < 0) return status::BadHandle;
-  constexpr qsizetype kMark = 2;  // the zero word in front of a source
-  QByteArrayView bytes(formula, readable);
-  const qsizetype end = bytes.sliced(std::min(kMark, readable)).indexOf('\0');
-  if (end >= 0) bytes = bytes.first(std::min(kMark, readable) + end);
   QString source;
-  if (!readSourceFormula(bytes, source)) return status::BadHandle;
+  if (const Status status = readFormula(QByteArrayView(formula, readable), environment_, source))
+    return status;
   const formula::Compiled compiled = formula::compile(source, {&environment_});
   if (!compiled) return compiled.error.reason;
   compute = give(computations_, std::make_unique<formula::Evaluation>(compiled.formula, environment_));

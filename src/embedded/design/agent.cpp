@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "embedded/format/source_formula.h"
+#include "embedded/formula/compiled/stored_formula.h"
 #include "embedded/richtext/rich_records.h"
 #include "notes/literals.h"
 
@@ -62,8 +62,10 @@ bool readSource(const Note& note, QString& source, QString& why) {
     why = u"its formula is damaged"_s;
   else if (flags != 0)
     why = u"it selects documents or works on copies, and only changing documents is possible"_s;
-  else if (!readSourceFormula(formula, source))
-    why = u"its formula is there in compiled form only"_s;
+  if (!why.isEmpty()) return false;
+  const formula::CompiledReading reading = formula::readStored(formula, formula::ShownSelect::Always);
+  if (!reading.canRun()) why = u"its formula is there in compiled form only: "_s + reading.problem;
+  source = reading.source;
   return why.isEmpty();
 }
 

@@ -1,6 +1,6 @@
 #include "embedded/model/item_text.h"
 
-#include "embedded/format/formula_source.h"
+#include "embedded/formula/compiled/stored_formula.h"
 #include "embedded/richtext/rich_text.h"
 
 namespace lens {
@@ -12,7 +12,7 @@ Value valuesOf(const Item& item) {
 
 QString itemAsText(const Item& item, const Regional& regional) {
   QString source;
-  if (item.type() == itemtype::Formula) return formulaSource(item, source) ? source : QString();
+  if (item.type() == itemtype::Formula) return formula::formulaSource(item, source) ? source : QString();
   const Value values = valuesOf(item);
   if (!values.isArray()) return {};
   QStringList texts;

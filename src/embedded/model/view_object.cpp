@@ -54,9 +54,11 @@ Members ViewObject::ownMembers() {
       // place.
       {u"SELECTIONFORMULA",
        [](ViewObject& self) {
-         QString source;
-         if (selectionSource(self.note_, source)) return source;
+         using State = formula::CompiledReading::State;
+         const formula::CompiledReading reading = readSelection(self.note_);
+         if (reading.state == State::Source) return reading.source;
          if (!self.note_.has(u"$Formula")) return QString();
+         if (reading.state == State::Hidden) return u"REM {%1}"_s.arg(reading.problem);
          return u"REM {The selection formula of this view is there in compiled form only.}"_s;
        }},
       {u"ALLENTRIES",

@@ -5,23 +5,25 @@
 #include <QTimeZone>
 #include <algorithm>
 
-#include "embedded/format/formula_source.h"
-#include "embedded/format/source_formula.h"
 #include "embedded/format/view_records.h"
+#include "embedded/formula/compiled/stored_formula.h"
 #include "notes/literals.h"
 
 namespace lens {
 namespace {
 
 // Goes into every digest: an index that an older program laid out otherwise is made anew.
-constexpr char kLayout[] = "1";
+constexpr char kLayout[] = "2";
 constexpr qsizetype kMostKeys = 64;  // more than anybody sorts by; it bounds the length of a sort key
 
 DesignColumn designColumn(const StoredColumn& stored) {
   DesignColumn column{
       stored.item,          stored.title,          {},          false, stored.hidden, stored.categorized,
       stored.responsesOnly, stored.separateValues, stored.width};
-  if (!stored.formula.isEmpty()) column.compiledOnly = !readSourceFormula(stored.formula, column.formula);
+  if (stored.formula.isEmpty()) return column;
+  const formula::CompiledReading reading = formula::readStored(stored.formula);
+  column.compiledOnly = !reading.canRun();
+  if (reading.canRun()) column.formula = reading.source;
   return column;
 }
 
@@ -90,6 +92,15 @@ quint16 classOf(const Note& view) {
   return good && noteclass::base(mask) != 0 ? noteclass::base(mask) : noteclass::Document;
 }
 
+void readSelectionInto(ViewDesign& design, const Note& view) {
+  const formula::CompiledReading reading = readSelection(view);
+  design.hasSelection = reading.canRun();
+  if (design.hasSelection) design.selection = reading.source;
+  design.hiddenSelection = !design.folder && !design.hasSelection && view.has(u"$Formula");
+  if (design.hiddenSelection)
+    design.whyHidden = reading.problem.isEmpty() ? u"it is no formula"_s : reading.problem;
+}
+
 }  // namespace
 
 ViewDesign readViewDesign(const Note& view) {
@@ -99,8 +110,7 @@ ViewDesign readViewDesign(const Note& view) {
   design.title = view.text(u"$TITLE");
   design.folder = isFolder(view);
   design.noteClass = classOf(view);
-  design.hasSelection = selectionSource(view, design.selection);
-  design.hiddenSelection = !design.folder && !design.hasSelection && view.has(u"$Formula");
+  readSelectionInto(design, view);
   design.digest = digestOf(view);
   const Item* const item = view.find(u"$ViewFormat");
   StoredViewFormat format;
@@ -114,15 +124,20 @@ ViewDesign readViewDesign(const Note& view) {
   return design;
 }
 
-void raiseHiddenSelection(const QString& databasePath, const QString& title) {
+void raiseHiddenSelection(const QString& databasePath, const ViewDesign& design) {
   throw RuntimeError(kNoFormulaSource,
-                     u"%1: the selection formula of the view \"%2\" is there in compiled form only"_s.arg(
-                         databasePath, title));
+                     u"%1: the selection formula of the view \"%2\" is there in compiled form only: %3"_s.arg(
+                         databasePath, design.title, design.whyHidden));
 }
 
-bool selectionSource(const Note& view, QString& source) {
-  const Item* formula = view.find(u"$Formula");
-  return formula && formulaSource(*formula, source);
+formula::CompiledReading readSelection(const Note& view) {
+  formula::CompiledReading reading;
+  const Item* const item = view.find(u"$Formula");
+  if (!item || item->value.size() < 2) return reading;
+  if (item->type() == itemtype::Formula)
+    return formula::readStored(item->data(), formula::ShownSelect::Always);
+  if (formula::formulaSource(*item, reading.source)) reading.state = formula::CompiledReading::State::Source;
+  return reading;
 }
 
 bool isFolder(const Note& view) {

@@ -66,7 +66,7 @@ void ViewIndex::readDesign() {
                                                      database_.path(), view_.hexText()));
   ViewDesign design = readViewDesign(note);
   design.database = database_.path();
-  if (design.hiddenSelection) raiseHiddenSelection(database_.path(), design.title);
+  if (design.hiddenSelection) raiseHiddenSelection(database_.path(), design);
   if (!rows_ || design.digest != design_.digest) rows_ = makeRows(design);
   design_ = std::move(design);
   designOf_ = change;

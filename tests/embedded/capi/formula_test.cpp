@@ -5,6 +5,8 @@
 #include "embedded/capi/embedded_capi.h"
 #include "embedded/capi/status.h"
 #include "embedded/format/lmbcs.h"
+#include "embedded/format/source_formula.h"
+#include "embedded/formula/compiled/compiled_writer.h"
 #include "embedded/formula/formula.h"
 #include "embedded/model/support/test_workspace.h"
 #include "notes/code_page.h"
@@ -100,6 +102,59 @@ TEST_F(Formulas, CompileToMemoryOfTheCaller) {
   EXPECT_EQ(c.error, 0);
   EXPECT_EQ(api.OSMemFree(c.handle), 0);
   EXPECT_EQ(api.OSMemFree(c.handle), status::BadHandle);
+}
+
+TEST_F(Formulas, CompileToThePlatformsForm) {
+  const auto codeOf = [&](const QByteArray& source) {
+    const Compile c = compile(source);
+    EXPECT_EQ(c.status, 0);
+    const QByteArray code(api.OSLockObject(c.handle), c.length);
+    api.OSUnlockObject(c.handle);
+    EXPECT_EQ(api.OSMemFree(c.handle), 0);
+    return code;
+  };
+  EXPECT_EQ(codeOf("@IsNewDoc").toHex(), "0a000000080089000300");
+  EXPECT_EQ(codeOf("Status = \"Done\"").toHex(),
+            "280000001a000500060053746174757301000400446f6e650a02030007000c000500093153325300");
+  // Without a code for a function it stays the source.
+  EXPECT_EQ(codeOf("@Pi"), QByteArray("\0\0@Pi", 5));
+}
+
+// Formulas of design notes, started where they lie in an item.
+TEST_F(Formulas, OfItemsRunInEitherForm) {
+  const auto start = [&](const QByteArray& formula) {
+    const NoteId design = t.add({{u"$Formula"_s, rawValue(itemtype::Formula, formula)}});
+    DbHandle db = 0;
+    NoteHandle note = 0;
+    EXPECT_EQ(api.NSFDbOpen("mail.nsf", db), 0);
+    EXPECT_EQ(api.NSFNoteOpen(db, qint32(design.value()), 0, note), 0);
+    BlockId item{}, value{};
+    quint16 type = 0;
+    quint32 length = 0;
+    EXPECT_EQ(api.NSFItemInfo(note, "$Formula", 8, item, type, value, length), 0);
+    MemHandle compute = 0;
+    const Status started = api.NSFComputeStart(0, api.OSLockObject(value.pool) + value.block + 2, compute);
+    EXPECT_EQ(started == 0, compute != 0);
+    if (compute) {
+      MemHandle result = 0;
+      quint16 size = 0;
+      EXPECT_EQ(api.NSFComputeEvaluate(compute, openNote(), result, size, matches, deletes, modified), 0);
+      EXPECT_EQ(api.NSFComputeStop(compute), 0);
+    }
+    return started;
+  };
+  EXPECT_EQ(start(sourceFormula(u"Form = \"Memo\"")), 0);
+  EXPECT_TRUE(matches);
+  const formula::MachineEnvironment environment;
+  EXPECT_EQ(start(formula::writeCompiled(u"Form = \"Memo\"", environment).bytes), 0);
+  EXPECT_TRUE(matches);
+  EXPECT_EQ(start(formula::writeCompiled(u"Form = \"Task\"", environment).bytes), 0);
+  EXPECT_FALSE(matches);
+  EXPECT_EQ(start(QByteArray::fromHex("160009000c005a5a5a5a5a5a5a5a0400040004000400")),
+            formula::fault::Hidden);
+  EXPECT_EQ(start(QByteArray::fromHex("0a0000000800c1000300")), formula::fault::UnknownFunction);
+  EXPECT_EQ(start(QByteArray::fromHex("0a000000080089000200")), status::BadHandle);
+  EXPECT_EQ(start(QByteArray::fromHex("ffff0000080089000300")), status::BadHandle);
 }
 
 TEST_F(Formulas, AFaultHasItsReasonAndPlace) {

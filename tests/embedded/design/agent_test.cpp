@@ -109,6 +109,21 @@ TEST_F(AgentReading, RefusesWhatWouldChangeOtherDocumentsThanMeant) {
   EXPECT_TRUE(says(whyNot(compiled), "compiled form only")) << whyNot(compiled);
 }
 
+TEST_F(AgentReading, ReadsCompiledFormulasAndSaysWhyNot) {
+  const auto withFormula = [&](const char* hex) {
+    Note note = formulaAgent();
+    replace(note, u"$AssistAction", formulaActionValue(QByteArray::fromHex(hex)));
+    return note;
+  };
+  const Note compiled =
+      withFormula("280000001a000500060053746174757301000400446f6e650a02030007000c000500093153325300");
+  EXPECT_EQ(readFormulaAgent(compiled, kPath).formula, u"SELECT Status = \"Done\"");
+  const Note nameless = withFormula("0a0000000800c1000300");
+  EXPECT_TRUE(says(whyNot(nameless), "function C1")) << whyNot(nameless);
+  const Note hidden = withFormula("160009000c005a5a5a5a5a5a5a5a0400040004000400");
+  EXPECT_TRUE(says(whyNot(hidden), "Formula is hidden")) << whyNot(hidden);
+}
+
 TEST_F(AgentReading, DoesNotNeedAnyQuery) {
   Note note = formulaAgent();
   note.items.removeIf([](const Item& item) { return sameItemName(item.name, u"$AssistQuery"); });

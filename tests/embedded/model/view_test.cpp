@@ -102,6 +102,23 @@ TEST(ViewObject, GivesTheSelectionFormulaWhereItsTextIsKept) {
             u"REM {The selection formula of this view is there in compiled form only.}"_s);
 }
 
+TEST(ViewObject, GivesTheSelectionFormulaOfCompiledViewsAsSource) {
+  TestWorkspace t;
+  const auto addCompiled = [&](const QString& name, const char* hex) {
+    t.addView(name, rawValue(itemtype::Formula, QByteArray::fromHex(hex)));
+  };
+  addCompiled(u"Typed"_s, "280000001a000500060053746174757301000400446f6e650a02030007000c000500093153325300");
+  addCompiled(u"Nameless"_s, "0a0000000800c1000300");
+  addCompiled(u"Hidden"_s, "160009000c005a5a5a5a5a5a5a5a0400040004000400");
+  const Object mail = t.mail();
+  const auto selection = [&](const QString& name) {
+    return mail.call(u"GETVIEW"_s, name).object().get(u"SELECTIONFORMULA"_s).text();
+  };
+  EXPECT_EQ(selection(u"Typed"_s), u"SELECT Status = \"Done\""_s);
+  EXPECT_EQ(selection(u"Nameless"_s), u"SELECT @Function_0C1"_s);
+  EXPECT_EQ(selection(u"Hidden"_s), u"REM {Formula is hidden}"_s);
+}
+
 // Whoever removes all documents of a view means those of the view, so a view that cannot tell has none.
 TEST(ViewObject, WhoseSelectionNobodyCanReadGivesNoDocuments) {
   TestWorkspace t;

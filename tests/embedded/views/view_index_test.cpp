@@ -5,6 +5,7 @@
 #include <atomic>
 #include <thread>
 
+#include "embedded/formula/compiled/compiled_writer.h"
 #include "embedded/search/selection.h"
 #include "embedded/support/view_fixture.h"
 #include "embedded/views/view_documents.h"
@@ -72,6 +73,53 @@ TEST_F(ViewOrder, AColumnInCompiledFormOnlyCountsByTheItemOfItsName) {
   add(u"a"_s);
   EXPECT_EQ(lines(view), u"a b"_s);
   EXPECT_TRUE(readViewDesign(read(view)).columns[0].compiledOnly);
+}
+
+// As real databases and raw exports have them.
+TEST_F(ViewOrder, CompiledFormulasSelectAndSortAsTheirSourceDoes) {
+  const formula::MachineEnvironment environment;
+  const QString selection = u"kind := \"Memo\"; Form = kind & Amount > 1"_s;
+  const QString key = u"sign := \"-\"; @Right(Subject; sign) + @Text(Amount)"_s;
+  for (int i = 0; i < 12; ++i)
+    add(u"%1-%2"_s.arg(i).arg(11 - i),
+        {{u"Form"_s, textValue(i % 3 ? u"Memo" : u"Task")}, {u"Amount"_s, numberValue(i % 4)}});
+  ViewColumn compiled = sorted(u"$1"_s);
+  compiled.formula = formula::writeCompiledColumn(key, u"$1", environment).bytes;
+  ASSERT_FALSE(compiled.formula.isEmpty());
+  const NoteId source = addView({.formula = selection, .columns = {computed(sorted(u"$1"_s), key)}});
+  const NoteId view = addView({.columns = {compiled}}, u"Compiled"_s);
+  const QByteArray bytes =
+      formula::writeCompiledSelection(selection, {{u"$1"_s, compiled.formula}}, environment).bytes;
+  ASSERT_FALSE(bytes.isEmpty());
+  change(view, u"$Formula"_s, rawValue(itemtype::Formula, bytes));
+  EXPECT_FALSE(lines(source).isEmpty());
+  EXPECT_EQ(lines(view), lines(source));
+  EXPECT_EQ(columnOf(view, 0), columnOf(source, 0));
+  const ViewDesign design = readViewDesign(read(view));
+  EXPECT_FALSE(design.columns[0].compiledOnly);
+  EXPECT_EQ(design.columns[0].formula, key);
+  EXPECT_EQ(design.selection, u"kind := \"Memo\";SELECT  Form = kind & Amount > 1");
+}
+
+// Which documents these would hold nobody can tell, and the reason names what stands in the way.
+TEST_F(ViewOrder, ASelectionThatCannotBeReadShowsNoView) {
+  const std::pair<const char*, QStringView> cases[] = {
+      {"0a0000000800c1000300", u"codes without a known name: function C1"},
+      {"120000001000020071170000000000000300", u"codes without a known name: keyword 6001"},
+      {"160009000c005a5a5a5a5a5a5a5a0400040004000400", u"Formula is hidden"},
+      {"12000102", u"its size is wrong"},
+  };
+  for (const auto& [hex, reason] : cases) {
+    const NoteId view = addView({.columns = {sorted(u"Subject"_s)}});
+    change(view, u"$Formula"_s, rawValue(itemtype::Formula, QByteArray::fromHex(hex)));
+    try {
+      lines(view);
+      ADD_FAILURE() << "The view was shown: " << hex;
+    } catch (const RuntimeError& error) {
+      EXPECT_EQ(error.number(), kNoFormulaSource);
+      EXPECT_TRUE(error.description().contains(reason)) << error.description().toStdString();
+    }
+  }
 }
 
 TEST_F(ViewOrder, ItemsThatAreNoSummaryAreNotSeen) {

@@ -4,6 +4,7 @@
 
 #include "embedded/format/byte_reader.h"
 #include "embedded/format/lmbcs.h"
+#include "embedded/formula/compiled/segments.h"
 #include "embedded/formula/compiled/source_writer.h"
 #include "embedded/formula/spelling.h"
 #include "embedded/formula/token.h"
@@ -85,6 +86,10 @@ class FormulaReader {
 
 void FormulaReader::readSegments(QByteArrayView bytes) {
   bytes_ = bytes;
+  // The smallest operand with its operator.
+  constexpr qsizetype kNodeBytes = 10;
+  reading_.tree.nodes.reserve(std::size_t(bytes.size() / kNodeBytes) + 1);
+  spellings_.reserve(reading_.tree.nodes.capacity());
   const std::vector<Segment> segments = segmentsOf(bytes);
   const auto is = [](quint16 type) { return [type](const Segment& one) { return one.type == type; }; };
   if (std::any_of(segments.begin(), segments.end(), is(segment::Hidden))) {

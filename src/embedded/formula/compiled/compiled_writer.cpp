@@ -8,8 +8,8 @@
 #include "embedded/format/source_formula.h"
 #include "embedded/formula/compiled/code_writer.h"
 #include "embedded/formula/compiled/codes.h"
-#include "embedded/formula/compiled/compiled_formula.h"
 #include "embedded/formula/compiled/layout.h"
+#include "embedded/formula/compiled/segments.h"
 #include "embedded/formula/token.h"
 
 namespace lens::formula {

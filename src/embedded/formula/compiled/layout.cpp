@@ -75,7 +75,8 @@ void LayoutReader::before(int word, QString& source) {
     // A letter that was read ahead waits until its word comes.
     if (letter_ == 0 && !next()) return;
     if (word_ > word) return;
-    if (word_ == word && letter_ != 'L') source += QString(qsizetype(count_), QChar(blankOf(letter_)));
+    if (word_ == word && letter_ != 'L')
+      for (qint64 i = 0; i < count_; ++i) source += QChar(blankOf(letter_));
     letter_ = 0;
   }
 }

@@ -1,6 +1,6 @@
 #include "embedded/formula/compiled/source_writer.h"
 
-#include "embedded/formula/compiled/compiled_formula.h"
+#include "embedded/formula/compiled/segments.h"
 #include "embedded/formula/spelling.h"
 
 namespace lens::formula {
@@ -53,6 +53,12 @@ void SourceWriter::place() {
 void SourceWriter::word(QStringView text) {
   place();
   separate(text[0].unicode());
+  source_ += text;
+}
+
+void SourceWriter::word(QLatin1StringView text) {
+  place();
+  separate(quint8(text[0].toLatin1()));
   source_ += text;
 }
 
@@ -120,7 +126,10 @@ void SourceWriter::constant(int index) {
   if (value.isTime()) return word(timeConstant(value, environment_, &exact_));
   const quint32 number = spellings_[std::size_t(index)].number;
   const KeywordCode* const row = findKeyword(number);
-  word(row ? u"[%1]"_s.arg(QLatin1StringView(row->name)) : unnamedKeyword(number));
+  if (!row) return word(unnamedKeyword(number));
+  word(u"[");
+  source_ += QLatin1StringView(row->name);
+  source_ += u']';
 }
 
 void SourceWriter::chain(const Node& node) {
@@ -137,7 +146,10 @@ void SourceWriter::call(int index) {
   const Node& node = tree_.nodes[std::size_t(index)];
   const quint32 code = spellings_[std::size_t(index)].number;
   const FunctionCode* const row = findFunctionCode(quint16(code));
-  word(row ? QString::fromLatin1(row->name) : unnamedFunction(code));
+  if (row)
+    word(QLatin1StringView(row->name));
+  else
+    word(unnamedFunction(code));
   if (node.children.empty()) return;
   word(u"(");
   for (std::size_t i = 0; i < node.children.size(); ++i) {

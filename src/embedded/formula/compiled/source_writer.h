@@ -23,7 +23,10 @@ struct StoredStatement {
 class SourceWriter {
  public:
   SourceWriter(const Tree& tree, const std::vector<Spelling>& spellings, const Environment& environment)
-      : tree_(tree), spellings_(spellings), environment_(environment) {}
+      : tree_(tree), spellings_(spellings), environment_(environment) {
+    // A node is a word or two.
+    source_.reserve(qsizetype(tree.nodes.size()) * 10);
+  }
   void add(StoredStatement& statement);
   QString take() { return std::move(source_); }
   // False when a time constant of it says less than the code.
@@ -31,6 +34,7 @@ class SourceWriter {
 
  private:
   void word(QStringView text);
+  void word(QLatin1StringView text);
   void text(QStringView text);
   void remark(QStringView text);
   void number(double number);

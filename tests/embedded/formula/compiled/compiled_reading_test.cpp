@@ -4,6 +4,7 @@
 #include "embedded/format/byte_reader.h"
 #include "embedded/format/source_formula.h"
 #include "embedded/formula/compiled/compiled_formula.h"
+#include "embedded/formula/compiled/segments.h"
 #include "embedded/formula/compiled/stored_formula.h"
 #include "embedded/formula/compiled/vectors.h"
 #include "embedded/formula/support/test_context.h"

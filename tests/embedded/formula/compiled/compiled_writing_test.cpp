@@ -7,6 +7,7 @@
 #include "embedded/format/source_formula.h"
 #include "embedded/formula/compiled/compiled_formula.h"
 #include "embedded/formula/compiled/compiled_writer.h"
+#include "embedded/formula/compiled/segments.h"
 #include "embedded/formula/compiled/stored_formula.h"
 #include "embedded/formula/compiled/vectors.h"
 #include "embedded/formula/spelling.h"
