@@ -57,14 +57,14 @@ void CopyMove::copyDocuments(const QString& stamp) {
   const FrmReplic& window = desk_.window;
   const QString title = u"Copy Docs"_s;
   if (window.lstViewNames->listCount() == 0) return;
-  if (!isRowChosen(*window.lstViewNames)) return refuse(exact::kChooseView, title);
-  if (!isRowChosen(*window.lstDBNames)) return refuse(exact::kChooseSource, title);
-  if (!isRowChosen(*window.lstDBNamesDest)) return refuse(exact::kChooseTarget, title);
+  if (!requireChosen(desk_, *window.lstViewNames, exact::kChooseView, title)) return;
+  if (!requireChosen(desk_, *window.lstDBNames, exact::kChooseSource, title)) return;
+  if (!requireChosen(desk_, *window.lstDBNamesDest, exact::kChooseTarget, title)) return;
   desk_.host.setPointer(pointer::ArrowHourglass);
   desk_.state.gDbPath = window.lstDBNames->text();
   const NotesDatabase source = openListedSource(desk_, desk_.state.gDbPath);
   desk_.state.gDestDbPath = window.lstDBNamesDest->text();
-  if (desk_.state.gDestDbPath.isEmpty()) return refuse(exact::kChooseTarget, title);
+  if (desk_.state.gDestDbPath.isEmpty()) return refuse(desk_, exact::kChooseTarget, title);
   const NotesDatabase target = openTarget();
   readViewNote(source);
   const NotesView view = source.view(window.lstViewNames->text());
@@ -79,12 +79,12 @@ void CopyMove::moveDocuments() {
   const QString title = u"Move Docs"_s;
   if (window.lstViewNames->listCount() == 0) return;
   const QString stamp = timeStamp();
-  if (!isRowChosen(*window.lstViewNames)) return refuse(exact::kChooseView, title);
-  if (!isRowChosen(*window.lstDBNames)) return refuse(exact::kChooseSource, title);
+  if (!requireChosen(desk_, *window.lstViewNames, exact::kChooseView, title)) return;
+  if (!requireChosen(desk_, *window.lstDBNames, exact::kChooseSource, title)) return;
   desk_.host.setPointer(pointer::ArrowHourglass);
   desk_.state.gDbPath = window.lstDBNames->text();
   const NotesDatabase source = openListedSource(desk_, desk_.state.gDbPath);
-  if (!isRowChosen(*window.lstDBNamesDest)) return refuse(exact::kChooseTarget, title);
+  if (!requireChosen(desk_, *window.lstDBNamesDest, exact::kChooseTarget, title)) return;
   desk_.state.gDestDbPath = window.lstDBNamesDest->text();
   const NotesDatabase target = openTarget();
   readViewNote(source);
@@ -95,10 +95,6 @@ void CopyMove::moveDocuments() {
   entries.removeAll(true);
   window.txtDocsSelected->setText(numberText(entries.count()));
   endRunWithSound(desk_);
-}
-
-void CopyMove::refuse(const QString& text, const QString& title) {
-  desk_.host.messageBox(text, box::Information, title);
 }
 
 // The same on every copy of a run. The time is written in full at midnight too.
@@ -122,16 +118,7 @@ void CopyMove::readViewNote(const NotesDatabase& source) {
 }
 
 void CopyMove::copyEntries(const Operation& operation, const NotesViewEntryCollection& entries) {
-  NotesViewEntry entry = entries.firstEntry();
-  desk_.window.txtProc->setText(QString());
-  while (entry && !desk_.state.gStopFlag) {
-    if (entry.isDocument()) {
-      copyDocument(operation, entry.document());
-      desk_.host.yield();
-    }
-    entry = entries.nextEntry(entry);
-    countProcessed(desk_.window);
-  }
+  forEachDocument(desk_, entries, [&](const NotesDocument& document) { copyDocument(operation, document); });
 }
 
 // The copy is in the target before it is changed; a change that fails leaves it there without its trace.

@@ -23,7 +23,6 @@ class CopyMove {
   struct Operation;
   void copyDocuments(const QString& stamp);
   void moveDocuments();
-  void refuse(const QString& text, const QString& title);
   QString timeStamp();
   NotesDatabase openTarget();
   void readViewNote(const NotesDatabase& source);

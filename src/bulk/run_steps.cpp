@@ -27,9 +27,29 @@ bool openToldDatabase(ReplicDesk& desk, Statements& step) {
   return false;
 }
 
-bool isRowChosen(const ListBox& list) {
+void refuse(ReplicDesk& desk, const QString& text, const QString& title) {
+  desk.host.messageBox(text, box::Information, title);
+}
+
+bool requireChosen(ReplicDesk& desk, const ListBox& list, const QString& refusal, const QString& title) {
   const int row = list.listIndex();
-  return row >= 0 && list.selected(row);
+  if (row >= 0 && list.selected(row)) return true;
+  refuse(desk, refusal, title);
+  return false;
+}
+
+void forEachDocument(ReplicDesk& desk, const NotesViewEntryCollection& entries,
+                     const std::function<void(const NotesDocument&)>& work) {
+  NotesViewEntry entry = entries.firstEntry();
+  desk.window.txtProc->setText(QString());
+  while (entry && !desk.state.gStopFlag) {
+    if (entry.isDocument()) {
+      work(entry.document());
+      desk.host.yield();
+    }
+    entry = entries.nextEntry(entry);
+    countProcessed(desk.window);
+  }
 }
 
 // The number is the field's own: a run that was started within another one counts on in it.

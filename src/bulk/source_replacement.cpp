@@ -18,25 +18,14 @@ void SourceReplacement::cmdReplace_Click() {
   const FrmReplic& window = desk_.window;
   desk_.state.gStopFlag = false;
   if (window.lstViewNames->listCount() == 0) return;
-  const auto refuse = [&](const QString& text) {
-    desk_.host.messageBox(text, box::Information, u"Move Docs"_s);
-  };
-  if (!isRowChosen(*window.lstViewNames)) return refuse(exact::kChooseView);
-  if (!isRowChosen(*window.lstDBNames)) return refuse(exact::kChooseSource);
+  const QString title = u"Move Docs"_s;
+  if (!requireChosen(desk_, *window.lstViewNames, exact::kChooseView, title)) return;
+  if (!requireChosen(desk_, *window.lstDBNames, exact::kChooseSource, title)) return;
   desk_.state.gDbPath = window.lstDBNames->text();
   const NotesDatabase source = openListedSource(desk_, desk_.state.gDbPath);
   const NotesView view = source.view(window.lstViewNames->text());
   const NotesViewEntryCollection entries = view.allEntries();
-  NotesViewEntry entry = entries.firstEntry();
-  window.txtProc->setText(QString());
-  while (entry && !desk_.state.gStopFlag) {
-    if (entry.isDocument()) {
-      replaceInDocument(entry.document());
-      desk_.host.yield();
-    }
-    entry = entries.nextEntry(entry);
-    countProcessed(desk_.window);
-  }
+  forEachDocument(desk_, entries, [this](const NotesDocument& document) { replaceInDocument(document); });
   window.txtDocsSelected->setText(numberText(view.allEntries().count()));
   endRunWithSound(desk_);
 }

@@ -25,12 +25,12 @@ class RunningAgents : public OperationsTest {
     return note.header.id;
   }
   void choose(const QString& row) {
-    window().lstAgentNames->clear();
-    window().lstAgentNames->addItem(row);
-    window().lstAgentNames->setSelected(0, true);
+    window.lstAgentNames->clear();
+    window.lstAgentNames->addItem(row);
+    window.lstAgentNames->setSelected(0, true);
   }
-  void doubleClick() { window().lstAgentNames->dblClick.fire(); }
-  bool isNoteShown() { return !window().lblRunAgent->isHidden(); }
+  void doubleClick() { window.lstAgentNames->dblClick.fire(); }
+  bool isNoteShown() { return !window.lblRunAgent->isHidden(); }
   static ShownBox question(const QString& name) {
     return {u"Are you sure to run the Agent: "_s + name + u" ?", box::OkCancel, u"Run agent"_s};
   }
@@ -45,10 +45,10 @@ TEST_F(RunningAgents, RunOnTheirDatabaseAfterAQuestion) {
   EXPECT_FALSE(isNoteShown());
   host.whileBoxIsShown = [this](const ShownBox&) { EXPECT_TRUE(isNoteShown()); };
   doubleClick();
-  EXPECT_EQ(host.boxes, BulkBoxes({question(u"Clean"_s)}));
+  EXPECT_EQ(host.boxes, Boxes({question(u"Clean"_s)}));
   EXPECT_EQ(subjects(*source), QStringList(u"new"_s));
   EXPECT_FALSE(isNoteShown());
-  EXPECT_EQ(globals().gDbPath, "source.nsf");
+  EXPECT_EQ(globals.gDbPath, "source.nsf");
 }
 
 TEST_F(RunningAgents, AreNotRunOnCancel) {
@@ -69,7 +69,7 @@ TEST_F(RunningAgents, AreFoundByTheNameBeforeTheAlias) {
   chooseSource();
   choose(u"Clean|cl"_s);
   doubleClick();
-  EXPECT_EQ(host.boxes, BulkBoxes({question(u"Clean"_s)}));
+  EXPECT_EQ(host.boxes, Boxes({question(u"Clean"_s)}));
   EXPECT_EQ(subjects(*source), QStringList(u"new"_s));
 }
 
@@ -79,9 +79,9 @@ TEST_F(RunningAgents, ARowThatIsNoAgentAsksNothingAndLeavesTheNoteOnShow) {
     choose(row);
     doubleClick();
   }
-  window().lstAgentNames->clear();
+  window.lstAgentNames->clear();
   doubleClick();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_TRUE(isNoteShown());
 }
 
@@ -89,7 +89,7 @@ TEST_F(RunningAgents, OfADatabaseThatIsGoneAreToldOnAServerAndReportedHere) {
   choose(u"Clean"_s);
   chooseSource(u"gone.nsf"_s, kHub);
   doubleClick();
-  EXPECT_EQ(host.boxes, BulkBoxes({cannotOpen()}));
+  EXPECT_EQ(host.boxes, Boxes({cannotOpen()}));
   EXPECT_TRUE(isNoteShown());
   host.boxes.clear();
   chooseSource(u"gone.nsf"_s);
@@ -110,7 +110,7 @@ TEST_F(RunningAgents, WithAnEmptyServerBoxOpenThePathHereByTheWayOfServers) {
   host.boxes.clear();
   chooseSource(u"gone.nsf"_s, QString());
   doubleClick();
-  EXPECT_EQ(host.boxes, BulkBoxes({cannotOpen()}));
+  EXPECT_EQ(host.boxes, Boxes({cannotOpen()}));
 }
 
 TEST_F(RunningAgents, AFailingRunIsSilentOnAServerAndReportedHere) {
@@ -122,7 +122,7 @@ TEST_F(RunningAgents, AFailingRunIsSilentOnAServerAndReportedHere) {
   choose(u"Fails"_s);
   chooseSource(u"target.nsf"_s, kHub);
   doubleClick();
-  EXPECT_EQ(host.boxes, BulkBoxes({question(u"Fails"_s)}));
+  EXPECT_EQ(host.boxes, Boxes({question(u"Fails"_s)}));
   host.boxes.clear();
   chooseSource();
   doubleClick();
@@ -150,18 +150,18 @@ TEST_F(RunningAgents, EveryFailureIsReportedHereAndPassedOverOnAServer) {
   choose(u"Idle"_s);
   const auto boxesOf = [&](const QString& path, const QString& server) {
     chooseSource(path, server);
-    QVector<BulkBoxes> all;
+    QVector<Boxes> all;
     const auto run = [&](int n) {
       host.boxes.clear();
       return reachesFault(notes(), n, [&] { doubleClick(); });
     };
     withEveryFault(run, [&](int) { all += host.boxes; });
-    EXPECT_EQ(host.boxes, BulkBoxes({question(u"Idle"_s)}));
+    EXPECT_EQ(host.boxes, Boxes({question(u"Idle"_s)}));
     return all;
   };
   EXPECT_EQ(boxesOf(u"source.nsf"_s, u"Local"_s),
-            QVector<BulkBoxes>({{report(70)}, {report(70)}, {question(u"Idle"_s), report(70)}}));
-  EXPECT_EQ(boxesOf(u"target.nsf"_s, kHub), QVector<BulkBoxes>({{cannotOpen()}, {}, {question(u"Idle"_s)}}));
+            QVector<Boxes>({{report(70)}, {report(70)}, {question(u"Idle"_s), report(70)}}));
+  EXPECT_EQ(boxesOf(u"target.nsf"_s, kHub), QVector<Boxes>({{cannotOpen()}, {}, {question(u"Idle"_s)}}));
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 
 #include <sqlite3.h>
 
+#include "bulk/bulk_fixture.h"
 #include "embedded/format/engine_fault.h"
-#include "replic_desk_fixture.h"
 #ifdef Q_OS_LINUX
 #include "support/small_files.h"
 #endif

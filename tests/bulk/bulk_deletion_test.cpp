@@ -13,7 +13,7 @@ const ShownBox kDeleteQuestion{QStringLiteral("Are you sure to delete the docume
 
 class DeletingDocuments : public OperationsTest {
  protected:
-  void remove() { press(window().cmdDelDocs); }
+  void remove() { press(window.cmdDelDocs); }
   static ShownBox refused() { return refusal(u"Choose View !!"_s, u"Delete documents from view"_s); }
 };
 
@@ -23,26 +23,26 @@ TEST_F(DeletingDocuments, EmptiesTheViewAfterAQuestionThatNamesTheDatabase) {
   task.add(u"Subject"_s, itemflag::Summary, textValue(u"task"_s));
   save(task);
   chooseView();
-  putSound();
-  window().txtProc->setText(u"17"_s);
+  provideSound();
+  window.txtProc->setText(u"17"_s);
   remove();
-  EXPECT_EQ(host.boxes, BulkBoxes({kDeleteQuestion}));
+  EXPECT_EQ(host.boxes, Boxes({kDeleteQuestion}));
   EXPECT_EQ(subjects(*source), QStringList(u"task"_s));
   EXPECT_EQ(selectedCount(), "0");
   EXPECT_EQ(processed(), QString());
   EXPECT_EQ(host.sounds.size(), 1);
   EXPECT_EQ(host.pointers, QVector<int>());
-  EXPECT_TRUE(globals().gDb.isNothing());
+  EXPECT_TRUE(globals.gDb.isNothing());
   EXPECT_EQ(source->notes().list(noteclass::View).size(), 1);
 }
 
 TEST_F(DeletingDocuments, OnCancelChangesNothing) {
   memos(2);
   chooseView();
-  putSound();
+  provideSound();
   answerWith({answer::Cancel});
   remove();
-  EXPECT_EQ(host.boxes, BulkBoxes({kDeleteQuestion}));
+  EXPECT_EQ(host.boxes, Boxes({kDeleteQuestion}));
   EXPECT_EQ(subjects(*source).size(), 2);
   EXPECT_EQ(host.sounds, QStringList());
   EXPECT_EQ(selectedCount(), QString());
@@ -74,22 +74,22 @@ TEST_F(DeletingDocuments, SaysTheSameForAMissingDatabaseAndAMissingView) {
   EXPECT_EQ(notes().log, QStringList());
   chooseSource();
   remove();
-  EXPECT_EQ(host.boxes, BulkBoxes({refused(), refused()}));
-  EXPECT_FALSE(globals().gDb.isNothing()) << "the database is open by then";
+  EXPECT_EQ(host.boxes, Boxes({refused(), refused()}));
+  EXPECT_FALSE(globals.gDb.isNothing()) << "the database is open by then";
 }
 
 TEST_F(DeletingDocuments, TakesTheRowAtTheIndexMarkedOrNot) {
   memos(1);
   workspace->createDatabase({}, u"another.nsf"_s, {});
   chooseView();
-  window().lstDBNames->addItem(u"another.nsf"_s);
-  window().lstDBNames->setSelected(0, true);
-  window().lstDBNames->setListIndex(1);
-  window().lstDBNames->setSelected(1, false);
-  ASSERT_TRUE(window().lstDBNames->selected(0));
-  ASSERT_EQ(window().lstDBNames->text(), "source.nsf");
+  window.lstDBNames->addItem(u"another.nsf"_s);
+  window.lstDBNames->setSelected(0, true);
+  window.lstDBNames->setListIndex(1);
+  window.lstDBNames->setSelected(1, false);
+  ASSERT_TRUE(window.lstDBNames->selected(0));
+  ASSERT_EQ(window.lstDBNames->text(), "source.nsf");
   remove();
-  EXPECT_EQ(host.boxes, BulkBoxes({kDeleteQuestion}));
+  EXPECT_EQ(host.boxes, Boxes({kDeleteQuestion}));
   EXPECT_EQ(subjects(*source), QStringList());
 }
 
@@ -113,7 +113,7 @@ TEST_F(DeletingDocuments, RemovesDamagedDocumentsToo) {
   chooseView();
   host.whileBoxIsShown = [this, bad](const ShownBox&) { damage(*source, bad); };
   remove();
-  EXPECT_EQ(host.boxes, BulkBoxes({kDeleteQuestion}));
+  EXPECT_EQ(host.boxes, Boxes({kDeleteQuestion}));
   EXPECT_EQ(source->notes().state(bad), NoteState::Stub);
 }
 
@@ -123,32 +123,31 @@ class RemovingDatabases : public OperationsTest {
  protected:
   RemovingDatabases() {
     for (const QString& name : names()) workspace->createDatabase(kHub, name, {});
-    window().lstServer->setText(kHub);
+    window.lstServer->setText(kHub);
     list(names());
   }
   static QStringList names() { return {u"a.nsf"_s, u"b.nsf"_s, u"c.nsf"_s, u"d.nsf"_s, u"e.nsf"_s}; }
   void list(const QStringList& rows) {
-    window().lstDBNames->clear();
-    for (const QString& row : rows) window().lstDBNames->addItem(row);
-    for (int row = 0; row < window().lstDBNames->listCount(); ++row)
-      window().lstDBNames->setSelected(row, true);
+    window.lstDBNames->clear();
+    for (const QString& row : rows) window.lstDBNames->addItem(row);
+    for (int row = 0; row < window.lstDBNames->listCount(); ++row) window.lstDBNames->setSelected(row, true);
   }
   void remove() {
     try {
-      tool().deletion.removeDatabases();
+      deletion.removeDatabases();
     } catch (const RuntimeError& error) {
       reportUntrapped(error);
     }
   }
   QStringList rows() {
     QStringList texts;
-    for (int row = 0; row < window().lstDBNames->listCount(); ++row) texts += window().lstDBNames->list(row);
+    for (int row = 0; row < window.lstDBNames->listCount(); ++row) texts += window.lstDBNames->list(row);
     return texts;
   }
   QStringList marked() {
     QStringList texts;
-    for (int row = 0; row < window().lstDBNames->listCount(); ++row)
-      if (window().lstDBNames->selected(row)) texts += window().lstDBNames->list(row);
+    for (int row = 0; row < window.lstDBNames->listCount(); ++row)
+      if (window.lstDBNames->selected(row)) texts += window.lstDBNames->list(row);
     return texts;
   }
   QStringList files() { return workspace->databaseFiles(kHub); }
@@ -158,20 +157,20 @@ class RemovingDatabases : public OperationsTest {
 };
 
 TEST_F(RemovingDatabases, RemovesTheMarkedOnesAndListsWhatIsLeft) {
-  window().lstDBNames->setSelected(1, false);
-  putSound();
+  window.lstDBNames->setSelected(1, false);
+  provideSound();
   remove();
-  EXPECT_EQ(host.boxes, BulkBoxes({question(u"a.nsf"_s), question(u"c.nsf"_s), question(u"d.nsf"_s),
-                                   question(u"e.nsf"_s)}));
+  EXPECT_EQ(host.boxes,
+            Boxes({question(u"a.nsf"_s), question(u"c.nsf"_s), question(u"d.nsf"_s), question(u"e.nsf"_s)}));
   EXPECT_EQ(files(), QStringList({u"b.nsf"_s, u"target.nsf"_s}));
   EXPECT_EQ(rows(), files());
   EXPECT_EQ(marked(), QStringList());
   EXPECT_EQ(host.sounds.size(), 1);
-  EXPECT_TRUE(globals().gDb.isNothing());
+  EXPECT_TRUE(globals.gDb.isNothing());
 }
 
 TEST_F(RemovingDatabases, CancelOnTheThirdKeepsTheListAndTheOtherMarks) {
-  putSound();
+  provideSound();
   answerWith({answer::Ok, answer::Ok, answer::Cancel});
   remove();
   EXPECT_EQ(host.boxes.size(), 3);
@@ -184,7 +183,7 @@ TEST_F(RemovingDatabases, CancelOnTheThirdKeepsTheListAndTheOtherMarks) {
 TEST_F(RemovingDatabases, ADatabaseThatCannotBeRemovedEndsTheRunThere) {
   const auto held = workspace->database(kHub, u"b.nsf"_s);
   const Database::Transaction change(*held);
-  putSound();
+  provideSound();
   remove();
   ASSERT_EQ(host.boxes.size(), 3);
   EXPECT_EQ(host.boxes[2].title, "Remove DB");
@@ -210,8 +209,8 @@ TEST_F(RemovingDatabases, TheFirstOneThatIsGoneGoesToTheReport) {
 TEST_F(RemovingDatabases, ALaterOneThatIsGoneIsToldByItsRemoval) {
   list({u"a.nsf"_s, u"agone.nsf"_s, u"b.nsf"_s});
   remove();
-  EXPECT_EQ(host.boxes, BulkBoxes({question(u"a.nsf"_s),
-                                   {standardErrorText(err::ObjectNotSet), box::Critical, u"Remove DB"_s}}));
+  EXPECT_EQ(host.boxes, Boxes({question(u"a.nsf"_s),
+                               {standardErrorText(err::ObjectNotSet), box::Critical, u"Remove DB"_s}}));
   EXPECT_EQ(files(), QStringList({u"b.nsf"_s, u"c.nsf"_s, u"d.nsf"_s, u"e.nsf"_s, u"target.nsf"_s}));
   EXPECT_EQ(marked(), QStringList({u"agone.nsf"_s, u"b.nsf"_s}));
 }
@@ -245,10 +244,10 @@ TEST_F(RemovingDatabases, TakesTheDatabaseAwayFromTheClient) {
 }
 
 TEST_F(RemovingDatabases, WithoutMarksPlaysTheSoundAndListsTheServer) {
-  for (int row = 0; row < 5; ++row) window().lstDBNames->setSelected(row, false);
-  putSound();
+  for (int row = 0; row < 5; ++row) window.lstDBNames->setSelected(row, false);
+  provideSound();
   remove();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(rows(), files());
   EXPECT_EQ(host.sounds.size(), 1);
 }

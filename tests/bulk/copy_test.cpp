@@ -12,7 +12,7 @@ const QString kTrace = QStringLiteral("qvCopiedFromAt");
 
 class Copying : public OperationsTest {
  protected:
-  void copy() { press(window().cmdCopy); }
+  void copy() { press(window.cmdCopy); }
   static ShownBox refused(const QString& text) { return refusal(text, u"Copy Docs"_s); }
   static ShownBox failed(int number) { return failure(u"in Copy"_s, number); }
   // What differs between a document and its copy, by item.
@@ -37,10 +37,10 @@ TEST_F(Copying, ChangesNothingOnACopyButItsTrace) {
   memo(u"two"_s);
   chooseView();
   markFields({u"Subject: one"_s, u"Count: 1"_s}, u"one"_s, u"1"_s);
-  window().chkFields->setValue(0);
-  putSound();
+  window.chkFields->setValue(0);
+  provideSound();
   copy();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   ASSERT_EQ(subjects(*target), QStringList({u"one"_s, u"two"_s}));
   Note original;
   ASSERT_TRUE(source->notes().read(id, original));
@@ -55,8 +55,8 @@ TEST_F(Copying, ChangesNothingOnACopyButItsTrace) {
   EXPECT_EQ(host.sounds, QStringList(host.programDir + u"/done.wav"_s));
   EXPECT_EQ(host.pointers, QVector<int>({pointer::ArrowHourglass, pointer::Default}));
   EXPECT_EQ(host.yields, 2);
-  EXPECT_EQ(globals().gDbPath, "source.nsf");
-  EXPECT_EQ(globals().gDestDbPath, "target.nsf");
+  EXPECT_EQ(globals.gDbPath, "source.nsf");
+  EXPECT_EQ(globals.gDestDbPath, "target.nsf");
 }
 
 TEST_F(Copying, NamesTheServerInTheTraceOfACopyFromAServer) {
@@ -102,33 +102,33 @@ TEST_F(Copying, StampsAllCopiesOfARunAlike) {
 
 TEST_F(Copying, SaysNothingWithoutViews) {
   copy();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(host.pointers, QVector<int>({pointer::Default}));
   EXPECT_EQ(notes().log, QStringList());
 }
 
 TEST_F(Copying, AsksForViewThenSourceThenTargetBeforeAnythingIsOpened) {
-  window().lstViewNames->addItem(u"All"_s);
+  window.lstViewNames->addItem(u"All"_s);
   const QVector<int> normal{pointer::Default};
   copy();
-  EXPECT_EQ(host.boxes, BulkBoxes({refused(u"Choose source view!!"_s)}));
-  window().lstViewNames->setSelected(0, true);
+  EXPECT_EQ(host.boxes, Boxes({refused(u"Choose source view!!"_s)}));
+  window.lstViewNames->setSelected(0, true);
   copy();
-  window().lstDBNames->addItem(u"source.nsf"_s);
-  window().lstDBNames->addItem(u"other.nsf"_s);
-  window().lstDBNames->setSelected(0, true);
-  window().lstDBNames->setSelected(1, true);
-  window().lstDBNames->setSelected(1, false);  // as Ctrl and a click on it
-  window().lstDBNames->setListIndex(1);
-  window().lstDBNames->setSelected(1, false);
-  ASSERT_TRUE(window().lstDBNames->selected(0));
+  window.lstDBNames->addItem(u"source.nsf"_s);
+  window.lstDBNames->addItem(u"other.nsf"_s);
+  window.lstDBNames->setSelected(0, true);
+  window.lstDBNames->setSelected(1, true);
+  window.lstDBNames->setSelected(1, false);  // as Ctrl and a click on it
+  window.lstDBNames->setListIndex(1);
+  window.lstDBNames->setSelected(1, false);
+  ASSERT_TRUE(window.lstDBNames->selected(0));
   copy();
-  window().lstDBNames->setSelected(1, true);
-  window().lstDBNames->setListIndex(0);
+  window.lstDBNames->setSelected(1, true);
+  window.lstDBNames->setListIndex(0);
   copy();
   EXPECT_EQ(host.boxes,
-            BulkBoxes({refused(u"Choose source view!!"_s), refused(u"Choose Source database!!"_s),
-                       refused(u"Choose Source database!!"_s), refused(u"Choose Destination database!!"_s)}));
+            Boxes({refused(u"Choose source view!!"_s), refused(u"Choose Source database!!"_s),
+                   refused(u"Choose Source database!!"_s), refused(u"Choose Destination database!!"_s)}));
   EXPECT_EQ(host.pointers, normal + normal + normal + normal);
   EXPECT_EQ(notes().log, QStringList());
 }
@@ -137,7 +137,7 @@ TEST_F(Copying, RefusesATargetRowWithoutAPathOnceTheSourceIsOpen) {
   chooseView();
   chooseTarget(QString());
   copy();
-  EXPECT_EQ(host.boxes, BulkBoxes({refused(u"Choose Destination database!!"_s)}));
+  EXPECT_EQ(host.boxes, Boxes({refused(u"Choose Destination database!!"_s)}));
   EXPECT_EQ(callsOf(u"GETDATABASE"_s), 1);
   EXPECT_EQ(host.pointers, QVector<int>({pointer::ArrowHourglass, pointer::Default}));
 }
@@ -146,12 +146,12 @@ TEST_F(Copying, TakesOnlyTheCurrentRowOfSeveralSources) {
   memo(u"one"_s);
   workspace->createDatabase({}, u"another.nsf"_s, {});
   chooseView();
-  window().lstDBNames->addItem(u"another.nsf"_s);
-  window().lstDBNames->setSelected(0, true);
-  window().lstDBNames->setSelected(1, true);
-  ASSERT_EQ(window().lstDBNames->text(), "source.nsf");
+  window.lstDBNames->addItem(u"another.nsf"_s);
+  window.lstDBNames->setSelected(0, true);
+  window.lstDBNames->setSelected(1, true);
+  ASSERT_EQ(window.lstDBNames->text(), "source.nsf");
   copy();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(subjects(*target), QStringList(u"one"_s));
 }
 
@@ -200,10 +200,10 @@ TEST_F(Copying, ReplacesInMarkedItemsAndMakesTextOfTheirValues) {
   markFields({u"Subject: pump"_s, u"Kinds: pump: a"_s, u"Count: 1"_s, u"Counts: 1"_s, u"no colon"_s, u": x"_s,
               u"  : y"_s, u"Left: pump"_s},
              u"pump"_s, u"valve"_s);
-  for (int row = 0; row < window().fldList->listCount(); ++row)
-    if (window().fldList->list(row).startsWith(u"Left")) window().fldList->setSelected(row, false);
+  for (int row = 0; row < window.fldList->listCount(); ++row)
+    if (window.fldList->list(row).startsWith(u"Left")) window.fldList->setSelected(row, false);
   copy();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   const QVector<Note> made = documents(*target);
   ASSERT_EQ(made.size(), 2);
   const Note& other = made.first().text(u"Subject") == u"no kinds" ? made.first() : made.last();
@@ -232,9 +232,9 @@ TEST_F(Copying, TakesAHighlightedRowWithoutACheckForUnmarked) {
   memo(u"one"_s);
   chooseView();
   markFields({u"Subject: one"_s}, u"one"_s, u"1"_s);
-  window().fldList->setSelected(0, false);
-  window().fldList->setListIndex(0);
-  window().fldList->setSelected(0, false);
+  window.fldList->setSelected(0, false);
+  window.fldList->setListIndex(0);
+  window.fldList->setSelected(0, false);
   copy();
   EXPECT_EQ(subjects(*target), QStringList(u"one"_s));
 }
@@ -256,7 +256,7 @@ TEST_F(Copying, TakesTextsThatAreChangedDuringTheRun) {
   memos(2);
   chooseView();
   markFields({u"Subject: m"_s}, u"m"_s, u"a"_s);
-  host.whileYielding = [this] { window().txtReplace->setText(u"b"_s); };
+  host.whileYielding = [this] { window.txtReplace->setText(u"b"_s); };
   copy();
   EXPECT_EQ(subjects(*target), QStringList({u"a1"_s, u"b2"_s}));
 }
@@ -289,7 +289,7 @@ TEST_F(Copying, IntoTheSourceItselfEnds) {
   chooseView();
   chooseTarget(u"source.nsf"_s, u"Local"_s);
   copy();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(subjects(*source).size(), 6);
   EXPECT_EQ(processed(), "3");
   EXPECT_EQ(selectedCount(), "6") << "the view as it is then";
@@ -301,7 +301,7 @@ TEST_F(Copying, PassesOverADocumentThatIsDeletedMeanwhileAndCountsIt) {
   chooseView();
   host.whileYielding = [this, last] { source->notes().remove(last); };
   copy();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(subjects(*target), QStringList({u"m1"_s, u"m2"_s}));
   EXPECT_EQ(processed(), "3");
   EXPECT_EQ(selectedCount(), "2");
@@ -312,10 +312,10 @@ TEST_F(Copying, OfAViewThatIsDeletedMeanwhileCopiesItsRowsAndTellsThatItIsGone) 
   view(u"Doomed"_s, {});
   const NoteId doomed = source->notes().list(noteclass::View).last().id;
   chooseView(u"Doomed"_s);
-  putSound();
+  provideSound();
   host.whileYielding = [this, doomed] {
     source->notes().remove(doomed);
-    globals().gStopFlag = false;
+    globals.gStopFlag = false;
   };
   copy();
   EXPECT_EQ(subjects(*target), QStringList({u"m1"_s, u"m2"_s}));
@@ -344,7 +344,7 @@ TEST_F(Copying, IntoATargetThatDisappearsEndsAtTheNextDocument) {
 TEST_F(Copying, OfAViewThatIsNotThereTellsIt) {
   chooseView(u"None"_s);
   copy();
-  EXPECT_EQ(host.boxes, BulkBoxes({failed(err::ObjectNotSet)}));
+  EXPECT_EQ(host.boxes, Boxes({failed(err::ObjectNotSet)}));
   EXPECT_EQ(host.pointerCode, pointer::Default);
 }
 
@@ -368,14 +368,14 @@ TEST_F(Copying, EndsAtADamagedDocumentAndSaysWhichItIs) {
 TEST_F(Copying, StoppedInTheThirdYieldLeavesThreeCopiesAndEndsLikeAWholeRun) {
   memos(5);
   chooseView();
-  putSound();
+  provideSound();
   stopInYield(3);
   copy();
   EXPECT_EQ(subjects(*target).size(), 3);
   EXPECT_EQ(processed(), "3");
   EXPECT_EQ(selectedCount(), "5");
   EXPECT_EQ(host.sounds.size(), 1);
-  EXPECT_FALSE(globals().gStopFlag);
+  EXPECT_FALSE(globals.gStopFlag);
   EXPECT_EQ(host.pointerCode, pointer::Default);
 }
 
@@ -383,10 +383,10 @@ TEST_F(Copying, StoppedInTheThirdYieldLeavesThreeCopiesAndEndsLikeAWholeRun) {
 TEST_F(Copying, SoundsBeforeTheFlagAndThePointerAreReset) {
   memos(2);
   chooseView();
-  putSound();
+  provideSound();
   stopInYield(1);
   host.whileSoundPlays = [this] {
-    EXPECT_TRUE(globals().gStopFlag);
+    EXPECT_TRUE(globals.gStopFlag);
     EXPECT_EQ(host.pointerCode, pointer::ArrowHourglass);
     EXPECT_EQ(selectedCount(), "2");
   };
@@ -399,13 +399,13 @@ TEST_F(Copying, IsSilentWithoutTheSoundFile) {
   chooseView();
   copy();
   EXPECT_EQ(host.sounds, QStringList());
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
 }
 
 TEST_F(Copying, ForgetsAStopRequestThatCameBeforeIt) {
   memos(2);
   chooseView();
-  globals().gStopFlag = true;
+  globals.gStopFlag = true;
   copy();
   EXPECT_EQ(subjects(*target).size(), 2);
 }
@@ -414,12 +414,12 @@ TEST_F(Copying, AFailureLeavesTheStopRequestAsItIs) {
   memos(2);
   chooseView();
   host.whileYielding = [this] {
-    globals().gStopFlag = true;
+    globals.gStopFlag = true;
     notes().failing.insert(u"GETNEXTENTRY"_s, RuntimeError(70));
   };
   copy();
-  EXPECT_EQ(host.boxes, BulkBoxes({failed(70)}));
-  EXPECT_TRUE(globals().gStopFlag);
+  EXPECT_EQ(host.boxes, Boxes({failed(70)}));
+  EXPECT_TRUE(globals.gStopFlag);
 }
 
 // The inner run is a whole run of its own; its end clears the stop request for the outer one too.
@@ -429,15 +429,15 @@ TEST_F(Copying, AMoveStartedWhileItYieldsRunsInsideIt) {
   bool started = false;
   host.whileYielding = [&] {
     if (std::exchange(started, true)) return;
-    globals().gStopFlag = true;
-    press(window().cmdMoveDocs);
+    globals.gStopFlag = true;
+    press(window.cmdMoveDocs);
   };
   copy();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(subjects(*source), QStringList());
   EXPECT_EQ(subjects(*target).size(), 4) << "one copied, three moved; two were gone for the copy";
   EXPECT_EQ(processed(), "6") << "the outer run counts on in the field that the inner one emptied";
-  EXPECT_FALSE(globals().gStopFlag);
+  EXPECT_FALSE(globals.gStopFlag);
 }
 
 TEST_F(Copying, GoesOnWithItsOwnDatabasesWhenAnotherClickTakesTheSharedOne) {
@@ -445,45 +445,45 @@ TEST_F(Copying, GoesOnWithItsOwnDatabasesWhenAnotherClickTakesTheSharedOne) {
   chooseView();
   answerWith({answer::Cancel, answer::Cancel, answer::Cancel});
   host.whileYielding = [this] {
-    press(window().cmdDelDocs);
-    globals().gDb.release();
-    window().lstDBNames->clear();
-    window().lstViewNames->clear();
+    press(window.cmdDelDocs);
+    globals.gDb.release();
+    window.lstDBNames->clear();
+    window.lstViewNames->clear();
   };
   copy();
   EXPECT_EQ(subjects(*target), QStringList({u"m1"_s, u"m2"_s, u"m3"_s}));
 }
 
 TEST_F(Copying, KeepsItsWindowFromLoadingAnewAsLongAsItRuns) {
-  for (Button* button : {window().cmdCopy, window().cmdReplace, window().cmdMoveDocs}) {
+  for (Button* button : {window.cmdCopy, window.cmdReplace, window.cmdMoveDocs}) {
     memo(u"one"_s);
     chooseView();
     int seen = 0;
-    host.whileYielding = [&] { seen += window().isRunning() ? 1 : 0; };
+    host.whileYielding = [&] { seen += window.isRunning() ? 1 : 0; };
     press(button);
     EXPECT_GT(seen, 0);
-    EXPECT_FALSE(window().isRunning());
+    EXPECT_FALSE(window.isRunning());
     notes().failing.insert(u"ISDOCUMENT"_s, RuntimeError(70));
     memo(u"two"_s);
     press(button);
     notes().failing.clear();
-    EXPECT_FALSE(window().isRunning()) << "after a failure too";
+    EXPECT_FALSE(window.isRunning()) << "after a failure too";
   }
 }
 
 // Closing takes the session away; the run has its databases and goes on over its controls.
 TEST_F(Copying, GoesOnWhenItsWindowIsClosed) {
-  for (Button* button : {window().cmdCopy, window().cmdMoveDocs}) {
+  for (Button* button : {window.cmdCopy, window.cmdMoveDocs}) {
     memos(3);
     chooseView();
-    tool().sessions.GetSessionProbe();
-    window().terminate = [this] { globals().gSession.release(); };
-    window().show();
-    host.whileYielding = [this] { window().close(); };
+    sessions.GetSessionProbe();
+    window.terminate = [this] { globals.gSession.release(); };
+    window.show();
+    host.whileYielding = [this] { window.close(); };
     press(button);
-    EXPECT_EQ(host.boxes, BulkBoxes());
-    EXPECT_TRUE(globals().gSession.isNothing());
-    EXPECT_EQ(processed(), button == window().cmdCopy ? "3" : "6");
+    EXPECT_EQ(host.boxes, Boxes());
+    EXPECT_TRUE(globals.gSession.isNothing());
+    EXPECT_EQ(processed(), button == window.cmdCopy ? "3" : "6");
   }
   EXPECT_EQ(subjects(*target).size(), 9);
   EXPECT_EQ(subjects(*source).size(), 0);
@@ -496,7 +496,7 @@ TEST_F(Copying, ACopyOfNothingEndsTheRun) {
   chooseView();
   notes().replies.insert(u"COPYTODATABASE"_s, Object());
   copy();
-  EXPECT_EQ(host.boxes, BulkBoxes({failed(err::ObjectNotSet)}));
+  EXPECT_EQ(host.boxes, Boxes({failed(err::ObjectNotSet)}));
   EXPECT_EQ(processed(), QString());
 }
 
@@ -527,7 +527,7 @@ TEST_F(Copying, LeavesMarkedItemsWithoutAValueAndMakesTextOfRichText) {
   chooseView();
   markFields({u"Body: the pump"_s, u"Formula: "_s, u"None: "_s}, u"pump"_s, u"valve"_s);
   copy();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   const Note made = documents(*target).first();
   EXPECT_EQ(made.find(u"Body")->type(), itemtype::Text);
   EXPECT_EQ(made.text(u"Body").trimmed(), "the valve");
@@ -562,7 +562,7 @@ TEST_F(Copying, RefusesWhatNoTextCanStandForAndLeavesMessagesAlone) {
   }
   const QByteArray message = rawValue(itemtype::MimePart, QByteArray(20, '\0'));
   const Note made = copied(u"Message"_s, message, 1);
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_TRUE(made.has(kTrace));
 }
 
@@ -575,7 +575,7 @@ TEST_F(Copying, CarriesAttachmentsAndRichTextWhole) {
   chooseView();
   markFields({u"Subject: with file"_s}, u"file"_s, u"report"_s);
   copy();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   const Note made = documents(*target).first();
   EXPECT_EQ(made.text(u"Subject"), "with report");
   EXPECT_EQ(made.find(u"Body")->value, note.find(u"Body")->value);

@@ -1,7 +1,7 @@
 #include "bulk/database_searches.h"
 
+#include "bulk/bulk_fixture.h"
 #include "embedded/workspace/workspace_fault.h"
-#include "replic_desk_fixture.h"
 
 namespace lens {
 namespace {

@@ -1,6 +1,6 @@
 #include "bulk/dump_list.h"
 
-#include "replic_desk_fixture.h"
+#include "bulk/bulk_fixture.h"
 
 namespace lens {
 namespace {

@@ -31,7 +31,7 @@ class KeptSettings : public ShownReplic {
 
 TEST_F(KeptSettings, TheFirstOpeningMakesTheFileAndKeepsTheLists) {
   openInProgramsDirectory();
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(sources(), QStringList({u"mail.nsf"_s, u"other.nsf"_s}));
   EXPECT_EQ(fields() + targets(), QStringList());
   EXPECT_EQ(window().lstServer->text(), u"Local"_s);
@@ -39,7 +39,7 @@ TEST_F(KeptSettings, TheFirstOpeningMakesTheFileAndKeepsTheLists) {
   EXPECT_EQ(bytes(),
             "[TessalyAndDocContent]\r\nSource=Local\r\nDestination=Local\r\ntxtFind=\r\ntxtReplace=\r\n");
   window().resize(1000, 700);
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
 }
 
 // The file says what stands in the lists, whatever the directory of databases has by now.
@@ -56,7 +56,7 @@ TEST_F(KeptSettings, EndSavesAndTheNextOpeningBringsItBackUnmarked) {
   EXPECT_FALSE(window().isVisible());
   EXPECT_TRUE(state().gSession.isNothing());
   showTool();
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(sources(), QStringList(u"kept.nsf"_s));
   EXPECT_EQ(targets(), QStringList({u"t1.nsf"_s, u"t2.nsf"_s}));
   EXPECT_EQ(fields(), QStringList({u"Form: y"_s, u"Subject: x"_s})) << "as many as there are targets";
@@ -79,7 +79,7 @@ TEST_F(KeptSettings, AFileOfNoBytesIsOneReportAndTheWindowComesUp) {
   QDir().mkpath(host.programDir);
   put({});
   openTool();
-  EXPECT_EQ(host.boxes, BoxList({report(err::InputPastEnd)}));
+  EXPECT_EQ(host.boxes, Boxes({report(err::InputPastEnd)}));
   EXPECT_TRUE(window().isVisible());
   window().resize(1000, 700);
   EXPECT_EQ(host.boxes.size(), 1);
@@ -107,7 +107,7 @@ TEST_F(KeptSettings, LoadLastSettingsReadsTheFileAgainWithoutListing) {
   EXPECT_EQ(window().lstServer->text(), u"Hub/Acme"_s);
   EXPECT_EQ(window().lstDesignServer->text(), QString()) << "a missing key empties its box";
   EXPECT_EQ(notes().log, QStringList());
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
 }
 
 }  // namespace

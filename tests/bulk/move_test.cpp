@@ -10,7 +10,7 @@ const QString kMoveTrace = QStringLiteral("zpMovedFromAt");
 
 class Moving : public OperationsTest {
  protected:
-  void move() { press(window().cmdMoveDocs); }
+  void move() { press(window.cmdMoveDocs); }
   static ShownBox refused(const QString& text) { return refusal(text, u"Move Docs"_s); }
   static ShownBox failed(int number) { return failure(u"in Move"_s, number); }
 };
@@ -21,9 +21,9 @@ TEST_F(Moving, CopiesWithItsOwnTraceAndEmptiesTheView) {
   task.add(u"Subject"_s, itemflag::Summary, textValue(u"task"_s));
   save(task);
   chooseView();
-  putSound();
+  provideSound();
   move();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(subjects(*target), QStringList({u"m1"_s, u"m2"_s, u"m3"_s}));
   for (const Note& made : documents(*target)) {
     EXPECT_EQ(values(made, kMoveTrace), QStringList(u"!!source.nsf at: 11.03.2024 14:05:09"_s));
@@ -39,15 +39,15 @@ TEST_F(Moving, CopiesWithItsOwnTraceAndEmptiesTheView) {
 TEST_F(Moving, StoppedAtTheFirstDocumentLeavesOneCopyAndAnEmptyView) {
   memos(4);
   chooseView();
-  putSound();
+  provideSound();
   stopInYield(1);
   move();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(subjects(*target), QStringList(u"m1"_s));
   EXPECT_EQ(subjects(*source), QStringList());
   EXPECT_EQ(processed(), "1");
   EXPECT_EQ(host.sounds.size(), 1);
-  EXPECT_FALSE(globals().gStopFlag);
+  EXPECT_FALSE(globals.gStopFlag);
 }
 
 TEST_F(Moving, FromAndIntoTheSameDatabaseRemovesOnlyWhatWasThereBefore) {
@@ -55,7 +55,7 @@ TEST_F(Moving, FromAndIntoTheSameDatabaseRemovesOnlyWhatWasThereBefore) {
   chooseView();
   chooseTarget(u"source.nsf"_s, u"Local"_s);
   move();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(subjects(*source), QStringList({u"m1"_s, u"m2"_s, u"m3"_s}));
   for (const Note& made : documents(*source)) EXPECT_TRUE(made.has(kMoveTrace));
   EXPECT_EQ(selectedCount(), "0");
@@ -76,22 +76,22 @@ TEST_F(Moving, RemovesADocumentOfTwoCategoriesOnce) {
 
 TEST_F(Moving, AsksForViewAndSourceBeforeAndForTheTargetBehindOpeningTheSource) {
   move();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(host.pointers, QVector<int>({pointer::Default}));
   chooseView();
-  window().lstViewNames->clear();
-  window().lstViewNames->addItem(u"All"_s);
+  window.lstViewNames->clear();
+  window.lstViewNames->addItem(u"All"_s);
   move();
-  window().lstViewNames->setSelected(0, true);
-  window().lstDBNames->setSelected(0, false);
+  window.lstViewNames->setSelected(0, true);
+  window.lstDBNames->setSelected(0, false);
   move();
   EXPECT_EQ(notes().log, QStringList());
-  window().lstDBNames->setSelected(0, true);
-  window().lstDBNamesDest->clear();
+  window.lstDBNames->setSelected(0, true);
+  window.lstDBNamesDest->clear();
   host.pointers.clear();
   move();
-  EXPECT_EQ(host.boxes, BulkBoxes({refused(u"Choose source view!!"_s), refused(u"Choose Source database!!"_s),
-                                   refused(u"Choose Destination database!!"_s)}));
+  EXPECT_EQ(host.boxes, Boxes({refused(u"Choose source view!!"_s), refused(u"Choose Source database!!"_s),
+                               refused(u"Choose Destination database!!"_s)}));
   EXPECT_EQ(notes().log, QStringList(u"GETDATABASE"_s));
   EXPECT_EQ(host.pointers, QVector<int>({pointer::ArrowHourglass, pointer::Default}));
 }
@@ -99,7 +99,7 @@ TEST_F(Moving, AsksForViewAndSourceBeforeAndForTheTargetBehindOpeningTheSource) 
 TEST_F(Moving, TellsASourceThatIsGoneBeforeAMissingTarget) {
   chooseView();
   chooseSource(u"gone.nsf"_s);
-  window().lstDBNamesDest->clear();
+  window.lstDBNamesDest->clear();
   move();
   ASSERT_EQ(host.boxes.size(), 1);
   EXPECT_EQ(host.boxes[0].title, "in Move");
@@ -125,7 +125,7 @@ TEST_F(Moving, LooksForTheItemWithoutAName) {
   markFields({u": x"_s, u"   : y"_s, u"no colon"_s});
   move();
   EXPECT_EQ(callsOf(u"HASITEM"_s), 2);
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(subjects(*target), QStringList(u"one"_s));
 }
 
@@ -135,7 +135,7 @@ TEST_F(Moving, PassesOverACopyOfNothingAndRemovesItsSourceAllTheSame) {
   notes().replies.insert(u"COPYTODATABASE"_s, Object());
   markFields({u"Subject: m"_s});
   move();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(callsOf(u"HASITEM"_s) + callsOf(u"SAVE"_s), 0);
   EXPECT_EQ(host.yields, 2);
   EXPECT_EQ(subjects(*target), QStringList());
@@ -149,7 +149,7 @@ TEST_F(Moving, AFailureInTheLoopKeepsTheWholeSource) {
     if (host.yields == 2) notes().failing.insert(u"COPYTODATABASE"_s, RuntimeError(70));
   };
   move();
-  EXPECT_EQ(host.boxes, BulkBoxes({failed(70)}));
+  EXPECT_EQ(host.boxes, Boxes({failed(70)}));
   EXPECT_EQ(subjects(*target).size(), 2);
   EXPECT_EQ(subjects(*source).size(), 3);
 }
@@ -160,7 +160,7 @@ TEST_F(Moving, EndsAtADamagedDocumentAndRemovesNone) {
   const NoteId bad = memo(u"m2"_s);
   memo(u"m3"_s);
   chooseView();
-  press(window().cmdReplace);  // the index knows the document
+  press(window.cmdReplace);  // the index knows the document
   damage(*source, bad);
   move();
   ASSERT_EQ(host.boxes.size(), 1);
@@ -216,7 +216,7 @@ TEST_F(Moving, OfAViewThatIsDeletedMeanwhileIsWhole) {
   chooseView(u"Doomed"_s);
   host.whileYielding = [this, doomed] { source->notes().remove(doomed); };
   move();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(subjects(*target).size(), 2);
   EXPECT_EQ(subjects(*source), QStringList());
 }

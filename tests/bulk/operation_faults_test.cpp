@@ -29,7 +29,7 @@ class OperationFaults : private BulkDisk, public OperationsTest {
     markFields({u"Subject: m1"_s, u"Kinds: m"_s}, u"m"_s, u"n"_s);
     host.boxes.clear();
     host.pointers.clear();
-    globals().gStopFlag = false;
+    globals.gStopFlag = false;
     notes().log.clear();
   }
   bool failedIn(int n, const QString& name) {
@@ -49,28 +49,28 @@ class OperationFaults : private BulkDisk, public OperationsTest {
 TEST_F(OperationFaults, EveryFailureOfACopyEndsInOneBoxAndTheNormalPointer) {
   const auto run = [&](int n) {
     refill();
-    return reachesFault(notes(), n, [&] { press(window().cmdCopy); });
+    return reachesFault(notes(), n, [&] { press(window.cmdCopy); });
   };
   const int runs = withEveryFault(run, [&](int n) {
     SCOPED_TRACE(notes().log[n - 1].toStdString());
-    EXPECT_EQ(host.boxes, BulkBoxes({failure(u"in Copy"_s, 70)}));
+    EXPECT_EQ(host.boxes, Boxes({failure(u"in Copy"_s, 70)}));
     EXPECT_EQ(host.pointers, QVector<int>({pointer::ArrowHourglass, pointer::Default}));
     EXPECT_EQ(subjects(*source), QStringList({u"m1"_s, u"m2"_s, u"m3"_s}));
     expectWholeCopies(u"qvCopiedFromAt"_s);
   });
   EXPECT_GT(runs, 40);
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(subjects(*target), QStringList({u"n1"_s, u"n2"_s, u"n3"_s}));
 }
 
 TEST_F(OperationFaults, EveryFailureOfAMoveKeepsTheSourceOrComesBehindTheRemoval) {
   const auto run = [&](int n) {
     refill();
-    return reachesFault(notes(), n, [&] { press(window().cmdMoveDocs); });
+    return reachesFault(notes(), n, [&] { press(window.cmdMoveDocs); });
   };
   const int runs = withEveryFault(run, [&](int n) {
     SCOPED_TRACE(notes().log[n - 1].toStdString());
-    EXPECT_EQ(host.boxes, BulkBoxes({failure(u"in Move"_s, 70)}));
+    EXPECT_EQ(host.boxes, Boxes({failure(u"in Move"_s, 70)}));
     EXPECT_EQ(host.pointerCode, pointer::Default);
     if (failedIn(n, u"count"_s))
       EXPECT_EQ(subjects(*source), QStringList());
@@ -79,31 +79,31 @@ TEST_F(OperationFaults, EveryFailureOfAMoveKeepsTheSourceOrComesBehindTheRemoval
     expectWholeCopies(u"zpMovedFromAt"_s);
   });
   EXPECT_GT(runs, 40);
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(subjects(*source), QStringList());
 }
 
 TEST_F(OperationFaults, EveryFailureOfAReplacementIsReportedAndKeepsWhatWasSaved) {
   const auto run = [&](int n) {
     refill();
-    return reachesFault(notes(), n, [&] { press(window().cmdReplace); });
+    return reachesFault(notes(), n, [&] { press(window.cmdReplace); });
   };
   const int runs = withEveryFault(run, [&](int n) {
     SCOPED_TRACE(notes().log[n - 1].toStdString());
-    EXPECT_EQ(host.boxes, BulkBoxes({report(70)}));
+    EXPECT_EQ(host.boxes, Boxes({report(70)}));
     EXPECT_EQ(host.pointers, QVector<int>());
     const QString all = subjects(*source).join(u' ');
     EXPECT_TRUE(QStringList({u"m1 m2 m3"_s, u"n1 m2 m3"_s, u"n1 n2 m3"_s, u"n1 n2 n3"_s}).contains(all))
         << all.toStdString();
   });
   EXPECT_GT(runs, 25);
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
 }
 
 TEST_F(OperationFaults, EveryFailureOfADeletionIsReportedAndRemovesAllOrNone) {
   const auto run = [&](int n) {
     refill();
-    return reachesFault(notes(), n, [&] { press(window().cmdDelDocs); });
+    return reachesFault(notes(), n, [&] { press(window.cmdDelDocs); });
   };
   const int runs = withEveryFault(run, [&](int n) {
     SCOPED_TRACE(notes().log[n - 1].toStdString());
@@ -122,7 +122,7 @@ TEST_F(OperationFaults, AFullDiskInTheMiddleOfAMoveLeavesWholeCopiesAndTheWholeS
     SCOPED_TRACE(moment);
     refill();
     testbed::FaultyDisk::fullFrom(moment);
-    press(window().cmdMoveDocs);
+    press(window.cmdMoveDocs);
     const bool reached = testbed::FaultyDisk::changes() >= moment;
     testbed::FaultyDisk::count();
     expectWholeCopies(u"zpMovedFromAt"_s);

@@ -4,60 +4,24 @@
 //   TEST_F(Copying, CopiesEveryDocument) {
 //     memo(u"one"_s);
 //     chooseView();                             // source, view "All" and target are chosen
-//     press(window().cmdCopy);
+//     press(window.cmdCopy);
 //     EXPECT_EQ(subjects(*target), QStringList(u"one"_s));
 //   }
 #pragma once
 
-#include <QDir>
-#include <QFile>
-
 #include "bulk/bulk_deletion.h"
+#include "bulk/bulk_fixture.h"
 #include "bulk/copy_move.h"
 #include "bulk/database_replication.h"
 #include "bulk/replic_agents.h"
 #include "bulk/source_replacement.h"
 #include "embedded/support/view_fixture.h"
-#include "support/every_fault.h"
-#include "support/lens_fixture.h"
 
 namespace lens {
 
-using BulkBoxes = QVector<ShownBox>;
 inline const QString kHub = QStringLiteral("CN=Hub/O=Acme");
 
-// The window and its operations, put together as the application does.
-struct BulkTool {
-  BulkTool(Gateway& notes, CApi& api, Host& host)
-      : routines(host, api),
-        sessions(state, notes, host),
-        servers(state, host, api, routines),
-        databases(state, host),
-        desk{window, state, notes, host, routines, sessions, servers, databases},
-        copyMove(desk),
-        replacement(desk),
-        deletion(desk),
-        replication(desk),
-        agents(desk) {
-    installUntrappedReport(host);
-    databases.registerList(u"lstDBNames"_s, u"frmReplic"_s, *window.lstDBNames);
-    sessions.GetSessionProbe();
-  }
-  FrmReplic window;
-  Globals state;
-  Routines routines;
-  SessionRoutines sessions;
-  ServerLists servers;
-  DatabaseLists databases;
-  ReplicDesk desk;
-  CopyMove copyMove;
-  SourceReplacement replacement;
-  BulkDeletion deletion;
-  DatabaseReplication replication;
-  ReplicAgents agents;
-};
-
-class OperationsTest : public LensFixture {
+class OperationsTest : public ReplicDeskTest {
  protected:
   OperationsTest() {
     workspace->addServer(kHub);
@@ -65,11 +29,11 @@ class OperationsTest : public LensFixture {
     target = workspace->createDatabase(kHub, u"target.nsf"_s, infoOf(u"C125000000000002"_s));
     database = source;
     view(u"All"_s, {});
-    QDir().mkpath(host.programDir);
-    tool_ = std::make_unique<BulkTool>(notes(), capi(), host);
+    databases.registerList(u"lstDBNames"_s, u"frmReplic"_s, *window.lstDBNames);
+    globals.gSession.release();
+    sessions.GetSessionProbe();
     notes().log.clear();
   }
-  ~OperationsTest() override { tool_.reset(); }
 
   static DatabaseInfo infoOf(const QString& replicaId) {
     return {u"Letters"_s, replicaId, {}, {}, {}, false};
@@ -127,37 +91,32 @@ class OperationsTest : public LensFixture {
 
   // --- what the user chooses ---
   void chooseSource(const QString& path = u"source.nsf"_s, const QString& server = u"Local"_s) {
-    window().lstServer->setText(server);
-    window().lstDBNames->clear();
-    window().lstDBNames->addItem(path);
-    window().lstDBNames->setSelected(0, true);
+    window.lstServer->setText(server);
+    window.lstDBNames->clear();
+    window.lstDBNames->addItem(path);
+    window.lstDBNames->setSelected(0, true);
   }
   void chooseTarget(const QString& path = u"target.nsf"_s, const QString& server = kHub) {
-    window().lstDesignServer->setText(server);
-    window().lstDBNamesDest->clear();
-    window().lstDBNamesDest->addItem(path);
-    window().lstDBNamesDest->setSelected(0, true);
+    window.lstDesignServer->setText(server);
+    window.lstDBNamesDest->clear();
+    window.lstDBNamesDest->addItem(path);
+    window.lstDBNamesDest->setSelected(0, true);
   }
   void chooseView(const QString& name = u"All"_s) {
     chooseSource();
     chooseTarget();
-    window().lstViewNames->clear();
-    window().lstViewNames->addItem(name);
-    window().lstViewNames->setSelected(0, true);
+    window.lstViewNames->clear();
+    window.lstViewNames->addItem(name);
+    window.lstViewNames->setSelected(0, true);
   }
   // Marked rows of the field list, with the replacement turned on.
   void markFields(const QStringList& rows, const QString& find = {}, const QString& replace = {}) {
-    window().chkFields->setValue(1);
-    window().fldList->clear();
-    for (const QString& row : rows) window().fldList->addItem(row);
-    for (int row = 0; row < window().fldList->listCount(); ++row) window().fldList->setSelected(row, true);
-    window().txtFind->setText(find);
-    window().txtReplace->setText(replace);
-  }
-  void press(Button* button) { button->click.fire(); }
-  void putSound() {
-    QFile file(host.programDir + u"/done.wav"_s);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    window.chkFields->setValue(1);
+    window.fldList->clear();
+    for (const QString& row : rows) window.fldList->addItem(row);
+    for (int row = 0; row < window.fldList->listCount(); ++row) window.fldList->setSelected(row, true);
+    window.txtFind->setText(find);
+    window.txtReplace->setText(replace);
   }
   void answerWith(const QVector<int>& answers) {
     for (const int reply : answers) host.answers.enqueue(reply);
@@ -165,15 +124,12 @@ class OperationsTest : public LensFixture {
   // Presses "Stop" in the n-th yield.
   void stopInYield(int n) {
     host.yields = 0;
-    host.whileYielding = [this, n] { tool_->state.gStopFlag = tool_->state.gStopFlag || host.yields == n; };
+    host.whileYielding = [this, n] { globals.gStopFlag = globals.gStopFlag || host.yields == n; };
   }
 
   // --- what is seen ---
-  FrmReplic& window() { return tool_->window; }
-  BulkTool& tool() { return *tool_; }
-  Globals& globals() { return tool_->state; }
-  QString processed() { return window().txtProc->text(); }
-  QString selectedCount() { return window().txtDocsSelected->text(); }
+  QString processed() { return window.txtProc->text(); }
+  QString selectedCount() { return window.txtDocsSelected->text(); }
   int callsOf(const QString& name) { return int(notes().log.count(name)); }
   static ShownBox refusal(const QString& text, const QString& title) {
     return {text, box::Information, title};
@@ -181,15 +137,12 @@ class OperationsTest : public LensFixture {
   static ShownBox failure(const QString& title, int number) {
     return {standardErrorText(number) + u" in line: 0", box::Critical, title};
   }
-  static ShownBox report(int number) { return report(number, standardErrorText(number)); }
-  static ShownBox report(int number, const QString& description) {
-    return {u"Run-time error '%1':"_s.arg(number) + u"\n\n" + description, box::Critical, {}};
-  }
-
   std::shared_ptr<Database> source, target;
-
- private:
-  std::unique_ptr<BulkTool> tool_;
+  CopyMove copyMove{desk};
+  SourceReplacement replacement{desk};
+  BulkDeletion deletion{desk};
+  DatabaseReplication replication{desk};
+  ReplicAgents agents{desk};
 };
 
 }  // namespace lens

@@ -42,7 +42,7 @@ TEST_F(ReplicPicture, ShowsAllCaptionsWholeWithListsThatAreFilled) {
   window().activateWindow();
   QCoreApplication::processEvents();
   window().lstViewNames->setFocus();
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(window().txtDocsSelected->text(), "317");
   EXPECT_EQ(window().txtNumDocs->text(), "250");
   EXPECT_EQ(fields(), QStringList({u"Categories: contract"_s, u"LinkTitle: contract register"_s,

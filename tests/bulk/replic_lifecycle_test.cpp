@@ -28,7 +28,7 @@ TEST_F(ReplicWindowTest, OpensOverTheMainWindowWithoutABoxAndBlocksIt) {
   ASSERT_TRUE(form().cmdCMRcoll->isEnabled());
   host.boxes.clear();
   QTest::mouseClick(form().cmdCMRcoll, Qt::LeftButton);
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
   ASSERT_TRUE(window().isVisible());
   EXPECT_EQ(window().windowModality(), Qt::WindowModal);
   EXPECT_EQ(window().parentWidget(), &form());
@@ -159,7 +159,7 @@ TEST_F(ReplicWindowTest, EachOpeningStartsFromTheDesignWithEachServerOnce) {
   EXPECT_EQ(window().lstDesignServer->text(), kHub);
   EXPECT_EQ(window().chkFields->value(), 0);
   EXPECT_TRUE(window().Opt[0]->value());
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
 }
 
 TEST_F(ReplicWindowTest, ResizingScalesItsOwnControlsAndLeavesThoseOfTheMainWindow) {
@@ -242,7 +242,7 @@ TEST_F(ReplicWindowTest, SettingsThatCannotBeWrittenAreReportedAndTheWindowStays
   openTool();
   lifecycle().writeSettings = [] { throw RuntimeError(err::PathFileAccess); };
   window().cmdEnd->click.fire();
-  EXPECT_EQ(host.boxes, BoxList({report(err::PathFileAccess)}));
+  EXPECT_EQ(host.boxes, Boxes({report(err::PathFileAccess)}));
   EXPECT_TRUE(window().isVisible());
 }
 
@@ -255,7 +255,7 @@ TEST_F(ReplicWindowTest, SettingsThatCannotBeReadAreReportedAndTheWindowComesUpW
     throw RuntimeError(err::InputPastEnd);
   };
   showTool();
-  EXPECT_EQ(host.boxes, BoxList({report(err::InputPastEnd)}));
+  EXPECT_EQ(host.boxes, Boxes({report(err::InputPastEnd)}));
   EXPECT_TRUE(window().isVisible());
   EXPECT_TRUE(state().gStopFlag) << "the load ended before";
   const QRect place = window().cmdStop->geometry();
@@ -272,7 +272,7 @@ TEST_F(ReplicWindowTest, TheLoadButtonReadsTheSettingsAgain) {
   EXPECT_EQ(read, 1);
   lifecycle().readSettings = [] { throw RuntimeError(err::FileNotFound); };
   window().cmdLoadLast->click.fire();
-  EXPECT_EQ(host.boxes, BoxList({report(err::FileNotFound)}));
+  EXPECT_EQ(host.boxes, Boxes({report(err::FileNotFound)}));
 }
 
 TEST_F(ReplicWindowTest, WithoutAClientThereAreTwoBoxesAndTheLoadGoesOn) {
@@ -283,9 +283,9 @@ TEST_F(ReplicWindowTest, WithoutAClientThereAreTwoBoxesAndTheLoadGoesOn) {
   lifecycle().readSettings = [&] { ++read; };
   showTool();
   EXPECT_EQ(host.boxes,
-            BoxList({{u"Start NotesClient !!!  ActiveX component can't create object"_s, box::Critical, {}},
-                     {u"GetServerList2: in line 0 Object variable or With block variable not set"_s,
-                      box::Critical, u"Replic Notes DB's"_s}}));
+            Boxes({{u"Start NotesClient !!!  ActiveX component can't create object"_s, box::Critical, {}},
+                   {u"GetServerList2: in line 0 Object variable or With block variable not set"_s,
+                    box::Critical, u"Replic Notes DB's"_s}}));
   EXPECT_EQ(read, 1);
   EXPECT_TRUE(window().isVisible());
   EXPECT_EQ(sources(), QStringList());
@@ -389,7 +389,7 @@ TEST_F(ReplicWindowTest, FieldsAreMarkedAllAndClearedByTheirButtons) {
   QTest::mouseClick(window().cmdClearFldList, Qt::LeftButton);
   EXPECT_EQ(fields(), QStringList());
   QTest::mouseClick(window().Command2, Qt::LeftButton);
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
 }
 
 TEST_F(ReplicWindowTest, TheSearchTextIsClearedByItsButton) {
@@ -411,14 +411,14 @@ TEST_F(ReplicWindowTest, ANumberOfDocumentsThatBeginsWithNoNumberIsRefusedAndSta
   for (const auto& [text, good] : inputs) {
     host.boxes.clear();
     window().txtNumDocs->setText(text);
-    EXPECT_EQ(host.boxes, good ? BoxList() : BoxList({refused})) << text.toStdString();
+    EXPECT_EQ(host.boxes, good ? Boxes() : Boxes({refused})) << text.toStdString();
     EXPECT_EQ(window().txtNumDocs->text(), text);
   }
   host.boxes.clear();
   window().txtNumDocs->setFocus();
   QTest::keyClicks(window().txtNumDocs, u"0"_s);
   QTest::keyClicks(window().txtNumDocs, u"1"_s);
-  EXPECT_EQ(host.boxes, BoxList({refused})) << "01 is a number";
+  EXPECT_EQ(host.boxes, Boxes({refused})) << "01 is a number";
 }
 
 }  // namespace

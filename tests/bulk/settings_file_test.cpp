@@ -5,8 +5,8 @@
 #include <unistd.h>
 #endif
 
+#include "bulk/bulk_fixture.h"
 #include "bulk/settings_text.h"
-#include "replic_desk_fixture.h"
 #include "support/without_rights.h"
 #ifdef Q_OS_LINUX
 #include "support/small_files.h"
@@ -93,7 +93,7 @@ TEST_F(SettingsFileTest, StandsInTheUsersDirectoryWhereTheProgramsTakesNoFile) {
 
 #ifdef Q_OS_LINUX
 TEST_F(SettingsFileTest, OfAnInstalledProgramStandsInTheUsersDirectory) {
-  const WithoutRights user(directory.path());
+  const WithoutRights user(host.directory.path());
   QFile::setPermissions(host.programDir, QFile::ReadOwner | QFile::ExeOwner);
   fillLists({u"a.nsf"_s}, {}, {});
   load();
@@ -290,7 +290,7 @@ TEST_F(SettingsFileTest, EndsARowThatBeginsWithABracketWhenItIsRead) {
 TEST_F(SettingsFileTest, ThatMayNotBeChangedIsOneReportAndStays) {
   save();
   const QByteArray before = bytes();
-  const WithoutRights user(directory.path());
+  const WithoutRights user(host.directory.path());
   QFile::setPermissions(path(), QFile::ReadOwner);
   fillLists({u"new.nsf"_s}, {}, {});
   save();

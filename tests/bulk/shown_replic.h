@@ -4,14 +4,13 @@
 
 #include <QTest>
 
-#include "support/lens_fixture.h"
+#include "bulk/bulk_fixture.h"
 
 namespace lens {
 
-class ShownReplic : public LensFixture {
+class ShownReplic : public BulkTest {
  protected:
   inline static const QString kHub = u"CN=ACME-HUB01/O=Acme"_s, kMail = u"CN=ACME-MAIL01/O=Acme"_s;
-  using BoxList = QVector<ShownBox>;
 
   ShownReplic() { openDatabase(u"mail.nsf"_s); }
 
@@ -70,12 +69,6 @@ class ShownReplic : public LensFixture {
     form().cmdCMRcoll->click.fire();
   }
   FrmReplic& window() { return app->bulk().window; }
-  template <class Control>
-  static QStringList rowsOf(const Control& list) {
-    QStringList texts;
-    for (int row = 0; row < list.listCount(); ++row) texts += list.list(row);
-    return texts;
-  }
   QStringList sources() { return rowsOf(*window().lstDBNames); }
   QStringList targets() { return rowsOf(*window().lstDBNamesDest); }
   QStringList fields() { return rowsOf(*window().fldList); }
@@ -85,10 +78,6 @@ class ShownReplic : public LensFixture {
     ASSERT_GE(place, 0) << row.toStdString() << " is none of " << rowsOf(list).join(u" | "_s).toStdString();
     list.setSelected(place, true);
   }
-  static ShownBox report(int number, const QString& description) {
-    return {u"Run-time error '%1':\n\n"_s.arg(number) + description, box::Critical, {}};
-  }
-  static ShownBox report(int number) { return report(number, standardErrorText(number)); }
   static QString native(const QString& path) { return QDir::toNativeSeparators(path); }
 };
 

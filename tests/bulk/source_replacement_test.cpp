@@ -8,10 +8,10 @@ namespace {
 class Replacing : public OperationsTest {
  protected:
   Replacing() { notes().log.clear(); }
-  void replace() { press(window().cmdReplace); }
+  void replace() { press(window.cmdReplace); }
   void choose() {
     chooseView();
-    window().lstDBNamesDest->clear();
+    window.lstDBNamesDest->clear();
   }
   qint64 changes() { return source->versions().changeSequence(); }
 };
@@ -20,9 +20,9 @@ TEST_F(Replacing, WritesTheDocumentsOfTheViewThemselves) {
   memos(2);
   choose();
   markFields({u"Subject: m1"_s}, u"m"_s, u"n"_s);
-  putSound();
+  provideSound();
   replace();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(subjects(*source), QStringList({u"n1"_s, u"n2"_s}));
   for (const Note& note : documents(*source)) EXPECT_EQ(note.items.size(), 2) << "no trace";
   EXPECT_EQ(processed(), "2");
@@ -31,15 +31,15 @@ TEST_F(Replacing, WritesTheDocumentsOfTheViewThemselves) {
   EXPECT_EQ(host.pointers, QVector<int>());
   EXPECT_EQ(host.yields, 2);
   EXPECT_EQ(callsOf(u"GETDATABASE"_s), 1) << "the target lists play no part";
-  EXPECT_EQ(globals().gDbPath, "source.nsf");
+  EXPECT_EQ(globals.gDbPath, "source.nsf");
 }
 
 TEST_F(Replacing, WithoutTheCheckBoxCountsAndSavesNothing) {
   memos(3);
   choose();
   markFields({u"Subject: m1"_s}, u"m"_s, u"n"_s);
-  window().chkFields->setValue(0);
-  putSound();
+  window.chkFields->setValue(0);
+  provideSound();
   const qint64 before = changes();
   replace();
   EXPECT_EQ(changes(), before);
@@ -68,13 +68,13 @@ TEST_F(Replacing, SavesADocumentThatHasTheItemAlsoWithoutAHit) {
 
 TEST_F(Replacing, SaysNothingWithoutViewsAndAsksForViewThenSource) {
   replace();
-  EXPECT_EQ(host.boxes, BulkBoxes());
-  window().lstViewNames->addItem(u"All"_s);
+  EXPECT_EQ(host.boxes, Boxes());
+  window.lstViewNames->addItem(u"All"_s);
   replace();
-  window().lstViewNames->setSelected(0, true);
+  window.lstViewNames->setSelected(0, true);
   replace();
-  EXPECT_EQ(host.boxes, BulkBoxes({refusal(u"Choose source view!!"_s, u"Move Docs"_s),
-                                   refusal(u"Choose Source database!!"_s, u"Move Docs"_s)}));
+  EXPECT_EQ(host.boxes, Boxes({refusal(u"Choose source view!!"_s, u"Move Docs"_s),
+                               refusal(u"Choose Source database!!"_s, u"Move Docs"_s)}));
   EXPECT_EQ(host.pointers, QVector<int>());
   EXPECT_EQ(notes().log, QStringList());
 }
@@ -84,7 +84,7 @@ TEST_F(Replacing, ARowWithoutAColonEndsTheRunAtTheFirstDocument) {
   choose();
   markFields({u"Subject: m1"_s, u"no colon"_s}, u"m"_s, u"n"_s);
   replace();
-  EXPECT_EQ(host.boxes, BulkBoxes({report(err::InvalidCall)}));
+  EXPECT_EQ(host.boxes, Boxes({report(err::InvalidCall)}));
   EXPECT_EQ(subjects(*source), QStringList({u"m1"_s, u"m2"_s})) << "nothing was saved";
 }
 
@@ -107,9 +107,9 @@ TEST_F(Replacing, GoesOnWithDocumentsThatItDropsFromTheView) {
     save(note);
   }
   choose();
-  window().lstViewNames->clear();
-  window().lstViewNames->addItem(u"Open"_s);
-  window().lstViewNames->setSelected(0, true);
+  window.lstViewNames->clear();
+  window.lstViewNames->addItem(u"Open"_s);
+  window.lstViewNames->setSelected(0, true);
   markFields({u"Status: open"_s}, u"open"_s, u"done"_s);
   replace();
   for (const Note& note : documents(*source)) EXPECT_EQ(note.text(u"Status"), "done");
@@ -121,14 +121,14 @@ TEST_F(Replacing, AStopEndsBeforeTheNextDocumentAndStillCloses) {
   memos(3);
   choose();
   markFields({u"Subject: m"_s}, u"m"_s, u"n"_s);
-  putSound();
+  provideSound();
   stopInYield(2);
   replace();
   EXPECT_EQ(subjects(*source), QStringList({u"n1"_s, u"n2"_s, u"m3"_s}));
   EXPECT_EQ(processed(), "2");
   EXPECT_EQ(selectedCount(), "3");
   EXPECT_EQ(host.sounds.size(), 1);
-  EXPECT_FALSE(globals().gStopFlag);
+  EXPECT_FALSE(globals.gStopFlag);
 }
 
 TEST_F(Replacing, WithAllRowsMarkedLeavesAttachmentsWhole) {
@@ -158,7 +158,7 @@ TEST_F(Replacing, AnItemWithoutAValueEndsTheRun) {
   choose();
   markFields({u"Formula: "_s, u"Subject: a"_s}, u"a"_s, u"b"_s);
   replace();
-  EXPECT_EQ(host.boxes, BulkBoxes({report(err::TypeMismatch)}));
+  EXPECT_EQ(host.boxes, Boxes({report(err::TypeMismatch)}));
   EXPECT_EQ(subjects(*source), QStringList(u"a"_s));
 }
 
@@ -196,7 +196,7 @@ TEST_F(Replacing, ADocumentOfTheEngineThatIsDeletedMeanwhileIsCounted) {
   markFields({u"Subject: m"_s}, u"m"_s, u"n"_s);
   host.whileYielding = [this, last] { source->notes().remove(last); };
   replace();
-  EXPECT_EQ(host.boxes, BulkBoxes());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(subjects(*source), QStringList({u"n1"_s, u"n2"_s}));
   EXPECT_EQ(processed(), "3");
 }
@@ -222,7 +222,7 @@ TEST_F(Replacing, OfAViewThatIsDeletedMeanwhileEndsInTheReportBehindItsRows) {
   const NoteId doomed = source->notes().list(noteclass::View).last().id;
   chooseView(u"Doomed"_s);
   markFields({u"Subject: m"_s}, u"m"_s, u"n"_s);
-  putSound();
+  provideSound();
   host.whileYielding = [this, doomed] { source->notes().remove(doomed); };
   replace();
   EXPECT_EQ(host.boxes.size(), 1);

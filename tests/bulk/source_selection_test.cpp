@@ -49,7 +49,7 @@ TEST_F(SelectionTest, AClickListsDatabasesOnlyAndEnterListsTemplatesToo) {
   EXPECT_EQ(sources(), QStringList(u"names.nsf"_s));
   EXPECT_EQ(window().lblDB->text(), u"Databases on: "_s + kHub);
   EXPECT_EQ(state().gServer, kHub);
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(host.pointerCode, pointer::Default);
 }
 
@@ -196,7 +196,7 @@ TEST_F(SelectionTest, DamagedFilesAmongTheOthersAreListedWithoutABox) {
   window().txtTemplale->setText(u"StdMail"_s);
   QTest::mouseClick(window().cmdExpand, Qt::LeftButton);
   EXPECT_EQ(sources().size(), 8);
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
 }
 
 TEST_F(SelectionTest, WithoutASessionListsAreClearedInSilence) {
@@ -211,7 +211,7 @@ TEST_F(SelectionTest, WithoutASessionListsAreClearedInSilence) {
   pressEnter(window().lstServer);
   EXPECT_EQ(sources(), QStringList());
   EXPECT_EQ(window().lblDB->text(), "Databases on: Local");
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
 }
 
 TEST_F(SelectionTest, AFailureInAnyPlaceOfAListingShowsOneBoxAndTheArrowComesBack) {
@@ -229,12 +229,12 @@ TEST_F(SelectionTest, AFailureInAnyPlaceOfAListingShowsOneBoxAndTheArrowComesBac
           return reachesFault(notes(), n, run);
         },
         [&](int) {
-          EXPECT_EQ(host.boxes, BoxList({{standardErrorText(70) + u" in line 0"_s, box::Critical,
-                                          u"Program Error in: "_s + name}}));
+          EXPECT_EQ(host.boxes, Boxes({{standardErrorText(70) + u" in line 0"_s, box::Critical,
+                                        u"Program Error in: "_s + name}}));
           EXPECT_EQ(host.pointerCode, pointer::Default);
         });
     EXPECT_GE(runs, 8) << name.toStdString();
-    EXPECT_EQ(host.boxes, BoxList());
+    EXPECT_EQ(host.boxes, Boxes());
   }
 }
 
@@ -298,7 +298,7 @@ TEST_F(SelectionTest, ADoubleClickListsViewsAndAgentsAndTakesTheTitleBehindTheUn
   EXPECT_EQ(state().gDbPath, orders);
   EXPECT_TRUE(state().gDb.isNothing());
   EXPECT_EQ(host.pointerCode, pointer::Default);
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
 }
 
 TEST_F(SelectionTest, ATitleWithoutAnUnderscoreGoesInWholeAndAFilledSearchTextStays) {
@@ -320,7 +320,7 @@ TEST_F(SelectionTest, ADatabaseWithoutDesignListsNothingAndTakesItsTitle) {
   EXPECT_EQ(rowsOf(*window().lstViewNames) + rowsOf(*window().lstAgentNames), QStringList());
   EXPECT_EQ(window().txtFind->text(), "Bare");
   EXPECT_EQ(host.pointerCode, pointer::Default);
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
 }
 
 TEST_F(SelectionTest, WhileASearchRunsADoubleClickDoesNothing) {
@@ -344,7 +344,7 @@ TEST_F(SelectionTest, AServersDatabaseThatCannotBeOpenedIsToldAndALocalOneIsRepo
   window().lstViewNames->addItem(u"old"_s);
   host.pointers.clear();
   window().lstDBNames->dblClick.fire();
-  EXPECT_EQ(host.boxes, BoxList({{u"Can't open the Database!!"_s, box::Critical, u"Open Notes DB"_s}}));
+  EXPECT_EQ(host.boxes, Boxes({{u"Can't open the Database!!"_s, box::Critical, u"Open Notes DB"_s}}));
   EXPECT_EQ(rowsOf(*window().lstViewNames), QStringList()) << "cleared before";
   EXPECT_EQ(host.pointers, QVector<int>());
   EXPECT_TRUE(state().gDb.isNothing());
@@ -391,13 +391,13 @@ TEST_F(SelectionTest, OnAServerAFailureInAnyPlaceIsSilentAndLocallyItIsReported)
         [&](int n) {
           const bool notOpened = n == 1;
           if (local) {
-            EXPECT_EQ(host.boxes, BoxList({report(70)}));
+            EXPECT_EQ(host.boxes, Boxes({report(70)}));
             EXPECT_EQ(host.pointerCode, notOpened ? pointer::Default : pointer::Hourglass);
           } else if (notOpened) {
             EXPECT_EQ(host.boxes,
-                      BoxList({{u"Can't open the Database!!"_s, box::Critical, u"Open Notes DB"_s}}));
+                      Boxes({{u"Can't open the Database!!"_s, box::Critical, u"Open Notes DB"_s}}));
           } else {
-            EXPECT_EQ(host.boxes, BoxList());
+            EXPECT_EQ(host.boxes, Boxes());
             EXPECT_EQ(host.pointerCode, pointer::Default);
             const int shown = rowsOf(*window().lstViewNames).size() + rowsOf(*window().lstAgentNames).size() +
                               (window().txtFind->text().isEmpty() ? 0 : 1);
@@ -405,7 +405,7 @@ TEST_F(SelectionTest, OnAServerAFailureInAnyPlaceIsSilentAndLocallyItIsReported)
           }
         });
     EXPECT_EQ(runs, 6);
-    EXPECT_EQ(host.boxes, BoxList());
+    EXPECT_EQ(host.boxes, Boxes());
   }
 }
 
@@ -467,7 +467,7 @@ TEST_F(SampleTest, ListsEveryItemOnceAndASecondClickAddsNothing) {
   clickView();
   EXPECT_EQ(fields().size(), 3);
   EXPECT_EQ(window().fldList->selCount(), 0);
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
 }
 
 TEST_F(SampleTest, TakesOnlyItemsThatHoldTheSearchTextInItsOwnLetters) {
@@ -522,7 +522,7 @@ TEST_F(SampleTest, ALimitBeyondItsWidthIsReportedBehindTheFirstDocument) {
   openView();
   window().txtNumDocs->setText(u"3000000000"_s);
   pressView();
-  EXPECT_EQ(host.boxes, BoxList({report(err::Overflow)}));
+  EXPECT_EQ(host.boxes, Boxes({report(err::Overflow)}));
   EXPECT_EQ(fields(), QStringList());
   EXPECT_EQ(host.pointerCode, pointer::Hourglass);
 }
@@ -553,7 +553,7 @@ TEST_F(SampleTest, TheCounterEndsAtItsWidth) {
                          Object(std::make_shared<EndlessView>(Object(std::make_shared<OneItemDocument>()))));
   window().txtNumDocs->setText(u"40000"_s);
   pressView();
-  EXPECT_EQ(host.boxes, BoxList({report(err::Overflow)}));
+  EXPECT_EQ(host.boxes, Boxes({report(err::Overflow)}));
   EXPECT_EQ(window().txtNumDocs->text(), "32767");
   EXPECT_EQ(window().txtDocsSelected->text(), "40000");
   EXPECT_EQ(host.pointerCode, pointer::Hourglass);
@@ -578,7 +578,7 @@ TEST_F(SampleTest, EveryKindOfItemHasATextAndRowsKeepIt) {
   store->notes().save(note);
   openView();
   clickView();
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
   const QStringList rows = fields();
   EXPECT_EQ(rows.size(), 9) << rows.join(u" | "_s).toStdString();
   EXPECT_TRUE(rows.contains(u"Lines: a\r\nb"_s));
@@ -599,7 +599,7 @@ TEST_F(SampleTest, ANestedClickLeavesTheOuterOneItsViewAndDocument) {
     if (!std::exchange(nested, true)) clickView();
   };
   clickView();
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(fields(), QStringList({u"Form: Order"_s, u"No: 0"_s}));
   EXPECT_TRUE(state().gDb.isNothing());
   EXPECT_EQ(host.yields, 4);
@@ -617,7 +617,7 @@ TEST_F(SampleTest, AnArrowKeyThatIsHeldWalksThroughTheViews) {
   views.setFocus();
   QTest::keyClick(&views, Qt::Key_Down);
   EXPECT_EQ(views.text(), "C");
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(window().txtDocsSelected->text(), "2");
 }
 
@@ -635,7 +635,7 @@ TEST_F(SampleTest, ClosingTheWindowMeanwhileLeavesTheSampleWhole) {
   clickView();
   EXPECT_EQ(fields().size(), 2);
   EXPECT_FALSE(window().isVisible());
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
 }
 
 TEST_F(SampleTest, WithoutAChosenDatabaseOrViewTheClickIsReported) {
@@ -652,7 +652,7 @@ TEST_F(SampleTest, WithoutAChosenDatabaseOrViewTheClickIsReported) {
   window().lstViewNames->addItem(u"Gone"_s);
   viewRow = u"Gone"_s;
   pressView();
-  EXPECT_EQ(host.boxes, BoxList({report(err::ObjectNotSet)}));
+  EXPECT_EQ(host.boxes, Boxes({report(err::ObjectNotSet)}));
   EXPECT_EQ(host.pointerCode, pointer::Hourglass) << "it stays behind a report";
 }
 
@@ -680,9 +680,9 @@ TEST_F(SampleTest, AFailureInAnyPlaceIsReportedOnce) {
         notes().log.clear();
         return reachesFault(notes(), n, [this] { pressView(); });
       },
-      [&](int) { EXPECT_EQ(host.boxes, BoxList({report(70)})); });
+      [&](int) { EXPECT_EQ(host.boxes, Boxes({report(70)})); });
   EXPECT_GT(runs, 12);
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(fields().size(), 2);
 }
 

@@ -170,7 +170,7 @@ class TwoServers : public ShownReplic {
     EXPECT_EQ(found, wanted);
   }
   void expectNothingElseChanged() {
-    EXPECT_EQ(host.boxes, BoxList());
+    EXPECT_EQ(host.boxes, Boxes());
     host.boxes.clear();
     expectAsModelled(expected, *letters, "letters");
     expectAsModelled(expectedArchive, *archive, "archive");

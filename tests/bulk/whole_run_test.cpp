@@ -25,7 +25,7 @@ class WholeRun : public ShownReplic {
     window().lstDesignServer->setText(kMail);
     QTest::keyClick(window().lstDesignServer, Qt::Key_Return);
     choose(*window().lstDBNamesDest, u"archive.nsf"_s);
-    ASSERT_EQ(host.boxes, BoxList());
+    ASSERT_EQ(host.boxes, Boxes());
   }
   QStringList subjects(const Database& of) {
     QStringList texts;
@@ -48,7 +48,7 @@ TEST_F(WholeRun, CopiesWithReplacedFields) {
   QTest::keyClick(window().fldList, Qt::Key_Home);
   QTest::keyClick(window().fldList, Qt::Key_Space);
   QTest::keyClick(window().cmdCopy, Qt::Key_Space);
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(subjects(*archive), QStringList({u"motor one"_s, u"motor two"_s, u"valve"_s}));
   EXPECT_EQ(subjects(*letters), QStringList({u"pump one"_s, u"pump two"_s, u"valve"_s}));
   archive->notes().scan(noteclass::Document, [&](const Note& note) {
@@ -62,7 +62,7 @@ TEST_F(WholeRun, CopiesWithReplacedFields) {
 TEST_F(WholeRun, AMoveThatAKeyOnTheStopButtonEndsHasEmptiedTheView) {
   host.whileYielding = [this] { QTest::keyClick(window().cmdStop, Qt::Key_X); };
   QTest::keyClick(window().cmdMoveDocs, Qt::Key_Space);
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(subjects(*archive), QStringList(u"pump one"_s));
   EXPECT_EQ(subjects(*letters), QStringList());
   EXPECT_EQ(window().txtProc->text(), "1");
@@ -82,7 +82,7 @@ TEST_F(WholeRun, IsFinishedWhenItsWindowIsClosedAndOpenedOnTheWay) {
   };
   host.yields = 0;
   QTest::keyClick(window().cmdCopy, Qt::Key_Space);
-  EXPECT_EQ(host.boxes, BoxList());
+  EXPECT_EQ(host.boxes, Boxes());
   EXPECT_EQ(subjects(*archive), QStringList({u"motor one"_s, u"motor two"_s, u"valve"_s}));
   EXPECT_FALSE(window().isVisible()) << "closed in the last yield";
   host.whileYielding = nullptr;
@@ -98,7 +98,7 @@ TEST_F(WholeRun, DeletesTheViewAfterTheQuestion) {
   EXPECT_EQ(subjects(*letters), QStringList());
   const ShownBox question{u"Are you sure to delete the documents from: letters.nsf ?"_s, box::OkCancel,
                           u"Remove documents"_s};
-  EXPECT_EQ(host.boxes, BoxList({question, question}));
+  EXPECT_EQ(host.boxes, Boxes({question, question}));
 }
 
 }  // namespace

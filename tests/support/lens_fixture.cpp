@@ -6,9 +6,6 @@
 namespace lens {
 
 LensFixture::LensFixture() {
-  host.programDir = directory.filePath(u"program"_s);
-  host.userDir = directory.filePath(u"user"_s);
-  host.tempDir = directory.filePath(u"temp"_s);
   workspace = Workspace::open(directory.filePath(u"workspace"_s), host.regional());
   engineNotes = std::make_unique<EmbeddedGateway>(workspace);
   engineCapi = std::make_unique<EmbeddedCApi>(workspace);

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QQueue>
 #include <QStringList>
+#include <QTemporaryDir>
 #include <QVector>
 
 #include "host/host.h"
@@ -42,13 +43,18 @@ class RecordingHost : public Host {
   int escapesAsked = 0;
   std::function<bool()> whenEscapeIsAsked;  // whether Esc was pressed; never without it
   QDateTime clock = QDateTime(QDate(2024, 3, 11), QTime(14, 5, 9));
-  QString programDir, userDir, tempDir;
+  // Inside one directory of its own, so that no test writes anywhere else. None of them is there at first.
+  QTemporaryDir directory;
+  QString programDir = directory.filePath(QStringLiteral("program")),
+          userDir = directory.filePath(QStringLiteral("user")),
+          tempDir = directory.filePath(QStringLiteral("temp"));
   bool hasTray = true;
   std::function<void(int)> trayCallback;  // set while the icon is shown
   QString trayTip;
   QVector<qint64> waitedFor;
   int processEnds = 0;
-  QVector<QStringList> endedProcesses;            // the names of each call
+  QVector<QStringList> endedProcesses;  // the names of each call
+  std::function<void(const QStringList&)> whileEnding;
   bool isOwnProgram = false;                      // among the names of the last call
   std::function<RemoteCommand()> consoleLibrary;  // none without it
   int shellCode = 33;                             // what opening a file gives
@@ -119,6 +125,7 @@ class RecordingHost : public Host {
   void waitForProcess(qint64 processId) override { waitedFor += processId; }
   bool endProcesses(const QStringList& programs) override {
     endedProcesses += programs;
+    if (whileEnding) whileEnding(programs);
     return isOwnProgram && programs.contains(u"TessalyAndDocContent"_s);
   }
   RemoteCommand remoteCommand() override { return consoleLibrary ? consoleLibrary() : RemoteCommand(); }

@@ -1,7 +1,13 @@
-// The bulk tool's window and desk without the application: what one of its classes works with, on a workspace
-// in a temporary directory. A test constructs the class that it is about and fills the lists by hand.
+// What the tests of the bulk tool share, and its window and desk without the application: what one of its
+// classes works with, on a workspace in a temporary directory.
+//
+//   BulkTest        lists, boxes and sounds, whatever the window stands on
+//   ReplicDeskTest  a window with its desk: a test constructs the class that it is about and fills the lists
+//   by hand OperationsTest  a source, a target and the operations on them (operations_fixture.h) ShownReplic
+//   the window over the main window, from its opening on (shown_replic.h)
 #pragma once
 
+#include <QDir>
 #include <QFile>
 
 #include "bulk/replic_desk.h"
@@ -13,7 +19,47 @@
 
 namespace lens {
 
-class ReplicDeskTest : public LensFixture {
+class BulkTest : public LensFixture {
+ protected:
+  // --- lists ---
+  static void fill(ListBox& list, const QStringList& texts) {
+    list.clear();
+    for (const QString& text : texts) list.addItem(text);
+  }
+  static void fillMarked(ListBox& list, const QStringList& texts) {
+    fill(list, texts);
+    for (int row = 0; row < list.listCount(); ++row) list.setSelected(row, true);
+  }
+  template <class Control>
+  static QStringList rowsOf(const Control& list) {
+    QStringList rows;
+    for (int row = 0; row < list.listCount(); ++row) rows += list.list(row);
+    return rows;
+  }
+  static QStringList markedRowsOf(const ListBox& list) {
+    QStringList rows;
+    for (int row = 0; row < list.listCount(); ++row)
+      if (list.selected(row)) rows += list.list(row);
+    return rows;
+  }
+  // As a user does: what nobody traps ends in the general report.
+  static void press(CommandButton* button) { button->click.fire(); }
+
+  // --- what was shown and heard ---
+  using Boxes = QVector<ShownBox>;
+  static ShownBox report(int number, const QString& description) {
+    return {u"Run-time error '%1':\n\n"_s.arg(number) + description, box::Critical, {}};
+  }
+  static ShownBox report(int number) { return report(number, standardErrorText(number)); }
+  // Puts the sound beside the program, which is played at the end of a run.
+  void provideSound() {
+    QDir().mkpath(host.programDir);
+    QFile file(host.programDir + u"/done.wav");
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  }
+};
+
+class ReplicDeskTest : public BulkTest {
  protected:
   ReplicDeskTest() {
     QDir().mkpath(host.programDir);
@@ -51,45 +97,10 @@ class ReplicDeskTest : public LensFixture {
   void deleteFileOf(const QString& path) {
     ASSERT_TRUE(QFile::remove(workspace->database({}, path)->path()));
   }
-
-  // --- the window ---
-  static void fill(ListBox& list, const QStringList& texts) {
-    list.clear();
-    for (const QString& text : texts) list.addItem(text);
-  }
-  static void fillMarked(ListBox& list, const QStringList& texts) {
-    fill(list, texts);
-    for (int row = 0; row < list.listCount(); ++row) list.setSelected(row, true);
-  }
-  static QStringList rowsOf(const ListBox& list) {
-    QStringList rows;
-    for (int row = 0; row < list.listCount(); ++row) rows += list.list(row);
-    return rows;
-  }
-  static QStringList markedRowsOf(const ListBox& list) {
-    QStringList rows;
-    for (int row = 0; row < list.listCount(); ++row)
-      if (list.selected(row)) rows += list.list(row);
-    return rows;
-  }
-  // As a user does: what nobody traps ends in the general report.
-  void press(CommandButton* button) { button->click.fire(); }
-
-  // --- what was shown and heard ---
-  using Boxes = QVector<ShownBox>;
-  static ShownBox report(int number, const QString& description) {
-    return {u"Run-time error '%1':\n\n"_s.arg(number) + description, box::Critical, {}};
-  }
-  static ShownBox report(int number) { return report(number, standardErrorText(number)); }
   // The only box; its text is not compared whole where it holds a path.
   ShownBox onlyBox() {
     EXPECT_EQ(host.boxes.size(), 1);
     return host.boxes.isEmpty() ? ShownBox{} : host.boxes.first();
-  }
-  // Puts the sound beside the program, which is played at the end of a run.
-  void provideSound() {
-    QFile file(host.programDir + u"/done.wav");
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
   }
 
   Globals globals;
