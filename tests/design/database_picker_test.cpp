@@ -49,9 +49,6 @@ TEST_F(DatabasePickerTest, LoadsServersAndDatabases) {
   startOnDatabase();
   open([&] {
     EXPECT_TRUE(window().isModal());
-    EXPECT_EQ(window().windowTitle(), "DB picker");
-    EXPECT_EQ(window().lblServer->text(), "Server:");
-    EXPECT_EQ(window().lblDbl->text(), "DblClick to choose DB");
     EXPECT_EQ(window().lstDesignServer->text(), u"Local"_s);
     EXPECT_GE(window().lstDBNamesDest->find(u"other.nsf"_s), 0);
   });
@@ -108,6 +105,42 @@ TEST_F(DatabasePickerTest, NoRowIsAFailureOfItsOwnReport) {
   ASSERT_GE(host.boxes.size(), 1);
   EXPECT_EQ(host.boxes[0].title, "Open DB Error!");
   EXPECT_EQ(host.boxes[0].style, box::Critical);
+  EXPECT_FALSE(host.boxes[0].text.isEmpty());
+  EXPECT_GE(notes().log.count(u"CURRENTDATABASE"_s), 3) << "the profiles were looked for";
+}
+
+TEST_F(DatabasePickerTest, ADatabaseThatHasGoneIsAFailureOfItsOwnReport) {
+  startOnDatabase();
+  open([&] {
+    window().lstDBNamesDest->addItem(u"gone.nsf"_s);
+    pick(u"gone.nsf"_s);
+    EXPECT_FALSE(window().isVisible());
+  });
+  ASSERT_GE(host.boxes.size(), 1);
+  EXPECT_EQ(host.boxes[0].title, "Open DB Error!");
+  EXPECT_EQ(app->databasePicker.gPickedDatabase, u"gone.nsf"_s);
+}
+
+TEST_F(DatabasePickerTest, TheClientClosesWhatItShowsBeforeItOpensWhatWasChosen) {
+  startOnDatabase();
+  open([&] {
+    notes().log.clear();
+    pick(u"other.nsf"_s);
+    QStringList steps;
+    for (const QString& step : std::as_const(notes().log))
+      if (!step.startsWith(u"Notes."_s)) steps += step;
+    EXPECT_EQ(steps, QStringList({u"CURRENTDATABASE"_s, u"Close"_s, u"CURRENTDATABASE"_s, u"Close"_s,
+                                  u"GETDATABASE"_s, u"OPENDATABASE"_s}));
+  });
+}
+
+TEST_F(DatabasePickerTest, ListingShowsTheHourglassMeanwhile) {
+  startOnDatabase();
+  open([&] {
+    host.pointers.clear();
+    window().cmdExpand2->click.fire();
+    EXPECT_EQ(host.pointers, QVector<int>({pointer::Hourglass, pointer::Default}));
+  });
 }
 
 TEST_F(DatabasePickerTest, EveryFailingCallHidesTheWindowAndListsProfiles) {

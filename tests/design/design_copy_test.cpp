@@ -86,17 +86,6 @@ TEST_F(DesignCopyTest, LoadsTheSourceTheNoteAndTheDatabases) {
   });
 }
 
-TEST_F(DesignCopyTest, HasItsTexts) {
-  build();
-  EXPECT_EQ(window().Label1->text(), "Source Sever!!Database:");
-  EXPECT_EQ(window().lblDocID->text(), "Doc ID:");
-  EXPECT_EQ(window().Label3->text(), "Target Server:");
-  EXPECT_EQ(window().cmdExpand2->text(), "?");
-  EXPECT_EQ(window().Label7->text(), "Click to expand");
-  EXPECT_EQ(window().cmdCopy->text(), "&Copy (Copy document into target DB)");
-  EXPECT_EQ(window().cmdMoveDocs->text(), "&Move (Move document into target db)");
-}
-
 TEST_F(DesignCopyTest, ListsTheDatabasesOfAServer) {
   workspace->addServer(kHub);
   workspace->createDatabase(kHub, u"apps/hub.nsf"_s, {}, true);
@@ -112,6 +101,38 @@ TEST_F(DesignCopyTest, ListsTheDatabasesOfAServer) {
     EXPECT_EQ(window().lblDB2->text(), u"Databases on: Local"_s);
     EXPECT_GE(window().lstDBNamesDest->find(u"target.nsf"_s), 0);
   });
+}
+
+TEST_F(DesignCopyTest, ListingShowsTheHourglassMeanwhile) {
+  startWith(formNote());
+  open([&] {
+    host.pointers.clear();
+    window().cmdExpand2->click.fire();
+    EXPECT_EQ(host.pointers, QVector<int>({pointer::Hourglass, pointer::Default}));
+  });
+}
+
+// The row's title may have a mark of its own: the first one counts.
+TEST_F(DesignCopyTest, TheNoteIsWhatStandsBehindTheFirstMarkOfTheRow) {
+  startWith(formNote());
+  for (const auto& [chosen, shown] :
+       {std::pair(u"Memo # 5  # 00000102"_s, u"5  # 00000102"_s), std::pair(u"00000102"_s, u"00000102"_s),
+        std::pair(u"Memo #00000102"_s, u"Memo #00000102"_s)}) {
+    fill("idList", {chosen});
+    control<ListBox>("idList").setListIndex(0);
+    open([&] {
+      EXPECT_EQ(window().txtDocID->text(), shown);
+      window().close();
+    });
+  }
+  fill("idList", {});
+  open([&] { EXPECT_EQ(window().txtDocID->text(), QString()); });
+}
+
+TEST_F(DesignCopyTest, WithoutADatabaseTheSourceIsEmpty) {
+  startWith(formNote());
+  state().gDb.release();
+  open([&] { EXPECT_EQ(window().txtSourceDB->text(), QString()); });
 }
 
 TEST_F(DesignCopyTest, AHiddenWindowStaysLoadedAClosedOneIsLoadedAnew) {
@@ -151,7 +172,146 @@ TEST_F(DesignCopyTest, ServersOfTheLibraryLoadItUnseenAndItsFirstShowingLoadsItA
   open([&] { EXPECT_EQ(window().txtDocID->text(), digits(id)); });
 }
 
+// Commands that begin with a look at the session do nothing until another one has made a new session.
+TEST_F(DesignCopyTest, ClosingItLeavesNoSessionToTheMainWindow) {
+  startWith(formNote());
+  open([&] { window().close(); });
+  EXPECT_TRUE(state().gSession.isNothing());
+  EXPECT_EQ(state().gDb.filePath(), u"mail.nsf"_s);
+  notes().log.clear();
+  press("cmdFuncList");
+  EXPECT_EQ(notes().log, QStringList());
+  EXPECT_EQ(boxes(), QStringList());
+}
+
 // --- copying ---
+
+TEST_F(DesignCopyTest, WithoutASessionTheButtonsDoNothing) {
+  startWith(formNote());
+  open([&] {
+    chooseTarget();
+    state().gSession.release();
+    notes().log.clear();
+    copy();
+    move();
+    EXPECT_TRUE(window().isVisible());
+  });
+  EXPECT_EQ(notes().log, QStringList());
+  EXPECT_EQ(boxes(), QStringList());
+  EXPECT_TRUE(isThere(id));
+}
+
+TEST_F(DesignCopyTest, CopiesOntoAServer) {
+  workspace->addServer(kHub);
+  const auto hub = workspace->createDatabase(kHub, u"apps/hub.nsf"_s, {}, true);
+  startWith(formNote());
+  open([&] {
+    window().lstDesignServer->setText(kHub);
+    window().cmdExpand2->click.fire();
+    window().lstDBNamesDest->setListIndex(0);
+    copy();
+  });
+  EXPECT_EQ(boxes(), QStringList());
+  EXPECT_EQ(notesIn(*hub).size(), 1);
+  EXPECT_EQ(notesIn(*target).size(), 0);
+}
+
+TEST_F(DesignCopyTest, CopiesASecondNoteWhileItStaysOpen) {
+  startWith(formNote());
+  Note second = formNote();
+  const NoteId secondId = save(second);
+  open([&] {
+    chooseTarget();
+    copy();
+    window().txtDocID->setText(digits(secondId));
+    copy();
+  });
+  EXPECT_EQ(boxes(), QStringList());
+  EXPECT_EQ(notesIn(*target).size(), 2);
+  EXPECT_EQ(host.sounds, QStringList()) << "there is no sound beside the program";
+}
+
+TEST_F(DesignCopyTest, ATargetThatCannotBeOpenedIsReported) {
+  startWith(formNote());
+  for (const bool moving : {false, true}) {
+    host.boxes.clear();
+    open([&] {
+      chooseTarget(u"no row of that name"_s);
+      if (!moving) window().lstDBNamesDest->addItem(u"gone.nsf"_s);
+      if (!moving) chooseTarget(u"gone.nsf"_s);
+      moving ? move() : copy();
+      EXPECT_TRUE(window().isVisible());
+    });
+    ASSERT_EQ(host.boxes.size(), 1);
+    EXPECT_TRUE(host.boxes[0].text.startsWith(u"Run-time error"_s)) << host.boxes[0].text.toStdString();
+    EXPECT_EQ(host.boxes[0].style, box::Critical);
+    EXPECT_TRUE(isThere(id));
+    EXPECT_EQ(host.sounds, QStringList());
+  }
+}
+
+// They are written back as texts, and a text is no list of access any more.
+TEST_F(DesignCopyTest, RewritingTakesNamesReadersAndAuthorsForTexts) {
+  Note form = formNote();
+  form.add(u"Who"_s, itemflag::Summary | itemflag::Names, textValue(u"CN=Ada/O=Acme"_s));
+  form.add(u"Sees"_s, itemflag::Summary | itemflag::Readers, textValue(u"CN=Ben/O=Acme"_s));
+  form.add(u"Writes"_s, itemflag::Summary | itemflag::Authors, textValue(u"CN=Cora/O=Acme"_s));
+  startWith(form);
+  setText("txtSearch", u"Ben"_s);
+  setText("txtReplace", u"Bob"_s);
+  open([&] {
+    chooseTarget();
+    copy();
+  });
+  EXPECT_EQ(boxes(), QStringList());
+  const QVector<Note> copies = notesIn(*target);
+  ASSERT_EQ(copies.size(), 1);
+  EXPECT_EQ(textOfItem(copies[0], u"Who"_s), "CN=Ada/O=Acme");
+  EXPECT_EQ(textOfItem(copies[0], u"Sees"_s), "CN=Bob/O=Acme");
+  for (const QString& name : {u"Who"_s, u"Sees"_s, u"Writes"_s})
+    EXPECT_EQ(copies[0].find(name)->flags & (itemflag::Names | itemflag::Readers | itemflag::Authors), 0)
+        << name.toStdString();
+}
+
+TEST_F(DesignCopyTest, ANumberIsReadByItsLeadingDigitsAndADateByTheRegion) {
+  struct Case {
+    QByteArray value;
+    QString search, replace;
+    Value expected;  // none: the copy ends in a report
+  };
+  const QByteArray day = timeValue(timeDateOf({QDate(2024, 3, 11), QTime()}));
+  const Case cases[] = {
+      {numberValue(2024), u"20"_s, u"7x"_s, Value::array({7.0})},
+      {numberValue(2024), u"2024"_s, u"x"_s, Value::array({0.0})},
+      {numberValue(0.5), u"."_s, u","_s, Value::array({0.0})},
+      {day, u"03"_s, u"12"_s, Value::array({DateTime{QDate(2024, 12, 11), QTime()}})},
+      {day, u"11.03.2024"_s, u"no day"_s, Value()},
+  };
+  for (const Case& one : cases) {
+    Note form = formNote();
+    form.items.clear();
+    form.add(u"Part"_s, itemflag::Summary, one.value);
+    startWith(form);
+    host.boxes.clear();
+    setText("txtSearch", one.search);
+    setText("txtReplace", one.replace);
+    open([&] {
+      chooseTarget();
+      copy();
+    });
+    const Note last = notesIn(*target).last();
+    if (one.expected.isEmpty()) {
+      ASSERT_EQ(host.boxes.size(), 1);
+      EXPECT_TRUE(host.boxes[0].text.startsWith(u"Run-time error '13':"_s))
+          << host.boxes[0].text.toStdString();
+      EXPECT_EQ(last.find(u"Part")->value, one.value);
+    } else {
+      EXPECT_EQ(boxes(), QStringList());
+      EXPECT_EQ(itemValues(*last.find(u"Part")), one.expected) << one.search.toStdString();
+    }
+    app.reset();
+  }
+}
 
 TEST_F(DesignCopyTest, CopiesANoteAsItIs) {
   Note form = formNote();
@@ -256,6 +416,10 @@ TEST_F(DesignCopyTest, MovesANoteWithoutAStubAndHides) {
   EXPECT_FALSE(source->versions().findVersion(notesIn(*target)[0].header.unid, version));
   EXPECT_EQ(rows("idList"), QStringList(row(u"Memo"_s, id)));
   EXPECT_FALSE(state().gSession.isNothing());
+  EXPECT_TRUE(state().gDoc.isNothing());
+  // The row stays, and what it names has gone.
+  press("cmdidList");
+  EXPECT_TRUE(rows("fldList").isEmpty() || !rows("fldList").join(u'|').contains(u"$TITLE"_s));
 }
 
 TEST_F(DesignCopyTest, AMoveWithoutATargetIsReportedAndKeepsItsSource) {

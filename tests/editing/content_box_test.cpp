@@ -1,3 +1,4 @@
+#include <QScreen>
 #include <QTest>
 
 #include "editing/editing_fixture.h"
@@ -63,6 +64,20 @@ TEST_F(ContentBoxTest, ScrollingEndsWhereOnlyTheShownTextIsLeft) {
   setText("txtFieldContent", u"one"_s);
   click("cmdScroll");
   EXPECT_EQ(text("txtFieldContent"), "one");
+}
+
+// Over the whole width of the screen the text gets the size that goes with the window, and is selected for
+// it.
+TEST_F(ContentBoxTest, ScrollingInAWindowAsWideAsTheScreenLeavesTheTextSelected) {
+  const RichTextBox& box = control<RichTextBox>("txtFieldContent");
+  const int screen = form().screen()->size().width();
+  for (const QString& page : {u"one"_s, u"two"_s, u"three"_s}) setText("txtFieldContent", page);
+  for (const int width : {screen - 1, screen, screen + 1}) {
+    form().resize(width, 800);
+    click("cmdScroll");
+    EXPECT_EQ(box.selStart(), 0) << width;
+    EXPECT_EQ(box.selLength(), width < screen ? 0 : box.length()) << width;
+  }
 }
 
 TEST_F(ContentBoxTest, ClearingEmptiesTheHistoryAndTheBox) {

@@ -165,18 +165,21 @@ TEST_F(Keyboard, ReadingAgainUndoesWhatWasNotSaved) {
   EXPECT_EQ(text("txtFieldContent"), "Pumps");
 }
 
-TEST_F(Keyboard, TabReachesEveryControlThatDoesSomething) {
+TEST_F(Keyboard, TabReachesEveryControlThatDoesSomethingInTheOrderInWhichTheyAreRead) {
   showActive(memo());
   setText("txtFieldContent", u"one"_s);
   setText("txtFieldContent", u"two"_s);  // both picture buttons are shown
   const QWidget* const first = &control<QWidget>("cmdGetDoc");
   control<QWidget>("cmdGetDoc").setFocus();
   QSet<const QWidget*> reached;
+  QVector<int> order;
   do {
     reached.insert(QApplication::focusWidget());
+    order += QApplication::focusWidget()->property("tabIndex").toInt();
     const bool takesTab = QApplication::focusWidget() == form().txtFieldContent;
     key(Qt::Key_Tab, takesTab ? Qt::ControlModifier : Qt::NoModifier);
   } while (QApplication::focusWidget() != first && reached.size() < 200);
+  EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
   for (QWidget* widget : form().findChildren<QWidget*>()) {
     const bool acts = qobject_cast<CommandButton*>(widget) || qobject_cast<TextBox*>(widget) ||
                       qobject_cast<ListBox*>(widget) || qobject_cast<ComboBox*>(widget) ||

@@ -96,6 +96,26 @@ TEST_F(HostToolsTest, UnderAnotherNameTheProgramLivesOn) {
   EXPECT_FALSE(state().gSession.isNothing());
 }
 
+TEST_F(HostToolsTest, AFailureOnTheWayKeepsNoneOfTheRestFromBeingEnded) {
+  host.whileEnding = [](const QStringList&) { throw RuntimeError(err::PermissionDenied); };
+  press("cmdKillNotes");
+  EXPECT_EQ(host.endedProcesses.size(), 6);
+  EXPECT_EQ(host.deletedFiles.size(), 1);
+  EXPECT_EQ(boxes(), QStringList());
+}
+
+TEST_F(HostToolsTest, AClientThatGivesNoDirectoryEndsInTheGeneralReport) {
+  for (const char* button : {"cmdDataDir", "cmdIni"}) {
+    host.boxes.clear();
+    notes().failing.insert(u"GETENVIRONMENTSTRING"_s, RuntimeError(err::ObjectNotSet));
+    press(button);
+    ASSERT_EQ(host.boxes.size(), 1) << button;
+    EXPECT_TRUE(host.boxes[0].text.startsWith(u"Run-time error '91':"_s)) << button;
+    notes().failing.clear();
+  }
+  EXPECT_EQ(host.opened, QStringList());
+}
+
 // The root's file of that name is none of the client's.
 TEST_F(HostToolsTest, WithoutADataDirectoryNoLockIsDeleted) {
   state().gDataDir.clear();

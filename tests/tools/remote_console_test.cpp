@@ -114,6 +114,20 @@ TEST_F(RemoteConsoleTest, TheLibraryGetsTextsEndedByNulAndABufferOfBlanks) {
   EXPECT_EQ(capi().log, QStringList({u"NotesInitExtended"_s, u"RemoteCommand"_s, u"NotesTerm"_s}));
 }
 
+// What is missing is for the library to refuse.
+TEST_F(RemoteConsoleTest, TheLibraryIsAskedWithoutAServerAndWithoutACommandToo) {
+  useLibrary(0, {});
+  control<ComboBox>("lstServerList").setText(QString());
+  send(QString());
+  EXPECT_EQ(sentTo, QByteArray(1, '\0'));
+  EXPECT_EQ(sent, QByteArray(1, '\0'));
+  EXPECT_EQ(state().gRemoteHistory, QStringList(QString()));
+  control<ComboBox>("lstServerList").setText(u"Local"_s);
+  send(u"help"_s);
+  EXPECT_EQ(sentTo, QByteArray("Local\0", 6));
+  EXPECT_EQ(boxes(), QStringList());
+}
+
 TEST_F(RemoteConsoleTest, AReplyWithoutItsNulIsShownWithTheBlanks) {
   useLibrary(7, "abc");
   send(u"x"_s);
