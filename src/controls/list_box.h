@@ -90,6 +90,7 @@ class ListBox : public QAbstractItemView {
   virtual QString shownText(int row) const;
 
   bool event(QEvent* event) override;
+  bool viewportEvent(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
@@ -126,9 +127,13 @@ class ListBox : public QAbstractItemView {
   void choose(int row, Choice choice);
   void showIndex();
   QRect rowPlace(int row) const;
+  // Also of the rows below the view, which dragging leads to; -1 where there is none.
   int rowAt(int y) const;
+  // Only whole rows are shown: what is left below them belongs to none.
+  int shownRowAt(int y) const;
   int rowsInView() const;
   bool isHit(int row, const QPoint& point) const;
+  bool isCut(int row) const;
   bool isRowMarked(int row) const;
   void paintRow(QPainter& painter, int row) const;
   void paintCheck(QPainter& painter, int row, const QRect& place) const;

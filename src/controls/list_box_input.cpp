@@ -16,7 +16,7 @@ void ListBox::mousePressEvent(QMouseEvent* event) {
   event->accept();
   rows_->settle();
   const QPoint point = event->position().toPoint();
-  const int row = rowAt(point.y());
+  const int row = shownRowAt(point.y());
   if (event->button() == Qt::LeftButton && row >= 0) {
     Choice choice = Choice::Plain;
     if (isChecked())
@@ -46,7 +46,7 @@ void ListBox::mouseReleaseEvent(QMouseEvent* event) {
 void ListBox::mouseDoubleClickEvent(QMouseEvent* event) {
   event->accept();
   if (event->button() != Qt::LeftButton) return mousePressEvent(event);
-  const int row = rowAt(event->position().toPoint().y());
+  const int row = shownRowAt(event->position().toPoint().y());
   if (row < 0) return;
   // The click of the first press may have changed the list under the mouse.
   if (row != listIndex()) choose(row, isChecked() ? Choice::IndexOnly : Choice::Plain);

@@ -1,10 +1,12 @@
 // Where the rows of a list box are on the screen, and how they are drawn.
 #include <QAccessible>
+#include <QHelpEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyleOptionButton>
 #include <QTimerEvent>
+#include <QToolTip>
 #include <algorithm>
 
 #include "controls/list_box.h"
@@ -32,12 +34,17 @@ int ListBox::rowAt(int y) const {
   return row < listCount() ? row : -1;
 }
 
+int ListBox::shownRowAt(int y) const {
+  const int row = rowAt(y);
+  return row < topIndex() + rowsInView() ? row : -1;
+}
+
 QRect ListBox::visualRect(const QModelIndex& index) const {
   return index.isValid() ? rowPlace(index.row()) : QRect();
 }
 
 QModelIndex ListBox::indexAt(const QPoint& point) const {
-  return rows_->index(rowAt(point.y()), 0);
+  return rows_->index(shownRowAt(point.y()), 0);
 }
 
 void ListBox::scrollTo(const QModelIndex& index, ScrollHint) {
@@ -123,13 +130,29 @@ bool ListBox::event(QEvent* event) {
   return done;
 }
 
+// A row that is longer than its list shows itself whole beside the mouse, where there is no bar to reach its
+// end.
+bool ListBox::viewportEvent(QEvent* event) {
+  if (event->type() != QEvent::ToolTip || sidewaysBar_) return QAbstractItemView::viewportEvent(event);
+  const auto* help = static_cast<QHelpEvent*>(event);
+  const int row = shownRowAt(help->pos().y());
+  const QString tip = row >= 0 && isCut(row) ? plainTip(shownText(row)) : toolTip();
+  QToolTip::showText(help->globalPos(), tip, viewport(), rowPlace(row));
+  return true;
+}
+
+bool ListBox::isCut(int row) const {
+  return kTextLeft + fontMetrics().horizontalAdvance(shownText(row)) > viewport()->width();
+}
+
 void ListBox::paintEvent(QPaintEvent* event) {
   rows_->settle();
   QPainter painter(viewport());
   painter.setClipRect(viewport()->rect().adjusted(0, kPadding, 0, -kPadding));
   const int first = std::max(topIndex(), topIndex() + (event->rect().top() - kPadding) / rowHeight_);
-  const int last = topIndex() + std::max(0, event->rect().bottom() - kPadding) / rowHeight_;
-  for (int row = first; row <= last && row < listCount(); ++row) paintRow(painter, row);
+  const int reached = topIndex() + std::max(0, event->rect().bottom() - kPadding) / rowHeight_;
+  const int last = std::min({reached, topIndex() + rowsInView() - 1, listCount() - 1});
+  for (int row = first; row <= last; ++row) paintRow(painter, row);
 }
 
 void ListBox::paintRow(QPainter& painter, int row) const {

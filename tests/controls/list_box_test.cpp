@@ -2,10 +2,13 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QHelpEvent>
 #include <QMenu>
 #include <QScrollBar>
+#include <QToolTip>
 
 #include "control_test.h"
+#include "controls/look.h"
 
 namespace lens {
 namespace {
@@ -412,6 +415,65 @@ TEST(ListBox, WholeRowsFillTheDesignHeight) {
   ShownList shown(30);
   EXPECT_EQ(shown.list.verticalScrollBar()->maximum(), 24);
   EXPECT_EQ(shown.list.visualRect(shown.list.model()->index(5, 0)).bottom(), 3 + 6 * 16 - 1);
+}
+
+// A row that is cut in half can neither be read nor trusted.
+TEST(ListBox, OnlyWholeRowsAreShownAndCanBePressed) {
+  ShownList shown(30);
+  shown.list.setListIndex(3);
+  const auto below = [&] {
+    const QImage image = shown.list.viewport()->grab().toImage();
+    int drawn = 0;
+    for (int y = 3 + 16 * 6; y < image.height(); ++y)
+      for (int x = 0; x < image.width(); ++x) drawn += image.pixel(x, y) != image.pixel(0, 0);
+    return drawn;
+  };
+  for (int gap = 0; gap < 16; ++gap) {
+    shown.list.resize(200, 16 * 6 + 8 + gap);
+    EXPECT_EQ(below(), 0) << gap;
+    const QPoint inGap(60, shown.list.viewport()->height() - 2);
+    QTest::mouseClick(shown.list.viewport(), Qt::LeftButton, {}, inGap);
+    QTest::mouseDClick(shown.list.viewport(), Qt::LeftButton, {}, inGap);
+    EXPECT_EQ(shown.list.listIndex(), 3) << gap;
+    EXPECT_FALSE(shown.list.indexAt(inGap).isValid()) << gap;
+  }
+  shown.list.setTopIndex(24);
+  EXPECT_EQ(shown.list.topIndex(), 24) << "the last row comes into view whole";
+  EXPECT_EQ(below(), 0);
+}
+
+// Paths of databases are often longer than the lists of the small windows.
+TEST(ListBox, ARowThatIsCutShowsItselfWholeBesideTheMouse) {
+  ShownList shown(3);
+  const QString path =
+      QStringLiteral("departments/engineering/<b>projects</b>/a path that nobody calls short.nsf");
+  shown.list.setList(1, path);
+  const auto ask = [&](int row) {
+    QHelpEvent event(QEvent::ToolTip, shown.at(row), shown.list.viewport()->mapToGlobal(shown.at(row)));
+    QApplication::sendEvent(shown.list.viewport(), &event);
+  };
+  const auto isHidden = [] { return QTest::qWaitFor([] { return !QToolTip::isVisible(); }); };
+  ask(1);
+  EXPECT_EQ(QToolTip::text(), plainTip(path));
+  ask(0);
+  EXPECT_TRUE(isHidden());
+  ask(1);
+  ask(5);
+  EXPECT_TRUE(isHidden()) << "below the rows";
+  shown.list.setHorizontalExtent(400);
+  ask(1);
+  EXPECT_FALSE(QToolTip::isVisible()) << "the bar leads to the row's end";
+}
+
+TEST(ListBox, DraggingBelowTheViewScrolls) {
+  ShownList shown(30);
+  QTest::mousePress(shown.list.viewport(), Qt::LeftButton, {}, shown.at(5));
+  QMouseEvent drag(QEvent::MouseMove, shown.at(7), shown.list.viewport()->mapToGlobal(shown.at(7)),
+                   Qt::NoButton, Qt::LeftButton, {});
+  QApplication::sendEvent(shown.list.viewport(), &drag);
+  EXPECT_EQ(shown.list.listIndex(), 7);
+  EXPECT_EQ(shown.list.topIndex(), 2);
+  QTest::mouseRelease(shown.list.viewport(), Qt::LeftButton);
 }
 
 TEST(ListBox, ChoosingBeforeTheListIsShownScrollsOnlyAsFarAsNeeded) {
