@@ -15,7 +15,9 @@ void useControlFonts(QWidget& window) {
     if (!control->property("tabIndex").isValid()) continue;
     const bool speaks =
         qobject_cast<Label*>(control) || qobject_cast<Frame*>(control) || qobject_cast<StatusBar*>(control);
-    control->setFont(speaks ? plain : monospace);
+    QFont font = speaks ? plain : monospace;
+    font.setUnderline(control->font().underline());  // a link keeps its line
+    control->setFont(font);
   }
 }
 

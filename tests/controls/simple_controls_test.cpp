@@ -159,6 +159,34 @@ TEST(Label, MarkupIsShownAsItIs) {
   EXPECT_GT(markup.sizeHint().width(), 3 * plain.sizeHint().width());
 }
 
+// Windows shrink on small screens, captions cannot.
+TEST(Label, ACaptionThatHardlyFitsIsDrawnNarrowerAndKeepsItsEnd) {
+  Label label;
+  label.setText(QStringLiteral("MMMMMMMMMM"));
+  const QSize whole = label.sizeHint();
+  // Columns of the picture, from the left to the last one that has something on it.
+  const auto drawnTo = [&](double share) {
+    label.resize(qRound(whole.width() * share), whole.height());
+    const QImage image = label.grab().toImage();
+    int last = -1, columns = 0;
+    for (int x = 0; x < image.width(); ++x) {
+      bool drawn = false;
+      for (int y = 0; y < image.height(); ++y)
+        drawn |= image.pixel(x, y) != image.pixel(image.width() - 1, 0);
+      if (drawn) last = x;
+      columns += drawn;
+    }
+    EXPECT_GT(columns, 5);
+    return double(last + 1) / whole.width();
+  };
+  const double end = drawnTo(1);
+  EXPECT_NEAR(drawnTo(0.9), end * 0.9, 0.04);
+  EXPECT_NEAR(drawnTo(0.76), end * 0.76, 0.04);
+  // Below that it is cut: letters nobody could read would be no better.
+  EXPECT_NEAR(drawnTo(0.4), 0.4, 0.04);
+  EXPECT_NEAR(drawnTo(2), end, 0.001);
+}
+
 TEST(Label, LinkIsBlueUnderlinedWithAHand) {
   Label label;
   label.setProperty("link", true);

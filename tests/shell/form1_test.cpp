@@ -214,6 +214,13 @@ TEST(Form1Controls, StartEmptyWhereTheProgramFillsThem) {
   EXPECT_FALSE(form.fldList->isMultiSelect());
 }
 
+TEST(Form1Controls, ShowTheLinkAsOne) {
+  const Form1 form;
+  EXPECT_TRUE(form.Label6->font().underline());
+  EXPECT_EQ(form.Label6->palette().color(QPalette::WindowText), QColor(0x1F5F9C));
+  EXPECT_FALSE(form.lblVer->font().underline());
+}
+
 TEST(Form1Menu, HasTheThreeEntries) {
   const Form1 form;
   QStringList entries;
