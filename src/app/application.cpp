@@ -81,13 +81,12 @@ void Application::cmdCMRcoll_Click() {
 void Application::start() {
   fitDesignToScreen(form);
   lifecycle.Form_Load();
-  const QSize free = form.screen()->availableSize();
-  if (free.width() > kComfortableSize.width() && free.height() > kComfortableSize.height())
-    form.resize(kComfortableSize);
+  const QSize room = roomInside(*form.screen());
+  if (room.expandedTo(kComfortableSize) == room) form.resize(kComfortableSize);
   form.Timer2->setEnabled(true);
   lifecycle.Timer2_Timer();
   form.show();
-  fitRecordToDesktop(form, layout, [this] { lifecycle.Form_Resize(); });
+  settleOnDesktop(form, layout, [this] { lifecycle.Form_Resize(); });
 }
 
 void installUntrappedReport(Host& host) {

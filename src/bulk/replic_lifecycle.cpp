@@ -46,7 +46,7 @@ void ReplicLifecycle::show() {
     window.load.fire();
   }
   window.show();
-  fitRecordToDesktop(window, layout_, [this] { Form_Resize(); });
+  settleOnDesktop(window, layout_, [this] { Form_Resize(); });
 }
 
 void ReplicLifecycle::Form_Load() {

@@ -51,8 +51,8 @@ TEST_F(MainWindowTest, LoadShowsVersionHidesTheTwoPictureButtonsAndReadsTheDataD
   EXPECT_EQ(state().gDataDir, workspace->dataDirectory());
   EXPECT_FALSE(state().gDataDir.endsWith(u'/'));
   EXPECT_EQ(control<StatusBar>("sbrMain").background(), QColor(0xFF, 0xFF, 0xC0));
-  EXPECT_EQ(form().fldList->horizontalExtent(), 2 * 384);
-  EXPECT_EQ(form().idList->horizontalExtent(), 2 * 336);
+  for (const ListBox* list : {form().fldList, form().idList})
+    EXPECT_EQ(list->horizontalExtent(), 2 * list->width()) << list->objectName().toStdString();
 }
 
 TEST_F(MainWindowTest, TheFirstScreenShowsTheOpenDocument) {

@@ -8,6 +8,16 @@
 namespace lens {
 namespace {
 
+// Where two pictures of one size differ; empty where they do not.
+QString differences(const QImage& one, const QImage& other) {
+  if (one == other) return {};
+  QRect found;
+  for (int y = 0; y < one.height(); ++y)
+    for (int x = 0; x < one.width(); ++x)
+      if (one.pixel(x, y) != other.pixel(x, y)) found |= QRect(x, y, 1, 1);
+  return u"%1, %2 to %3, %4"_s.arg(found.left()).arg(found.top()).arg(found.right()).arg(found.bottom());
+}
+
 class WindowLayoutTest : public LensFixture {
  protected:
   WindowLayoutTest() {
@@ -35,6 +45,25 @@ TEST_F(WindowLayoutTest, EveryControlReturnsToItsDesignPlaceExactly) {
     EXPECT_EQ(form().findChild<QWidget*>(control->objectName())->geometry(), control->geometry())
         << control->objectName().toStdString();
   }
+}
+
+TEST_F(WindowLayoutTest, RestoringTheDesignSizeShowsTheDesignToThePixel) {
+  const auto seen = [this] { return form().grab().toImage(); };
+  form().activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&form()));
+  form().cmdScroll->show();  // what the program hides or shows is placed like all else
+  form().cmdDelRT->show();
+  QTest::qWait(50);  // bars of filled lists
+  const QImage design = seen();
+  for (const QSize size :
+       {QSize(1920, 1001), QSize(1283, 799), QSize(480, 320), QSize(2560, 1440), QSize(1280, 800)})
+    form().resize(size);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return seen() == design; })) << differences(seen(), design).toStdString();
+  form().showMinimized();
+  form().showNormal();
+  form().resize(1280, 800);
+  form().activateWindow();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return seen() == design; })) << differences(seen(), design).toStdString();
 }
 
 TEST_F(WindowLayoutTest, PlacesSizesAndFontsGrowWithTheWindow) {
