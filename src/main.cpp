@@ -1,9 +1,11 @@
 #include <QApplication>
 
 #include "app/launcher.h"
+#include "command/command_main.h"
 #include "host/desktop_host.h"
 
 int main(int argc, char** argv) {
+  if (const std::optional<int> code = lens::runAsCommand(argc, argv)) return *code;
   QApplication qtApplication(argc, argv);
   lens::DesktopHost host;
   lens::Launcher program(host);

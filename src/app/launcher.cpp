@@ -2,7 +2,7 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QStandardPaths>
+#include <QFileInfo>
 #include <QTimer>
 
 #include "app/closed_doors.h"
@@ -10,6 +10,7 @@
 #include "controls/look.h"
 #include "embedded/capi/embedded_capi.h"
 #include "embedded/model/embedded_gateway.h"
+#include "embedded/workspace/chosen_workspace.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -18,12 +19,11 @@ namespace {
 // Milliseconds in which the main window is drawn before the client window is made.
 constexpr int kMoment = 20;
 
-QString workspaceDirectory() {
-  const QString named = qEnvironmentVariable("TESSALY_WORKSPACE");
-  if (!named.isEmpty()) return named;
-  const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-  QDir().mkpath(data);
-  return data + u"/tessaly-lens"_s;
+// The user's own is made at the first start, with the directories that lead to it.
+QString placeForWorkspace() {
+  const QString directory = chosenWorkspace();
+  if (!isWorkspaceNamed()) QDir().mkpath(QFileInfo(directory).path());
+  return directory;
 }
 
 }  // namespace
@@ -75,7 +75,7 @@ bool Launcher::tell(Body&& statements) {
 
 // A sample that cannot be read must not keep the user from the other databases.
 void Launcher::openWorkspace() {
-  if (!tell([this] { workspace_ = Workspace::open(workspaceDirectory(), host_.regional()); })) return;
+  if (!tell([this] { workspace_ = Workspace::open(placeForWorkspace(), host_.regional()); })) return;
   tell([this] { fillFirstTime(*workspace_); });
   tell([this] { firstDatabase_ = openSampleMail(*workspace_); });
 }

@@ -76,10 +76,7 @@ QString noteIdText(NoteId noteId) {
 }
 
 QString itemTypeName(const Item& item) {
-  const int code = objectModelType(item);
-  for (const ItemTypeRow& row : itemTypeTable())
-    if (row.code == code) return QString::fromLatin1(row.sentence).section(u' ', 0, 0);
-  return QString::number(code);
+  return itemTypeName(objectModelType(item));
 }
 
 QString itemText(const Item& item, const Regional& regional) {

@@ -1,5 +1,7 @@
 #include "notes/item_types.h"
 
+#include "notes/literals.h"
+
 namespace lens {
 
 const QVector<ItemTypeRow>& itemTypeTable() {
@@ -38,6 +40,12 @@ const QVector<ItemTypeRow>& itemTypeTable() {
        "VIEWMAPLAYOUT (19) means saved ViewMap layout; non-Computable; canonical form"},
   };
   return table;
+}
+
+QString itemTypeName(int code) {
+  for (const ItemTypeRow& row : itemTypeTable())
+    if (row.code == code) return QString::fromLatin1(row.sentence).section(u' ', 0, 0);
+  return QString::number(code);
 }
 
 }  // namespace lens

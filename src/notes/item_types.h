@@ -1,6 +1,7 @@
 // The type codes of items as the object model tells them, and the sentences that say what they mean.
 #pragma once
 
+#include <QString>
 #include <QVector>
 
 namespace lens {
@@ -23,5 +24,8 @@ struct ItemTypeRow {
 
 // Thirty rows in the order in which the user sees them, alphabetical by type name.
 const QVector<ItemTypeRow>& itemTypeTable();
+
+// The name that a sentence begins with, such as "TEXT"; the number of a type that has none.
+QString itemTypeName(int code);
 
 }  // namespace lens

@@ -125,9 +125,12 @@ TEST_F(TypedViews, OfAnItemReadAndWriteItsFlags) {
   item.setSigned(true);
   item.setProtected(false);
   item.setReaders(true);
+  item.setAuthors(true);
+  item.setNames(false);
   EXPECT_EQ(asked, QStringList({u"ISSUMMARY"_s, u"ISENCRYPTED"_s, u"ISSIGNED"_s, u"ISPROTECTED"_s,
                                 u"ISSUMMARY=True"_s, u"ISENCRYPTED=False"_s, u"ISSIGNED=True"_s,
-                                u"ISPROTECTED=False"_s, u"ISREADERS=True"_s}));
+                                u"ISPROTECTED=False"_s, u"ISREADERS=True"_s, u"ISAUTHORS=True"_s,
+                                u"ISNAMES=False"_s}));
 }
 
 TEST_F(TypedViews, ReadATypeAsNumberTextAndCodeOf16Bits) {

@@ -15,17 +15,17 @@ void setFlag(const OpenItem& open, quint16 bit, bool on) {
   item.flags = on ? item.flags | bit : item.flags & ~bit;
 }
 
-// Readers are names, and no longer authors.
-void setReaders(const OpenItem& open, bool on) {
+// What the names of an item mean: readers are names and no longer authors, and the other way round.
+void setRole(const OpenItem& open, quint16 role, quint16 former, const QString& word, bool on) {
   const Item& item = open.item();
   const quint16 type = item.type();
   if (type == itemtype::RichText) return;  // as with the summary: it cannot be one
   if (on && type != itemtype::Text && type != itemtype::TextList)
-    throw RuntimeError(err::TypeMismatch, u"%1: the item \"%2\" holds no text, so no readers"_s.arg(
-                                              open.databasePath(), item.name.left(64)));
-  if (on) setFlag(open, itemflag::Authors, false);
-  if (on || hasFlag(open, itemflag::Readers)) setFlag(open, itemflag::Names, on);
-  setFlag(open, itemflag::Readers, on);
+    throw RuntimeError(err::TypeMismatch, u"%1: the item \"%2\" holds no text, so no %3"_s.arg(
+                                              open.databasePath(), item.name.left(64), word));
+  if (on && former) setFlag(open, former, false);
+  if (on || hasFlag(open, role)) setFlag(open, itemflag::Names, on);
+  setFlag(open, role, on);
 }
 
 }  // namespace
@@ -65,7 +65,15 @@ Members ItemObject::flagMembers() {
       {u"ISPROTECTED", [](ItemObject& self) { return hasFlag(self.open_, itemflag::Protected); },
        [](ItemObject& self, bool on) { setFlag(self.open_, itemflag::Protected, on); }},
       {u"ISREADERS", [](ItemObject& self) { return hasFlag(self.open_, itemflag::Readers); },
-       [](ItemObject& self, bool on) { setReaders(self.open_, on); }},
+       [](ItemObject& self, bool on) {
+         setRole(self.open_, itemflag::Readers, itemflag::Authors, u"readers"_s, on);
+       }},
+      {u"ISAUTHORS", [](ItemObject& self) { return hasFlag(self.open_, itemflag::Authors); },
+       [](ItemObject& self, bool on) {
+         setRole(self.open_, itemflag::Authors, itemflag::Readers, u"authors"_s, on);
+       }},
+      {u"ISNAMES", [](ItemObject& self) { return hasFlag(self.open_, itemflag::Names); },
+       [](ItemObject& self, bool on) { setRole(self.open_, itemflag::Names, 0, u"names"_s, on); }},
   };
 }
 

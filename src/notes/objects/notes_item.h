@@ -43,7 +43,10 @@ class NotesItem : public ObjectView {
   void setEncrypted(bool flag) const { set(kIsEncrypted, flag); }
   void setSigned(bool flag) const { set(kIsSigned, flag); }
   void setProtected(bool flag) const { set(kIsProtected, flag); }
+  // What the names in it mean; readers and authors exclude each other.
   void setReaders(bool flag) const { set(u"ISREADERS"_s, flag); }
+  void setAuthors(bool flag) const { set(u"ISAUTHORS"_s, flag); }
+  void setNames(bool flag) const { set(u"ISNAMES"_s, flag); }
 
  private:
   inline static const QString kIsSummary = u"ISSUMMARY"_s, kIsEncrypted = u"ISENCRYPTED"_s,

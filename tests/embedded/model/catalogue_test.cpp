@@ -243,13 +243,21 @@ TEST_F(Everything, OfADocumentIsThere) {
 }
 
 TEST_F(Everything, OfAnItemIsThereAndOfARichTextItemToo) {
-  const QVector<Asked> members{get(u"Name"_s),           get(u"Text"_s),
-                               get(u"Type"_s),           get(u"Values"_s),
-                               get(u"ISSUMMARY"_s),      set(u"ISSUMMARY"_s, true),
-                               get(u"ISENCRYPTED"_s),    set(u"ISENCRYPTED"_s, true),
-                               get(u"ISSIGNED"_s),       set(u"ISSIGNED"_s, true),
-                               get(u"ISPROTECTED"_s),    set(u"ISPROTECTED"_s, true),
-                               set(u"ISREADERS"_s, true)};
+  const QVector<Asked> members{get(u"Name"_s),
+                               get(u"Text"_s),
+                               get(u"Type"_s),
+                               get(u"Values"_s),
+                               get(u"ISSUMMARY"_s),
+                               set(u"ISSUMMARY"_s, true),
+                               get(u"ISENCRYPTED"_s),
+                               set(u"ISENCRYPTED"_s, true),
+                               get(u"ISSIGNED"_s),
+                               set(u"ISSIGNED"_s, true),
+                               get(u"ISPROTECTED"_s),
+                               set(u"ISPROTECTED"_s, true),
+                               set(u"ISREADERS"_s, true),
+                               set(u"ISAUTHORS"_s, true),
+                               set(u"ISNAMES"_s, true)};
   expect([&] { return memo().call(u"GETFIRSTITEM"_s, u"Form"_s).object(); }, members);
   expect([&] { return body(); }, members);
 }

@@ -212,6 +212,23 @@ TEST_F(ItemWriting, ReadersAreSetAndUnset) {
   EXPECT_EQ(raised([&] { itemOf(document, u"Between"_s).set(u"IsReaders"_s, true); }), err::TypeMismatch);
 }
 
+TEST_F(ItemWriting, AuthorsAreNamesAndNoReaders) {
+  const Object item = replace(u"Who"_s, listOf({u"a", u"b"})).object();
+  item.set(u"ISREADERS"_s, true);
+  item.set(u"ISAUTHORS"_s, true);
+  EXPECT_EQ(item.get(u"Type"_s).number(), 1076);
+  EXPECT_EQ(stored(u"Who"_s).flags, itemflag::Summary | itemflag::Authors | itemflag::Names);
+  item.set(u"ISAUTHORS"_s, false);
+  EXPECT_EQ(stored(u"Who"_s).flags, itemflag::Summary);
+  item.set(u"ISNAMES"_s, true);
+  EXPECT_EQ(item.get(u"Type"_s).number(), 1074);
+  item.set(u"ISNAMES"_s, false);
+  EXPECT_EQ(stored(u"Who"_s).flags, itemflag::Summary);
+  for (const auto* member : {u"ISAUTHORS", u"ISNAMES"})
+    EXPECT_EQ(raised([&] { itemOf(document, u"Between"_s).set(QString::fromUtf16(member), true); }),
+              err::TypeMismatch);
+}
+
 TEST_F(ItemWriting, FlagsTakeNumbersAndRefuseTexts) {
   const Object item = itemOf(document, u"Form"_s);
   item.set(u"IsSigned"_s, -1);

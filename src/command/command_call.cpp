@@ -1,0 +1,15 @@
+#include "command/command_call.h"
+
+#include "notes/literals.h"
+
+namespace lens {
+
+void CommandCall::confirm(const QString& question) const {
+  if (has(u"yes")) return;
+  if (!console.canAsk())
+    throw RuntimeError(err::PermissionDenied,
+                       u"nothing was changed: give --yes where nobody can be asked (%1)"_s.arg(question));
+  if (!console.ask(question)) throw RuntimeError(err::PermissionDenied, u"nothing was changed"_s);
+}
+
+}  // namespace lens

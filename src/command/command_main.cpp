@@ -1,0 +1,114 @@
+#include "command/command_main.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <csignal>
+#include <cstdio>
+
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+#ifdef Q_OS_WIN
+#include <fcntl.h>
+#include <io.h>
+#endif
+
+#include "command/run_command.h"
+#include "embedded/workspace/chosen_workspace.h"
+#include "notes/literals.h"
+
+namespace lens {
+namespace {
+
+volatile std::sig_atomic_t interruptions = 0;
+
+void noteInterruption(int) {
+  interruptions = 1;
+}
+
+// The first Ctrl+C lets the command end in order, the second one ends it at once. A closed pipe is an error
+// like any other, which the command tells.
+void watchSignals() {
+#ifdef Q_OS_UNIX
+  struct sigaction action = {};
+  action.sa_handler = noteInterruption;
+  action.sa_flags = int(SA_RESETHAND);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
+  std::signal(SIGPIPE, SIG_IGN);
+#else
+  std::signal(SIGINT, noteInterruption);
+#endif
+}
+
+// Where standard output was closed, the next file that is opened would get its number and all that is
+// written.
+bool secureStandardFiles() {
+#ifdef Q_OS_UNIX
+  const bool isOutputOpen = ::fcntl(STDOUT_FILENO, F_GETFD) >= 0;
+  int file = 0;
+  while (file >= 0 && file <= STDERR_FILENO) file = ::open("/dev/null", O_RDWR);
+  if (file > STDERR_FILENO) ::close(file);
+  return isOutputOpen;
+#else
+  return true;
+#endif
+}
+
+bool isTerminal(std::FILE* file) {
+#ifdef Q_OS_WIN
+  return _isatty(_fileno(file)) != 0;
+#else
+  return ::isatty(::fileno(file)) != 0;
+#endif
+}
+
+void openEnd(QFile& file, std::FILE* end, QIODevice::OpenMode mode) {
+#ifdef Q_OS_WIN
+  _setmode(_fileno(end), _O_BINARY);
+  file.open(_fileno(end), mode);
+#else
+  file.open(::fileno(end), mode);
+#endif
+}
+
+// What the libraries remark (a locale that is not UTF-8, say) is nothing to whoever reads the errors of a
+// command.
+void onlyGraveMessages(QtMsgType type, const QMessageLogContext&, const QString& text) {
+  if (type == QtCriticalMsg || type == QtFatalMsg) std::fprintf(stderr, "%s\n", qPrintable(text));
+}
+
+int runProcess(int argc, char** argv) {
+  const bool isOutputOpen = secureStandardFiles();
+  watchSignals();
+  qInstallMessageHandler(onlyGraveMessages);
+  QCoreApplication application(argc, argv);
+  QFile in, out, error;
+  openEnd(in, stdin, QIODevice::ReadOnly);
+  openEnd(out, stdout, QIODevice::WriteOnly | QIODevice::Unbuffered);
+  openEnd(error, stderr, QIODevice::WriteOnly | QIODevice::Unbuffered);
+  if (!isOutputOpen) {
+    error.write("TessalyAndDocContent: standard output is closed\n");
+    return exitcode::Failed;
+  }
+  const auto interrupted = [] { return interruptions != 0; };
+  const Console::Ends ends{
+      &out, &error, isTerminal(stdin) ? &in : nullptr, isTerminal(stdout), isTerminal(stderr), interrupted};
+  return runCommand(QCoreApplication::arguments().sliced(1), ends, [&](const QString& workspace) {
+    return openDoors(workspace.isEmpty() ? chosenWorkspace() : workspace, Regional(QLocale::system()),
+                     interrupted);
+  });
+}
+
+}  // namespace
+
+std::optional<int> runAsCommand(int argc, char** argv) {
+  QStringList arguments;
+  for (int place = 1; place < argc; ++place) arguments += QString::fromLocal8Bit(argv[place]);
+  if (isForCommandLine(arguments)) return runProcess(argc, argv);
+  const QString workspace = workspaceOfWindows(arguments);
+  if (!workspace.isEmpty()) nameWorkspace(workspace);
+  return std::nullopt;
+}
+
+}  // namespace lens

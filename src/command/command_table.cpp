@@ -1,0 +1,150 @@
+#include "command/command_table.h"
+
+#include "command/command_functions.h"
+#include "notes/literals.h"
+
+namespace lens {
+namespace {
+
+const QString kProgram = u"TessalyAndDocContent"_s;
+constexpr int kAnyNumber = -1;
+constexpr int kHelpWidth = 26;
+
+constexpr OptionRow kCommonOptions[] = {
+    {"help", nullptr, "Shows this help, or that of a command"},
+    {"version", nullptr, "Shows the version of the program"},
+    {"workspace", "DIR", "The workspace to work on, instead of TESSALY_WORKSPACE or the user's own"},
+    {"json", nullptr, "Writes one JSON object a line (docs/command.schema.json)"},
+    {"yes", nullptr, "Changes databases and replaces files without asking"},
+};
+
+constexpr OptionRow kServerOptions[] = {
+    {"server", "NAME", "Lists this server only"},
+};
+constexpr OptionRow kChoosingOptions[] = {
+    {"view", "NAME", "The documents of this view or folder, in its order"},
+    {"formula", "FORMULA", "The documents that this formula selects"},
+    {"search", "QUERY", "The documents that answer this full-text query, the best first"},
+};
+constexpr OptionRow kImportOptions[] = {
+    {"into", "DB", "The database that takes the notes"},
+    {"create", nullptr, "Makes the database where there is none"},
+};
+constexpr OptionRow kExportOptions[] = {
+    {"dxl", nullptr, "DXL, with the design where no documents are chosen (the default)"},
+    {"csv", nullptr, "CSV, a row for each document and a column for each item"},
+    {"items", "NAME,...", "The columns of CSV: the items of these names, instead of all"},
+    {"output", "FILE", "Writes to this file, whole or not at all, instead of standard output"},
+};
+constexpr OptionRow kSetOptions[] = {
+    {"type", "TYPE", "text, number or date; otherwise the item's own, text for a new item"},
+};
+constexpr OptionRow kAttachmentOptions[] = {
+    {"extract", "DIR", "Writes the files into this directory"},
+};
+
+constexpr CommandRow kCommands[] = {
+    {"databases", "", 0, 0, "Lists the databases of this machine and of the servers", kServerOptions, false,
+     listDatabases},
+    {"documents", "DB", 1, 1, "Lists documents: note ID, form, subject", {}, true, listDocuments},
+    {"show", "DB NOTE", 2, 2, "Shows the items of a document with their values", {}, false, showDocument},
+    {"items",
+     "DB [NOTE]",
+     1,
+     2,
+     "Lists the items of a document, or the item names of a database and how often",
+     {},
+     false,
+     listItems},
+    {"import", "FILE... --into DB", 1, kAnyNumber, "Imports DXL files, and folders of them, into a database",
+     kImportOptions, false, importFiles},
+    {"export", "DB", 1, 1, "Writes documents as DXL, JSON or CSV", kExportOptions, true, exportDocuments},
+    {"set", "DB NOTE ITEM VALUE...", 4, kAnyNumber, "Sets an item of a document; several values make a list",
+     kSetOptions, false, setItem},
+    {"evaluate",
+     "DB NOTE FORMULA",
+     3,
+     3,
+     "Evaluates a formula on a document; nothing is saved",
+     {},
+     false,
+     evaluateFormula},
+    {"check",
+     "FORMULA",
+     1,
+     1,
+     "Tells whether a formula is correct, and where its first mistake is",
+     {},
+     false,
+     checkFormula},
+    {"compare",
+     "DB1 DB2",
+     2,
+     2,
+     "Lists notes and items that two databases differ in, both ways",
+     {},
+     false,
+     compareTwoDatabases},
+    {"attachments", "DB", 1, 1, "Lists the attachments of the documents, or extracts them",
+     kAttachmentOptions, false, listAttachments},
+    {"integrity", "DB", 1, 1, "Checks the file, every note and every attachment", {}, false, checkDatabase},
+};
+
+QString helpLine(const QString& left, const char* right) {
+  return u"  "_s + left.leftJustified(kHelpWidth) + u' ' + QString::fromLatin1(right) + u'\n';
+}
+
+QString optionLines(std::span<const OptionRow> options) {
+  QString lines;
+  for (const OptionRow& option : options) {
+    QString left = u"--"_s + QString::fromLatin1(option.name);
+    if (option.value) left += u' ' + QString::fromLatin1(option.value);
+    lines += helpLine(left, option.help);
+  }
+  return lines;
+}
+
+}  // namespace
+
+std::span<const CommandRow> commandTable() {
+  return kCommands;
+}
+
+const CommandRow* findCommand(const QString& name) {
+  for (const CommandRow& row : kCommands)
+    if (name == QLatin1String(row.name)) return &row;
+  return nullptr;
+}
+
+std::span<const OptionRow> commonOptions() {
+  return kCommonOptions;
+}
+
+std::span<const OptionRow> choosingOptions() {
+  return kChoosingOptions;
+}
+
+QString programHelp() {
+  QString help = u"Usage: %1 [OPTION...] [COMMAND [ARGUMENT...]]\n\n"_s.arg(kProgram) +
+                 u"Without a command the program opens its windows.\n\nCommands:\n"_s;
+  for (const CommandRow& row : kCommands)
+    help += helpLine(QString::fromLatin1(row.name) + u' ' + QString::fromLatin1(row.arguments), row.help);
+  help += u"\nOptions:\n"_s + optionLines(kCommonOptions);
+  help +=
+      u"\nDB is a path below the directory of databases, or \"SERVER!!PATH\". NOTE is a note ID or universal "
+      u"ID in\n"
+      u"hexadecimal digits. What begins with a dash and is no option stands behind \"--\".\n"
+      u"Exit code: 0 done, 1 a difference, fault or mistake was found, 2 wrong use, 3 failed, 130 interrupted.\n"_s;
+  return help;
+}
+
+QString commandHelp(const CommandRow& command) {
+  QString help = u"Usage: %1 %2 [OPTION...] %3"_s
+                     .arg(kProgram, QLatin1String(command.name), QLatin1String(command.arguments))
+                     .trimmed() +
+                 u"\n\n"_s + QString::fromLatin1(command.help) + u".\n\nOptions:\n"_s;
+  if (command.choosesDocuments) help += optionLines(kChoosingOptions);
+  return help + optionLines(command.options) + optionLines(kCommonOptions);
+}
+
+}  // namespace lens

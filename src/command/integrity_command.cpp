@@ -1,0 +1,46 @@
+// integrity: whether a database is whole.
+#include "command/command_functions.h"
+#include "command/json_output.h"
+#include "command/text_output.h"
+#include "embedded/checks/integrity_check.h"
+#include "notes/literals.h"
+
+namespace lens {
+namespace {
+
+void writeFault(CommandCall& call, const IntegrityFault& fault) {
+  QByteArray id;
+  if (fault.note) appendNoteId(id, fault.note.value());
+  if (call.json()) {
+    JsonLine json;
+    json.text("noteId", QString::fromLatin1(id)).text("fault", fault.what);
+    return call.console.out().line(json.finish());
+  }
+  QByteArray line = fault.note ? "note " + id : QByteArray("file");
+  line += ": ";
+  appendPrintable(line, fault.what);
+  call.console.out().line(line);
+}
+
+}  // namespace
+
+int checkDatabase(CommandCall& call) {
+  const std::shared_ptr<Database> store = openStore(call.doors, call.name, call.arguments.first());
+  const IntegrityReport report = checkIntegrity(
+      *store, [&](const IntegrityFault& fault) { writeFault(call, fault); },
+      [&](qint64 done, qint64 all) {
+        call.console.progress(call.arguments.first(), done, all);
+        return true;
+      });
+  if (!call.json()) {
+    QByteArray line;
+    appendPrintable(
+        line, u"%1: %2, %3, %4"_s.arg(call.arguments.first(), counted(report.notes, u"note"_s, u"notes"_s),
+                                      counted(report.attachments, u"attachment"_s, u"attachments"_s),
+                                      counted(report.faults, u"fault"_s, u"faults"_s)));
+    call.console.out().line(line);
+  }
+  return report.faults > 0 ? exitcode::Found : exitcode::Done;
+}
+
+}  // namespace lens

@@ -1,0 +1,135 @@
+#include "embedded/checks/database_comparison.h"
+
+#include <QHash>
+
+namespace lens {
+namespace {
+
+// The items of a note by name, each name with the places of its items in their order.
+using PlacesByName = QHash<ItemName, QVector<qsizetype>>;
+
+PlacesByName placesByName(const Note& note) {
+  PlacesByName places;
+  for (qsizetype place = 0; place < note.items.size(); ++place)
+    places[ItemName(note.items[place].name)].push_back(place);
+  return places;
+}
+
+bool sameFile(const FileObject& a, const FileObject& b) {
+  return a.name == b.name && a.size == b.size && sameTimeDate(a.created, b.created) &&
+         sameTimeDate(a.modified, b.modified) && a.hostType == b.hostType && a.compression == b.compression &&
+         a.attributes == b.attributes && a.flags == b.flags;
+}
+
+// Each database numbers its objects for itself; what they hold is told by their digests.
+bool sameObjectValue(const Database& firstDatabase, const QByteArray& first, const Database& secondDatabase,
+                     const QByteArray& second) {
+  constexpr qsizetype kTypeWord = 2;
+  const quint32 firstId = objectIdOf(QByteArrayView(first).sliced(kTypeWord)),
+                secondId = objectIdOf(QByteArrayView(second).sliced(kTypeWord));
+  if ((firstId == 0) != (secondId == 0)) return false;
+  FileObject firstFile, secondFile;
+  const bool isFile = readFileValue(first, firstFile);
+  if (isFile != readFileValue(second, secondFile)) return false;
+  if (isFile && !sameFile(firstFile, secondFile)) return false;
+  if (!isFile) {
+    QByteArray a = first, b = second;
+    if (firstId != 0) replaceObjectId(a, 0);
+    if (secondId != 0) replaceObjectId(b, 0);
+    if (a != b) return false;
+  }
+  return firstId == 0 || firstDatabase.objects().digest(firstId) == secondDatabase.objects().digest(secondId);
+}
+
+bool sameItem(const Database& firstDatabase, const Item& first, const Database& secondDatabase,
+              const Item& second) {
+  if (first.flags != second.flags || first.type() != second.type()) return false;
+  if (first.value == second.value && first.type() != itemtype::Object) return true;
+  return first.type() == itemtype::Object &&
+         sameObjectValue(firstDatabase, first.value, secondDatabase, second.value);
+}
+
+QString titleOf(const Note& note) {
+  const bool isDocument = noteclass::base(note.header.noteClass) == noteclass::Document;
+  return isDocument ? note.text(u"Subject") : note.text(u"$TITLE");
+}
+
+class Comparison {
+ public:
+  Comparison(const Database& first, const Database& second,
+             const std::function<void(const NoteDifference&)>& tell)
+      : first_(first), second_(second), tell_(tell) {}
+
+  bool run(const CheckProgress& progress) {
+    // Two walks are shown as one.
+    const auto half = [&](int which) {
+      return [&progress, which](qint64 done, qint64 all) {
+        return !progress || progress(which * all + done, 2 * all);
+      };
+    };
+    return walkNotes(
+               first_, [this](const Note& note) { return compareNote(note); }, half(0)) &&
+           walkNotes(
+               second_, [this](const Note& note) { return findMissing(note); }, half(1));
+  }
+
+ private:
+  bool compareNote(const Note& note) {
+    Note other;
+    if (!second_.notes().read(note.header.unid, other)) {
+      tell_({Difference::OnlyInFirst, note.header, {}, titleOf(note), false, false, {}});
+      return true;
+    }
+    NoteDifference found{Difference::Changed, note.header, other.header, titleOf(note), false, false, {}};
+    found.otherClass = note.header.noteClass != other.header.noteClass;
+    found.otherParent = note.header.parent != other.header.parent;
+    found.items = compareItems(first_, note, second_, other);
+    if (found.otherClass || found.otherParent || !found.items.isEmpty()) tell_(found);
+    return true;
+  }
+
+  bool findMissing(const Note& note) {
+    Note other;
+    if (!first_.notes().read(note.header.unid, other))
+      tell_({Difference::OnlyInSecond, {}, note.header, titleOf(note), false, false, {}});
+    return true;
+  }
+
+  const Database& first_;
+  const Database& second_;
+  const std::function<void(const NoteDifference&)>& tell_;
+};
+
+}  // namespace
+
+QVector<ItemDifference> compareItems(const Database& firstDatabase, const Note& first,
+                                     const Database& secondDatabase, const Note& second) {
+  QVector<ItemDifference> found;
+  const PlacesByName others = placesByName(second);
+  QHash<ItemName, qsizetype> met;
+  for (const Item& item : first.items) {
+    const ItemName name(item.name);
+    const QVector<qsizetype> places = others.value(name);
+    const qsizetype turn = met[name]++;
+    if (turn >= places.size())
+      found.push_back({item.name, Difference::OnlyInFirst});
+    else if (!sameItem(firstDatabase, item, secondDatabase, second.items[places[turn]]))
+      found.push_back({item.name, Difference::Changed});
+  }
+  for (const Item& item : second.items) {
+    // The first ones of a name have met theirs.
+    qsizetype& matched = met[ItemName(item.name)];
+    if (matched > 0)
+      --matched;
+    else
+      found.push_back({item.name, Difference::OnlyInSecond});
+  }
+  return found;
+}
+
+bool compareDatabases(const Database& first, const Database& second,
+                      const std::function<void(const NoteDifference&)>& tell, const CheckProgress& progress) {
+  return Comparison(first, second, tell).run(progress);
+}
+
+}  // namespace lens
