@@ -34,7 +34,7 @@ QStringList propertiesOf(const NoteDifference& note) {
 
 QString idText(const NoteHeader& header) {
   QByteArray text;
-  appendNoteId(text, header.id.value());
+  appendEightDigits(text, header.id.value());
   return QString::fromLatin1(text);
 }
 

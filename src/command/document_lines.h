@@ -18,7 +18,7 @@ class DocumentLines {
 
  private:
   // Texts in UTF-8.
-  void write(quint32 noteId, const QString& unid, QByteArrayView form, QByteArrayView subject);
+  void write(quint32 noteId, const QByteArray& unid, QByteArrayView form, QByteArrayView subject);
   QByteArrayView textAt(const PackedNote& note, qint32 place, QByteArray& room) const;
 
   Output& out_;

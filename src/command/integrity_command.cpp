@@ -10,7 +10,7 @@ namespace {
 
 void writeFault(CommandCall& call, const IntegrityFault& fault) {
   QByteArray id;
-  if (fault.note) appendNoteId(id, fault.note.value());
+  if (fault.note) appendEightDigits(id, fault.note.value());
   if (call.json()) {
     JsonLine json;
     json.text("noteId", QString::fromLatin1(id)).text("fault", fault.what);

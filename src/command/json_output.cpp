@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QLocale>
+#include <algorithm>
 #include <cmath>
 
 #include "notes/literals.h"
@@ -21,7 +22,14 @@ QString isoText(const DateTime& moment) {
 
 void appendJsonUtf8(QByteArray& json, QByteArrayView utf8) {
   static constexpr char kDigits[] = "0123456789abcdef";
+  const bool isPlain = std::none_of(utf8.begin(), utf8.end(), [](char c) {
+    return c == '"' || c == '\\' || quint8(c) < 0x20 || c == 0x7F;
+  });
   json.append('"');
+  if (isPlain) {
+    json.append(utf8.data(), utf8.size()).append('"');
+    return;
+  }
   for (const char c : utf8) {
     if (c == '"' || c == '\\') {
       json.append('\\').append(c);

@@ -54,9 +54,11 @@ void appendLines(QByteArray& out, QStringView text, qsizetype indent) {
   }
 }
 
-void appendNoteId(QByteArray& line, quint32 noteId) {
+void appendEightDigits(QByteArray& line, quint32 number) {
   static constexpr char kDigits[] = "0123456789ABCDEF";
-  for (int shift = 28; shift >= 0; shift -= 4) line.append(kDigits[noteId >> shift & 0xF]);
+  char text[8];
+  for (int place = 0; place < 8; ++place) text[place] = kDigits[number >> (28 - 4 * place) & 0xF];
+  line.append(text, sizeof text);
 }
 
 QString counted(qint64 count, const QString& one, const QString& many) {

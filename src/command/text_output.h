@@ -17,8 +17,8 @@ void appendColumn(QByteArray& line, QStringView text, qsizetype width);
 // Where a line of text goes on: its lines one below the other, those behind the first moved in.
 void appendLines(QByteArray& out, QStringView text, qsizetype indent);
 
-// 8 hexadecimal digits, as lists show note IDs.
-void appendNoteId(QByteArray& line, quint32 noteId);
+// 8 hexadecimal digits, as note IDs are shown.
+void appendEightDigits(QByteArray& line, quint32 number);
 
 // "1 note", "2 notes".
 QString counted(qint64 count, const QString& one, const QString& many);

@@ -55,8 +55,8 @@ TEST(TextOutput, MovesFurtherLinesIn) {
 
 TEST(TextOutput, WritesNoteIdsWithEightDigits) {
   QByteArray line;
-  appendNoteId(line, 0x8FA);
-  appendNoteId(line, 0xFFFF0010);
+  appendEightDigits(line, 0x8FA);
+  appendEightDigits(line, 0xFFFF0010);
   EXPECT_EQ(line, "000008FAFFFF0010");
 }
 
