@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what the given purposes (build, test, bench, fuzz, run, format, tidy) need and is missing. Debian packages.
+# Installs what the given purposes (build, test, bench, fuzz, run, format, tidy, package) need and is missing. Debian packages.
 set -euo pipefail
 
 build=(g++ cmake ninja-build make pkg-config qt6-base-dev qt6-base-dev-tools libgl-dev libsqlite3-dev
@@ -10,6 +10,7 @@ fuzz=(clang libclang-rt-dev)
 run=(xvfb xauth imagemagick x11-utils)
 format=(clang-format)
 tidy=(clang-tidy)
+package=(dpkg-dev file gzip lintian)
 
 wanted=()
 for purpose in "$@"; do
