@@ -118,7 +118,7 @@ TEST_F(DatabasePickerTest, ADatabaseThatHasGoneIsAFailureOfItsOwnReport) {
   });
   ASSERT_GE(host.boxes.size(), 1);
   EXPECT_EQ(host.boxes[0].title, "Open DB Error!");
-  EXPECT_EQ(app->databasePicker.gPickedDatabase, u"gone.nsf"_s);
+  EXPECT_EQ(app->databasePicker().gPickedDatabase, u"gone.nsf"_s);
 }
 
 TEST_F(DatabasePickerTest, TheClientClosesWhatItShowsBeforeItOpensWhatWasChosen) {
