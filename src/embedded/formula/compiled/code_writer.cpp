@@ -28,6 +28,13 @@ QByteArray codeText(QString text) {
   return toLmbcs(withStoredBreaks(std::move(text)));
 }
 
+// One that would come back as another text, as with a zero or half a line break in it, has no code.
+void CodeWriter::text(QString text) {
+  const QByteArray stored = codeText(text);
+  if (textFromStored(stored) != text.replace(u"\r\n"_s, u"\n"_s)) fits_ = false;
+  counted(code::Text, stored);
+}
+
 void CodeWriter::word(quint16 word) {
   appendU16(bytes_, word);
 }
@@ -49,9 +56,7 @@ void CodeWriter::constant(const Value& value) {
       word(code::Number);
       return appendF64(bytes_, value.number());
     case Type::Text:
-      // A zero byte is a line break there.
-      if (value.text().contains(u'\0')) fits_ = false;
-      return counted(code::Text, codeText(value.text().toString()));
+      return text(value.text().toString());
     case Type::Time:
       word(code::Time);
       return appendTimeDate(bytes_, value.time());

@@ -22,6 +22,7 @@ class CodeWriter {
  private:
   void node(int index);
   void constant(const Value& value);
+  void text(QString text);
   void counted(quint16 code, QByteArrayView text);
   void call(const Node& node);
   void ifCall(const Node& node);

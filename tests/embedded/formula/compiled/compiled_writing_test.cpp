@@ -201,6 +201,7 @@ TEST(CompiledWriting, LeavesOutWhatHasNoSureCode) {
                             u"x := @Pi; x"_s,
                             u"a; @Cos(b)"_s,
                             u"\"a\0b\""_s,
+                            u"\"a\rb\""_s,
                             u"REM {a\0b}; 1"_s};
   for (const QString& source : sources) {
     const Written written = writeCompiled(source, TestEnvironment());
@@ -238,7 +239,7 @@ TEST(CompiledWriting, WritesNoMoreThanSixtyFourKilobytes) {
 }
 
 TEST(CompiledWriting, LineBreaksOfEveryKindAreOne) {
-  EXPECT_EQ(sourceOf(write(u"\"a\r\nb\rc\nd\"\r\n+\rx")), "\"a\nb\nc\nd\"\n+\nx");
+  EXPECT_EQ(sourceOf(write(u"\"a\r\nb\nc\"\r\n+\rx")), "\"a\nb\nc\"\n+\nx");
 }
 
 TEST(CompiledWriting, ParenthesesWithNothingInThemAreNotCounted) {
