@@ -3,7 +3,7 @@
 #include <QtEndian>
 
 #include "command/json_output.h"
-#include "command/note_record.h"
+#include "command/shown_note.h"
 #include "command/text_output.h"
 #include "embedded/format/lmbcs.h"
 #include "notes/literals.h"

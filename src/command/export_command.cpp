@@ -5,7 +5,7 @@
 #include "command/command_table.h"
 #include "command/csv_output.h"
 #include "command/document_walk.h"
-#include "command/note_record.h"
+#include "command/shown_note.h"
 #include "command/text_output.h"
 #include "embedded/dxl/dxl_exporter.h"
 #include "host/save_file.h"

@@ -4,7 +4,7 @@
 
 #include "command/command_functions.h"
 #include "command/command_table.h"
-#include "command/note_record.h"
+#include "command/shown_note.h"
 #include "command/text_output.h"
 #include "notes/item_types.h"
 #include "notes/literals.h"

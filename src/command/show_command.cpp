@@ -3,7 +3,7 @@
 
 #include "command/command_functions.h"
 #include "command/document_walk.h"
-#include "command/note_record.h"
+#include "command/shown_note.h"
 #include "command/text_output.h"
 #include "notes/item_types.h"
 #include "notes/literals.h"
