@@ -33,6 +33,10 @@ std::optional<NsfAcl> readNsfAcl(QByteArrayView payload, QString& reason) {
     reason = QStringLiteral("it does not begin as a list of access");
     return std::nullopt;
   }
+  if (bytes.u16(4) != quint16(bytes.size())) {
+    reason = QStringLiteral("its size is not that of its bytes");
+    return std::nullopt;
+  }
   NsfAcl acl;
   const quint16 count = bytes.u16(6), roles = bytes.u16(12);
   const qint64 rolesAt = bytes.u16(14);

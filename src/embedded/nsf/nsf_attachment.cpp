@@ -43,9 +43,11 @@ QString unpackByGuess(const FileObject& file, qint64 size, const NsfFeed& feed, 
   const auto isRight = [&](const CxOutput& output) {
     return output.result == CxResult::Whole && output.unread <= kMostUnread;
   };
-  CxOutput output = inflateCx(packed, file.size);
-  if (!isRight(output) && RecordBytes(packed).u32(0) == quint32(packed.size() - 4))
+  // A size in front that is right is no accident; a first byte that could be a mode may be one.
+  CxOutput output;
+  if (packed.size() >= 4 && RecordBytes(packed).u32(0) == quint32(packed.size() - 4))
     output = inflateCx(QByteArrayView(packed).sliced(4), file.size);
+  if (!isRight(output)) output = inflateCx(packed, file.size);
   if (!isRight(output)) return unknown;
   return sink(output.bytes) ? QString() : QStringLiteral("it could not be written");
 }

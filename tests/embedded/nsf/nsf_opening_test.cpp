@@ -1,0 +1,309 @@
+// Real databases in a workspace: opened from a copy that nobody can change, with all that the file has.
+#include <QDateTime>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "embedded/capi/embedded_capi.h"
+#include "embedded/capi/status.h"
+#include "embedded/model/embedded_gateway.h"
+#include "embedded/nsf/nsf_test.h"
+#include "embedded/views/folder_documents.h"
+#include "embedded/workspace/workspace.h"
+
+namespace lens {
+namespace {
+
+using made::SampleIds;
+
+class RealDatabases : public testing::Test {
+ protected:
+  RealDatabases() {
+    workspace = Workspace::open(directory.filePath(u"workspace"_s), Regional(QLocale::c()));
+    described = made::sampleDatabase(&ids);
+    path = workspace->dataDirectory() + u"/real.nsf"_s;
+    write(path, described);
+  }
+  static void write(const QString& file, const made::MadeDatabase& database) {
+    writeFile(file, made::makeFile(database).bytes);
+  }
+  std::shared_ptr<Database> open(const QString& name = u"real.nsf"_s) {
+    return workspace->database({}, name);
+  }
+  std::unique_ptr<NsfDatabase> source() {
+    return std::make_unique<NsfDatabase>(std::make_unique<NsfBytesSource>(contentOf(path)));
+  }
+  QStringList copies() const {
+    return QDir(workspace->directory() + u"/cache/nsf"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+  }
+
+  QTemporaryDir directory;
+  std::shared_ptr<Workspace> workspace;
+  SampleIds ids;
+  made::MadeDatabase described;
+  QString path;
+};
+
+TEST_F(RealDatabases, HaveTheNotesOfTheFileWithAllTheirNumbers) {
+  const auto copy = open();
+  const auto real = source();
+  int seen = 0;
+  real->forEachNote([&](NsfNote& note) {
+    Note here;
+    if (!copy->notes().read(note.header.id, here)) {
+      EXPECT_TRUE(note.isGhost() || note.isSoftDeleted()) << note.header.id.value();
+      return true;
+    }
+    ++seen;
+    EXPECT_EQ(here.header.unid, note.header.unid);
+    EXPECT_EQ(here.header.noteClass, note.header.noteClass);
+    EXPECT_EQ(here.header.sequence, note.header.sequence);
+    EXPECT_TRUE(sameTimeDate(here.header.sequenceTime, note.header.sequenceTime));
+    EXPECT_TRUE(sameTimeDate(here.header.created, note.header.created));
+    EXPECT_TRUE(sameTimeDate(here.header.modified, note.header.modified));
+    EXPECT_TRUE(sameTimeDate(here.header.added, note.header.added));
+    EXPECT_TRUE(sameTimeDate(here.header.accessed, note.header.accessed));
+    const Note wanted = note.toNote();
+    EXPECT_EQ(here.items.size(), wanted.items.size());
+    for (qsizetype i = 0; i < qMin(here.items.size(), wanted.items.size()); ++i) {
+      EXPECT_EQ(here.items[i].name, wanted.items[i].name);
+      EXPECT_EQ(here.items[i].flags, wanted.items[i].flags);
+      EXPECT_EQ(here.items[i].value, wanted.items[i].value);
+    }
+    Note byUnid;
+    EXPECT_TRUE(copy->notes().read(note.header.unid, byUnid));
+    EXPECT_EQ(byUnid.header.id, note.header.id);
+    return true;
+  });
+  EXPECT_GT(seen, 8);
+  EXPECT_EQ(seen, copy->notes().noteCount(0x7FFF) + 1);  // one has no class and is in no list
+  EXPECT_EQ(copy->notes().specialNote(noteclass::Icon), NoteId(ids.icon));
+  EXPECT_EQ(copy->info().title, real->properties().title);
+  EXPECT_EQ(copy->info().replicaId, timeDateHex(real->properties().replicaId));
+}
+
+TEST_F(RealDatabases, KnowDeletedNotesResponsesAndFolders) {
+  const auto copy = open();
+  EXPECT_EQ(copy->notes().state(NoteId(ids.stub)), NoteState::Stub);
+  EXPECT_NE(copy->notes().state(NoteId(ids.softDeleted)), NoteState::Live);
+  EXPECT_NE(copy->notes().state(NoteId(ids.ghost)), NoteState::Live);
+  EXPECT_EQ(copy->notes().state(NoteId(ids.profile)), NoteState::Live);
+  Note parent, response, folder;
+  ASSERT_TRUE(copy->notes().read(NoteId(ids.parent), parent));
+  ASSERT_TRUE(copy->notes().read(NoteId(ids.response), response));
+  EXPECT_EQ(response.header.parent, parent.header.unid);
+  ASSERT_TRUE(copy->notes().read(NoteId(ids.folder), folder));
+  NsfNote real;
+  const auto file = source();
+  ASSERT_TRUE(file->readNote(NoteId(ids.folder), real));
+  const QVector<NoteId> documents = file->folderDocuments(real);
+  EXPECT_FALSE(documents.isEmpty());
+  EXPECT_EQ(folderDocuments(*copy, folder.header.unid), documents);
+}
+
+TEST_F(RealDatabases, LeaveTheFileAsItIs) {
+  const QByteArray bytes = contentOf(path);
+  ASSERT_TRUE(QFile::setPermissions(path, QFile::ReadOwner | QFile::ReadUser));
+  const QDateTime time = QFileInfo(path).lastModified();
+  const QStringList beside = QDir(workspace->dataDirectory()).entryList(QDir::AllEntries | QDir::Hidden);
+  {
+    const auto copy = open();
+    Note note;
+    ASSERT_TRUE(copy->notes().read(NoteId(ids.attached), note));
+    for (const Item& item : std::as_const(note.items))
+      if (item.type() == itemtype::Object)
+        copy->objects().extract(objectIdOf(item.data()), directory.filePath(u"out"_s));
+  }
+  EXPECT_EQ(contentOf(path), bytes);
+  EXPECT_EQ(QFileInfo(path).lastModified(), time);
+  EXPECT_EQ(QDir(workspace->dataDirectory()).entryList(QDir::AllEntries | QDir::Hidden), beside);
+}
+
+TEST_F(RealDatabases, ReadAttachmentsFromTheFile) {
+  const auto copy = open();
+  Note note;
+  ASSERT_TRUE(copy->notes().read(NoteId(ids.attached), note));
+  int files = 0;
+  for (const Item& item : std::as_const(note.items)) {
+    FileObject file;
+    if (!readFileValue(item.value, file)) continue;
+    ++files;
+    EXPECT_EQ(copy->objects().size(file.objectId), made::sampleContent().size());
+    const QString out = directory.filePath(u"out"_s);
+    copy->objects().extract(file.objectId, out);
+    EXPECT_EQ(contentOf(out), made::sampleContent()) << file.name.toStdString();
+  }
+  EXPECT_EQ(files, 5);
+  EXPECT_EQ(copy->objects().size(0x7FFFFFF2), -1);
+}
+
+TEST_F(RealDatabases, AreCopiedWithTheirAttachments) {
+  open();
+  workspace->copyDatabase({QString(), u"real.nsf"_s}, {QString(), u"mine.nsf"_s});
+  QFile::remove(path);
+  const auto mine = workspace->database({}, u"mine.nsf"_s);
+  EXPECT_TRUE(mine->isWritable());
+  Note note, wanted;
+  ASSERT_TRUE(open()->notes().read(NoteId(ids.attached), wanted));
+  ASSERT_TRUE(mine->notes().read(wanted.header.unid, note));
+  int files = 0;
+  for (const Item& item : std::as_const(note.items)) {
+    FileObject file;
+    if (!readFileValue(item.value, file)) continue;
+    ++files;
+    const QString out = directory.filePath(u"out"_s);
+    mine->objects().extract(file.objectId, out);
+    EXPECT_EQ(contentOf(out), made::sampleContent());
+  }
+  EXPECT_EQ(files, 5);
+}
+
+TEST_F(RealDatabases, RefuseEveryChangeBehindTheObjectModel) {
+  EmbeddedGateway gateway(workspace);
+  const Object session = gateway.create(u"Notes.NotesSession"_s);
+  const Object database = session.call(u"GETDATABASE"_s, u""_s, u"real.nsf"_s).object();
+  const Object document = database.call(u"GETDOCUMENTBYID"_s, NoteId(ids.plain).hexText()).object();
+  document.call(u"REPLACEITEMVALUE"_s, u"Subject"_s, u"changed"_s);
+  EXPECT_EQ(errorNumber([&] { document.call(u"SAVE"_s, true, false); }), enginefault::NotSaved);
+  EXPECT_EQ(errorNumber([&] { document.call(u"REMOVE"_s, true); }), enginefault::NotSaved);
+  EXPECT_EQ(errorNumber([&] { document.call(u"REMOVEPERMANENTLY"_s, true); }), enginefault::NotSaved);
+  EXPECT_EQ(errorNumber([&] { document.call(u"COPYTODATABASE"_s, database); }), enginefault::NotSaved);
+  const auto copy = open();
+  Note note;
+  ASSERT_TRUE(copy->notes().read(NoteId(ids.plain), note));
+  EXPECT_NE(note.text(u"Subject"), u"changed"_s);
+}
+
+TEST_F(RealDatabases, RefuseEveryChangeBehindTheFunctions) {
+  EmbeddedCApi api(workspace);
+  DbHandle handle = 0;
+  ASSERT_EQ(api.NSFDbOpen("real.nsf", handle), 0);
+  EXPECT_EQ(api.NSFNoteDelete(handle, qint32(ids.plain), 0x201), status::CannotAccess);
+  NoteHandle note = 0;
+  EXPECT_EQ(api.NSFNoteOpen(handle, qint32(ids.plain), 0, note), 0);
+  api.NSFNoteClose(note);
+  api.NSFDbClose(handle);
+}
+
+TEST_F(RealDatabases, AreNeverRemovedOrReplaced) {
+  const QByteArray bytes = contentOf(path);
+  QString reason;
+  EXPECT_EQ(errorNumber(
+                [&] {
+                  workspace->removeDatabase({QString(), u"real.nsf"_s});
+                },
+                &reason),
+            err::PermissionDenied);
+  EXPECT_TRUE(reason.contains(path)) << reason.toStdString();
+  EXPECT_GT(errorNumber([&] { workspace->createDatabase({}, u"real.nsf"_s, {}, true); }), 0);
+  EXPECT_EQ(contentOf(path), bytes);
+}
+
+TEST_F(RealDatabases, AreReadOnceAndAnewWhenTheFileChanges) {
+  const QString first = open()->path();
+  EXPECT_EQ(open()->path(), first);
+  EXPECT_EQ(copies().size(), 1);
+  made::MadeNote another = made::document(77, "another");
+  const quint32 id = described.add(another);
+  write(path, described);
+  const auto copy = open();
+  EXPECT_NE(copy->path(), first);
+  EXPECT_EQ(copy->notes().state(NoteId(id)), NoteState::Live);
+  EXPECT_EQ(copies().size(), 1);  // nobody has the old one open
+}
+
+TEST_F(RealDatabases, KeepAllButTheAttachmentsWhenTheFileHasGone) {
+  const auto copy = open();
+  ASSERT_TRUE(QFile::remove(path));
+  EXPECT_EQ(open().get(), copy.get());
+  Note note;
+  ASSERT_TRUE(copy->notes().read(NoteId(ids.attached), note));
+  QString reason;
+  const QString out = directory.filePath(u"out"_s);
+  for (const Item& item : std::as_const(note.items)) {
+    if (item.type() != itemtype::Object) continue;
+    const auto extract = [&] { copy->objects().extract(objectIdOf(item.data()), out); };
+    EXPECT_EQ(errorNumber(extract, &reason), enginefault::CannotOpen);
+  }
+  EXPECT_TRUE(reason.contains(path)) << reason.toStdString();
+  EXPECT_FALSE(QFileInfo::exists(out));
+}
+
+TEST_F(RealDatabases, AttachmentsOfAnotherStateAreNotShown) {
+  const auto copy = open();
+  Note note;
+  ASSERT_TRUE(copy->notes().read(NoteId(ids.attached), note));
+  described.information = "Another title";
+  write(path, described);
+  int objects = 0;
+  for (const Item& item : std::as_const(note.items)) {
+    if (item.type() != itemtype::Object) continue;
+    ++objects;
+    const auto size = [&] { copy->objects().size(objectIdOf(item.data())); };
+    EXPECT_EQ(errorNumber(size), enginefault::CannotOpen);
+  }
+  EXPECT_GT(objects, 0);
+}
+
+TEST_F(RealDatabases, OpenFromAnywhereOnThisMachine) {
+  const QString elsewhere = directory.filePath(u"far away.NSF"_s);
+  write(elsewhere, described);
+  const DatabasePlace place = workspace->place({}, elsewhere);
+  EXPECT_EQ(place.path, QDir::toNativeSeparators(elsewhere));
+  EXPECT_EQ(workspace->absolutePath(place), elsewhere);
+  const auto copy = workspace->database(place.server, place.path);
+  EXPECT_EQ(copy->notes().state(NoteId(ids.plain)), NoteState::Live);
+  EXPECT_EQ(workspace->realDatabase(*copy)->source, QFileInfo(elsewhere).canonicalFilePath());
+  // One of ours does not, and nothing else does.
+  EXPECT_GT(errorNumber([&] { workspace->place({}, directory.filePath(u"none.nsf"_s)); }), 0);
+  Database::create(directory.filePath(u"ours.nsf"_s), {});
+  EXPECT_GT(errorNumber([&] { workspace->place({}, directory.filePath(u"ours.nsf"_s)); }), 0);
+}
+
+TEST_F(RealDatabases, AreListedWithTheirTitleAndTellHowTheyWereRead) {
+  EXPECT_EQ(workspace->databases({}), QStringList{u"real.nsf"_s});
+  EXPECT_EQ(workspace->infoOf({QString(), u"real.nsf"_s}).title, source()->properties().title);
+  const auto copy = open();
+  const auto real = workspace->realDatabase(*copy);
+  ASSERT_TRUE(real);
+  const NsfReport& report = source()->report();
+  EXPECT_EQ(real->notesFound, report.notesFound);
+  EXPECT_EQ(real->notesRead, report.notesProven);
+  EXPECT_EQ(real->line(), u"read-only copy of real.nsf, %1 of %1 notes read"_s.arg(report.notesProven));
+  EXPECT_TRUE(real->reportText.contains(u"Notes: "_s));
+  const QByteArray saved =
+      contentOf(workspace->directory() + u"/cache/nsf/"_s + copies().value(0) + u"/report.json"_s);
+  EXPECT_EQ(QJsonDocument::fromJson(saved)[u"notesProven"_s].toInt(), report.notesProven);
+  const auto ours = workspace->createDatabase({}, u"ours.nsf"_s, {});
+  EXPECT_FALSE(workspace->realDatabase(*ours));
+}
+
+TEST_F(RealDatabases, ARefusalNamesTheFileAndTheReason) {
+  const auto reasonOf = [&](const QByteArray& bytes, int number) {
+    writeFile(path, bytes);
+    QString reason;
+    EXPECT_EQ(errorNumber([&] { open(); }, &reason), number);
+    EXPECT_TRUE(reason.contains(u"real.nsf"_s)) << reason.toStdString();
+    EXPECT_TRUE(copies().isEmpty());
+    return reason;
+  };
+  made::MadeDatabase old = described;
+  old.ods = 41;
+  EXPECT_TRUE(reasonOf(made::makeFile(old).bytes, enginefault::CannotOpen).contains(u"older release"_s));
+  QByteArray encrypted = made::makeFile(described).bytes;
+  for (qsizetype at = 1024; at < encrypted.size(); ++at) encrypted[at] = char(encrypted[at] ^ 0x5C);
+  EXPECT_TRUE(reasonOf(encrypted, enginefault::CannotOpen).contains(u"encrypted"_s));
+  reasonOf(made::makeFile(described).bytes.first(1023), enginefault::NotADatabase);
+}
+
+TEST_F(RealDatabases, ADamagedCopyIsMadeAnew) {
+  const QString copy = open()->path();
+  ASSERT_TRUE(QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner));
+  QFile file(copy);
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+  ASSERT_TRUE(file.resize(8192));
+  file.close();
+  EXPECT_EQ(open()->notes().state(NoteId(ids.plain)), NoteState::Live);
+}
+
+}  // namespace
+}  // namespace lens
