@@ -5,4 +5,4 @@ cd "$(dirname "$0")/.."
 scripts/install.sh build
 cmake --preset tour >/dev/null
 cmake --build --preset tour
-QT_QPA_PLATFORM=offscreen build/release/tour/lens_tour docs/pictures
+QT_QPA_PLATFORM=offscreen:configfile=tour/screen.json build/release/tour/lens_tour docs/pictures

@@ -44,10 +44,10 @@ class Tour {
     capi_ = std::make_unique<EmbeddedCApi>(workspace_);
     application_ = std::make_unique<Application>(*notes_, *capi_, host_, u"Embedded: samples"_s);
     application_->start();
-    form().resize(1440, 900);
   }
 
   void run() {
+    form().cmdExtractAtt->raiseClick();
     picture(u"form1"_s, form());
     form().resize(1280, 800);
     changeASubject();
@@ -120,7 +120,6 @@ class Tour {
 
   void explainTheFlags() {
     form().lastModified->dblClick.raise();
-    choose(*form().fldList, u"$Flags"_s);
     picture(u"flags"_s, form());
   }
 
@@ -137,6 +136,10 @@ class Tour {
     showOne(u"design-copy"_s, application_->designCopy().window);
     application_->databasePicker().Form_Load();
     showOne(u"picker"_s, application_->databasePicker().window);
+    form().cmdDump->raiseClick();
+    showOne(u"dump"_s, *form().findChild<DumpToFile*>());
+    form().Label6->raiseClick();
+    showOne(u"about"_s, *form().findChild<About*>());
   }
 
   void showOne(const QString& name, QWidget& window) {
