@@ -3,6 +3,8 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStyleOptionButton>
+#include <QStylePainter>
+#include <utility>
 
 #include "controls/keys.h"
 #include "controls/look.h"
@@ -34,6 +36,19 @@ void CommandButton::keyPressEvent(QKeyEvent* event) {
 void CommandButton::mousePressEvent(QMouseEvent* event) {
   mouseDown.fire(buttonNumber(event->button()), shiftState(event->modifiers()));
   QPushButton::mousePressEvent(event);
+}
+
+void CommandButton::paintEvent(QPaintEvent* event) {
+  constexpr int kEdge = 2;
+  const QRect place = rect().adjusted(kEdge, 0, -kEdge, 0);
+  const int wanted = fontMetrics().size(Qt::TextShowMnemonic, text()).width();
+  if (wanted <= place.width()) return QPushButton::paintEvent(event);
+  QStyleOptionButton option;
+  initStyleOption(&option);
+  const QString caption = std::exchange(option.text, QString());
+  QStylePainter painter(this);
+  painter.drawControl(QStyle::CE_PushButton, option);
+  paintNarrowed(painter, *this, place, wanted, Qt::AlignCenter, caption);
 }
 
 void Button::setDestructive(bool destructive) {

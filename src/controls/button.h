@@ -7,7 +7,8 @@
 
 namespace lens {
 
-// What both kinds of button share. Enter presses none of them unless a window makes one its default.
+// What both kinds of button share. Enter presses none of them unless a window makes one its default. A
+// caption that does not fit is drawn narrower.
 class CommandButton : public QPushButton {
   Q_OBJECT
 
@@ -26,6 +27,7 @@ class CommandButton : public QPushButton {
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
 };
 
 class Button : public CommandButton {

@@ -3,17 +3,10 @@
 #include <QContextMenuEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QStyle>
 
 #include "controls/look.h"
 
 namespace lens {
-namespace {
-
-constexpr double kNarrowest = 0.75;
-
-}  // namespace
-
 Label::Label(QWidget* parent) : QLabel(parent) {
   setTextFormat(Qt::PlainText);
 }
@@ -38,12 +31,8 @@ void Label::setLink(bool link) {
 void Label::paintEvent(QPaintEvent* event) {
   const int wanted = fontMetrics().size(Qt::TextShowMnemonic, text()).width();
   if (wanted <= width()) return QLabel::paintEvent(event);
-  const double narrowed = qMax(double(width()) / wanted, kNarrowest);
   QPainter painter(this);
-  painter.scale(narrowed, 1);
-  const QRect place(0, 0, qRound(width() / narrowed), height());
-  style()->drawItemText(&painter, place, int(alignment()) | Qt::TextShowMnemonic, palette(), isEnabled(),
-                        text(), foregroundRole());
+  paintNarrowed(painter, *this, rect(), wanted, int(alignment()), text());
 }
 
 // Mouse events end here: on the bare form they would open the form's own menu.

@@ -2,6 +2,7 @@
 
 #include <QAbstractScrollArea>
 #include <QPainter>
+#include <QStyle>
 #include <QStyleFactory>
 #include <QTextDocument>
 
@@ -9,6 +10,8 @@
 
 namespace lens {
 namespace {
+
+constexpr double kNarrowest = 0.75;
 
 void setPair(QPalette& palette, QPalette::ColorRole background, QRgb backgroundColour,
              QPalette::ColorRole text, QRgb textColour) {
@@ -53,6 +56,17 @@ void paintEdge(const QAbstractScrollArea& box, QPainter& painter) {
   const QRect betweenBars(box.viewport()->geometry().bottomRight() + QPoint(1, 1),
                           all.bottomRight() - QPoint(1, 1));
   painter.fillRect(betweenBars, box.palette().window());
+}
+
+void paintNarrowed(QPainter& painter, const QWidget& widget, const QRect& place, int wanted, int flags,
+                   const QString& text) {
+  const double narrowed = qMax(double(place.width()) / wanted, kNarrowest);
+  painter.setClipRect(place);
+  painter.translate(place.left(), 0);
+  painter.scale(narrowed, 1);
+  widget.style()->drawItemText(
+      &painter, QRect(0, place.top(), qRound(place.width() / narrowed), place.height()),
+      flags | Qt::TextShowMnemonic, widget.palette(), widget.isEnabled(), text, widget.foregroundRole());
 }
 
 QString plainTip(const QString& text) {

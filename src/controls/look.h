@@ -31,6 +31,11 @@ void applyLook();
 // of the screen, and a line would leave some of them black.
 void paintEdge(const QAbstractScrollArea& box, QPainter& painter);
 
+// A caption in a place that is too narrow for it, as wide as it would be: drawn narrower, by up to a quarter,
+// before anything of it is cut off.
+void paintNarrowed(QPainter& painter, const QWidget& widget, const QRect& place, int wanted, int flags,
+                   const QString& text);
+
 // A tooltip that shows its text as it is, also where the text looks like markup.
 QString plainTip(const QString& text);
 

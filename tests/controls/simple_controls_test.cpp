@@ -187,6 +187,30 @@ TEST(Label, ACaptionThatHardlyFitsIsDrawnNarrowerAndKeepsItsEnd) {
   EXPECT_NEAR(drawnTo(2), end, 0.001);
 }
 
+TEST(Button, ACaptionThatHardlyFitsIsDrawnNarrowerAndWhole) {
+  Button button;
+  button.setText(QStringLiteral("HHHHHHHHHH"));
+  const int whole = button.fontMetrics().horizontalAdvance(button.text());
+  // How many strokes of the letters are seen on the line through the middle, beside the bars of the letters.
+  const auto strokes = [&](int width) {
+    button.resize(width, 26);
+    const QImage image = button.grab().toImage();
+    int count = 0;
+    bool wasDark = false;
+    for (int x = 3; x < width - 3; ++x) {
+      bool isDark = true;
+      for (int y = 11; y <= 14; ++y) isDark &= qGray(image.pixel(x, y)) < 160;
+      count += isDark && !wasDark;
+      wasDark = isDark;
+    }
+    return count;
+  };
+  const int all = strokes(whole + 20);
+  EXPECT_GE(all, 10);
+  EXPECT_EQ(strokes(whole - 2), all);
+  EXPECT_LT(strokes(whole / 2), all);
+}
+
 TEST(Label, LinkIsBlueUnderlinedWithAHand) {
   Label label;
   label.setProperty("link", true);
