@@ -1,6 +1,9 @@
 #include "command/document_walk.h"
 
 #include "command/command_table.h"
+#include "command/text_output.h"
+#include "embedded/checks/note_walk.h"
+#include "embedded/format/packed_note.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -32,6 +35,11 @@ void walkAll(CommandCall& call, const NotesDatabase& database, const Visit& visi
     // What was deleted since the walk began is passed over.
     if (const NotesDocument document = database.documentById(id)) visit(document);
   }
+  if (!call.doors.workspace) return;
+  const std::shared_ptr<Database> store = openStore(call.doors, call.name, call.arguments.first());
+  qint64 readable = 0;
+  store->notes().scanPacked(noteclass::Document, [&](const PackedNote&) { return ++readable > 0; });
+  requireNothingDamaged(call, *store, readable);
 }
 
 NotesView viewOf(const CommandCall& call, const NotesDatabase& database) {
@@ -43,6 +51,18 @@ NotesView viewOf(const CommandCall& call, const NotesDatabase& database) {
 }
 
 }  // namespace
+
+// Somebody may have saved or deleted documents meanwhile, so a wrong count alone is no proof.
+void requireNothingDamaged(const CommandCall& call, const Database& store, qint64 readable) {
+  if (store.notes().noteCount(noteclass::Document) <= readable) return;
+  qint64 damaged = 0;
+  walkNotes(
+      store, [](const Note&) { return true; }, {}, [&](NoteId, const QString&) { return ++damaged > 0; });
+  if (damaged > 0)
+    throw RuntimeError(enginefault::Damaged,
+                       u"%1: %2 damaged and left out (\"integrity\" tells more)"_s.arg(
+                           call.arguments.first(), counted(damaged, u"note is"_s, u"notes are"_s)));
+}
 
 bool choosesDocuments(const CommandCall& call) {
   const int given = call.has(u"view") + call.has(u"formula") + call.has(u"search");

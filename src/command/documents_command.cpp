@@ -16,6 +16,7 @@ void scanDocuments(CommandCall& call, const Database& store, DocumentLines& line
     if (!isProfile(note)) lines.add(note);
     return true;
   });
+  requireNothingDamaged(call, store, done);
 }
 
 }  // namespace

@@ -161,6 +161,26 @@ TEST_F(Failures, WhatOnlyTheEngineCanDoIsSaidWhereTheClientIsInUse) {
   EXPECT_EQ(run({u"export"_s, u"mail.nsf"_s, u"--json"_s}).code, exitcode::Done);
 }
 
+// A walk passes over what cannot be read; what is left out is told, and a file that lacks it is not written.
+TEST_F(Failures, DamagedNotesAreNotLeftOutInSilence) {
+  save(memo(u"Second"_s));
+  ASSERT_EQ(sqlite3_exec(mail->handle(), "UPDATE note SET items = x'00' WHERE id = 2298", nullptr, nullptr,
+                         nullptr),
+            0);
+  for (const QStringList& command : {QStringList{u"documents"_s, u"mail.nsf"_s},
+                                     {u"items"_s, u"mail.nsf"_s},
+                                     {u"attachments"_s, u"mail.nsf"_s},
+                                     {u"export"_s, u"mail.nsf"_s, u"--json"_s, u"--output"_s, file(u"out"_s)},
+                                     {u"export"_s, u"mail.nsf"_s, u"--csv"_s, u"--output"_s, file(u"out"_s)},
+                                     {u"export"_s, u"mail.nsf"_s, u"--output"_s, file(u"out"_s)},
+                                     {u"compare"_s, u"mail.nsf"_s, u"mail.nsf"_s}})
+    expectFailure(command, {u"mail.nsf"_s, u"damaged"_s});
+  EXPECT_EQ(filesIn(directory.path()), QStringList());
+  EXPECT_EQ(run({u"documents"_s, u"mail.nsf"_s}).out, u"000008FE  Memo                  Second\n"_s);
+  mail->notes().remove(NoteId(0x8FA));
+  EXPECT_EQ(run({u"documents"_s, u"mail.nsf"_s}).code, exitcode::Done);
+}
+
 // --- the command line itself ---
 
 TEST_F(Failures, WrongUseIsToldWithTheCommand) {
