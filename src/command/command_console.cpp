@@ -7,12 +7,14 @@
 namespace lens {
 namespace {
 
-constexpr qint64 kBetweenShows = 100;  // milliseconds
 constexpr char kEraseLine[] = "\r\033[K";
 
 }  // namespace
 
-Console::Console(const Ends& ends) : ends_(ends), out_(*ends.out, u"standard output"_s, ends.outIsTerminal) {}
+Console::Console(const Ends& ends) : ends_(ends), out_(*ends.out, u"standard output"_s) {
+  if (ends.outIsTerminal) out_.showEachLine([this] { clearProgress(); });
+  sinceShown_.start();
+}
 
 void Console::say(const QString& text) {
   clearProgress();
@@ -23,12 +25,12 @@ void Console::say(const QString& text) {
 
 void Console::progress(const QString& what, qint64 done, qint64 all) {
   requireGoingOn();
-  if (!ends_.errorIsTerminal || (isShowing_ && shown_.elapsed() < kBetweenShows)) return;
+  if (!ends_.errorIsTerminal || sinceShown_.elapsed() < ends_.progressEvery) return;
   QByteArray line(kEraseLine);
   appendPrintable(line, what);
   if (all > 0) line += ": " + QByteArray::number(100 * done / all) + " %";
   ends_.error->write(line);
-  shown_.start();
+  sinceShown_.start();
   isShowing_ = true;
 }
 

@@ -21,6 +21,7 @@ class Console {
     QIODevice* in = nullptr;     // answers; null where nobody can be asked
     bool outIsTerminal = false, errorIsTerminal = false;
     std::function<bool()> interrupted = {};
+    int progressEvery = 100;  // milliseconds at least, also before the first time
   };
   explicit Console(const Ends& ends);
   ~Console() { clearProgress(); }
@@ -31,8 +32,8 @@ class Console {
 
   // One line on standard error, whatever the text holds.
   void say(const QString& text);
-  // How far the work is, shown where a person looks on, ten times a second at most. Raises kInterrupted when
-  // the user has had enough, so a walk that shows its progress can be ended.
+  // How far the work is, shown where a person looks on, and gone before anything else is written. Raises
+  // kInterrupted when the user has had enough, so a walk that shows its progress can be ended.
   void progress(const QString& what, qint64 done, qint64 all);
   // Whether the question, which is answered by "y" or "yes", is answered so. Nobody to ask means no.
   bool ask(const QString& question);
@@ -46,7 +47,7 @@ class Console {
 
   Ends ends_;
   Output out_;
-  QElapsedTimer shown_;
+  QElapsedTimer sinceShown_;
   bool isShowing_ = false;
 };
 

@@ -36,6 +36,7 @@ bool Output::take(QByteArrayView bytes) {
 // What a receiver did not take once is not offered again: its reason would be another one.
 bool Output::handOn() {
   if (failed_) return false;
+  if (before_ && !gathered_.isEmpty()) before_();
   qsizetype done = 0;
   while (done < gathered_.size()) {
     const qint64 taken = device_.write(gathered_.constData() + done, gathered_.size() - done);

@@ -5,14 +5,19 @@
 #include <QByteArray>
 #include <QIODevice>
 #include <QString>
+#include <functional>
 
 namespace lens {
 
 class Output {
  public:
-  // The name stands in the error. A person who looks on sees each line at once.
-  Output(QIODevice& device, QString name, bool eachLine = false)
-      : device_(device), name_(std::move(name)), eachLine_(eachLine) {}
+  // The name stands in the error.
+  Output(QIODevice& device, QString name) : device_(device), name_(std::move(name)) {}
+  // For a person who looks on: each line is handed on at once, and this is run before it.
+  void showEachLine(std::function<void()> before) {
+    before_ = std::move(before);
+    eachLine_ = true;
+  }
   // What was not flushed is lost: a command that failed has said so.
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
@@ -37,7 +42,8 @@ class Output {
 
   QIODevice& device_;
   QString name_;
-  bool eachLine_;
+  bool eachLine_ = false;
+  std::function<void()> before_;
   bool failed_ = false;
   QByteArray gathered_;
 };

@@ -113,8 +113,8 @@ class CommandTest : public testing::Test {
     QBuffer out, error, in(&answer);
     for (QBuffer* buffer : {&out, &error}) buffer->open(QIODevice::WriteOnly);
     in.open(QIODevice::ReadOnly);
-    Console::Ends ends{device ? device : &out, &error, answer.isEmpty() ? nullptr : &in, false,
-                       showsProgress,          {}};
+    Console::Ends ends{
+        device ? device : &out, &error, answer.isEmpty() ? nullptr : &in, false, showsProgress, {}, 0};
     if (interruptAfter >= 0) ends.interrupted = [this] { return interruptAfter-- <= 0; };
     CommandResult result;
     result.code = runCommand(arguments, ends, [&](const QString& named) {

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 
+#include "command/command_console.h"
 #include "command/csv_output.h"
 #include "command/json_output.h"
 #include "command/output.h"
@@ -178,9 +179,40 @@ TEST(OutputTest, HandsOnInLargePieces) {
 
 TEST(OutputTest, HandsOnEachLineWhereAPersonLooksOn) {
   ShortDevice device(1 << 20);
-  Output out(device, u"here"_s, true);
+  Output out(device, u"here"_s);
+  int shown = 0;
+  out.showEachLine([&] { ++shown; });
   out.line("one");
   EXPECT_EQ(device.taken, "one\n");
+  EXPECT_EQ(shown, 1);
+}
+
+// Lines and progress on one terminal do not run into each other.
+TEST(ConsoleTest, ProgressIsGoneBeforeALineIsWritten) {
+  QBuffer terminal;
+  terminal.open(QIODevice::WriteOnly);
+  {
+    Console console({&terminal, &terminal, nullptr, true, true, {}, 0});
+    console.progress(u"work"_s, 1, 2);
+    console.out().line("a row");
+    console.out().line("another");
+    console.progress(u"work\u001B"_s, 0, 0);
+    console.say(u"told"_s);
+    console.progress(u"end"_s, 0, 0);
+  }
+  const QByteArray erase = "\r\033[K";
+  EXPECT_EQ(terminal.data(), erase + "work: 50 %" + erase + "a row\nanother\n" + erase + "work\xEF\xBF\xBD" +
+                                 erase + "told\n" + erase + "end" + erase);
+}
+
+TEST(ConsoleTest, ProgressComesNowAndThenAndNeverToAFile) {
+  QBuffer out, error;
+  for (QBuffer* buffer : {&out, &error}) buffer->open(QIODevice::WriteOnly);
+  Console rarely({&out, &error, nullptr, false, true, {}, 3'600'000});
+  rarely.progress(u"work"_s, 1, 2);
+  Console never({&out, &error, nullptr, true, false, {}, 0});
+  never.progress(u"work"_s, 1, 2);
+  EXPECT_EQ(out.data() + error.data(), QByteArray());
 }
 
 TEST(OutputTest, GoesOnWhereAReceiverTakesALittleAtOnce) {
