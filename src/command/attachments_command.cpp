@@ -1,5 +1,5 @@
 // attachments: the files in the documents of a database, listed or extracted.
-#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QSet>
 

@@ -1,5 +1,7 @@
 // export: a database or some of its documents as DXL, JSON or CSV.
+#include <QFile>
 #include <QSaveFile>
+#include <QSet>
 
 #include "command/command_functions.h"
 #include "command/command_table.h"
