@@ -1,5 +1,6 @@
 #include "command/text_output.h"
 
+#include <QList>
 #include <algorithm>
 
 #include "notes/literals.h"

@@ -1,5 +1,6 @@
 #include "embedded/checks/database_comparison.h"
 
+#include <QCryptographicHash>
 #include <QHash>
 
 namespace lens {
@@ -15,13 +16,45 @@ PlacesByName placesByName(const Note& note) {
   return places;
 }
 
+// Takes the bytes of an object and keeps their hash.
+class HashingDevice : public QIODevice {
+ public:
+  HashingDevice() { open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
+  QByteArray hash() const { return hash_.result(); }
+
+ protected:
+  qint64 readData(char*, qint64) override { return -1; }
+  qint64 writeData(const char* bytes, qint64 size) override {
+    hash_.addData(QByteArrayView(bytes, size));
+    return size;
+  }
+
+ private:
+  QCryptographicHash hash_{QCryptographicHash::Blake2b_512};
+};
+
 bool sameFile(const FileObject& a, const FileObject& b) {
   return a.name == b.name && a.size == b.size && sameTimeDate(a.created, b.created) &&
          sameTimeDate(a.modified, b.modified) && a.hostType == b.hostType && a.compression == b.compression &&
          a.attributes == b.attributes && a.flags == b.flags;
 }
 
-// Each database numbers its objects for itself; what they hold is told by their digests.
+QByteArray hashOf(const Database& database, quint32 object) {
+  HashingDevice device;
+  database.objects().read(object, device);
+  return device.hash();
+}
+
+// Equal digests say that the bytes are equal. Other ones say nothing where the databases keep checksums of
+// another kind, as files of different age do.
+bool sameBytes(const Database& firstDatabase, quint32 first, const Database& secondDatabase, quint32 second) {
+  const ObjectStore &a = firstDatabase.objects(), &b = secondDatabase.objects();
+  if (a.size(first) != b.size(second)) return false;
+  if (a.size(first) < 0 || a.digest(first) == b.digest(second)) return true;
+  return hashOf(firstDatabase, first) == hashOf(secondDatabase, second);
+}
+
+// Each database numbers its objects for itself.
 bool sameObjectValue(const Database& firstDatabase, const QByteArray& first, const Database& secondDatabase,
                      const QByteArray& second) {
   constexpr qsizetype kTypeWord = 2;
@@ -38,7 +71,7 @@ bool sameObjectValue(const Database& firstDatabase, const QByteArray& first, con
     if (secondId != 0) replaceObjectId(b, 0);
     if (a != b) return false;
   }
-  return firstId == 0 || firstDatabase.objects().digest(firstId) == secondDatabase.objects().digest(secondId);
+  return firstId == 0 || sameBytes(firstDatabase, firstId, secondDatabase, secondId);
 }
 
 bool sameItem(const Database& firstDatabase, const Item& first, const Database& secondDatabase,

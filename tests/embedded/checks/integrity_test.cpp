@@ -62,6 +62,22 @@ TEST_F(Integrity, StubsAndGapsAreNoFaults) {
   EXPECT_EQ(report.notes, 2);
 }
 
+// Databases that were not made here number their notes otherwise.
+TEST_F(Integrity, NotesOfAnyNumberAreChecked) {
+  damage("UPDATE note SET id = 287 WHERE id = 2302");
+  EXPECT_EQ(faults(), QStringList());
+  EXPECT_EQ(report.notes, 4);
+}
+
+// More than are asked for at a time.
+TEST_F(Integrity, EachOfManyNotesIsChecked) {
+  Database::Transaction transaction(*database);
+  for (int i = 0; i < 600; ++i) saved(u"x"_s);
+  transaction.commit();
+  EXPECT_EQ(faults(), QStringList());
+  EXPECT_EQ(report.notes, 604);
+}
+
 TEST_F(Integrity, ADamagedNoteIsToldAndTheOthersAreChecked) {
   damage("UPDATE note SET items = x'0011' WHERE id = 2302");
   const QStringList found = faults();
