@@ -78,9 +78,13 @@ void readIdBuckets(const NsfSource& source, const QVector<BucketDescriptors::IdB
   const RecordBytes newerBucket{QByteArrayView(newer)};
   const quint32 newerFirst = newerBucket.u32(6);
   QVector<NumberedPlace> numbered;
+  int replaced = 0;
   for (const auto& place : places)
     if (newer.isEmpty() || place.firstId != newerFirst)
       numbered.push_back({place.position, place.firstId, kIdBucketSize, false});
+    else if (++replaced > 1)
+      report.add({NsfProblemKind::IdTable, place.firstId, place.position,
+                  QStringLiteral("the bucket has IDs that another one has")});
   if (!newer.isEmpty()) numbered.push_back({-1, newerFirst, newer.size(), true});
   QByteArray bytes;
   for (const NumberedPlace& place : separatePlaces(std::move(numbered), report)) {

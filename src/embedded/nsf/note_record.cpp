@@ -34,6 +34,9 @@ QString readNoteRecord(QByteArrayView raw, quint32 id, NoteRecord& record) {
   record.status = bytes.u16(38);
   if (size > bytes.size() || size < (record.isStub() ? NoteRecord::kIdentity : NoteRecord::kHead))
     return QStringLiteral("its size cannot be right");
+  // A deletion leaves no room for a whole head: what has one is a note whose status was damaged.
+  if (record.isStub() && size >= NoteRecord::kHead)
+    return QStringLiteral("it says that the note was deleted and is as long as a note");
   record.header = readRecordHeader(bytes);
   record.bytes = raw.first(size);
   if (record.isStub()) return {};

@@ -113,6 +113,7 @@ class NsfDatabase::Contents {
 };
 
 NsfRefusal NsfDatabase::Contents::open(NsfReading reading) {
+  report.path = source->path();
   report.size = source->size();
   if (!source->read(0, kNsfHeaderBytes, headerBytes) || !readNsfHeader(headerBytes, header))
     return NsfRefusal::NotADatabase;

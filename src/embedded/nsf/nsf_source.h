@@ -17,6 +17,8 @@ class NsfSource {
 
   // As it was when the source was opened: a file that grows shows no more than that.
   qint64 size() const { return size_; }
+  // Of the file; "" where there is none.
+  virtual QString path() const { return {}; }
   // Exactly so many bytes, or false: where the range does not lie in the source, in what has been cut off
   // since, and where reading fails.
   bool read(qint64 at, qint64 count, QByteArray& bytes) const;
@@ -37,6 +39,7 @@ class NsfFileSource : public NsfSource {
   // Null with the reason where the path does not lead to a plain file that can be read. Never waits for a
   // pipe.
   static std::unique_ptr<NsfFileSource> open(const QString& path, QString& reason);
+  QString path() const override { return file_->fileName(); }
 
  private:
   explicit NsfFileSource(std::unique_ptr<QFile> file);

@@ -130,7 +130,11 @@ class Damaging {
 
 class Affected {
  public:
-  Affected(const MadeFile& file, const Damaged& damaged) : file_(file), damaged_(damaged) {}
+  Affected(const MadeFile& file, const Damaged& damaged) : file_(file), damaged_(damaged) {
+    for (const MadePlace& place : damaged_.touched)
+      for (qint64 at = place.at / 256 * 256; at < place.end() && at + 8 <= damaged_.bytes.size(); at += 256)
+        if (get16(damaged_.bytes, at) == 0x4202) doubles_.insert(int(get32(damaged_.bytes, at + 2)));
+  }
 
   QSet<quint32> notes() const {
     QSet<quint32> ids;
@@ -177,11 +181,13 @@ class Affected {
         isTouched(places.entry))
       return true;
     if (places.entry.size > 0 && isTouched(file_.rrvBuckets[tableOf(id)].at, 32)) return true;
+    if (doubles_.contains(places.bucket)) return true;
     return places.bucket >= 0 && bucketIsHit(file_.buckets[places.bucket], places.record);
   }
   // The head of the bucket, and the halves of bytes that its sectors keep behind the slots for the record.
   bool bucketIsHit(const MadePlace& bucket, const MadePlace& record) const {
-    if (isTouched(bucket.at, 68)) return true;
+    // A bucket that is cut off is none.
+    if (isTouched(bucket.at, 68) || bucket.end() > damaged_.bytes.size()) return true;
     for (qint64 sector = 0; sector < bucket.size / 512; ++sector) {
       const qint64 marked = bucket.at + 0x42 + 512 * sector;
       if (marked >= record.at && marked < record.end() && isTouched(bucket.end() - 1 - sector / 2, 1))
@@ -192,6 +198,8 @@ class Affected {
 
   const MadeFile& file_;
   const Damaged& damaged_;
+  // Numbers of buckets that lie, as they say, where something was written: two of one number look alike.
+  QSet<int> doubles_;
 };
 
 }  // namespace

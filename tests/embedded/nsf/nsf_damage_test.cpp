@@ -33,6 +33,17 @@ TEST(NsfDamage, ARecordThatIsNotItsOwnIsNotShown) {
   }
 }
 
+// A deletion leaves a head and nothing else: a note whose status was damaged is no proven deletion.
+TEST(NsfDamage, ARecordWithItemsIsNoStub) {
+  ChangedSample sample;
+  sample.with(MadePart::Record, sample.ids.plain,
+              [](QByteArray& record) { put16(record, 38, get16(record, 38) | status::Stub); });
+  const auto read = sample.read();
+  EXPECT_EQ(read->stubs().size(), 1);
+  EXPECT_EQ(difference(*read, sample.described, {sample.ids.plain}).toStdString(), "");
+  EXPECT_GE(problemsOf(read->report(), NsfProblemKind::NoteRecord, sample.ids.plain), 1);
+}
+
 TEST(NsfDamage, ASlotThatLeadsElsewhereLosesItsNoteOnly) {
   ChangedSample sample;
   sample.described.bucketSize = 16384;
@@ -333,6 +344,20 @@ TEST(NsfDamage, AWrongSumOfATableOfIdsIsAWarning) {
   EXPECT_EQ(difference(*read, described).toStdString(), "");
   ASSERT_EQ(problemsOf(read->report(), NsfProblemKind::IdTable), 1);
   EXPECT_TRUE(read->report().problems[0].isWarning);
+}
+
+TEST(NsfDamage, TablesOfIdsThatOverlapAreReadOnce) {
+  ChangedSample sample;
+  for (const quint32 copy : {0u, 1u})
+    sample.with(MadePart::DescriptorBody, copy,
+                [](QByteArray& body) { putBytes(body, 0, body.sliced(8, 8)); });
+  const auto read = sample.read();
+  ASSERT_TRUE(read->isOpen());
+  EXPECT_GE(problemsOf(read->report(), NsfProblemKind::IdTable), 1);
+  QSet<quint32> lost;
+  for (const MadeNote& note : sample.described.notes)
+    if (note.id < 0x8F6) lost.insert(note.id);
+  EXPECT_EQ(difference(*read, sample.described, lost).toStdString(), "");
 }
 
 // Whatever counts and sizes say, the file is not larger than it is.

@@ -34,6 +34,7 @@ TEST_F(NsfOnDisk, IsReadAsItWasWritten) {
   const auto read = open(path);
   ASSERT_TRUE(read) << reason.toStdString();
   EXPECT_EQ(difference(*read, described).toStdString(), "");
+  EXPECT_EQ(read->report().path, path);
   EXPECT_EQ(read->report().size, file.bytes.size());
 }
 
