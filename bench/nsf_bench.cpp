@@ -6,12 +6,11 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "embedded/nsf/made_samples.h"
 #include "embedded/nsf/maker/made_bytes.h"
-#include "embedded/nsf/maker/made_values.h"
 #include "embedded/nsf/nsf_copy.h"
 #include "embedded/store/own_tables.h"
 #include "ratio.h"
+#include "real_letters.h"
 
 namespace lens::bench {
 namespace {
@@ -21,20 +20,6 @@ using namespace made;
 constexpr int kNotes = 100'000;
 
 const Ratio kReading("read a real database", "BM_NsfReading", "BM_NsfBarePass", 2);
-
-MadeNote letter(quint32 number) {
-  const QByteArray n = QByteArray::number(number);
-  MadeNote note = document(number, "Letter number " + n + " about the pump station");
-  note.items.push_back({"Form", 0x0500, flag::Summary, "Memo"});
-  note.items.push_back({"From", 0x0500, flag::Summary | flag::Names, "CN=Ada Byron/O=Tessaly"});
-  note.items.push_back({"SendTo", 0x0501, flag::Summary | flag::Names,
-                        textsValue({"CN=Carl Dorn/O=Tessaly", "CN=Eva Falk/O=Tessaly"})});
-  note.items.push_back({"PostedDate", 0x0400, flag::Summary, instantValue(someTime(number))});
-  note.items.push_back({"Size", 0x0300, flag::Summary, doubleValue(number)});
-  note.items.push_back({"Categories", 0x0501, flag::Summary, textsValue({"a", "b"})});
-  note.items.push_back({"Body", 0x0001, 0, richTextValue(QByteArrayList(6, QByteArray(120, 'r')))});
-  return note;
-}
 
 // Where the bytes of an item lie in the file.
 struct ItemPlace {
@@ -50,9 +35,7 @@ struct Source {
   std::vector<std::pair<NoteHeader, std::vector<ItemPlace>>> notes;
 
   Source() {
-    MadeDatabase described;
-    described.bucketSize = 32768;
-    for (quint32 i = 0; i < kNotes; ++i) described.add(letter(i));
+    const MadeDatabase described = realLetters(kNotes);
     const MadeFile file = makeFile(described);
     file.write(path);
     bytes = file.size();

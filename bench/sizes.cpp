@@ -14,9 +14,11 @@
 #include <cstdio>
 #include <functional>
 
+#include "embedded/nsf/nsf_copy.h"
 #include "embedded/store/database.h"
 #include "notes/literals.h"
 #include "raw_sqlite.h"
+#include "real_letters.h"
 
 namespace lens::bench {
 namespace {
@@ -96,7 +98,11 @@ class Sizes {
             {"save a document of 100,000 items", [this] { saveItems(); }},
             {"read it", [this] { readLast(); }},
             {"save a text item of 50 MB", [this] { saveText(); }},
-            {"read it", [this] { readLast(); }}};
+            {"read it", [this] { readLast(); }},
+            {"make a real database of 10,000 notes", [this] { makeReal(10'000); }},
+            {"read it into a store", [this] { readReal(10'000); }},
+            {"make a real database of 100,000 notes", [this] { makeReal(100'000); }},
+            {"read it into a store", [this] { readReal(100'000); }}};
   }
 
  private:
@@ -154,10 +160,18 @@ class Sizes {
     Note note;
     if (!database->notes().read(database->notes().highestIssuedId(), note)) std::abort();
   }
+  void makeReal(int notes) {
+    if (!made::makeFile(realLetters(notes)).write(real_)) std::abort();
+  }
+  void readReal(int notes) {
+    QString reason;
+    NsfDatabase database(NsfFileSource::open(real_, reason));
+    if (copyNsf(database, directory_.filePath(u"copy of %1.nsf"_s.arg(notes))).notes != notes) std::abort();
+  }
 
   const QTemporaryDir directory_;
   const QString store_ = directory_.filePath(u"sizes.nsf"_s), raw_ = directory_.filePath(u"raw"_s),
-                source_ = directory_.filePath(u"source"_s);
+                source_ = directory_.filePath(u"source"_s), real_ = directory_.filePath(u"real.nsf"_s);
   const int chunks_;
 };
 
