@@ -12,9 +12,9 @@ bool joinsName(char16_t c) {
          c == u'$' || c == u'.' || c >= 0x80;
 }
 
-bool joinsSign(char16_t before, char16_t behind) {
-  if (behind == u'+' || behind == u'-') return before == u'*';
-  return behind == u'!' && before == u'=';
+bool joinsSign(QStringView before, char16_t behind) {
+  if (behind == u'+' || behind == u'-') return before == u"*";
+  return behind == u'!' && before == u"=";
 }
 
 // Whole numbers in digits, as people write them; others in the shortest form that reads back as the same.
@@ -39,8 +39,9 @@ QString unnamedKeyword(quint32 number) {
 // White space that must be there whatever the layout says.
 void SourceWriter::separate(char16_t first) {
   if (source_.isEmpty()) return;
-  const char16_t last = source_.back().unicode();
-  if ((joinsName(last) && joinsName(first)) || joinsSign(last, first)) source_ += u' ';
+  const QStringView before = QStringView(source_).sliced(wordStart_);
+  if ((joinsName(before.back().unicode()) && joinsName(first)) || joinsSign(before, first)) source_ += u' ';
+  wordStart_ = source_.size();
 }
 
 // What stands before the next word.

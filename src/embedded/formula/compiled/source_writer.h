@@ -56,6 +56,7 @@ class SourceWriter {
   QString source_;
   LayoutReader* layout_ = nullptr;
   int word_ = 0;
+  qsizetype wordStart_ = 0;  // of the last word in the source
   bool blankDue_ = false;
   bool exact_ = true;
 };
