@@ -299,7 +299,14 @@ void DxlReader::record(Token token) {
   if (token == QXmlStreamReader::StartElement) {
     xml += u'<';
     xml += xml_.qualifiedName();
+    QStringList declared{u""_s, u"xml"_s};
     for (const QXmlStreamAttribute& a : std::as_const(attributes_)) {
+      // What is kept is read by itself later, without the root that declares namespaces such as that of our
+      // marks.
+      if (const QString prefix = a.prefix().toString(); !declared.contains(prefix)) {
+        declared.append(prefix);
+        xml += u" xmlns:%1=\"%2\""_s.arg(prefix, a.namespaceUri().toString().toHtmlEscaped());
+      }
       xml += u' ';
       xml += a.qualifiedName();
       xml += u"=\"%1\""_s.arg(a.value().toString().toHtmlEscaped());

@@ -32,6 +32,8 @@ inline constexpr QStringView kFlags = u"itemflags";
 inline constexpr QStringView kAsStored = u"asstored";
 // Of "datetime": 16 hexadecimal digits, second word first.
 inline constexpr QStringView kTime = u"timedate";
+// Of "formula" with source text: the compiled form that it was stored in, in base64.
+inline constexpr QStringView kCompiled = u"compiled";
 // Of "file": the whole item value in base64; its object ID is another after the import.
 inline constexpr QStringView kValue = u"itemvalue";
 }  // namespace exactmark

@@ -7,6 +7,7 @@
 #include "embedded/dxl/raw_values.h"
 #include "embedded/dxl/rich_text_elements.h"
 #include "embedded/format/source_formula.h"
+#include "embedded/formula/compiled/stored_formula.h"
 #include "embedded/mime/mime_entity.h"
 #include "notes/literals.h"
 
@@ -143,6 +144,12 @@ void readValue(ImportContext& context, Note& note, const ItemTag& tag) {
   note.add(tag.name, tag.flags | (summary ? itemflag::Summary : 0), value);
 }
 
+// Who changed the text of an export means the text.
+bool isExportedSource(QByteArrayView compiled, const QString& source) {
+  const formula::CompiledReading reading = formula::readStored(compiled);
+  return reading.canRun() && reading.source == source;
+}
+
 }  // namespace
 
 void readItem(ImportContext& context, Note& note) {
@@ -163,8 +170,13 @@ QStringList readTexts(ReadContext& context) {
 
 QByteArray readFormula(ReadContext& context, const QString& what) {
   if (context.in.flag(u"compiled")) return rawValue(itemtype::Formula, context.in.readBase64(what));
+  QString compiled;
+  const bool marked = readMark(context.in, exactmark::kCompiled, compiled);
+  const QString source = context.in.readText();
+  const QByteArray bytes = QByteArray::fromBase64(compiled.toLatin1());
+  if (marked && isExportedSource(bytes, source)) return rawValue(itemtype::Formula, bytes);
   context.findings.keptRaw(u"formula as source text"_s);
-  return sourceFormulaValue(context.in.readText());
+  return sourceFormulaValue(source);
 }
 
 void readMime(ImportContext& context, Note& note, const QString& itemName) {

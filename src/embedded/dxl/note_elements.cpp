@@ -7,6 +7,7 @@
 #include "embedded/format/profile_name.h"
 #include "embedded/format/single_notes.h"
 #include "embedded/format/stored_lists.h"
+#include "embedded/formula_context/note_formulas.h"
 #include "embedded/store/large_note.h"
 #include "notes/literals.h"
 
@@ -236,6 +237,19 @@ void keepDatabaseSettings(Database& target, Note& icon) {
   icon.items += settings;
 }
 
+// Formulas of a design that nobody can run are named, with what stands in the way.
+void tellFormulas(FileFindings& findings, const Note& note) {
+  if (noteclass::base(note.header.noteClass) == noteclass::Document) return;
+  using State = formula::CompiledReading::State;
+  for (const NoteFormula& found : formulasOf(note)) {
+    if (found.reading.canRun()) continue;
+    if (found.reading.state == State::Hidden)
+      findings.keptRaw(u"hidden formula"_s);
+    else
+      findings.keptRaw(u"formula in compiled form only: %1"_s.arg(found.reading.problem));
+  }
+}
+
 }  // namespace
 
 Unid referredNote(const Note& note) {
@@ -265,6 +279,7 @@ void importNote(ImportContext& context) {
     readDesign(context, note, *kind);
   else
     readDocument(context, note);
+  tellFormulas(context.findings, note);
   saveImported(context, note);
 }
 

@@ -36,6 +36,23 @@ TEST_F(DxlImport, AttributesWithoutAnItemAreKept) {
   EXPECT_TRUE(last_.keptRaw.join(u' ').contains(u"attribute \"bgcolor\" of page"));
 }
 
+// What keeps a formula from being shown is named; one that can be shown is not.
+TEST_F(DxlImport, FormulasThatNobodyCanRunAreReported) {
+  const Note note = design(
+      "<note class='form'><item name='a'><formula compiled='true'>CgAAAAgAiQADAA==</formula></item>"
+      "<item name='b'><formula compiled='true'>CgAAAAgAwQADAA==</formula></item>"
+      "<item name='c'><formula compiled='true'>FgAJAAwAWlpaWlpaWloEAAQABAAEAA==</formula></item>"
+      "<item name='d'><formula compiled='true'>EgABAg==</formula></item></note>",
+      noteclass::Form);
+  EXPECT_EQ(QByteArrayView(note.find(u"a")->value).sliced(2), QByteArray::fromHex("0a000000080089000300"));
+  EXPECT_EQ(note.find(u"d")->value.size(), 2 + 4);
+  QStringList told;
+  for (const QString& line : last_.keptRaw) told += line.section(QStringLiteral(": "), 1);
+  EXPECT_EQ(told.join(u'|').toStdString(),
+            "formula in compiled form only: it uses codes without a known name: function C1 (once)|"
+            "formula in compiled form only: its size is wrong (byte 0) (once)|hidden formula (once)");
+}
+
 TEST_F(DxlImport, EveryDesignRootHasItsClassAndLetter) {
   const std::tuple<const char*, quint16, const char*> kinds[] = {{"form", 0x4, ""},
                                                                  {"subform", 0x4, "U"},

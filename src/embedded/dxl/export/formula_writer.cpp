@@ -1,11 +1,14 @@
 #include "embedded/dxl/export/formula_writer.h"
 
+#include <algorithm>
+
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/export/rich_text_font.h"
 #include "embedded/dxl/field_elements.h"
 #include "embedded/dxl/rich_text_records.h"
 #include "embedded/format/item_value.h"
 #include "embedded/format/source_formula.h"
+#include "embedded/formula/compiled/stored_formula.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -22,6 +25,16 @@ void writeFieldAttributes(DxlWriter& out, const FieldRecord& field) {
   }
 }
 
+constexpr qsizetype kMostMarked = 16 * 1024;  // bytes of a formula that an attribute takes along
+
+// Whether the source is the same wherever it is read: dates are written as the region has them, and a
+// carriage return does not come back from XML.
+bool isSameEverywhere(const formula::CompiledReading& reading) {
+  const auto isTime = [](const formula::Node& node) { return node.constant.isTime(); };
+  return reading.canRun() && isXmlText(reading.source) && !reading.source.contains(u'\r') &&
+         std::none_of(reading.tree.nodes.begin(), reading.tree.nodes.end(), isTime);
+}
+
 void writeFieldCode(DxlWriter& out, const QString& event, const QByteArray& formula) {
   if (!formula.isEmpty()) writeFormulaCode(out, event, formula);
 }
@@ -33,6 +46,10 @@ void writeFormulaElement(DxlWriter& out, QByteArrayView formula) {
   out.begin(u"formula"_s);
   if (readSourceFormula(formula, source) && sourceFormula(source) == formula) {
     out.literal(source);
+  } else if (const formula::CompiledReading reading = formula::readStored(formula);
+             formula.size() <= kMostMarked && isSameEverywhere(reading)) {
+    out.mark(exactmark::kCompiled, QString::fromLatin1(formula.toByteArray().toBase64()));
+    out.literal(reading.source);
   } else {
     out.flag(u"compiled"_s, true);
     out.base64(formula);

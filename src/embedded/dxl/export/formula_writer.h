@@ -5,8 +5,9 @@
 
 namespace lens {
 
-// "formula": source text, or the compiled form in base64. The bytes are those of a record or an item without
-// its type word.
+// "formula": its source, beside which a mark of ours keeps the compiled form that it was stored in; the
+// compiled form alone where that has no source that others could take. The bytes are those of a record or an
+// item without its type word.
 void writeFormulaElement(DxlWriter& out, QByteArrayView formula);
 // The same within "code".
 void writeFormulaCode(DxlWriter& out, const QString& event, QByteArrayView formula);

@@ -8,6 +8,7 @@
 #include "embedded/dxl/export/rich_text_writer.h"
 #include "embedded/dxl/item_flag_names.h"
 #include "embedded/dxl/raw_values.h"
+#include "embedded/formula/compiled/stored_formula.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -97,8 +98,16 @@ bool writeTimes(DxlWriter& out, QByteArrayView data) {
 
 bool writeFormula(DxlWriter& out, QByteArrayView data) {
   QString source;
-  if (!nativeFormula(data, source)) return false;
-  element(out, u"formula"_s, [&] { out.literal(source); });
+  if (nativeFormula(data, source)) {
+    element(out, u"formula"_s, [&] { out.literal(source); });
+    return true;
+  }
+  // The item of a raw note keeps the bytes that other programs run.
+  if (formula::readStored(data).state == formula::CompiledReading::State::Unreadable) return false;
+  element(out, u"formula"_s, [&] {
+    out.flag(u"compiled"_s, true);
+    out.base64(data);
+  });
   return true;
 }
 

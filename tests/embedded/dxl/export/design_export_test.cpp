@@ -1,6 +1,8 @@
 // Designs that came as elements go out as elements: formulas where others read them, what was kept where it
 // stood.
 #include "embedded/dxl/export/export_fixture.h"
+#include "embedded/format/source_formula.h"
+#include "embedded/format/view_records.h"
 
 namespace lens {
 namespace {
@@ -132,6 +134,64 @@ TEST_F(DesignExport, ResourcesAndLibrariesThatKeepSomethingComeBack) {
   expectIn(dxl, "<code event=\"options\"><lotusscript>Option Public</lotusscript></code>");
   expectIn(dxl, "<code event=\"library\"><javascript>var a;</javascript></code>");
   expectIn(dxl, "<code event=\"postopen\"><lotusscript>Sub Postopen</lotusscript></code>");
+}
+
+// Others read the source, an import of ours the very bytes beside it.
+TEST_F(DesignExport, CompiledFormulasGoOutAsTheirSource) {
+  const QByteArray compiled = "KAAAABoABQAGAFN0YXR1cwEABABEb25lCgIDAAcADAAFAAkxUzJTAA==";
+  const QByteArray code = "<formula compiled='true'>" + compiled + "</formula></code>";
+  const QByteArray dxl = trip(
+      "<view name='V' gridstyle='dash'><code event='selection'>" + code +
+      "<column itemname='S' width='4'><code event='value'>" + code +
+      "</column>"
+      "<column itemname='T' align='right' width='4'><code event='value'><formula>a</formula></code></column>"
+      "</view><form name='F' bgcolor='white'><code event='windowtitle'>" +
+      code +
+      "<body><richtext><pardef id='1'/><par def='1'><field name='A' type='text' kind='computed'>"
+      "<code event='defaultvalue'>" +
+      code + "</field></par></richtext></body></form>");
+  expectIn(dxl, "<code event=\"selection\"><formula lens:compiled=\"" + compiled +
+                    "\">Status = &quot;Done&quot;</formula></code>");
+  expectIn(dxl, "<code event=\"value\"><formula lens:compiled=\"" + compiled + "\">Status");
+  expectIn(dxl, "<code event=\"windowtitle\"><formula lens:compiled=\"" + compiled + "\">Status");
+  expectIn(dxl, "<code event=\"defaultvalue\"><formula lens:compiled=\"" + compiled + "\">Status");
+}
+
+// What has no source that says the same everywhere: a hidden formula, a code without a name, a date.
+TEST_F(DesignExport, CompiledFormulasWithoutASourceForOthersKeepTheirForm) {
+  for (const QByteArray compiled :
+       {"FgAJAAwAWlpaWlpaWloEAAQABAAEAA==", "CgAAAAgAwQADAA==", "EgAAABAAAgD/////4YolAAMA"}) {
+    source_ = create();
+    const QByteArray dxl = trip(
+        "<view name='V' gridstyle='dash'><code event='selection'><formula>a</formula></code>"
+        "<column itemname='S' width='4'><code event='value'><formula compiled='true'>" +
+        compiled + "</formula></code></column></view>");
+    expectIn(dxl, "<formula compiled=\"true\">\n" + compiled + "\n</formula>");
+  }
+}
+
+// A column that says more is kept as it came, with the mark and what declares it.
+TEST_F(DesignExport, MarkedFormulasOfKeptElementsAreReadAgain) {
+  const QByteArray compiled = "KAAAABoABQAGAFN0YXR1cwEABABEb25lCgIDAAcADAAFAAkxUzJTAA==";
+  const QByteArray dxl = trip(
+      "<view name='V' gridstyle='dash'><code event='selection'><formula>a</formula></code>"
+      "<column itemname='S' align='right' width='4' xmlns:lens='urn:tessaly-lens:dxl'><code event='value'>"
+      "<formula lens:compiled='" +
+      compiled + "'>Status = \"Done\"</formula></code></column></view>");
+  expectIn(dxl, "align=\"right\"");
+  expectIn(dxl, "lens:compiled=\"" + compiled + "\">Status");
+  StoredViewFormat format;
+  ASSERT_TRUE(readViewFormat(noteOf(noteclass::View).find(u"$ViewFormat")->data(), format));
+  EXPECT_EQ(format.columns.value(0).formula.toBase64(), compiled);
+}
+
+// Who changed the text of an export means the text.
+TEST_F(DesignExport, AChangedSourceCountsMoreThanTheMarkBesideIt) {
+  import(
+      "<view name='V' xmlns:lens='urn:tessaly-lens:dxl'><code event='selection'><formula "
+      "lens:compiled='KAAAABoABQAGAFN0YXR1cwEABABEb25lCgIDAAcADAAFAAkxUzJTAA=='>Status = "
+      "\"Open\"</formula></code></view>");
+  EXPECT_EQ(noteOf(noteclass::View).find(u"$Formula")->value, sourceFormulaValue(u"Status = \"Open\""));
 }
 
 TEST_F(DesignExport, AgentsTellTheirFormulas) {

@@ -154,6 +154,13 @@ TEST_F(ItemExport, FormulasAreSourceOrRaw) {
   expectElement(itemTrip(0, sourceFormulaValue(u"")), "<formula/>");
   expectRaw(itemTrip(0, rawValue(itemtype::Formula, QByteArray("\x04\x00\x01\x02", 4))), "600");
   expectRaw(itemTrip(0, rawValue(itemtype::Formula, {})), "600");
+  // The bytes that other programs run stand where these look for them.
+  for (const char* bytes :
+       {"0a000000080089000300", "0a0000000800c1000300", "160009000c005a5a5a5a5a5a5a5a0400040004000400"}) {
+    const QByteArray formula = QByteArray::fromHex(bytes);
+    expectElement(itemTrip(0, rawValue(itemtype::Formula, formula)),
+                  "<formula compiled=\"true\">\n" + formula.toBase64() + "\n</formula>");
+  }
 }
 
 TEST_F(ItemExport, EveryOtherTypeIsRaw) {

@@ -1,0 +1,25 @@
+// All formulas that a design note holds, wherever they stand in it.
+//
+// A formula is an item of its own ($Formula, $WindowTitle), belongs to a column ($ViewFormat), an agent
+// ($AssistAction) or a field, or lies in a record of design: a hide-when condition, an action, a hotspot.
+// Where formulas lie in such records was found in real designs.
+#pragma once
+
+#include <QVector>
+
+#include "embedded/format/note.h"
+#include "embedded/formula/compiled/compiled_formula.h"
+
+namespace lens {
+
+struct NoteFormula {
+  QString item;   // that holds it
+  QString place;  // "column $0", "field Subject, default value", "hide-when"; "" when it is the whole item
+  formula::CompiledReading reading;
+};
+
+// In the order of the note's items. Records whose bytes are damaged are passed over; a formula that cannot be
+// read, or is hidden, is there with its reason.
+QVector<NoteFormula> formulasOf(const Note& note);
+
+}  // namespace lens
