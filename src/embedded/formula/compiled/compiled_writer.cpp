@@ -63,6 +63,7 @@ class FormulaWriter {
   std::size_t next_ = 0;  // token
   QByteArray out_;
   bool usesFar_ = false;
+  bool layoutLikeBehind_ = false;
 };
 
 bool FormulaWriter::addSegment(quint16 type, QByteArrayView data) {
@@ -105,8 +106,8 @@ QByteArray FormulaWriter::layoutText(bool& oneWord) {
 bool FormulaWriter::addLayout(bool oneWord) {
   bool bare = false;
   const QByteArray text = layoutText(bare);
-  // Nothing is kept of a statement that is one word.
-  if (oneWord && bare) return true;
+  // Nothing is kept of a statement that is one word. A remark behind it may look like a layout.
+  if (oneWord && bare && !layoutLikeBehind_) return true;
   QByteArray data;
   if (text.size() > kMostBytes) return false;
   appendCounted(data, text);
@@ -164,9 +165,16 @@ std::size_t FormulaWriter::mainStatement() const {
 
 std::optional<QByteArray> FormulaWriter::segments(QStringView item) {
   if (tellsPlace(parsed_.tree)) item = {};
+  // There DEFAULT would be told from the main expression by its place only.
+  const auto isDefault = [](const Node& node) { return node.modifier == Node::Modifier::Default; };
+  if (!item.isEmpty() && std::any_of(parsed_.tree.nodes.begin(), parsed_.tree.nodes.end(), isDefault))
+    return {};
   const std::size_t main = mainStatement();
-  for (std::size_t i = 0; i < parsed_.tree.statements.size(); ++i)
-    if (!addStatement(parsed_.tree.statements[i], i == main, item)) return {};
+  const std::vector<Statement>& statements = parsed_.tree.statements;
+  for (std::size_t i = 0; i < statements.size(); ++i) {
+    layoutLikeBehind_ = i + 1 < statements.size() && statements[i + 1].remark.startsWith(QChar(kLayoutMark));
+    if (!addStatement(statements[i], i == main, item)) return {};
+  }
   return std::move(out_);
 }
 

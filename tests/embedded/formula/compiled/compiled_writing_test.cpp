@@ -246,6 +246,11 @@ TEST(CompiledWriting, ParenthesesWithNothingInThemAreNotCounted) {
   EXPECT_EQ(sourceOf(write(u"@Unique() + @Unique ( )  +  1")), "@Unique + @Unique  +  1");
 }
 
+TEST(CompiledWriting, RemarksThatLookLikeALayoutStayRemarks) {
+  for (const QStringView source : {u"1;REM {\t0S};2", u"REM {\t0S}; 1", u"a := 1;REM{\t};REM{\t1S};b"})
+    EXPECT_EQ(sourceOf(write(source)), source.toString().toStdString());
+}
+
 // A semicolon at the end, and white space in front of one, are not kept.
 TEST(CompiledWriting, ForgetsWhatEndsAStatement) {
   EXPECT_EQ(sourceOf(write(u"x := 1 ;\ny ; ")), "x := 1;\ny");
@@ -283,6 +288,15 @@ TEST(CompiledViews, HoldTheirColumnsTheNamesOfTheirItemsAndTheSelection) {
             "230005000200040002000900"
             "0400" +
                 QByteArray("$0Form$1$Conflict$REF").toHex() + "00");
+}
+
+// A column's own expression is stored as DEFAULT is, so that only one of them can stand there.
+TEST(CompiledViews, ColumnsWithDefaultHaveNoForm) {
+  const TestEnvironment environment;
+  for (const QStringView source : {u"DEFAULT b := 1; a + b", u"a + b; DEFAULT b := 1"}) {
+    EXPECT_TRUE(writeCompiledColumn(source, u"$0", environment).bytes.isEmpty());
+    EXPECT_FALSE(writeCompiled(source, environment).bytes.isEmpty());
+  }
 }
 
 TEST(CompiledViews, MarkFunctionsOfLaterReleasesOfTheirColumnsToo) {
