@@ -50,6 +50,10 @@ void DatabaseController::connectActions() {
   connect(&tree, &DatabaseTree::databaseChosen, controls_.openDatabaseAction, &QAction::trigger);
   connect(&tree, &DatabaseTree::listingFailed, this,
           [this](const QString& reason) { controls_.showError(reason); });
+  connect(controls_.openFileAction, &QAction::triggered, this, [this] {
+    const QString file = controls_.choice->databaseFile(&controls_.window);
+    if (!file.isEmpty()) open({QString(), file});
+  });
   connect(controls_.newDatabaseAction, &QAction::triggered, this, [this] {
     const DatabasePlace asked = askNewPlace();
     if (!asked.path.isEmpty()) create(asked.server, asked.path);
@@ -111,6 +115,12 @@ bool DatabaseController::create(const QString& server, const QString& path) {
 
 void DatabaseController::close() {
   workspace_->client().closeDatabase();
+}
+
+void DatabaseController::reopen() {
+  const std::optional<DatabasePlace> place = place_;
+  close();
+  if (place) open(*place);
 }
 
 void DatabaseController::databasesChanged() {
@@ -227,6 +237,7 @@ void DatabaseController::showTitle() {
   } catch (const RuntimeError& error) {
     controls_.showError(error.description());
   }
+  if (const auto real = workspace_->realDatabase(*database_)) title += tr(" (%1)").arg(real->line());
   window.setWindowTitle(tr("Client: %1").arg(title));
 }
 
@@ -234,6 +245,7 @@ void DatabaseController::showCounts() {
   if (!place_ || !views_.currentEntry()) return controls_.statusBar->showMessage(tr("No database is open"));
   views_.showCount();
   QString status = tr("%1 on %2").arg(place_->path, serverLabel(place_->server));
+  if (const auto real = workspace_->realDatabase(*database_)) status += tr("    %1").arg(real->line());
   const qsizetype marked = workspace_->client().visibleSelection().size();
   if (marked > 0) status += tr("    %1 marked").arg(marked);
   if (views_.isStale()) status += tr("    Documents have changed: F5 refreshes");

@@ -45,6 +45,10 @@ class DatabaseController : public QObject, private ClientListener {
   DatabasePlace askNewPlace();
 
   void close();
+  // Closes it and opens it again, where another file stands behind it by now.
+  void reopen();
+  // Whether it is a copy of a real database, which nobody changes.
+  bool isCopy() const { return database_ && workspace_->realDatabase(*database_); }
   // Reads servers, views, documents and the open document again.
   void refresh();
 

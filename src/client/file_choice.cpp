@@ -25,6 +25,15 @@ QStringList DesktopFileChoice::dxlFiles(QWidget* owner) {
   return files;
 }
 
+QString DesktopFileChoice::databaseFile(QWidget* owner) {
+  QFileDialog dialog(owner, QObject::tr("Open database file"), lastFolder_,
+                     QObject::tr("Databases (*.nsf *.ntf *.NSF *.NTF);;All files (*)"));
+  dialog.setFileMode(QFileDialog::ExistingFile);
+  const QString file = chosen(dialog).value(0);
+  if (!file.isEmpty()) lastFolder_ = QFileInfo(file).path();
+  return file;
+}
+
 QString DesktopFileChoice::folder(QWidget* owner) {
   QFileDialog dialog(owner, QObject::tr("Import all DXL files of a folder"), lastFolder_);
   dialog.setFileMode(QFileDialog::Directory);

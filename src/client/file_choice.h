@@ -12,6 +12,8 @@ class FileChoice {
  public:
   virtual ~FileChoice() = default;
   virtual QStringList dxlFiles(QWidget* owner) = 0;
+  // A database to be opened.
+  virtual QString databaseFile(QWidget* owner) = 0;
   virtual QString folder(QWidget* owner) = 0;
   // A file to be written; the user was asked already when there is one of that name.
   virtual QString exportFile(QWidget* owner, const QString& suggestion) = 0;
@@ -23,6 +25,7 @@ class FileChoice {
 class DesktopFileChoice : public FileChoice {
  public:
   QStringList dxlFiles(QWidget* owner) override;
+  QString databaseFile(QWidget* owner) override;
   QString folder(QWidget* owner) override;
   QString exportFile(QWidget* owner, const QString& suggestion) override;
   QString databaseName(QWidget* owner, const QString& where) override;

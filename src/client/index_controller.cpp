@@ -16,13 +16,14 @@ struct IndexResult {
   QString failure;
 };
 
-IndexResult runIndexing(const QString& databasePath, WorkBar* bar) {
+// A copy of a real database gets its index in another copy.
+IndexResult runIndexing(const QString& databasePath, bool isCopy, WorkBar* bar) {
   IndexResult result;
   runInBackground(bar, [&](TaskProgress& progress) {
     const auto go = [&](qint64 done, qint64 total) { return progress.go(databasePath, done, total); };
     try {
-      const auto database = Database::open(databasePath);
-      result.finished = go(0, 0) && createFullTextIndex(*database, {go});
+      result.finished = isCopy ? RealDatabases::indexCopy(databasePath, go)
+                               : go(0, 0) && createFullTextIndex(*Database::open(databasePath), {go});
     } catch (const RuntimeError& error) {
       result.failure = error.description();
     }
@@ -32,7 +33,7 @@ IndexResult runIndexing(const QString& databasePath, WorkBar* bar) {
 
 }  // namespace
 
-IndexController::IndexController(ClientControls& controls, const DatabaseController& databases)
+IndexController::IndexController(ClientControls& controls, DatabaseController& databases)
     : controls_(controls), databases_(databases) {
   for (QAction* action : {controls.createIndexAction, controls.updateIndexAction})
     connect(action, &QAction::triggered, this, &IndexController::makeIndex);
@@ -58,17 +59,19 @@ void IndexController::makeIndex() {
   const DatabasePlace place = *databases_.place();  // the user may open another meanwhile
   controls_.clearError();
   controls_.workBar->begin(WorkBar::Work::Index);
+  const bool isCopy = databases_.isCopy();
   const QPointer<IndexController> self(this);
-  const IndexResult result = runIndexing(databases_.database()->path(), controls_.workBar);
+  const IndexResult result = runIndexing(databases_.database()->path(), isCopy, controls_.workBar);
   if (!self) return;  // destroyed by what ran meanwhile
   controls_.workBar->finish();
+  if (isCopy && result.finished && databases_.place() == place) databases_.reopen();
   offer();
   if (!result.failure.isEmpty()) return controls_.showError(result.failure);
   auto* dialog = new ReportDialog(
       tr("Full-text index of %1 on %2").arg(place.path, serverLabel(place.server)),
-      result.finished
-          ? tr("The index holds the words of all documents as they are now")
-          : tr("Cancelled. What is done of the index is kept: the next time it goes on from there"),
+      result.finished ? tr("The index holds the words of all documents as they are now")
+      : isCopy        ? tr("Cancelled. The copy stays without an index")
+               : tr("Cancelled. What is done of the index is kept: the next time it goes on from there"),
       &controls_.window);
   dialog->setWindowTitle(tr("Full-text index"));
   dialog->show();

@@ -12,14 +12,14 @@ class IndexController : public QObject {
   Q_OBJECT
 
  public:
-  IndexController(ClientControls& controls, const DatabaseController& databases);
+  IndexController(ClientControls& controls, DatabaseController& databases);
 
  private:
   void offer();
   void makeIndex();
 
   ClientControls& controls_;
-  const DatabaseController& databases_;
+  DatabaseController& databases_;
 };
 
 }  // namespace lens

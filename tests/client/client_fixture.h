@@ -31,9 +31,10 @@ using namespace Qt::StringLiterals;
 // Answers that a test has prepared; asked counts the questions.
 struct ScriptedChoice : FileChoice {
   QStringList files;
-  QString directory, name, target;
+  QString directory, name, target, database;
   int asked = 0;
   QStringList dxlFiles(QWidget*) override { return ++asked, files; }
+  QString databaseFile(QWidget*) override { return ++asked, database; }
   QString folder(QWidget*) override { return ++asked, directory; }
   QString exportFile(QWidget*, const QString& suggestion) override {
     return ++asked, target.isEmpty() ? QString() : target + u'/' + suggestion;

@@ -11,6 +11,8 @@
 #include "embedded/nsf/nsf_copy.h"
 #include "embedded/nsf/nsf_objects.h"
 #include "embedded/nsf/nsf_state.h"
+#include "embedded/search/full_text.h"
+#include "embedded/store/database_copy.h"
 #include "embedded/store/open_databases.h"
 #include "embedded/views/folder_documents.h"
 #include "embedded/workspace/workspace_fault.h"
@@ -34,6 +36,12 @@ QString copyPathIn(const QString& folder, const QString& source) {
 QString reportPathIn(const QString& folder, QLatin1String ending) {
   return folder + u"/report."_s + ending;
 }
+// The report is written last.
+bool holdsCopy(const QString& folder, const QString& source) {
+  return QFileInfo(reportPathIn(folder, "json"_L1)).isFile() &&
+         Database::looksLikeDatabase(copyPathIn(folder, source));
+}
+constexpr QLatin1String kWithWords = "-words"_L1;
 
 // The state by the bytes, and by what the system says of the file.
 QByteArray fullStateOf(const QString& path, const NsfSource& source) {
@@ -93,16 +101,18 @@ void removeFolder(const QString& folder) {
   QDir(folder).removeRecursively();
 }
 
+QByteArray contentOf(const QString& path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 RealDatabase describeBy(const QString& folder, const QString& source) {
   RealDatabase real;
   real.source = source;
-  QFile json(reportPathIn(folder, "json"_L1)), text(reportPathIn(folder, "txt"_L1));
-  if (json.open(QIODevice::ReadOnly)) {
-    const QJsonObject report = QJsonDocument::fromJson(json.readAll()).object();
-    real.notesFound = report[u"notesFound"_s].toInt();
-    real.notesRead = report[u"notesRead"_s].toInt();
-  }
-  if (text.open(QIODevice::ReadOnly)) real.reportText = QString::fromUtf8(text.readAll());
+  const QJsonObject report = QJsonDocument::fromJson(contentOf(reportPathIn(folder, "json"_L1))).object();
+  real.notesFound = report[u"notesFound"_s].toInt();
+  real.notesRead = report[u"notesRead"_s].toInt();
+  real.reportText = QString::fromUtf8(contentOf(reportPathIn(folder, "txt"_L1)));
   return real;
 }
 
@@ -133,22 +143,45 @@ std::shared_ptr<Database> RealDatabases::open(const QString& path) {
   const auto source = requireSource(file);
   const QByteArray state = fullStateOf(file, *source);
   const QString root = directory_ + u"/cache/nsf"_s, prefix = shortDigest(file.toUtf8()) + u'-';
-  const QString folder = root + u'/' + prefix + shortDigest(state);
-  const QString copy = copyPathIn(folder, file);
-  copies_.insert(path, copy);
-  const bool isComplete =
-      QFileInfo(reportPathIn(folder, "json"_L1)).isFile() && Database::looksLikeDatabase(copy);
-  if (isComplete) {
+  const QString plain = root + u'/' + prefix + shortDigest(state);
+  for (const QString& folder : {plain + kWithWords, plain}) {
+    if (!holdsCopy(folder, file)) continue;
     try {
-      return openCopy(copy, file, nsfStateOf(*source));
+      const auto database = openCopy(copyPathIn(folder, file), file, nsfStateOf(*source));
+      copies_.insert(path, database->path());
+      removeEarlier(prefix, QFileInfo(folder).fileName());
+      return database;
     } catch (const RuntimeError& error) {
       if (error.number() != enginefault::Damaged && error.number() != enginefault::NewerSchema) throw;
+      removeFolder(folder);
     }
   }
-  if (!Database::isOpenHere(copy)) removeFolder(folder);
-  makeCopy(file, state, folder);
-  removeEarlier(prefix, QFileInfo(folder).fileName());
+  makeCopy(file, state, plain);
+  removeEarlier(prefix, QFileInfo(plain).fileName());
+  const QString copy = copyPathIn(plain, file);
+  copies_.insert(path, copy);
   return openCopy(copy, file, nsfStateOf(*source));
+}
+
+bool RealDatabases::indexCopy(const QString& copy, const std::function<bool(qint64 done, qint64 total)>& go) {
+  const QString plain = QFileInfo(copy).path(), folder = plain + kWithWords;
+  if (!go(0, 0)) return false;
+  // It has one, or somebody else has made it meanwhile; nothing changes in it.
+  if (plain.endsWith(kWithWords) || holdsCopy(folder, copy)) return true;
+  removeFolder(folder);
+  MadeFolders folders(folder);
+  if (!folders.areReady()) failWorkspace(enginefault::CannotOpen, folder, u"the directory cannot be made"_s);
+  const QString target = copyPathIn(folder, copy);
+  StagedFile fresh(target, StagedFile::Old::Replace);
+  copyPages(copy, fresh.path());
+  if (!createFullTextIndex(*Database::open(fresh.path()), {go})) return false;
+  fresh.requireWhole();
+  seal(fresh.path());
+  fresh.putInPlace();
+  for (const QLatin1String ending : {"txt"_L1, "json"_L1})
+    replaceWhole(reportPathIn(folder, ending), contentOf(reportPathIn(plain, ending)));
+  folders.keep();
+  return true;
 }
 
 void RealDatabases::makeCopy(const QString& path, const QByteArray& state, const QString& folder) {

@@ -1,11 +1,13 @@
 // Real databases of the platform in a workspace: each is read once into a store of ours that nobody changes,
 // and opened from there as long as the file stays as it was.
 //
-//   cache/nsf/<path>-<state>/   digests; the copy under the file's own name, report.json and report.txt
+//   cache/nsf/<path>-<state>/         digests; the copy under the file's own name, report.json and report.txt
+//   cache/nsf/<path>-<state>-words/   the same with a full-text index, which takes its place
 #pragma once
 
 #include <QHash>
 #include <QString>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -38,6 +40,10 @@ class RealDatabases {
   // The copy that was opened last, of a file that is not there any more: all but its attachments can be read.
   // Null where none was opened.
   std::shared_ptr<Database> openWithoutSource(const QString& path);
+  // Makes a full-text index for a copy that was opened: in another copy, which is the one that is opened from
+  // then on. May run on any thread. False when the work was ended early; nothing is left then. Raises what
+  // writing a database raises.
+  static bool indexCopy(const QString& copy, const std::function<bool(qint64 done, qint64 total)>& go);
   // Of a copy that was opened; none for every other database.
   std::optional<RealDatabase> describe(const Database& database) const;
 

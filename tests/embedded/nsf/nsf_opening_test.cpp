@@ -7,6 +7,7 @@
 #include "embedded/capi/status.h"
 #include "embedded/model/embedded_gateway.h"
 #include "embedded/nsf/nsf_test.h"
+#include "embedded/search/full_text.h"
 #include "embedded/views/folder_documents.h"
 #include "embedded/workspace/workspace.h"
 
@@ -293,6 +294,22 @@ TEST_F(RealDatabases, ARefusalNamesTheFileAndTheReason) {
   for (qsizetype at = 1024; at < encrypted.size(); ++at) encrypted[at] = char(encrypted[at] ^ 0x5C);
   EXPECT_TRUE(reasonOf(encrypted, enginefault::CannotOpen).contains(u"encrypted"_s));
   reasonOf(made::makeFile(described).bytes.first(1023), enginefault::NotADatabase);
+}
+
+TEST_F(RealDatabases, GetAFullTextIndexInAnotherCopy) {
+  const auto plain = open();
+  EXPECT_FALSE(hasFullTextIndex(*plain));
+  EXPECT_FALSE(lens::RealDatabases::indexCopy(plain->path(), [](qint64, qint64) { return false; }));
+  EXPECT_EQ(open().get(), plain.get());
+  ASSERT_TRUE(lens::RealDatabases::indexCopy(plain->path(), [](qint64, qint64) { return true; }));
+  const auto indexed = open();
+  EXPECT_NE(indexed->path(), plain->path());
+  EXPECT_TRUE(hasFullTextIndex(*indexed));
+  EXPECT_FALSE(indexed->isWritable());
+  EXPECT_EQ(fullTextSearch(*indexed, u"answer", 0), QVector{NoteId(ids.response)});
+  EXPECT_EQ(fullTextSearch(*indexed, u"question", 0), QVector{NoteId(ids.parent)});
+  EXPECT_EQ(workspace->realDatabase(*indexed)->line(), workspace->realDatabase(*plain)->line());
+  EXPECT_EQ(indexed->notes().noteCount(0x7FFF), plain->notes().noteCount(0x7FFF));
 }
 
 TEST_F(RealDatabases, ADamagedCopyIsMadeAnew) {
