@@ -144,10 +144,12 @@ TEST_F(ScreenFit, AWindowThatTheDesktopPutsPartlyOutsideComesIn) {
 TEST_F(ScreenFit, ThatTheUserMovesItOutLaterIsHisOwnAffair) {
   openDatabase(u"a.nsf"_s);
   start();
-  QTest::qWait(1500);
-  form().move(60, 90);
-  QTest::qWait(200);
-  EXPECT_EQ(form().pos(), QPoint(60, 90));
+  const auto staysOut = [this] {
+    form().move(60, 90);
+    QTest::qWait(150);
+    return form().pos() == QPoint(60, 90);
+  };
+  EXPECT_TRUE(QTest::qWaitFor(staysOut, 30'000));
 }
 
 }  // namespace
