@@ -33,7 +33,7 @@ void driveAll(NsfDatabase& database) {
   EXPECT_LE(database.report().problems.size(), NsfReport::kMaxProblems);
 }
 
-qint64 kilobytesOf(const char* line) {
+[[maybe_unused]] qint64 kilobytesOf(const char* line) {
   QFile file(u"/proc/self/status"_s);
   if (!file.open(QIODevice::ReadOnly)) return -1;
   const QByteArray status = file.readAll();
