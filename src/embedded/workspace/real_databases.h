@@ -34,8 +34,8 @@ class RealDatabases {
   static DatabaseInfo infoOf(const QString& path);
 
   // Its copy, which is made first where there is none of this state of the file. Raises CannotOpen where the
-  // file cannot be read, and NotADatabase, NewerSchema (a layout that is not known) or Damaged where it is
-  // refused, with the reason; and what writing the copy raises.
+  // file cannot be read, is encrypted or has a layout that is not known, NotADatabase or Damaged where it is
+  // refused for that, each with the reason; and what writing the copy raises.
   std::shared_ptr<Database> open(const QString& path);
   // The copy that was opened last, of a file that is not there any more: all but its attachments can be read.
   // Null where none was opened.
