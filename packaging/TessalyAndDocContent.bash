@@ -1,7 +1,7 @@
 # Completion of TessalyAndDocContent for bash.
 
 _TessalyAndDocContent() {
-  local commands="databases documents show items import export set evaluate check compare attachments integrity"
+  local commands="databases documents show items import export set evaluate check compare attachments formulas integrity nsf"
   local common="--help --version --workspace --json --yes"
   local choosing="--view --formula --search"
   local word="${COMP_WORDS[COMP_CWORD]}" before="${COMP_WORDS[COMP_CWORD-1]}"
@@ -41,8 +41,11 @@ _TessalyAndDocContent() {
   fi
   case "$command" in
     import) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
-    documents | show | items | export | set | evaluate | attachments | integrity)
+    documents | show | items | export | set | evaluate | attachments | formulas | integrity)
       if ((i == COMP_CWORD - 1)); then _TessalyAndDocContent_databases "$word"; else COMPREPLY=(); fi ;;
+    nsf)
+      if ((i == COMP_CWORD - 1)); then mapfile -t COMPREPLY < <(compgen -W "info dump" -- "$word")
+      else mapfile -t COMPREPLY < <(compgen -f -- "$word"); fi ;;
     compare) _TessalyAndDocContent_databases "$word" ;;
     *) COMPREPLY=() ;;
   esac

@@ -19,5 +19,7 @@ int checkFormula(CommandCall& call);
 int compareTwoDatabases(CommandCall& call);
 int listAttachments(CommandCall& call);
 int checkDatabase(CommandCall& call);
+int listFormulas(CommandCall& call);
+int readRealDatabase(CommandCall& call);
 
 }  // namespace lens

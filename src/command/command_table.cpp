@@ -87,7 +87,17 @@ constexpr CommandRow kCommands[] = {
      compareTwoDatabases},
     {"attachments", "DB", 1, 1, "Lists the attachments of the documents, or extracts them",
      kAttachmentOptions, false, listAttachments},
+    {"formulas", "DB", 1, 1, "Lists every formula of the design with its source", {}, false, listFormulas},
     {"integrity", "DB", 1, 1, "Checks the file, every note and every attachment", {}, false, checkDatabase},
+    {"nsf",
+     "info|dump FILE",
+     2,
+     2,
+     "Tells what a real database holds, or lists its notes and items",
+     {},
+     false,
+     readRealDatabase,
+     false},
 };
 
 QString helpLine(const QString& left, const char* right) {

@@ -29,6 +29,7 @@ struct CommandRow {
   std::span<const OptionRow> options;  // of its own
   bool choosesDocuments;               // whether it also takes choosingOptions()
   int (*run)(CommandCall& call);
+  bool needsWorkspace = true;  // without one the doors are closed
 };
 
 std::span<const CommandRow> commandTable();

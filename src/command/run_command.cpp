@@ -93,7 +93,8 @@ class Runner {
     if (given.size() < command.fewest || (command.most >= 0 && given.size() > command.most))
       throw WrongUse(u"wants the arguments \"%1\""_s.arg(literal(command.arguments)));
     if (!given.isEmpty()) place_ = given.first();
-    Doors doors = open_(parser.value(u"workspace"_s));
+    Doors doors = command.needsWorkspace ? open_(parser.value(u"workspace"_s))
+                                         : Doors{nullptr, nullptr, nullptr, Regional(QLocale())};
     CommandCall call{subject_, given, parser, console_, doors};
     return command.run(call);
   }

@@ -1,6 +1,7 @@
 // What --json writes is what the published schema says, no more and no less.
 #include "command/command_fixture.h"
 #include "command/json_schema.h"
+#include "embedded/format/source_formula.h"
 
 namespace lens {
 namespace {
@@ -50,6 +51,11 @@ TEST_F(Schema, FitsWhatEveryCommandWrites) {
   expectFits(u"check"_s, {u"check"_s, u"1 +"_s});
   expectFits(u"difference"_s, {u"compare"_s, u"mail.nsf"_s, u"copy.nsf"_s});
   expectFits(u"difference"_s, {u"compare"_s, u"copy.nsf"_s, u"mail.nsf"_s});
+  Note view;
+  view.header.noteClass = noteclass::View;
+  view.add(u"$FORMULA"_s, itemflag::Summary, sourceFormulaValue(u"SELECT @All"));
+  save(view);
+  expectFits(u"formula"_s, {u"formulas"_s, u"mail.nsf"_s});
   expectFits(u"attachment"_s, {u"attachments"_s, u"mail.nsf"_s});
   expectFits(u"attachment"_s, {u"attachments"_s, u"mail.nsf"_s, u"--extract"_s, directory.path()});
   ASSERT_EQ(sqlite3_exec(mail->handle(), "UPDATE note SET items = x'00' WHERE id = 2302", nullptr, nullptr,

@@ -21,27 +21,13 @@ QJsonValue timeJson(const TimeDate& time) {
       u"yyyy-MM-ddTHH:mm:ss.%1Z"_s.arg(instant.time().msec() / 10, 2, 10, QLatin1Char('0')));
 }
 
-QLatin1String stateText(NsfItemState state) {
-  switch (state) {
-    case NsfItemState::Whole:
-      return "whole"_L1;
-    case NsfItemState::Sealed:
-      return "encrypted"_L1;
-    case NsfItemState::Damaged:
-      return "damaged"_L1;
-    case NsfItemState::Unreadable:
-      break;
-  }
-  return "unreadable"_L1;
-}
-
 QJsonObject itemJson(const NsfItem& item) {
   const QByteArrayView data = item.item.data();
   QJsonObject json{{u"name"_s, item.item.name},
                    {u"type"_s, hexWord(item.item.type())},
                    {u"flags"_s, hexWord(item.item.flags)},
                    {u"size"_s, qint64(data.size())},
-                   {u"state"_s, QString(stateText(item.state))}};
+                   {u"state"_s, QString(nsfStateText(item.state))}};
   if (item.state != NsfItemState::Unreadable)
     json[u"sha256"_s] =
         QString::fromLatin1(QCryptographicHash::hash(data, QCryptographicHash::Sha256).toHex());
@@ -56,6 +42,20 @@ QJsonObject identityJson(QLatin1String kind, NoteId id, const Unid& unid, quint1
 }
 
 }  // namespace
+
+QLatin1String nsfStateText(NsfItemState state) {
+  switch (state) {
+    case NsfItemState::Whole:
+      return "whole"_L1;
+    case NsfItemState::Sealed:
+      return "encrypted"_L1;
+    case NsfItemState::Damaged:
+      return "damaged"_L1;
+    case NsfItemState::Unreadable:
+      break;
+  }
+  return "unreadable"_L1;
+}
 
 QJsonObject nsfNoteJson(const NsfNote& note) {
   const NoteHeader& header = note.header;

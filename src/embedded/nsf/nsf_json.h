@@ -8,6 +8,9 @@
 
 namespace lens {
 
+// "whole", "encrypted", "damaged" or "unreadable".
+QLatin1String nsfStateText(NsfItemState state);
+
 // A value is told by its size and the SHA-256 of its bytes, both without the type word.
 QJsonObject nsfNoteJson(const NsfNote& note);
 QJsonObject nsfStubJson(const NsfStub& stub);

@@ -1,0 +1,99 @@
+// formulas: every formula of a database's design, as its author wrote it.
+#include "command/command_functions.h"
+#include "command/json_output.h"
+#include "command/text_output.h"
+#include "embedded/checks/note_walk.h"
+#include "embedded/formula_context/note_formulas.h"
+#include "notes/literals.h"
+
+namespace lens {
+namespace {
+
+using Reading = formula::CompiledReading;
+
+QString stateOf(const Reading& reading) {
+  if (reading.state == Reading::State::Hidden) return u"hidden"_s;
+  return reading.state == Reading::State::Source ? u"source"_s : u"unreadable"_s;
+}
+
+QString surenessOf(const Reading& reading) {
+  switch (reading.sureness) {
+    case formula::Sureness::Proven:
+      return u"proven"_s;
+    case formula::Sureness::Context:
+      return u"context"_s;
+    case formula::Sureness::Guess:
+      return u"guess"_s;
+    case formula::Sureness::Unnamed:
+      break;
+  }
+  return u"unnamed"_s;
+}
+
+// What a reader should know of it besides; "" when there is nothing.
+QString remarkOn(const Reading& reading) {
+  if (reading.state == Reading::State::Hidden) return u"the formula is hidden"_s;
+  if (reading.state == Reading::State::Unreadable) return u"cannot be read: "_s + reading.problem;
+  if (!reading.problem.isEmpty()) return reading.problem;
+  if (reading.unproven.isEmpty()) return {};
+  return u"read with names that are not proven: "_s + reading.unproven.join(u", "_s);
+}
+
+void writeFormula(CommandCall& call, const Note& note, const NoteFormula& formula) {
+  const Reading& reading = formula.reading;
+  QByteArray id;
+  appendEightDigits(id, note.header.id.value());
+  Output& out = call.console.out();
+  if (call.json()) {
+    JsonLine json;
+    json.text("noteId", QString::fromLatin1(id))
+        .text("title", note.text(u"$TITLE"_s))
+        .text("item", formula.item)
+        .text("place", formula.place)
+        .text("state", stateOf(reading))
+        .text("sureness", surenessOf(reading))
+        .texts("unproven", reading.unproven)
+        .text("source", reading.source)
+        .text("problem", reading.problem);
+    return out.line(json.finish());
+  }
+  QByteArray line = id + "  ";
+  appendColumn(line, note.text(u"$TITLE"_s), 30);
+  appendPrintable(line, formula.place.isEmpty() ? formula.item : formula.item + u", "_s + formula.place);
+  if (const QString remark = remarkOn(reading); !remark.isEmpty()) {
+    line += " (";
+    appendPrintable(line, remark);
+    line += ')';
+  }
+  out.line(line);
+  if (reading.source.isEmpty()) return;
+  line = "    ";
+  appendLines(line, reading.source, 4);
+  out.line(line);
+}
+
+}  // namespace
+
+// Documents hold no formulas of a design.
+int listFormulas(CommandCall& call) {
+  const QString& name = call.arguments.first();
+  const std::shared_ptr<Database> store = openStore(call.doors, call.name, name);
+  bool all = true;
+  walkNotes(
+      *store,
+      [&](const Note& note) {
+        if (noteclass::base(note.header.noteClass) == noteclass::Document) return true;
+        for (const NoteFormula& formula : formulasOf(note)) {
+          writeFormula(call, note, formula);
+          all = all && formula.reading.state != Reading::State::Unreadable;
+        }
+        return true;
+      },
+      [&](qint64 done, qint64 count) {
+        call.console.progress(name, done, count);
+        return true;
+      });
+  return all ? exitcode::Done : exitcode::Found;
+}
+
+}  // namespace lens

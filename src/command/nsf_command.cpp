@@ -1,0 +1,113 @@
+// nsf: what a real database of the platform holds, straight from its file; nothing is copied or kept.
+#include <QJsonDocument>
+#include <algorithm>
+
+#include "command/command_functions.h"
+#include "command/command_table.h"
+#include "command/text_output.h"
+#include "embedded/nsf/nsf_database.h"
+#include "embedded/nsf/nsf_json.h"
+#include "notes/literals.h"
+
+namespace lens {
+namespace {
+
+std::unique_ptr<NsfDatabase> openFile(const QString& path) {
+  QString reason;
+  auto source = NsfFileSource::open(path, reason);
+  if (!source)
+    throw RuntimeError(enginefault::CannotOpen, u"%1: the file cannot be read (%2)"_s.arg(path, reason));
+  auto database = std::make_unique<NsfDatabase>(std::move(source));
+  if (!database->isOpen())
+    throw RuntimeError(enginefault::CannotOpen, path + u": "_s + database->report().refused);
+  return database;
+}
+
+// Each note in turn; how far it is shown meanwhile.
+void forEachNote(CommandCall& call, NsfDatabase& database, const std::function<void(const NsfNote&)>& visit) {
+  qint64 done = 0;
+  const qint64 all = database.report().notesFound;
+  database.forEachNote([&](const NsfNote& note) {
+    call.console.progress(call.arguments[1], ++done, all);
+    visit(note);
+    return true;
+  });
+}
+
+void writeJson(CommandCall& call, const QJsonObject& object) {
+  call.console.out().line(QJsonDocument(object).toJson(QJsonDocument::Compact));
+}
+
+void writeText(CommandCall& call, const NsfNote& note) {
+  Output& out = call.console.out();
+  QByteArray line = "note ";
+  appendEightDigits(line, note.header.id.value());
+  appendPrintable(
+      line,
+      u"  %1  class %2"_s.arg(note.header.unid.text()).arg(note.header.noteClass, 4, 16, QLatin1Char('0')));
+  out.line(line);
+  for (const NsfItem& item : note.items) {
+    line = "    ";
+    appendColumn(line, item.item.name, 24);
+    appendPrintable(line, u"type %1  flags %2  %3"_s.arg(item.item.type(), 4, 16, QLatin1Char('0'))
+                              .arg(item.item.flags, 4, 16, QLatin1Char('0'))
+                              .arg(counted(item.item.data().size(), u"byte"_s, u"bytes"_s)));
+    if (item.state != NsfItemState::Whole) line += "  " + QByteArray(nsfStateText(item.state).data());
+    out.line(line);
+  }
+}
+
+void writeText(CommandCall& call, const NsfStub& stub) {
+  QByteArray line = "stub ";
+  appendEightDigits(line, stub.id.value());
+  call.console.out().line(line + "  " + stub.unid.text().toLatin1());
+}
+
+// What was found and could not be shown.
+int exitCodeOf(const NsfReport& report) {
+  const bool damaged = std::any_of(report.problems.cbegin(), report.problems.cend(),
+                                   [](const NsfProblem& problem) { return !problem.isWarning; });
+  return damaged || report.moreProblems > 0 ? exitcode::Found : exitcode::Done;
+}
+
+// Reads every note, since the report counts what it meets.
+int tell(CommandCall& call) {
+  const auto database = openFile(call.arguments[1]);
+  forEachNote(call, *database, [](const NsfNote&) {});
+  const NsfReport& report = database->report();
+  if (call.json()) {
+    writeJson(call, report.json());
+  } else {
+    QByteArray lines;
+    for (const QString& line : report.text().split(u'\n', Qt::SkipEmptyParts)) {
+      appendPrintable(lines, line);
+      lines += '\n';
+    }
+    call.console.out().write(lines);
+  }
+  return exitCodeOf(report);
+}
+
+int dump(CommandCall& call) {
+  const auto database = openFile(call.arguments[1]);
+  forEachNote(call, *database, [&](const NsfNote& note) {
+    call.json() ? writeJson(call, nsfNoteJson(note)) : writeText(call, note);
+  });
+  for (const NsfStub& stub : database->stubs())
+    call.json() ? writeJson(call, nsfStubJson(stub)) : writeText(call, stub);
+  const int code = exitCodeOf(database->report());
+  if (code == exitcode::Found)
+    call.console.say(u"%1: %2: not all of it can be read; \"nsf info\" tells what and why"_s.arg(
+        call.name, call.arguments[1]));
+  return code;
+}
+
+}  // namespace
+
+int readRealDatabase(CommandCall& call) {
+  if (call.arguments[0] == u"info") return tell(call);
+  if (call.arguments[0] == u"dump") return dump(call);
+  throw WrongUse(u"\"%1\" is neither \"info\" nor \"dump\""_s.arg(call.arguments[0]));
+}
+
+}  // namespace lens

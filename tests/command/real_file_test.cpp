@@ -1,0 +1,119 @@
+// What is told of real databases of the platform, and of the formulas in a design.
+#include "command/command_fixture.h"
+#include "embedded/format/source_formula.h"
+#include "embedded/formula/compiled/compiled_writer.h"
+#include "embedded/formula/support/test_context.h"
+#include "embedded/nsf/made_samples.h"
+#include "embedded/nsf/maker/nsf_maker.h"
+
+namespace lens {
+namespace {
+
+class RealFile : public CommandTest {
+ protected:
+  RealFile() {
+    made.bytes = made::makeFile(made::sampleDatabase(&ids)).bytes;
+    write(path(), made.bytes);
+  }
+  QString path() const { return file(u"real.nsf"_s); }
+  static QString eightDigits(quint32 id) { return u"%1"_s.arg(id, 8, 16, QLatin1Char('0')).toUpper(); }
+
+  struct {
+    QByteArray bytes;
+  } made;
+  made::SampleIds ids;
+};
+
+TEST_F(RealFile, IsToldWithoutAWorkspace) {
+  const CommandResult result = run({u"nsf"_s, u"info"_s, path()});
+  EXPECT_EQ(result.code, exitcode::Done) << result.error.toStdString();
+  EXPECT_EQ(openedAt, QString());
+  EXPECT_TRUE(result.out.contains(path())) << result.out.toStdString();
+  EXPECT_TRUE(result.out.contains(u"notes"_s)) << result.out.toStdString();
+  EXPECT_EQ(contentOf(path()), made.bytes);
+}
+
+TEST_F(RealFile, IsToldAsOneObject) {
+  const auto objects = run({u"nsf"_s, u"info"_s, path(), u"--json"_s}).objects();
+  ASSERT_EQ(objects.size(), 1);
+  EXPECT_GT(objects[0][u"notesRead"].toInt(), 5);
+  EXPECT_EQ(objects[0][u"notesRead"], objects[0][u"notesFound"]);
+}
+
+TEST_F(RealFile, ItsNotesAndStubsAreAnObjectEach) {
+  QStringList notes, stubs;
+  for (const QJsonObject& object : run({u"nsf"_s, u"dump"_s, path(), u"--json"_s}).objects())
+    (object[u"kind"] == u"stub"_s ? stubs : notes) += object[u"id"].toString();
+  EXPECT_EQ(stubs, QStringList(NoteId(ids.stub).hexText()));
+  for (const quint32 id : {ids.plain, ids.inRecord, ids.profile, ids.ghost, ids.softDeleted, ids.icon})
+    EXPECT_TRUE(notes.contains(NoteId(id).hexText())) << id;
+}
+
+TEST_F(RealFile, ItsItemsAreListedForPeople) {
+  const CommandResult result = run({u"nsf"_s, u"dump"_s, path()});
+  EXPECT_EQ(result.code, exitcode::Done);
+  EXPECT_TRUE(result.out.contains(u"note "_s + eightDigits(ids.plain))) << result.out.toStdString();
+  EXPECT_TRUE(result.out.contains(u"    Subject "_s)) << result.out.toStdString();
+}
+
+TEST_F(RealFile, WhatIsCutOffIsFoundMissing) {
+  write(path(), made.bytes.first(made.bytes.size() * 3 / 4));
+  const CommandResult result = run({u"nsf"_s, u"dump"_s, path()});
+  EXPECT_NE(result.code, exitcode::Done);
+  ASSERT_EQ(result.errorLines().size(), 1) << result.error.toStdString();
+  EXPECT_TRUE(result.error.contains(path()));
+}
+
+TEST_F(RealFile, OtherFilesAndWordsAreRefusedInOneLine) {
+  write(file(u"other.nsf"_s), "something else");
+  for (const QStringList& arguments :
+       {QStringList{u"nsf"_s, u"info"_s, file(u"other.nsf"_s)}, {u"nsf"_s, u"dump"_s, file(u"none.nsf"_s)}}) {
+    const CommandResult result = run(arguments);
+    EXPECT_EQ(result.code, exitcode::Failed);
+    EXPECT_EQ(result.out, QString());
+    ASSERT_EQ(result.errorLines().size(), 1);
+    EXPECT_TRUE(result.error.contains(arguments[2])) << result.error.toStdString();
+  }
+  EXPECT_EQ(run({u"nsf"_s, u"show"_s, path()}).code, exitcode::WrongUse);
+}
+
+TEST_F(RealFile, IsReadByOtherCommandsInThePlaceOfADatabase) {
+  const CommandResult result = run({u"documents"_s, path()});
+  EXPECT_EQ(result.code, exitcode::Done) << result.error.toStdString();
+  EXPECT_TRUE(result.out.contains(eightDigits(ids.plain))) << result.out.toStdString();
+}
+
+TEST_F(RealFile, FormulasOfADesignAreListedWithTheirSource) {
+  const formula::TestEnvironment environment;
+  Note view;
+  view.header.noteClass = noteclass::View;
+  view.add(u"$TITLE"_s, itemflag::Summary, textValue(u"By date"));
+  view.add(u"$FORMULA"_s, itemflag::Summary,
+           rawValue(itemtype::Formula, formula::writeCompiled(u"SELECT Form = \"Memo\"", environment).bytes));
+  save(view);
+  Note form;
+  form.header.noteClass = noteclass::Form;
+  form.add(u"$TITLE"_s, 0, textValue(u"Memo"));
+  form.add(u"$WindowTitle"_s, 0, sourceFormulaValue(u"\"New\";\nSubject"));
+  save(form);
+  save(memo(u"no formula"_s));
+  const CommandResult result = run({u"formulas"_s, u"mail.nsf"_s});
+  EXPECT_EQ(result.code, exitcode::Done);
+  EXPECT_EQ(result.lines(), QStringList({u"000008FA  By date                         $FORMULA"_s,
+                                         u"    SELECT Form = \"Memo\""_s,
+                                         u"000008FE  Memo                            $WindowTitle"_s,
+                                         u"    \"New\";"_s, u"    Subject"_s}));
+}
+
+TEST_F(RealFile, AFormulaThatCannotBeReadIsTold) {
+  Note view;
+  view.header.noteClass = noteclass::View;
+  view.add(u"$FORMULA"_s, itemflag::Summary, rawValue(itemtype::Formula, "\x06\x00\x63\x00\x00\x00"));
+  save(view);
+  const CommandResult result = run({u"formulas"_s, u"mail.nsf"_s});
+  EXPECT_EQ(result.code, exitcode::Found);
+  EXPECT_TRUE(result.out.contains(u"cannot be read: "_s)) << result.out.toStdString();
+}
+
+}  // namespace
+}  // namespace lens
