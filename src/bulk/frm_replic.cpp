@@ -1,5 +1,6 @@
 #include "bulk/frm_replic.h"
 
+#include <QShowEvent>
 #include <utility>
 
 #include "controls/fonts.h"
