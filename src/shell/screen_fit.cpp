@@ -88,7 +88,7 @@ void fitDesignToScreen(QWidget& window) {
   fitDesign(window, roomInside(*window.screen()));
 }
 
-void settleOnDesktop(QWidget& window, WindowLayout& layout, std::function<void()> resized) {
+void settleOnDesktop(QWidget& window, WindowLayout& layout, const std::function<void()>& resized) {
   lookAgain(kLooks, window, layout, resized);
 }
 

@@ -20,7 +20,7 @@ void fitDesignToScreen(QWidget& window);
 // Window managers place a window, and may make it smaller, some time after it was shown. For about a second
 // the record follows, and `resized` runs; a window that stands partly outside the screen is moved into it.
 // What comes later is the user's own doing.
-void settleOnDesktop(QWidget& window, WindowLayout& layout, std::function<void()> resized);
+void settleOnDesktop(QWidget& window, WindowLayout& layout, const std::function<void()>& resized);
 
 // The place nearest to the one given that is inside; at its upper left corner where there is no room.
 QRect movedInside(QRect place, const QRect& area);
