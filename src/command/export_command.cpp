@@ -10,6 +10,7 @@
 #include "command/shown_note.h"
 #include "command/text_output.h"
 #include "embedded/dxl/dxl_exporter.h"
+#include "embedded/format/item_name.h"
 #include "host/save_file.h"
 #include "notes/literals.h"
 #include "shell/text_routines.h"
@@ -59,13 +60,13 @@ void writeJson(CommandCall& call, Output& out) {
 // The names of all items of the documents, in the order in which they come up.
 QStringList itemNames(CommandCall& call, const NotesDatabase& database) {
   QStringList names;
-  QSet<QString> known;
+  QSet<ItemName> known;
   walkDocuments(call, database, [&](const NotesDocument& document) {
     const Value items = document.items();
     if (!items.isArray()) return;
     for (const Value& element : items.values()) {
       const QString name = NotesItem(element.object()).name();
-      if (const QString key = name.toCaseFolded(); !known.contains(key)) {
+      if (const ItemName key(name); !known.contains(key)) {
         known.insert(key);
         names += name;
       }
