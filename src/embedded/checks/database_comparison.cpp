@@ -1,7 +1,8 @@
 #include "embedded/checks/database_comparison.h"
 
-#include <QCryptographicHash>
 #include <QHash>
+
+#include "embedded/store/hashing_device.h"
 
 namespace lens {
 namespace {
@@ -16,23 +17,6 @@ PlacesByName placesByName(const Note& note) {
   return places;
 }
 
-// Takes the bytes of an object and keeps their hash.
-class HashingDevice : public QIODevice {
- public:
-  HashingDevice() { open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
-  QByteArray hash() const { return hash_.result(); }
-
- protected:
-  qint64 readData(char*, qint64) override { return -1; }
-  qint64 writeData(const char* bytes, qint64 size) override {
-    hash_.addData(QByteArrayView(bytes, size));
-    return size;
-  }
-
- private:
-  QCryptographicHash hash_{QCryptographicHash::Blake2b_512};
-};
-
 bool sameFile(const FileObject& a, const FileObject& b) {
   return a.name == b.name && a.size == b.size && sameTimeDate(a.created, b.created) &&
          sameTimeDate(a.modified, b.modified) && a.hostType == b.hostType && a.compression == b.compression &&
@@ -42,7 +26,7 @@ bool sameFile(const FileObject& a, const FileObject& b) {
 QByteArray hashOf(const Database& database, quint32 object) {
   HashingDevice device;
   database.objects().read(object, device);
-  return device.hash();
+  return device.result();
 }
 
 // Equal digests say that the bytes are equal. Other ones say nothing where the databases keep checksums of

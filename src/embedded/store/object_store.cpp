@@ -7,6 +7,7 @@
 
 #include "embedded/format/item_value.h"
 #include "embedded/format/packed_items.h"
+#include "embedded/store/hashing_device.h"
 #include "embedded/store/store_session.h"
 #include "host/held_file.h"
 #include "host/save_file.h"
@@ -16,13 +17,11 @@ namespace lens {
 namespace {
 
 constexpr qsizetype kChunkSize = 256 * 1024;
-// Six times as fast as SHA-256, which would take longer than to write the bytes.
-constexpr QCryptographicHash::Algorithm kChecksum = QCryptographicHash::Blake2b_512;
 
 // Objects that were stored before have checksums of SHA-256.
 QCryptographicHash::Algorithm algorithmOf(const QByteArray& checksum) {
   const int older = QCryptographicHash::hashLength(QCryptographicHash::Sha256);
-  return checksum.size() == older ? QCryptographicHash::Sha256 : kChecksum;
+  return checksum.size() == older ? QCryptographicHash::Sha256 : kObjectChecksum;
 }
 
 [[noreturn]] void objectFault(const QString& path, quint32 objectId, const QString& fault) {
@@ -46,23 +45,6 @@ void writeAll(QIODevice& target, QByteArrayView bytes, const QString& databasePa
   }
 }
 
-// Takes all bytes and keeps their digest.
-class HashingDevice : public QIODevice {
- public:
-  HashingDevice() { open(WriteOnly | Unbuffered); }
-  QByteArray result() const { return hash_.result(); }
-
- protected:
-  qint64 readData(char*, qint64) override { return -1; }
-  qint64 writeData(const char* bytes, qint64 size) override {
-    hash_.addData(QByteArrayView(bytes, size));
-    return size;
-  }
-
- private:
-  QCryptographicHash hash_{QCryptographicHash::Sha256};
-};
-
 QByteArray digestOutside(OutsideObjects& outside, quint32 objectId) {
   const qint64 size = outside.size(objectId);
   if (size < 0) return {};
@@ -75,7 +57,7 @@ QByteArray digestOutside(OutsideObjects& outside, quint32 objectId) {
 
 // An object between its begin and its end.
 struct ObjectStore::Pending {
-  QCryptographicHash hash{kChecksum};
+  QCryptographicHash hash{kObjectChecksum};
   QByteArray rest;  // less than a chunk
   qint64 size = 0;
   int chunks = 0;

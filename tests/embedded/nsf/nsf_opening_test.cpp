@@ -132,6 +132,11 @@ TEST_F(RealDatabases, ReadAttachmentsFromTheFile) {
     const QString out = directory.filePath(u"out"_s);
     copy->objects().extract(file.objectId, out);
     EXPECT_EQ(contentOf(out), made::sampleContent()) << file.name.toStdString();
+    // A replica of ours knows it again.
+    QFile content(out);
+    ASSERT_TRUE(content.open(QIODevice::ReadOnly));
+    const auto ours = workspace->createDatabase({}, u"ours%1.nsf"_s.arg(files), {});
+    EXPECT_EQ(copy->objects().digest(file.objectId), ours->objects().digest(ours->objects().add(content).id));
   }
   EXPECT_EQ(files, 5);
   EXPECT_EQ(copy->objects().size(0x7FFFFFF2), -1);
