@@ -186,11 +186,7 @@ seed_nsf_file() {
 04080a0200ff
 0709030200800907000080
 END
-  printf '"\xFF\xFF"
-"\x80"
-"\x00\x04"
-"\x07"
-' >"$folder.dict"
+  printf '"\\xFF\\xFF"\n"\\x80"\n"\\x00\\x04"\n"\\x07"\n' >"$folder.dict"
 }
 
 # The sanitizer keeps freed memory for a while; a little of it, or the fuzzer takes that for a leak.
