@@ -52,7 +52,7 @@ void DatabaseController::connectActions() {
           [this](const QString& reason) { controls_.showError(reason); });
   connect(controls_.openFileAction, &QAction::triggered, this, [this] {
     const QString file = controls_.choice->databaseFile(&controls_.window);
-    if (!file.isEmpty()) open({QString(), file});
+    if (!file.isEmpty()) openFile(file);
   });
   connect(controls_.newDatabaseAction, &QAction::triggered, this, [this] {
     const DatabasePlace asked = askNewPlace();
@@ -86,6 +86,10 @@ bool DatabaseController::open(const DatabasePlace& place) {
   if (place_ != canonical) return false;
   controls_.documentTable->setFocus();
   return true;
+}
+
+bool DatabaseController::openFile(const QString& path) {
+  return open({QString(), path});
 }
 
 DatabasePlace DatabaseController::askNewPlace() {

@@ -32,6 +32,9 @@ class DatabaseController : public QObject, private ClientListener {
 
   // These tell a failure in the window, leave everything as it was then, and give false or null.
   bool open(const DatabasePlace& place);
+  // A file of this machine by its path: a real database wherever it lies, one of ours below the directory of
+  // databases.
+  bool openFile(const QString& path);
   // Makes an empty database and opens it; its title is its file name.
   bool create(const QString& server, const QString& path);
   struct Placed {
