@@ -47,6 +47,8 @@ bool ClientControls::refuseWhileBusy() {
                 ? QObject::tr("An import is running: wait for its end or cancel it first")
             : work == WorkBar::Work::Export
                 ? QObject::tr("An export is running: wait for its end or cancel it first")
+            : work == WorkBar::Work::Read
+                ? QObject::tr("A database is being read: wait for its end or cancel it first")
                 : QObject::tr("An index is being made: wait for its end or cancel it first"));
   return true;
 }

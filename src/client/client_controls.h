@@ -18,7 +18,8 @@ struct ClientControls : ::Ui::ClientWindow {
   // A failure, in the strip at the window's top.
   void showError(const QString& text);
   void clearError();
-  // True, and told to the user, while an import, export or index is on its way: there is one at a time.
+  // True, and told to the user, while an import, export, index or reading is on its way: there is one at a
+  // time.
   bool refuseWhileBusy();
 
   QMainWindow& window;

@@ -5,6 +5,7 @@
 #include "client/document_pane.h"
 #include "client/import_controller.h"
 #include "client/index_controller.h"
+#include "client/real_report.h"
 #include "client/view_pane.h"
 
 namespace lens {
@@ -17,7 +18,8 @@ ClientWindow::ClientWindow(const std::shared_ptr<Workspace>& workspace, QWidget*
       databases_(std::make_unique<DatabaseController>(*controls_, workspace, *views_, *document_)),
       import_(std::make_unique<ImportController>(*controls_, workspace, *databases_)),
       export_(std::make_unique<ExportController>(*controls_, workspace, *databases_, *views_)),
-      index_(std::make_unique<IndexController>(*controls_, *databases_)) {
+      index_(std::make_unique<IndexController>(*controls_, *databases_)),
+      realReport_(std::make_unique<RealReport>(*controls_, *databases_)) {
   databases_->start();
   if (!workspace->serverFaults().isEmpty()) controls_->showError(workspace->serverFaults().join(u'\n'));
 }

@@ -17,6 +17,7 @@ namespace lens {
 class DocumentPane;
 class ImportController;
 class IndexController;
+class RealReport;
 
 // Holds its controls and who works on them.
 class ClientWindow : public QMainWindow {
@@ -37,7 +38,7 @@ class ClientWindow : public QMainWindow {
   void importDxl(const QStringList& filesOrFolders, bool intoNew = false);
   using ExportRange = lens::ExportRange;
   void exportDxl(ExportRange range, const QString& file);
-  // Also while an export runs or an index is made.
+  // Also while an export runs, an index is made or a real database is read.
   bool isImporting() const;
 
  private:
@@ -48,6 +49,7 @@ class ClientWindow : public QMainWindow {
   std::unique_ptr<ImportController> import_;
   std::unique_ptr<ExportController> export_;
   std::unique_ptr<IndexController> index_;
+  std::unique_ptr<RealReport> realReport_;
 };
 
 }  // namespace lens

@@ -2,10 +2,12 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QPointer>
 
 #include "client/client_controls.h"
 #include "client/document_pane.h"
 #include "client/panes.h"
+#include "client/real_reading.h"
 #include "client/view_pane.h"
 
 namespace lens {
@@ -73,8 +75,10 @@ void DatabaseController::start() {
 bool DatabaseController::open(const DatabasePlace& place) {
   std::shared_ptr<Database> opened;  // held, so that it is not opened twice
   DatabasePlace canonical;
+  const QPointer<DatabaseController> self(this);
   try {
     canonical = workspace_->place(place.server, place.path);
+    if (!readBeforeOpening(controls_, *workspace_, canonical) || !self) return false;
     opened = workspace_->database(canonical.server, canonical.path);
   } catch (const RuntimeError& error) {
     controls_.showError(error.description());

@@ -50,8 +50,11 @@ class DatabaseController : public QObject, private ClientListener {
   void close();
   // Closes it and opens it again, where another file stands behind it by now.
   void reopen();
-  // Whether it is a copy of a real database, which nobody changes.
-  bool isCopy() const { return database_ && workspace_->realDatabase(*database_); }
+  // How it was read; none where it is no copy of a real database, which nobody changes.
+  std::optional<RealDatabase> real() const {
+    return database_ ? workspace_->realDatabase(*database_) : std::nullopt;
+  }
+  bool isCopy() const { return real().has_value(); }
   // Reads servers, views, documents and the open document again.
   void refresh();
 

@@ -53,6 +53,20 @@ QString DesktopFileChoice::exportFile(QWidget* owner, const QString& suggestion)
   return file;
 }
 
+QString DesktopFileChoice::reportFile(QWidget* owner, const QString& suggestion) {
+  QFileDialog dialog(owner, QObject::tr("Save report"), lastFolder_,
+                     QObject::tr("Text (*.txt);;JSON (*.json)"));
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(u"txt"_s);
+  QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString& filter) {
+    dialog.setDefaultSuffix(filter.contains(u"json") ? u"json"_s : u"txt"_s);
+  });
+  dialog.selectFile(suggestion);
+  const QString file = chosen(dialog).value(0);
+  if (!file.isEmpty()) lastFolder_ = QFileInfo(file).path();
+  return file;
+}
+
 QString DesktopFileChoice::databaseName(QWidget* owner, const QString& where) {
   QInputDialog dialog(owner);
   dialog.setWindowModality(Qt::WindowModal);

@@ -17,6 +17,8 @@ class FileChoice {
   virtual QString folder(QWidget* owner) = 0;
   // A file to be written; the user was asked already when there is one of that name.
   virtual QString exportFile(QWidget* owner, const QString& suggestion) = 0;
+  // The same for a report, as text or JSON.
+  virtual QString reportFile(QWidget* owner, const QString& suggestion) = 0;
   // Path of a database to be made, below the directory of its server; `where` names that server.
   virtual QString databaseName(QWidget* owner, const QString& where) = 0;
 };
@@ -28,6 +30,7 @@ class DesktopFileChoice : public FileChoice {
   QString databaseFile(QWidget* owner) override;
   QString folder(QWidget* owner) override;
   QString exportFile(QWidget* owner, const QString& suggestion) override;
+  QString reportFile(QWidget* owner, const QString& suggestion) override;
   QString databaseName(QWidget* owner, const QString& where) override;
 
  private:

@@ -1,11 +1,9 @@
 #include "client/report_dialog.h"
 
 #include <QClipboard>
-#include <QDialogButtonBox>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "client/panes.h"
@@ -13,7 +11,8 @@
 
 namespace lens {
 
-ReportDialog::ReportDialog(const QString& heading, const QString& report, QWidget* parent) : QDialog(parent) {
+ReportDialog::ReportDialog(const QString& heading, const QString& report, QWidget* parent)
+    : QDialog(parent), buttons_(new QDialogButtonBox(QDialogButtonBox::Close, this)) {
   setObjectName(u"ImportReport"_s);
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(tr("Import report"));
@@ -27,15 +26,19 @@ ReportDialog::ReportDialog(const QString& heading, const QString& report, QWidge
   text->setTabChangesFocus(true);
   text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   useListFont(*text);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
-  QPushButton* copy = buttons->addButton(tr("C&opy"), QDialogButtonBox::ActionRole);
-  copy->setToolTip(tr("Puts the whole report on the clipboard"));
+  QPushButton* copy = addButton(tr("C&opy"), tr("Puts the whole report on the clipboard"));
   connect(copy, &QPushButton::clicked, this, [report] { QGuiApplication::clipboard()->setText(report); });
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(title);
   layout->addWidget(text, 1);
-  layout->addWidget(buttons);
+  layout->addWidget(buttons_);
+}
+
+QPushButton* ReportDialog::addButton(const QString& text, const QString& toolTip) {
+  QPushButton* button = buttons_->addButton(text, QDialogButtonBox::ActionRole);
+  button->setToolTip(toolTip);
+  return button;
 }
 
 }  // namespace lens

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QDialog>
+#include <QDialogButtonBox>
+#include <QPushButton>
 
 namespace lens {
 
@@ -10,6 +12,11 @@ class ReportDialog : public QDialog {
 
  public:
   ReportDialog(const QString& heading, const QString& report, QWidget* parent);
+  // One more beside "Close" and "Copy".
+  QPushButton* addButton(const QString& text, const QString& toolTip);
+
+ private:
+  QDialogButtonBox* buttons_;
 };
 
 }  // namespace lens

@@ -52,6 +52,11 @@ void WorkBar::begin(Work work) {
       cancel_->setText(tr("Cancel &index"));
       cancel_->setToolTip(tr("Ends the work; what is done of the index is kept"));
       break;
+    case Work::Read:
+      text_ = tr("Reading %1");
+      cancel_->setText(tr("Cancel &reading"));
+      cancel_->setToolTip(tr("Ends the reading; nothing of it is kept"));
+      break;
   }
   work_ = work;
   running_ = true;
@@ -70,6 +75,7 @@ void WorkBar::finish() {
 
 void WorkBar::showProgress(const QString& file, qint64 done, qint64 total) {
   file_->setText(text_.arg(QFileInfo(file).fileName()));
+  bar_->setRange(0, total > 0 ? kSteps : 0);
   bar_->setValue(total > 0 ? int(kSteps * (double(qBound<qint64>(0, done, total)) / double(total))) : 0);
 }
 

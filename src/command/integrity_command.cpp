@@ -26,12 +26,17 @@ void writeFault(CommandCall& call, const IntegrityFault& fault) {
 
 int checkDatabase(CommandCall& call) {
   const std::shared_ptr<Database> store = openStore(call.doors, call.name, call.arguments.first());
-  const IntegrityReport report = checkIntegrity(
+  IntegrityReport report = checkIntegrity(
       *store, [&](const IntegrityFault& fault) { writeFault(call, fault); },
       [&](qint64 done, qint64 all) {
         call.console.progress(call.arguments.first(), done, all);
         return true;
       });
+  // What a real database has lost is not in its copy.
+  if (const auto real = call.doors.workspace->realDatabase(*store); real && !real->isComplete) {
+    writeFault(call, {{}, real->warning()});
+    ++report.faults;
+  }
   if (!call.json()) {
     QByteArray line;
     appendPrintable(

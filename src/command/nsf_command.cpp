@@ -1,6 +1,5 @@
 // nsf: what a real database of the platform holds, straight from its file; nothing is copied or kept.
 #include <QJsonDocument>
-#include <algorithm>
 
 #include "command/command_functions.h"
 #include "command/command_table.h"
@@ -63,11 +62,8 @@ void writeText(CommandCall& call, const NsfStub& stub) {
   call.console.out().line(line + "  " + stub.unid.text().toLatin1());
 }
 
-// What was found and could not be shown.
 int exitCodeOf(const NsfReport& report) {
-  const bool damaged = std::any_of(report.problems.cbegin(), report.problems.cend(),
-                                   [](const NsfProblem& problem) { return !problem.isWarning; });
-  return damaged || report.moreProblems > 0 ? exitcode::Found : exitcode::Done;
+  return report.isComplete() ? exitcode::Done : exitcode::Found;
 }
 
 // Reads every note, since the report counts what it meets.

@@ -95,8 +95,23 @@ class Runner {
     if (!given.isEmpty()) place_ = given.first();
     Doors doors = command.needsWorkspace ? open_(parser.value(u"workspace"_s))
                                          : Doors{nullptr, nullptr, nullptr, Regional(QLocale())};
+    if (doors.workspace) watchRealDatabases(*doors.workspace);
     CommandCall call{subject_, given, parser, console_, doors};
     return command.run(call);
+  }
+
+  // A real database is read when a command first names it, which may take long.
+  void watchRealDatabases(Workspace& workspace) {
+    workspace.watchRealDatabases({[this](const QString& file, qint64 done, qint64 all) {
+                                    console_.progress(file, done, all);
+                                    return true;
+                                  },
+                                  [this](const RealDatabase& opened) {
+                                    const QString warning = opened.warning();
+                                    if (!warning.isEmpty())
+                                      console_.say(u"%1: %2: %3 (\"nsf info\" tells what and why)"_s.arg(
+                                          subject_, opened.source, warning));
+                                  }});
   }
 
   int print(const QString& text) {

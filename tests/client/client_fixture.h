@@ -31,7 +31,7 @@ using namespace Qt::StringLiterals;
 // Answers that a test has prepared; asked counts the questions.
 struct ScriptedChoice : FileChoice {
   QStringList files;
-  QString directory, name, target, database;
+  QString directory, name, target, database, report;
   int asked = 0;
   QStringList dxlFiles(QWidget*) override { return ++asked, files; }
   QString databaseFile(QWidget*) override { return ++asked, database; }
@@ -39,6 +39,7 @@ struct ScriptedChoice : FileChoice {
   QString exportFile(QWidget*, const QString& suggestion) override {
     return ++asked, target.isEmpty() ? QString() : target + u'/' + suggestion;
   }
+  QString reportFile(QWidget*, const QString&) override { return ++asked, report; }
   QString databaseName(QWidget*, const QString&) override { return ++asked, name; }
 };
 

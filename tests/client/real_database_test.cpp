@@ -1,5 +1,8 @@
 // Real databases of the platform in the client window: opened from wherever they lie, and only to be read.
+#include <QJsonDocument>
+#include <QProgressBar>
 #include <QStatusBar>
+#include <QTimer>
 
 #include "client/client_fixture.h"
 #include "embedded/nsf/made_samples.h"
@@ -12,10 +15,21 @@ class RealInClient : public Client {
  protected:
   RealInClient() {
     path = directory.path() + u"/far away.nsf"_s;
+    write(made::sampleDatabase());
+  }
+  void write(const made::MadeDatabase& described) {
     QFile file(path);
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(made::makeFile(made::sampleDatabase()).bytes);
+    file.write(made::makeFile(described).bytes);
   }
+  // Enough to be read for some time.
+  void writeMany() {
+    made::MadeDatabase described;
+    described.bucketSize = 32768;
+    for (quint32 i = 0; i < 4000; ++i) described.add(made::document(i, "letter"));
+    write(described);
+  }
+  bool isAnythingKept() const { return QFileInfo::exists(workspace->directory() + u"/cache/nsf"_s); }
   void openFile() {
     choice->database = path;
     trigger("openFileAction");
@@ -85,6 +99,124 @@ TEST_F(RealInClient, AFileThatIsNoneIsTold) {
   openFile();
   EXPECT_TRUE(error().contains(u"far away.nsf"_s)) << error().toStdString();
   EXPECT_FALSE(workspace->client().database());
+}
+
+TEST_F(RealInClient, TheWindowLivesOnWhileAFileIsRead) {
+  writeMany();
+  start();
+  int beats = 0;
+  bool barSeen = false, progressSeen = false;
+  QString refused;
+  QTimer heart;
+  QObject::connect(&heart, &QTimer::timeout, window.get(), [&] {
+    barSeen |= part<QWidget>("importBar").isVisible();
+    progressSeen |= part<QProgressBar>("importProgress").value() > 0;
+    if (++beats != 1) return;
+    trigger("importFilesAction");
+    refused = error();
+  });
+  heart.start(5);
+  openFile();
+  EXPECT_GT(beats, 3);
+  EXPECT_TRUE(barSeen);
+  EXPECT_TRUE(progressSeen);
+  EXPECT_TRUE(refused.contains(u"A database is being read"_s)) << refused.toStdString();
+  EXPECT_FALSE(part<QWidget>("importBar").isVisible());
+  ASSERT_TRUE(workspace->client().database());
+  EXPECT_EQ(table().model()->rowCount(), 4000);
+}
+
+TEST_F(RealInClient, ACancelledReadingLeavesNothing) {
+  writeMany();
+  start();
+  openMail();
+  QTimer::singleShot(0, window.get(), [&] { part<QPushButton>("importCancel").click(); });
+  openFile();
+  EXPECT_EQ(error(), QString());
+  EXPECT_FALSE(isAnythingKept());
+  EXPECT_EQ(workspace->client().database()->path, u"mail.nsf"_s) << "what was open stays open";
+  EXPECT_FALSE(part<QWidget>("importBar").isVisible());
+  openFile();
+  EXPECT_EQ(table().model()->rowCount(), 4000);
+}
+
+TEST_F(RealInClient, AWindowDestroyedWhileAFileIsReadEndsIt) {
+  writeMany();
+  start();
+  QTimer::singleShot(0, qApp, [&] { window.reset(); });
+  openFile();
+  EXPECT_EQ(window, nullptr);
+  EXPECT_FALSE(isAnythingKept());
+}
+
+TEST_F(RealInClient, AFileThatIsReadAlreadyOpensBesideOtherWork) {
+  workspace->database({}, path);
+  start();
+  openMail();
+  for (int i = 0; i < 2000; ++i) save(memo(u"pump %1"_s.arg(i)));
+  bool opened = false;
+  QTimer::singleShot(0, window.get(), [&] {
+    opened = part<QWidget>("importBar").isVisible() && window->openDatabase({QString(), path});
+  });
+  trigger("createIndexAction");
+  EXPECT_TRUE(opened);
+}
+
+TEST_F(RealInClient, WarnsOnceWhereNotAllCanBeShown) {
+  write(made::sampleWithALostNote());
+  start();
+  openFile();
+  const auto real = workspace->realDatabase(*workspace->database({}, path));
+  EXPECT_TRUE(error().contains(real->warning())) << error().toStdString();
+  EXPECT_TRUE(error().contains(u"far away.nsf"_s)) << error().toStdString();
+  EXPECT_TRUE(window->windowTitle().contains(
+      u"%1 of %2 notes read"_s.arg(real->notesFound - 1).arg(real->notesFound)));
+  part<QPushButton>("errorDismiss").click();
+  table().setCurrentIndex(table().model()->index(0, 0));
+  trigger("openDocumentAction");
+  EXPECT_EQ(page(), u"reader"_s);
+  EXPECT_EQ(error(), QString());
+  window->closeDatabase();
+  openFile();
+  EXPECT_NE(error(), QString()) << "opened again, it is told again";
+}
+
+TEST_F(RealInClient, AWholeFileIsOpenedWithoutAWarning) {
+  start();
+  EXPECT_FALSE(part<QAction>("readingReportAction").isEnabled());
+  openFile();
+  EXPECT_EQ(error(), QString());
+  EXPECT_TRUE(part<QAction>("readingReportAction").isEnabled());
+  openMail();
+  EXPECT_FALSE(part<QAction>("readingReportAction").isEnabled());
+}
+
+TEST_F(RealInClient, ItsReportIsShownAndSavedAsTextAndAsJson) {
+  write(made::sampleWithALostNote());
+  start();
+  openFile();
+  trigger("readingReportAction");
+  EXPECT_TRUE(report().contains(u"Notes: "_s) && report().contains(u"the record there is that of note"_s))
+      << report().toStdString();
+  QPushButton* save = nullptr;
+  for (QPushButton* button : window->findChild<QDialog*>(u"ImportReport"_s)->findChildren<QPushButton*>())
+    if (button->text() == u"&Save..."_s) save = button;
+  ASSERT_TRUE(save);
+  save->click();  // the user gives up
+  EXPECT_EQ(error(), QString());
+  const auto saved = [&](const QString& name) {
+    choice->report = directory.filePath(name);
+    save->click();
+    QFile file(choice->report);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << error().toStdString();
+    return file.readAll();
+  };
+  EXPECT_EQ(QString::fromUtf8(saved(u"what.txt"_s)), report());
+  const QJsonDocument json = QJsonDocument::fromJson(saved(u"what.JSON"_s));
+  EXPECT_EQ(json[u"notesRead"_s].toInt(), json[u"notesFound"_s].toInt() - 1);
+  choice->report = directory.filePath(u"none/what.txt"_s);
+  save->click();
+  EXPECT_TRUE(error().contains(u"what.txt"_s)) << error().toStdString();
 }
 
 }  // namespace

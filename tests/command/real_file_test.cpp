@@ -1,4 +1,6 @@
 // What is told of real databases of the platform, and of the formulas in a design.
+#include <QRegularExpression>
+
 #include "command/command_fixture.h"
 #include "embedded/format/source_formula.h"
 #include "embedded/formula/compiled/compiled_writer.h"
@@ -81,6 +83,49 @@ TEST_F(RealFile, IsReadByOtherCommandsInThePlaceOfADatabase) {
   const CommandResult result = run({u"documents"_s, path()});
   EXPECT_EQ(result.code, exitcode::Done) << result.error.toStdString();
   EXPECT_TRUE(result.out.contains(eightDigits(ids.plain))) << result.out.toStdString();
+}
+
+TEST_F(RealFile, HowFarTheReadingIsStandsOnATerminalOnly) {
+  EXPECT_EQ(run({u"documents"_s, path()}).error, QString());
+  QDir(place() + u"/cache"_s).removeRecursively();
+  showsProgress = true;
+  const CommandResult result = run({u"documents"_s, path()});
+  const QRegularExpression half(QRegularExpression::escape(path()) + u": 5\\d %"_s);
+  EXPECT_TRUE(result.error.contains(half)) << result.error.toStdString();
+  EXPECT_EQ(result.code, exitcode::Done);
+}
+
+TEST_F(RealFile, AReadingThatIsInterruptedLeavesNothing) {
+  interruptAfter = 4;
+  const CommandResult result = run({u"documents"_s, path()});
+  EXPECT_EQ(result.code, exitcode::Interrupted) << result.error.toStdString();
+  EXPECT_EQ(result.out, QString());
+  EXPECT_FALSE(QFileInfo::exists(place() + u"/cache"_s));
+}
+
+// Whatever the command is, its user is told that he does not see all.
+TEST_F(RealFile, WhatCannotBeShownIsAWarningOfEveryCommand) {
+  write(path(), made::makeFile(made::sampleWithALostNote(&ids)).bytes);
+  const QString plain = eightDigits(ids.plain);
+  for (const QStringList& command : {QStringList{u"documents"_s, path()},
+                                     {u"show"_s, path(), plain},
+                                     {u"items"_s, path()},
+                                     {u"items"_s, path(), plain},
+                                     {u"export"_s, path()},
+                                     {u"export"_s, path(), u"--csv"_s},
+                                     {u"export"_s, path(), u"--json"_s},
+                                     {u"evaluate"_s, path(), plain, u"Form"_s},
+                                     {u"compare"_s, path(), path()},
+                                     {u"attachments"_s, path()},
+                                     {u"formulas"_s, path()},
+                                     {u"integrity"_s, path()}}) {
+    const CommandResult result = run(command);
+    const int code = command.first() == u"integrity" ? exitcode::Found : exitcode::Done;
+    EXPECT_EQ(result.code, code) << command.first().toStdString() << ": " << result.error.toStdString();
+    ASSERT_EQ(result.errorLines().size(), 1) << command.first().toStdString();
+    EXPECT_TRUE(result.error.startsWith(command.first() + u": "_s + path() + u": "_s));
+    EXPECT_TRUE(result.error.contains(u" notes read: not all"_s)) << result.error.toStdString();
+  }
 }
 
 TEST_F(RealFile, FormulasOfADesignAreListedWithTheirSource) {

@@ -12,14 +12,18 @@ constexpr qint64 kTurnBytes = 16 * 1024 * 1024;
 
 class NsfCopying {
  public:
-  NsfCopying(NsfDatabase& source, const QString& target)
+  NsfCopying(NsfDatabase& source, const QString& target, const NsfCopyProgress& tell)
       : source_(source),
+        tell_(tell),
         database_(Database::create(target, infoOfNsf(source.properties()))),
         notes_(*database_) {}
 
   NsfCopyCounts run() {
     begin();
-    source_.forEachNote([this](NsfNote& note) {
+    const qint64 all = source_.report().notesProven;
+    qint64 done = 0;
+    source_.forEachNote([&](NsfNote& note) {
+      if (tell_) tell_(done++, all);
       take(note);
       return true;
     });
@@ -83,6 +87,7 @@ class NsfCopying {
   }
 
   NsfDatabase& source_;
+  const NsfCopyProgress& tell_;
   std::shared_ptr<Database> database_;
   ExactNotes notes_;
   std::optional<Database::Transaction> transaction_;
@@ -102,8 +107,8 @@ DatabaseInfo infoOfNsf(const NsfProperties& properties) {
   return info;
 }
 
-NsfCopyCounts copyNsf(NsfDatabase& source, const QString& target) {
-  return NsfCopying(source, target).run();
+NsfCopyCounts copyNsf(NsfDatabase& source, const QString& target, const NsfCopyProgress& tell) {
+  return NsfCopying(source, target, tell).run();
 }
 
 }  // namespace lens

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
 #include "embedded/nsf/nsf_database.h"
 #include "embedded/store/database.h"
@@ -17,8 +18,10 @@ struct NsfCopyCounts {
 
 // Reads the notes into a new database with their IDs, UNIDs, sequence numbers, times, classes, item flags and
 // order of items, and puts documents into their folders. Bytes of attachments stay where they are. The report
-// of the source is complete afterwards. Raises what creating and writing a database raises.
-NsfCopyCounts copyNsf(NsfDatabase& source, const QString& target);
+// of the source is complete afterwards. How many notes of all were read is told on the way. Raises what
+// creating and writing a database raises.
+using NsfCopyProgress = std::function<void(qint64 done, qint64 all)>;
+NsfCopyCounts copyNsf(NsfDatabase& source, const QString& target, const NsfCopyProgress& tell = {});
 
 // How its header describes a real database.
 DatabaseInfo infoOfNsf(const NsfProperties& properties);

@@ -2,6 +2,7 @@
 
 #include <QJsonArray>
 #include <QStringList>
+#include <algorithm>
 
 #include "notes/literals.h"
 
@@ -81,6 +82,11 @@ void NsfReport::add(NsfProblem problem) {
     ++moreProblems;
 }
 
+bool NsfReport::isComplete() const {
+  return moreProblems == 0 && std::all_of(problems.cbegin(), problems.cend(),
+                                          [](const NsfProblem& problem) { return problem.isWarning; });
+}
+
 QString NsfReport::text() const {
   QStringList lines;
   if (!path.isEmpty()) lines += u"File: "_s + path;
@@ -151,6 +157,7 @@ QJsonObject NsfReport::json() const {
           {u"listedDocuments"_s, listedDocuments},
           {u"listedButMissing"_s, listedButMissing},
           {u"foundButUnlisted"_s, foundButUnlisted},
+          {u"complete"_s, isComplete()},
           {u"notesRead"_s, notesRead},
           {u"items"_s, items},
           {u"itemsDamaged"_s, itemsDamaged},

@@ -69,6 +69,8 @@ struct NsfReport {
   int moreProblems = 0;
 
   void add(NsfProblem problem);
+  // Whether all that was looked at could be shown.
+  bool isComplete() const;
   // For people, with line feeds; for programs.
   QString text() const;
   QJsonObject json() const;

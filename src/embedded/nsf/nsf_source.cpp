@@ -38,6 +38,7 @@ std::unique_ptr<NsfFileSource> NsfFileSource::open(const QString& path, QString&
 NsfFileSource::NsfFileSource(std::unique_ptr<QFile> file) : NsfSource(file->size()), file_(std::move(file)) {}
 
 bool NsfFileSource::readInside(qint64 at, qint64 count, char* bytes) const {
+  if (watch_ && !watch_()) throw NsfReadingEnded();
   if (!file_->seek(at)) return false;
   while (count > 0) {
     const qint64 got = file_->read(bytes, count);

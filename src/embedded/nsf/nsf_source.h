@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QFile>
 #include <QString>
+#include <functional>
 #include <memory>
 
 namespace lens {
@@ -31,6 +32,9 @@ class NsfSource {
   qint64 size_;
 };
 
+// Raised out of a reading that its watch has ended.
+struct NsfReadingEnded {};
+
 // A file on disk, opened for reading only, and so that others may go on to read and write it. Its pieces are
 // read and not mapped: where a mapped file is cut short by another program, or its network drive goes away,
 // the system would end this one.
@@ -40,11 +44,14 @@ class NsfFileSource : public NsfSource {
   // pipe.
   static std::unique_ptr<NsfFileSource> open(const QString& path, QString& reason);
   QString path() const override { return file_->fileName(); }
+  // Asked before each piece: when it says false, the reading raises NsfReadingEnded.
+  void setWatch(std::function<bool()> watch) { watch_ = std::move(watch); }
 
  private:
   explicit NsfFileSource(std::unique_ptr<QFile> file);
   bool readInside(qint64 at, qint64 count, char* bytes) const override;
   std::unique_ptr<QFile> file_;
+  std::function<bool()> watch_;
 };
 
 // Bytes in memory.

@@ -22,7 +22,7 @@ namespace lens {
 namespace {
 
 // The layout of what is kept: copies of an earlier one are made anew.
-constexpr char kCopyVersion[] = "1";
+constexpr char kCopyVersion[] = "2";
 constexpr qsizetype kDigits = 16;
 
 QString shortDigest(const QByteArray& bytes) {
@@ -43,18 +43,30 @@ bool holdsCopy(const QString& folder, const QString& source) {
 }
 constexpr QLatin1String kWithWords = "-words"_L1;
 
-// The state by the bytes, and by what the system says of the file.
-QByteArray fullStateOf(const QString& path, const NsfSource& source) {
-  const qint64 time = QFileInfo(path).lastModified().toMSecsSinceEpoch();
-  return nsfStateOf(source) + '/' + QByteArray::number(time) + '/' + kCopyVersion;
-}
-
 std::unique_ptr<NsfFileSource> requireSource(const QString& path) {
   QString reason;
   auto source = NsfFileSource::open(path, reason);
   if (!source) failWorkspace(enginefault::CannotOpen, path, u"the file cannot be read (%1)"_s.arg(reason));
   return source;
 }
+
+// Where the copies of a file in the state in which it is now lie.
+struct CopyPlace {
+  QString file;
+  QByteArray state;  // by its bytes
+  QString prefix;    // of the folders of all states
+  QString plain;     // the folder
+
+  CopyPlace(const QString& root, const QString& path)
+      : file(OpenDatabases::trueFile(path)),
+        state(nsfStateOf(*requireSource(file))),
+        prefix(shortDigest(file.toUtf8()) + u'-') {
+    const qint64 time = QFileInfo(file).lastModified().toMSecsSinceEpoch();
+    plain = root + u'/' + prefix + shortDigest(state + '/' + QByteArray::number(time) + '/' + kCopyVersion);
+  }
+  // The one with an index first.
+  QStringList folders() const { return {plain + kWithWords, plain}; }
+};
 
 void requireReadable(const NsfDatabase& database, const QString& path) {
   const QString& reason = database.report().refused;
@@ -109,11 +121,58 @@ QByteArray contentOf(const QString& path) {
 RealDatabase describeBy(const QString& folder, const QString& source) {
   RealDatabase real;
   real.source = source;
-  const QJsonObject report = QJsonDocument::fromJson(contentOf(reportPathIn(folder, "json"_L1))).object();
+  real.reportJson = contentOf(reportPathIn(folder, "json"_L1));
+  const QJsonObject report = QJsonDocument::fromJson(real.reportJson).object();
   real.notesFound = report[u"notesFound"_s].toInt();
   real.notesRead = report[u"notesRead"_s].toInt();
+  real.isComplete = report[u"complete"_s].toBool();
   real.reportText = QString::fromUtf8(contentOf(reportPathIn(folder, "txt"_L1)));
   return real;
+}
+
+// What a process that died left of an earlier attempt.
+void removeUnfinished(const QString& copy) {
+  if (!QFileInfo::exists(copy)) return;
+  QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
+  QFile::remove(copy);
+}
+
+[[noreturn]] void refuseRestless(const QString& path) {
+  failWorkspace(enginefault::CannotOpen, path, u"the file changes while it is read; open it again"_s);
+}
+
+using Going = std::function<bool(qint64 done, qint64 all)>;
+
+// False, and nothing is left, where another program wrote the file meanwhile: what was read must be of one
+// state. Raises NsfReadingEnded when it is not to go on.
+bool makeCopy(const QString& root, const CopyPlace& place, const Going& go) {
+  MadeFolders folders(place.plain);
+  if (!folders.areReady())
+    failWorkspace(enginefault::CannotOpen, place.plain, u"the directory cannot be made"_s);
+  const QString copy = copyPathIn(place.plain, place.file);
+  auto source = requireSource(place.file);
+  qint64 done = 0, all = 0;
+  source->setWatch([&] { return go(done, all); });
+  NsfDatabase database(std::move(source));
+  requireReadable(database, place.file);
+  StagedFile fresh(copy, StagedFile::Old::Replace);
+  copyNsf(database, fresh.path(), [&](qint64 notes, qint64 ofAll) {
+    done = notes;
+    all = ofAll;
+    if (!go(done, all)) throw NsfReadingEnded();
+  });
+  fillFolders(database, *Database::open(fresh.path()));
+  if (database.hasChangedSince() || CopyPlace(root, place.file).plain != place.plain) return false;
+  fresh.requireWhole();
+  seal(fresh.path());
+  removeUnfinished(copy);
+  fresh.putInPlace();
+  NsfReport report = database.report();
+  report.path = place.file;
+  replaceWhole(reportPathIn(place.plain, "txt"_L1), report.text().toUtf8());
+  replaceWhole(reportPathIn(place.plain, "json"_L1), QJsonDocument(report.json()).toJson());
+  folders.keep();
+  return true;
 }
 
 }  // namespace
@@ -122,6 +181,11 @@ QString RealDatabase::line() const {
   return u"read-only copy of %1, %2 of %3 notes read"_s.arg(QFileInfo(source).fileName())
       .arg(notesRead)
       .arg(notesFound);
+}
+
+QString RealDatabase::warning() const {
+  if (isComplete) return {};
+  return u"%1 of %2 notes read: not all that the file holds can be shown"_s.arg(notesRead).arg(notesFound);
 }
 
 bool RealDatabases::isReal(const QString& path) {
@@ -139,28 +203,49 @@ std::shared_ptr<Database> RealDatabases::openWithoutSource(const QString& path) 
 }
 
 std::shared_ptr<Database> RealDatabases::open(const QString& path) {
-  const QString file = OpenDatabases::trueFile(path);
-  const auto source = requireSource(file);
-  const QByteArray state = fullStateOf(file, *source);
-  const QString root = directory_ + u"/cache/nsf"_s, prefix = shortDigest(file.toUtf8()) + u'-';
-  const QString plain = root + u'/' + prefix + shortDigest(state);
-  for (const QString& folder : {plain + kWithWords, plain}) {
-    if (!holdsCopy(folder, file)) continue;
+  if (auto copy = openKept(path)) return copy;
+  const auto go = [&](qint64 done, qint64 all) { return !watch_.reading || watch_.reading(path, done, all); };
+  if (!read(path, go)) failWorkspace(enginefault::CannotOpen, path, u"the reading was ended"_s);
+  if (auto copy = openKept(path)) return copy;
+  refuseRestless(path);
+}
+
+std::shared_ptr<Database> RealDatabases::openKept(const QString& path) {
+  const CopyPlace place(root(), path);
+  for (const QString& folder : place.folders()) {
+    if (!holdsCopy(folder, place.file)) continue;
     try {
-      const auto database = openCopy(copyPathIn(folder, file), file, nsfStateOf(*source));
+      auto database = Database::open(copyPathIn(folder, place.file));
+      if (!database->objects().hasOutside())
+        database->objects().setOutside(std::make_unique<NsfObjects>(place.file, place.state));
+      remember(*database, folder, place.file);
       copies_.insert(path, database->path());
-      removeEarlier(prefix, QFileInfo(folder).fileName());
+      removeEarlier(place.prefix, QFileInfo(folder).fileName());
       return database;
     } catch (const RuntimeError& error) {
       if (error.number() != enginefault::Damaged && error.number() != enginefault::NewerSchema) throw;
       removeFolder(folder);
     }
   }
-  makeCopy(file, state, plain);
-  removeEarlier(prefix, QFileInfo(plain).fileName());
-  const QString copy = copyPathIn(plain, file);
-  copies_.insert(path, copy);
-  return openCopy(copy, file, nsfStateOf(*source));
+  return nullptr;
+}
+
+bool RealDatabases::isRead(const QString& path) const {
+  const CopyPlace place(root(), path);
+  const QStringList folders = place.folders();
+  return std::any_of(folders.begin(), folders.end(),
+                     [&](const QString& folder) { return holdsCopy(folder, place.file); });
+}
+
+bool RealDatabases::read(const QString& path, const Going& go) const {
+  constexpr int kTries = 3;
+  try {
+    for (int attempt = 0; attempt < kTries; ++attempt)
+      if (makeCopy(root(), CopyPlace(root(), path), go)) return true;
+  } catch (const NsfReadingEnded&) {
+    return false;
+  }
+  refuseRestless(path);
 }
 
 bool RealDatabases::indexCopy(const QString& copy, const std::function<bool(qint64 done, qint64 total)>& go) {
@@ -184,53 +269,24 @@ bool RealDatabases::indexCopy(const QString& copy, const std::function<bool(qint
   return true;
 }
 
-void RealDatabases::makeCopy(const QString& path, const QByteArray& state, const QString& folder) {
-  MadeFolders folders(folder);
-  if (!folders.areReady()) failWorkspace(enginefault::CannotOpen, folder, u"the directory cannot be made"_s);
-  const QString copy = copyPathIn(folder, path);
-  // Another program may write the file meanwhile: what was read must be of one state.
-  constexpr int kTries = 3;
-  for (int attempt = 1;; ++attempt) {
-    NsfDatabase database(requireSource(path));
-    requireReadable(database, path);
-    StagedFile fresh(copy, StagedFile::Old::Replace);
-    copyNsf(database, fresh.path());
-    if (database.hasChangedSince() && attempt < kTries) continue;
-    if (database.hasChangedSince() || fullStateOf(path, *requireSource(path)) != state)
-      failWorkspace(enginefault::CannotOpen, path, u"the file changes while it is read; open it again"_s);
-    fillFolders(database, *Database::open(fresh.path()));
-    fresh.requireWhole();
-    seal(fresh.path());
-    fresh.putInPlace();
-    NsfReport report = database.report();
-    report.path = path;
-    replaceWhole(reportPathIn(folder, "txt"_L1), report.text().toUtf8());
-    replaceWhole(reportPathIn(folder, "json"_L1), QJsonDocument(report.json()).toJson());
-    folders.keep();
-    return;
-  }
-}
-
 // One copy for each file: the states before are of no use to anybody.
 void RealDatabases::removeEarlier(const QString& prefix, const QString& except) const {
-  const QDir root(directory_ + u"/cache/nsf"_s);
-  for (const QString& name : root.entryList({prefix + u'*'}, QDir::Dirs | QDir::NoDotAndDotDot)) {
+  const QDir all(root());
+  for (const QString& name : all.entryList({prefix + u'*'}, QDir::Dirs | QDir::NoDotAndDotDot)) {
     if (name == except) continue;
-    const QStringList copies = QDir(root.filePath(name)).entryList({u"*.nsf"_s, u"*.ntf"_s}, QDir::Files);
-    const bool isOpen = std::any_of(copies.begin(), copies.end(), [&](const QString& copy) {
-      return HeldFile::isHeld(FileIdentity::of(root.filePath(name + u'/' + copy)));
+    const QStringList files = QDir(all.filePath(name)).entryList(QDir::Files);
+    const bool isOpen = std::any_of(files.begin(), files.end(), [&](const QString& file) {
+      return HeldFile::isHeld(FileIdentity::of(all.filePath(name + u'/' + file)));
     });
-    if (!isOpen) removeFolder(root.filePath(name));
+    if (!isOpen) removeFolder(all.filePath(name));
   }
 }
 
-std::shared_ptr<Database> RealDatabases::openCopy(const QString& copy, const QString& path,
-                                                  const QByteArray& state) {
-  std::shared_ptr<Database> database = Database::open(copy);
-  if (!database->objects().hasOutside())
-    database->objects().setOutside(std::make_unique<NsfObjects>(path, state));
-  known_.insert(database->path(), describeBy(QFileInfo(copy).path(), path));
-  return database;
+// Told once for each copy.
+void RealDatabases::remember(const Database& copy, const QString& folder, const QString& source) {
+  if (known_.contains(copy.path())) return;
+  const auto known = known_.insert(copy.path(), describeBy(folder, source));
+  if (watch_.opened) watch_.opened(*known);
 }
 
 std::optional<RealDatabase> RealDatabases::describe(const Database& database) const {

@@ -81,6 +81,8 @@ class Workspace {
   std::shared_ptr<Database> createDatabase(const QString& server, const QString& path,
                                            const DatabaseInfo& info, bool replace = false);
 
+  // Real databases are read and opened by database(), whoever asks for one.
+  void watchRealDatabases(RealDatabaseWatch watch) { real_.setWatch(std::move(watch)); }
   // How a real database was read; none for one of ours.
   std::optional<RealDatabase> realDatabase(const Database& database) const {
     return real_.describe(database);

@@ -172,6 +172,16 @@ MadeDatabase sampleDatabase(SampleIds* wanted) {
   return database;
 }
 
+MadeDatabase sampleWithALostNote(SampleIds* wanted) {
+  SampleIds ids;
+  MadeDatabase database = sampleDatabase(&ids);
+  database.change = [lost = ids.inRecord](MadePart part, quint32 number, QByteArray& bytes) {
+    if (part == MadePart::Record && number == lost) put32(bytes, 6, lost + 4);
+  };
+  if (wanted) *wanted = ids;
+  return database;
+}
+
 namespace {
 
 class RandomDatabase {

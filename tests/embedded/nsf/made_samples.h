@@ -24,6 +24,8 @@ struct SampleIds {
 };
 QByteArray sampleContent();  // of each attachment
 MadeDatabase sampleDatabase(SampleIds* ids = nullptr);
+// The same with one note, inRecord, whose record says that it is another one.
+MadeDatabase sampleWithALostNote(SampleIds* ids = nullptr);
 
 // The same for the same seed. All storage is random too.
 MadeDatabase randomDatabase(quint32 seed, int notes);

@@ -4,9 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QDirIterator>
-
 #include "embedded/nsf/nsf_test.h"
+#include "embedded/nsf/open_modes.h"
 
 namespace lens::made {
 namespace {
@@ -65,20 +64,6 @@ TEST_F(NsfOnDisk, AFileThatCannotBeReadSaysSo) {
   EXPECT_FALSE(reason.isEmpty());
 }
 
-// How the process holds the file: the flags of every descriptor on it.
-QVector<int> modesOf(const QString& path) {
-  struct stat wanted {};
-  stat(QFile::encodeName(path).constData(), &wanted);
-  QVector<int> modes;
-  for (QDirIterator all(u"/proc/self/fd"_s); all.hasNext();) {
-    const int descriptor = QFileInfo(all.next()).fileName().toInt();
-    struct stat held {};
-    if (fstat(descriptor, &held) == 0 && held.st_ino == wanted.st_ino && held.st_dev == wanted.st_dev)
-      modes.push_back(fcntl(descriptor, F_GETFL));
-  }
-  return modes;
-}
-
 TEST_F(NsfOnDisk, BytesTimesAndModeStayAsTheyWere) {
   const auto long_ago = timespec{1'000'000'000, 123'000'000};
   const timespec times[2] = {long_ago, long_ago};
@@ -92,7 +77,7 @@ TEST_F(NsfOnDisk, BytesTimesAndModeStayAsTheyWere) {
     {
       const auto read = open(path);
       ASSERT_TRUE(read) << reason.toStdString();
-      const QVector<int> modes = modesOf(path);
+      const QVector<int> modes = openModesOf(path);
       EXPECT_FALSE(modes.isEmpty());
       for (const int mode : modes) EXPECT_EQ(mode & O_ACCMODE, O_RDONLY);
       EXPECT_EQ(difference(*read, described).toStdString(), "");
@@ -107,7 +92,7 @@ TEST_F(NsfOnDisk, BytesTimesAndModeStayAsTheyWere) {
     EXPECT_TRUE(contentOf(path) == file.bytes);
     EXPECT_EQ(QDir(directory.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
               QStringList{u"real.nsf"_s});
-    EXPECT_TRUE(modesOf(path).isEmpty());
+    EXPECT_TRUE(openModesOf(path).isEmpty());
   }
 }
 
