@@ -11,6 +11,8 @@ namespace lens {
 namespace {
 
 void importAcl(ImportContext& context) {
+  QString mark;
+  if (readMark(context.in, exactmark::kNoteFollows, mark)) return context.in.skip();
   Note note;
   const bool hasHeader = readAcl(context, note);
   saveImported(context, note, hasHeader ? UnidOf::File : UnidOf::Present);

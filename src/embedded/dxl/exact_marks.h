@@ -26,6 +26,9 @@ inline constexpr QStringView kOrder = u"itemorder";
 // Of "acl": what "noteinfo" tells of other notes: UNID, sequence, then in hexadecimal class and the times of
 // sequence, creation, change, access and addition.
 inline constexpr QStringView kHeader = u"noteinfo";
+// Of "acl": its note has more than the element can hold and stands among the notes too, from which an import
+// takes it.
+inline constexpr QStringView kNoteFollows = u"notefollows";
 // Of "item": flags in hexadecimal.
 inline constexpr QStringView kFlags = u"itemflags";
 // Of "rawitemdata": the value was stored with counts that lead outside.

@@ -1,6 +1,7 @@
 #include "embedded/nsf/nsf_copy.h"
 
 #include "embedded/format/stored_lists.h"
+#include "embedded/nsf/nsf_acl_items.h"
 #include "embedded/store/exact_notes.h"
 #include "notes/literals.h"
 
@@ -16,7 +17,8 @@ class NsfCopying {
       : source_(source),
         tell_(tell),
         database_(Database::create(target, infoOfNsf(source.properties()))),
-        notes_(*database_) {}
+        notes_(*database_),
+        aclNote_(source.specialNote(noteclass::Acl)) {}
 
   NsfCopyCounts run() {
     begin();
@@ -45,6 +47,7 @@ class NsfCopying {
     }
     Note copy = note.toNote();
     copy.header.parent = parentOf(note);
+    if (note.header.id == aclNote_) addAccess(copy);
     if (notes_.add(copy))
       ++counts_.notes;
     else
@@ -71,6 +74,11 @@ class NsfCopying {
       ++counts_.doubled;
   }
 
+  // The list lies in an object of its own.
+  void addAccess(Note& copy) {
+    if (const std::optional<NsfAcl> acl = source_.acl()) addAclItems(*acl, copy);
+  }
+
   // A ghost that is no profile stands for a parent that is not there.
   static bool isHidden(const NsfNote& note) {
     if (note.isSoftDeleted()) return true;
@@ -90,6 +98,7 @@ class NsfCopying {
   const NsfCopyProgress& tell_;
   std::shared_ptr<Database> database_;
   ExactNotes notes_;
+  const NoteId aclNote_;
   std::optional<Database::Transaction> transaction_;
   qint64 inTurn_ = 0;
   NsfCopyCounts counts_;

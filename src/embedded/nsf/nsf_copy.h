@@ -17,7 +17,8 @@ struct NsfCopyCounts {
 };
 
 // Reads the notes into a new database with their IDs, UNIDs, sequence numbers, times, classes, item flags and
-// order of items, and puts documents into their folders. Bytes of attachments stay where they are. The report
+// order of items. Behind the items of the note of the access control list comes the list itself
+// (nsf_acl_items.h). Bytes of attachments stay where they are. The report
 // of the source is complete afterwards. How many notes of all were read is told on the way. Raises what
 // creating and writing a database raises.
 using NsfCopyProgress = std::function<void(qint64 done, qint64 all)>;

@@ -2,6 +2,7 @@
 // database.
 #include <random>
 
+#include "embedded/nsf/nsf_acl_items.h"
 #include "embedded/nsf/nsf_test.h"
 
 namespace lens::made {
@@ -205,6 +206,62 @@ TEST(NsfAcl, ChangedListsAreReadOrRefused) {
         EXPECT_EQ(acl->entries.size(), 2) << at;
       }
     }
+}
+
+// As an import of "acl" keeps them.
+QStringList textsOf(const Note& note, QStringView name) {
+  QStringList texts;
+  const Item* const item = note.find(name);
+  const Value values = item ? itemValues(*item) : Value();
+  for (int i = 0; values.isArray() && i <= values.upperBound(); ++i) texts += values.at(i).text();
+  return texts;
+}
+
+TEST(NsfAcl, AsItemsSaysWhatEachMayDo) {
+  NsfAcl acl;
+  acl.roleNames = {u""_s, u"(Old)"_s, u""_s, u""_s, u""_s, u"Clerk"_s, u"[Boss]"_s};
+  acl.history = {u"Ada added Carl"_s};
+  const auto entry = [&](const QString& name, int level, quint16 flags, const char* roles = "") {
+    acl.entries.push_back({name, level, flags, QByteArray::fromHex(roles).leftJustified(10, '\0')});
+  };
+  entry(u"-Default-"_s, 0, 0);
+  entry(u"Visitors"_s, 2, 0x0260);
+  entry(u"CN=Ada/O=T"_s, 3, 0x0125, "62");
+  entry(u"Writers"_s, 3, 0x0040);
+  entry(u"Mailers"_s, 1, 0);
+  entry(u"Servers; all of them"_s, 6, 0x0042, "40");
+  entry(u"CN=Hub/O=T"_s, 6, 0x07DA);
+  entry(u"CN=Carl/O=T"_s, 9, 0x1024);
+  Note note;
+  note.add(u"$ACLDigest"_s, 0, textValue(u"first"));
+  addAclItems(acl, note);
+  EXPECT_EQ(note.items.first().name, u"$ACLDigest");
+  const QString none =
+      u"createpersonalagents=false; createpersonalviews=false; createsharedviews=false; "
+      u"createlsjavaagents=false; readpublicdocs=false; writepublicdocs=false"_s;
+  QString scripts = none, reads = none, all = none;
+  scripts.replace(u"createlsjavaagents=false"_s, u"createlsjavaagents=true"_s);
+  reads.replace(u"readpublicdocs=false"_s, u"readpublicdocs=true"_s);
+  all.replace(u"false"_s, u"true"_s);
+  const QString may = u"createdocs=true; deletedocs=true; "_s,
+                mayNot = u"createdocs=false; deletedocs=false; "_s;
+  EXPECT_EQ(
+      textsOf(note, u"$ACLEntries").join(u'\n').toStdString(),
+      QStringList(
+          {u"-Default-; default=true; level=noaccess; type=unspecified; "_s + mayNot + none,
+           u"Visitors; level=reader; type=persongroup; "_s + mayNot + reads,
+           u"CN=Ada/O=T; level=author; type=person; "_s + mayNot + scripts +
+               u"; roles=(Old),[Clerk],[Boss]"_s,
+           u"Writers; level=author; type=mixedgroup; "_s + may + none,
+           u"Mailers; level=depositor; type=unspecified; createdocs=true; deletedocs=false; "_s + none,
+           u"Servers; all of them; level=manager; type=servergroup; "_s + may + none + u"; roles=[Boss]"_s,
+           u"CN=Hub/O=T; level=manager; type=servergroup; "_s + may + all,
+           u"CN=Carl/O=T; level=manager; type=person; createdocs=true; deletedocs=false; "_s + none})
+          .join(u'\n')
+          .toStdString());
+  EXPECT_EQ(textsOf(note, u"$ACLRoles"), QStringList({u"(Old)"_s, u"[Clerk]"_s, u"[Boss]"_s}));
+  EXPECT_EQ(textsOf(note, u"$ACLLog"), acl.history);
+  EXPECT_EQ(textsOf(note, u"$ACLAttributes"), QStringList());
 }
 
 }  // namespace

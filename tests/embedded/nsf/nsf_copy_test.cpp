@@ -2,6 +2,7 @@
 // order.
 #include "embedded/nsf/nsf_copy.h"
 
+#include "embedded/nsf/nsf_acl_items.h"
 #include "embedded/nsf/nsf_test.h"
 #include "embedded/views/folder_documents.h"
 
@@ -29,8 +30,11 @@ void expectCopied(const Database& copy, const MadeNote& made) {
   EXPECT_TRUE(isSame(note.header.modified, made.modified));
   EXPECT_TRUE(isSame(note.header.added, made.added));
   EXPECT_TRUE(isSame(note.header.accessed, made.accessed));
-  ASSERT_EQ(note.items.size(), made.items.size());
-  for (qsizetype i = 0; i < note.items.size(); ++i) {
+  // Behind its own items the note of the access control list has the list.
+  constexpr qsizetype kListItems = 4;
+  const bool hasList = (made.noteClass & 0x0FFF) == 0x0040;
+  ASSERT_EQ(note.items.size(), made.items.size() + (hasList ? kListItems : 0));
+  for (qsizetype i = 0; i < made.items.size(); ++i) {
     EXPECT_EQ(note.items[i].type(), made.items[i].type) << i;
     EXPECT_EQ(note.items[i].flags, made.items[i].flags) << i;
     EXPECT_EQ(note.items[i].data().toByteArray(), made.items[i].value) << i;
@@ -100,6 +104,37 @@ TEST_F(NsfCopy, OfTwoNotesWithOneUnidOneIsTaken) {
   Note note;
   EXPECT_TRUE(copy->notes().read(NoteId(ids.plain), note));
   EXPECT_FALSE(copy->notes().read(NoteId(ids.inRecord), note));
+}
+
+TEST_F(NsfCopy, TheAccessControlListStandsInItsNote) {
+  SampleIds ids;
+  const auto copy = copyOf(sampleDatabase(&ids));
+  Note note;
+  ASSERT_TRUE(copy->notes().read(NoteId(ids.acl), note));
+  QString entries = note.text(u"$ACLEntries");
+  EXPECT_TRUE(entries.startsWith(u"-Default-; default=true; level=reader; "_s)) << entries.toStdString();
+  EXPECT_TRUE(note.has(u"$ACLDigest"));
+  Note written = note;
+  written.items.clear();
+  addAclItems(*source->acl(), written);
+  for (const Item& item : std::as_const(written.items)) {
+    ASSERT_TRUE(note.find(item.name)) << item.name.toStdString();
+    EXPECT_EQ(note.find(item.name)->value, item.value);
+  }
+}
+
+TEST_F(NsfCopy, WithoutAReadableListTheNoteIsAsItIs) {
+  SampleIds ids;
+  MadeDatabase described = sampleDatabase(&ids);
+  described.change = [&ids](MadePart part, quint32 number, QByteArray& bytes) {
+    if (part == MadePart::Object && number == ids.accessList) put16(bytes, 115, 0x5858);
+  };
+  const auto copy = copyOf(described);
+  Note note;
+  ASSERT_TRUE(copy->notes().read(NoteId(ids.acl), note));
+  EXPECT_EQ(note.items.size(), described.note(ids.acl).items.size());
+  EXPECT_EQ(problemsOf(source->report(), NsfProblemKind::Acl), 1);
+  EXPECT_FALSE(source->report().isComplete());
 }
 
 }  // namespace

@@ -5,7 +5,11 @@
 
 #include "embedded/capi/embedded_capi.h"
 #include "embedded/capi/status.h"
+#include "embedded/checks/database_comparison.h"
+#include "embedded/dxl/dxl_exporter.h"
+#include "embedded/dxl/dxl_importer.h"
 #include "embedded/model/embedded_gateway.h"
+#include "embedded/nsf/nsf_acl_items.h"
 #include "embedded/nsf/nsf_test.h"
 #include "embedded/nsf/open_modes.h"
 #include "embedded/search/full_text.h"
@@ -64,7 +68,8 @@ TEST_F(RealDatabases, HaveTheNotesOfTheFileWithAllTheirNumbers) {
     EXPECT_TRUE(sameTimeDate(here.header.modified, note.header.modified));
     EXPECT_TRUE(sameTimeDate(here.header.added, note.header.added));
     EXPECT_TRUE(sameTimeDate(here.header.accessed, note.header.accessed));
-    const Note wanted = note.toNote();
+    Note wanted = note.toNote();
+    if (note.header.id == NoteId(ids.acl)) addAclItems(*real->acl(), wanted);
     EXPECT_EQ(here.items.size(), wanted.items.size());
     for (qsizetype i = 0; i < qMin(here.items.size(), wanted.items.size()); ++i) {
       EXPECT_EQ(here.items[i].name, wanted.items[i].name);
@@ -326,6 +331,32 @@ TEST_F(RealDatabases, ADamagedCopyIsMadeAnew) {
   ASSERT_TRUE(file.resize(8192));
   file.close();
   EXPECT_EQ(open()->notes().state(NoteId(ids.plain)), NoteState::Live);
+}
+
+// What an export has of the file is what the file has: another database made of it is the same.
+TEST_F(RealDatabases, AreExportedAsDxlWithTheirAccessControlList) {
+  const auto copy = open();
+  const QString file = directory.filePath(u"real.dxl"_s);
+  QFile target(file);
+  ASSERT_TRUE(target.open(QIODevice::ReadWrite));
+  ASSERT_TRUE(exportDatabase(*copy, target));
+  target.seek(0);
+  const QByteArray dxl = target.readAll();
+  target.close();
+  EXPECT_TRUE(dxl.contains("<aclentry name=\"CN=Ada/O=T\" level=\"manager\" type=\"person\""));
+  EXPECT_TRUE(dxl.contains("<role>[Clerk]</role><role>[Boss]</role></aclentry>")) << dxl.toStdString();
+  EXPECT_TRUE(dxl.contains("<logentry>second line</logentry>"));
+  const auto again = workspace->createDatabase({}, u"again.nsf"_s, {});
+  ImportReport report;
+  DxlImporter(*again).importFile(file, report);
+  EXPECT_EQ(report.failed.join(u'\n').toStdString(), "");
+  QStringList differences;
+  compareDatabases(*copy, *again, [&](const NoteDifference& note) {
+    if (note.first.id == NoteId(ids.unclassed)) return;  // it is in no list, and in no export
+    differences += note.first.id.hexText() + u' ' + note.second.id.hexText();
+    for (const ItemDifference& item : note.items) differences.last() += u' ' + item.name;
+  });
+  EXPECT_EQ(differences, QStringList());
 }
 
 // --- While a file is read ------------------------------------------------------------------------------

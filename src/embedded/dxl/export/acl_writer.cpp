@@ -1,5 +1,7 @@
 #include "embedded/dxl/export/acl_writer.h"
 
+#include <algorithm>
+
 #include "embedded/dxl/acl_element.h"
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/export/read_back.h"
@@ -114,12 +116,15 @@ QStringList textsOf(const Note& note, QStringView name) {
   return texts;
 }
 
-bool writeAclContent(DxlWriter& out, const Note& note) {
+bool writeAclContent(DxlWriter& out, const Note& note, bool noteFollows) {
   const QStringList entries = textsOf(note, u"$ACLEntries");
   if (entries.isEmpty()) return false;
   out.begin(u"acl"_s);
   if (!writeAclAttributes(out, textsOf(note, u"$ACLAttributes"), kOfList)) return false;
-  out.mark(exactmark::kHeader, headerMark(note.header));
+  if (noteFollows)
+    out.mark(exactmark::kNoteFollows, u"true"_s);
+  else
+    out.mark(exactmark::kHeader, headerMark(note.header));
   out.layout();
   writeTextElements(out, u"role"_s, textsOf(note, u"$ACLRoles"));
   for (const QString& entry : entries) {
@@ -131,12 +136,18 @@ bool writeAclContent(DxlWriter& out, const Note& note) {
   return true;
 }
 
+bool isOfAcl(const Item& item) {
+  const auto names = {u"$ACLEntries", u"$ACLRoles", u"$ACLLog", u"$ACLAttributes"};
+  return std::any_of(names.begin(), names.end(),
+                     [&](QStringView name) { return sameItemName(item.name, name); });
+}
+
 // Whether an import makes the same note of what would be written.
 bool aclGivesBack(const Note& note) {
   Note again;
   const auto write = [&](DxlWriter& writer) {
     writer.beginRoot(u"database"_s);
-    const bool written = writeAclContent(writer, note);
+    const bool written = writeAclContent(writer, note, false);
     writer.end();
     return written;
   };
@@ -153,7 +164,11 @@ bool aclGivesBack(const Note& note) {
 }  // namespace
 
 bool writeAcl(DxlWriter& out, const Note& note) {
-  return aclGivesBack(note) && writeAclContent(out, note);
+  Note list = note;
+  list.items.removeIf([](const Item& item) { return !isOfAcl(item); });
+  if (!aclGivesBack(list)) return false;
+  const bool isAll = list.items.size() == note.items.size();
+  return writeAclContent(out, list, !isAll) && isAll;
 }
 
 }  // namespace lens

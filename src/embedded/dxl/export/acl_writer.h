@@ -5,7 +5,8 @@
 
 namespace lens {
 
-// Writes the list, or nothing and gives false when the note holds anything that "acl" would not give back.
+// Writes the list, unless the element would give another one back. False where the note itself is to be
+// written as well: it holds something that is not in the element, or nothing was written.
 bool writeAcl(DxlWriter& out, const Note& note);
 
 }  // namespace lens

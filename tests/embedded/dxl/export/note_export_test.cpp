@@ -231,5 +231,28 @@ TEST_F(NoteExport, EachStepCanBeTheLast) {
   }
 }
 
+// Other programs read the element; the note has the rest.
+TEST_F(NoteExport, AnAccessListWhoseNoteHasMoreGoesOutAsElementAndAsNote) {
+  Note note = noteOf(noteclass::Acl);
+  note.add(u"$Digest"_s, itemflag::Sign, rawValue(0x000E, "sixteen bytes..."));
+  note.add(u"$ACLEntries"_s, itemflag::Summary,
+           textListValue({u"-Default-; default=true; level=reader"_s,
+                          u"CN=Ada/O=T; level=manager; type=person; roles=[Clerk]"_s}));
+  note.add(u"$ACLRoles"_s, itemflag::Summary, textListValue({u"[Clerk]"_s}));
+  note.add(u"$ACLLog"_s, 0, textListValue({u"Ada added Ada"_s}));
+  note.add(u"$ACLAttributes"_s, 0, textListValue({}));
+  saveAsGiven(note);
+  const QByteArray dxl = roundTrip();
+  EXPECT_TRUE(
+      dxl.contains("<aclentry name=\"CN=Ada/O=T\" level=\"manager\" type=\"person\">"
+                   "<role>[Clerk]</role></aclentry>"))
+      << dxl.toStdString();
+  EXPECT_EQ(dxl.count("<note class=\"acl\""), 1);
+  note.items.removeFirst();
+  source_ = create();
+  saveAsGiven(note);
+  EXPECT_EQ(roundTrip().count("<note "), 0) << "without more the element is enough";
+}
+
 }  // namespace
 }  // namespace lens
