@@ -64,6 +64,8 @@ void ViewPane::showCount() {
     label = entry->kind == ViewEntry::Kind::Folder
                 ? tr("Doc&uments: none (what lies in a folder is found under \"All documents\")")
                 : tr("Doc&uments: none in this view");
+  if (!unreadable_.isEmpty())
+    label = tr("Doc&uments: %1, all there are: formula not readable (%2)").arg(count).arg(unreadable_);
   controls_.documentLabel->setText(label);
 }
 
@@ -115,10 +117,14 @@ void ViewPane::loadDocuments() {
 
 // A view that has columns is shown by them.
 void ViewPane::showRows(const ViewEntry& entry) {
+  unreadable_.clear();
   if (entry.kind == ViewEntry::Kind::View || entry.kind == ViewEntry::Kind::Folder) {
     auto view = std::make_unique<ViewRows>(database_, entry.noteId, workspace_->regional(),
                                            [this] { return workspace_->isInterrupted(); });
+    unreadable_ = view->whyUnreadable();
     if (!view->columns().isEmpty()) return documents_->show(std::move(view));
+    if (!unreadable_.isEmpty())
+      return documents_->show(database_, documentsOf(*database_, {ViewEntry::Kind::AllDocuments, {}, {}}));
   }
   documents_->show(database_, documentsOf(*database_, entry));
 }

@@ -54,6 +54,7 @@ class ViewPane : public QObject {
   QVector<int> columnWidths_;  // that the table was laid out for
   bool loading_ = false;       // marks that come and go while rows are read are not the user's
   bool stale_ = false;
+  QString unreadable_;  // why all documents stand for the view's; "" where its own are shown
 };
 
 }  // namespace lens

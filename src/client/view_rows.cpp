@@ -22,6 +22,11 @@ bool isCategory(const ViewDesign& design, int column) {
                      [&](const DesignKey& key) { return key.category && key.column == column; });
 }
 
+// Without its formula a column shows the item of its own name.
+QString titleOf(const DesignColumn& column) {
+  return column.compiledOnly ? u"%1 (formula not readable)"_s.arg(column.item) : column.title;
+}
+
 // What stands lower stands further in, by its first text.
 QStringList indented(QStringList texts, int level) {
   const auto first =
@@ -34,16 +39,20 @@ QStringList indented(QStringList texts, int level) {
 
 ViewRows::ViewRows(std::shared_ptr<Database> database, NoteId view, const Regional& regional,
                    ViewIndex::Interrupted interrupted)
-    : database_(std::move(database)), index_(*database_, view, std::move(interrupted)), regional_(regional) {
+    : database_(std::move(database)),
+      index_(*database_, view, std::move(interrupted),
+             database_->isWritable() ? UnreadableSelection::Raises : UnreadableSelection::TakesAll),
+      regional_(regional) {
   index_.refresh();
   const ViewDesign& design = index_.design();
   for (int place = 0; place < design.columns.size(); ++place) {
     const DesignColumn& column = design.columns[place];
     if (column.hidden) continue;
     const bool category = isCategory(design, place);
-    const int wanted = qMax(column.width / kEighths, int(column.title.size()) + 1);
+    const QString title = titleOf(column);
+    const int wanted = qMax(column.width / kEighths, int(title.size()) + 1);
     const int width = qBound(category ? kCategoryWidth : kNarrow, wanted, kWide);
-    columns_.push_back({place, column.title, width, category});
+    columns_.push_back({place, title, width, category});
   }
   if (columns_.isEmpty()) return;
   lines_ = index_.lines();

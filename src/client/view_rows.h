@@ -13,7 +13,8 @@ namespace lens {
 
 class ViewRows {
  public:
-  // Brings the view's index up to date, until the user interrupts it; raises what that raises.
+  // Brings the view's index up to date, until the user interrupts it; raises what that raises. Where nobody
+  // can read the selection, and nobody can change or remove what is shown for it, these are all documents.
   ViewRows(std::shared_ptr<Database> database, NoteId view, const Regional& regional,
            ViewIndex::Interrupted interrupted);
 
@@ -23,6 +24,8 @@ class ViewRows {
     int width = 0;  // characters
     bool isCategory = false;
   };
+  // Why its selection cannot be read; "" where it can.
+  const QString& whyUnreadable() const { return index_.design().whyHidden; }
   // Those that are not hidden. A view may have none: it has no rows here then.
   const QVector<Column>& columns() const { return columns_; }
   // The note of each row, 0 for a category.

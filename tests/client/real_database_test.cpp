@@ -5,6 +5,9 @@
 #include <QTimer>
 
 #include "client/client_fixture.h"
+#include "embedded/dxl/view_elements.h"
+#include "embedded/formula/compiled/compiled_writer.h"
+#include "embedded/formula/evaluation_context.h"
 #include "embedded/nsf/made_samples.h"
 #include "embedded/nsf/maker/nsf_maker.h"
 
@@ -217,6 +220,103 @@ TEST_F(RealInClient, ItsReportIsShownAndSavedAsTextAndAsJson) {
   choice->report = directory.filePath(u"none/what.txt"_s);
   save->click();
   EXPECT_TRUE(error().contains(u"what.txt"_s)) << error().toStdString();
+}
+
+// --- Views ---------------------------------------------------------------------------------------------
+
+class RealViewInClient : public RealInClient {
+ protected:
+  static ViewColumn column(const QString& item, const QByteArray& formula = {}) {
+    ViewColumn made;
+    made.title = u"The "_s + item;
+    made.item = item;
+    made.width = 80;
+    made.formula = formula;
+    return made;
+  }
+  // A view of three letters; the formulas in compiled form.
+  void writeView(const QByteArray& selection, const QVector<ViewColumn>& columns) {
+    made::MadeDatabase described;
+    for (quint32 i = 1; i <= 3; ++i) described.add(made::document(i, "letter " + QByteArray::number(i)));
+    made::MadeNote view = made::document(9);
+    view.noteClass = noteclass::View;
+    view.items = {{"$TITLE", itemtype::Text, made::flag::Summary, "Letters"},
+                  {"$FORMULA", itemtype::Formula, made::flag::Summary, selection}};
+    if (!columns.isEmpty())
+      view.items.push_back({"$VIEWFORMAT", itemtype::ViewFormat, made::flag::Summary,
+                            viewFormatValue(columns, true).sliced(2)});
+    described.add(view);
+    write(described);
+    start();
+    openFile();
+    EXPECT_EQ(error(), QString());
+    showView(u"Letters"_s);
+  }
+  QByteArray selecting(const QString& formula) {
+    return formula::writeCompiledSelection(formula, {}, environment).bytes;
+  }
+  QStringList rows() {
+    QStringList lines;
+    for (int row = 0; row < table().model()->rowCount(); ++row) lines += cell(row, 0);
+    return lines;
+  }
+  QString title(int at) { return table().model()->headerData(at, Qt::Horizontal).toString(); }
+  QString label() { return part<QLabel>("documentLabel").text(); }
+
+  const formula::MachineEnvironment environment;
+  // A function that has no known name.
+  const QByteArray unreadable = QByteArray::fromHex("0a0000000800c1000300");
+  const QStringList all{u"letter 1"_s, u"letter 2"_s, u"letter 3"_s};
+};
+
+TEST_F(RealViewInClient, HasWhatItsCompiledFormulasSayOfTheDocuments) {
+  const QByteArray twice = formula::writeCompiledColumn(u"Subject + \"!\""_s, u"$1", environment).bytes;
+  writeView(selecting(u"SELECT Subject != \"letter 2\""_s), {column(u"Subject"_s), column(u"$1"_s, twice)});
+  EXPECT_EQ(error(), QString());
+  EXPECT_EQ(rows(), QStringList({all[0], all[2]}));
+  EXPECT_EQ(title(1), u"The $1");
+  EXPECT_EQ(cell(0, 1), u"letter 1!");
+  EXPECT_FALSE(label().contains(u"not readable"_s)) << label().toStdString();
+}
+
+TEST_F(RealViewInClient, ShowsAllDocumentsMarkedWhereItsSelectionCannotBeRead) {
+  writeView(unreadable, {column(u"Subject"_s)});
+  EXPECT_EQ(error(), QString());
+  EXPECT_EQ(rows(), all);
+  EXPECT_TRUE(label().contains(u"formula not readable"_s) && label().contains(u"function C1"_s))
+      << label().toStdString();
+  EXPECT_EQ(title(0), u"The Subject");
+  showView(u"All documents"_s);
+  EXPECT_FALSE(label().contains(u"not readable"_s)) << "the mark stays: " << label().toStdString();
+}
+
+TEST_F(RealViewInClient, ShowsAllDocumentsMarkedAlsoWithoutColumns) {
+  writeView(unreadable, {});
+  EXPECT_EQ(error(), QString());
+  EXPECT_EQ(table().model()->rowCount(), 3);
+  EXPECT_TRUE(label().contains(u"formula not readable"_s)) << label().toStdString();
+}
+
+TEST_F(RealViewInClient, AColumnWhoseFormulaCannotBeReadShowsItsItemMarked) {
+  writeView(selecting(u"SELECT Subject != \"letter 2\""_s), {column(u"Subject"_s, unreadable)});
+  EXPECT_EQ(title(0), u"Subject (formula not readable)");
+  EXPECT_EQ(rows(), QStringList({all[0], all[2]}));
+}
+
+// Who removes all documents of a view means those of the view.
+TEST_F(RealViewInClient, AViewOfOursWhoseSelectionCannotBeReadIsNotShown) {
+  Note view;
+  view.header.noteClass = noteclass::View;
+  view.add(u"$TITLE"_s, itemflag::Summary, textValue(u"Letters"));
+  view.add(u"$Formula"_s, itemflag::Summary, rawValue(itemtype::Formula, unreadable));
+  view.add(u"$ViewFormat"_s, itemflag::Summary, viewFormatValue({column(u"Subject"_s)}, false));
+  save(view);
+  save(memo(u"a letter"_s));
+  start();
+  openMail();
+  showView(u"Letters"_s);
+  EXPECT_TRUE(error().contains(u"compiled form only"_s)) << error().toStdString();
+  EXPECT_EQ(table().model()->rowCount(), 0);
 }
 
 }  // namespace

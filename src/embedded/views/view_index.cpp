@@ -46,11 +46,12 @@ class TemporaryTransaction {
 
 }  // namespace
 
-ViewIndex::ViewIndex(Database& database, NoteId view, Interrupted interrupted)
+ViewIndex::ViewIndex(Database& database, NoteId view, Interrupted interrupted, UnreadableSelection unreadable)
     : database_(database),
       view_(view),
       tables_(database),
-      readOnly_(sqlite3_db_readonly(database.handle(), "main") == 1) {
+      readOnly_(sqlite3_db_readonly(database.handle(), "main") == 1),
+      unreadable_(unreadable) {
   environment_.asked = std::move(interrupted);
   readDesign();
 }
@@ -66,7 +67,10 @@ void ViewIndex::readDesign() {
                                                      database_.path(), view_.hexText()));
   ViewDesign design = readViewDesign(note);
   design.database = database_.path();
-  if (design.hiddenSelection) raiseHiddenSelection(database_.path(), design);
+  if (design.hiddenSelection && unreadable_ == UnreadableSelection::Raises)
+    raiseHiddenSelection(database_.path(), design);
+  // In a tree an answer to what is not there would be missing.
+  if (design.hiddenSelection) design.hierarchy = false;
   if (!rows_ || design.digest != design_.digest) rows_ = makeRows(design);
   design_ = std::move(design);
   designOf_ = change;

@@ -29,13 +29,18 @@ struct ViewLine {
   QByteArray key;  // of a document's row
 };
 
+// What a view is whose selection nobody can read. All documents, without a tree, are only for those who show
+// them with the mark that they are not the view's.
+enum class UnreadableSelection { Raises, TakesAll };
+
 class ViewIndex {
  public:
   using Interrupted = std::function<bool()>;
   // The database must outlive this; it may be one whose file cannot be written. Raises UnknownNote when there
   // is no such view. Where the user may
   // interrupt, a refresh asks and raises kFormulaError, as for a formula that takes too much time.
-  ViewIndex(Database& database, NoteId view, Interrupted interrupted = {});
+  ViewIndex(Database& database, NoteId view, Interrupted interrupted = {},
+            UnreadableSelection unreadable = UnreadableSelection::Raises);
   ~ViewIndex();
 
   const ViewDesign& design() const { return design_; }
@@ -78,6 +83,7 @@ class ViewIndex {
   std::unique_ptr<DocumentRows> rows_;
   IndexTables tables_;
   const bool readOnly_;
+  const UnreadableSelection unreadable_;
 };
 
 }  // namespace lens
