@@ -9,7 +9,9 @@ namespace {
 constexpr qint64 kWindow = 256 * 1024;
 }
 
-NoteData::NoteData(const NsfSource& source, const NoteRecord& record, qint64 summaryEnd) : source_(source) {
+NoteData::NoteData(const NsfSource& source, const DataBuckets& buckets, const NoteRecord& record,
+                   qint64 summaryEnd, const Proof& proof)
+    : source_(source) {
   if (record.hasDataInside()) {
     if (record.dataPlace != summaryEnd || qint64(record.dataPlace) + record.dataSize > record.bytes.size()) {
       reason_ = QStringLiteral("its data does not begin where the summary ends");
@@ -21,7 +23,7 @@ NoteData::NoteData(const NsfSource& source, const NoteRecord& record, qint64 sum
     if (record.hasKnownPlace())
       openBlock(record);
     else
-      reason_ = QStringLiteral("its data is stored in a form that cannot be read");
+      openInBucket(buckets, record, proof);
   }
 }
 
@@ -49,6 +51,23 @@ void NoteData::openBlock(const NoteRecord& record) {
   size_ = size - kBlockHead;
   position_ = at + kBlockHead;
   window_ = QByteArrayView(held_).sliced(kBlockHead);
+}
+
+void NoteData::openInBucket(const DataBuckets& buckets, const NoteRecord& record, const Proof& proof) {
+  const QByteArray block = buckets.record(record.dataBucket(), record.dataSlot());
+  const RecordBytes bytes(block);
+  const bool isProven = block.size() == record.dataSize && isBlockOf(block, record) &&
+                        bytes.u32(26) == record.header.sequence &&
+                        proof(QByteArrayView(block).sliced(kBlockHead), bytes.u32(58));
+  if (!isProven) {
+    reason_ = QStringLiteral("its data is stored in a form that cannot be read");
+    return;
+  }
+  held_ = block;
+  window_ = QByteArrayView(held_).sliced(kBlockHead);
+  hasBlock_ = true;
+  checksum_ = bytes.u32(58);
+  size_ = window_.size();
 }
 
 bool NoteData::fill(qint64 count) {

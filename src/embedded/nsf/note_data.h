@@ -4,7 +4,9 @@
 
 #include <QByteArray>
 #include <QString>
+#include <functional>
 
+#include "embedded/nsf/data_buckets.h"
 #include "embedded/nsf/note_record.h"
 #include "embedded/nsf/nsf_source.h"
 
@@ -13,8 +15,12 @@ namespace lens {
 // Read in order, and never held whole: a block may be as large as the file.
 class NoteData {
  public:
+  // Whether the bytes are the values of the note's items: their sizes add up to them, and the checksum is
+  // right. Asked of what lies where it is only guessed to be.
+  using Proof = std::function<bool(QByteArrayView data, quint32 checksum)>;
   // Data in the record begins where the summary values end.
-  NoteData(const NsfSource& source, const NoteRecord& record, qint64 summaryEnd);
+  NoteData(const NsfSource& source, const DataBuckets& buckets, const NoteRecord& record, qint64 summaryEnd,
+           const Proof& proof);
 
   // Why there is none; "" otherwise, also for a note without.
   const QString& reason() const { return reason_; }
@@ -33,6 +39,7 @@ class NoteData {
 
  private:
   void openBlock(const NoteRecord& record);
+  void openInBucket(const DataBuckets& buckets, const NoteRecord& record, const Proof& proof);
   bool fill(qint64 count);
 
   const NsfSource& source_;

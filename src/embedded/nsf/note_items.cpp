@@ -46,8 +46,8 @@ bool walksToItsEnd(QByteArrayView records) {
 // The reading of one note.
 class ItemReading {
  public:
-  ItemReading(const NsfSource& source, const NoteRecord& record, const BucketDescriptors& names,
-              const QString& distrust, NsfNote& note)
+  ItemReading(const NsfSource& source, const DataBuckets& buckets, const NoteRecord& record,
+              const BucketDescriptors& names, const QString& distrust, NsfNote& note)
       : record_(record),
         bytes_(record.bytes),
         names_(names),
@@ -57,7 +57,8 @@ class ItemReading {
         summaryAt_(NoteRecord::kHead + NoteRecord::kItemEntry * qint64(record.itemCount)) {
     addUpSizes();
     summaryEnd_ = summaryAt_ + summarySize_;
-    data_.emplace(source, record, summaryEnd_);
+    data_.emplace(source, buckets, record, summaryEnd_,
+                  [this](QByteArrayView data, quint32 checksum) { return isData(data, checksum); });
     dataFault_ = data_->reason().isEmpty() && data_->hasBlock() ? distrust : data_->reason();
   }
 
@@ -85,6 +86,19 @@ class ItemReading {
       const ItemEntry entry(bytes_, NoteRecord::kHead + i * NoteRecord::kItemEntry);
       (entry.isSummary() ? summarySize_ : dataSize_) += entry.size;
     }
+  }
+
+  // The checksum takes each value alone.
+  bool isData(QByteArrayView data, quint32 checksum) const {
+    if (data.size() != dataSize_) return false;
+    quint32 sum = 0;
+    for (qint64 i = 0; i < entries_; ++i) {
+      const ItemEntry entry(bytes_, NoteRecord::kHead + i * NoteRecord::kItemEntry);
+      if (entry.isSummary()) continue;
+      sum ^= xorOfWords(data.first(entry.size));
+      data = data.sliced(entry.size);
+    }
+    return sum == checksum;
   }
 
   void tellOfTheWhole() {
@@ -218,9 +232,9 @@ bool fitsItemType(quint16 type, QByteArrayView data) {
   }
 }
 
-NoteFindings readNoteItems(const NsfSource& source, const NoteRecord& record, const BucketDescriptors& names,
-                           const QString& distrust, NsfNote& note) {
-  return ItemReading(source, record, names, distrust, note).run();
+NoteFindings readNoteItems(const NsfSource& source, const DataBuckets& buckets, const NoteRecord& record,
+                           const BucketDescriptors& names, const QString& distrust, NsfNote& note) {
+  return ItemReading(source, buckets, record, names, distrust, note).run();
 }
 
 void NoteFindings::mergeInto(NsfReport& report, NoteId id, qint64 position, qsizetype items) const {

@@ -4,6 +4,7 @@
 #include <QVector>
 
 #include "embedded/nsf/bucket_descriptors.h"
+#include "embedded/nsf/data_buckets.h"
 #include "embedded/nsf/note_record.h"
 #include "embedded/nsf/nsf_note.h"
 #include "embedded/nsf/nsf_report.h"
@@ -21,8 +22,8 @@ struct NoteFindings {
 };
 
 // Fills the note's items and responses. A reason says that the data outside the record must not be believed.
-NoteFindings readNoteItems(const NsfSource& source, const NoteRecord& record, const BucketDescriptors& names,
-                           const QString& distrust, NsfNote& note);
+NoteFindings readNoteItems(const NsfSource& source, const DataBuckets& buckets, const NoteRecord& record,
+                           const BucketDescriptors& names, const QString& distrust, NsfNote& note);
 
 // Whether the bytes behind a type word can be a value of the type: counts agree with sizes, records with the
 // end. Types that are bytes to us always can.

@@ -22,9 +22,11 @@ struct NoteRecord {
 
   bool isStub() const { return status & nsfstatus::Stub; }
   bool hasDataInside() const { return status & nsfstatus::DataInRecord; }
-  // The place is a position of its own in the file, as far as that is understood.
   bool hasDataOutside() const { return dataSize != 0 && !hasDataInside(); }
+  // The place is a position of its own in the file; else it is that of a bucket, and a slot.
   bool hasKnownPlace() const { return !(dataPlace & 0x80000000); }
+  quint32 dataBucket() const { return dataPlace & 0xFFFFFF; }
+  quint32 dataSlot() const { return dataPlace >> 24 & 0x7F; }
   NsfStub toStub() const;
 };
 

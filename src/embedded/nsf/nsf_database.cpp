@@ -5,6 +5,7 @@
 
 #include "embedded/nsf/bucket_descriptors.h"
 #include "embedded/nsf/bucket_map.h"
+#include "embedded/nsf/data_buckets.h"
 #include "embedded/nsf/note_items.h"
 #include "embedded/nsf/nsf_attachment.h"
 #include "embedded/nsf/nsf_header.h"
@@ -109,6 +110,7 @@ class NsfDatabase::Contents {
   NsfHeader header;
   BucketDescriptors names;
   std::unique_ptr<BucketMap> buckets;
+  std::unique_ptr<DataBuckets> dataBuckets;
   std::unique_ptr<NsfIndex> index;
 };
 
@@ -168,6 +170,8 @@ void NsfDatabase::Contents::readIndex(const SuperblockChoice& choice, const Desc
   constexpr quint32 kAnyBucket = 0xFFFFFF;
   buckets = std::make_unique<BucketMap>(*source, report, superblock.bucketPositions, header.headerSize,
                                         isLost ? kAnyBucket : superblock.bucketCount);
+  dataBuckets = std::make_unique<DataBuckets>(*source, superblock.dataBucketPositions);
+  report.dataBuckets = int(superblock.otherBucketCount);
   index = std::make_unique<NsfIndex>(*source, *buckets, report);
   if (!isLost && superblock.currentIdBucket.isEmpty())
     report.add({NsfProblemKind::IdTable, 0, -1, u"the superblock holds no part of the table of IDs"_s});
@@ -209,7 +213,7 @@ bool NsfDatabase::Contents::readNote(NsfEntry& entry, NsfNote& note) {
   note.status = held.record.status;
   note.parentId = held.record.parentId;
   const QString distrust = entry.overlaps ? u"its data runs into that of another note"_s : QString();
-  const NoteFindings findings = readNoteItems(*source, held.record, names, distrust, note);
+  const NoteFindings findings = readNoteItems(*source, *dataBuckets, held.record, names, distrust, note);
   if (!entry.counted) findings.mergeInto(report, note.header.id, held.position, note.items.size());
   entry.counted = true;
   return true;

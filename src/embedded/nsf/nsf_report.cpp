@@ -109,6 +109,9 @@ QString NsfReport::text() const {
     lines += u"Buckets: %1 read, %2 damaged, %3 with an interrupted write"_s.arg(buckets)
                  .arg(bucketsDamaged)
                  .arg(bucketsTorn);
+    if (dataBuckets > 0)
+      lines +=
+          u"Buckets of data: %1, a form that is guessed: only what proves itself is shown"_s.arg(dataBuckets);
     lines += u"Documents by the file's own list: %1; listed and not read: %2; read and not listed: %3"_s
                  .arg(listedDocuments)
                  .arg(listedButMissing)
@@ -154,6 +157,7 @@ QJsonObject NsfReport::json() const {
           {u"buckets"_s, buckets},
           {u"bucketsDamaged"_s, bucketsDamaged},
           {u"bucketsTorn"_s, bucketsTorn},
+          {u"dataBuckets"_s, dataBuckets},
           {u"listedDocuments"_s, listedDocuments},
           {u"listedButMissing"_s, listedButMissing},
           {u"foundButUnlisted"_s, foundButUnlisted},

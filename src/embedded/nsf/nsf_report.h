@@ -55,6 +55,7 @@ struct NsfReport {
   int stubsFound = 0, stubsProven = 0;
   int objectsFound = 0, objectsProven = 0;
   int buckets = 0, bucketsDamaged = 0, bucketsTorn = 0;
+  int dataBuckets = 0;  // of what stands outside records, by the superblock; how they are read is a guess
   // Documents by the file's own list: how many it has, lists without our having them, and the reverse.
   int listedDocuments = 0, listedButMissing = 0, foundButUnlisted = 0;
 

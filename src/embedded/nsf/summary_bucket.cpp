@@ -26,8 +26,12 @@ bool undoMarks(QByteArray& bucket) {
 }  // namespace
 
 bool SummaryBucketHead::read(QByteArrayView raw, SummaryBucketHead& head) {
+  return RecordBytes(raw).isSigned(nsfsignature::SummaryBucket) && readUnsigned(raw, head);
+}
+
+bool SummaryBucketHead::readUnsigned(QByteArrayView raw, SummaryBucketHead& head) {
   const RecordBytes bytes(raw);
-  if (bytes.size() < kSize || !bytes.isSigned(nsfsignature::SummaryBucket)) return false;
+  if (bytes.size() < kSize) return false;
   head.number = bytes.u32(2) + 1;
   head.size = bytes.u32(6);
   head.time = bytes.time(10);
@@ -36,8 +40,11 @@ bool SummaryBucketHead::read(QByteArrayView raw, SummaryBucketHead& head) {
          qint64(bytes.u32(44)) * kSlotEntry < head.size;
 }
 
-SummaryBucket::SummaryBucket(SummaryBucketHead head, QByteArray bytes)
-    : head_(head), bytes_(std::move(bytes)), slots_(RecordBytes(bytes_).u32(44)), torn_(undoMarks(bytes_)) {}
+SummaryBucket::SummaryBucket(SummaryBucketHead head, QByteArray bytes, Marks marks)
+    : head_(head),
+      bytes_(std::move(bytes)),
+      slots_(RecordBytes(bytes_).u32(44)),
+      torn_(marks == Marks::Undo && undoMarks(bytes_)) {}
 
 bool SummaryBucket::record(quint32 slot, QByteArrayView& record, qint64& offset) const {
   record = {};

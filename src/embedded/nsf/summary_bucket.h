@@ -17,6 +17,8 @@ struct SummaryBucketHead {
 
   // False where no bucket can begin with these bytes.
   static bool read(QByteArrayView bytes, SummaryBucketHead& head);
+  // The same whatever its signature is.
+  static bool readUnsigned(QByteArrayView bytes, SummaryBucketHead& head);
 };
 
 class SummaryBucket {
@@ -24,7 +26,8 @@ class SummaryBucket {
   SummaryBucket() = default;
   // The bytes of a whole bucket. To notice writes that were interrupted, a bucket lies on disk with a half
   // byte of each sector replaced; that is undone here.
-  SummaryBucket(SummaryBucketHead head, QByteArray bytes);
+  enum class Marks { Undo, None };
+  SummaryBucket(SummaryBucketHead head, QByteArray bytes, Marks marks = Marks::Undo);
 
   quint32 number() const { return head_.number; }
   // Its sectors were not all written at once: records may be older or newer than the rest.

@@ -13,6 +13,8 @@ constexpr qint64 kSuperblockHead = 100;
 constexpr qint64 kSummaryPage = 8206, kOtherPage = 8198, kBitmapDescriptor = 20;
 constexpr qint64 kFirstDescriptor = 224, kDescriptor = 14;
 constexpr qint64 kMostDescriptors = (kSummaryPage - kFirstDescriptor) / kDescriptor;
+constexpr qint64 kFirstOtherDescriptor = 70, kOtherDescriptor = 6;
+constexpr qint64 kMostOtherDescriptors = (kOtherPage - kFirstOtherDescriptor) / kOtherDescriptor;
 constexpr qint64 kFirstIdPlace = 6;  // in a bucket of the table of IDs
 
 // The fields of the head that say how the body is put together.
@@ -35,10 +37,12 @@ struct SuperblockLayout {
 
   // Of each kind one page lies in the block.
   qint64 pages() const { return (summaryPages > 0 ? kSummaryPage : 0) + (otherPages > 0 ? kOtherPage : 0); }
+  qint64 otherPageAt() const { return summaryPages > 0 ? kSummaryPage : 0; }
   qint64 idBucketAt() const { return pages() + kBitmapDescriptor * bitmaps; }
   qint64 documentsAt() const { return idBucketAt() + idBucket + bitmap; }
   qint64 total() const { return documentsAt() + documents + log + folders; }
   bool hasOtherPages() const { return summaryPages > 1 || otherPages > 1; }
+  bool hasWholeOtherMap() const { return otherPages == 1 && otherBuckets <= kMostOtherDescriptors; }
   bool hasWholeMap() const { return buckets == 0 || (summaryPages == 1 && buckets <= kMostDescriptors); }
 };
 
@@ -79,11 +83,11 @@ QByteArray findIdBucket(const QByteArray& body, const SuperblockLayout& layout) 
   return {};
 }
 
-QVector<qint64> readBucketPositions(const RecordBytes& body, qint64 count) {
+// Each descriptor begins with the position.
+QVector<qint64> readBucketPositions(const RecordBytes& body, qint64 at, qint64 size, qint64 count) {
   QVector<qint64> positions;
   positions.reserve(count);
-  for (qint64 i = 0; i < count; ++i)
-    positions.push_back(bytePosition(body.u32(kFirstDescriptor + i * kDescriptor)));
+  for (qint64 i = 0; i < count; ++i) positions.push_back(bytePosition(body.u32(at + i * size)));
   return positions;
 }
 
@@ -97,7 +101,11 @@ Superblock readSuperblock(const SuperblockCopy& copy, const QByteArray& body) {
   block.bucketCount = quint32(layout.buckets);
   block.otherBucketCount = quint32(layout.otherBuckets);
   const RecordBytes bytes(body);
-  if (addsUp && layout.hasWholeMap()) block.bucketPositions = readBucketPositions(bytes, layout.buckets);
+  if (addsUp && layout.hasWholeMap())
+    block.bucketPositions = readBucketPositions(bytes, kFirstDescriptor, kDescriptor, layout.buckets);
+  if (addsUp && layout.hasWholeOtherMap())
+    block.dataBucketPositions = readBucketPositions(bytes, layout.otherPageAt() + kFirstOtherDescriptor,
+                                                    kOtherDescriptor, layout.otherBuckets);
   block.currentIdBucket = findIdBucket(body, layout);
   if (addsUp && layout.documents > 0) {
     block.documents = NsfIdTable(bytes.part(layout.documentsAt(), layout.documents));

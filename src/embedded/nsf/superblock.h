@@ -21,6 +21,8 @@ struct Superblock {
   // Positions in bytes by bucket number less one. Empty where the map does not lie in the block: then buckets
   // are to be looked for.
   QVector<qint64> bucketPositions;
+  // The same for the buckets of what stands outside records.
+  QVector<qint64> dataBucketPositions;
   // A bucket of the table of IDs, newer than what the file has under its first ID. Empty: none was found.
   QByteArray currentIdBucket;
   NsfIdTable documents;

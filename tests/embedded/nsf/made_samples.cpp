@@ -186,11 +186,14 @@ namespace {
 
 class RandomDatabase {
  public:
-  explicit RandomDatabase(quint32 seed) : random_(seed) {}
+  explicit RandomDatabase(quint32 seed) : random_(seed), seed_(seed) {}
 
   MadeDatabase make(int notes) {
     storage();
     for (int i = 0; i < notes; ++i) addNote(quint32(i));
+    // Without the map of a single page they cannot be found.
+    if (seed_ % 5 >= 3 && !database_.severalPages)
+      moveBodies(seed_ % 5 == 3 ? MadeDatabase::BodyBuckets::Plain : MadeDatabase::BodyBuckets::Marked);
     return std::move(database_);
   }
 
@@ -224,6 +227,18 @@ class RandomDatabase {
     database_.replicaId = time();
     database_.changed = someTime(8'000'000);
     database_.information = "Random";
+  }
+
+  void moveBodies(MadeDatabase::BodyBuckets into) {
+    database_.bodyBuckets = into;
+    for (MadeNote& note : database_.notes) note.bodyInBucket = note.id % 3 == 0 && !isLarge(note);
+  }
+  // No bucket takes it.
+  static bool isLarge(const MadeNote& note) {
+    qsizetype outside = 0;
+    for (const MadeItem& item : note.items)
+      if (!(item.flags & flag::Summary)) outside += item.value.size() + 2;
+    return outside > 60'000;
   }
 
   void addNote(quint32 number) {
@@ -358,6 +373,7 @@ class RandomDatabase {
   }
 
   std::mt19937 random_;
+  const quint32 seed_;
   MadeDatabase database_;
   QVector<quint32> earlier_;
 };

@@ -242,6 +242,60 @@ TEST(NsfDamage, ABodyInABucketOfBodiesIsMarked) {
   EXPECT_EQ(difference(*read, sample.described, {sample.ids.plain}).toStdString(), "");
 }
 
+// What is only guessed is shown when all of it agrees, and not at all otherwise.
+TEST(NsfDamage, ABodyInABucketOfBodiesIsReadWhereItProvesItself) {
+  for (const auto buckets : {MadeDatabase::BodyBuckets::Plain, MadeDatabase::BodyBuckets::Marked}) {
+    SampleIds ids;
+    MadeDatabase described = sampleDatabase(&ids);
+    described.bodyBuckets = buckets;
+    described.note(ids.plain).bodyInBucket = true;
+    described.note(ids.attached).items.push_back({"Body", 0x0001, 0, richTextValue({"papers"})});
+    described.note(ids.attached).bodyInBucket = true;
+    const auto read = readBytes(makeFile(described).bytes);
+    EXPECT_EQ(difference(*read, described).toStdString(), "");
+    EXPECT_EQ(read->report().dataBuckets, 1);
+    EXPECT_TRUE(read->report().isComplete()) << read->report().text().toStdString();
+    struct Case {
+      qsizetype at;  // in the block of the body
+      const char* what;
+    };
+    for (const Case& wrong : {Case{0, "signature"},
+                              {2, "size"},
+                              {6, "ID"},
+                              {10, "UNID"},
+                              {25, "UNID"},
+                              {58, "checksum"},
+                              {70, "first value"},
+                              {3000, "a letter"}}) {
+      MadeDatabase changed = described;
+      changed.change = [&](MadePart part, quint32 number, QByteArray& bytes) {
+        if (part == MadePart::Body && number == ids.plain) bytes[wrong.at] = char(bytes[wrong.at] ^ 0x10);
+      };
+      const auto damaged = readBytes(makeFile(changed).bytes);
+      EXPECT_EQ(difference(*damaged, described, {ids.plain}).toStdString(), "") << wrong.what;
+      const NsfNote note = noteOf(*damaged, ids.plain);
+      ASSERT_EQ(note.items.size(), described.note(ids.plain).items.size());
+      for (const NsfItem& item : note.items)
+        EXPECT_EQ(item.state == NsfItemState::Unreadable, !(item.item.flags & itemflag::Summary))
+            << wrong.what << ": " << item.item.name.toStdString();
+      EXPECT_EQ(problemsOf(damaged->report(), NsfProblemKind::NonSummary, ids.plain), 1) << wrong.what;
+    }
+  }
+}
+
+TEST(NsfDamage, PlacesInBucketsOfBodiesThatAreNoneAreMarked) {
+  for (const quint32 place : {0x80000000u, 0x81000000u, 0x80000001u, 0x82000001u, 0xFF000001u, 0x81000002u,
+                              0xFFFFFFFFu, 0x81FFFFFFu}) {
+    ChangedSample sample;
+    sample.described.bodyBuckets = MadeDatabase::BodyBuckets::Plain;
+    sample.described.note(sample.ids.plain).bodyInBucket = true;
+    sample.with(MadePart::Record, sample.ids.plain, [&](QByteArray& record) { put32(record, 56, place); });
+    const auto read = sample.read();
+    EXPECT_EQ(difference(*read, sample.described, {sample.ids.plain}).toStdString(), "") << place;
+    EXPECT_EQ(noteOf(*read, sample.ids.plain).items[5].state, NsfItemState::Unreadable) << place;
+  }
+}
+
 TEST(NsfDamage, SizesOfBodiesBeyondTheFileAreNotAllocated) {
   for (const quint32 size : {0x7FFFFFFFu, 0xFFFFFFFFu, 0x80000000u, 100'000'000u})
     for (const quint32 place : {0u, 1u, 0x7FFFFFFFu, 0x00FFFFFFu}) {

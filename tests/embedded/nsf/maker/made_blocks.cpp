@@ -28,6 +28,16 @@ QByteArray summaryPage(const MadeSuperblock& block, int pages) {
   return page;
 }
 
+QByteArray pageOfBodies(const MadeSuperblock& block) {
+  constexpr qsizetype kFirst = 70, kDescriptor = 6;
+  QByteArray page = zeros(kBodyPage);
+  for (qsizetype i = 0; i < block.bodyBuckets.size(); ++i) {
+    put32(page, kFirst + i * kDescriptor, block.bodyBuckets[i]);
+    put16(page, kFirst + i * kDescriptor + 4, 0x0305);
+  }
+  return page;
+}
+
 // What no reader needs and what looks like something that one may look for.
 QByteArray logOfChanges() {
   QByteArray log(kLogSize, '\x3C');
@@ -50,7 +60,8 @@ QByteArray superblockBytes(const MadeSuperblock& block, int copy, const MadeChan
   pages = std::max(pages, 1);
   QByteArray body = summaryPage(block, pages);
   if (pages > 1) body += QByteArray(32, '\x11');
-  if (block.pageOfBodies) body += zeros(kBodyPage);
+  const bool hasBodies = block.pageOfBodies || !block.bodyBuckets.isEmpty();
+  if (hasBodies) body += pageOfBodies(block);
   body += zeros(kBitmapDescriptor) + block.rrvCopy + QByteArray(kBitmapSize, '\x7F') + block.listedNotes +
           logOfChanges();
   if (change) change(MadePart::SuperblockBody, quint32(copy), body);
@@ -60,6 +71,7 @@ QByteArray superblockBytes(const MadeSuperblock& block, int copy, const MadeChan
   putTime(header, 2, block.time);
   put32(header, 10, quint32(body.size()));
   put32(header, 14, quint32(buckets));
+  put32(header, 18, quint32(block.bodyBuckets.size()));
   put32(header, 22, 1);
   put32(header, 26, quint32(block.rrvCopy.size()));
   put32(header, 30, block.rrvPosition);
@@ -71,7 +83,7 @@ QByteArray superblockBytes(const MadeSuperblock& block, int copy, const MadeChan
   put32(header, 60, block.writeCount);
   put16(header, 68, block.packing == Packing::None ? 0 : 1);
   put32(header, 70, quint32(pages));
-  put32(header, 74, block.pageOfBodies ? 1 : 0);
+  put32(header, 74, hasBodies ? 1 : 0);
   put32(header, 88, 0xFFFFFFFF);
   const QByteArray packed = stored(body, block.packing);
   put32(header, 64, quint32(104 + packed.size() + 12));

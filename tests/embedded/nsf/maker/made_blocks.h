@@ -21,6 +21,7 @@ struct MadeSuperblock {
   };
   QVector<Bucket> buckets;
   bool severalPages = false, pageOfBodies = false;
+  QVector<quint32> bodyBuckets;  // positions in units of 256 bytes
   quint32 rrvPosition = 0, firstId = 0;
   QByteArray rrvCopy, listedNotes;  // the current bucket of the table of IDs; a table of note IDs
 };

@@ -46,7 +46,7 @@ struct MadeNote {
   bool bodyInRecord = false;
   // The record lies by itself in the file and not in a bucket.
   bool byPosition = false;
-  // The body is said to lie in a bucket of bodies, of which no file is known: nothing is written.
+  // The body lies in a bucket of bodies, of which no file is known: MadeDatabase::bodyBuckets.
   bool bodyInBucket = false;
 };
 
@@ -91,8 +91,12 @@ struct MadeDatabase {
   int newestSuperblock = 1, newestDescriptor = 0;  // which of the two copies of each block
   // So many of the last data notes, and of the last names, are unknown to the older copies.
   int notesSince = 0, namesSince = 0;
-  bool severalPages = false;   // descriptors of buckets lie on several pages, the first of them elsewhere
-  bool pageOfBodies = false;   // an empty page of descriptors of buckets of bodies
+  bool severalPages = false;  // descriptors of buckets lie on several pages, the first of them elsewhere
+  bool pageOfBodies = false;  // an empty page of descriptors of buckets of bodies
+  // Buckets of bodies as they may be: laid out as those of notes are, with their sectors marked or not.
+  // Without them nothing is written of bodies that are said to lie in one.
+  enum class BodyBuckets { Absent, Plain, Marked };
+  BodyBuckets bodyBuckets = BodyBuckets::Absent;
   bool formerBuckets = false;  // earlier versions of all buckets lie in free space
   bool untidy = false;         // gaps, empty slots and rubbish where files that are met have them
   quint8 mark = 5;             // low half of the byte that every sector of a bucket shares

@@ -76,7 +76,7 @@ quint16 statusOf(const MadeNote& note, bool bodyInRecord) {
 
 QByteArray bodyBlock(const MadeNote& note, const MadeNames& names) {
   const QByteArray values = bodyValues(note, names);
-  if (note.bodyInRecord || note.bodyInBucket || values.isEmpty()) return {};
+  if (note.bodyInRecord || values.isEmpty()) return {};
   QByteArray block = zeros(kBodyHeader) + values;
   put16(block, 0, 0x0010);
   put32(block, 2, quint32(block.size()));

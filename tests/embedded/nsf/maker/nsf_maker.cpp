@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <random>
+#include <tuple>
 
 #include "embedded/nsf/maker/made_blocks.h"
 #include "embedded/nsf/maker/made_buckets.h"
@@ -99,12 +100,40 @@ class FileWriter {
   }
 
   void placeBodies() {
+    QVector<MadeBucket> buckets;
+    QVector<QVector<quint32>> inBuckets;  // notes
     for (const MadeNote& note : described_.notes) {
       QByteArray block = bodyBlock(note, names_);
       if (block.isEmpty()) continue;
+      if (note.bodyInBucket && described_.bodyBuckets == MadeDatabase::BodyBuckets::Absent) continue;
       changed(MadePart::Body, note.id, block);
-      file_.notes[note.id].body = place(block);
+      if (!note.bodyInBucket) {
+        file_.notes[note.id].body = place(block);
+        continue;
+      }
+      constexpr int kMostSlots = 0x7F;
+      if (buckets.isEmpty() || !buckets.back().takes(block.size()) ||
+          buckets.back().slotCount() == kMostSlots) {
+        buckets.push_back(MadeBucket(MadeBucket::sizeFor(block.size(), described_.bucketSize)));
+        inBuckets.push_back({});
+      }
+      const quint32 slot = quint32(buckets.back().add(block));
+      inBuckets.back().push_back(note.id);
+      inBucket_[note.id] = {0x80000000 | slot << 24 | quint32(buckets.size()), quint32(block.size())};
     }
+    for (qsizetype number = 0; number < buckets.size(); ++number) {
+      const MadePlace whole = placeBodyBucket(buckets[number], int(number));
+      for (const quint32 id : inBuckets[number]) file_.notes[id].body = whole;
+    }
+  }
+
+  MadePlace placeBodyBucket(const MadeBucket& bucket, int number) {
+    QByteArray bytes = bucket.bytes(number, described_.changed);
+    put16(bytes, 0, 0x4204);
+    if (described_.bodyBuckets == MadeDatabase::BodyBuckets::Marked) markSectors(bytes, described_.mark);
+    const MadePlace placed = place(bytes);
+    bodyBuckets_.push_back(unitOf(placed));
+    return placed;
   }
 
   void placeObjects() {
@@ -120,8 +149,9 @@ class FileWriter {
     const MadePlace body = file_.notes[note.id].body;
     quint32 position = body.size > 0 ? unitOf(body) : 0, size = quint32(body.size);
     if (note.bodyInBucket) {
-      position = 0x80000000 | 1 << 24 | 1;
-      size = 500;
+      const bool isAbsent = described_.bodyBuckets == MadeDatabase::BodyBuckets::Absent;
+      std::tie(position, size) =
+          isAbsent ? std::pair(0x80000000u | 1 << 24 | 1, 500u) : inBucket_.value(note.id, {0, 0});
     }
     QByteArray record = noteRecord(note, names_, position, size, {});
     const bool hasRubbish = described_.untidy && !note.stub;
@@ -237,6 +267,7 @@ class FileWriter {
       for (const MadePlace& bucket : file_.buckets) block.buckets.push_back({unitOf(bucket), block.time});
       block.severalPages = described_.severalPages;
       block.pageOfBodies = described_.pageOfBodies;
+      block.bodyBuckets = bodyBuckets_;
       block.rrvPosition = unitOf(file_.rrvBuckets[currentTable_]);
       block.firstId = firstOfTable(currentTable_);
       block.rrvCopy = currentEntries(unknown);
@@ -307,6 +338,9 @@ class FileWriter {
   const Areas areas_;
   MadeFile file_;
   MadePlace superblockAreas_[2], descriptorAreas_[2], neverWritten_;
+  QHash<quint32, std::pair<quint32, quint32>>
+      inBucket_;  // place and size of bodies in buckets, by their note
+  QVector<quint32> bodyBuckets_;
   QVector<Table> tables_;
   quint32 currentTable_ = 1;
   qint64 superblockNeed_ = 0, descriptorNeed_ = 0;
