@@ -39,6 +39,9 @@ constexpr OptionRow kExportOptions[] = {
 constexpr OptionRow kSetOptions[] = {
     {"type", "TYPE", "text, number or date; otherwise the item's own, text for a new item"},
 };
+constexpr OptionRow kNsfOptions[] = {
+    {"salvage", nullptr, "Looks for notes without the tables: deleted and outdated ones may be among them"},
+};
 constexpr OptionRow kAttachmentOptions[] = {
     {"extract", "DIR", "Writes the files into this directory"},
 };
@@ -89,15 +92,8 @@ constexpr CommandRow kCommands[] = {
      kAttachmentOptions, false, listAttachments},
     {"formulas", "DB", 1, 1, "Lists every formula of the design with its source", {}, false, listFormulas},
     {"integrity", "DB", 1, 1, "Checks the file, every note and every attachment", {}, false, checkDatabase},
-    {"nsf",
-     "info|dump FILE",
-     2,
-     2,
-     "Tells what a real database holds, or lists its notes and items",
-     {},
-     false,
-     readRealDatabase,
-     false},
+    {"nsf", "info|dump FILE", 2, 2, "Tells what a real database holds, or lists its notes and items",
+     kNsfOptions, false, readRealDatabase, false},
 };
 
 QString helpLine(const QString& left, const char* right) {

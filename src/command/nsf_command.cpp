@@ -11,12 +11,15 @@
 namespace lens {
 namespace {
 
-std::unique_ptr<NsfDatabase> openFile(const QString& path) {
+std::unique_ptr<NsfDatabase> openFile(CommandCall& call) {
+  const QString& path = call.arguments[1];
   QString reason;
   auto source = NsfFileSource::open(path, reason);
   if (!source)
     throw RuntimeError(enginefault::CannotOpen, u"%1: the file cannot be read (%2)"_s.arg(path, reason));
-  auto database = std::make_unique<NsfDatabase>(std::move(source));
+  source->setWatch([&call] { return call.console.requireGoingOn(), true; });
+  const NsfReading reading = call.has(u"salvage") ? NsfReading::Salvage : NsfReading::Proven;
+  auto database = std::make_unique<NsfDatabase>(std::move(source), reading);
   if (!database->isOpen())
     throw RuntimeError(enginefault::CannotOpen, path + u": "_s + database->report().refused);
   return database;
@@ -66,31 +69,59 @@ int exitCodeOf(const NsfReport& report) {
   return report.isComplete() ? exitcode::Done : exitcode::Found;
 }
 
-// Reads every note, since the report counts what it meets.
-int tell(CommandCall& call) {
-  const auto database = openFile(call.arguments[1]);
-  forEachNote(call, *database, [](const NsfNote&) {});
-  const NsfReport& report = database->report();
-  if (call.json()) {
-    writeJson(call, report.json());
-  } else {
-    QByteArray lines;
-    for (const QString& line : report.text().split(u'\n', Qt::SkipEmptyParts)) {
-      appendPrintable(lines, line);
-      lines += '\n';
-    }
-    call.console.out().write(lines);
+// Another program may write the file meanwhile.
+void tellOfChanges(CommandCall& call, const NsfDatabase& database) {
+  if (database.hasChangedSince())
+    call.console.say(
+        u"%1: %2: the file was written while it was read: what is told may be of two states"_s.arg(
+            call.name, call.arguments[1]));
+}
+
+void writeText(CommandCall& call, const NsfAcl& acl) {
+  Output& out = call.console.out();
+  out.line("Access control list: " + counted(acl.entries.size(), u"entry"_s, u"entries"_s).toUtf8());
+  for (const NsfAclEntry& entry : acl.entries) {
+    QByteArray line = "    ";
+    appendColumn(line, entry.name, 40);
+    appendPrintable(line, u"level %1  flags %2  %3"_s.arg(entry.level)
+                              .arg(entry.flags, 4, 16, QLatin1Char('0'))
+                              .arg(acl.rolesOf(entry).join(u' ')));
+    while (line.endsWith(' ')) line.chop(1);
+    out.line(line);
   }
+}
+
+// Reads every note and the list, since the report counts what it meets.
+int tell(CommandCall& call) {
+  const auto database = openFile(call);
+  forEachNote(call, *database, [](const NsfNote&) {});
+  const std::optional<NsfAcl> acl = database->acl();
+  const NsfReport& report = database->report();
+  tellOfChanges(call, *database);
+  if (call.json()) {
+    QJsonObject json = report.json();
+    if (acl) json[u"acl"_s] = nsfAclJson(*acl);
+    writeJson(call, json);
+    return exitCodeOf(report);
+  }
+  QByteArray lines;
+  for (const QString& line : report.text().split(u'\n', Qt::SkipEmptyParts)) {
+    appendPrintable(lines, line);
+    lines += '\n';
+  }
+  call.console.out().write(lines);
+  if (acl) writeText(call, *acl);
   return exitCodeOf(report);
 }
 
 int dump(CommandCall& call) {
-  const auto database = openFile(call.arguments[1]);
+  const auto database = openFile(call);
   forEachNote(call, *database, [&](const NsfNote& note) {
     call.json() ? writeJson(call, nsfNoteJson(note)) : writeText(call, note);
   });
   for (const NsfStub& stub : database->stubs())
     call.json() ? writeJson(call, nsfStubJson(stub)) : writeText(call, stub);
+  tellOfChanges(call, *database);
   const int code = exitCodeOf(database->report());
   if (code == exitcode::Found)
     call.console.say(u"%1: %2: not all of it can be read; \"nsf info\" tells what and why"_s.arg(

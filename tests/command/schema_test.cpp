@@ -2,6 +2,7 @@
 #include "command/command_fixture.h"
 #include "command/json_schema.h"
 #include "embedded/format/source_formula.h"
+#include "embedded/nsf/made_samples.h"
 
 namespace lens {
 namespace {
@@ -29,6 +30,18 @@ class Schema : public CommandTest {
     EXPECT_FALSE(objects.isEmpty()) << definition.toStdString();
     for (const QJsonObject& object : objects) EXPECT_EQ(schema.faults(definition, object), QStringList());
     seen += definition;
+  }
+
+  // Each object one of them, and each of them is met.
+  void expectFitsOneOf(const QStringList& definitions, const QStringList& arguments) {
+    QStringList met;
+    for (const QJsonObject& object : run(arguments + QStringList{u"--json"_s}).objects()) {
+      const QString which = definitions.value(object[u"kind"] == u"stub"_s ? 1 : 0);
+      EXPECT_EQ(schema.faults(which, object), QStringList());
+      if (!met.contains(which)) met += which;
+    }
+    EXPECT_EQ(met.size(), definitions.size());
+    seen += met;
   }
 
   JsonSchema schema;
@@ -62,7 +75,13 @@ TEST_F(Schema, FitsWhatEveryCommandWrites) {
                          nullptr),
             0);
   expectFits(u"fault"_s, {u"integrity"_s, u"mail.nsf"_s});
-  QStringList pieces{u"flags"_s, u"item"_s, u"noteId"_s, u"unid"_s, u"value"_s, u"way"_s};
+  const QString real = file(u"real.nsf"_s);
+  write(real, made::makeFile(made::sampleWithALostNote()).bytes);
+  expectFits(u"nsfReport"_s, {u"nsf"_s, u"info"_s, real});
+  expectFitsOneOf({u"nsfNote"_s, u"nsfStub"_s}, {u"nsf"_s, u"dump"_s, real});
+  expectFitsOneOf({u"nsfNote"_s, u"nsfStub"_s}, {u"nsf"_s, u"dump"_s, real, u"--salvage"_s});
+  QStringList pieces{u"nsfWord"_s, u"nsfId"_s,  u"nsfNoteId"_s, u"nsfTime"_s, u"flags"_s,
+                     u"item"_s,    u"noteId"_s, u"unid"_s,      u"value"_s,   u"way"_s};
   QStringList unused = schema.definitions();
   unused.removeIf([&](const QString& name) { return seen.contains(name) || pieces.contains(name); });
   EXPECT_EQ(unused, QStringList());

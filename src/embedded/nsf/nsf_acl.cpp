@@ -26,6 +26,22 @@ QStringList readHistory(QByteArrayView bytes, int lines) {
 
 }  // namespace
 
+QString NsfAcl::role(qsizetype number) const {
+  constexpr qsizetype kOldPrivileges = 5;
+  const QString& name = roleNames[number];
+  if (number < kOldPrivileges || name.isEmpty() || name.startsWith(u'[')) return name;
+  return QStringLiteral("[%1]").arg(name);
+}
+
+QStringList NsfAcl::rolesOf(const NsfAclEntry& entry) const {
+  QStringList roles;
+  for (qsizetype i = 0; i < roleNames.size() && i / 8 < entry.roles.size(); ++i) {
+    const bool isSet = quint8(entry.roles[i / 8]) >> i % 8 & 1;
+    if (isSet && !roleNames[i].isEmpty()) roles += role(i);
+  }
+  return roles;
+}
+
 std::optional<NsfAcl> readNsfAcl(QByteArrayView payload, QString& reason) {
   const RecordBytes bytes(payload);
   reason.clear();

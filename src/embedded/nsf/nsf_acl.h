@@ -21,6 +21,11 @@ struct NsfAcl {
   QStringList roleNames;
   QVector<NsfAclEntry> entries;
   QStringList history;
+
+  // As it is shown: a role stands in brackets. "" for one without a name.
+  QString role(qsizetype number) const;
+  // Those of an entry that have a name.
+  QStringList rolesOf(const NsfAclEntry& entry) const;
 };
 
 // None where the bytes are no whole list; the reason tells why.

@@ -37,21 +37,6 @@ QString typeWord(quint16 flags) {
   return isGroup ? u"mixedgroup"_s : u"unspecified"_s;
 }
 
-// Roles stand in brackets wherever they are shown. The first names of the list are privileges of old
-// releases.
-QString roleText(const NsfAcl& acl, qsizetype role) {
-  constexpr qsizetype kOldPrivileges = 5;
-  const QString& name = acl.roleNames[role];
-  return role < kOldPrivileges || name.isEmpty() || name.startsWith(u'[') ? name : u'[' + name + u']';
-}
-
-QStringList rolesOf(const NsfAcl& acl, const NsfAclEntry& entry) {
-  QStringList roles;
-  for (qsizetype i = 0; i < acl.roleNames.size() && i / 8 < entry.roles.size(); ++i)
-    if (quint8(entry.roles[i / 8]) >> i % 8 & 1 && !acl.roleNames[i].isEmpty()) roles += roleText(acl, i);
-  return roles;
-}
-
 // What the level does not allow is not allowed, whatever the flags say.
 QString entryText(const NsfAcl& acl, const NsfAclEntry& entry) {
   const quint16 flags = entry.flags;
@@ -65,7 +50,7 @@ QString entryText(const NsfAcl& acl, const NsfAclEntry& entry) {
                   level == kDepositor || level > kAuthor || (isAuthor && !(flags & aclflag::NoCreation)));
   words += wordOf(u"deletedocs", level >= kAuthor && !(flags & aclflag::NoDeletion));
   for (const GrantedFlag& granted : kGranted) words += wordOf(granted.word, flags & granted.flag);
-  const QStringList roles = rolesOf(acl, entry);
+  const QStringList roles = acl.rolesOf(entry);
   if (!roles.isEmpty()) words += u"roles="_s + roles.join(u',');
   return words.join(u"; "_s);
 }
@@ -76,7 +61,7 @@ void addAclItems(const NsfAcl& acl, Note& note) {
   QStringList entries, roles;
   for (const NsfAclEntry& entry : acl.entries) entries += entryText(acl, entry);
   for (qsizetype i = 0; i < acl.roleNames.size(); ++i)
-    if (!acl.roleNames[i].isEmpty()) roles += roleText(acl, i);
+    if (!acl.roleNames[i].isEmpty()) roles += acl.role(i);
   note.add(u"$ACLEntries"_s, itemflag::Summary, textListValue(entries));
   note.add(u"$ACLRoles"_s, itemflag::Summary, textListValue(roles));
   note.add(u"$ACLLog"_s, 0, textListValue(acl.history));

@@ -139,6 +139,10 @@ void NsfDatabase::Contents::describeHeader() {
   report.title = header.properties.title;
   report.replicaId = timeDateHex(header.properties.replicaId);
   report.databaseId = timeDateHex(header.properties.databaseId);
+  report.databaseClass = header.properties.databaseClass;
+  report.databaseFlags = header.properties.flags;
+  report.replicationOptions = header.properties.replicationFlags;
+  report.cutoffDays = header.properties.cutoffDays;
   report.truncated = source->size() < header.declaredSize;
   if (report.truncated)
     report.add({NsfProblemKind::Header, 0, source->size(),

@@ -82,4 +82,18 @@ QJsonObject nsfStubJson(const NsfStub& stub) {
   return json;
 }
 
+QJsonObject nsfAclJson(const NsfAcl& acl) {
+  QJsonArray entries;
+  for (const NsfAclEntry& entry : acl.entries)
+    entries.append(QJsonObject{{u"name"_s, entry.name},
+                               {u"level"_s, entry.level},
+                               {u"flags"_s, hexWord(entry.flags)},
+                               {u"roles"_s, QJsonArray::fromStringList(acl.rolesOf(entry))}});
+  QJsonArray roles;
+  for (qsizetype i = 0; i < acl.roleNames.size(); ++i)
+    if (!acl.roleNames[i].isEmpty()) roles.append(acl.role(i));
+  return {
+      {u"entries"_s, entries}, {u"roles"_s, roles}, {u"history"_s, QJsonArray::fromStringList(acl.history)}};
+}
+
 }  // namespace lens

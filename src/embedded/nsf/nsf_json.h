@@ -4,6 +4,7 @@
 
 #include <QJsonObject>
 
+#include "embedded/nsf/nsf_acl.h"
 #include "embedded/nsf/nsf_note.h"
 
 namespace lens {
@@ -14,5 +15,7 @@ QLatin1String nsfStateText(NsfItemState state);
 // A value is told by its size and the SHA-256 of its bytes, both without the type word.
 QJsonObject nsfNoteJson(const NsfNote& note);
 QJsonObject nsfStubJson(const NsfStub& stub);
+// Entries with level and flags as the file has them, and the names of their roles.
+QJsonObject nsfAclJson(const NsfAcl& acl);
 
 }  // namespace lens

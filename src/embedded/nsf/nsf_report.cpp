@@ -47,6 +47,10 @@ QString idText(const NsfProblem& problem) {
   return isNumber ? QString::number(problem.id) : QString::number(problem.id, 16).toUpper();
 }
 
+QString wordText(quint16 word) {
+  return u"%1"_s.arg(word, 4, 16, QLatin1Char('0')).toUpper();
+}
+
 QString problemLine(const NsfProblem& problem) {
   QString line = kindText(problem.kind);
   if (problem.id != 0) line += u' ' + idText(problem);
@@ -95,6 +99,9 @@ QString NsfReport::text() const {
                .arg(isTestedVersion ? QString() : u", which has not been tested"_s);
   lines += u"Title: "_s + title;
   lines += u"Replica ID: "_s + replicaId;
+  lines += u"Class %1, flags %2, replication options %3, cutoff %4 days"_s
+               .arg(wordText(databaseClass), wordText(databaseFlags), wordText(replicationOptions))
+               .arg(cutoffDays);
   if (!refused.isEmpty()) {
     lines += u"Not opened. "_s + refused;
   } else {
@@ -139,6 +146,10 @@ QJsonObject NsfReport::json() const {
           {u"title"_s, title},
           {u"replicaId"_s, replicaId},
           {u"databaseId"_s, databaseId},
+          {u"databaseClass"_s, wordText(databaseClass)},
+          {u"databaseFlags"_s, wordText(databaseFlags)},
+          {u"replicationOptions"_s, wordText(replicationOptions)},
+          {u"cutoffDays"_s, cutoffDays},
           {u"truncated"_s, truncated},
           {u"refused"_s, refused},
           {u"superblock"_s, superblock},

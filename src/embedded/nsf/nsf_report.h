@@ -39,6 +39,9 @@ struct NsfReport {
   bool isTestedVersion = false;  // others that share the layout are read, but nobody has compared the result
   QString title;
   QString replicaId, databaseId;  // 16 hexadecimal digits each
+  // Words of the header whose bits are not all known; shown as they are.
+  quint16 databaseClass = 0, databaseFlags = 0, replicationOptions = 0;
+  int cutoffDays = 0;
   bool truncated = false;
   // Why it was not opened; "" when it was.
   QString refused;
