@@ -169,31 +169,76 @@ TEST_F(RealDatabases, AreCopiedWithTheirAttachments) {
   EXPECT_EQ(files, 5);
 }
 
+// Every member that writes raises, and not a byte changes: neither of the file nor of its copy.
 TEST_F(RealDatabases, RefuseEveryChangeBehindTheObjectModel) {
   EmbeddedGateway gateway(workspace);
   const Object session = gateway.create(u"Notes.NotesSession"_s);
   const Object database = session.call(u"GETDATABASE"_s, u""_s, u"real.nsf"_s).object();
-  const Object document = database.call(u"GETDOCUMENTBYID"_s, NoteId(ids.plain).hexText()).object();
-  document.call(u"REPLACEITEMVALUE"_s, u"Subject"_s, u"changed"_s);
-  EXPECT_EQ(errorNumber([&] { document.call(u"SAVE"_s, true, false); }), enginefault::NotSaved);
-  EXPECT_EQ(errorNumber([&] { document.call(u"REMOVE"_s, true); }), enginefault::NotSaved);
-  EXPECT_EQ(errorNumber([&] { document.call(u"REMOVEPERMANENTLY"_s, true); }), enginefault::NotSaved);
-  EXPECT_EQ(errorNumber([&] { document.call(u"COPYTODATABASE"_s, database); }), enginefault::NotSaved);
+  const auto document = [&] {
+    return database.call(u"GETDOCUMENTBYID"_s, NoteId(ids.plain).hexText()).object();
+  };
+  const auto changed = [&](const std::function<void(const Object& document)>& change) {
+    const Object open = document();
+    change(open);
+    open.call(u"SAVE"_s, true, false);
+  };
+  const auto found = [&] { return database.call(u"SEARCH"_s, u"1"_s, Object(), 0).object(); };
+  const std::pair<const char*, std::function<void()>> members[] = {
+      {"SAVE of a value",
+       [&] {
+         changed([](const Object& open) { open.call(u"REPLACEITEMVALUE"_s, u"Subject"_s, u"new"_s); });
+       }},
+      {"SAVE of an item less",
+       [&] { changed([](const Object& open) { open.call(u"RemoveItem"_s, u"Subject"_s); }); }},
+      {"SAVE of rich text",
+       [&] {
+         changed([](const Object& open) {
+           open.call(u"CREATERICHTEXTITEM"_s, u"More"_s).object().call(u"APPENDTEXT"_s, u"more"_s);
+         });
+       }},
+      {"SAVE of flags",
+       [&] {
+         changed([](const Object& open) {
+           open.call(u"GETFIRSTITEM"_s, u"Subject"_s).object().set(u"ISPROTECTED"_s, true);
+         });
+       }},
+      {"Remove", [&] { document().call(u"Remove"_s, true); }},
+      {"REMOVEPERMANENTLY", [&] { document().call(u"REMOVEPERMANENTLY"_s, true); }},
+      {"COPYTODATABASE", [&] { document().call(u"COPYTODATABASE"_s, database); }},
+      {"REMOVEALL", [&] { found().call(u"REMOVEALL"_s, true); }},
+      {"Remove of the database", [&] { database.call(u"Remove"_s); }},
+  };
   const auto copy = open();
+  const QByteArray source = contentOf(path), bytes = contentOf(copy->path());
+  for (const auto& [name, write] : members) {
+    QString reason;
+    const int number = errorNumber(write, &reason);
+    const bool isRemoval = QByteArrayView(name) == "Remove of the database";
+    EXPECT_EQ(number, isRemoval ? int(err::PermissionDenied) : int(enginefault::NotSaved))
+        << name << ": " << reason.toStdString();
+    EXPECT_TRUE(contentOf(path) == source) << name;
+  }
   Note note;
   ASSERT_TRUE(copy->notes().read(NoteId(ids.plain), note));
-  EXPECT_NE(note.text(u"Subject"), u"changed"_s);
+  EXPECT_NE(note.text(u"Subject"), u"new"_s);
+  EXPECT_EQ(copy->notes().noteCount(0x7FFF), open()->notes().noteCount(0x7FFF));
+  const QString copied = copy->path();
+  EXPECT_TRUE(contentOf(copied) == bytes);
 }
 
 TEST_F(RealDatabases, RefuseEveryChangeBehindTheFunctions) {
+  const QByteArray bytes = contentOf(path);
   EmbeddedCApi api(workspace);
   DbHandle handle = 0;
   ASSERT_EQ(api.NSFDbOpen("real.nsf", handle), 0);
   EXPECT_EQ(api.NSFNoteDelete(handle, qint32(ids.plain), 0x201), status::CannotAccess);
+  EXPECT_NE(api.NSFDbCreate("real.nsf", 0xFF01, 1), status::Ok);
   NoteHandle note = 0;
   EXPECT_EQ(api.NSFNoteOpen(handle, qint32(ids.plain), 0, note), 0);
   api.NSFNoteClose(note);
   api.NSFDbClose(handle);
+  EXPECT_NE(api.NSFDbCreate("real.nsf", 0xFF01, 1), status::Ok) << "it is closed";
+  EXPECT_EQ(contentOf(path), bytes);
 }
 
 TEST_F(RealDatabases, AreNeverRemovedOrReplaced) {
