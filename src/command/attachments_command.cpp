@@ -5,13 +5,13 @@
 
 #include "command/command_functions.h"
 #include "command/document_walk.h"
-#include "command/json_output.h"
 #include "command/text_output.h"
 #include "host/file_names.h"
 #include "host/paths.h"
 #include "host/save_file.h"
 #include "notes/item_types.h"
 #include "notes/literals.h"
+#include "records/json_output.h"
 #include "shell/text_routines.h"
 
 namespace lens {

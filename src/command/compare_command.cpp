@@ -1,9 +1,9 @@
 // compare: what two databases differ in, both ways.
 #include "command/command_functions.h"
-#include "command/json_output.h"
 #include "command/text_output.h"
 #include "embedded/checks/database_comparison.h"
 #include "notes/literals.h"
+#include "records/json_output.h"
 
 namespace lens {
 namespace {

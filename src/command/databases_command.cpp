@@ -1,8 +1,8 @@
 // databases: what there is to look into.
 #include "command/command_functions.h"
-#include "command/json_output.h"
 #include "command/text_output.h"
 #include "notes/literals.h"
+#include "records/json_output.h"
 
 namespace lens {
 namespace {

@@ -2,11 +2,11 @@
 
 #include <QtEndian>
 
-#include "command/json_output.h"
-#include "command/shown_note.h"
 #include "command/text_output.h"
 #include "embedded/format/lmbcs.h"
 #include "notes/literals.h"
+#include "records/json_output.h"
+#include "records/shown_note.h"
 
 namespace lens {
 namespace {

@@ -5,14 +5,14 @@
 
 #include "command/command_functions.h"
 #include "command/command_table.h"
-#include "command/csv_output.h"
 #include "command/document_walk.h"
-#include "command/shown_note.h"
 #include "command/text_output.h"
 #include "embedded/dxl/dxl_exporter.h"
 #include "embedded/format/item_name.h"
 #include "host/save_file.h"
 #include "notes/literals.h"
+#include "records/csv_output.h"
+#include "records/shown_note.h"
 #include "shell/text_routines.h"
 
 namespace lens {

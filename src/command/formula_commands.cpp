@@ -1,10 +1,10 @@
 // evaluate and check: formulas, as the formula tools of the main window take them.
 #include "command/command_functions.h"
 #include "command/formula_run.h"
-#include "command/json_output.h"
 #include "command/text_output.h"
 #include "notes/literals.h"
 #include "notes/note_reading.h"
+#include "records/json_output.h"
 #include "shell/text_routines.h"
 
 namespace lens {

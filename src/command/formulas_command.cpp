@@ -1,10 +1,10 @@
 // formulas: every formula of a database's design, as its author wrote it.
 #include "command/command_functions.h"
-#include "command/json_output.h"
 #include "command/text_output.h"
 #include "embedded/checks/note_walk.h"
 #include "embedded/formula_context/note_formulas.h"
 #include "notes/literals.h"
+#include "records/json_output.h"
 
 namespace lens {
 namespace {

@@ -4,10 +4,10 @@
 
 #include "command/command_functions.h"
 #include "command/command_table.h"
-#include "command/json_output.h"
 #include "command/text_output.h"
 #include "embedded/dxl/dxl_importer.h"
 #include "notes/literals.h"
+#include "records/json_output.h"
 
 namespace lens {
 namespace {

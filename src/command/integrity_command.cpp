@@ -1,9 +1,9 @@
 // integrity: whether a database is whole.
 #include "command/command_functions.h"
-#include "command/json_output.h"
 #include "command/text_output.h"
 #include "embedded/checks/integrity_check.h"
 #include "notes/literals.h"
+#include "records/json_output.h"
 
 namespace lens {
 namespace {

@@ -4,11 +4,11 @@
 
 #include "command/command_functions.h"
 #include "command/command_table.h"
-#include "command/shown_note.h"
 #include "command/text_output.h"
 #include "notes/item_types.h"
 #include "notes/literals.h"
 #include "notes/numbers.h"
+#include "records/shown_note.h"
 #include "shell/text_routines.h"
 
 namespace lens {

@@ -3,10 +3,10 @@
 
 #include "command/command_functions.h"
 #include "command/document_walk.h"
-#include "command/shown_note.h"
 #include "command/text_output.h"
 #include "notes/item_types.h"
 #include "notes/literals.h"
+#include "records/shown_note.h"
 #include "shell/text_routines.h"
 
 namespace lens {

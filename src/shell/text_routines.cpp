@@ -75,10 +75,6 @@ Value hexStringToBinary(const QString& text) {
   return Value(sum);
 }
 
-QString eightDigits(const QString& noteId) {
-  return QString(u"00000000"_s + noteId).right(8);
-}
-
 // As replaceAllText() would, but within the text that it is given: of many megabytes there is never a second
 // copy.
 QString widenLineFeeds(QString text) {

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include "notes/bridge.h"
+#include "notes/eight_digits.h"
 
 namespace lens {
 
@@ -28,8 +29,6 @@ QString unsignedDec2Hex(const Value& number);
 // empty text and for a longer one.
 Value hexStringToBinary(const QString& text);
 
-// "00000000" with the ID appended, the rightmost 8 kept.
-QString eightDigits(const QString& noteId);
 // Each line feed as carriage return and line feed; an existing carriage return stays, so a line end
 // that had both carries an extra one.
 QString widenLineFeeds(QString text);

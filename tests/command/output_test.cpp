@@ -7,11 +7,11 @@
 #include <limits>
 
 #include "command/command_console.h"
-#include "command/csv_output.h"
-#include "command/json_output.h"
 #include "command/output.h"
 #include "command/text_output.h"
 #include "notes/literals.h"
+#include "records/csv_output.h"
+#include "records/json_output.h"
 #include "support/in_zone.h"
 #include "support/printers.h"
 

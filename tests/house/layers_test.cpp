@@ -16,9 +16,9 @@ namespace {
 using namespace Qt::StringLiterals;
 
 // From the top of the house to its ground.
-const QStringList kFloors = {u"app"_s,       u"command"_s,  u"bulk"_s,  u"design"_s, u"editing"_s,
-                             u"inspector"_s, u"lookup"_s,   u"tools"_s, u"shell"_s,  u"client"_s,
-                             u"controls"_s,  u"embedded"_s, u"host"_s,  u"notes"_s};
+const QStringList kFloors = {u"app"_s,       u"command"_s,  u"bulk"_s,    u"design"_s, u"editing"_s,
+                             u"inspector"_s, u"lookup"_s,   u"tools"_s,   u"shell"_s,  u"client"_s,
+                             u"controls"_s,  u"embedded"_s, u"records"_s, u"host"_s,   u"notes"_s};
 const QStringList kSubsystems = {u"bulk"_s,      u"design"_s, u"editing"_s,
                                  u"inspector"_s, u"lookup"_s, u"tools"_s};
 const QStringList kMayKnowTheEngine = {u"app"_s, u"command"_s, u"client"_s, u"embedded"_s};

@@ -1,4 +1,4 @@
-#include "command/csv_output.h"
+#include "records/csv_output.h"
 
 #include <utility>
 

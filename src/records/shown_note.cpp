@@ -1,8 +1,8 @@
-#include "command/shown_note.h"
+#include "records/shown_note.h"
 
+#include "notes/eight_digits.h"
 #include "notes/item_types.h"
 #include "notes/literals.h"
-#include "shell/text_routines.h"
 
 namespace lens {
 namespace {

@@ -1,12 +1,12 @@
-// What commands show of a document and its items, asked through the object model's door.
+// What commands and exports show of a document and its items, asked through the object model's door.
 #pragma once
 
 #include <QByteArray>
 #include <QStringList>
 
-#include "command/json_output.h"
 #include "host/regional.h"
 #include "notes/objects/notes_document.h"
+#include "records/json_output.h"
 
 namespace lens {
 

@@ -1,4 +1,4 @@
-#include "command/json_output.h"
+#include "records/json_output.h"
 
 #include <QDateTime>
 #include <QLocale>
