@@ -2,6 +2,7 @@
 
 #include "app/launcher.h"
 #include "command/command_main.h"
+#include "command/run_command.h"
 #include "host/desktop_host.h"
 
 int main(int argc, char** argv) {
@@ -9,6 +10,7 @@ int main(int argc, char** argv) {
   QApplication qtApplication(argc, argv);
   lens::DesktopHost host;
   lens::Launcher program(host);
+  program.openWhenShown(lens::filesOfWindows(QApplication::arguments().sliced(1)));
   program.start();
   return QApplication::exec();
 }

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QTimer>
+#include <utility>
 
 #include "app/closed_doors.h"
 #include "app/sample_workspace.h"
@@ -59,6 +60,9 @@ void Launcher::openClient() {
   // Closing the client window hides it; the panel that names the source brings it back.
   application_->form.sbrMain->setToolTip(u"Click on the source to show the client window"_s);
   application_->form.sbrMain->panelClick = [this](const QString& key) { sbrMain_PanelClick(key); };
+  if (files_.isEmpty()) return;
+  showClient();
+  client_->openFiles(std::exchange(files_, {}));
 }
 
 template <class Body>

@@ -18,6 +18,9 @@ class Launcher {
   explicit Launcher(Host& host);
   ~Launcher();
 
+  // Files that the client window opens when it has come up, which brings it to the front.
+  void openWhenShown(const QStringList& files) { files_ = files; }
+
   // Shows the windows.
   void start();
 
@@ -36,6 +39,7 @@ class Launcher {
 
   Host& host_;
   QString failure_;
+  QStringList files_;  // to be opened
   std::shared_ptr<Workspace> workspace_;
   std::shared_ptr<Database> firstDatabase_;  // held until the first screen is there
   std::unique_ptr<Gateway> notes_;

@@ -3,6 +3,7 @@
 #include "client/client_controls.h"
 #include "client/database_controller.h"
 #include "client/document_pane.h"
+#include "client/file_opening.h"
 #include "client/import_controller.h"
 #include "client/index_controller.h"
 #include "client/real_report.h"
@@ -19,7 +20,8 @@ ClientWindow::ClientWindow(const std::shared_ptr<Workspace>& workspace, QWidget*
       import_(std::make_unique<ImportController>(*controls_, workspace, *databases_)),
       export_(std::make_unique<ExportController>(*controls_, workspace, *databases_, *views_)),
       index_(std::make_unique<IndexController>(*controls_, *databases_)),
-      realReport_(std::make_unique<RealReport>(*controls_, *databases_)) {
+      realReport_(std::make_unique<RealReport>(*controls_, *databases_)),
+      files_(std::make_unique<FileOpening>(*controls_, *databases_, *import_)) {
   databases_->start();
   if (!workspace->serverFaults().isEmpty()) controls_->showError(workspace->serverFaults().join(u'\n'));
 }
@@ -36,6 +38,10 @@ bool ClientWindow::openDatabase(const DatabasePlace& place) {
 
 bool ClientWindow::openDocument(NoteId noteId) {
   return document_->open(noteId);
+}
+
+void ClientWindow::openFiles(const QStringList& paths) {
+  files_->open(paths);
 }
 
 void ClientWindow::closeDatabase() {

@@ -15,6 +15,7 @@
 namespace lens {
 
 class DocumentPane;
+class FileOpening;
 class ImportController;
 class IndexController;
 class RealReport;
@@ -33,6 +34,8 @@ class ClientWindow : public QMainWindow {
   // What its menus do; see the controllers.
   bool openDatabase(const DatabasePlace& place);
   bool openDocument(NoteId noteId);
+  // Databases are opened, DXL files and folders imported.
+  void openFiles(const QStringList& paths);
   void closeDatabase();
   void refresh();
   void importDxl(const QStringList& filesOrFolders, bool intoNew = false);
@@ -50,6 +53,7 @@ class ClientWindow : public QMainWindow {
   std::unique_ptr<ExportController> export_;
   std::unique_ptr<IndexController> index_;
   std::unique_ptr<RealReport> realReport_;
+  std::unique_ptr<FileOpening> files_;
 };
 
 }  // namespace lens

@@ -153,6 +153,17 @@ QString workspaceOfWindows(const QStringList& arguments) {
   return isForCommandLine(arguments) ? QString() : beginningOf(arguments).workspace;
 }
 
+QStringList filesOfWindows(const QStringList& arguments) {
+  if (isForCommandLine(arguments)) return {};
+  QCommandLineParser parser;
+  addOptions(parser, commonOptions());
+  parser.parse(withProgramName(arguments));
+  QStringList files;
+  for (const QString& word : parser.positionalArguments())
+    if (QFileInfo::exists(word)) files += QFileInfo(word).absoluteFilePath();
+  return files;
+}
+
 int runCommand(const QStringList& arguments, const Console::Ends& ends, const DoorOpener& open) {
   Console console(ends);
   return Runner(console, open).run(arguments);

@@ -16,6 +16,10 @@ bool isForCommandLine(const QStringList& arguments);
 // otherwise.
 QString workspaceOfWindows(const QStringList& arguments);
 
+// The files and folders that the windows are to open, as absolute paths; nothing where a command is asked
+// for.
+QStringList filesOfWindows(const QStringList& arguments);
+
 // Opens the doors on the workspace of that directory; "" means that none was named.
 using DoorOpener = std::function<Doors(const QString& workspace)>;
 

@@ -119,6 +119,16 @@ TEST_F(ProgramTest, AServerThatCannotBeReadIsToldInTheClientWindowAndTheOthersSt
   EXPECT_EQ(launcher.application().form.lstServerList->listCount(), 4);
 }
 
+TEST_F(ProgramTest, FilesThatItIsStartedWithComeIntoTheClientWindow) {
+  { const Launcher first(host); }
+  Launcher launcher(host);
+  launcher.openWhenShown({directory.filePath(u"workspace/data/disc/ideas.nsf"_s)});
+  launcher.start();
+  ASSERT_TRUE(clientComesUp(launcher));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return launcher.client()->windowTitle().contains(u"deas"); }))
+      << launcher.client()->windowTitle().toStdString();
+}
+
 // What raises here is a box there.
 TEST_F(ProgramTest, OfFirstStartsAtOnceOneFillsAndTheOthersWait) {
   for (int round = 0; round < 3; ++round) {

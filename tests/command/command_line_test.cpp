@@ -52,6 +52,20 @@ TEST_F(CommandLine, AWorkspaceWithoutACommandIsThatOfTheWindows) {
   EXPECT_EQ(workspaceOfWindows({u"--workspace"_s, u"/x"_s, u"databases"_s}), QString());
 }
 
+TEST_F(CommandLine, FilesWithoutACommandAreOpenedByTheWindows) {
+  const QString dxl = dxlFile(u"a.dxl"_s, 1);
+  EXPECT_EQ(filesOfWindows({dxl}), QStringList(dxl));
+  EXPECT_EQ(
+      filesOfWindows({dxl, u"--workspace"_s, directory.path(), file(u"missing.dxl"_s), directory.path()}),
+      QStringList({dxl, directory.path()}));
+  const QString before = QDir::currentPath();
+  QDir::setCurrent(directory.path());
+  EXPECT_EQ(filesOfWindows({u"a.dxl"_s}), QStringList(dxl));
+  QDir::setCurrent(before);
+  EXPECT_EQ(filesOfWindows({u"import"_s, dxl, u"--into"_s, u"mail.nsf"_s}), QStringList());
+  EXPECT_EQ(filesOfWindows({}), QStringList());
+}
+
 TEST_F(CommandLine, HelpNamesEveryCommandAndOption) {
   const CommandResult result = run({u"--help"_s});
   EXPECT_EQ(result.code, exitcode::Done);
