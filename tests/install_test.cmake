@@ -21,7 +21,7 @@ if(NOT told STREQUAL "TessalyAndDocContent ${VERSION}\n")
 endif()
 
 file(READ ${root}/share/applications/io.github.tessaly.Lens.desktop desktop)
-foreach(line "Exec=TessalyAndDocContent" "Icon=tessaly-lens")
+foreach(line "Exec=TessalyAndDocContent %F" "MimeType=application/x-dxl.xml;" "Icon=tessaly-lens")
   if(NOT desktop MATCHES "\n${line}\n")
     message(FATAL_ERROR "the desktop entry lacks ${line}")
   endif()

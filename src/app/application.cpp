@@ -83,10 +83,18 @@ void Application::start() {
   lifecycle.Form_Load();
   const QSize room = roomInside(*form.screen());
   if (room.expandedTo(kComfortableSize) == room) form.resize(kComfortableSize);
+  restoreSize();
   form.Timer2->setEnabled(true);
   lifecycle.Timer2_Timer();
   form.show();
   settleOnDesktop(form, layout, [this] { lifecycle.Form_Resize(); });
+}
+
+// A resize like any other, behind the record. Below its height all text is the smallest there is, which
+// nobody wants to begin with.
+void Application::restoreSize() {
+  if (!restorePlace || !restorePlace(form)) return;
+  form.resize(form.width(), qMax(form.height(), layout.recordedHeight() / WindowLayout::kTwipsPerPixel));
 }
 
 void installUntrappedReport(Host& host) {

@@ -2,6 +2,7 @@
 // does is found in the subsystem, under the procedure's name.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "bulk/replic_tool.h"
@@ -50,6 +51,8 @@ class Application {
 
   // Runs the load step, then shows the main window, as high as the screen leaves room for.
   void start();
+  // Puts the main window where it was at an earlier start; false where that is not known.
+  std::function<bool(QWidget&)> restorePlace;
 
   // Windows beside the main window are made when they are first asked for, so that the start need not wait.
   ReplicTool& bulk();
@@ -89,6 +92,8 @@ class Application {
   HostTools hostTools;
 
  private:
+  void restoreSize();
+
   Gateway& notes_;
   Host& host_;
   std::unique_ptr<ReplicTool> bulk_;

@@ -8,6 +8,7 @@
 
 #include "app/closed_doors.h"
 #include "app/sample_workspace.h"
+#include "client/kept_databases.h"
 #include "controls/look.h"
 #include "embedded/capi/embedded_capi.h"
 #include "embedded/model/embedded_gateway.h"
@@ -27,9 +28,15 @@ QString placeForWorkspace() {
   return directory;
 }
 
+// Beside what else the user's directory holds. Without such a directory nothing is kept.
+QString fileOfWindows(Host& host) {
+  const QString directory = host.userDirectory();
+  return directory.isEmpty() ? QString() : host.joinPath(directory, u"windows.ini"_s);
+}
+
 }  // namespace
 
-Launcher::Launcher(Host& host) : host_(host) {
+Launcher::Launcher(Host& host) : host_(host), kept_(fileOfWindows(host)) {
   // Hiding into the tray, a box at the start or a closed client window must not end the process.
   QApplication::setQuitOnLastWindowClosed(false);
   applyLook();
@@ -52,6 +59,7 @@ Launcher::~Launcher() = default;
 // Behind the main window, which the user came for; it is made when that one has been drawn.
 void Launcher::openClient() {
   client_ = std::make_unique<ClientWindow>(workspace_);
+  client_->keepState(kept_);
   firstDatabase_.reset();
   client_->setAttribute(Qt::WA_ShowWithoutActivating);
   client_->show();
@@ -81,7 +89,8 @@ bool Launcher::tell(Body&& statements) {
 void Launcher::openWorkspace() {
   if (!tell([this] { workspace_ = Workspace::open(placeForWorkspace(), host_.regional()); })) return;
   tell([this] { fillFirstTime(*workspace_); });
-  tell([this] { firstDatabase_ = openSampleMail(*workspace_); });
+  firstDatabase_ = openKeptDatabase(*workspace_, kept_);
+  if (!firstDatabase_) tell([this] { firstDatabase_ = openSampleMail(*workspace_); });
 }
 
 void Launcher::sbrMain_PanelClick(const QString& key) {
@@ -95,6 +104,9 @@ void Launcher::showClient() {
 }
 
 void Launcher::start() {
+  application_->restorePlace = [this](QWidget& window) {
+    return (new KeptPlace(window, kept_, u"main/place"_s))->restore();
+  };
   application_->start();
   if (workspace_) QTimer::singleShot(kMoment, &application_->form, [this] { openClient(); });
 }

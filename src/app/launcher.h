@@ -5,6 +5,7 @@
 
 #include "app/application.h"
 #include "client/client_window.h"
+#include "controls/kept_settings.h"
 #include "embedded/workspace/workspace.h"
 #include "host/host.h"
 
@@ -13,8 +14,8 @@ namespace lens {
 class Launcher {
  public:
   // Opens the workspace that the environment variable TESSALY_WORKSPACE names, else the user's own,
-  // which the first start fills with samples. When it cannot be opened the user is told why, and the
-  // program comes up with closed doors.
+  // which the first start fills with samples. What was open at the end of the last start is open again. When
+  // it cannot be opened the user is told why, and the program comes up with closed doors.
   explicit Launcher(Host& host);
   ~Launcher();
 
@@ -38,6 +39,7 @@ class Launcher {
   void showClient();
 
   Host& host_;
+  KeptSettings kept_;  // of the windows
   QString failure_;
   QStringList files_;  // to be opened
   std::shared_ptr<Workspace> workspace_;

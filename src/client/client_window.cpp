@@ -8,6 +8,7 @@
 #include "client/index_controller.h"
 #include "client/real_report.h"
 #include "client/view_pane.h"
+#include "client/window_state.h"
 
 namespace lens {
 
@@ -21,7 +22,9 @@ ClientWindow::ClientWindow(const std::shared_ptr<Workspace>& workspace, QWidget*
       export_(std::make_unique<ExportController>(*controls_, workspace, *databases_, *views_)),
       index_(std::make_unique<IndexController>(*controls_, *databases_)),
       realReport_(std::make_unique<RealReport>(*controls_, *databases_)),
-      files_(std::make_unique<FileOpening>(*controls_, *databases_, *import_)) {
+      files_(std::make_unique<FileOpening>(*controls_, *databases_, *import_)),
+      files_(std::make_unique<FileOpening>(*controls_, *databases_, *import_)),
+      state_(std::make_unique<WindowState>(*controls_, workspace, *databases_)) {
   databases_->start();
   if (!workspace->serverFaults().isEmpty()) controls_->showError(workspace->serverFaults().join(u'\n'));
 }
@@ -30,6 +33,10 @@ ClientWindow::~ClientWindow() = default;
 
 void ClientWindow::setFileChoice(std::unique_ptr<FileChoice> choice) {
   controls_->choice = choice ? std::move(choice) : std::make_unique<DesktopFileChoice>();
+}
+
+bool ClientWindow::keepState(KeptSettings& settings) {
+  return state_->keepIn(settings);
 }
 
 bool ClientWindow::openDatabase(const DatabasePlace& place) {

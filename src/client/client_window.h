@@ -19,6 +19,8 @@ class FileOpening;
 class ImportController;
 class IndexController;
 class RealReport;
+class KeptSettings;
+class WindowState;
 
 // Holds its controls and who works on them.
 class ClientWindow : public QMainWindow {
@@ -30,6 +32,10 @@ class ClientWindow : public QMainWindow {
 
   // Asks the user in another way; null stands for the desktop's dialogs.
   void setFileChoice(std::unique_ptr<FileChoice> choice);
+
+  // Brings back what an earlier start left in the settings, and keeps it there from now on; see
+  // window_state.h. False where they hold no place of the window.
+  bool keepState(KeptSettings& settings);
 
   // What its menus do; see the controllers.
   bool openDatabase(const DatabasePlace& place);
@@ -54,6 +60,7 @@ class ClientWindow : public QMainWindow {
   std::unique_ptr<IndexController> index_;
   std::unique_ptr<RealReport> realReport_;
   std::unique_ptr<FileOpening> files_;
+  std::unique_ptr<WindowState> state_;
 };
 
 }  // namespace lens

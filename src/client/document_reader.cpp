@@ -12,6 +12,7 @@ namespace lens {
 
 DocumentReader::DocumentReader(QWidget* parent) : QWidget(parent) {
   auto* halves = new QSplitter(Qt::Vertical, this);
+  halves->setObjectName(u"readerHalves"_s);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addLayout(makeHead());

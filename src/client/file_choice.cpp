@@ -14,42 +14,58 @@ QStringList chosen(QFileDialog& dialog) {
   return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles() : QStringList();
 }
 
+const QString kImport = u"import"_s, kDatabase = u"database"_s, kExport = u"export"_s;
+
+QString keyOf(const QString& purpose) {
+  return u"folders/"_s + purpose;
+}
+
 }  // namespace
 
+QString FileChoice::folderOf(const QString& purpose) const {
+  const QString kept = settings_ ? settings_->value(keyOf(purpose)).toString() : QString();
+  return folders_.value(purpose, kept);
+}
+
+void FileChoice::keepFolder(const QString& purpose, const QString& folder) {
+  folders_.insert(purpose, folder);
+  if (settings_) settings_->set(keyOf(purpose), folder);
+}
+
 QStringList DesktopFileChoice::dxlFiles(QWidget* owner) {
-  QFileDialog dialog(owner, QObject::tr("Import DXL"), lastFolder_,
+  QFileDialog dialog(owner, QObject::tr("Import DXL"), folderOf(kImport),
                      QObject::tr("DXL files (*.dxl *.xml);;All files (*)"));
   dialog.setFileMode(QFileDialog::ExistingFiles);
   const QStringList files = chosen(dialog);
-  if (!files.isEmpty()) lastFolder_ = QFileInfo(files.first()).path();
+  if (!files.isEmpty()) keepFolder(kImport, QFileInfo(files.first()).path());
   return files;
 }
 
 QString DesktopFileChoice::databaseFile(QWidget* owner) {
-  QFileDialog dialog(owner, QObject::tr("Open database file"), lastFolder_,
+  QFileDialog dialog(owner, QObject::tr("Open database file"), folderOf(kDatabase),
                      QObject::tr("Databases (*.nsf *.ntf *.NSF *.NTF);;All files (*)"));
   dialog.setFileMode(QFileDialog::ExistingFile);
   const QString file = chosen(dialog).value(0);
-  if (!file.isEmpty()) lastFolder_ = QFileInfo(file).path();
+  if (!file.isEmpty()) keepFolder(kDatabase, QFileInfo(file).path());
   return file;
 }
 
 QString DesktopFileChoice::folder(QWidget* owner) {
-  QFileDialog dialog(owner, QObject::tr("Import all DXL files of a folder"), lastFolder_);
+  QFileDialog dialog(owner, QObject::tr("Import all DXL files of a folder"), folderOf(kImport));
   dialog.setFileMode(QFileDialog::Directory);
   dialog.setOption(QFileDialog::ShowDirsOnly);
   const QString folder = chosen(dialog).value(0);
-  if (!folder.isEmpty()) lastFolder_ = folder;
+  if (!folder.isEmpty()) keepFolder(kImport, folder);
   return folder;
 }
 
 QString DesktopFileChoice::exportFile(QWidget* owner, const QString& suggestion) {
-  QFileDialog dialog(owner, QObject::tr("Export DXL"), lastFolder_, QObject::tr("DXL files (*.dxl)"));
+  QFileDialog dialog(owner, QObject::tr("Export DXL"), folderOf(kExport), QObject::tr("DXL files (*.dxl)"));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(u"dxl"_s);
   dialog.selectFile(suggestion);
   const QString file = chosen(dialog).value(0);
-  if (!file.isEmpty()) lastFolder_ = QFileInfo(file).path();
+  if (!file.isEmpty()) keepFolder(kExport, QFileInfo(file).path());
   return file;
 }
 

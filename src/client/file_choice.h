@@ -1,9 +1,12 @@
 // What the client window asks the user for: files, a folder, a name. A test answers in the user's place.
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QWidget>
+
+#include "controls/kept_settings.h"
 
 namespace lens {
 
@@ -21,6 +24,19 @@ class FileChoice {
   virtual QString reportFile(QWidget* owner, const QString& suggestion) = 0;
   // Path of a database to be made, below the directory of its server; `where` names that server.
   virtual QString databaseName(QWidget* owner, const QString& where) = 0;
+
+  // Dialogs begin in the folder that they ended in the last time, also of an earlier start. The settings live
+  // longer.
+  void keepFoldersIn(KeptSettings& settings) { settings_ = &settings; }
+
+ protected:
+  // By what is chosen: "import", "database", "export".
+  QString folderOf(const QString& purpose) const;
+  void keepFolder(const QString& purpose, const QString& folder);
+
+ private:
+  KeptSettings* settings_ = nullptr;  // null: for this start only
+  QHash<QString, QString> folders_;
 };
 
 // The desktop's own dialogs. They hold back only their owner: the tool's windows go on.
@@ -32,9 +48,6 @@ class DesktopFileChoice : public FileChoice {
   QString exportFile(QWidget* owner, const QString& suggestion) override;
   QString reportFile(QWidget* owner, const QString& suggestion) override;
   QString databaseName(QWidget* owner, const QString& where) override;
-
- private:
-  QString lastFolder_;
 };
 
 }  // namespace lens

@@ -119,6 +119,48 @@ TEST_F(ProgramTest, AServerThatCannotBeReadIsToldInTheClientWindowAndTheOthersSt
   EXPECT_EQ(launcher.application().form.lstServerList->listCount(), 4);
 }
 
+TEST_F(ProgramTest, TheNextStartShowsWhatWasOpenInTheSamePlaces) {
+  const DatabasePlace ideas{QString(), QDir::toNativeSeparators(u"disc/ideas.nsf"_s)};
+  QSize main;
+  {
+    Launcher launcher(host);
+    launcher.start();
+    ASSERT_TRUE(clientComesUp(launcher));
+    ASSERT_TRUE(launcher.client()->openDatabase(ideas));
+    launcher.client()->setGeometry(20, 30, 700, 480);
+    launcher.client()->close();
+    Form1& form = launcher.application().form;
+    QTest::qWait(1200);  // the desktop's first second
+    main = form.size() + QSize(-60, 10);
+    form.resize(main);
+    QTest::qWait(500);
+  }
+  Launcher launcher(host);
+  launcher.start();
+  EXPECT_EQ(launcher.application().form.size(), main);
+  // Behind the record: what is placed by it has grown with the window.
+  EXPECT_NE(launcher.application().layout.recordedHeight() / WindowLayout::kTwipsPerPixel, main.height());
+  ASSERT_TRUE(clientComesUp(launcher));
+  EXPECT_EQ(launcher.client()->geometry(), QRect(20, 30, 700, 480));
+  EXPECT_TRUE(launcher.client()->windowTitle().contains(u"deas"))
+      << launcher.client()->windowTitle().toStdString();
+}
+
+TEST_F(ProgramTest, AKeptHeightBelowTheRecordComesUpWithReadableText) {
+  {
+    Launcher launcher(host);
+    launcher.start();
+    QTest::qWait(1200);
+    launcher.application().form.resize(700, 340);
+    QTest::qWait(500);
+  }
+  Launcher launcher(host);
+  launcher.start();
+  const WindowLayout& layout = launcher.application().layout;
+  EXPECT_EQ(launcher.application().form.height(), layout.recordedHeight() / WindowLayout::kTwipsPerPixel);
+  EXPECT_GE(layout.ScaledFontSize(), 8);
+}
+
 TEST_F(ProgramTest, FilesThatItIsStartedWithComeIntoTheClientWindow) {
   { const Launcher first(host); }
   Launcher launcher(host);
