@@ -7,6 +7,7 @@
 #include "client/import_controller.h"
 #include "client/index_controller.h"
 #include "client/real_report.h"
+#include "client/list_export.h"
 #include "client/view_pane.h"
 #include "client/window_state.h"
 
@@ -24,7 +25,8 @@ ClientWindow::ClientWindow(const std::shared_ptr<Workspace>& workspace, QWidget*
       realReport_(std::make_unique<RealReport>(*controls_, *databases_)),
       files_(std::make_unique<FileOpening>(*controls_, *databases_, *import_)),
       files_(std::make_unique<FileOpening>(*controls_, *databases_, *import_)),
-      state_(std::make_unique<WindowState>(*controls_, workspace, *databases_)) {
+      state_(std::make_unique<WindowState>(*controls_, workspace, *databases_)),
+      lists_(std::make_unique<ListExport>(*controls_, workspace, *databases_, *views_)) {
   databases_->start();
   if (!workspace->serverFaults().isEmpty()) controls_->showError(workspace->serverFaults().join(u'\n'));
 }

@@ -20,6 +20,7 @@ class ImportController;
 class IndexController;
 class RealReport;
 class KeptSettings;
+class ListExport;
 class WindowState;
 
 // Holds its controls and who works on them.
@@ -61,6 +62,7 @@ class ClientWindow : public QMainWindow {
   std::unique_ptr<RealReport> realReport_;
   std::unique_ptr<FileOpening> files_;
   std::unique_ptr<WindowState> state_;
+  std::unique_ptr<ListExport> lists_;
 };
 
 }  // namespace lens

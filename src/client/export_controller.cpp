@@ -6,29 +6,12 @@
 
 #include "client/client_controls.h"
 #include "client/database_controller.h"
+#include "client/export_file.h"
 #include "client/view_pane.h"
 #include "embedded/dxl/dxl_exporter.h"
-#include "host/held_file.h"
-#include "host/save_file.h"
 #include "notes/literals.h"
 
 namespace lens {
-namespace {
-
-// False when it was cancelled; nothing is left of the file then, nor after a failure.
-bool writeFile(const QString& path, const std::function<bool(QIODevice&)>& write) {
-  requireNotHeld(path);
-  QSaveFile file(path);
-  const bool opened = file.open(QIODevice::WriteOnly);
-  if (opened && !write(file)) return false;
-  if (!opened || !commitWhole(file))
-    throw RuntimeError(err::PathFileAccess,
-                       QObject::tr("the file cannot be written (%1)").arg(file.errorString()));
-  return true;
-}
-
-}  // namespace
-
 ExportController::ExportController(ClientControls& controls, std::shared_ptr<Workspace> workspace,
                                    const DatabaseController& databases, const ViewPane& views)
     : controls_(controls), workspace_(std::move(workspace)), databases_(databases), views_(views) {
@@ -72,7 +55,7 @@ void ExportController::exportDxl(ExportRange range, const QString& path) {
       count = all;
       return watch.go(path, done, all);
     };
-    finished = writeFile(path, [&](QIODevice& file) {
+    finished = writeExport(path, [&](QIODevice& file) {
       return whole ? exportDatabase(*database, file, progress)
                    : exportNotes(*database, notes, file, progress);
     });

@@ -60,9 +60,11 @@ QString DesktopFileChoice::folder(QWidget* owner) {
 }
 
 QString DesktopFileChoice::exportFile(QWidget* owner, const QString& suggestion) {
-  QFileDialog dialog(owner, QObject::tr("Export DXL"), folderOf(kExport), QObject::tr("DXL files (*.dxl)"));
+  const QString kind = QFileInfo(suggestion).suffix();
+  QFileDialog dialog(owner, QObject::tr("Export %1").arg(kind.toUpper()), folderOf(kExport),
+                     QObject::tr("%1 files (*.%2)").arg(kind.toUpper(), kind));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
-  dialog.setDefaultSuffix(u"dxl"_s);
+  dialog.setDefaultSuffix(kind);
   dialog.selectFile(suggestion);
   const QString file = chosen(dialog).value(0);
   if (!file.isEmpty()) keepFolder(kExport, QFileInfo(file).path());

@@ -18,7 +18,8 @@ class FileChoice {
   // A database to be opened.
   virtual QString databaseFile(QWidget* owner) = 0;
   virtual QString folder(QWidget* owner) = 0;
-  // A file to be written; the user was asked already when there is one of that name.
+  // A file to be written, of the kind of the suggested one ("mail.dxl"); the user was asked already when
+  // there is one of that name.
   virtual QString exportFile(QWidget* owner, const QString& suggestion) = 0;
   // The same for a report, as text or JSON.
   virtual QString reportFile(QWidget* owner, const QString& suggestion) = 0;

@@ -1,6 +1,7 @@
 #include "client/item_model.h"
 
 #include "client/note_texts.h"
+#include "client/shown_list.h"
 
 namespace lens {
 namespace {
@@ -48,6 +49,7 @@ QVariant ItemModel::headerData(int section, Qt::Orientation orientation, int rol
 }
 
 QVariant ItemModel::data(const QModelIndex& index, int role) const {
+  if (role == kWholeText && index.column() == Content) return text(index.row());
   if (role != Qt::DisplayRole || !index.isValid() || index.row() >= note_.items.size()) return {};
   const Item& item = note_.items[index.row()];
   if (index.column() == Name) return item.name;

@@ -8,11 +8,6 @@
 namespace lens {
 namespace {
 
-// In their wide forms too, which some programs read as the narrow ones.
-bool beginsAFormula(QStringView cell) {
-  return !cell.isEmpty() && u"=+-@\t\r\n\uFF1D\uFF0B\uFF0D\uFF20"_s.contains(cell.front());
-}
-
 bool needsQuotes(QStringView cell) {
   for (const QChar c : cell)
     if (c == u',' || c == u'"' || c == u'\n' || c == u'\r') return true;
@@ -20,6 +15,11 @@ bool needsQuotes(QStringView cell) {
 }
 
 }  // namespace
+
+// In their wide forms too, which some programs read as the narrow ones.
+bool beginsAFormula(QStringView cell) {
+  return !cell.isEmpty() && u"=+-@\t\r\n\uFF1D\uFF0B\uFF0D\uFF20"_s.contains(cell.front());
+}
 
 void CsvRow::separate() {
   if (begun_) bytes_.append(',');

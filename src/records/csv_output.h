@@ -10,6 +10,9 @@
 
 namespace lens {
 
+// Whether a spreadsheet takes a text for a formula.
+bool beginsAFormula(QStringView cell);
+
 class CsvRow {
  public:
   void text(QStringView cell);
