@@ -56,8 +56,9 @@ class Tour {
     explainTheFlags();
     lookUpAFunction();
     showTheSmallWindows();
-    showTheBulkTool();
-    showTheClientWindow();
+    showTheBulkTool(u"bulk"_s);
+    showTheClientWindow(u"client"_s);
+    showItDark();
   }
 
  private:
@@ -148,7 +149,21 @@ class Tour {
     window.close();
   }
 
-  void showTheBulkTool() {
+  // As on a dark desktop.
+  void showItDark() {
+    applyLook(Scheme::Dark);
+    workspace_->client().showDatabase({{}, kMail});
+    const QVector<NoteSummary> mails = workspace_->database({}, kMail)->notes().list(noteclass::Document);
+    workspace_->client().showDocument(mails.first().id);
+    capture();
+    form().txtSearch->setText(u"delivery"_s);
+    choose(*form().fldList, u"Body"_s);
+    picture(u"form1-dark"_s, form());
+    showTheBulkTool(u"bulk-dark"_s);
+    showTheClientWindow(u"client-dark"_s);
+  }
+
+  void showTheBulkTool(const QString& name) {
     form().cmdCMRcoll->raiseClick();
     FrmReplic& window = application_->bulk().window;
     for (ComboBox* server : {window.lstServer, window.lstDesignServer}) server->setText(u"Local"_s);
@@ -160,16 +175,16 @@ class Tour {
     window.chkFields->setValue(1);
     window.lstViewNames->setListIndex(0);
     choose(*window.lstDBNamesDest, u"disc"_s);
-    picture(u"bulk"_s, window);
+    picture(name, window);
     window.close();
   }
 
-  void showTheClientWindow() {
+  void showTheClientWindow(const QString& name) {
     ClientWindow client(workspace_);
     client.resize(1100, 700);
     client.show();
     QTest::qWait(500);
-    picture(u"client"_s, client);
+    picture(name, client);
   }
 
   const QString directory_;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "controls/fonts.h"
+#include "controls/look.h"
 #include "controls/pictures.h"
 #include "notes/literals.h"
 #include "shell/window_layout.h"
@@ -11,30 +12,27 @@
 namespace lens {
 namespace {
 
-constexpr QRgb kWindow = 0xFFDCE7ED, kBox = 0xFFE0E0E0, kBorder = 0xFF9FABB2, kSelection = 0xFFB4CFE1,
-               kWarning = 0xFFC00000;
+struct WindowColours {
+  QRgb window, box, border, selection, warning, mark;
+};
+// On the window's colour the grey of the boxes hardly shows, so marks have a ground of their own.
+constexpr WindowColours kOnLight = {0xFFDCE7ED, 0xFFE0E0E0, 0xFF9FABB2, 0xFFB4CFE1, 0xFFC00000, 0xFFFFFFFF};
+constexpr WindowColours kOnDark = {0xFF263138, 0xFF1B2226, 0xFF62717A, 0xFF34495A, 0xFFFF9C94, 0xFF0E1215};
 
 constexpr int kDesignRowHeight = 16;
 
-QPalette replicPalette(QPalette palette) {
-  palette.setColor(QPalette::Window, QColor(kWindow));
-  palette.setColor(QPalette::Base, QColor(kBox));
-  palette.setColor(QPalette::Mid, QColor(kBorder));
-  palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(kSelection));
+QPalette replicPalette(QPalette palette, const WindowColours& colours) {
+  palette.setColor(QPalette::Window, QColor(colours.window));
+  palette.setColor(QPalette::Base, QColor(colours.box));
+  palette.setColor(QPalette::Mid, QColor(colours.border));
+  palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(colours.selection));
   return palette;
 }
 
-void colourText(QWidget& label, QRgb colour) {
-  QPalette own = label.palette();
-  own.setColor(QPalette::WindowText, QColor(colour));
-  label.setPalette(own);
-}
-
-// On the window's colour the grey of the boxes hardly shows.
-void whitenMark(QWidget& button) {
-  QPalette own = button.palette();
-  own.setColor(QPalette::Base, Qt::white);
-  button.setPalette(own);
+void giveColour(QWidget& widget, QPalette::ColorRole role, QRgb colour) {
+  QPalette own;
+  own.setColor(role, QColor(colour));
+  widget.setPalette(own);
 }
 
 void givePicture(PictureButton& button, const QIcon& picture, const QString& name) {
@@ -48,22 +46,30 @@ FrmReplic::FrmReplic(QWidget* owner) : OwnedWindow(owner) {
   setupUi(this);
   setWindowFlag(Qt::WindowMinMaxButtonsHint);
   setMinimumSize(480, 320);
-  setPalette(replicPalette(palette()));
   QFont monospace = font();
   monospace.setFamilies({monospaceFamily()});
   setFont(monospace);
-  colourText(*lblRunAgent, kWarning);
-  givePicture(*cmdClearMe, pictures::cross(), u"Clear"_s);
-  givePicture(*cmdClearFldList, pictures::cross(), u"clear list"_s);
+  cmdClearMe->setAccessibleName(u"Clear"_s);
+  cmdClearFldList->setAccessibleName(u"clear list"_s);
   givePicture(*Command2, pictures::check(), u"select all"_s);
   lstServer->setText(u"Local"_s);
   lstDesignServer->setText(u"Local"_s);
   Opt[0] = Opt0;
   Opt[1] = Opt1;
   Opt[2] = Opt2;
-  whitenMark(*chkFields);
-  for (OptionButton* option : Opt) whitenMark(*option);
+  followColours(*this, [this] { giveColours(); });
   rememberDesign();
+}
+
+void FrmReplic::giveColours() {
+  const QPalette all = QApplication::palette();
+  const WindowColours& colours = isDark(all) ? kOnDark : kOnLight;
+  setPalette(replicPalette(all, colours));
+  giveColour(*lblRunAgent, QPalette::WindowText, colours.warning);
+  giveColour(*chkFields, QPalette::Base, colours.mark);
+  for (OptionButton* option : Opt) giveColour(*option, QPalette::Base, colours.mark);
+  cmdClearMe->setIcon(pictures::cross());
+  cmdClearFldList->setIcon(pictures::cross());
 }
 
 void FrmReplic::rememberDesign() {

@@ -42,6 +42,7 @@ class FrmReplic : public OwnedWindow, public Ui::FrmReplic {
     QString text;
     bool isShown, isEnabled;
   };
+  void giveColours();
   void rememberDesign();
   static void restore(const Designed& designed);
 

@@ -15,19 +15,24 @@ ClientControls::ClientControls(QMainWindow& owner)
   panes->setStretchFactor(1, 1);
   viewPanes->setSizes({190, 630});
   viewPanes->setStretchFactor(1, 1);
-  QPalette error = window.palette();
-  error.setColor(QPalette::WindowText, QColor(colour::DestructiveText));
-  errorText->setPalette(error);
-  QPalette foot = window.palette();
-  foot.setColor(QPalette::Window, foot.color(QPalette::ToolTipBase));
-  foot.setColor(QPalette::WindowText, foot.color(QPalette::ToolTipText));
-  statusBar->setPalette(foot);
+  followColours(window, [this] { giveColours(); });
   statusBar->setAutoFillBackground(true);
   workBar = new WorkBar(&window);
   statusBar->addPermanentWidget(workBar);
   QObject::connect(hideAction, &QAction::triggered, &window, &QWidget::close);
   QObject::connect(errorDismiss, &QPushButton::clicked, errorStrip, [this] { clearError(); });
   clearError();
+}
+
+void ClientControls::giveColours() {
+  const QPalette all = QApplication::palette();
+  QPalette error;
+  error.setColor(QPalette::WindowText, colour::destructiveText(all));
+  errorText->setPalette(error);
+  QPalette foot;
+  foot.setColor(QPalette::Window, all.color(QPalette::ToolTipBase));
+  foot.setColor(QPalette::WindowText, all.color(QPalette::ToolTipText));
+  statusBar->setPalette(foot);
 }
 
 void ClientControls::showError(const QString& text) {

@@ -25,6 +25,9 @@ struct ClientControls : ::Ui::ClientWindow {
   QMainWindow& window;
   WorkBar* workBar;
   std::unique_ptr<FileChoice> choice;
+
+ private:
+  void giveColours();
 };
 
 }  // namespace lens

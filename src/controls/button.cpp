@@ -12,8 +12,8 @@
 namespace lens {
 namespace {
 
-// The style draws borders as a darker shade of the window colour; this one turns them reddish.
-constexpr QRgb kReddishWindow = 0xFFFFE3E1;
+// The style draws borders as a darker shade of the window colour; these turn them reddish.
+constexpr QRgb kReddishWindow = 0xFFFFE3E1, kReddishDarkWindow = 0xFFB06460;
 
 }  // namespace
 
@@ -54,14 +54,24 @@ void CommandButton::paintEvent(QPaintEvent* event) {
 void Button::setDestructive(bool destructive) {
   if (destructive_ == destructive) return;
   destructive_ = destructive;
+  giveColours();
+}
+
+void Button::giveColours() {
   QPalette own;
   if (destructive_) {
+    const QPalette all = QApplication::palette();
     own.setColor(QPalette::Button, palette().color(QPalette::Window));
-    own.setColor(QPalette::ButtonText, QColor(colour::DestructiveText));
+    own.setColor(QPalette::ButtonText, colour::destructiveText(all));
     own.setColor(QPalette::Disabled, QPalette::ButtonText,
-                 palette().color(QPalette::Disabled, QPalette::ButtonText));
+                 all.color(QPalette::Disabled, QPalette::ButtonText));
   }
   setPalette(own);
+}
+
+bool Button::event(QEvent* event) {
+  if (event->type() == QEvent::ApplicationPaletteChange && destructive_) giveColours();
+  return CommandButton::event(event);
 }
 
 // The fill is always the present colour of the window around.
@@ -69,8 +79,8 @@ void Button::initStyleOption(QStyleOptionButton* option) const {
   CommandButton::initStyleOption(option);
   if (!destructive_) return;
   option->palette.setColor(QPalette::Button, palette().color(QPalette::Window));
-  option->palette.setColor(QPalette::Window, QColor(kReddishWindow));
-  option->palette.setColor(QPalette::WindowText, QColor(colour::DestructiveText));
+  option->palette.setColor(QPalette::Window, QColor(isDark(palette()) ? kReddishDarkWindow : kReddishWindow));
+  option->palette.setColor(QPalette::WindowText, colour::destructiveText(palette()));
 }
 
 PictureButton::PictureButton(QWidget* parent) : CommandButton(parent) {

@@ -42,9 +42,12 @@ class Button : public CommandButton {
   void setDestructive(bool destructive);
 
  protected:
+  bool event(QEvent* event) override;
   void initStyleOption(QStyleOptionButton* option) const override;
 
  private:
+  void giveColours();
+
   bool destructive_ = false;
 };
 

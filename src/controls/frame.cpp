@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QStyle>
 
+#include "controls/look.h"
+
 namespace lens {
 namespace {
 
@@ -14,7 +16,8 @@ constexpr int kTitleLeft = 8;
 void Frame::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   // A shade of the window's colour, so that it fits windows with colours of their own.
-  painter.setPen(palette().color(QPalette::Window).darker(123));
+  const QColor ground = palette().color(QPalette::Window);
+  painter.setPen(isDark(palette()) ? ground.lighter(170) : ground.darker(123));
   painter.setRenderHint(QPainter::Antialiasing);
   painter.drawRoundedRect(QRectF(0.5, kLineTop + 0.5, width() - 1, height() - kLineTop - 1), 2, 2);
   if (title().isEmpty()) return;

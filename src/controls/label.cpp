@@ -11,14 +11,25 @@ Label::Label(QWidget* parent) : QLabel(parent) {
   setTextFormat(Qt::PlainText);
 }
 
-void Label::setLink(bool link) {
-  link_ = link;
+void Label::giveColours() {
   QPalette colours;
-  if (link) {
-    colours.setColor(QPalette::WindowText, QColor(colour::Link));
-    colours.setColor(QPalette::Window, palette().color(QPalette::Window));
+  if (link_) {
+    const QPalette all = QApplication::palette();
+    colours.setColor(QPalette::WindowText, all.color(QPalette::Active, QPalette::Link));
+    colours.setColor(QPalette::Window, parentWidget() ? parentWidget()->palette().color(QPalette::Window)
+                                                      : all.color(QPalette::Window));
   }
   setPalette(colours);
+}
+
+bool Label::event(QEvent* event) {
+  if (event->type() == QEvent::ApplicationPaletteChange && link_) giveColours();
+  return QLabel::event(event);
+}
+
+void Label::setLink(bool link) {
+  link_ = link;
+  giveColours();
   QFont underlined = font();
   underlined.setUnderline(link);
   setFont(underlined);

@@ -26,6 +26,7 @@ class Label : public QLabel {
   void setLink(bool link);
 
  protected:
+  bool event(QEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -33,6 +34,8 @@ class Label : public QLabel {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  void giveColours();
+
   bool link_ = false;
 };
 

@@ -184,7 +184,7 @@ void ListBox::paintCheck(QPainter& painter, int row, const QRect& place) const {
   check.initFrom(this);
   check.state &= ~(QStyle::State_HasFocus | QStyle::State_MouseOver);
   // Boxes without a mark are seen on a grey list too.
-  check.palette.setColor(QPalette::Base, Qt::white);
+  if (!isDark(palette())) check.palette.setColor(QPalette::Base, Qt::white);
   check.state |= isRowMarked(row) ? QStyle::State_On : QStyle::State_Off;
   const int size = std::min(13, place.height());
   check.rect =

@@ -4,13 +4,24 @@
 #include <QApplication>
 #include <QPalette>
 #include <QString>
+#include <functional>
+#include <optional>
 
 class QAbstractScrollArea;
 class QPainter;
 
 namespace lens {
 
-// Colours that controls need beside the palette.
+// The colours follow the desktop: a light set and a dark one, each chosen as a whole.
+enum class Scheme { Light, Dark };
+
+// By what a palette is: light text on a darker ground is dark.
+Scheme schemeOf(const QPalette& palette);
+inline bool isDark(const QPalette& palette) {
+  return schemeOf(palette) == Scheme::Dark;
+}
+
+// Colours that controls need beside the palette, as they are in the light set.
 namespace colour {
 inline constexpr QRgb Border = 0xFFB3B3B3;
 inline constexpr QRgb FocusBorder = 0xFF2A79AF;
@@ -18,13 +29,26 @@ inline constexpr QRgb FrameLine = 0xFFC3C3C3;
 inline constexpr QRgb Text = 0xFF1B1B1B;
 inline constexpr QRgb Link = 0xFF1F5F9C;
 inline constexpr QRgb DestructiveText = 0xFF8E1F1F;
+
+// In the set of the palette.
+QColor destructiveText(const QPalette& palette);
+// A colour of a text as it is shown on the ground of the palette. Colours are told for a light ground: on a
+// dark one black and grey become the text's own colour, and others light enough to be read.
+QColor shownText(const QColor& told, const QPalette& palette);
+// The same for a ground: a pale colour becomes a deep one of its hue.
+QColor shownGround(const QColor& told, const QPalette& palette);
 }  // namespace colour
 
-// The light palette, whatever the desktop's own colours are: every colour comes with its partner.
-QPalette lensPalette();
+// Every colour comes with its partner, whatever the desktop's own colours are.
+QPalette lensPalette(Scheme scheme = Scheme::Light);
 
-// Fusion style and the light palette for the whole application.
-void applyLook();
+// Fusion style for the whole application, and the palette of the set that goes with the desktop, now and
+// whenever the desktop changes its colours; or always that of one set.
+void applyLook(std::optional<Scheme> always = std::nullopt);
+
+// Gives a widget what is not of its palette alone (pictures, colours of its own): runs the function now, and
+// again whenever the colours of the application change.
+void followColours(QWidget& widget, std::function<void()> choose);
 
 // The edge of a box, one pixel of the layout wide, in the colour that tells whether it has the focus. Filled,
 // not drawn as a line, and reaching out to the box's clip: at scales like 1.25 the edge lies between pixels

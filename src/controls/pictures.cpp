@@ -4,12 +4,14 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "controls/look.h"
 #include "notes/literals.h"
 
 namespace lens::pictures {
 namespace {
 
 constexpr QRgb kInk = 0xFF1F5F9C;
+constexpr QRgb kLightInk = 0xFF82BCEC;
 constexpr QRgb kDarkInk = 0xFF2C4A5E;
 constexpr QRgb kDestructive = 0xFF8E1F1F;
 constexpr QRgb kFolder = 0xFFF4E7B4;
@@ -30,6 +32,13 @@ QIcon drawn(Draw draw) {
     icon.addPixmap(pixmap);
   }
   return icon;
+}
+
+// A picture of lines alone, in an ink that is seen on a button of today's colours.
+template <class Draw>
+QIcon onButton(QRgb usual, Draw draw) {
+  const QColor ink(isDark(QApplication::palette()) ? kLightInk : usual);
+  return drawn([&](QPainter& painter) { draw(painter, ink); });
 }
 
 void drawLens(QPainter& painter, QPointF centre, double radius, double handle) {
@@ -72,8 +81,8 @@ QIcon program() {
 }
 
 QIcon history() {
-  static const QIcon icon = drawn([](QPainter& painter) {
-    painter.setPen(QPen(QColor(kInk), 1.7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  return onButton(kInk, [](QPainter& painter, const QColor& ink) {
+    painter.setPen(QPen(ink, 1.7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     QPainterPath path({3.0, 6.0});
     path.lineTo(10.0, 6.0);
     path.cubicTo({14.5, 6.0}, {14.5, 12.5}, {10.0, 12.5});
@@ -81,16 +90,14 @@ QIcon history() {
     painter.drawPath(path);
     painter.drawPolyline(QPolygonF({{6.0, 3.0}, {3.0, 6.0}, {6.0, 9.0}}));
   });
-  return icon;
 }
 
 QIcon cross() {
-  static const QIcon icon = drawn([](QPainter& painter) {
-    painter.setPen(QPen(QColor(kDarkInk), 1.5, Qt::SolidLine, Qt::RoundCap));
+  return onButton(kDarkInk, [](QPainter& painter, const QColor& ink) {
+    painter.setPen(QPen(ink, 1.5, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(QPointF(4, 4), QPointF(12, 12));
     painter.drawLine(QPointF(12, 4), QPointF(4, 12));
   });
-  return icon;
 }
 
 QIcon check() {

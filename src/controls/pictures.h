@@ -1,4 +1,5 @@
-// The program's own pictures. They are drawn, so they are sharp at every scale of the screen.
+// The program's own pictures. They are drawn, so they are sharp at every scale of the screen. Those that
+// stand on a button's ground are drawn for the colours of the application as they are now.
 #pragma once
 
 #include <QIcon>

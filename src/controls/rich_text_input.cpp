@@ -186,6 +186,9 @@ bool RichTextBox::event(QEvent* event) {
     case QEvent::FocusIn:
       bringUpToDate();
       break;
+    case QEvent::ApplicationPaletteChange:
+      touchLooks(partFrom_, partTo_);
+      break;
     default:
       break;
   }

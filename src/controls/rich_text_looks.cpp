@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "controls/fonts.h"
+#include "controls/look.h"
 #include "controls/rich_text_box.h"
 
 namespace lens {
@@ -27,10 +28,12 @@ quint32 bgrOf(const QColor& colour) {
   return quint32(colour.red()) | quint32(colour.green()) << 8 | quint32(colour.blue()) << 16;
 }
 
-QTextCharFormat formatOf(const TextLook& look) {
+QTextCharFormat formatOf(const TextLook& look, const QPalette& palette) {
   QTextCharFormat format;
-  if (look.colour)
-    format.setForeground(QColor(*look.colour & 0xFF, *look.colour >> 8 & 0xFF, *look.colour >> 16 & 0xFF));
+  if (look.colour) {
+    const QColor told(*look.colour & 0xFF, *look.colour >> 8 & 0xFF, *look.colour >> 16 & 0xFF);
+    format.setForeground(colour::shownText(told, palette));
+  }
   if (look.fontName) format.setFontFamilies({installedFamily(*look.fontName)});
   if (look.fontSize) format.setFontPointSize(*look.fontSize);
   if (look.bold) format.setFontWeight(QFont::Bold);
@@ -53,7 +56,7 @@ void RichTextBox::applyLooks() {
   looks_.forEach(from, to, [&](int runFrom, int runTo, const TextLook& look) {
     cursor.setPosition(toDocument(runFrom));
     cursor.setPosition(toDocument(runTo), QTextCursor::KeepAnchor);
-    cursor.setCharFormat(formatOf(look));
+    cursor.setCharFormat(formatOf(look, palette()));
   });
   cursor.endEditBlock();
 }

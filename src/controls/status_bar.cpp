@@ -4,14 +4,17 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "controls/look.h"
 #include "notes/runtime_error.h"
 
 namespace lens {
 namespace {
 
-constexpr QRgb kLine = 0xFFC9C98F;
-constexpr QRgb kText = 0xFF3B3B22;
-constexpr QRgb kDisabledText = 0xFFA3A36F;
+struct BarColours {
+  QRgb line, text, disabledText;
+};
+constexpr BarColours kOnLight = {0xFFC9C98F, 0xFF3B3B22, 0xFFA3A36F};
+constexpr BarColours kOnDark = {0xFF5C5B40, 0xFFEDECD2, 0xFF8E8D72};
 constexpr int kPanelTextLeft = 8;
 
 }  // namespace
@@ -56,12 +59,13 @@ void StatusBar::mousePressEvent(QMouseEvent* event) {
 
 void StatusBar::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.fillRect(rect(), background_);
-  painter.fillRect(0, 0, width(), 1, QColor(kLine));
+  const BarColours& colours = isDark(palette()) ? kOnDark : kOnLight;
+  painter.fillRect(rect(), colour::shownGround(background_, palette()));
+  painter.fillRect(0, 0, width(), 1, QColor(colours.line));
   for (const Panel& panel : panels_) {
     const QRect place = placeOf(panel);
-    if (panel.left > 0) painter.fillRect(place.left(), 3, 1, height() - 5, QColor(kLine));
-    painter.setPen(QColor(panel.enabled ? kText : kDisabledText));
+    if (panel.left > 0) painter.fillRect(place.left(), 3, 1, height() - 5, QColor(colours.line));
+    painter.setPen(QColor(panel.enabled ? colours.text : colours.disabledText));
     const QRect textPlace = place.adjusted(kPanelTextLeft, 1, -2, 0);
     const QString shown = fontMetrics().elidedText(panel.text, Qt::ElideRight, textPlace.width());
     painter.drawText(textPlace, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown);

@@ -35,6 +35,7 @@ class StatusBar : public QWidget {
   // A press of the left button on a panel, by its key.
   Event<const QString&> panelClick;
 
+  // As it is on a light desktop; a dark one shows a deep colour of its hue.
   QColor background() const { return background_; }
   void setBackground(const QColor& colour);
 

@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <utility>
 
+#include "controls/look.h"
 #include "controls/pictures.h"
 #include "notes/literals.h"
 #include "shell/control_fonts.h"
@@ -30,11 +31,8 @@ Form1::Form1() {
   setMinimumSize(480, 320);
   useControlFonts(*this);
 
-  QPalette grey = Label2->palette();
-  grey.setColor(QPalette::WindowText, QColor(0x5F, 0x5F, 0x5F));
-  Label2->setPalette(grey);
+  followColours(*this, [this] { giveColours(); });
   Picture1->setPixmap(pictures::program().pixmap(16, 16));
-  cmdScroll->setIcon(pictures::history());
   cmdScroll->setAccessibleName(u"Previous content"_s);
   cmdDelRT->setIcon(pictures::clearHistory());
   cmdDelRT->setAccessibleName(u"Drop saved contents"_s);
@@ -52,6 +50,14 @@ Form1::Form1() {
   mnuBarExit = &mnuBar->addEntry(u"mnuBarExit"_s, u"Exit"_s);
 
   fldList->setFocus();
+}
+
+void Form1::giveColours() {
+  const QPalette all = QApplication::palette();
+  QPalette grey;
+  grey.setColor(QPalette::WindowText, QColor(isDark(all) ? 0xA9AEB3 : 0x5F5F5F));
+  Label2->setPalette(grey);
+  cmdScroll->setIcon(pictures::history());
 }
 
 void Form1::resizeEvent(QResizeEvent* event) {

@@ -36,6 +36,8 @@ class Form1 : public QWidget, public Ui::Form1 {
   void closeEvent(QCloseEvent* event) override;
 
  private:
+  void giveColours();
+
   bool shown_ = false;
 };
 
