@@ -44,8 +44,19 @@ install(FILES packaging/io.github.tessaly.Lens.desktop DESTINATION ${CMAKE_INSTA
 install(FILES packaging/tessaly-lens.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
 install(FILES packaging/tessaly-lens.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages)
 install(FILES ${made}/io.github.tessaly.Lens.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
-install(FILES README.md CHANGELOG.md THIRD_PARTY.md docs/guide.md docs/command.md docs/command.schema.json
-        docs/formula.md docs/workspace.md ${made}/changelog.gz DESTINATION ${doc})
+# What the help menu shows. The program looks for it beside itself, in a directory that no system leaves out; the directory
+# for documents leads there.
+set(shipped ${CMAKE_INSTALL_DATADIR}/tessaly-lens)
+install(FILES README.md CHANGELOG.md THIRD_PARTY.md SECURITY.md LICENSE DESTINATION ${shipped})
+install(FILES docs/guide.md docs/command.md docs/command.schema.json docs/formula.md docs/workspace.md docs/nsf.md
+        docs/trust.md DESTINATION ${shipped}/docs)
+install(DIRECTORY docs/pictures DESTINATION ${shipped}/docs)
+file(MAKE_DIRECTORY ${made}/links)
+foreach(name README.md CHANGELOG.md THIRD_PARTY.md docs)
+  file(CREATE_LINK ../../tessaly-lens/${name} ${made}/links/${name} SYMBOLIC)
+  install(FILES ${made}/links/${name} DESTINATION ${doc})
+endforeach()
+install(FILES ${made}/changelog.gz DESTINATION ${doc})
 install(FILES LICENSE DESTINATION ${doc} RENAME copyright)
 
 include(CPack)

@@ -8,7 +8,9 @@ foreach(name bin/TessalyAndDocContent share/man/man1/TessalyAndDocContent.1.gz
         share/bash-completion/completions/TessalyAndDocContent share/applications/io.github.tessaly.Lens.desktop
         share/icons/hicolor/scalable/apps/tessaly-lens.svg share/mime/packages/tessaly-lens.xml
         share/metainfo/io.github.tessaly.Lens.metainfo.xml share/doc/tessaly-lens/copyright
-        share/doc/tessaly-lens/command.schema.json)
+        share/doc/tessaly-lens/README.md share/doc/tessaly-lens/docs/command.schema.json
+        share/tessaly-lens/LICENSE share/tessaly-lens/THIRD_PARTY.md share/tessaly-lens/docs/guide.md
+        share/tessaly-lens/docs/pictures/form1.png)
   if(NOT EXISTS ${root}/${name})
     message(FATAL_ERROR "${name} is not installed")
   endif()

@@ -4,6 +4,7 @@
 #include "client/database_controller.h"
 #include "client/document_pane.h"
 #include "client/file_opening.h"
+#include "client/help_controller.h"
 #include "client/import_controller.h"
 #include "client/index_controller.h"
 #include "client/real_report.h"
@@ -26,7 +27,8 @@ ClientWindow::ClientWindow(const std::shared_ptr<Workspace>& workspace, QWidget*
       files_(std::make_unique<FileOpening>(*controls_, *databases_, *import_)),
       files_(std::make_unique<FileOpening>(*controls_, *databases_, *import_)),
       state_(std::make_unique<WindowState>(*controls_, workspace, *databases_)),
-      lists_(std::make_unique<ListExport>(*controls_, workspace, *databases_, *views_)) {
+      lists_(std::make_unique<ListExport>(*controls_, workspace, *databases_, *views_)),
+      help_(std::make_unique<HelpController>(*controls_)) {
   databases_->start();
   if (!workspace->serverFaults().isEmpty()) controls_->showError(workspace->serverFaults().join(u'\n'));
 }

@@ -16,6 +16,7 @@ namespace lens {
 
 class DocumentPane;
 class FileOpening;
+class HelpController;
 class ImportController;
 class IndexController;
 class RealReport;
@@ -63,6 +64,7 @@ class ClientWindow : public QMainWindow {
   std::unique_ptr<FileOpening> files_;
   std::unique_ptr<WindowState> state_;
   std::unique_ptr<ListExport> lists_;
+  std::unique_ptr<HelpController> help_;
 };
 
 }  // namespace lens

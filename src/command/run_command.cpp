@@ -4,7 +4,7 @@
 
 #include "command/command_table.h"
 #include "notes/literals.h"
-#include "shell/version.h"
+#include "notes/version.h"
 
 namespace lens {
 namespace {

@@ -2,8 +2,8 @@
 
 #include "notes/code_page.h"
 #include "notes/literals.h"
+#include "notes/version.h"
 #include "shell/error_modes.h"
-#include "shell/version.h"
 
 namespace lens {
 namespace {

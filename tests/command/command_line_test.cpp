@@ -3,7 +3,7 @@
 #include <QProcess>
 
 #include "command/command_fixture.h"
-#include "shell/version.h"
+#include "notes/version.h"
 
 namespace lens {
 namespace {

@@ -1,4 +1,4 @@
-#include "shell/version.h"
+#include "notes/version.h"
 
 namespace lens {
 

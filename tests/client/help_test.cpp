@@ -1,0 +1,105 @@
+// The help menu: what is shipped to read, and About.
+#include <QClipboard>
+#include <QLineEdit>
+#include <QMenu>
+#include <QRegularExpression>
+#include <QTextBrowser>
+
+#include "client/client_fixture.h"
+#include "client/guide_window.h"
+#include "notes/version.h"
+
+namespace lens {
+
+class ClientHelp : public Client {
+ protected:
+  QTextBrowser& page() { return part<QTextBrowser>("guidePage"); }
+  QString text() { return page().document()->toPlainText(); }
+};
+
+TEST_F(ClientHelp, F1ShowsTheGuideWithItsPictures) {
+  start();
+  EXPECT_EQ(part<QAction>("guideAction").shortcut(), QKeySequence(Qt::Key_F1));
+  trigger("guideAction");
+  ASSERT_TRUE(part<QWidget>("guideWindow").isVisible());
+  EXPECT_TRUE(text().startsWith(u"What the main window does"_s)) << text().left(80).toStdString();
+  EXPECT_TRUE(text().contains(QChar(QChar::ObjectReplacementCharacter))) << "no picture";
+}
+
+TEST_F(ClientHelp, EveryPageOfTheMenuIsThere) {
+  start();
+  int pages = 0;
+  for (QAction* action : part<QMenu>("helpMenu").actions()) {
+    if (action->isSeparator() || action->objectName() == u"aboutAction") continue;
+    action->trigger();
+    EXPECT_FALSE(text().contains(u"is not shipped"_s)) << action->objectName().toStdString();
+    EXPECT_GT(text().size(), 500) << action->objectName().toStdString();
+    ++pages;
+  }
+  EXPECT_GE(pages, 5);
+}
+
+TEST_F(ClientHelp, PagesLeadToEachOtherAndBack) {
+  start();
+  trigger("tourAction");
+  page().setSource(QUrl(u"docs/command.md"_s));
+  EXPECT_TRUE(text().contains(u"databases"_s));
+  page().setSource(QUrl(u"command.schema.json"_s));
+  EXPECT_TRUE(text().contains(u"\"$schema\""_s)) << text().left(200).toStdString();
+  page().backward();
+  page().backward();
+  EXPECT_TRUE(text().contains(u"Tessaly Lens"_s));
+  page().setSource(QUrl(u"docs/none.md"_s));
+  EXPECT_TRUE(text().contains(u"none.md is not shipped"_s)) << text().toStdString();
+}
+
+// What a page shows has to be there, or the reader is led into nothing.
+TEST_F(ClientHelp, EveryPictureOfTheGuideIsThere) {
+  QFile guide(shippedDocument(u"docs/guide.md"_s));
+  ASSERT_TRUE(guide.open(QIODevice::ReadOnly));
+  static const QRegularExpression picture(u"!\\[[^\\]]*\\]\\(([^)]+)\\)"_s);
+  int seen = 0;
+  for (const QRegularExpressionMatch& match : picture.globalMatch(QString::fromUtf8(guide.readAll()))) {
+    EXPECT_FALSE(shippedDocument(u"docs/"_s + match.captured(1)).isEmpty())
+        << match.captured(1).toStdString();
+    ++seen;
+  }
+  EXPECT_GT(seen, 5);
+}
+
+TEST_F(ClientHelp, WordsAreFoundOnThePageAgainAndAgain) {
+  start();
+  trigger("guideAction");
+  auto& words = part<QLineEdit>("guideWords");
+  words.setText(u"rich text"_s);
+  int first = -1, hits = 0;
+  for (int i = 0; i < 50; ++i) {
+    QTest::keyClick(&words, Qt::Key_Return);
+    const QTextCursor cursor = page().textCursor();
+    EXPECT_EQ(cursor.selectedText().toLower(), u"rich text"_s);
+    if (first == cursor.selectionStart()) break;
+    if (first < 0) first = cursor.selectionStart();
+    ++hits;
+  }
+  EXPECT_GT(hits, 1);
+  EXPECT_LT(hits, 50);
+}
+
+TEST_F(ClientHelp, AboutTellsVersionBuildLibrariesAndLicences) {
+  start();
+  trigger("aboutAction");
+  const QString facts = part<QPlainTextEdit>("aboutFacts").toPlainText();
+  for (const QString& fact :
+       {u"Tessaly Lens "_s + programVersion(), u"Build: "_s, u"Qt 6"_s, u"SQLite 3"_s, u"ICU "_s})
+    EXPECT_TRUE(facts.contains(fact)) << fact.toStdString() << " lacks in " << facts.toStdString();
+  part<QPushButton>("aboutCopy").click();
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), facts);
+  part<QPushButton>("aboutLicence").click();
+  EXPECT_TRUE(text().contains(u"Permission is hereby granted"_s)) << text().left(200).toStdString();
+  part<QPushButton>("aboutLibraries").click();
+  EXPECT_TRUE(text().contains(u"LGPL"_s));
+  trigger("aboutAction");
+  EXPECT_EQ(window->findChildren<QWidget*>(u"aboutDialog"_s).size(), 1) << "it is shown once";
+}
+
+}  // namespace lens
