@@ -54,6 +54,8 @@ bool ClientControls::refuseWhileBusy() {
                 ? QObject::tr("An export is running: wait for its end or cancel it first")
             : work == WorkBar::Work::Read
                 ? QObject::tr("A database is being read: wait for its end or cancel it first")
+            : work == WorkBar::Work::Compare
+                ? QObject::tr("A comparison is running: wait for its end or cancel it first")
                 : QObject::tr("An index is being made: wait for its end or cancel it first"));
   return true;
 }

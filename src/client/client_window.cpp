@@ -1,6 +1,7 @@
 #include "client/client_window.h"
 
 #include "client/client_controls.h"
+#include "client/compare_controller.h"
 #include "client/database_controller.h"
 #include "client/document_pane.h"
 #include "client/file_opening.h"
@@ -28,6 +29,8 @@ ClientWindow::ClientWindow(const std::shared_ptr<Workspace>& workspace, QWidget*
       files_(std::make_unique<FileOpening>(*controls_, *databases_, *import_)),
       state_(std::make_unique<WindowState>(*controls_, workspace, *databases_)),
       lists_(std::make_unique<ListExport>(*controls_, workspace, *databases_, *views_)),
+      compare_(std::make_unique<CompareController>(*controls_, workspace, *databases_, *document_, *views_,
+                                                   *lists_)),
       help_(std::make_unique<HelpController>(*controls_)) {
   databases_->start();
   if (!workspace->serverFaults().isEmpty()) controls_->showError(workspace->serverFaults().join(u'\n'));

@@ -14,6 +14,7 @@
 
 namespace lens {
 
+class CompareController;
 class DocumentPane;
 class FileOpening;
 class HelpController;
@@ -64,6 +65,7 @@ class ClientWindow : public QMainWindow {
   std::unique_ptr<FileOpening> files_;
   std::unique_ptr<WindowState> state_;
   std::unique_ptr<ListExport> lists_;
+  std::unique_ptr<CompareController> compare_;
   std::unique_ptr<HelpController> help_;
 };
 

@@ -17,6 +17,7 @@ class WorkBar : public QWidget {
   explicit WorkBar(QWidget* parent = nullptr);
 
   enum class Work { Import, Export, Index, Read };
+  enum class Work { Import, Export, Index, Compare };
   // Shown and running from begin() to finish().
   void begin(Work work);
   void finish();

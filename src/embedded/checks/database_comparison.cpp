@@ -119,27 +119,39 @@ class Comparison {
 
 }  // namespace
 
-QVector<ItemDifference> compareItems(const Database& firstDatabase, const Note& first,
-                                     const Database& secondDatabase, const Note& second) {
-  QVector<ItemDifference> found;
+QVector<ItemPair> pairItems(const Database& firstDatabase, const Note& first, const Database& secondDatabase,
+                            const Note& second) {
+  QVector<ItemPair> pairs;
   const PlacesByName others = placesByName(second);
   QHash<ItemName, qsizetype> met;
-  for (const Item& item : first.items) {
+  for (qsizetype place = 0; place < first.items.size(); ++place) {
+    const Item& item = first.items[place];
     const ItemName name(item.name);
     const QVector<qsizetype> places = others.value(name);
-    const qsizetype turn = met[name]++;
-    if (turn >= places.size())
-      found.push_back({item.name, Difference::OnlyInFirst});
-    else if (!sameItem(firstDatabase, item, secondDatabase, second.items[places[turn]]))
-      found.push_back({item.name, Difference::Changed});
+    const qsizetype turn = met[name]++, other = turn < places.size() ? places[turn] : -1;
+    pairs.push_back(
+        {place, other, other >= 0 && sameItem(firstDatabase, item, secondDatabase, second.items[other])});
   }
-  for (const Item& item : second.items) {
+  for (qsizetype place = 0; place < second.items.size(); ++place) {
     // The first ones of a name have met theirs.
-    qsizetype& matched = met[ItemName(item.name)];
+    qsizetype& matched = met[ItemName(second.items[place].name)];
     if (matched > 0)
       --matched;
     else
-      found.push_back({item.name, Difference::OnlyInSecond});
+      pairs.push_back({-1, place, false});
+  }
+  return pairs;
+}
+
+QVector<ItemDifference> compareItems(const Database& firstDatabase, const Note& first,
+                                     const Database& secondDatabase, const Note& second) {
+  QVector<ItemDifference> found;
+  for (const ItemPair& pair : pairItems(firstDatabase, first, secondDatabase, second)) {
+    if (pair.same) continue;
+    const Difference kind = pair.second < 0  ? Difference::OnlyInFirst
+                            : pair.first < 0 ? Difference::OnlyInSecond
+                                             : Difference::Changed;
+    found.push_back({pair.first < 0 ? second.items[pair.second].name : first.items[pair.first].name, kind});
   }
   return found;
 }

@@ -25,7 +25,17 @@ struct NoteDifference {
   QVector<ItemDifference> items;
 };
 
-// In the order of the first note's items, then those that only the second one has.
+// An item of the first note and the one of the second that belongs to it, by their places in the notes; -1
+// where a note has none.
+struct ItemPair {
+  qsizetype first = -1, second = -1;
+  bool same = false;
+};
+
+// Every item of both, in the order of the first note's items, then those that only the second one has.
+QVector<ItemPair> pairItems(const Database& firstDatabase, const Note& first, const Database& secondDatabase,
+                            const Note& second);
+// The pairs that differ. In the order of the first note's items, then those that only the second one has.
 QVector<ItemDifference> compareItems(const Database& firstDatabase, const Note& first,
                                      const Database& secondDatabase, const Note& second);
 
