@@ -1,5 +1,5 @@
 # The commands of the README. Each installs what is missing, configures, builds and does its job.
-.PHONY: run test soak bench growth fuzz tidy screenshots package format check-format clean
+.PHONY: run test soak bench growth fuzz tidy screenshots translations package format check-format clean
 
 run:
 	@scripts/run.sh
@@ -24,6 +24,9 @@ tidy:
 
 screenshots:
 	@scripts/screenshots.sh
+
+translations:
+	@scripts/translations.sh
 
 package:
 	@scripts/package.sh

@@ -21,7 +21,7 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
 # The libraries that the program asks for, with the versions that it was built with.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Windows need a platform, which comes with this one; commands do not.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-qpa-plugins")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-qpa-plugins, qt6-translations-l10n")
 
 # A date that a build can be told (SOURCE_DATE_EPOCH), so that it can be made again byte for byte.
 string(TIMESTAMP LENS_RELEASE_DATE %Y-%m-%d UTC)
@@ -51,6 +51,9 @@ install(FILES README.md CHANGELOG.md THIRD_PARTY.md SECURITY.md LICENSE DESTINAT
 install(FILES docs/guide.md docs/command.md docs/command.schema.json docs/formula.md docs/workspace.md docs/nsf.md
         docs/trust.md DESTINATION ${shipped}/docs)
 install(DIRECTORY docs/pictures DESTINATION ${shipped}/docs)
+if(LENS_LRELEASE)
+  install(DIRECTORY ${PROJECT_BINARY_DIR}/share/tessaly-lens/translations DESTINATION ${shipped})
+endif()
 file(MAKE_DIRECTORY ${made}/links)
 foreach(name README.md CHANGELOG.md THIRD_PARTY.md docs)
   file(CREATE_LINK ../../tessaly-lens/${name} ${made}/links/${name} SYMBOLIC)

@@ -2,7 +2,7 @@
 # Installs what the given purposes (build, test, bench, fuzz, run, format, tidy, package) need and is missing. Debian packages.
 set -euo pipefail
 
-build=(g++ cmake ninja-build make pkg-config qt6-base-dev qt6-base-dev-tools libgl-dev libsqlite3-dev
+build=(g++ cmake ninja-build make pkg-config qt6-base-dev qt6-base-dev-tools qt6-l10n-tools libgl-dev libsqlite3-dev
        libicu-dev ccache fonts-inconsolata fonts-liberation)
 test=(libgtest-dev)
 bench=(libbenchmark-dev liblua5.4-dev)

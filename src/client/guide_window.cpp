@@ -1,8 +1,7 @@
 #include "client/guide_window.h"
 
 #include <QAction>
-#include <QCoreApplication>
-#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QImage>
@@ -12,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include "controls/pictures.h"
+#include "host/shipped_files.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -37,11 +37,6 @@ QPushButton* barButton(const QString& text, const QString& tip, QWidget* bar) {
 }
 
 }  // namespace
-
-QString shippedDocument(const QString& name) {
-  const QString path = QCoreApplication::applicationDirPath() + u"/../share/tessaly-lens/"_s + name;
-  return QFileInfo::exists(path) ? QFileInfo(path).absoluteFilePath() : QString();
-}
 
 GuidePage::GuidePage(QWidget* parent) : QTextBrowser(parent) {
   setOpenExternalLinks(true);
@@ -108,7 +103,7 @@ QWidget* GuideWindow::makeBar() {
 }
 
 void GuideWindow::open(const QString& name) {
-  const QString path = shippedDocument(name);
+  const QString path = shippedFile(name);
   page_->setSource(QUrl::fromLocalFile(path.isEmpty() ? name : path));
 }
 

@@ -7,10 +7,6 @@
 
 namespace lens {
 
-// The full path of a shipped document ("docs/guide.md"), "" where it is not there. Beside an installed
-// program they lie in share/tessaly-lens, and so they do in the directory that it is built in.
-QString shippedDocument(const QString& name);
-
 // Shows Markdown with its pictures, and everything else as plain text. Addresses of the web go to the
 // browser.
 class GuidePage : public QTextBrowser {

@@ -107,8 +107,7 @@ void ListExport::askJson() {
 }
 
 // Shows the work while it runs, and what ended it. True when the file is there.
-template <class Write>
-bool ListExport::run(const QString& path, const Write& write) {
+bool ListExport::run(const QString& path, const std::function<bool(QIODevice&)>& write) {
   controls_.clearError();
   controls_.workBar->begin(WorkBar::Work::Export);
   const QPointer<ListExport> self(this);

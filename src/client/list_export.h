@@ -3,8 +3,10 @@
 #pragma once
 
 #include <QAction>
+#include <QIODevice>
 #include <QObject>
 #include <QPointer>
+#include <functional>
 
 #include "embedded/workspace/workspace.h"
 
@@ -41,8 +43,7 @@ class ListExport : public QObject {
   void askJson();
   QVector<NoteId> documents() const;
   QString suggestion(const QString& suffix) const;
-  template <class Write>
-  bool run(const QString& path, const Write& write);
+  bool run(const QString& path, const std::function<bool(QIODevice&)>& write);
 
   ClientControls& controls_;
   std::shared_ptr<Workspace> workspace_;

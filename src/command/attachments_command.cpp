@@ -4,6 +4,7 @@
 #include <QSet>
 
 #include "command/command_functions.h"
+#include "command/command_text.h"
 #include "command/document_walk.h"
 #include "command/text_output.h"
 #include "host/file_names.h"
@@ -38,10 +39,11 @@ class AttachmentList {
   explicit AttachmentList(CommandCall& call) : call_(call), directory_(call.value(u"extract")) {
     if (!call.has(u"extract")) return;
     if (!QFileInfo(directory_).isDir())
-      throw RuntimeError(err::PathNotFound, u"%1: there is no such directory"_s.arg(directory_));
+      throw RuntimeError(err::PathNotFound,
+                         CommandText::tr("%1: there is no such directory").arg(directory_));
     if (!takesFiles(directory_))
       throw RuntimeError(err::PermissionDenied,
-                         u"%1: no file can be made in this directory"_s.arg(directory_));
+                         CommandText::tr("%1: no file can be made in this directory").arg(directory_));
   }
 
   void add(const NotesDocument& document) {
@@ -49,7 +51,7 @@ class AttachmentList {
     for (const QString& name : attachedNames(document)) {
       // A document gives an attachment by its name, so of two it is always the first.
       if (met.contains(name) && call_.has(u"extract"))
-        noteFailure(document, name, u"another attachment of the document has the same name"_s);
+        noteFailure(document, name, CommandText::tr("another attachment of the document has the same name"));
       else
         addOne(document, name);
       met.insert(name);
@@ -59,18 +61,19 @@ class AttachmentList {
   // What was written under another name is told; what was not written is a failure.
   void finish() {
     for (const QString& change : names_.changes())
-      call_.console.say(u"%1: written under another name: %2"_s.arg(call_.name, change));
+      call_.console.say(CommandText::tr("%1: written under another name: %2").arg(call_.name, change));
     if (failures_ > 0)
-      throw RuntimeError(err::PathFileAccess,
-                         u"%1: %2 not extracted; the first: %3"_s.arg(
-                             call_.arguments.first(),
-                             counted(failures_, u"attachment was"_s, u"attachments were"_s), firstFailure_));
+      throw RuntimeError(err::PathFileAccess, CommandText::tr("%1: %2 not extracted; the first: %3")
+                                                  .arg(call_.arguments.first(),
+                                                       counted(failures_, CommandText::tr("attachment was"),
+                                                               CommandText::tr("attachments were")),
+                                                       firstFailure_));
   }
 
  private:
   void addOne(const NotesDocument& document, const QString& name) {
     const NotesEmbeddedObject file = document.attachment(name);
-    if (!file) return noteFailure(document, name, u"it cannot be found"_s);
+    if (!file) return noteFailure(document, name, CommandText::tr("it cannot be found"));
     QString path;
     if (call_.has(u"extract")) {
       try {
@@ -86,7 +89,7 @@ class AttachmentList {
   QString extract(const NotesEmbeddedObject& file, const QString& name) {
     const QString path = joinedPath(directory_, names_.take(name));
     requireWritablePlace(path);
-    if (QFile::exists(path)) call_.confirm(u"Replace %1?"_s.arg(path));
+    if (QFile::exists(path)) call_.confirm(CommandText::tr("Replace %1?").arg(path));
     file.extractFile(path);
     return path;
   }
@@ -108,7 +111,8 @@ class AttachmentList {
 
   void noteFailure(const NotesDocument& document, const QString& name, const QString& reason) {
     if (failures_++ == 0)
-      firstFailure_ = u"note %1, \"%2\": %3"_s.arg(eightDigits(document.noteId()), name, reason);
+      firstFailure_ =
+          CommandText::tr("note %1, \"%2\": %3").arg(eightDigits(document.noteId()), name, reason);
   }
 
   CommandCall& call_;

@@ -1,4 +1,5 @@
 #include "command/command_call.h"
+#include "command/command_text.h"
 
 #include "notes/literals.h"
 
@@ -7,9 +8,11 @@ namespace lens {
 void CommandCall::confirm(const QString& question) const {
   if (has(u"yes")) return;
   if (!console.canAsk())
-    throw RuntimeError(err::PermissionDenied,
-                       u"nothing was changed: give --yes where nobody can be asked (%1)"_s.arg(question));
-  if (!console.ask(question)) throw RuntimeError(err::PermissionDenied, u"nothing was changed"_s);
+    throw RuntimeError(
+        err::PermissionDenied,
+        CommandText::tr("nothing was changed: give --yes where nobody can be asked (%1)").arg(question));
+  if (!console.ask(question))
+    throw RuntimeError(err::PermissionDenied, CommandText::tr("nothing was changed"));
 }
 
 }  // namespace lens

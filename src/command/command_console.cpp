@@ -1,5 +1,6 @@
 #include "command/command_console.h"
 
+#include "command/command_text.h"
 #include "command/text_output.h"
 #include "notes/literals.h"
 #include "notes/runtime_error.h"
@@ -11,7 +12,7 @@ constexpr char kEraseLine[] = "\r\033[K";
 
 }  // namespace
 
-Console::Console(const Ends& ends) : ends_(ends), out_(*ends.out, u"standard output"_s) {
+Console::Console(const Ends& ends) : ends_(ends), out_(*ends.out, CommandText::tr("standard output")) {
   if (ends.outIsTerminal) out_.showEachLine([this] { clearProgress(); });
   sinceShown_.start();
 }
@@ -45,9 +46,10 @@ bool Console::ask(const QString& question) {
   out_.flush();
   QByteArray line;
   appendPrintable(line, question);
-  ends_.error->write(line + " [y/N] ");
-  const QByteArray answer = ends_.in->readLine().trimmed().toLower();
-  return answer == "y" || answer == "yes";
+  const QString yes = CommandText::tr("yes"), no = CommandText::tr("no");
+  ends_.error->write(line + " [" + yes.first(1).toUtf8() + '/' + no.first(1).toUpper().toUtf8() + "] ");
+  const QString answer = QString::fromLocal8Bit(ends_.in->readLine()).trimmed().toLower();
+  return !answer.isEmpty() && (answer == yes.first(1) || answer == yes);
 }
 
 void Console::requireGoingOn() const {

@@ -16,6 +16,7 @@
 
 #include "command/run_command.h"
 #include "embedded/workspace/chosen_workspace.h"
+#include "host/shipped_files.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -83,6 +84,7 @@ int runProcess(int argc, char** argv) {
   watchSignals();
   qInstallMessageHandler(onlyGraveMessages);
   QCoreApplication application(argc, argv);
+  speakLanguageOf(QLocale::system());
   QFile in, out, error;
   openEnd(in, stdin, QIODevice::ReadOnly);
   openEnd(out, stdout, QIODevice::WriteOnly | QIODevice::Unbuffered);

@@ -1,6 +1,7 @@
 #include "command/command_table.h"
 
 #include "command/command_functions.h"
+#include "command/command_text.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -11,64 +12,98 @@ constexpr int kAnyNumber = -1;
 constexpr int kHelpWidth = 26;
 
 constexpr OptionRow kCommonOptions[] = {
-    {"help", nullptr, "Shows this help, or that of a command"},
-    {"version", nullptr, "Shows the version of the program"},
-    {"workspace", "DIR", "The workspace to work on, instead of TESSALY_WORKSPACE or the user's own"},
-    {"json", nullptr, "Writes one JSON object a line (docs/command.schema.json)"},
-    {"yes", nullptr, "Changes databases and replaces files without asking"},
+    {"help", nullptr, QT_TRANSLATE_NOOP("lens::CommandText", "Shows this help, or that of a command")},
+    {"version", nullptr, QT_TRANSLATE_NOOP("lens::CommandText", "Shows the version of the program")},
+    {"workspace", "DIR",
+     QT_TRANSLATE_NOOP("lens::CommandText",
+                       "The workspace to work on, instead of TESSALY_WORKSPACE or the user's own")},
+    {"json", nullptr,
+     QT_TRANSLATE_NOOP("lens::CommandText", "Writes one JSON object a line (docs/command.schema.json)")},
+    {"yes", nullptr,
+     QT_TRANSLATE_NOOP("lens::CommandText", "Changes databases and replaces files without asking")},
 };
 
 constexpr OptionRow kServerOptions[] = {
-    {"server", "NAME", "Lists this server only"},
+    {"server", "NAME", QT_TRANSLATE_NOOP("lens::CommandText", "Lists this server only")},
 };
 constexpr OptionRow kChoosingOptions[] = {
-    {"view", "NAME", "The documents of this view or folder, in its order"},
-    {"formula", "FORMULA", "The documents that this formula selects"},
-    {"search", "QUERY", "The documents that answer this full-text query, the best first"},
+    {"view", "NAME",
+     QT_TRANSLATE_NOOP("lens::CommandText", "The documents of this view or folder, in its order")},
+    {"formula", "FORMULA", QT_TRANSLATE_NOOP("lens::CommandText", "The documents that this formula selects")},
+    {"search", "QUERY",
+     QT_TRANSLATE_NOOP("lens::CommandText",
+                       "The documents that answer this full-text query, the best first")},
 };
 constexpr OptionRow kImportOptions[] = {
-    {"into", "DB", "The database that takes the notes"},
-    {"create", nullptr, "Makes the database where there is none"},
+    {"into", "DB", QT_TRANSLATE_NOOP("lens::CommandText", "The database that takes the notes")},
+    {"create", nullptr, QT_TRANSLATE_NOOP("lens::CommandText", "Makes the database where there is none")},
 };
 constexpr OptionRow kExportOptions[] = {
-    {"dxl", nullptr, "DXL, with the design where no documents are chosen (the default)"},
-    {"csv", nullptr, "CSV, a row for each document and a column for each item"},
-    {"items", "NAME,...", "The columns of CSV: the items of these names, instead of all"},
-    {"output", "FILE", "Writes to this file, whole or not at all, instead of standard output"},
+    {"dxl", nullptr,
+     QT_TRANSLATE_NOOP("lens::CommandText",
+                       "DXL, with the design where no documents are chosen (the default)")},
+    {"csv", nullptr,
+     QT_TRANSLATE_NOOP("lens::CommandText", "CSV, a row for each document and a column for each item")},
+    {"items", "NAME,...",
+     QT_TRANSLATE_NOOP("lens::CommandText", "The columns of CSV: the items of these names, instead of all")},
+    {"output", "FILE",
+     QT_TRANSLATE_NOOP("lens::CommandText",
+                       "Writes to this file, whole or not at all, instead of standard output")},
 };
 constexpr OptionRow kSetOptions[] = {
-    {"type", "TYPE", "text, number or date; otherwise the item's own, text for a new item"},
+    {"type", "TYPE",
+     QT_TRANSLATE_NOOP("lens::CommandText",
+                       "text, number or date; otherwise the item's own, text for a new item")},
 };
 constexpr OptionRow kNsfOptions[] = {
     {"salvage", nullptr, "Looks for notes without the tables: deleted and outdated ones may be among them"},
 };
 constexpr OptionRow kAttachmentOptions[] = {
-    {"extract", "DIR", "Writes the files into this directory"},
+    {"extract", "DIR", QT_TRANSLATE_NOOP("lens::CommandText", "Writes the files into this directory")},
 };
 
 constexpr CommandRow kCommands[] = {
-    {"databases", "", 0, 0, "Lists the databases of this machine and of the servers", kServerOptions, false,
-     listDatabases},
-    {"documents", "DB", 1, 1, "Lists documents: note ID, form, subject", {}, true, listDocuments},
-    {"show", "DB NOTE", 2, 2, "Shows the items of a document with their values", {}, false, showDocument},
+    {"databases", "", 0, 0,
+     QT_TRANSLATE_NOOP("lens::CommandText", "Lists the databases of this machine and of the servers"),
+     kServerOptions, false, listDatabases},
+    {"documents",
+     "DB",
+     1,
+     1,
+     QT_TRANSLATE_NOOP("lens::CommandText", "Lists documents: note ID, form, subject"),
+     {},
+     true,
+     listDocuments},
+    {"show",
+     "DB NOTE",
+     2,
+     2,
+     QT_TRANSLATE_NOOP("lens::CommandText", "Shows the items of a document with their values"),
+     {},
+     false,
+     showDocument},
     {"items",
      "DB [NOTE]",
      1,
      2,
-     "Lists the items of a document, or the item names of a database and how often",
+     QT_TRANSLATE_NOOP("lens::CommandText",
+                       "Lists the items of a document, or the item names of a database and how often"),
      {},
      false,
      listItems},
-    {"import", "FILE... --into DB", 1, kAnyNumber, "Imports DXL files, and folders of them, into a database",
+    {"import", "FILE... --into DB", 1, kAnyNumber,
+     QT_TRANSLATE_NOOP("lens::CommandText", "Imports DXL files, and folders of them, into a database"),
      kImportOptions, false, importFiles},
-    {"export", "DB", 1, 1, "Writes documents as DXL, JSON or CSV", kExportOptions, true, exportDocuments},
-    {"set", "DB NOTE ITEM VALUE...", 4, kAnyNumber, "Sets an item of a document; several values make a list",
+    {"export", "DB", 1, 1, QT_TRANSLATE_NOOP("lens::CommandText", "Writes documents as DXL, JSON or CSV"),
+     kExportOptions, true, exportDocuments},
+    {"set", "DB NOTE ITEM VALUE...", 4, kAnyNumber,
+     QT_TRANSLATE_NOOP("lens::CommandText", "Sets an item of a document; several values make a list"),
      kSetOptions, false, setItem},
     {"evaluate",
      "DB NOTE FORMULA",
      3,
      3,
-     "Evaluates a formula on a document; nothing is saved",
+     QT_TRANSLATE_NOOP("lens::CommandText", "Evaluates a formula on a document; nothing is saved"),
      {},
      false,
      evaluateFormula},
@@ -76,7 +111,8 @@ constexpr CommandRow kCommands[] = {
      "FORMULA",
      1,
      1,
-     "Tells whether a formula is correct, and where its first mistake is",
+     QT_TRANSLATE_NOOP("lens::CommandText",
+                       "Tells whether a formula is correct, and where its first mistake is"),
      {},
      false,
      checkFormula},
@@ -84,20 +120,46 @@ constexpr CommandRow kCommands[] = {
      "DB1 DB2",
      2,
      2,
-     "Lists notes and items that two databases differ in, both ways",
+     QT_TRANSLATE_NOOP("lens::CommandText", "Lists notes and items that two databases differ in, both ways"),
      {},
      false,
      compareTwoDatabases},
-    {"attachments", "DB", 1, 1, "Lists the attachments of the documents, or extracts them",
+    {"attachments", "DB", 1, 1,
+     QT_TRANSLATE_NOOP("lens::CommandText", "Lists the attachments of the documents, or extracts them"),
      kAttachmentOptions, false, listAttachments},
     {"formulas", "DB", 1, 1, "Lists every formula of the design with its source", {}, false, listFormulas},
     {"integrity", "DB", 1, 1, "Checks the file, every note and every attachment", {}, false, checkDatabase},
     {"nsf", "info|dump FILE", 2, 2, "Tells what a real database holds, or lists its notes and items",
      kNsfOptions, false, readRealDatabase, false},
+    {"formulas",
+     "DB",
+     1,
+     1,
+     QT_TRANSLATE_NOOP("lens::CommandText", "Lists every formula of the design with its source"),
+     {},
+     false,
+     listFormulas},
+    {"integrity",
+     "DB",
+     1,
+     1,
+     QT_TRANSLATE_NOOP("lens::CommandText", "Checks the file, every note and every attachment"),
+     {},
+     false,
+     checkDatabase},
+    {"nsf",
+     "info|dump FILE",
+     2,
+     2,
+     QT_TRANSLATE_NOOP("lens::CommandText", "Tells what a real database holds, or lists its notes and items"),
+     {},
+     false,
+     readRealDatabase,
+     false},
 };
 
 QString helpLine(const QString& left, const char* right) {
-  return u"  "_s + left.leftJustified(kHelpWidth) + u' ' + QString::fromLatin1(right) + u'\n';
+  return u"  "_s + left.leftJustified(kHelpWidth) + u' ' + CommandText::tr(right) + u'\n';
 }
 
 QString optionLines(std::span<const OptionRow> options) {
@@ -131,24 +193,26 @@ std::span<const OptionRow> choosingOptions() {
 }
 
 QString programHelp() {
-  QString help = u"Usage: %1 [OPTION...] [COMMAND [ARGUMENT...]]\n\n"_s.arg(kProgram) +
-                 u"Without a command the program opens its windows.\n\nCommands:\n"_s;
+  QString help = CommandText::tr("Usage: %1").arg(kProgram + u" [OPTION...] [COMMAND [ARGUMENT...]]\n\n"_s) +
+                 CommandText::tr("Without a command the program opens its windows.") + u"\n\n"_s +
+                 CommandText::tr("Commands:") + u'\n';
   for (const CommandRow& row : kCommands)
     help += helpLine(QString::fromLatin1(row.name) + u' ' + QString::fromLatin1(row.arguments), row.help);
-  help += u"\nOptions:\n"_s + optionLines(kCommonOptions);
-  help +=
-      u"\nDB is a path below the directory of databases, or \"SERVER!!PATH\". NOTE is a note ID or universal "
-      u"ID in\n"
-      u"hexadecimal digits. What begins with a dash and is no option stands behind \"--\".\n"
-      u"Exit code: 0 done, 1 a difference, fault or mistake was found, 2 wrong use, 3 failed, 130 interrupted.\n"_s;
+  help += u'\n' + CommandText::tr("Options:") + u'\n' + optionLines(kCommonOptions) + u'\n';
+  help += CommandText::tr(
+      "DB is a path below the directory of databases, or \"SERVER!!PATH\". NOTE is a note ID or universal ID "
+      "in\n"
+      "hexadecimal digits. What begins with a dash and is no option stands behind \"--\".\n"
+      "Exit code: 0 done, 1 a difference, fault or mistake was found, 2 wrong use, 3 failed, 130 "
+      "interrupted.\n");
   return help;
 }
 
 QString commandHelp(const CommandRow& command) {
-  QString help = u"Usage: %1 %2 [OPTION...] %3"_s
-                     .arg(kProgram, QLatin1String(command.name), QLatin1String(command.arguments))
-                     .trimmed() +
-                 u"\n\n"_s + QString::fromLatin1(command.help) + u".\n\nOptions:\n"_s;
+  const QStringList words = {kProgram, QString::fromLatin1(command.name), u"[OPTION...]"_s,
+                             QString::fromLatin1(command.arguments)};
+  QString help = CommandText::tr("Usage: %1").arg(words.join(u' ')).trimmed() + u"\n\n"_s +
+                 CommandText::tr(command.help) + u".\n\n"_s + CommandText::tr("Options:") + u'\n';
   if (command.choosesDocuments) help += optionLines(kChoosingOptions);
   return help + optionLines(command.options) + optionLines(kCommonOptions);
 }

@@ -1,5 +1,6 @@
 // compare: what two databases differ in, both ways.
 #include "command/command_functions.h"
+#include "command/command_text.h"
 #include "command/text_output.h"
 #include "embedded/checks/database_comparison.h"
 #include "notes/literals.h"
@@ -89,7 +90,8 @@ int compareTwoDatabases(CommandCall& call) {
   });
   if (!call.json()) {
     QByteArray line;
-    appendPrintable(line, u"%1 only in %2, %3 only in %4, %5 changed"_s.arg(onlyFirst)
+    appendPrintable(line, CommandText::tr("%1 only in %2, %3 only in %4, %5 changed")
+                              .arg(onlyFirst)
                               .arg(call.arguments[0])
                               .arg(onlySecond)
                               .arg(call.arguments[1])

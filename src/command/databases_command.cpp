@@ -1,5 +1,6 @@
 // databases: what there is to look into.
 #include "command/command_functions.h"
+#include "command/command_text.h"
 #include "command/text_output.h"
 #include "notes/literals.h"
 #include "records/json_output.h"
@@ -34,7 +35,7 @@ void writeDatabase(CommandCall& call, const NotesDatabase& database) {
   QByteArray line;
   appendColumn(line, nameOf(database), kDatabaseWidth);
   // Files of another kind may bear such a name; every database has a replica ID.
-  appendPrintable(line, replicaId.isEmpty() ? u"(cannot be read)"_s : title);
+  appendPrintable(line, replicaId.isEmpty() ? CommandText::tr("(cannot be read)") : title);
   call.console.out().line(line);
 }
 

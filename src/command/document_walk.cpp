@@ -1,6 +1,7 @@
 #include "command/document_walk.h"
 
 #include "command/command_table.h"
+#include "command/command_text.h"
 #include "command/text_output.h"
 #include "embedded/checks/note_walk.h"
 #include "embedded/format/packed_note.h"
@@ -45,8 +46,9 @@ void walkAll(CommandCall& call, const NotesDatabase& database, const Visit& visi
 NotesView viewOf(const CommandCall& call, const NotesDatabase& database) {
   const NotesView view = database.view(call.value(u"view"));
   if (!view)
-    throw RuntimeError(enginefault::UnknownNote,
-                       u"%1: there is no view \"%2\""_s.arg(call.arguments.first(), call.value(u"view")));
+    throw RuntimeError(
+        enginefault::UnknownNote,
+        CommandText::tr("%1: there is no view \"%2\"").arg(call.arguments.first(), call.value(u"view")));
   return view;
 }
 
@@ -60,13 +62,14 @@ void requireNothingDamaged(const CommandCall& call, const Database& store, qint6
       store, [](const Note&) { return true; }, {}, [&](NoteId, const QString&) { return ++damaged > 0; });
   if (damaged > 0)
     throw RuntimeError(enginefault::Damaged,
-                       u"%1: %2 damaged and left out (\"integrity\" tells more)"_s.arg(
-                           call.arguments.first(), counted(damaged, u"note is"_s, u"notes are"_s)));
+                       CommandText::tr("%1: %2 damaged and left out (\"integrity\" tells more)")
+                           .arg(call.arguments.first(),
+                                counted(damaged, CommandText::tr("note is"), CommandText::tr("notes are"))));
 }
 
 bool choosesDocuments(const CommandCall& call) {
   const int given = call.has(u"view") + call.has(u"formula") + call.has(u"search");
-  if (given > 1) throw WrongUse(u"--view, --formula and --search exclude each other"_s);
+  if (given > 1) throw WrongUse(CommandText::tr("--view, --formula and --search exclude each other"));
   return given == 1;
 }
 

@@ -1,4 +1,5 @@
 #include "command/doors.h"
+#include "command/command_text.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -19,10 +20,10 @@ constexpr qsizetype kUnidDigits = 32;
 Doors openDoors(const QString& directory, const Regional& regional, std::function<bool()> interrupted) {
   const QString shown = QDir::toNativeSeparators(directory);
   if (!QFileInfo(directory).isDir())
-    throw RuntimeError(enginefault::CannotOpen, u"%1: there is no such workspace"_s.arg(shown));
+    throw RuntimeError(enginefault::CannotOpen, CommandText::tr("%1: there is no such workspace").arg(shown));
   if (!QFileInfo::exists(directory + u"/notes.ini"_s))
     throw RuntimeError(enginefault::CannotOpen,
-                       u"%1: the directory is no workspace (it has no notes.ini)"_s.arg(shown));
+                       CommandText::tr("%1: the directory is no workspace (it has no notes.ini)").arg(shown));
   Doors doors{Workspace::open(directory, regional), nullptr, nullptr, regional};
   doors.workspace->setInterruptCheck(std::move(interrupted));
   doors.notes = std::make_unique<EmbeddedGateway>(doors.workspace);
@@ -47,7 +48,8 @@ NotesDatabase openDatabase(Doors& doors, const QString& name) {
   const NamedDatabase named(name);
   const NotesDatabase database = sessionOf(doors).database(named.server, named.path);
   if (!database || !database.isOpen())
-    throw RuntimeError(enginefault::CannotOpen, u"%1: the database cannot be opened"_s.arg(name));
+    throw RuntimeError(enginefault::CannotOpen,
+                       CommandText::tr("%1: the database cannot be opened").arg(name));
   return database;
 }
 
@@ -56,7 +58,7 @@ NotesDocument findDocument(const NotesDatabase& database, const QString& name, c
       noteId.size() == kUnidDigits ? database.documentByUnid(noteId) : database.documentById(noteId);
   if (!found)
     throw RuntimeError(enginefault::UnknownNote,
-                       u"%1: note \"%2\" was deleted or cannot be read"_s.arg(name, noteId));
+                       CommandText::tr("%1: note \"%2\" was deleted or cannot be read").arg(name, noteId));
   return found;
 }
 
@@ -64,8 +66,9 @@ Workspace& requireEngine(const Doors& doors, const QString& command) {
   if (!doors.workspace)
     throw RuntimeError(
         kNeedsEngine,
-        u"\"%1\" works on databases of the embedded engine only, and the Notes client is in use"_s.arg(
-            command));
+        CommandText::tr(
+            "\"%1\" works on databases of the embedded engine only, and the Notes client is in use")
+            .arg(command));
   return *doors.workspace;
 }
 

@@ -5,6 +5,7 @@
 
 #include "command/command_functions.h"
 #include "command/command_table.h"
+#include "command/command_text.h"
 #include "command/document_walk.h"
 #include "command/text_output.h"
 #include "embedded/dxl/dxl_exporter.h"
@@ -22,8 +23,8 @@ enum class Format { Dxl, Json, Csv };
 
 Format formatOf(const CommandCall& call) {
   if (call.has(u"dxl") + call.has(u"json") + call.has(u"csv") > 1)
-    throw WrongUse(u"--dxl, --json and --csv exclude each other"_s);
-  if (call.has(u"items") && !call.has(u"csv")) throw WrongUse(u"--items goes with --csv"_s);
+    throw WrongUse(CommandText::tr("--dxl, --json and --csv exclude each other"));
+  if (call.has(u"items") && !call.has(u"csv")) throw WrongUse(CommandText::tr("--items goes with --csv"));
   return call.has(u"json") ? Format::Json : call.has(u"csv") ? Format::Csv : Format::Dxl;
 }
 
@@ -103,8 +104,9 @@ void writeCsv(CommandCall& call, Output& out) {
   });
   if (row.madeSafe() > 0)
     call.console.say(
-        u"%1: %2 began with a character that spreadsheets take for a formula and got an apostrophe"_s.arg(
-            call.name, counted(row.madeSafe(), u"cell"_s, u"cells"_s)));
+        CommandText::tr(
+            "%1: %2 began with a character that spreadsheets take for a formula and got an apostrophe")
+            .arg(call.name, counted(row.madeSafe(), CommandText::tr("cell"), CommandText::tr("cells"))));
 }
 
 void writeAs(Format format, CommandCall& call, Output& out) {
@@ -128,7 +130,7 @@ int exportDocuments(CommandCall& call) {
   }
   const QString path = call.value(u"output");
   requireWritablePlace(path);
-  if (QFile::exists(path)) call.confirm(u"Replace %1?"_s.arg(path));
+  if (QFile::exists(path)) call.confirm(CommandText::tr("Replace %1?").arg(path));
   QSaveFile file(path);
   if (!file.open(QIODevice::WriteOnly)) failToWrite(path, file.errorString());
   Output out(file, path);

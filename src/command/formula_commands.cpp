@@ -1,5 +1,6 @@
 // evaluate and check: formulas, as the formula tools of the main window take them.
 #include "command/command_functions.h"
+#include "command/command_text.h"
 #include "command/formula_run.h"
 #include "command/text_output.h"
 #include "notes/literals.h"
@@ -20,7 +21,7 @@ int evaluateFormula(CommandCall& call) {
                         document.noteId());
   } catch (const RuntimeError& error) {
     throw RuntimeError(error.number(),
-                       u"%1, note %2: %3"_s.arg(name, call.arguments[1], error.description()));
+                       CommandText::tr("%1, note %2: %3").arg(name, call.arguments[1], error.description()));
   }
   Output& out = call.console.out();
   if (call.json()) {
@@ -52,7 +53,7 @@ int checkFormula(CommandCall& call) {
     call.console.out().line(json.finish());
   }
   if (!mistake) {
-    if (!call.json()) call.console.out().line("The formula is correct.");
+    if (!call.json()) call.console.out().line(CommandText::tr("The formula is correct.").toUtf8());
     return exitcode::Done;
   }
   call.console.say(u"%1: \"%2\": %3"_s.arg(call.name, call.arguments.first(), mistake->text()));

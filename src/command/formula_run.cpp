@@ -1,4 +1,5 @@
 #include "command/formula_run.h"
+#include "command/command_text.h"
 
 #include "embedded/format/item_value.h"
 #include "notes/code_page.h"
@@ -16,9 +17,10 @@ QByteArray bytesOf(const QString& source) {
   const QByteArray bytes = toCodePage(source);
   if (fromCodePage(bytes) != source)
     throw RuntimeError(err::InvalidCall,
-                       u"the formula has characters that the code page of the system lacks"_s);
+                       CommandText::tr("the formula has characters that the code page of the system lacks"));
   if (bytes.size() > kMostBytes)
-    throw RuntimeError(err::InvalidCall, u"the formula is longer than %1 bytes"_s.arg(kMostBytes));
+    throw RuntimeError(err::InvalidCall,
+                       CommandText::tr("the formula is longer than %1 bytes").arg(kMostBytes));
   return bytes;
 }
 
@@ -26,7 +28,7 @@ QString statusText(CApi& api, Status status) {
   QByteArray buffer(256, '\0');
   api.OSLoadString(0, status & kErrorMask, buffer, quint16(buffer.size() - 1));
   const QString text = fromCodePage(upToNul(buffer));
-  return text.isEmpty() ? u"error %1"_s.arg(status & kErrorMask) : text;
+  return text.isEmpty() ? CommandText::tr("error %1").arg(status & kErrorMask) : text;
 }
 
 [[noreturn]] void fail(CApi& api, Status status) {
@@ -96,7 +98,7 @@ QVector<Value> valuesIn(QByteArrayView block) {
 }  // namespace
 
 QString FormulaMistake::text() const {
-  return u"%1 (line %2, character %3)"_s.arg(reason).arg(line).arg(character);
+  return CommandText::tr("%1 (line %2, character %3)").arg(reason).arg(line).arg(character);
 }
 
 std::optional<FormulaMistake> mistakeIn(CApi& api, const QString& source) {
@@ -109,7 +111,7 @@ std::optional<FormulaMistake> mistakeIn(CApi& api, const QString& source) {
 QVector<Value> evaluateOn(CApi& api, const QString& source, const QByteArray& database,
                           const QString& noteId) {
   if (const auto mistake = mistakeIn(api, source))
-    throw RuntimeError(err::InvalidCall, u"the formula is broken: %1"_s.arg(mistake->text()));
+    throw RuntimeError(err::InvalidCall, CommandText::tr("the formula is broken: %1").arg(mistake->text()));
   const QByteArray bytes = bytesOf(source);
   const NotesInit init(api);
   Taken taken(api);

@@ -4,6 +4,7 @@
 
 #include "command/command_functions.h"
 #include "command/command_table.h"
+#include "command/command_text.h"
 #include "command/text_output.h"
 #include "embedded/dxl/dxl_importer.h"
 #include "notes/literals.h"
@@ -90,20 +91,23 @@ void writeReport(CommandCall& call, const ImportReport& report) {
 QStringList existingFiles(const QStringList& files) {
   for (const QString& file : files)
     if (!QFileInfo::exists(file))
-      throw RuntimeError(err::FileNotFound, u"%1: there is no such file"_s.arg(file));
+      throw RuntimeError(err::FileNotFound, CommandText::tr("%1: there is no such file").arg(file));
   return files;
 }
 
 }  // namespace
 
 int importFiles(CommandCall& call) {
-  if (!call.has(u"into")) throw WrongUse(u"wants --into DB, the database that takes the notes"_s);
+  if (!call.has(u"into"))
+    throw WrongUse(CommandText::tr("wants --into DB, the database that takes the notes"));
   Workspace& workspace = requireEngine(call.doors, call.name);
   const QStringList files = existingFiles(call.arguments);
   Target target(workspace, call.value(u"into"), call.has(u"create"));
-  call.confirm(u"Import %1 into %2%3?"_s.arg(
-      counted(files.size(), u"file"_s, u"files"_s), call.value(u"into"),
-      target.isNew() ? u", a new database"_s : u", replacing notes of the same universal ID"_s));
+  call.confirm(CommandText::tr("Import %1 into %2%3?")
+                   .arg(counted(files.size(), CommandText::tr("file"), CommandText::tr("files")),
+                        call.value(u"into"),
+                        target.isNew() ? CommandText::tr(", a new database")
+                                       : CommandText::tr(", replacing notes of the same universal ID")));
   DxlImporter importer(target.open());
   // An old database keeps its title and identity.
   importer.applyDatabaseProperties(target.isNew());
@@ -113,9 +117,10 @@ int importFiles(CommandCall& call) {
   writeReport(call, report);
   call.console.requireGoingOn();
   if (report.failed.isEmpty()) return exitcode::Done;
-  throw RuntimeError(err::InvalidCall, u"%1 not imported into %2; the first: %3"_s.arg(
-                                           counted(report.failed.size(), u"file was"_s, u"files were"_s),
-                                           call.value(u"into"), report.failed.first()));
+  throw RuntimeError(err::InvalidCall, CommandText::tr("%1 not imported into %2; the first: %3")
+                                           .arg(counted(report.failed.size(), CommandText::tr("file was"),
+                                                        CommandText::tr("files were")),
+                                                call.value(u"into"), report.failed.first()));
 }
 
 }  // namespace lens

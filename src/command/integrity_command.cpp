@@ -1,5 +1,6 @@
 // integrity: whether a database is whole.
 #include "command/command_functions.h"
+#include "command/command_text.h"
 #include "command/text_output.h"
 #include "embedded/checks/integrity_check.h"
 #include "notes/literals.h"
@@ -40,9 +41,11 @@ int checkDatabase(CommandCall& call) {
   if (!call.json()) {
     QByteArray line;
     appendPrintable(
-        line, u"%1: %2, %3, %4"_s.arg(call.arguments.first(), counted(report.notes, u"note"_s, u"notes"_s),
-                                      counted(report.attachments, u"attachment"_s, u"attachments"_s),
-                                      counted(report.faults, u"fault"_s, u"faults"_s)));
+        line,
+        u"%1: %2, %3, %4"_s.arg(
+            call.arguments.first(), counted(report.notes, CommandText::tr("note"), CommandText::tr("notes")),
+            counted(report.attachments, CommandText::tr("attachment"), CommandText::tr("attachments")),
+            counted(report.faults, CommandText::tr("fault"), CommandText::tr("faults"))));
     call.console.out().line(line);
   }
   return report.faults > 0 ? exitcode::Found : exitcode::Done;

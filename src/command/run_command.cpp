@@ -3,6 +3,7 @@
 #include <QFileInfo>
 
 #include "command/command_table.h"
+#include "command/command_text.h"
 #include "notes/literals.h"
 #include "notes/version.h"
 
@@ -55,7 +56,7 @@ class Runner {
       console_.out().flush();
       return code;
     } catch (const WrongUse& error) {
-      console_.say(u"%1: %2 (%3 tells more)"_s.arg(subject_, error.description(), u"--help"_s));
+      console_.say(CommandText::tr("%1: %2 (%3 tells more)").arg(subject_, error.description(), u"--help"_s));
       return exitcode::WrongUse;
     } catch (const RuntimeError& error) {
       console_.out().finish();
@@ -69,7 +70,7 @@ class Runner {
     const Beginning beginning = beginningOf(arguments);
     if (beginning.command.isEmpty()) return withoutCommand(arguments, beginning);
     const CommandRow* command = findCommand(beginning.command);
-    if (!command) throw WrongUse(u"there is no command \"%1\""_s.arg(beginning.command));
+    if (!command) throw WrongUse(CommandText::tr("there is no command \"%1\"").arg(beginning.command));
     subject_ = beginning.command;
     QCommandLineParser parser;
     addOptions(parser, commonOptions());
@@ -84,14 +85,14 @@ class Runner {
   int withoutCommand(const QStringList& arguments, const Beginning& beginning) {
     if (beginning.version) return print(u"TessalyAndDocContent %1\n"_s.arg(programVersion()));
     if (beginning.help) return print(programHelp());
-    throw WrongUse(u"no command is given in \"%1\""_s.arg(arguments.join(u' ')));
+    throw WrongUse(CommandText::tr("no command is given in \"%1\"").arg(arguments.join(u' ')));
   }
 
   int call(const CommandRow& command, const QCommandLineParser& parser) {
     QStringList given = parser.positionalArguments();
     given.removeFirst();
     if (given.size() < command.fewest || (command.most >= 0 && given.size() > command.most))
-      throw WrongUse(u"wants the arguments \"%1\""_s.arg(literal(command.arguments)));
+      throw WrongUse(CommandText::tr("wants the arguments \"%1\"").arg(literal(command.arguments)));
     if (!given.isEmpty()) place_ = given.first();
     Doors doors = command.needsWorkspace ? open_(parser.value(u"workspace"_s))
                                          : Doors{nullptr, nullptr, nullptr, Regional(QLocale())};

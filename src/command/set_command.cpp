@@ -4,6 +4,7 @@
 
 #include "command/command_functions.h"
 #include "command/command_table.h"
+#include "command/command_text.h"
 #include "command/text_output.h"
 #include "notes/item_types.h"
 #include "notes/literals.h"
@@ -17,7 +18,7 @@ namespace {
 enum class Kind { Text, Number, Date };
 
 [[noreturn]] void refuse(const QString& item, const QString& reason) {
-  throw RuntimeError(err::TypeMismatch, u"the item \"%1\" %2"_s.arg(item, reason));
+  throw RuntimeError(err::TypeMismatch, CommandText::tr("the item \"%1\" %2").arg(item, reason));
 }
 
 // The kind of the item that is there; what is no list of values is not written over.
@@ -33,8 +34,8 @@ Kind kindOf(const NotesItem& item) {
     case itemcode::Date:
       return Kind::Date;
     default:
-      refuse(item.name(),
-             u"is of type %1, which this command does not write"_s.arg(itemTypeName(item.typeCode())));
+      refuse(item.name(), CommandText::tr("is of type %1, which this command does not write")
+                              .arg(itemTypeName(item.typeCode())));
   }
 }
 
@@ -44,7 +45,7 @@ std::optional<Kind> askedKind(const CommandCall& call) {
   if (type == u"text") return Kind::Text;
   if (type == u"number") return Kind::Number;
   if (type == u"date") return Kind::Date;
-  throw WrongUse(u"--type is text, number or date, not \"%1\""_s.arg(type));
+  throw WrongUse(CommandText::tr("--type is text, number or date, not \"%1\"").arg(type));
 }
 
 // With a "T" and a distance from GMT it is a moment anywhere; otherwise it is meant as the region writes it.
@@ -63,8 +64,8 @@ Value valueOf(const QString& text, Kind kind, const QString& item, const Regiona
     if (kind == Kind::Date) return dateOf(text, regional);
     return text;
   } catch (const RuntimeError&) {
-    refuse(item,
-           u"takes no value \"%1\": it is no %2"_s.arg(text, kind == Kind::Number ? u"number"_s : u"date"_s));
+    refuse(item, CommandText::tr("takes no value \"%1\": it is no %2")
+                     .arg(text, kind == Kind::Number ? CommandText::tr("number") : CommandText::tr("date")));
   }
 }
 
@@ -107,14 +108,16 @@ int setItem(CommandCall& call) {
     const Kind own = present ? kindOf(present) : Kind::Text;
     const int former = present ? present.typeCode() : itemcode::Text;
     const Value values = listOf(call.arguments.sliced(3), asked.value_or(own), itemName, call.doors.regional);
-    call.confirm(u"Set \"%1\" of note %2 in %3?"_s.arg(itemName, eightDigits(document.noteId()), name));
+    call.confirm(
+        CommandText::tr("Set \"%1\" of note %2 in %3?").arg(itemName, eightDigits(document.noteId()), name));
     document.replaceItemValue(itemName, values);
     const NotesItem changed = document.firstItem(itemName);
     if (changed.typeCode() == itemcode::Text) giveBackMarks(changed, former);
     document.save(false, false);
     writeChange(call, document, recordOf(changed));
   } catch (const RuntimeError& error) {
-    throw RuntimeError(error.number(), u"%1, note %2: %3"_s.arg(name, noteId, error.description()));
+    throw RuntimeError(error.number(),
+                       CommandText::tr("%1, note %2: %3").arg(name, noteId, error.description()));
   }
   return exitcode::Done;
 }

@@ -6,7 +6,7 @@
 #include <QTextBrowser>
 
 #include "client/client_fixture.h"
-#include "client/guide_window.h"
+#include "host/shipped_files.h"
 #include "notes/version.h"
 
 namespace lens {
@@ -55,12 +55,12 @@ TEST_F(ClientHelp, PagesLeadToEachOtherAndBack) {
 
 // What a page shows has to be there, or the reader is led into nothing.
 TEST_F(ClientHelp, EveryPictureOfTheGuideIsThere) {
-  QFile guide(shippedDocument(u"docs/guide.md"_s));
+  QFile guide(shippedFile(u"docs/guide.md"_s));
   ASSERT_TRUE(guide.open(QIODevice::ReadOnly));
   static const QRegularExpression picture(u"!\\[[^\\]]*\\]\\(([^)]+)\\)"_s);
   int seen = 0;
   for (const QRegularExpressionMatch& match : picture.globalMatch(QString::fromUtf8(guide.readAll()))) {
-    EXPECT_FALSE(shippedDocument(u"docs/"_s + match.captured(1)).isEmpty())
+    EXPECT_FALSE(shippedFile(u"docs/"_s + match.captured(1)).isEmpty())
         << match.captured(1).toStdString();
     ++seen;
   }

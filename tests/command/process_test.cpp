@@ -27,6 +27,7 @@ class Process : public CommandTest {
     environment.insert(u"QT_QPA_PLATFORM"_s, u"there-is-none"_s);
     environment.insert(u"TESSALY_WORKSPACE"_s, place());
     environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+    environment.remove(u"LANGUAGE"_s);
   }
   void prepare(QProcess& process, const QStringList& arguments) {
     process.setProgram(QStringLiteral(LENS_PROGRAM));
@@ -88,6 +89,22 @@ TEST_F(Process, AClosedPipeIsAnErrorAndNoSignal) {
     EXPECT_EQ(result.error, command[0] + u": standard output: Broken pipe\n"_s);
   }
 }
+
+#ifdef LENS_TRANSLATED
+TEST_F(Process, SpeaksTheLanguageOfItsUserAndWritesTheSameForPrograms) {
+  environment.insert(u"LC_ALL"_s, u"de_DE.UTF-8"_s);
+  environment.insert(u"LANGUAGE"_s, u"de"_s);
+  EXPECT_TRUE(start({u"--help"_s}).out.startsWith(u"Aufruf: TessalyAndDocContent"_s));
+  EXPECT_TRUE(start({u"documents"_s, u"mail.nsf"_s, u"--view"_s, u"None"_s})
+                  .error.contains(u"es gibt keine Ansicht \u201ENone\u201C"_s));
+  save(memo(u"A"_s));
+  const QString german = start({u"documents"_s, u"mail.nsf"_s, u"--json"_s}).out;
+  environment.insert(u"LANGUAGE"_s, u"en"_s);
+  environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+  EXPECT_EQ(start({u"documents"_s, u"mail.nsf"_s, u"--json"_s}).out, german);
+  EXPECT_TRUE(start({u"--help"_s}).out.startsWith(u"Usage: "_s));
+}
+#endif
 
 // Another file would get its number, and all that is written.
 TEST_F(Process, AClosedStandardOutputIsTold) {

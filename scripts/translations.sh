@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# Brings the tables of translations up to date with the sources, and names the texts that have none yet. Ends with 1 where
+# there are such texts.
+#   scripts/translations.sh [TABLE...]     without a table all of translations/
+set -euo pipefail
+cd "$(dirname "$0")/.."
+lupdate=${LUPDATE:-$(command -v lupdate || echo /usr/lib/qt6/bin/lupdate)}
+if [ ! -x "$lupdate" ]; then
+  scripts/install.sh build
+fi
+tables=("$@")
+[ ${#tables[@]} -gt 0 ] || tables=(translations/*.ts)
+# What the windows of fixed texts say stays English, so their folders are not looked into.
+"$lupdate" -silent -no-obsolete -locations none -I src src/client src/command src/app src/host -ts "${tables[@]}"
+missing=0
+for table in "${tables[@]}"; do
+  found=$(grep -B6 'type="unfinished"' "$table" | sed -n 's/ *<source>\(.*\)<\/source>/\1/p' || true)
+  [ -z "$found" ] && continue
+  echo "$table has no words for:"
+  echo "${found//$'\n'/$'\n'  }" | sed '1s/^/  /'
+  missing=1
+done
+exit $missing

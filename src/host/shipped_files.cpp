@@ -1,0 +1,37 @@
+#include "host/shipped_files.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QLibraryInfo>
+#include <QTranslator>
+#include <memory>
+
+#include "notes/literals.h"
+
+namespace lens {
+namespace {
+
+QString placeOfShipped(const QString& name) {
+  return QCoreApplication::applicationDirPath() + u"/../share/tessaly-lens/"_s + name;
+}
+
+bool speak(const QLocale& locale, const QString& name, const QString& directory) {
+  auto translator = std::make_unique<QTranslator>(QCoreApplication::instance());
+  if (!translator->load(locale, name, u"_"_s, directory)) return false;
+  return QCoreApplication::installTranslator(translator.release());
+}
+
+}  // namespace
+
+QString shippedFile(const QString& name) {
+  const QFileInfo file(placeOfShipped(name));
+  return file.exists() ? file.absoluteFilePath() : QString();
+}
+
+// Half of a window in another language is worse than none.
+void speakLanguageOf(const QLocale& locale) {
+  if (speak(locale, u"tessaly-lens"_s, placeOfShipped(u"translations"_s)))
+    speak(locale, u"qtbase"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath));
+}
+
+}  // namespace lens

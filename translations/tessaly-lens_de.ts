@@ -1,0 +1,1421 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE">
+<context>
+    <name>ClientWindow</name>
+    <message>
+        <source>Client</source>
+        <translation>Client</translation>
+    </message>
+    <message>
+        <source>Dis&amp;miss</source>
+        <translation>Aus&amp;blenden</translation>
+    </message>
+    <message>
+        <source>Takes this message away</source>
+        <translation>Nimmt diese Meldung weg</translation>
+    </message>
+    <message>
+        <source>&amp;Servers and databases:</source>
+        <translation>&amp;Server und Datenbanken:</translation>
+    </message>
+    <message>
+        <source>Servers and databases</source>
+        <translation>Server und Datenbanken</translation>
+    </message>
+    <message>
+        <source>Double click or Enter opens a database</source>
+        <translation>Doppelklick oder Eingabetaste öffnet eine Datenbank</translation>
+    </message>
+    <message>
+        <source>No database is open: choose one on the left</source>
+        <translation>Keine Datenbank ist offen: Wählen Sie links eine aus</translation>
+    </message>
+    <message>
+        <source>Vie&amp;ws:</source>
+        <translation>A&amp;nsichten:</translation>
+    </message>
+    <message>
+        <source>Views</source>
+        <translation>Ansichten</translation>
+    </message>
+    <message>
+        <source>The documents of the current view stand beside it</source>
+        <translation>Die Dokumente der aktuellen Ansicht stehen daneben</translation>
+    </message>
+    <message>
+        <source>Doc&amp;uments:</source>
+        <translation>Dok&amp;umente:</translation>
+    </message>
+    <message>
+        <source>Documents</source>
+        <translation>Dokumente</translation>
+    </message>
+    <message>
+        <source>Mark documents with Ctrl or Shift; double click or Enter opens one</source>
+        <translation>Strg oder Umschalt markiert Dokumente; Doppelklick oder Eingabetaste öffnet eines</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Document</source>
+        <translation>Do&amp;kument</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Open database</source>
+        <translation>Datenbank ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>Opens the database that is current on the left</source>
+        <translation>Öffnet die Datenbank, die links aktuell ist</translation>
+    </message>
+    <message>
+        <source>Open data&amp;base file...</source>
+        <translation>Datenbankdatei öff&amp;nen...</translation>
+    </message>
+    <message>
+        <source>Opens a real database of the platform, wherever it lies, to be read only</source>
+        <translation>Öffnet eine echte Datenbank der Plattform, wo immer sie liegt, nur zum Lesen</translation>
+    </message>
+    <message>
+        <source>Ctrl+O</source>
+        <translation>Ctrl+O</translation>
+    </message>
+    <message>
+        <source>&amp;New database...</source>
+        <translation>&amp;Neue Datenbank...</translation>
+    </message>
+    <message>
+        <source>Makes an empty database on the server that is current on the left</source>
+        <translation>Legt auf dem Server, der links aktuell ist, eine leere Datenbank an</translation>
+    </message>
+    <message>
+        <source>Ctrl+N</source>
+        <translation>Ctrl+N</translation>
+    </message>
+    <message>
+        <source>&amp;Close database</source>
+        <translation>Datenbank s&amp;chließen</translation>
+    </message>
+    <message>
+        <source>No database is on top afterwards</source>
+        <translation>Danach ist keine Datenbank mehr offen</translation>
+    </message>
+    <message>
+        <source>Ctrl+W</source>
+        <translation>Ctrl+W</translation>
+    </message>
+    <message>
+        <source>&amp;Import DXL...</source>
+        <translation>DXL &amp;importieren...</translation>
+    </message>
+    <message>
+        <source>Reads DXL files into the open database, or into a new one when none is open</source>
+        <translation>Liest DXL-Dateien in die offene Datenbank, oder in eine neue, wenn keine offen ist</translation>
+    </message>
+    <message>
+        <source>Ctrl+I</source>
+        <translation>Ctrl+I</translation>
+    </message>
+    <message>
+        <source>Import DXL &amp;folder...</source>
+        <translation>DXL-&amp;Ordner importieren...</translation>
+    </message>
+    <message>
+        <source>Reads all DXL files of a folder into the open database, or into a new one when none is open</source>
+        <translation>Liest alle DXL-Dateien eines Ordners in die offene Datenbank, oder in eine neue, wenn keine offen ist</translation>
+    </message>
+    <message>
+        <source>Import DXL into n&amp;ew database...</source>
+        <translation>DXL in n&amp;eue Datenbank importieren...</translation>
+    </message>
+    <message>
+        <source>Reads DXL files into a database that is made for them</source>
+        <translation>Liest DXL-Dateien in eine Datenbank, die für sie angelegt wird</translation>
+    </message>
+    <message>
+        <source>E&amp;xport DXL...</source>
+        <translation>DXL e&amp;xportieren...</translation>
+    </message>
+    <message>
+        <source>Writes the open database with all its notes to a DXL file</source>
+        <translation>Schreibt die offene Datenbank mit allen Notizen in eine DXL-Datei</translation>
+    </message>
+    <message>
+        <source>Ctrl+E</source>
+        <translation>Ctrl+E</translation>
+    </message>
+    <message>
+        <source>Export &amp;view as DXL...</source>
+        <translation>Ans&amp;icht als DXL exportieren...</translation>
+    </message>
+    <message>
+        <source>Writes the documents of the current view to a DXL file</source>
+        <translation>Schreibt die Dokumente der aktuellen Ansicht in eine DXL-Datei</translation>
+    </message>
+    <message>
+        <source>Export &amp;marked documents as DXL...</source>
+        <translation>&amp;Markierte Dokumente als DXL exportieren...</translation>
+    </message>
+    <message>
+        <source>Writes the marked documents, or the open one, to a DXL file</source>
+        <translation>Schreibt die markierten Dokumente oder das offene in eine DXL-Datei</translation>
+    </message>
+    <message>
+        <source>Create full-text in&amp;dex</source>
+        <translation>Vollte&amp;xtindex anlegen</translation>
+    </message>
+    <message>
+        <source>Makes the open database searchable by words</source>
+        <translation>Macht die offene Datenbank nach Wörtern durchsuchbar</translation>
+    </message>
+    <message>
+        <source>&amp;Update full-text index</source>
+        <translation>Volltextindex akt&amp;ualisieren</translation>
+    </message>
+    <message>
+        <source>Takes what changed in the open database into its index; searches do so themselves</source>
+        <translation>Nimmt auf, was sich in der offenen Datenbank geändert hat; Suchen tun es von selbst</translation>
+    </message>
+    <message>
+        <source>&amp;Hide window</source>
+        <translation>Fenster &amp;verbergen</translation>
+    </message>
+    <message>
+        <source>What is open stays open for the tool</source>
+        <translation>Was offen ist, bleibt für das Werkzeug offen</translation>
+    </message>
+    <message>
+        <source>&amp;Open document</source>
+        <translation>D&amp;okument öffnen</translation>
+    </message>
+    <message>
+        <source>Opens the document under the cursor</source>
+        <translation>Öffnet das Dokument unter dem Cursor</translation>
+    </message>
+    <message>
+        <source>&amp;Close document</source>
+        <translation>Dokument s&amp;chließen</translation>
+    </message>
+    <message>
+        <source>Goes back to the view</source>
+        <translation>Geht zurück zur Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Select all</source>
+        <translation>&amp;Alles markieren</translation>
+    </message>
+    <message>
+        <source>Marks all documents of the view</source>
+        <translation>Markiert alle Dokumente der Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Refresh</source>
+        <translation>&amp;Aktualisieren</translation>
+    </message>
+    <message>
+        <source>Reads databases, view and open document again</source>
+        <translation>Liest Datenbanken, Ansicht und offenes Dokument neu</translation>
+    </message>
+    <message>
+        <source>F5</source>
+        <translation>F5</translation>
+    </message>
+</context>
+<context>
+    <name>QObject</name>
+    <message>
+        <source>An import is running: wait for its end or cancel it first</source>
+        <translation>Ein Import läuft: Warten Sie sein Ende ab oder brechen Sie ihn zuerst ab</translation>
+    </message>
+    <message>
+        <source>An export is running: wait for its end or cancel it first</source>
+        <translation>Ein Export läuft: Warten Sie sein Ende ab oder brechen Sie ihn zuerst ab</translation>
+    </message>
+    <message>
+        <source>A comparison is running: wait for its end or cancel it first</source>
+        <translation>Ein Vergleich läuft: Warten Sie sein Ende ab oder brechen Sie ihn zuerst ab</translation>
+    </message>
+    <message>
+        <source>An index is being made: wait for its end or cancel it first</source>
+        <translation>Ein Index wird angelegt: Warten Sie das Ende ab oder brechen Sie zuerst ab</translation>
+    </message>
+    <message>
+        <source>the file cannot be written (%1)</source>
+        <translation>die Datei kann nicht geschrieben werden (%1)</translation>
+    </message>
+    <message>
+        <source>Import DXL</source>
+        <translation>DXL importieren</translation>
+    </message>
+    <message>
+        <source>DXL files (*.dxl *.xml);;All files (*)</source>
+        <translation>DXL-Dateien (*.dxl *.xml);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Open database file</source>
+        <translation>Datenbankdatei öffnen</translation>
+    </message>
+    <message>
+        <source>Databases (*.nsf *.ntf *.NSF *.NTF);;All files (*)</source>
+        <translation>Datenbanken (*.nsf *.ntf *.NSF *.NTF);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Import all DXL files of a folder</source>
+        <translation>Alle DXL-Dateien eines Ordners importieren</translation>
+    </message>
+    <message>
+        <source>Export %1</source>
+        <translation>%1 exportieren</translation>
+    </message>
+    <message>
+        <source>%1 files (*.%2)</source>
+        <translation>%1-Dateien (*.%2)</translation>
+    </message>
+    <message>
+        <source>New database</source>
+        <translation>Neue Datenbank</translation>
+    </message>
+    <message>
+        <source>File name on %1, folders included:</source>
+        <translation>Dateiname auf %1, mit Ordnern:</translation>
+    </message>
+</context>
+<context>
+    <name>lens::AboutDialog</name>
+    <message>
+        <source>release</source>
+        <translation>Freigabe</translation>
+    </message>
+    <message>
+        <source>debug</source>
+        <translation>Entwicklung</translation>
+    </message>
+    <message>
+        <source>Tessaly Lens %1</source>
+        <translation>Tessaly Lens %1</translation>
+    </message>
+    <message>
+        <source>Build: %1, %2, %3</source>
+        <translation>Gebaut mit: %1, %2, %3</translation>
+    </message>
+    <message>
+        <source>Qt %1 (built with %2)</source>
+        <translation>Qt %1 (gebaut mit %2)</translation>
+    </message>
+    <message>
+        <source>System: %1</source>
+        <translation>System: %1</translation>
+    </message>
+    <message>
+        <source>About Tessaly Lens</source>
+        <translation>Über Tessaly Lens</translation>
+    </message>
+    <message>
+        <source>A document under a lens</source>
+        <translation>Ein Dokument unter einer Lupe</translation>
+    </message>
+    <message>
+        <source>Inspects and repairs Notes and Domino databases.
+Free software under the MIT licence; its libraries keep their own.</source>
+        <translation>Untersucht und repariert Notes- und Domino-Datenbanken.
+Freie Software unter der MIT-Lizenz; ihre Bibliotheken behalten die eigenen.</translation>
+    </message>
+    <message>
+        <source>Versions</source>
+        <translation>Versionen</translation>
+    </message>
+    <message>
+        <source>&amp;Licence</source>
+        <translation>&amp;Lizenz</translation>
+    </message>
+    <message>
+        <source>The licence of the program</source>
+        <translation>Die Lizenz des Programms</translation>
+    </message>
+    <message>
+        <source>Li&amp;braries</source>
+        <translation>&amp;Bibliotheken</translation>
+    </message>
+    <message>
+        <source>The libraries of others and their licences</source>
+        <translation>Die Bibliotheken anderer und ihre Lizenzen</translation>
+    </message>
+    <message>
+        <source>C&amp;opy</source>
+        <translation>K&amp;opieren</translation>
+    </message>
+    <message>
+        <source>Puts the versions on the clipboard, for a report</source>
+        <translation>Legt die Versionen in die Zwischenablage, für eine Fehlermeldung</translation>
+    </message>
+</context>
+<context>
+    <name>lens::CommandText</name>
+    <message>
+        <source>%1: there is no such directory</source>
+        <translation>%1: dieses Verzeichnis gibt es nicht</translation>
+    </message>
+    <message>
+        <source>%1: no file can be made in this directory</source>
+        <translation>%1: in diesem Verzeichnis kann keine Datei angelegt werden</translation>
+    </message>
+    <message>
+        <source>another attachment of the document has the same name</source>
+        <translation>ein anderer Anhang des Dokuments hat denselben Namen</translation>
+    </message>
+    <message>
+        <source>%1: written under another name: %2</source>
+        <translation>%1: unter anderem Namen geschrieben: %2</translation>
+    </message>
+    <message>
+        <source>%1: %2 not extracted; the first: %3</source>
+        <translation>%1: %2 nicht herausgeschrieben; der erste: %3</translation>
+    </message>
+    <message>
+        <source>attachment was</source>
+        <translation>Anhang wurde</translation>
+    </message>
+    <message>
+        <source>attachments were</source>
+        <translation>Anhänge wurden</translation>
+    </message>
+    <message>
+        <source>it cannot be found</source>
+        <translation>er wird nicht gefunden</translation>
+    </message>
+    <message>
+        <source>Replace %1?</source>
+        <translation>%1 ersetzen?</translation>
+    </message>
+    <message>
+        <source>note %1, &quot;%2&quot;: %3</source>
+        <translation>Notiz %1, „%2“: %3</translation>
+    </message>
+    <message>
+        <source>nothing was changed: give --yes where nobody can be asked (%1)</source>
+        <translation>nichts wurde geändert: geben Sie --yes an, wo niemand gefragt werden kann (%1)</translation>
+    </message>
+    <message>
+        <source>nothing was changed</source>
+        <translation>nichts wurde geändert</translation>
+    </message>
+    <message>
+        <source>standard output</source>
+        <translation>Standardausgabe</translation>
+    </message>
+    <message>
+        <source>yes</source>
+        <translation>ja</translation>
+    </message>
+    <message>
+        <source>no</source>
+        <translation>nein</translation>
+    </message>
+    <message>
+        <source>Shows this help, or that of a command</source>
+        <translation>Zeigt diese Hilfe oder die eines Befehls</translation>
+    </message>
+    <message>
+        <source>Shows the version of the program</source>
+        <translation>Zeigt die Version des Programms</translation>
+    </message>
+    <message>
+        <source>The workspace to work on, instead of TESSALY_WORKSPACE or the user&apos;s own</source>
+        <translation>Der Arbeitsbereich, statt TESSALY_WORKSPACE oder dem eigenen des Benutzers</translation>
+    </message>
+    <message>
+        <source>Writes one JSON object a line (docs/command.schema.json)</source>
+        <translation>Schreibt ein JSON-Objekt je Zeile (docs/command.schema.json)</translation>
+    </message>
+    <message>
+        <source>Changes databases and replaces files without asking</source>
+        <translation>Ändert Datenbanken und ersetzt Dateien ohne Frage</translation>
+    </message>
+    <message>
+        <source>Lists this server only</source>
+        <translation>Zeigt nur diesen Server</translation>
+    </message>
+    <message>
+        <source>The documents of this view or folder, in its order</source>
+        <translation>Die Dokumente dieser Ansicht oder dieses Ordners, in deren Reihenfolge</translation>
+    </message>
+    <message>
+        <source>The documents that this formula selects</source>
+        <translation>Die Dokumente, die diese Formel auswählt</translation>
+    </message>
+    <message>
+        <source>The documents that answer this full-text query, the best first</source>
+        <translation>Die Dokumente zu dieser Volltextabfrage, die besten zuerst</translation>
+    </message>
+    <message>
+        <source>The database that takes the notes</source>
+        <translation>Die Datenbank, die die Notizen aufnimmt</translation>
+    </message>
+    <message>
+        <source>Makes the database where there is none</source>
+        <translation>Legt die Datenbank an, wo es keine gibt</translation>
+    </message>
+    <message>
+        <source>DXL, with the design where no documents are chosen (the default)</source>
+        <translation>DXL, mit der Gestaltung, wo keine Dokumente gewählt sind (Vorgabe)</translation>
+    </message>
+    <message>
+        <source>CSV, a row for each document and a column for each item</source>
+        <translation>CSV, eine Zeile je Dokument und eine Spalte je Element</translation>
+    </message>
+    <message>
+        <source>The columns of CSV: the items of these names, instead of all</source>
+        <translation>Die Spalten der CSV: die Elemente dieser Namen statt aller</translation>
+    </message>
+    <message>
+        <source>Writes to this file, whole or not at all, instead of standard output</source>
+        <translation>Schreibt in diese Datei, ganz oder gar nicht, statt auf die Standardausgabe</translation>
+    </message>
+    <message>
+        <source>text, number or date; otherwise the item&apos;s own, text for a new item</source>
+        <translation>text, number oder date; sonst der eigene Typ des Elements, Text für ein neues</translation>
+    </message>
+    <message>
+        <source>Writes the files into this directory</source>
+        <translation>Schreibt die Dateien in dieses Verzeichnis</translation>
+    </message>
+    <message>
+        <source>Lists the databases of this machine and of the servers</source>
+        <translation>Zeigt die Datenbanken dieses Rechners und der Server</translation>
+    </message>
+    <message>
+        <source>Lists documents: note ID, form, subject</source>
+        <translation>Zeigt Dokumente: Notiz-ID, Maske, Betreff</translation>
+    </message>
+    <message>
+        <source>Shows the items of a document with their values</source>
+        <translation>Zeigt die Elemente eines Dokuments mit ihren Werten</translation>
+    </message>
+    <message>
+        <source>Lists the items of a document, or the item names of a database and how often</source>
+        <translation>Zeigt die Elemente eines Dokuments, oder die Elementnamen einer Datenbank und wie oft</translation>
+    </message>
+    <message>
+        <source>Imports DXL files, and folders of them, into a database</source>
+        <translation>Importiert DXL-Dateien und Ordner davon in eine Datenbank</translation>
+    </message>
+    <message>
+        <source>Writes documents as DXL, JSON or CSV</source>
+        <translation>Schreibt Dokumente als DXL, JSON oder CSV</translation>
+    </message>
+    <message>
+        <source>Sets an item of a document; several values make a list</source>
+        <translation>Setzt ein Element eines Dokuments; mehrere Werte ergeben eine Liste</translation>
+    </message>
+    <message>
+        <source>Evaluates a formula on a document; nothing is saved</source>
+        <translation>Berechnet eine Formel über einem Dokument; nichts wird gespeichert</translation>
+    </message>
+    <message>
+        <source>Tells whether a formula is correct, and where its first mistake is</source>
+        <translation>Sagt, ob eine Formel richtig ist, und wo ihr erster Fehler steht</translation>
+    </message>
+    <message>
+        <source>Lists notes and items that two databases differ in, both ways</source>
+        <translation>Zeigt Notizen und Elemente, in denen sich zwei Datenbanken unterscheiden, in beiden Richtungen</translation>
+    </message>
+    <message>
+        <source>Lists the attachments of the documents, or extracts them</source>
+        <translation>Zeigt die Anhänge der Dokumente oder schreibt sie heraus</translation>
+    </message>
+    <message>
+        <source>Lists every formula of the design with its source</source>
+        <translation>Zeigt jede Formel der Gestaltung mit ihrem Quelltext</translation>
+    </message>
+    <message>
+        <source>Checks the file, every note and every attachment</source>
+        <translation>Prüft die Datei, jede Notiz und jeden Anhang</translation>
+    </message>
+    <message>
+        <source>Tells what a real database holds, or lists its notes and items</source>
+        <translation>Sagt, was eine echte Datenbank enthält, oder zeigt ihre Notizen und Elemente</translation>
+    </message>
+    <message>
+        <source>Usage: %1</source>
+        <translation>Aufruf: %1</translation>
+    </message>
+    <message>
+        <source>Without a command the program opens its windows.</source>
+        <translation>Ohne Befehl öffnet das Programm seine Fenster.</translation>
+    </message>
+    <message>
+        <source>Commands:</source>
+        <translation>Befehle:</translation>
+    </message>
+    <message>
+        <source>Options:</source>
+        <translation>Optionen:</translation>
+    </message>
+    <message>
+        <source>DB is a path below the directory of databases, or &quot;SERVER!!PATH&quot;. NOTE is a note ID or universal ID in
+hexadecimal digits. What begins with a dash and is no option stands behind &quot;--&quot;.
+Exit code: 0 done, 1 a difference, fault or mistake was found, 2 wrong use, 3 failed, 130 interrupted.
+</source>
+        <translation>DB ist ein Pfad unter dem Verzeichnis der Datenbanken oder „SERVER!!PFAD“. NOTE ist eine Notiz-ID oder
+Universal-ID in Hexadezimalziffern. Was mit einem Strich beginnt und keine Option ist, steht hinter „--“.
+Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3 gescheitert, 130 unterbrochen.
+</translation>
+    </message>
+    <message>
+        <source>%1 only in %2, %3 only in %4, %5 changed</source>
+        <translation>%1 nur in %2, %3 nur in %4, %5 geändert</translation>
+    </message>
+    <message>
+        <source>(cannot be read)</source>
+        <translation>(nicht lesbar)</translation>
+    </message>
+    <message>
+        <source>%1: there is no view &quot;%2&quot;</source>
+        <translation>%1: es gibt keine Ansicht „%2“</translation>
+    </message>
+    <message>
+        <source>%1: %2 damaged and left out (&quot;integrity&quot; tells more)</source>
+        <translation>%1: %2 beschädigt und ausgelassen („integrity“ sagt mehr)</translation>
+    </message>
+    <message>
+        <source>note is</source>
+        <translation>Notiz ist</translation>
+    </message>
+    <message>
+        <source>notes are</source>
+        <translation>Notizen sind</translation>
+    </message>
+    <message>
+        <source>--view, --formula and --search exclude each other</source>
+        <translation>--view, --formula und --search schließen einander aus</translation>
+    </message>
+    <message>
+        <source>%1: there is no such workspace</source>
+        <translation>%1: diesen Arbeitsbereich gibt es nicht</translation>
+    </message>
+    <message>
+        <source>%1: the directory is no workspace (it has no notes.ini)</source>
+        <translation>%1: das Verzeichnis ist kein Arbeitsbereich (es hat keine notes.ini)</translation>
+    </message>
+    <message>
+        <source>%1: the database cannot be opened</source>
+        <translation>%1: die Datenbank kann nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>%1: note &quot;%2&quot; was deleted or cannot be read</source>
+        <translation>%1: Notiz „%2“ wurde gelöscht oder ist nicht lesbar</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; works on databases of the embedded engine only, and the Notes client is in use</source>
+        <translation>„%1“ arbeitet nur auf Datenbanken des eingebauten Speichers, und der Notes-Client wird benutzt</translation>
+    </message>
+    <message>
+        <source>--dxl, --json and --csv exclude each other</source>
+        <translation>--dxl, --json und --csv schließen einander aus</translation>
+    </message>
+    <message>
+        <source>--items goes with --csv</source>
+        <translation>--items gehört zu --csv</translation>
+    </message>
+    <message>
+        <source>%1: %2 began with a character that spreadsheets take for a formula and got an apostrophe</source>
+        <translation>%1: %2 begannen wie eine Formel einer Tabellenkalkulation und bekamen einen Apostroph</translation>
+    </message>
+    <message>
+        <source>cell</source>
+        <translation>Zelle</translation>
+    </message>
+    <message>
+        <source>cells</source>
+        <translation>Zellen</translation>
+    </message>
+    <message>
+        <source>%1, note %2: %3</source>
+        <translation>%1, Notiz %2: %3</translation>
+    </message>
+    <message>
+        <source>The formula is correct.</source>
+        <translation>Die Formel ist richtig.</translation>
+    </message>
+    <message>
+        <source>the formula has characters that the code page of the system lacks</source>
+        <translation>die Formel hat Zeichen, die der Zeichensatz des Systems nicht kennt</translation>
+    </message>
+    <message>
+        <source>the formula is longer than %1 bytes</source>
+        <translation>die Formel ist länger als %1 Bytes</translation>
+    </message>
+    <message>
+        <source>error %1</source>
+        <translation>Fehler %1</translation>
+    </message>
+    <message>
+        <source>%1 (line %2, character %3)</source>
+        <translation>%1 (Zeile %2, Zeichen %3)</translation>
+    </message>
+    <message>
+        <source>the formula is broken: %1</source>
+        <translation>die Formel ist fehlerhaft: %1</translation>
+    </message>
+    <message>
+        <source>%1: there is no such file</source>
+        <translation>%1: diese Datei gibt es nicht</translation>
+    </message>
+    <message>
+        <source>wants --into DB, the database that takes the notes</source>
+        <translation>verlangt --into DB, die Datenbank, die die Notizen aufnimmt</translation>
+    </message>
+    <message>
+        <source>Import %1 into %2%3?</source>
+        <translation>%1 in %2 importieren%3?</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>files</source>
+        <translation>Dateien</translation>
+    </message>
+    <message>
+        <source>, a new database</source>
+        <translation>, eine neue Datenbank</translation>
+    </message>
+    <message>
+        <source>, replacing notes of the same universal ID</source>
+        <translation>, Notizen mit gleicher Universal-ID ersetzend</translation>
+    </message>
+    <message>
+        <source>%1 not imported into %2; the first: %3</source>
+        <translation>%1 nicht in %2 importiert; die erste: %3</translation>
+    </message>
+    <message>
+        <source>file was</source>
+        <translation>Datei wurde</translation>
+    </message>
+    <message>
+        <source>files were</source>
+        <translation>Dateien wurden</translation>
+    </message>
+    <message>
+        <source>note</source>
+        <translation>Notiz</translation>
+    </message>
+    <message>
+        <source>notes</source>
+        <translation>Notizen</translation>
+    </message>
+    <message>
+        <source>attachment</source>
+        <translation>Anhang</translation>
+    </message>
+    <message>
+        <source>attachments</source>
+        <translation>Anhänge</translation>
+    </message>
+    <message>
+        <source>fault</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>faults</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>%1: %2 (%3 tells more)</source>
+        <translation>%1: %2 (%3 sagt mehr)</translation>
+    </message>
+    <message>
+        <source>there is no command &quot;%1&quot;</source>
+        <translation>es gibt keinen Befehl „%1“</translation>
+    </message>
+    <message>
+        <source>no command is given in &quot;%1&quot;</source>
+        <translation>in „%1“ steht kein Befehl</translation>
+    </message>
+    <message>
+        <source>wants the arguments &quot;%1&quot;</source>
+        <translation>verlangt die Argumente „%1“</translation>
+    </message>
+    <message>
+        <source>the item &quot;%1&quot; %2</source>
+        <translation>das Element „%1“ %2</translation>
+    </message>
+    <message>
+        <source>is of type %1, which this command does not write</source>
+        <translation>ist vom Typ %1, den dieser Befehl nicht schreibt</translation>
+    </message>
+    <message>
+        <source>--type is text, number or date, not &quot;%1&quot;</source>
+        <translation>--type ist text, number oder date, nicht „%1“</translation>
+    </message>
+    <message>
+        <source>takes no value &quot;%1&quot;: it is no %2</source>
+        <translation>nimmt den Wert „%1“ nicht an: er ist kein(e) %2</translation>
+    </message>
+    <message>
+        <source>number</source>
+        <translation>Zahl</translation>
+    </message>
+    <message>
+        <source>date</source>
+        <translation>Datum</translation>
+    </message>
+    <message>
+        <source>Set &quot;%1&quot; of note %2 in %3?</source>
+        <translation>„%1“ der Notiz %2 in %3 setzen?</translation>
+    </message>
+</context>
+<context>
+    <name>lens::CompareController</name>
+    <message>
+        <source>Com&amp;pare databases...</source>
+        <translation>Datenbanken &amp;vergleichen...</translation>
+    </message>
+    <message>
+        <source>Lists what two databases differ in, note by note and item by item</source>
+        <translation>Zeigt, worin sich zwei Datenbanken unterscheiden, Notiz für Notiz und Element für Element</translation>
+    </message>
+    <message>
+        <source>Com&amp;pare marked documents</source>
+        <translation>Markierte Dokumente &amp;vergleichen</translation>
+    </message>
+    <message>
+        <source>Shows the two marked documents side by side</source>
+        <translation>Zeigt die beiden markierten Dokumente nebeneinander</translation>
+    </message>
+    <message>
+        <source>Mark the two documents that are to be compared</source>
+        <translation>Markieren Sie die beiden Dokumente, die verglichen werden sollen</translation>
+    </message>
+</context>
+<context>
+    <name>lens::CompareWindow</name>
+    <message>
+        <source>%1 on %2</source>
+        <translation>%1 auf %2</translation>
+    </message>
+    <message>
+        <source>&amp;First:</source>
+        <translation>&amp;Erste:</translation>
+    </message>
+    <message>
+        <source>&amp;Second:</source>
+        <translation>&amp;Zweite:</translation>
+    </message>
+    <message>
+        <source>Co&amp;mpare</source>
+        <translation>&amp;Vergleichen</translation>
+    </message>
+    <message>
+        <source>Lists every note and item that the two databases differ in</source>
+        <translation>Zeigt jede Notiz und jedes Element, in denen sich die beiden Datenbanken unterscheiden</translation>
+    </message>
+    <message>
+        <source>The items of the current note stand below; Enter opens it in the client window</source>
+        <translation>Die Elemente der aktuellen Notiz stehen darunter; die Eingabetaste öffnet sie im Client-Fenster</translation>
+    </message>
+    <message>
+        <source>-: only in the first, +: only in the second, ~: changed</source>
+        <translation>-: nur in der ersten, +: nur in der zweiten, ~: geändert</translation>
+    </message>
+    <message>
+        <source>Value in the fi&amp;rst:</source>
+        <translation>Wert in der e&amp;rsten:</translation>
+    </message>
+    <message>
+        <source>Value in the s&amp;econd:</source>
+        <translation>Wert in der z&amp;weiten:</translation>
+    </message>
+    <message>
+        <source>&amp;Differences:</source>
+        <translation>&amp;Unterschiede:</translation>
+    </message>
+    <message>
+        <source>&amp;Items:</source>
+        <translation>E&amp;lemente:</translation>
+    </message>
+    <message>
+        <source>&amp;CSV...</source>
+        <translation>&amp;CSV...</translation>
+    </message>
+    <message>
+        <source>Writes the list that the keyboard was in to a CSV file</source>
+        <translation>Schreibt die Liste, in der die Tastatur war, in eine CSV-Datei</translation>
+    </message>
+    <message>
+        <source>C&amp;opy</source>
+        <translation>K&amp;opieren</translation>
+    </message>
+    <message>
+        <source>Puts that list, or its marked rows, on the clipboard</source>
+        <translation>Legt diese Liste oder ihre markierten Zeilen in die Zwischenablage</translation>
+    </message>
+    <message>
+        <source>Compare databases</source>
+        <translation>Datenbanken vergleichen</translation>
+    </message>
+    <message>
+        <source>The two databases hold the same</source>
+        <translation>Die beiden Datenbanken enthalten dasselbe</translation>
+    </message>
+    <message>
+        <source>%1 only in the first, %2 only in the second, %3 changed</source>
+        <translation>%1 nur in der ersten, %2 nur in der zweiten, %3 geändert</translation>
+    </message>
+    <message>
+        <source>; the comparison was cancelled</source>
+        <translation>; der Vergleich wurde abgebrochen</translation>
+    </message>
+    <message>
+        <source>%1: there is no note %2 any more</source>
+        <translation>%1: die Notiz %2 gibt es nicht mehr</translation>
+    </message>
+    <message>
+        <source>Compare documents</source>
+        <translation>Dokumente vergleichen</translation>
+    </message>
+    <message>
+        <source>Note %1</source>
+        <translation>Notiz %1</translation>
+    </message>
+    <message>
+        <source>The two documents hold the same items</source>
+        <translation>Die beiden Dokumente enthalten dieselben Elemente</translation>
+    </message>
+    <message>
+        <source>%1 of %2 items differ</source>
+        <translation>%1 von %2 Elementen unterscheiden sich</translation>
+    </message>
+</context>
+<context>
+    <name>lens::DatabaseController</name>
+    <message>
+        <source>%1: the database is no longer there</source>
+        <translation>%1: die Datenbank ist nicht mehr da</translation>
+    </message>
+    <message>
+        <source>Client</source>
+        <translation>Client</translation>
+    </message>
+    <message>
+        <source> (%1)</source>
+        <translation> (%1)</translation>
+    </message>
+    <message>
+        <source>Client: %1</source>
+        <translation>Client: %1</translation>
+    </message>
+    <message>
+        <source>No database is open</source>
+        <translation>Keine Datenbank ist offen</translation>
+    </message>
+    <message>
+        <source>%1 on %2</source>
+        <translation>%1 auf %2</translation>
+    </message>
+    <message>
+        <source>    %1</source>
+        <translation>    %1</translation>
+    </message>
+    <message>
+        <source>    %1 marked</source>
+        <translation>    %1 markiert</translation>
+    </message>
+    <message>
+        <source>    Documents have changed: F5 refreshes</source>
+        <translation>    Dokumente haben sich geändert: F5 aktualisiert</translation>
+    </message>
+</context>
+<context>
+    <name>lens::DatabaseTree</name>
+    <message>
+        <source>No databases here yet</source>
+        <translation>Hier sind noch keine Datenbanken</translation>
+    </message>
+</context>
+<context>
+    <name>lens::DifferenceModel</name>
+    <message>
+        <source>Difference</source>
+        <translation>Unterschied</translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation>Titel</translation>
+    </message>
+    <message>
+        <source>Items</source>
+        <translation>Elemente</translation>
+    </message>
+    <message>
+        <source>First ID</source>
+        <translation>Erste ID</translation>
+    </message>
+    <message>
+        <source>Second ID</source>
+        <translation>Zweite ID</translation>
+    </message>
+    <message>
+        <source>UNID</source>
+        <translation>UNID</translation>
+    </message>
+    <message>
+        <source>only in the first</source>
+        <translation>nur in der ersten</translation>
+    </message>
+    <message>
+        <source>only in the second</source>
+        <translation>nur in der zweiten</translation>
+    </message>
+    <message>
+        <source>changed</source>
+        <translation>geändert</translation>
+    </message>
+    <message>
+        <source>(class)</source>
+        <translation>(Klasse)</translation>
+    </message>
+    <message>
+        <source>(parent)</source>
+        <translation>(Hauptdokument)</translation>
+    </message>
+</context>
+<context>
+    <name>lens::DocumentModel</name>
+    <message>
+        <source>Form</source>
+        <translation>Maske</translation>
+    </message>
+    <message>
+        <source>Subject</source>
+        <translation>Betreff</translation>
+    </message>
+    <message>
+        <source>Modified</source>
+        <translation>Geändert</translation>
+    </message>
+    <message>
+        <source>Note ID</source>
+        <translation>Notiz-ID</translation>
+    </message>
+    <message>
+        <source>(deleted since the view was read)</source>
+        <translation>(gelöscht, seit die Ansicht gelesen wurde)</translation>
+    </message>
+    <message>
+        <source>(damaged) %1</source>
+        <translation>(beschädigt) %1</translation>
+    </message>
+</context>
+<context>
+    <name>lens::DocumentPane</name>
+    <message>
+        <source>%1: there is no note %2 any more; F5 refreshes the view</source>
+        <translation>%1: die Notiz %2 gibt es nicht mehr; F5 aktualisiert die Ansicht</translation>
+    </message>
+</context>
+<context>
+    <name>lens::DocumentReader</name>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>Closes the document and goes back to the view (Esc)</source>
+        <translation>Schließt das Dokument und geht zurück zur Ansicht (Esc)</translation>
+    </message>
+    <message>
+        <source>The items of the document; the value of the current one stands below</source>
+        <translation>Die Elemente des Dokuments; der Wert des aktuellen steht darunter</translation>
+    </message>
+    <message>
+        <source>&amp;Items:</source>
+        <translation>E&amp;lemente:</translation>
+    </message>
+    <message>
+        <source>The value of the current item, for reading and copying</source>
+        <translation>Der Wert des aktuellen Elements, zum Lesen und Kopieren</translation>
+    </message>
+    <message>
+        <source>Con&amp;tent:</source>
+        <translation>In&amp;halt:</translation>
+    </message>
+    <message>
+        <source>(no subject)</source>
+        <translation>(kein Betreff)</translation>
+    </message>
+    <message>
+        <source>%1    Note ID %2    Modified %3</source>
+        <translation>%1    Notiz-ID %2    Geändert %3</translation>
+    </message>
+    <message>
+        <source>(no form)</source>
+        <translation>(keine Maske)</translation>
+    </message>
+    <message>
+        <source>(unknown)</source>
+        <translation>(unbekannt)</translation>
+    </message>
+</context>
+<context>
+    <name>lens::ExportController</name>
+    <message>
+        <source>There are no documents to export</source>
+        <translation>Es gibt keine Dokumente zu exportieren</translation>
+    </message>
+    <message>
+        <source>%1 was not written: %2</source>
+        <translation>%1 wurde nicht geschrieben: %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n note(s) exported to %1</source>
+        <translation>
+            <numerusform>%n Notiz nach %1 exportiert</numerusform>
+            <numerusform>%n Notizen nach %1 exportiert</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The export was cancelled; no file was written</source>
+        <translation>Der Export wurde abgebrochen; keine Datei wurde geschrieben</translation>
+    </message>
+</context>
+<context>
+    <name>lens::FileOpening</name>
+    <message>
+        <source>%1: there is no such file</source>
+        <translation>%1: diese Datei gibt es nicht</translation>
+    </message>
+</context>
+<context>
+    <name>lens::GuidePage</name>
+    <message>
+        <source>%1 is not shipped with the program</source>
+        <translation>%1 liegt dem Programm nicht bei</translation>
+    </message>
+</context>
+<context>
+    <name>lens::GuideWindow</name>
+    <message>
+        <source>Guide</source>
+        <translation>Handbuch</translation>
+    </message>
+    <message>
+        <source>Page</source>
+        <translation>Seite</translation>
+    </message>
+    <message>
+        <source>&amp;Back</source>
+        <translation>&amp;Zurück</translation>
+    </message>
+    <message>
+        <source>The page before this one (Alt+Left)</source>
+        <translation>Die Seite vor dieser (Alt+Links)</translation>
+    </message>
+    <message>
+        <source>&amp;Guide</source>
+        <translation>&amp;Handbuch</translation>
+    </message>
+    <message>
+        <source>The first page of the guide</source>
+        <translation>Die erste Seite des Handbuchs</translation>
+    </message>
+    <message>
+        <source>Words to be found on the page; Enter or F3 finds the next place</source>
+        <translation>Wörter, die auf der Seite gesucht werden; Eingabetaste oder F3 findet die nächste Stelle</translation>
+    </message>
+    <message>
+        <source>&amp;Find:</source>
+        <translation>&amp;Suchen:</translation>
+    </message>
+</context>
+<context>
+    <name>lens::HelpController</name>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;Guide</source>
+        <translation>&amp;Handbuch</translation>
+    </message>
+    <message>
+        <source>&amp;Tour of five minutes</source>
+        <translation>&amp;Rundgang von fünf Minuten</translation>
+    </message>
+    <message>
+        <source>&amp;Formula language</source>
+        <translation>&amp;Formelsprache</translation>
+    </message>
+    <message>
+        <source>&amp;Command line</source>
+        <translation>&amp;Befehlszeile</translation>
+    </message>
+    <message>
+        <source>&amp;Real databases</source>
+        <translation>&amp;Echte Datenbanken</translation>
+    </message>
+    <message>
+        <source>What is &amp;new</source>
+        <translation>Was ist &amp;neu</translation>
+    </message>
+    <message>
+        <source>&amp;About Tessaly Lens</source>
+        <translation>Ü&amp;ber Tessaly Lens</translation>
+    </message>
+</context>
+<context>
+    <name>lens::ImportController</name>
+    <message>
+        <source>Import into %1 on %2</source>
+        <translation>Import in %1 auf %2</translation>
+    </message>
+    <message>
+        <source>: nothing was imported, so the new database was removed again</source>
+        <translation>: nichts wurde importiert, darum wurde die neue Datenbank wieder entfernt</translation>
+    </message>
+</context>
+<context>
+    <name>lens::IndexController</name>
+    <message>
+        <source>Full-text index of %1 on %2</source>
+        <translation>Volltextindex von %1 auf %2</translation>
+    </message>
+    <message>
+        <source>The index holds the words of all documents as they are now</source>
+        <translation>Der Index enthält die Wörter aller Dokumente, wie sie jetzt sind</translation>
+    </message>
+    <message>
+        <source>Cancelled. The copy stays without an index</source>
+        <translation>Abgebrochen. Die Kopie bleibt ohne Index</translation>
+    </message>
+    <message>
+        <source>Cancelled. What is done of the index is kept: the next time it goes on from there</source>
+        <translation>Abgebrochen. Was vom Index fertig ist, bleibt: Beim nächsten Mal geht es von da weiter</translation>
+    </message>
+    <message>
+        <source>Full-text index</source>
+        <translation>Volltextindex</translation>
+    </message>
+</context>
+<context>
+    <name>lens::ItemModel</name>
+    <message>
+        <source>(unreadable) %1</source>
+        <translation>(nicht lesbar) %1</translation>
+    </message>
+    <message>
+        <source>Item</source>
+        <translation>Element</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Typ</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+</context>
+<context>
+    <name>lens::ItemPairModel</name>
+    <message>
+        <source>Item</source>
+        <translation>Element</translation>
+    </message>
+    <message>
+        <source>(unreadable) %1</source>
+        <translation>(nicht lesbar) %1</translation>
+    </message>
+</context>
+<context>
+    <name>lens::ListExport</name>
+    <message>
+        <source>Export &amp;list as CSV...</source>
+        <translation>&amp;Liste als CSV exportieren...</translation>
+    </message>
+    <message>
+        <source>Writes the list that the keyboard is in to a CSV file</source>
+        <translation>Schreibt die Liste, in der die Tastatur ist, in eine CSV-Datei</translation>
+    </message>
+    <message>
+        <source>Export documents as &amp;JSON...</source>
+        <translation>Dokumente als &amp;JSON exportieren...</translation>
+    </message>
+    <message>
+        <source>Writes the open document, or the marked ones, with all items to a JSON file</source>
+        <translation>Schreibt das offene Dokument oder die markierten mit allen Elementen in eine JSON-Datei</translation>
+    </message>
+    <message>
+        <source>Copy as &amp;table</source>
+        <translation>Als &amp;Tabelle kopieren</translation>
+    </message>
+    <message>
+        <source>Puts the marked rows, or all, on the clipboard as a table</source>
+        <translation>Legt die markierten Zeilen, oder alle, als Tabelle in die Zwischenablage</translation>
+    </message>
+    <message>
+        <source>%1 was not written: %2</source>
+        <translation>%1 wurde nicht geschrieben: %2</translation>
+    </message>
+    <message>
+        <source>The export was cancelled; no file was written</source>
+        <translation>Der Export wurde abgebrochen; keine Datei wurde geschrieben</translation>
+    </message>
+    <message>
+        <source>the list has changed meanwhile</source>
+        <translation>die Liste hat sich inzwischen geändert</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n row(s) exported to %1</source>
+        <translation>
+            <numerusform>%n Zeile nach %1 exportiert</numerusform>
+            <numerusform>%n Zeilen nach %1 exportiert</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>; %n cell(s) that a spreadsheet would run got an apostrophe</source>
+        <translation>
+            <numerusform>; %n Zelle, die eine Tabellenkalkulation ausführen würde, bekam einen Apostroph</numerusform>
+            <numerusform>; %n Zellen, die eine Tabellenkalkulation ausführen würde, bekamen einen Apostroph</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There are no documents to export</source>
+        <translation>Es gibt keine Dokumente zu exportieren</translation>
+    </message>
+    <message>
+        <source>note %1 was deleted or cannot be read</source>
+        <translation>Notiz %1 wurde gelöscht oder ist nicht lesbar</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n document(s) exported to %1</source>
+        <translation>
+            <numerusform>%n Dokument nach %1 exportiert</numerusform>
+            <numerusform>%n Dokumente nach %1 exportiert</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>These are %1 rows: mark some of them, or export the list as CSV</source>
+        <translation>Das sind %1 Zeilen: Markieren Sie einige davon oder exportieren Sie die Liste als CSV</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n row(s) copied</source>
+        <translation>
+            <numerusform>%n Zeile kopiert</numerusform>
+            <numerusform>%n Zeilen kopiert</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>lens::ReportDialog</name>
+    <message>
+        <source>Import report</source>
+        <translation>Importbericht</translation>
+    </message>
+    <message>
+        <source>C&amp;opy</source>
+        <translation>K&amp;opieren</translation>
+    </message>
+    <message>
+        <source>Puts the whole report on the clipboard</source>
+        <translation>Legt den ganzen Bericht in die Zwischenablage</translation>
+    </message>
+</context>
+<context>
+    <name>lens::ViewPane</name>
+    <message>
+        <source>Doc&amp;uments: %1</source>
+        <translation>Dok&amp;umente: %1</translation>
+    </message>
+    <message>
+        <source>Doc&amp;uments: none (what lies in a folder is found under &quot;All documents&quot;)</source>
+        <translation>Dok&amp;umente: keine (was in einem Ordner liegt, findet sich unter „Alle Dokumente“)</translation>
+    </message>
+    <message>
+        <source>Doc&amp;uments: none in this view</source>
+        <translation>Dok&amp;umente: keine in dieser Ansicht</translation>
+    </message>
+    <message>
+        <source>%1 (folder)</source>
+        <translation>%1 (Ordner)</translation>
+    </message>
+</context>
+<context>
+    <name>lens::WindowState</name>
+    <message>
+        <source>Open &amp;recent</source>
+        <translation>Zuletzt geö&amp;ffnet</translation>
+    </message>
+    <message>
+        <source>%1 on %2</source>
+        <translation>%1 auf %2</translation>
+    </message>
+    <message>
+        <source>&amp;Forget these</source>
+        <translation>Diese &amp;vergessen</translation>
+    </message>
+</context>
+<context>
+    <name>lens::WorkBar</name>
+    <message>
+        <source>Progress of the file</source>
+        <translation>Fortschritt der Datei</translation>
+    </message>
+    <message>
+        <source>Importing %1</source>
+        <translation>Importiert %1</translation>
+    </message>
+    <message>
+        <source>Cancel &amp;import</source>
+        <translation>&amp;Import abbrechen</translation>
+    </message>
+    <message>
+        <source>Ends the import; the file at hand leaves nothing in the database</source>
+        <translation>Beendet den Import; die Datei, die gerade gelesen wird, hinterlässt nichts in der Datenbank</translation>
+    </message>
+    <message>
+        <source>Exporting to %1</source>
+        <translation>Exportiert nach %1</translation>
+    </message>
+    <message>
+        <source>Cancel e&amp;xport</source>
+        <translation>E&amp;xport abbrechen</translation>
+    </message>
+    <message>
+        <source>Ends the export; no file is written</source>
+        <translation>Beendet den Export; keine Datei wird geschrieben</translation>
+    </message>
+    <message>
+        <source>Indexing %1</source>
+        <translation>Indiziert %1</translation>
+    </message>
+    <message>
+        <source>Cancel &amp;index</source>
+        <translation>&amp;Index abbrechen</translation>
+    </message>
+    <message>
+        <source>Ends the work; what is done of the index is kept</source>
+        <translation>Beendet die Arbeit; was vom Index fertig ist, bleibt</translation>
+    </message>
+    <message>
+        <source>Comparing with %1</source>
+        <translation>Vergleicht mit %1</translation>
+    </message>
+    <message>
+        <source>Cancel &amp;comparison</source>
+        <translation>&amp;Vergleich abbrechen</translation>
+    </message>
+    <message>
+        <source>Ends the comparison; what was found until then is listed</source>
+        <translation>Beendet den Vergleich; was bis dahin gefunden wurde, wird gezeigt</translation>
+    </message>
+</context>
+</TS>
