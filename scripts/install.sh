@@ -10,7 +10,7 @@ fuzz=(clang libclang-rt-dev)
 run=(xvfb xauth imagemagick x11-utils)
 format=(clang-format)
 tidy=(clang-tidy)
-package=(dpkg-dev file gzip lintian)
+package=(dpkg-dev file gzip lintian desktop-file-utils appstream)
 
 wanted=()
 for purpose in "$@"; do
