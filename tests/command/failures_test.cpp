@@ -1,5 +1,6 @@
 // What goes wrong: one line on standard error that names what and where, an exit code, and nothing half done.
 #include "command/command_fixture.h"
+#include "embedded/format/source_formula.h"
 
 #ifdef Q_OS_LINUX
 #include "support/small_files.h"
@@ -43,6 +44,8 @@ class Failures : public CommandTest {
             {u"compare"_s, database, u"mail.nsf"_s},
             {u"compare"_s, u"mail.nsf"_s, database},
             {u"attachments"_s, database},
+            {u"attachments"_s, database, u"--extract"_s, QDir::tempPath()},
+            {u"formulas"_s, database},
             {u"integrity"_s, database}};
   }
   static QVector<QStringList> commandsWithNote(const QString& note) {
@@ -51,6 +54,15 @@ class Failures : public CommandTest {
     return commands;
   }
 };
+
+// So that a new command is tried as well.
+TEST_F(Failures, AreTriedWithEveryCommandThatTakesADatabase) {
+  QStringList tried;
+  for (const QStringList& command : commandsWith(u"mail.nsf"_s)) tried += command.first();
+  for (const CommandRow& row : commandTable())
+    if (QString::fromLatin1(row.arguments).startsWith(u"DB"_s))
+      EXPECT_TRUE(tried.contains(QString::fromLatin1(row.name))) << row.name;
+}
 
 TEST_F(Failures, AnUnknownDatabaseIsNamed) {
   for (const QStringList& command : commandsWith(u"none.nsf"_s))
@@ -231,7 +243,14 @@ class FullDevice : public QIODevice {
 };
 
 TEST_F(Failures, AFullOutputIsToldByEveryCommand) {
+  Note view;
+  view.header.noteClass = noteclass::View;
+  view.add(u"$TITLE"_s, itemflag::Summary, textValue(u"All"));
+  view.add(u"$FORMULA"_s, itemflag::Summary, sourceFormulaValue(u"SELECT @All"_s));
+  save(view);
   QVector<QStringList> commands = commandsWith(u"mail.nsf"_s);
+  // What it writes goes elsewhere.
+  commands.removeIf([](const QStringList& command) { return command.contains(u"--extract"_s); });
   commands += {{u"databases"_s}, {u"check"_s, u"1"_s}, {u"--help"_s}, {u"--version"_s}};
   for (const QStringList& command : std::as_const(commands)) {
     FullDevice full;
@@ -293,6 +312,20 @@ TEST_F(Failures, APlaceThatCannotBeWrittenIsNamed) {
   EXPECT_EQ(filesIn(file(u"locked"_s)), QStringList());
   QFile::setPermissions(file(u"locked"_s),
                         QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+}
+
+TEST_F(Failures, ADatabaseThatCannotBeMadeOrWrittenIsNamed) {
+  const QString dxl = dxlFile(u"a.dxl"_s, 1), data = place() + u"/data"_s;
+  const WithoutRights user(directory.path());
+  const auto allow = [](const QString& path, bool write) {
+    QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::ExeOwner |
+                                    (write ? QFileDevice::WriteOwner : QFileDevice::Permission()));
+  };
+  const QStringList before = filesIn(data);
+  allow(data, false);
+  expectFailure({u"import"_s, dxl, u"--into"_s, u"new.nsf"_s, u"--create"_s, u"--yes"_s}, {u"new.nsf"_s});
+  allow(data, true);
+  EXPECT_EQ(filesIn(data), before);
 }
 #endif
 

@@ -77,7 +77,20 @@ TEST_F(Process, AFullDeviceIsToldByTheExitCode) {
 }
 
 TEST_F(Process, AClosedPipeIsAnErrorAndNoSignal) {
-  for (const QStringList& command : {QStringList{u"databases"_s}, {u"export"_s, u"mail.nsf"_s}}) {
+  save(memo(u"A"_s));
+  const QString mail = u"mail.nsf"_s, note = u"8FA"_s;
+  for (const QStringList& command : {QStringList{u"databases"_s},
+                                     {u"documents"_s, mail},
+                                     {u"show"_s, mail, note},
+                                     {u"items"_s, mail},
+                                     {u"export"_s, mail},
+                                     {u"export"_s, mail, u"--json"_s},
+                                     {u"export"_s, mail, u"--csv"_s},
+                                     {u"set"_s, mail, note, u"Subject"_s, u"B"_s, u"--yes"_s},
+                                     {u"evaluate"_s, mail, note, u"1"_s},
+                                     {u"check"_s, u"1"_s},
+                                     {u"compare"_s, mail, mail},
+                                     {u"integrity"_s, mail}}) {
     int ends[2];
     ASSERT_EQ(::pipe(ends), 0);
     ::close(ends[0]);
