@@ -8,8 +8,8 @@
 #include "client/help_controller.h"
 #include "client/import_controller.h"
 #include "client/index_controller.h"
-#include "client/real_report.h"
 #include "client/list_export.h"
+#include "client/real_report.h"
 #include "client/view_pane.h"
 #include "client/window_state.h"
 
@@ -25,7 +25,6 @@ ClientWindow::ClientWindow(const std::shared_ptr<Workspace>& workspace, QWidget*
       export_(std::make_unique<ExportController>(*controls_, workspace, *databases_, *views_)),
       index_(std::make_unique<IndexController>(*controls_, *databases_)),
       realReport_(std::make_unique<RealReport>(*controls_, *databases_)),
-      files_(std::make_unique<FileOpening>(*controls_, *databases_, *import_)),
       files_(std::make_unique<FileOpening>(*controls_, *databases_, *import_)),
       state_(std::make_unique<WindowState>(*controls_, workspace, *databases_)),
       lists_(std::make_unique<ListExport>(*controls_, workspace, *databases_, *views_)),

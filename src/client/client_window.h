@@ -20,9 +20,9 @@ class FileOpening;
 class HelpController;
 class ImportController;
 class IndexController;
-class RealReport;
 class KeptSettings;
 class ListExport;
+class RealReport;
 class WindowState;
 
 // Holds its controls and who works on them.

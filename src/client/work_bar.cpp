@@ -56,6 +56,7 @@ void WorkBar::begin(Work work) {
       text_ = tr("Reading %1");
       cancel_->setText(tr("Cancel &reading"));
       cancel_->setToolTip(tr("Ends the reading; nothing of it is kept"));
+      break;
     case Work::Compare:
       text_ = tr("Comparing with %1");
       cancel_->setText(tr("Cancel &comparison"));

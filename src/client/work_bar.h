@@ -16,8 +16,7 @@ class WorkBar : public QWidget {
  public:
   explicit WorkBar(QWidget* parent = nullptr);
 
-  enum class Work { Import, Export, Index, Read };
-  enum class Work { Import, Export, Index, Compare };
+  enum class Work { Import, Export, Index, Read, Compare };
   // Shown and running from begin() to finish().
   void begin(Work work);
   void finish();

@@ -56,7 +56,9 @@ constexpr OptionRow kSetOptions[] = {
                        "text, number or date; otherwise the item's own, text for a new item")},
 };
 constexpr OptionRow kNsfOptions[] = {
-    {"salvage", nullptr, "Looks for notes without the tables: deleted and outdated ones may be among them"},
+    {"salvage", nullptr,
+     QT_TRANSLATE_NOOP("lens::CommandText",
+                       "Looks for notes without the tables: deleted and outdated ones may be among them")},
 };
 constexpr OptionRow kAttachmentOptions[] = {
     {"extract", "DIR", QT_TRANSLATE_NOOP("lens::CommandText", "Writes the files into this directory")},
@@ -127,10 +129,6 @@ constexpr CommandRow kCommands[] = {
     {"attachments", "DB", 1, 1,
      QT_TRANSLATE_NOOP("lens::CommandText", "Lists the attachments of the documents, or extracts them"),
      kAttachmentOptions, false, listAttachments},
-    {"formulas", "DB", 1, 1, "Lists every formula of the design with its source", {}, false, listFormulas},
-    {"integrity", "DB", 1, 1, "Checks the file, every note and every attachment", {}, false, checkDatabase},
-    {"nsf", "info|dump FILE", 2, 2, "Tells what a real database holds, or lists its notes and items",
-     kNsfOptions, false, readRealDatabase, false},
     {"formulas",
      "DB",
      1,
@@ -147,15 +145,9 @@ constexpr CommandRow kCommands[] = {
      {},
      false,
      checkDatabase},
-    {"nsf",
-     "info|dump FILE",
-     2,
-     2,
+    {"nsf", "info|dump FILE", 2, 2,
      QT_TRANSLATE_NOOP("lens::CommandText", "Tells what a real database holds, or lists its notes and items"),
-     {},
-     false,
-     readRealDatabase,
-     false},
+     kNsfOptions, false, readRealDatabase, false},
 };
 
 QString helpLine(const QString& left, const char* right) {
