@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "host/paths.h"
+#include "notes/library_call.h"
 #include "notes/literals.h"
 #include "notes/runtime_error.h"
 
@@ -13,10 +14,8 @@ namespace {
 
 #ifdef Q_OS_WIN
 const QString kFile = u"cmdRemCon.dll"_s;
-#define LENS_LIBRARY_CALL __stdcall
 #else
 const QString kFile = u"cmdRemCon.so"_s;
-#define LENS_LIBRARY_CALL
 #endif
 
 using Function = qint16(LENS_LIBRARY_CALL*)(const char* server, const char* command, char* response);

@@ -47,12 +47,18 @@ constexpr StandardText kStandardTexts[] = {
     {381, "Invalid property array index"},
     {424, "Object required"},
     {err::CannotCreateObject, "ActiveX component can't create object"},
+    {430, "Class doesn't support Automation"},
     {err::MemberNotSupported, "Object doesn't support this property or method"},
+    {440, "Automation error"},
+    {445, "Object doesn't support this action"},
+    {446, "Object doesn't support named arguments"},
     {448, "Named argument not found"},
     {449, "Argument not optional"},
     {450, "Wrong number of arguments or invalid property assignment"},
     {err::EntryNotFound, "Specified DLL function not found"},
     {err::KeyAlreadyInCollection, "This key is already associated with an element of this collection"},
+    {458, "Variable uses an Automation type not supported"},
+    {462, "The remote server machine does not exist or is unavailable"},
 };
 
 }  // namespace
