@@ -72,7 +72,7 @@ QString DesktopFileChoice::exportFile(QWidget* owner, const QString& suggestion)
 }
 
 QString DesktopFileChoice::reportFile(QWidget* owner, const QString& suggestion) {
-  QFileDialog dialog(owner, QObject::tr("Save report"), lastFolder_,
+  QFileDialog dialog(owner, QObject::tr("Save report"), folderOf(kExport),
                      QObject::tr("Text (*.txt);;JSON (*.json)"));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(u"txt"_s);
@@ -81,7 +81,7 @@ QString DesktopFileChoice::reportFile(QWidget* owner, const QString& suggestion)
   });
   dialog.selectFile(suggestion);
   const QString file = chosen(dialog).value(0);
-  if (!file.isEmpty()) lastFolder_ = QFileInfo(file).path();
+  if (!file.isEmpty()) keepFolder(kExport, QFileInfo(file).path());
   return file;
 }
 
