@@ -54,8 +54,10 @@ QVariant GuidePage::loadResource(int type, const QUrl& name) {
   return isMarkdown(name) ? content : QString(u"<pre>"_s + content.toHtmlEscaped() + u"</pre>"_s);
 }
 
+// Laid out once, when all of it is there: a page with large tables takes half a minute otherwise.
 void GuidePage::doSetSource(const QUrl& url, QTextDocument::ResourceType) {
   const bool isThere = QFileInfo(source().resolved(url).toLocalFile()).isFile();
+  document()->setLayoutEnabled(false);
   QTextBrowser::doSetSource(
       url, isMarkdown(url) && isThere ? QTextDocument::MarkdownResource : QTextDocument::HtmlResource);
 }

@@ -34,9 +34,9 @@ KeptColumns::KeptColumns(QTableView& table, KeptSettings& settings)
 }
 
 void KeptColumns::watchModel() {
-  if (model_ == table_.model()) return;
+  if (model_ == table_.horizontalHeader()->model()) return;
   if (model_) disconnect(model_, nullptr, this, nullptr);
-  model_ = table_.model();
+  model_ = table_.horizontalHeader()->model();  // the table itself gets its model later
   if (model_) connect(model_, &QAbstractItemModel::modelReset, this, &KeptColumns::columnsCome);
 }
 

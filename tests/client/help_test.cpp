@@ -60,8 +60,7 @@ TEST_F(ClientHelp, EveryPictureOfTheGuideIsThere) {
   static const QRegularExpression picture(u"!\\[[^\\]]*\\]\\(([^)]+)\\)"_s);
   int seen = 0;
   for (const QRegularExpressionMatch& match : picture.globalMatch(QString::fromUtf8(guide.readAll()))) {
-    EXPECT_FALSE(shippedFile(u"docs/"_s + match.captured(1)).isEmpty())
-        << match.captured(1).toStdString();
+    EXPECT_FALSE(shippedFile(u"docs/"_s + match.captured(1)).isEmpty()) << match.captured(1).toStdString();
     ++seen;
   }
   EXPECT_GT(seen, 5);
@@ -90,7 +89,7 @@ TEST_F(ClientHelp, AboutTellsVersionBuildLibrariesAndLicences) {
   trigger("aboutAction");
   const QString facts = part<QPlainTextEdit>("aboutFacts").toPlainText();
   for (const QString& fact :
-       {u"Tessaly Lens "_s + programVersion(), u"Build: "_s, u"Qt 6"_s, u"SQLite 3"_s, u"ICU "_s})
+       QStringList{u"Tessaly Lens "_s + programVersion(), u"Build: "_s, u"Qt 6"_s, u"SQLite 3"_s, u"ICU "_s})
     EXPECT_TRUE(facts.contains(fact)) << fact.toStdString() << " lacks in " << facts.toStdString();
   part<QPushButton>("aboutCopy").click();
   EXPECT_EQ(QGuiApplication::clipboard()->text(), facts);

@@ -45,9 +45,10 @@ TEST_F(ClientLanguages, EveryKeyOfTheMenusStaysInEveryLanguage) {
   speak(QLocale(QLocale::German));
   window.reset();
   start();
-  for (const QAction* action : window->findChildren<QAction*>())
-    if (!action->objectName().isEmpty())
-      EXPECT_EQ(action->shortcut(), keys.value(action->objectName())) << action->objectName().toStdString();
+  for (const QAction* action : window->findChildren<QAction*>()) {
+    if (action->objectName().isEmpty()) continue;
+    EXPECT_EQ(action->shortcut(), keys.value(action->objectName())) << action->objectName().toStdString();
+  }
 }
 
 TEST_F(ClientLanguages, AnyOtherUserSeesEnglish) {

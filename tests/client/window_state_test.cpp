@@ -10,6 +10,7 @@ namespace lens {
 
 class KeptState : public Client {
  protected:
+  ~KeptState() override { window.reset(); }  // before what it keeps its state in
   // The next start of the program: another window on another workspace object, the same file.
   void startKept() {
     window.reset();

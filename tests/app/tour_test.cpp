@@ -1,0 +1,194 @@
+// The tour of the README, step by step as it is written there.
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QFile>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QRegularExpression>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "app/launcher.h"
+#include "controls/combo_box.h"
+#include "controls/list_box.h"
+#include "support/printers.h"
+#include "support/recording_host.h"
+
+namespace lens {
+namespace {
+using namespace Qt::StringLiterals;
+
+QString withoutKey(QString caption) {
+  return caption.remove(u'&');
+}
+
+class Tour : public testing::Test {
+ protected:
+  Tour() {
+    qputenv("TESSALY_WORKSPACE", directory.filePath(u"workspace"_s).toUtf8());
+    launcher = std::make_unique<Launcher>(host);
+    launcher->start();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return launcher->client() != nullptr; }));
+    EXPECT_EQ(host.boxTexts(), QStringList());
+  }
+  ~Tour() override {
+    launcher.reset();
+    qunsetenv("TESSALY_WORKSPACE");
+    setUntrappedReport(nullptr);
+  }
+
+  Form1& form() { return launcher->application().form; }
+  ClientWindow& client() { return *launcher->client(); }
+  template <class Widget>
+  Widget& part(const char* name) {
+    auto* found = client().findChild<Widget*>(QString::fromLatin1(name));
+    if (!found) throw std::runtime_error(name);
+    return *found;
+  }
+  QTableView& documents() { return part<QTableView>("documentTable"); }
+
+  // The text of a step, from its number to the next one.
+  static QString step(int number) {
+    QFile file(QStringLiteral(LENS_SOURCE_DIR "/README.md"));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString readme = QString::fromUtf8(file.readAll());
+    const QString tour =
+        readme.section(u"## A tour of five minutes"_s, 1).section(u"Scripts use the program"_s, 0, 0);
+    const QString from = u"\n%1. "_s.arg(number), to = u"\n%1. "_s.arg(number + 1);
+    return tour.section(from, 1).section(to, 0, 0).simplified();
+  }
+  // What is to be pressed, chosen or looked at, as the step names it: a way through a menu is several names.
+  static QStringList named(int number) {
+    static const QRegularExpression italic(u"(?<!\\*)\\*([^*]+)\\*(?!\\*)"_s);
+    QStringList names;
+    for (const QRegularExpressionMatch& match : italic.globalMatch(step(number).remove(u"**"_s)))
+      names += match.captured(1).split(u" > "_s);
+    return names;
+  }
+  // Everything that can be read on the windows.
+  static QStringList readable() {
+    QStringList texts;
+    for (const QWidget* widget : QApplication::allWidgets()) {
+      if (auto* button = qobject_cast<const QAbstractButton*>(widget)) texts += withoutKey(button->text());
+      if (auto* label = qobject_cast<const QLabel*>(widget)) texts += withoutKey(label->text());
+      if (auto* frame = qobject_cast<const QGroupBox*>(widget)) texts += withoutKey(frame->title());
+      if (auto* box = qobject_cast<const ComboBox*>(widget))
+        for (int row = 0; row < box->listCount(); ++row) texts += box->list(row);
+      if (auto* list = qobject_cast<const ListBox*>(widget))
+        for (int row = 0; row < list->listCount(); ++row) texts += list->list(row);
+      for (const QAction* action : widget->actions()) texts += withoutKey(action->text());
+    }
+    return texts;
+  }
+  void expectNamesAreOnTheScreen(int number) {
+    const QStringList texts = readable();
+    const QStringList names = named(number);
+    EXPECT_FALSE(step(number).isEmpty());
+    for (const QString& name : names) {
+      const bool isThere = std::any_of(texts.begin(), texts.end(),
+                                       [&](const QString& text) { return text.startsWith(name); }) ||
+                           name == u"disc/ideas.nsf";
+      EXPECT_TRUE(isThere) << "step " << number << " names \"" << name.toStdString()
+                           << "\", which is nowhere on the screen";
+    }
+  }
+  void choose(ListBox& list, const QString& beginning) {
+    const int row = list.find(beginning);
+    ASSERT_GE(row, 0) << beginning.toStdString();
+    list.setSelected(row, true);
+  }
+  QString content() { return form().txtFieldContent->text(); }
+
+  QTemporaryDir directory;
+  RecordingHost host;
+  std::unique_ptr<Launcher> launcher;
+};
+
+TEST_F(Tour, NamesWhatIsOnTheScreen) {
+  for (int number = 1; number <= 10; ++number) expectNamesAreOnTheScreen(number);
+  int names = 0;
+  for (int number = 1; number <= 10; ++number) names += int(named(number).size());
+  EXPECT_GT(names, 20);
+}
+
+TEST_F(Tour, StepsOneToThreeShowItemsListsAndHits) {
+  choose(*form().fldList, u"Body"_s);
+  EXPECT_EQ(form().txtFieldName->text(), u"Body"_s);
+  EXPECT_FALSE(content().isEmpty());
+  QTest::keyClick(form().fldList, Qt::Key_Up);
+  EXPECT_NE(form().txtFieldName->text(), u"Body"_s) << "arrow keys walk through the list";
+  choose(*form().fldList, u"$Revisions"_s);
+  EXPECT_GT(content().count(u'\n'), 0) << "each value has a line of its own";
+  form().txtSearch->setText(u"the"_s);
+  choose(*form().fldList, u"Body"_s);
+  const int hit = int(content().indexOf(u"the"_s, 0, Qt::CaseInsensitive));
+  ASSERT_GE(hit, 0);
+  EXPECT_EQ(form().txtFieldContent->colorAt(hit + 1), 0x0000FFu);
+  EXPECT_EQ(host.boxTexts(), QStringList());
+}
+
+TEST_F(Tour, StepsFourToSixTakeOtherDocumentsAndNotes) {
+  const QString first = content();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&client()));
+  client().activateWindow();
+  QTest::keyClick(&part<QTableView>("readerItems"), Qt::Key_Escape);
+  if (!documents().isVisible()) part<QAction>("closeDocumentAction").trigger();
+  ASSERT_TRUE(documents().isVisible()) << "Esc leads back to the list";
+  documents().selectRow(1);
+  form().cmdGetDoc->raiseClick();
+  choose(*form().fldList, u"Body"_s);
+  EXPECT_NE(content(), first) << "marking a document is enough";
+  const int type = [&] {
+    for (int row = 0; row < form().cmbFieldType->listCount(); ++row)
+      if (form().cmbFieldType->list(row).startsWith(u"DATETIMES"_s)) return row;
+    return -1;
+  }();
+  ASSERT_GE(type, 0);
+  form().cmbFieldType->setListIndex(type);
+  const int all = form().fldList->listCount();
+  form().cmdFldtype->raiseClick();
+  EXPECT_GT(form().fldList->listCount(), 0);
+  EXPECT_LT(form().fldList->listCount(), all);
+  if (form().cmdDECHEX->text() != u"HEX NoteID") form().cmdDECHEX->raiseClick();
+  form().NotesID->setText(u"FFFF0010"_s);
+  form().viewNotesID->raiseClick();
+  EXPECT_GE(form().fldList->find(u"$TITLE"_s), 0) << "the icon note";
+  EXPECT_EQ(host.boxTexts(), QStringList());
+}
+
+TEST_F(Tour, StepNineWritesOneDocumentAndThenAll) {
+  form().cmdGetDoc->raiseClick();
+  choose(*form().fldList, u"Subject"_s);
+  form().txtFieldContent->setText(u"Changed on the tour"_s);
+  form().cmdOverwrite->raiseClick();
+  EXPECT_EQ(form().txtFieldName->text(), u"Body"_s) << "Body is shown again";
+  form().txtFieldContent->setText(u"SELECT @All"_s);
+  form().cmdCollbyFormula->raiseClick();
+  const int documents = form().idList->listCount();
+  EXPECT_GT(documents, 1);
+  choose(*form().fldList, u"Subject"_s);
+  EXPECT_EQ(form().txtFieldName->text(), u"Subject"_s);
+  EXPECT_EQ(content(), u"Changed on the tour"_s) << "choosing a field shows its own content";
+}
+
+TEST_F(Tour, StepTenLooksBehindTheScenes) {
+  ASSERT_TRUE(client().openDatabase({QString(), QDir::toNativeSeparators(u"disc/ideas.nsf"_s)}));
+  form().cmdGetDoc->raiseClick();
+  host.boxes.clear();
+  choose(*form().lstDesigns, u"SELECTAGENTS"_s);
+  form().lstDesigns->raiseDblClick();
+  EXPECT_GE(form().idList->find(u"Every half hour"_s), 0);
+  form().lastModified->dblClick.raise();
+  EXPECT_FALSE(content().isEmpty());
+  form().cmdFuncList->raiseClick();
+  EXPECT_GE(form().idList->find(u"@Begins"_s), 0);
+  EXPECT_EQ(host.boxTexts(), QStringList());
+}
+
+}  // namespace
+}  // namespace lens
