@@ -1,4 +1,4 @@
-// formulas: every formula of a database's design, as its author wrote it.
+// formulas: every formula of a database, as its author wrote it.
 #include "command/command_functions.h"
 #include "command/text_output.h"
 #include "embedded/checks/note_walk.h"
@@ -39,6 +39,12 @@ QString remarkOn(const Reading& reading) {
   return u"read with names that are not proven: "_s + reading.unproven.join(u", "_s);
 }
 
+// Of a design note; a document may hold formulas too, in a button for one.
+QString titleOf(const Note& note) {
+  const QString title = note.text(u"$TITLE"_s);
+  return title.isEmpty() ? note.text(u"Subject"_s) : title;
+}
+
 void writeFormula(CommandCall& call, const Note& note, const NoteFormula& formula) {
   const Reading& reading = formula.reading;
   QByteArray id;
@@ -47,7 +53,7 @@ void writeFormula(CommandCall& call, const Note& note, const NoteFormula& formul
   if (call.json()) {
     JsonLine json;
     json.text("noteId", QString::fromLatin1(id))
-        .text("title", note.text(u"$TITLE"_s))
+        .text("title", titleOf(note))
         .text("item", formula.item)
         .text("place", formula.place)
         .text("state", stateOf(reading))
@@ -58,7 +64,7 @@ void writeFormula(CommandCall& call, const Note& note, const NoteFormula& formul
     return out.line(json.finish());
   }
   QByteArray line = id + "  ";
-  appendColumn(line, note.text(u"$TITLE"_s), 30);
+  appendColumn(line, titleOf(note), 30);
   appendPrintable(line, formula.place.isEmpty() ? formula.item : formula.item + u", "_s + formula.place);
   if (const QString remark = remarkOn(reading); !remark.isEmpty()) {
     line += " (";
@@ -74,7 +80,6 @@ void writeFormula(CommandCall& call, const Note& note, const NoteFormula& formul
 
 }  // namespace
 
-// Documents hold no formulas of a design.
 int listFormulas(CommandCall& call) {
   const QString& name = call.arguments.first();
   const std::shared_ptr<Database> store = openStore(call.doors, call.name, name);
@@ -82,7 +87,6 @@ int listFormulas(CommandCall& call) {
   walkNotes(
       *store,
       [&](const Note& note) {
-        if (noteclass::base(note.header.noteClass) == noteclass::Document) return true;
         for (const NoteFormula& formula : formulasOf(note)) {
           writeFormula(call, note, formula);
           all = all && formula.reading.state != Reading::State::Unreadable;

@@ -9,16 +9,14 @@
 namespace lens {
 namespace {
 
-// Records of "$AssistAction", and the types of agent that are numbered after them.
-constexpr quint8 kHeader = 0x81, kFormula = 0x84, kScript = 0x85, kFormulaOnly = 0x92, kJava = 0x93;
-constexpr quint16 kRecordType = 0xFF00;
+constexpr quint16 kRecordType = 0xFF00;  // and the kind of the record make the type of an agent
 
 // The first record behind the header; empty when there is none.
 QByteArrayView firstAction(QByteArrayView data) {
   while (!data.isEmpty()) {
     const qsizetype length = richrecord::wholeLength(data);
     if (length == 0) return {};
-    if (quint8(data[0]) != kHeader) return data.first(length);
+    if (quint8(data[0]) != agentrecord::Header) return data.first(length);
     data = data.sliced(qMin(data.size(), length + length % 2));
   }
   return {};
@@ -35,9 +33,9 @@ int agentType(const Note& note) {
 QString whyNoFormula(const Note& note, QByteArrayView action) {
   const int type = agentType(note);
   const quint8 record = action.isEmpty() ? 0 : quint8(action[0]);
-  if (record == kScript || type == (kRecordType | kScript))
+  if (record == agentrecord::Script || type == (kRecordType | agentrecord::Script))
     return u"it is written in LotusScript, and only formulas run here"_s;
-  if (record == kJava || type == (kRecordType | kJava))
+  if (record == agentrecord::Java || type == (kRecordType | agentrecord::Java))
     return u"it is written in Java, and only formulas run here"_s;
   if (record != 0) return u"it consists of simple actions, and only formulas run here"_s;
   return u"it has no formula"_s;
@@ -49,21 +47,17 @@ bool readSource(const Note& note, QString& source, QString& why) {
   const QByteArrayView action = item && item->value.size() >= 2 && item->type() == itemtype::Action
                                     ? firstAction(item->data())
                                     : QByteArrayView();
-  if (action.size() < 2 || (quint8(action[0]) != kFormula && quint8(action[0]) != kFormulaOnly)) {
+  if (!isFormulaAction(action)) {
     why = whyNoFormula(note, action);
     return false;
   }
-  ByteReader reader(action);
-  reader.skip(4);
-  const quint32 flags = reader.u32();
-  const quint16 length = reader.u16();
-  const QByteArrayView formula = reader.take(length);
-  if (reader.failed())
+  FormulaAction stored;
+  if (!readFormulaAction(action, stored))
     why = u"its formula is damaged"_s;
-  else if (flags != 0)
+  else if (stored.flags != 0)
     why = u"it selects documents or works on copies, and only changing documents is possible"_s;
   if (!why.isEmpty()) return false;
-  const formula::CompiledReading reading = formula::readStored(formula, formula::ShownSelect::Always);
+  const formula::CompiledReading reading = formula::readStored(stored.formula, formula::ShownSelect::Always);
   if (!reading.canRun()) why = u"its formula is there in compiled form only: "_s + reading.problem;
   source = reading.source;
   return why.isEmpty();

@@ -4,12 +4,12 @@
 
 #include "embedded/format/case_key.h"
 #include "embedded/format/lmbcs.h"
+#include "embedded/richtext/field_record.h"
 #include "embedded/richtext/rich_text.h"
 
 namespace lens {
 namespace {
 
-constexpr quint8 kFieldRecord = 138;
 // Of the field record: what a text field holds.
 constexpr quint16 kAuthors = 0x0001, kNames = 0x0004, kReaders = 0x0010;
 
@@ -46,25 +46,14 @@ int typeOf(quint16 valueType, quint16 fieldFlags) {
 }
 
 void addRecord(QByteArrayView record, Fields& fields) {
-  ByteReader reader(record);
-  reader.skip(4);
-  const quint16 flags = reader.u16(), type = reader.u16();
-  reader.skip(14);
-  const quint16 defaultValue = reader.u16(), translation = reader.u16();
-  reader.skip(2);
-  const quint16 validation = reader.u16(), nameLength = reader.u16();
-  reader.skip(4);
-  reader.skip(qsizetype(defaultValue) + translation + validation);
-  const QByteArrayView name = reader.take(nameLength);
-  if (!reader.failed()) fields.add(fromLmbcs(name), typeOf(type, flags));
+  StoredField field;
+  if (readStoredField(record, field)) fields.add(fromLmbcs(field.name), typeOf(field.type, field.flags));
 }
 
 void addBody(const Item& body, Fields& fields) {
   const RichText text = RichText::fromBytes(body.data());
   for (const RichElement& element : text.elements())
-    if (element.kind == RichElement::Kind::Raw && !element.record.isEmpty() &&
-        quint8(element.record[0]) == kFieldRecord)
-      addRecord(element.record, fields);
+    if (element.kind == RichElement::Kind::Raw) addRecord(element.record, fields);
 }
 
 bool isPlaceholder(const Item& item) {

@@ -4,6 +4,7 @@
 #include "embedded/dxl/dxl_reader.h"
 #include "embedded/dxl/import_report.h"
 #include "embedded/dxl/large_import.h"
+#include "embedded/format/kept_items.h"
 #include "embedded/format/note.h"
 #include "embedded/store/database.h"
 #include "embedded/store/value_spool.h"
@@ -35,9 +36,6 @@ struct ImportContext : ReadContext {
       change();
   }
 };
-
-// What is kept as it came stands in items whose names begin so.
-inline constexpr QStringView kKeptPrefix = u"$DXL_";
 
 // Keeps an element that nothing interprets: its XML becomes a text item "$DXL_" + name of the note,
 // and the report names it. The reader stands at the element's start tag, afterwards at its end tag.

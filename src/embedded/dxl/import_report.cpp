@@ -33,6 +33,14 @@ QString ImportReport::text() const {
   return out;
 }
 
+void FileFindings::unreadFormula(const QString& place, const QString& problem) {
+  constexpr int kMostNamed = 100;
+  QString what = u"formula in compiled form only: "_s + problem;
+  if (namedFormulas_ < kMostNamed) what += u", in "_s + place;
+  ++namedFormulas_;
+  keptRaw(what);
+}
+
 bool FileFindings::tellsOrigin(QStringView element, QStringView attribute) {
   for (const QStringView known :
        {u"version", u"maintenanceversion", u"milestonebuild", u"replicaid", u"noteid"}) {

@@ -25,6 +25,9 @@ class FileFindings {
  public:
   void keptRaw(const QString& what) { ++kept_[what]; }
   void ignored(const QString& what) { ++ignored_[what]; }
+  // Nobody can run a formula of a design. The first ones are named by their places; all others are counted
+  // by what is wrong with them.
+  void unreadFormula(const QString& place, const QString& problem);
   // Nothing asked for them: they are left out.
   void unreadAttribute(QStringView element, QStringView attribute);
   void unreadElement(QStringView element, QStringView parent);
@@ -45,6 +48,7 @@ class FileFindings {
     }
   };
 
+  int namedFormulas_ = 0;
   QMap<QString, int> kept_;
   QMap<QString, int> ignored_;
   std::map<std::pair<QString, QString>, int, Before> unread_;

@@ -237,6 +237,14 @@ void keepDatabaseSettings(Database& target, Note& icon) {
   icon.items += settings;
 }
 
+// "$ViewFormat, column $0 of By date".
+QString placeOf(const NoteFormula& formula, const Note& note) {
+  QString place = formula.item;
+  if (!formula.place.isEmpty()) place += u", "_s + formula.place;
+  const QString title = note.text(u"$TITLE").section(u'|', 0, 0).simplified();
+  return title.isEmpty() ? place : u"%1 of %2"_s.arg(place, title);
+}
+
 // Formulas of a design that nobody can run are named, with what stands in the way.
 void tellFormulas(FileFindings& findings, const Note& note) {
   if (noteclass::base(note.header.noteClass) == noteclass::Document) return;
@@ -246,7 +254,7 @@ void tellFormulas(FileFindings& findings, const Note& note) {
     if (found.reading.state == State::Hidden)
       findings.keptRaw(u"hidden formula"_s);
     else
-      findings.keptRaw(u"formula in compiled form only: %1"_s.arg(found.reading.problem));
+      findings.unreadFormula(placeOf(found, note), found.reading.problem);
   }
 }
 

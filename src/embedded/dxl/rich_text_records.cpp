@@ -7,6 +7,7 @@
 #include "embedded/format/lmbcs.h"
 #include "embedded/format/note.h"
 #include "embedded/format/unid.h"
+#include "embedded/richtext/field_record.h"
 
 namespace lens {
 
@@ -164,31 +165,23 @@ QByteArray fieldRecord(const FieldRecord& field, const RichFont& font) {
   for (const qsizetype length : {formulas[0].size(), formulas[1].size(), qsizetype(0), formulas[2].size(),
                                  name.size(), description.size(), field.keywords.size()})
     appendU16(data, quint16(length));
-  return record(kFieldKind,
+  return record(StoredField::kKind,
                 data + formulas[0] + formulas[1] + formulas[2] + name + description + field.keywords);
 }
 
 bool readFieldRecord(QByteArrayView bytes, FieldRecord& field, RichFont& font) {
-  ByteReader reader(bytes);
-  const quint8 kind = reader.u8();
-  reader.skip(3);
-  field.flags = reader.u16();
-  field.type = reader.u16();
-  reader.skip(10);
-  font.face = reader.u8();
-  font.attributes = reader.u8();
-  font.color = reader.u8();
-  font.points = reader.u8();
-  std::array<quint16, 7> lengths;
-  for (quint16& length : lengths) length = reader.u16();
-  field.defaultValue = reader.take(lengths[0]).toByteArray();
-  field.inputTranslation = reader.take(lengths[1]).toByteArray();
-  reader.skip(lengths[2]);
-  field.inputValidation = reader.take(lengths[3]).toByteArray();
-  field.name = fromLmbcs(reader.take(lengths[4]));
-  field.description = fromLmbcs(reader.take(lengths[5]));
-  field.keywords = reader.take(lengths[6]).toByteArray();
-  return kind == kFieldKind && !reader.failed();
+  StoredField stored;
+  if (!readStoredField(bytes, stored)) return false;
+  field.flags = stored.flags;
+  field.type = stored.type;
+  font = stored.font;
+  field.defaultValue = stored.defaultValue.toByteArray();
+  field.inputTranslation = stored.inputTranslation.toByteArray();
+  field.inputValidation = stored.inputValidation.toByteArray();
+  field.name = fromLmbcs(stored.name);
+  field.description = fromLmbcs(stored.description);
+  field.keywords = stored.keywords.toByteArray();
+  return true;
 }
 
 bool fontFace(QStringView name, quint8& face) {

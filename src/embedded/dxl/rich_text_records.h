@@ -25,7 +25,6 @@ struct FieldRecord {
   quint16 flags = 0;
   QByteArray defaultValue, inputTranslation, inputValidation, keywords;
 };
-inline constexpr quint8 kFieldKind = 138;
 // Empty when it does not fit a record.
 QByteArray fieldRecord(const FieldRecord& field, const RichFont& font);
 // The reverse; false when the record is shorter than its lengths say.

@@ -60,6 +60,35 @@ bool readAssistInfo(QByteArrayView data, AgentSchedule& schedule) {
   return true;
 }
 
+bool isFormulaAction(QByteArrayView record) {
+  if (record.isEmpty()) return false;
+  const quint8 kind = quint8(record[0]);
+  return kind == agentrecord::Formula || kind == agentrecord::FormulaOnly;
+}
+
+bool readFormulaAction(QByteArrayView record, FormulaAction& action) {
+  ByteReader reader(record);
+  reader.skip(4);
+  action.flags = reader.u32();
+  const quint16 size = reader.u16();
+  action.formula = reader.take(size);
+  return isFormulaAction(record) && !reader.failed();
+}
+
+QByteArray withActionFormula(QByteArrayView record, QByteArrayView formula) {
+  constexpr qsizetype kHead = 10, kMostBytes = 0xFFFF;
+  FormulaAction action;
+  if (!readFormulaAction(record, action)) return record.toByteArray();
+  const QByteArrayView behind = record.sliced(kHead + action.formula.size());
+  const qsizetype size = kHead + formula.size() + behind.size();
+  if (size > kMostBytes) return record.toByteArray();
+  QByteArray bytes = record.first(2).toByteArray();
+  appendU16(bytes, quint16(size));
+  appendU32(bytes, action.flags);
+  appendU16(bytes, quint16(formula.size()));
+  return bytes.append(formula).append(behind);
+}
+
 QByteArray formulaActionValue(const QByteArray& formula) {
   constexpr qsizetype kHead = 10, kLongest = 0xFFFF - kHead;
   QByteArray value = actionHead(itemtype::Action);

@@ -24,6 +24,23 @@ QByteArray assistInfoValue(const AgentSchedule& schedule);
 // The reverse, without the type word. False when it is cut short.
 bool readAssistInfo(QByteArrayView data, AgentSchedule& schedule);
 
+// Kinds of the records in "$AssistAction"; types of agents are numbered after them.
+namespace agentrecord {
+inline constexpr quint8 Header = 0x81, Formula = 0x84, Script = 0x85, FormulaOnly = 0x92, Java = 0x93;
+}
+
+// A record that runs a formula: u8 kind, FFh, u16 length, u32 flags, u16 size of the formula, the formula.
+struct FormulaAction {
+  quint32 flags = 0;       // any: it selects documents, or works on copies
+  QByteArrayView formula;  // compiled or as source
+};
+bool isFormulaAction(QByteArrayView record);
+// False when the record is shorter than its sizes say.
+bool readFormulaAction(QByteArrayView record, FormulaAction& action);
+// The same record with another formula; as it is when it is damaged, or would be longer than its sizes can
+// say.
+QByteArray withActionFormula(QByteArrayView record, QByteArrayView formula);
+
 // "$AssistAction" and "$AssistQuery", type words included.
 QByteArray formulaActionValue(const QByteArray& formula);
 QByteArray scriptActionValue(const QString& source);

@@ -1,5 +1,7 @@
 #include "embedded/format/view_records.h"
 
+#include <QtEndian>
+
 #include "embedded/format/item_value.h"
 #include "embedded/format/lmbcs.h"
 
@@ -64,6 +66,27 @@ bool readViewFormat(QByteArrayView data, StoredViewFormat& format) {
     format.columns.push_back(each.column);
   }
   return true;
+}
+
+QByteArray withColumnFormulas(QByteArrayView data, const QVector<QByteArray>& formulas) {
+  constexpr qsizetype kHead = 10, kFormulaSizeAt = 8, kMostBytes = 0xFFFF;
+  const qsizetype texts = kHead + formulas.size() * kColumnSize;
+  if (data.size() < texts || qFromLittleEndian<quint16>(data.data() + 2) != formulas.size()) return {};
+  QByteArray heads = data.first(kHead).toByteArray(), behind;
+  ByteReader reader(data.sliced(kHead)), textReader(data.sliced(texts));
+  for (const QByteArray& formula : formulas) {
+    ColumnHead head;
+    const qsizetype at = heads.size();
+    heads += data.sliced(at, kColumnSize);
+    if (formula.size() > kMostBytes || !readColumnHead(reader, head)) return {};
+    qToLittleEndian(quint16(formula.size()), heads.data() + at + kFormulaSizeAt);
+    behind += textReader.take(qsizetype(head.itemSize) + head.titleSize);
+    textReader.skip(head.formulaSize);
+    behind += formula;
+    behind += textReader.take(head.constantSize);
+  }
+  if (textReader.failed()) return {};
+  return heads.append(behind).append(textReader.take(textReader.left()));
 }
 
 bool readCollation(QByteArrayView data, QVector<StoredKey>& keys) {

@@ -47,4 +47,8 @@ struct StoredKey {
 bool readViewFormat(QByteArrayView data, StoredViewFormat& format);
 bool readCollation(QByteArrayView data, QVector<StoredKey>& keys);
 
+// The same $ViewFormat with other formulas, one for each column. Empty when the data is damaged, has another
+// number of columns, or a formula is longer than 64 KB.
+QByteArray withColumnFormulas(QByteArrayView data, const QVector<QByteArray>& formulas);
+
 }  // namespace lens

@@ -131,13 +131,12 @@ void raiseHiddenSelection(const QString& databasePath, const ViewDesign& design)
 }
 
 formula::CompiledReading readSelection(const Note& view) {
-  formula::CompiledReading reading;
   const Item* const item = view.find(u"$Formula");
-  if (!item || item->value.size() < 2) return reading;
+  if (!item || item->value.size() < 2) return {};
   if (item->type() == itemtype::Formula)
     return formula::readStored(item->data(), formula::ShownSelect::Always);
-  if (formula::formulaSource(*item, reading.source)) reading.state = formula::CompiledReading::State::Source;
-  return reading;
+  QString source;
+  return formula::formulaSource(*item, source) ? formula::sourceReading(source) : formula::CompiledReading();
 }
 
 bool isFolder(const Note& view) {

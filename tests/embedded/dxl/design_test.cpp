@@ -49,8 +49,38 @@ TEST_F(DxlImport, FormulasThatNobodyCanRunAreReported) {
   QStringList told;
   for (const QString& line : last_.keptRaw) told += line.section(QStringLiteral(": "), 1);
   EXPECT_EQ(told.join(u'|').toStdString(),
-            "formula in compiled form only: it uses codes without a known name: function C1 (once)|"
-            "formula in compiled form only: its size is wrong (byte 0) (once)|hidden formula (once)");
+            "formula in compiled form only: it uses codes without a known name: function C1, in b (once)|"
+            "formula in compiled form only: its size is wrong (byte 0), in d (once)|hidden formula (once)");
+}
+
+TEST_F(DxlImport, FormulasThatNobodyCanRunAreNamedByTheirPlace) {
+  const QByteArray unnamed = "<formula compiled='true'>CgAAAAgAwQADAA==</formula></code>";
+  design(
+      "<form name='Memo|m'><code event='windowtitle'>" + unnamed +
+          "<actionbar><action title='Send'><code event='click'>" + unnamed +
+          "</action></actionbar><body><richtext><pardef id='1'><code event='hidewhen'>" + unnamed +
+          "</pardef><par def='1'><field name='Kind' type='text' kind='computed'><code event='defaultvalue'>" +
+          unnamed + "</field></par></richtext></body></form>",
+      noteclass::Form);
+  QStringList places;
+  for (const QString& line : last_.keptRaw)
+    if (line.contains(QStringLiteral("compiled form only")))
+      places += line.section(QStringLiteral("C1, in "), 1);
+  EXPECT_EQ(
+      places.join(u'|').toStdString(),
+      "$Body, field Kind, default value of Memo (once)|$DXL_actionbar, action Send, click of Memo (once)|"
+      "$DXL_pardef, pardef 1, hide-when of Memo (once)|$WindowTitle of Memo (once)");
+}
+
+// A report that nobody could read to its end would tell less.
+TEST_F(DxlImport, VeryManyFormulasThatNobodyCanRunAreCounted) {
+  QByteArray items;
+  for (int i = 0; i < 150; ++i)
+    items += "<item name='i" + QByteArray::number(i) + "'><formula compiled='true'>EgABAg==</formula></item>";
+  design("<note class='form'>" + items + "</note>", noteclass::Form);
+  EXPECT_EQ(last_.keptRaw.size(), 101);
+  EXPECT_TRUE(last_.keptRaw.join(u'\n').contains(
+      QStringLiteral("formula in compiled form only: its size is wrong (byte 0) (50 times)")));
 }
 
 TEST_F(DxlImport, EveryDesignRootHasItsClassAndLetter) {

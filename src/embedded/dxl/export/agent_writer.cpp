@@ -11,8 +11,6 @@ namespace lens {
 
 namespace {
 
-constexpr quint8 kFormulaRecord = 0x84, kScriptRecord = 0x85;
-
 // The data of the records of one kind behind the header of "$AssistAction".
 QByteArray actionData(const Note& note, quint8 wanted, bool wideSize) {
   const Item* const item = note.find(u"$AssistAction");
@@ -139,16 +137,16 @@ void addAgentContent(DesignContent& content, const QStringList& keptSchedules) {
                   [&](DxlWriter& out) { out.time(u"designchange"_s, readTimeDate(version->data().data())); });
   }
   addTrigger(content, schedule, keptSchedules);
-  const QByteArray formula = actionData(note, kFormulaRecord, false);
+  const QByteArray formula = actionData(note, agentrecord::Formula, false);
   if (!formula.isEmpty() && !content.children().contains(u"<formula"))
     content.write(u"code"_s, [&](DxlWriter& out) { writeFormulaCode(out, u"action"_s, formula); });
-  const QString script = fromLmbcs(actionData(note, kScriptRecord, true));
+  const QString script = fromLmbcs(actionData(note, agentrecord::Script, true));
   if (!script.isEmpty() && !content.has(u"code")) addScriptParts(content, script);
 }
 
 bool hasSourceInAction(const Note& note) {
   QString source;
-  return readSourceFormula(actionData(note, kFormulaRecord, false), source);
+  return readSourceFormula(actionData(note, agentrecord::Formula, false), source);
 }
 
 }  // namespace lens

@@ -3,6 +3,7 @@
 #include "embedded/dxl/export/rich_text_writer.h"
 #include "embedded/dxl/rich_text_records.h"
 #include "embedded/format/source_formula.h"
+#include "embedded/richtext/field_record.h"
 #include "embedded/richtext/rich_text.h"
 #include "notes/literals.h"
 
@@ -26,7 +27,7 @@ void addFormContent(DesignContent& content, const QVector<Item>& kept, const Ite
   if (content.is(u"sharedfield")) {
     const RichText text = RichText::fromBytes(body.data());
     for (const RichElement& element : text.elements()) {
-      if (content.has(u"field") || quint8(element.record[0]) != kFieldKind) continue;
+      if (content.has(u"field") || quint8(element.record[0]) != StoredField::kKind) continue;
       bool written = false;
       const QString xml = DesignContent::fragment(
           [&](DxlWriter& out) { written = writeFieldElement(out, element.record, FieldPlace::Alone); });

@@ -9,6 +9,7 @@
 #include "embedded/dxl/rich_text_records.h"
 #include "embedded/format/lmbcs.h"
 #include "embedded/format/note.h"
+#include "embedded/richtext/field_record.h"
 #include "embedded/richtext/rich_records.h"
 #include "notes/literals.h"
 
@@ -297,7 +298,7 @@ void RichTextElementsWriter::writeCell(const RichElement& element) {
 }
 
 bool RichTextElementsWriter::writeField() {
-  if (!fields_ || !inParagraph_ || kindOf(current()) != kFieldKind ||
+  if (!fields_ || !inParagraph_ || kindOf(current()) != StoredField::kKind ||
       !writeFieldElement(out_, current().record, FieldPlace::InText))
     return false;
   ++at_;

@@ -25,6 +25,7 @@ struct CompiledReading {
   Sureness sureness = Sureness::Proven;  // of the least sure name in it
   QStringList unproven;                  // those names, as the source has them; each once
   QString problem;                       // why there is no source, or why it cannot run
+  bool keptAsSource = false;             // it is no code: the author's text was stored
   bool exact = true;                     // false: a time constant of the source says less than the code
 
   bool canRun() const { return state == State::Source && sureness != Sureness::Unnamed; }

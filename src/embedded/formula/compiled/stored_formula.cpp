@@ -5,12 +5,17 @@
 
 namespace lens::formula {
 
-CompiledReading readStored(QByteArrayView data, ShownSelect select) {
+CompiledReading sourceReading(const QString& source) {
   CompiledReading reading;
-  if (readSourceFormula(data, reading.source)) {
-    reading.state = CompiledReading::State::Source;
-    return reading;
-  }
+  reading.state = CompiledReading::State::Source;
+  reading.source = source;
+  reading.keptAsSource = true;
+  return reading;
+}
+
+CompiledReading readStored(QByteArrayView data, ShownSelect select) {
+  QString source;
+  if (readSourceFormula(data, source)) return sourceReading(source);
   static const thread_local MachineEnvironment machine;
   return readCompiled(data, machine, select);
 }

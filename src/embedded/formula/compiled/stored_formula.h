@@ -7,8 +7,10 @@
 
 namespace lens::formula {
 
-// Either form, without an item's type word. A source that was kept as text has no tree and only proven names.
-// Time constants are written by the machine's region.
+// Of a formula that is there as source: without a tree, and with proven names only.
+CompiledReading sourceReading(const QString& source);
+
+// Either form, without an item's type word. Time constants are written by the machine's region.
 CompiledReading readStored(QByteArrayView data, ShownSelect select = ShownSelect::AsTyped);
 
 // What is shown of a formula: its source, that it is hidden, or "" when nothing can be told of it.
