@@ -35,6 +35,9 @@ inline constexpr QStringView kFlags = u"itemflags";
 inline constexpr QStringView kAsStored = u"asstored";
 // Of "datetime": 16 hexadecimal digits, second word first.
 inline constexpr QStringView kTime = u"timedate";
+// Of "rawitemdata" and of "formula" in compiled form: the whole item value in base64, in which formulas stand
+// as source that only we read. What the element says has them compiled.
+inline constexpr QStringView kStored = u"stored";
 // Of "formula" with source text: the compiled form that it was stored in, in base64.
 inline constexpr QStringView kCompiled = u"compiled";
 // Of "file": the whole item value in base64; its object ID is another after the import.

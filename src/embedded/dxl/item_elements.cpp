@@ -1,5 +1,6 @@
 #include "embedded/dxl/item_elements.h"
 
+#include "embedded/dxl/compiled_values.h"
 #include "embedded/dxl/datetime_element.h"
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/file_elements.h"
@@ -86,6 +87,17 @@ QByteArray readTimeList(ImportContext& context, const QString& item) {
   return timeListValue(singles, pairs);
 }
 
+// The value that an export found where it wrote one with compiled formulas; empty without a mark.
+QByteArray storedBefore(const DxlReader& in) {
+  QString stored;
+  return readMark(in, exactmark::kStored, stored) ? QByteArray::fromBase64(stored.toLatin1()) : QByteArray();
+}
+
+// Who changed what is compiled means that.
+QByteArray storedOrCompiled(const QByteArray& stored, const QByteArray& compiled) {
+  return !stored.isEmpty() && isCompiledFrom(compiled, stored) ? stored : compiled;
+}
+
 QByteArray readRaw(ImportContext& context, const QString& item) {
   const QString typeText = context.in.attribute(u"type");
   bool good = false;
@@ -93,6 +105,7 @@ QByteArray readRaw(ImportContext& context, const QString& item) {
   if (!good || type > 0xFFFF) context.in.fail(u"%1: \"%2\" is no item type"_s.arg(naming(item), typeText));
   QString mark;
   const bool asStored = readMark(context.in, exactmark::kAsStored, mark);
+  const QByteArray before = storedBefore(context.in);
   const QByteArray data = context.in.readBase64(naming(item));
   if (asStored) return rawValue(quint16(type), data);
   const QString fault = rawValueFault(quint16(type), data);
@@ -104,7 +117,7 @@ QByteArray readRaw(ImportContext& context, const QString& item) {
     if (storeInlineObject(context.target, data, value)) return value;
     context.findings.keptRaw(u"item \"%1\" of type 3"_s.arg(item));
   }
-  return rawValue(quint16(type), data);
+  return storedOrCompiled(before, rawValue(quint16(type), data));
 }
 
 // Values that need no more than their element; empty when the element is another.
@@ -169,7 +182,10 @@ QStringList readTexts(ReadContext& context) {
 }
 
 QByteArray readFormula(ReadContext& context, const QString& what) {
-  if (context.in.flag(u"compiled")) return rawValue(itemtype::Formula, context.in.readBase64(what));
+  if (context.in.flag(u"compiled")) {
+    const QByteArray before = storedBefore(context.in);
+    return storedOrCompiled(before, rawValue(itemtype::Formula, context.in.readBase64(what)));
+  }
   QString compiled;
   const bool marked = readMark(context.in, exactmark::kCompiled, compiled);
   const QString source = context.in.readText();

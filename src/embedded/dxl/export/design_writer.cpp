@@ -234,6 +234,7 @@ bool writeDesign(ExportContext& context, const Note& note) {
   writeNoteInfo(out, note.header);
   out.verbatim(content.children());
   Note others;
+  others.header.noteClass = note.header.noteClass;
   others.items = rest.items;
   writeItems(context, others, {}, 0);
   out.end();

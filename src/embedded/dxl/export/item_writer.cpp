@@ -2,6 +2,7 @@
 
 #include <QBuffer>
 
+#include "embedded/dxl/compiled_values.h"
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/export/file_writer.h"
 #include "embedded/dxl/export/native_values.h"
@@ -14,6 +15,8 @@
 namespace lens {
 
 namespace {
+
+constexpr qsizetype kMostStored = 64 * 1024;  // bytes of a value that an attribute takes along
 
 void writeFlags(DxlWriter& out, const Item& item) {
   quint16 told = 0;
@@ -96,6 +99,14 @@ bool writeTimes(DxlWriter& out, QByteArrayView data) {
   return true;
 }
 
+void writeCompiledFormula(DxlWriter& out, QByteArrayView data, const QByteArray& stored = {}) {
+  element(out, u"formula"_s, [&] {
+    out.flag(u"compiled"_s, true);
+    if (!stored.isEmpty()) out.mark(exactmark::kStored, QString::fromLatin1(stored.toBase64()));
+    out.base64(data);
+  });
+}
+
 bool writeFormula(DxlWriter& out, QByteArrayView data) {
   QString source;
   if (nativeFormula(data, source)) {
@@ -104,10 +115,7 @@ bool writeFormula(DxlWriter& out, QByteArrayView data) {
   }
   // The item of a raw note keeps the bytes that other programs run.
   if (formula::readStored(data).state == formula::CompiledReading::State::Unreadable) return false;
-  element(out, u"formula"_s, [&] {
-    out.flag(u"compiled"_s, true);
-    out.base64(data);
-  });
+  writeCompiledFormula(out, data);
   return true;
 }
 
@@ -135,17 +143,31 @@ bool writeNative(DxlWriter& out, quint16 type, QByteArrayView data) {
   }
 }
 
-void writeRaw(DxlWriter& out, quint16 type, QByteArrayView data) {
+void writeRaw(DxlWriter& out, quint16 type, QByteArrayView data, const QByteArray& stored = {}) {
   element(out, u"rawitemdata"_s, [&] {
     out.attribute(u"type"_s, QString::number(type, 16));
+    if (!stored.isEmpty()) out.mark(exactmark::kStored, QString::fromLatin1(stored.toBase64()));
     if (!rawValueFault(type, data).isEmpty()) out.mark(exactmark::kAsStored, u"true"_s);
     out.base64(data);
   });
 }
 
+// Formulas as source are compiled for those who take the note as it is; a mark keeps what was stored.
+bool writeCompiled(DxlWriter& out, const Note& note, const Item& item) {
+  if (item.value.size() > kMostStored) return false;
+  const QByteArray compiled = compiledValue(note, item);
+  if (compiled.isEmpty()) return false;
+  const QByteArrayView data = QByteArrayView(compiled).sliced(2);
+  if (item.type() == itemtype::Formula)
+    writeCompiledFormula(out, data, item.value);
+  else
+    writeRaw(out, item.type(), data, item.value);
+  return true;
+}
+
 }  // namespace
 
-void writeItem(ExportContext& context, const Item& item) {
+void writeItem(ExportContext& context, const Note& note, const Item& item) {
   DxlWriter& out = context.out;
   element(out, u"item"_s, [&] {
     out.exactAttribute(u"name"_s, item.name);
@@ -154,7 +176,7 @@ void writeItem(ExportContext& context, const Item& item) {
     writeFlags(out, item);
     if (item.type() == itemtype::Object)
       writeObjectValue(context, item);
-    else if (!writeNative(out, item.type(), item.data()))
+    else if (!writeCompiled(out, note, item) && !writeNative(out, item.type(), item.data()))
       writeRaw(out, item.type(), item.data());
   });
   out.layout();

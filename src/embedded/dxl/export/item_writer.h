@@ -5,7 +5,8 @@
 
 namespace lens {
 
-void writeItem(ExportContext& context, const Item& item);
+// An item of the note, of which other items may tell what its formulas need.
+void writeItem(ExportContext& context, const Note& note, const Item& item);
 // Rich text with the elements that the items before it keep; false, and nothing written, when they would not
 // come back.
 bool writeItemWithKept(ExportContext& context, const Item& item, const QVector<Item>& kept);

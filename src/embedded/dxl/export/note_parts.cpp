@@ -32,7 +32,7 @@ void writeItems(ExportContext& context, const Note& note, const LargeValues& lar
       kept.push_back(large.whole(note, place + kept.size()));
     const qsizetype behind = place + kept.size();
     if (kept.isEmpty() || !writeItemWithKept(context, large.whole(note, behind), kept))
-      writeItem(context, large.whole(note, place));
+      writeItem(context, note, large.whole(note, place));
     else
       place = behind;
   }
