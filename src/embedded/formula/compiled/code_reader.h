@@ -5,15 +5,10 @@
 #include <vector>
 
 #include "embedded/formula/compiled/codes.h"
+#include "embedded/formula/compiled/segments.h"
 #include "embedded/formula/precedence.h"
 
 namespace lens::formula {
-
-// Why bytes are no formula, and where: from the beginning of what was given to read.
-struct Unreadable {
-  const char* reason;
-  qsizetype at = 0;
-};
 
 // What a node of the tree cannot hold of what stands in the code.
 struct Spelling {

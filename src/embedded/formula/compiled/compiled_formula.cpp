@@ -15,48 +15,6 @@ namespace {
 // White space that all layouts of a formula may ask for together, in characters.
 constexpr qsizetype kMostBlanks = 1024 * 1024;
 
-struct Segment {
-  quint16 type = 0;
-  QByteArrayView data;
-};
-
-// All segments; throws when they do not fill the bytes.
-std::vector<Segment> segmentsOf(QByteArrayView bytes) {
-  ByteReader reader(bytes);
-  if (reader.u16() != bytes.size() || reader.failed()) throw Unreadable{"its size is wrong"};
-  std::vector<Segment> segments;
-  while (reader.left() > 0) {
-    const quint16 type = reader.u16(), size = reader.u16();
-    if (reader.failed() || size < segment::kHead || !reader.has(size - segment::kHead))
-      throw Unreadable{"a segment is longer than the formula", reader.position()};
-    if (type > segment::FarFunctions) throw Unreadable{"a segment of an unknown type", reader.position()};
-    segments.push_back({type, reader.take(size - segment::kHead)});
-  }
-  if (segments.empty()) throw Unreadable{"it is empty"};
-  return segments;
-}
-
-// Counted bytes at the beginning; what stands behind them is left in the data.
-QByteArrayView countedBytes(QByteArrayView& data) {
-  ByteReader reader(data);
-  const qsizetype size = reader.u16();
-  if (!reader.has(size)) throw Unreadable{"a text is longer than its segment"};
-  const QByteArrayView bytes = reader.take(size);
-  // One byte fills up an odd length.
-  if (size % 2 != 0 && reader.left() > 0) reader.skip(1);
-  data = data.sliced(reader.position());
-  return bytes;
-}
-
-bool hasName(quint16 type) {
-  return type == segment::Variable || type == segment::Column || type == segment::Field ||
-         type == segment::Environment;
-}
-
-bool hasCode(quint16 type) {
-  return hasName(type) || type == segment::Main || type == segment::Expression;
-}
-
 class FormulaReader {
  public:
   FormulaReader(const Environment& environment, ShownSelect select)
@@ -64,7 +22,7 @@ class FormulaReader {
   CompiledReading read(QByteArrayView bytes);
 
  private:
-  void readSegments(QByteArrayView bytes);
+  void readStatements(QByteArrayView bytes);
   void readStatement(const Segment& segment);
   void readLayout(const Segment& segment);
   void findMain();
@@ -84,13 +42,13 @@ class FormulaReader {
   qsizetype blanks_ = kMostBlanks;
 };
 
-void FormulaReader::readSegments(QByteArrayView bytes) {
+void FormulaReader::readStatements(QByteArrayView bytes) {
   bytes_ = bytes;
   // The smallest operand with its operator.
   constexpr qsizetype kNodeBytes = 10;
   reading_.tree.nodes.reserve(std::size_t(bytes.size() / kNodeBytes) + 1);
   spellings_.reserve(reading_.tree.nodes.capacity());
-  const std::vector<Segment> segments = segmentsOf(bytes);
+  const std::vector<Segment> segments = readSegments(bytes);
   const auto is = [](quint16 type) { return [type](const Segment& one) { return one.type == type; }; };
   if (std::any_of(segments.begin(), segments.end(), is(segment::Hidden))) {
     reading_.state = CompiledReading::State::Hidden;
@@ -103,7 +61,7 @@ void FormulaReader::readSegments(QByteArrayView bytes) {
   if (isView) select_ = ShownSelect::Always;
   // A view's columns stand before the divider; they are kept with the columns too, and are read there.
   for (auto one = isView ? divider + 1 : segments.begin(); one != segments.end(); ++one) {
-    if (hasCode(one->type))
+    if (segment::hasCode(one->type))
       readStatement(*one);
     else if (one->type == segment::Layout)
       readLayout(*one);
@@ -116,10 +74,11 @@ void FormulaReader::readStatement(const Segment& segment) {
   StoredStatement statement;
   statement.type = segment.type;
   QByteArrayView data = segment.data;
-  const QByteArrayView name = hasName(segment.type) ? countedBytes(data) : QByteArrayView();
-  // What a column's item is called is not part of its formula, and follows no rules of names.
-  if (segment.type != segment::Column && hasName(segment.type)) statement.name = storedName(name);
-  if (segment.type == segment::Column) statement.name = textFromStored(name);
+  if (segment::hasName(segment.type)) {
+    const QByteArrayView name = takeCounted(data);
+    // What a column's item is called is not part of its formula, and follows no rules of names.
+    statement.name = segment.type == segment::Column ? textFromStored(name) : storedName(name);
+  }
   try {
     statement.root = code_.read(data);
   } catch (Unreadable& unreadable) {
@@ -134,7 +93,7 @@ void FormulaReader::readStatement(const Segment& segment) {
 // The layout of the statement before it, or a remark.
 void FormulaReader::readLayout(const Segment& segment) {
   QByteArrayView data = segment.data;
-  const QByteArrayView text = countedBytes(data);
+  const QByteArrayView text = takeCounted(data);
   const bool isLayout = !text.isEmpty() && text[0] == kLayoutMark;
   if (isLayout && layoutDue_) {
     // With parentheses that the author did not write the words would be miscounted.
@@ -197,13 +156,10 @@ void FormulaReader::writeSource() {
     } else if (one.layout.hasSelect() || one.showSelect) {
       statement.kind = Statement::Kind::Select;
     }
-    if (hasName(one.type)) {
+    if (segment::hasName(one.type)) {
       Node assignment;
       assignment.kind = Node::Kind::Assignment;
-      assignment.modifier = one.type == segment::Field         ? Node::Modifier::Field
-                            : one.type == segment::Column      ? Node::Modifier::Default
-                            : one.type == segment::Environment ? Node::Modifier::Environment
-                                                               : Node::Modifier::None;
+      assignment.modifier = segment::modifierOf(one.type);
       assignment.name = one.name;
       assignment.children = {one.root};
       reading_.tree.nodes.push_back(std::move(assignment));
@@ -250,7 +206,7 @@ CompiledReading FormulaReader::read(QByteArrayView bytes) {
     reading_.problem = u"%1 (byte %2)"_s.arg(QLatin1StringView(reason)).arg(at);
   };
   try {
-    readSegments(bytes);
+    readStatements(bytes);
     if (reading_.state == CompiledReading::State::Hidden) {
       reading_.problem = faultText(fault::Hidden);
       return std::move(reading_);

@@ -3,25 +3,15 @@
 #include <algorithm>
 #include <optional>
 
-#include "embedded/format/byte_reader.h"
 #include "embedded/format/lmbcs.h"
 #include "embedded/format/source_formula.h"
 #include "embedded/formula/compiled/code_writer.h"
-#include "embedded/formula/compiled/codes.h"
 #include "embedded/formula/compiled/layout.h"
 #include "embedded/formula/compiled/segments.h"
 #include "embedded/formula/token.h"
 
 namespace lens::formula {
 namespace {
-
-constexpr qsizetype kMostBytes = 0xFFFE;  // of a formula and of a segment: an even number of 16 bits
-
-void appendCounted(QByteArray& bytes, QByteArrayView text) {
-  appendU16(bytes, quint16(text.size()));
-  bytes += text;
-  if (text.size() % 2 != 0) bytes += '\0';
-}
 
 // What tells where a document stands in a view. A column of it is stored in no item.
 bool tellsPlace(const Tree& tree) {
@@ -67,13 +57,9 @@ class FormulaWriter {
 };
 
 bool FormulaWriter::addSegment(quint16 type, QByteArrayView data) {
-  const qsizetype padded = data.size() + data.size() % 2;
-  if (padded + segment::kHead > kMostBytes) return false;
-  appendU16(out_, type);
-  appendU16(out_, quint16(padded + segment::kHead));
-  out_ += data;
-  if (data.size() % 2 != 0) out_ += '\0';
-  return out_.size() <= kMostBytes;
+  if (data.size() + data.size() % 2 + segment::kHead > segment::kMostBytes) return false;
+  appendSegment(out_, type, data);
+  return out_.size() <= segment::kMostBytes;
 }
 
 // From the white space between the tokens of the next statement.
@@ -109,7 +95,7 @@ bool FormulaWriter::addLayout(bool oneWord) {
   // Nothing is kept of a statement that is one word. A remark behind it may look like a layout.
   if (oneWord && bare && !layoutLikeBehind_) return true;
   QByteArray data;
-  if (text.size() > kMostBytes) return false;
+  if (text.size() > segment::kMostBytes) return false;
   appendCounted(data, text);
   return addSegment(segment::Layout, data);
 }
@@ -117,7 +103,7 @@ bool FormulaWriter::addLayout(bool oneWord) {
 bool FormulaWriter::addRemark(const Statement& statement) {
   QByteArray data;
   const QByteArray text = codeText(statement.remark);
-  if (text.size() > kMostBytes || statement.remark.contains(u'\0')) return false;
+  if (text.size() > segment::kMostBytes || statement.remark.contains(u'\0')) return false;
   appendCounted(data, text);
   return addSegment(segment::Layout, data) && addLayout(false);
 }
@@ -131,16 +117,13 @@ bool FormulaWriter::addStatement(const Statement& statement, bool isMain, QStrin
   int value = statement.root;
   QByteArray data;
   if (assigns) {
-    type = root.modifier == Node::Modifier::Field         ? segment::Field
-           : root.modifier == Node::Modifier::Default     ? segment::Column
-           : root.modifier == Node::Modifier::Environment ? segment::Environment
-                                                          : segment::Variable;
+    type = segment::typeOf(root.modifier);
     value = root.children.front();
     appendCounted(data, toLmbcs(root.name));
   } else if (isMain && !item.isEmpty()) {
     type = segment::Column;
     const QByteArray name = toLmbcs(item);
-    if (name.size() > kMostBytes) return false;
+    if (name.size() > segment::kMostBytes) return false;
     appendCounted(data, name);
   }
   CodeWriter code(parsed_.tree);
@@ -178,80 +161,6 @@ std::optional<QByteArray> FormulaWriter::segments(QStringView item) {
   return std::move(out_);
 }
 
-// The size word in front; empty when it is too large.
-QByteArray framed(QByteArrayView segments, bool usesFar) {
-  QByteArray bytes;
-  const qsizetype size = 2 + (usesFar ? segment::kHead : 0) + segments.size();
-  if (size > kMostBytes) return {};
-  bytes.reserve(size);
-  appendU16(bytes, quint16(size));
-  if (usesFar) {
-    appendU16(bytes, segment::FarFunctions);
-    appendU16(bytes, segment::kHead);
-  }
-  bytes += segments;
-  return bytes;
-}
-
-// Whether a column's code is one number, text or time.
-bool isConstant(QByteArrayView column) {
-  ByteReader reader(column);
-  const qsizetype name = reader.u16();
-  reader.skip(name + name % 2);
-  const quint16 kind = reader.u16();
-  if (kind == code::Text) {
-    const qsizetype size = reader.u16();
-    reader.skip(size + size % 2);
-  } else if (kind == code::Number || kind == code::Time) {
-    reader.skip(8);
-  } else {
-    return false;
-  }
-  return reader.u16() == code::End && !reader.failed();
-}
-
-// What a column's formula leaves in the formula of its view: no layouts, and nothing of one that computes a
-// constant or a place in the view.
-QByteArray columnProgram(QByteArrayView formula, bool& usesFar) {
-  ByteReader reader(formula);
-  reader.skip(2);
-  QByteArray program;
-  bool stored = false;
-  while (reader.left() >= segment::kHead) {
-    const qsizetype at = reader.position();
-    const quint16 type = reader.u16(), size = reader.u16();
-    if (size < segment::kHead) break;
-    const QByteArrayView data = reader.take(size - segment::kHead);
-    if (type == segment::FarFunctions) usesFar = true;
-    if (type == segment::Layout || type == segment::FarFunctions) continue;
-    if (type == segment::Column) stored = !isConstant(data);
-    program += formula.sliced(at, reader.position() - at);
-  }
-  return stored ? program : QByteArray();
-}
-
-// The names of the items in which a view finds its columns' values.
-QByteArray columnTable(const QStringList& items) {
-  QByteArray lengths, names;
-  for (const QString& item : items) {
-    const QByteArray name = toLmbcs(item);
-    appendU16(lengths, quint16(name.size()));
-    names += name;
-  }
-  QByteArray table;
-  appendU16(table, quint16(2 + 2 + lengths.size() + names.size()));
-  appendU16(table, quint16(items.size()));
-  table += lengths + names;
-  if (table.size() % 2 != 0) table += '\0';
-  return table;
-}
-
-void appendSegment(QByteArray& bytes, quint16 type, QByteArrayView data) {
-  appendU16(bytes, type);
-  appendU16(bytes, quint16(data.size() + segment::kHead));
-  bytes += data;
-}
-
 Written written(QStringView source, QStringView item, const Environment& environment) {
   Written result;
   FormulaWriter writer(source, environment);
@@ -269,32 +178,6 @@ Written writeCompiled(QStringView source, const Environment& environment) {
 
 Written writeCompiledColumn(QStringView source, QStringView item, const Environment& environment) {
   return written(source, item, environment);
-}
-
-Written writeCompiledSelection(QStringView source, const QVector<WrittenColumn>& columns,
-                               const Environment& environment) {
-  Written result;
-  FormulaWriter writer(source, environment);
-  result.error = writer.error();
-  if (result.error.reason != 0) return result;
-  const auto selection = writer.segments();
-  if (!selection) return result;
-  bool usesFar = writer.usesFar();
-  QByteArray segments;
-  QStringList items;
-  for (const WrittenColumn& column : columns) {
-    const QByteArray program = columnProgram(column.formula, usesFar);
-    if (!column.formula.isEmpty() && program.isEmpty()) continue;
-    segments += program;
-    items += column.item;
-  }
-  items << u"$Conflict"_s << u"$REF"_s;
-  const QByteArray table = columnTable(items);
-  if (table.size() + segment::kHead > kMostBytes) return result;
-  appendSegment(segments, segment::Columns, table);
-  appendSegment(segments, segment::Divider, {});
-  result.bytes = framed(segments + *selection, usesFar);
-  return result;
 }
 
 QByteArray storedFormula(QStringView source, const Environment& environment) {

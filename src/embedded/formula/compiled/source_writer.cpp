@@ -78,6 +78,12 @@ void SourceWriter::remark(QStringView text) {
   source_ += u'}';
 }
 
+void SourceWriter::modifier(Node::Modifier modifier) {
+  if (modifier == Node::Modifier::None) return;
+  word(modifierWord(modifier).trimmed());
+  blank();
+}
+
 // --- Expressions ---------------------------------------------------------------------------------------
 
 void SourceWriter::expression(int index) {
@@ -108,10 +114,7 @@ void SourceWriter::plain(int index) {
     case Node::Kind::Call:
       return call(index);
     case Node::Kind::Assignment:
-      if (node.modifier == Node::Modifier::Field) {
-        word(u"FIELD");
-        blank();
-      }
+      modifier(node.modifier);
       word(node.name);
       blank();
       word(u":=");
@@ -192,10 +195,7 @@ void SourceWriter::add(StoredStatement& statement) {
     source_ += u"SELECT ";
   }
   if (!statement.name.isEmpty()) {
-    if (statement.type == segment::Field) word(u"FIELD");
-    if (statement.type == segment::Column) word(u"DEFAULT");
-    if (statement.type == segment::Environment) word(u"ENVIRONMENT");
-    if (statement.type != segment::Variable) blank();
+    modifier(segment::modifierOf(statement.type));
     word(statement.name);
     blank();
     word(u":=");

@@ -37,7 +37,7 @@ class SourceWriter {
   void word(QLatin1StringView text);
   void text(QStringView text);
   void remark(QStringView text);
-  void number(double number);
+  void modifier(Node::Modifier modifier);
   void blank() {
     if (!layout_->isKnown()) blankDue_ = true;
   }
