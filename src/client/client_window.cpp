@@ -5,6 +5,7 @@
 #include "client/database_controller.h"
 #include "client/document_pane.h"
 #include "client/file_opening.h"
+#include "client/formula_controller.h"
 #include "client/help_controller.h"
 #include "client/import_controller.h"
 #include "client/index_controller.h"
@@ -30,7 +31,8 @@ ClientWindow::ClientWindow(const std::shared_ptr<Workspace>& workspace, QWidget*
       lists_(std::make_unique<ListExport>(*controls_, workspace, *databases_, *views_)),
       compare_(std::make_unique<CompareController>(*controls_, workspace, *databases_, *document_, *views_,
                                                    *lists_)),
-      help_(std::make_unique<HelpController>(*controls_)) {
+      help_(std::make_unique<HelpController>(*controls_)),
+      formulas_(std::make_unique<FormulaController>(*controls_, workspace, *databases_, *views_)) {
   databases_->start();
   if (!workspace->serverFaults().isEmpty()) controls_->showError(workspace->serverFaults().join(u'\n'));
 }

@@ -18,6 +18,7 @@ class CompareController;
 class DocumentPane;
 class FileOpening;
 class HelpController;
+class FormulaController;
 class ImportController;
 class IndexController;
 class KeptSettings;
@@ -67,6 +68,7 @@ class ClientWindow : public QMainWindow {
   std::unique_ptr<ListExport> lists_;
   std::unique_ptr<CompareController> compare_;
   std::unique_ptr<HelpController> help_;
+  std::unique_ptr<FormulaController> formulas_;
 };
 
 }  // namespace lens

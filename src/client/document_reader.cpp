@@ -94,6 +94,11 @@ void DocumentReader::clear() {
   content_->clear();
 }
 
+void DocumentReader::addItemAction(QAction& action) {
+  items_->addAction(&action);
+  items_->setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
 void DocumentReader::showItem(int row) {
   content_->setPlainText(model_->text(row));
 }

@@ -23,6 +23,10 @@ class DocumentReader : public QWidget {
   void clear();
   NoteId noteId() const { return model_ ? model_->note().header.id : NoteId(); }
   void focusItems() { items_->setFocus(); }
+  // The place of the current item in the note; -1 without one.
+  int currentItem() const { return items_->currentIndex().row(); }
+  // Offers the action in the menu of the items, too.
+  void addItemAction(QAction& action);
 
  Q_SIGNALS:
   // The Close button.

@@ -74,6 +74,10 @@ const ViewEntry* ViewPane::currentEntry() const {
   return row >= 0 && row < entries_.size() ? &entries_[row] : nullptr;
 }
 
+NoteId ViewPane::currentDocument() const {
+  return documents_->noteId(controls_.documentTable->currentIndex().row());
+}
+
 // Keeps the current view when it is still there.
 void ViewPane::reload() {
   const QVector<ViewEntry> fresh = viewEntries(*database_);
@@ -98,7 +102,7 @@ void ViewPane::loadDocuments() {
   if (!entry || !database_) return;
   workspace_->client().showView(entry->noteId);
   const QVector<NoteId> marked = markedDocuments();
-  const NoteId current = documents_->noteId(controls_.documentTable->currentIndex().row());
+  const NoteId current = currentDocument();
   {
     const QScopedValueRollback quiet(loading_, true);
     try {

@@ -27,6 +27,8 @@ class ViewPane : public QObject {
 
   // Null without a database.
   const ViewEntry* currentEntry() const;
+  // Under the cursor; null for a category and without rows.
+  NoteId currentDocument() const;
   // In the order of the view, each once.
   QVector<NoteId> markedDocuments() const;
   // Documents were changed since they were read.

@@ -182,12 +182,19 @@ date, `!=` or the quotes of a text were written, white space in front of a `;`, 
 | a hidden formula | `Formula is hidden` | no |
 | damaged bytes | nothing, with the reason and the place | no |
 
+They are looked for in items of type formula, in columns of views, in fields, agents, actions, hide-when conditions,
+hotspots, buttons, navigators and entries of outlines, and in what an import kept as XML: `formulas DB` lists all of a
+database, *Show formula* in the client window those of a note, and the report of an import names those that cannot run.
+Not read are formulas in encrypted items, and in records of design whose layout is not known.
+
 Nothing is made up: bytes that no source can stand for are not shown as one. Parentheses that the code does not have,
 and the source needs, are added. A view that was stored without the word SELECT is shown with it.
 
 Formulas are written in that form too, so that other programs can take them, but never with a guessed code. What holds
 a function, keyword or operator without a sure code, a range of dates, or DEFAULT and ENVIRONMENT inside an expression
-is kept as source text behind a zero word, and exported as source.
+is kept as source text behind a zero word, and exported as source. Design elements are exported with the source of all
+formulas; where a note is exported raw, formulas that were stored as source are compiled if they have a form, a view's
+selection with the names of its columns, and a mark beside them keeps what was stored.
 
 )";
 

@@ -341,6 +341,40 @@ TEST(CompiledReading, LongChainsAreNotDeep) {
   EXPECT_TRUE(sameTree(reading.tree, parse(reading.source, TestEnvironment()).tree));
 }
 
+// As many as 64 KB hold, in a time that grows with them.
+TEST(CompiledReading, TakesVeryManyStatementsRemarksAndNames) {
+  const QByteArray statement = segmentOf(segment::Expression, name("a") + words({3}));
+  const QByteArray remark = segmentOf(segment::Layout, countedText("r"));
+  QByteArray statements, remarks, keywords;
+  constexpr int kMany = 4000;
+  for (int i = 0; i < kMany; ++i) statements += statement;
+  EXPECT_EQ(readCompiled(formulaOf(statements), TestEnvironment()).source.count(u'a'), kMany);
+  for (int i = 0; i < kMany; ++i) remarks += remark;
+  const CompiledReading read = readCompiled(formulaOf(remarks + statement), TestEnvironment());
+  EXPECT_EQ(read.source.count(u"REM"), kMany);
+  EXPECT_EQ(int(read.tree.statements.size()), kMany + 1);
+  for (int i = 0; i < kMany; ++i) {
+    keywords += words({2, 20'000 + i, 0, 0, 0});
+    if (i > 0) keywords += words({0x021F});
+  }
+  const CompiledReading nameless = readExpression(keywords);
+  EXPECT_EQ(nameless.unproven.size(), kMany);
+  EXPECT_FALSE(nameless.canRun());
+}
+
+TEST(UnreadableFormulas, LeaveVeryManyValuesOver) {
+  QByteArray values;
+  for (int i = 0; i < 9000; ++i) values += name("");
+  expectUnreadable(expressionOf(values), u"a name that no formula can have");
+  values.clear();
+  for (int i = 0; i < 9000; ++i) values += name("a");
+  expectUnreadable(expressionOf(values), u"values are left over");
+  // 255 arguments are the most that a function can take from them.
+  const CompiledReading call = readExpression(values.first(255 * 6) + words({0xFF43}));
+  EXPECT_EQ(call.source.count(u'a'), 255) << call.problem.toStdString();
+  expectUnreadable(expressionOf(values.first(254 * 6) + words({0xFF43})), u"a function lacks its arguments");
+}
+
 // --- Both forms ---------------------------------------------------------------------------------------
 
 TEST(StoredFormulas, AreReadInEitherForm) {
