@@ -36,22 +36,30 @@ QString fileOfWindows(Host& host) {
 
 }  // namespace
 
-Launcher::Launcher(Host& host) : host_(host), kept_(fileOfWindows(host)) {
+Launcher::Launcher(Host& host, ClientDoors client) : host_(host), kept_(fileOfWindows(host)) {
   // Hiding into the tray, a box at the start or a closed client window must not end the process.
   QApplication::setQuitOnLastWindowClosed(false);
   applyLook();
+  const QString source = openDoors(std::move(client));
+  application_ = std::make_unique<Application>(*notes_, *capi_, host_, source);
+}
+
+QString Launcher::openDoors(ClientDoors client) {
+  if (client.notes && !isWorkspaceNamed()) {
+    notes_ = std::move(client.notes);
+    capi_ = std::move(client.capi);
+    return u"Notes client"_s;
+  }
   openWorkspace();
-  QString source = u"No workspace"_s;
-  if (workspace_) {
-    workspace_->setInterruptCheck([&host] { return host.escapePressed(); });
-    notes_ = std::make_unique<EmbeddedGateway>(workspace_);
-    capi_ = std::make_unique<EmbeddedCApi>(workspace_);
-    source = u"Embedded: "_s + QDir::toNativeSeparators(workspace_->directory());
-  } else {
+  if (!workspace_) {
     notes_ = std::make_unique<ClosedGateway>(failure_);
     capi_ = std::make_unique<ClosedCApi>(failure_);
+    return u"No workspace"_s;
   }
-  application_ = std::make_unique<Application>(*notes_, *capi_, host_, source);
+  workspace_->setInterruptCheck([&host = host_] { return host.escapePressed(); });
+  notes_ = std::make_unique<EmbeddedGateway>(workspace_);
+  capi_ = std::make_unique<EmbeddedCApi>(workspace_);
+  return u"Embedded: "_s + QDir::toNativeSeparators(workspace_->directory());
 }
 
 Launcher::~Launcher() = default;

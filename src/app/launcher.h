@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "app/application.h"
+#include "app/client_doors.h"
 #include "client/client_window.h"
 #include "controls/kept_settings.h"
 #include "embedded/workspace/workspace.h"
@@ -13,10 +14,11 @@ namespace lens {
 
 class Launcher {
  public:
-  // Opens the workspace that the environment variable TESSALY_WORKSPACE names, else the user's own,
-  // which the first start fills with samples. What was open at the end of the last start is open again. When
-  // it cannot be opened the user is told why, and the program comes up with closed doors.
-  explicit Launcher(Host& host);
+  // Opens the workspace that the environment variable TESSALY_WORKSPACE names, else works on the client where
+  // this platform has one, else opens the user's own workspace, which the first start fills with samples. What
+  // was open at the end of the last start is open again. When a workspace cannot be opened the user is told why,
+  // and the program comes up with closed doors.
+  explicit Launcher(Host& host, ClientDoors client = {});
   ~Launcher();
 
   // Files that the client window opens when it has come up, which brings it to the front.
@@ -26,10 +28,12 @@ class Launcher {
   void start();
 
   Application& application() { return *application_; }
-  // Null with closed doors, and until the main window has been drawn.
+  // Null without a workspace, and until the main window has been drawn.
   ClientWindow* client() { return client_.get(); }
 
  private:
+  // Puts something behind the two doors; what it is, for the user.
+  QString openDoors(ClientDoors client);
   void openWorkspace();
   // Shows a failure with the title "Workspace"; false then.
   template <class Body>

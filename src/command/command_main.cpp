@@ -12,6 +12,11 @@
 #ifdef Q_OS_WIN
 #include <fcntl.h>
 #include <io.h>
+#include <windows.h>
+
+#include <QScopeGuard>
+// Behind the types that it needs.
+#include <shellapi.h>
 #endif
 
 #include "command/run_command.h"
@@ -52,7 +57,13 @@ bool secureStandardFiles() {
   if (file > STDERR_FILENO) ::close(file);
   return isOutputOpen;
 #else
-  return true;
+  // A program with windows is given no console: where nothing was redirected, what a command says goes to the
+  // one that it was started from.
+  if (_fileno(stdout) >= 0 && _get_osfhandle(_fileno(stdout)) != -1) return true;
+  if (!AttachConsole(ATTACH_PARENT_PROCESS)) return false;
+  std::freopen("CONIN$", "r", stdin);
+  std::freopen("CONOUT$", "w", stderr);
+  return std::freopen("CONOUT$", "w", stdout) != nullptr;
 #endif
 }
 
@@ -102,11 +113,29 @@ int runProcess(int argc, char** argv) {
   });
 }
 
+// What stands behind the program's name.
+#ifdef Q_OS_WIN
+// Those of main() have lost all letters that the code page lacks.
+QStringList argumentsOfProcess(int, char**) {
+  int count = 0;
+  wchar_t** const given = CommandLineToArgvW(GetCommandLineW(), &count);
+  const auto freed = qScopeGuard([given] { LocalFree(given); });
+  QStringList arguments;
+  for (int place = 1; given && place < count; ++place) arguments += QString::fromWCharArray(given[place]);
+  return arguments;
+}
+#else
+QStringList argumentsOfProcess(int argc, char** argv) {
+  QStringList arguments;
+  for (int place = 1; place < argc; ++place) arguments += QString::fromLocal8Bit(argv[place]);
+  return arguments;
+}
+#endif
+
 }  // namespace
 
 std::optional<int> runAsCommand(int argc, char** argv) {
-  QStringList arguments;
-  for (int place = 1; place < argc; ++place) arguments += QString::fromLocal8Bit(argv[place]);
+  const QStringList arguments = argumentsOfProcess(argc, argv);
   if (isForCommandLine(arguments)) return runProcess(argc, argv);
   const QString workspace = workspaceOfWindows(arguments);
   if (!workspace.isEmpty()) nameWorkspace(workspace);

@@ -26,8 +26,6 @@
 namespace lens {
 namespace {
 
-const QString kProgramTitle = u"Tessaly Lens"_s;
-
 QMessageBox::Icon iconOf(int style) {
   switch (style & 0xF0) {
     case box::Critical:
@@ -83,9 +81,18 @@ QWidget* modalWindowOver(const QWidget& window) {
   return nullptr;
 }
 
-// The tool's own window on top, which a box belongs to. The client window stands for another
-// program and is never blocked.
-QWidget* boxOwner() {
+}  // namespace
+
+QString DesktopHost::programTitle() {
+  return u"Tessaly Lens"_s;
+}
+
+QIcon DesktopHost::programPicture() {
+  return pictures::program();
+}
+
+// The client window stands for another program and is never blocked.
+QWidget* DesktopHost::boxOwner() {
   QWidget* active = QApplication::activeWindow();
   if (active && !belongsToClient(active)) return active;
   QWidget* owner = nullptr;
@@ -94,8 +101,6 @@ QWidget* boxOwner() {
   while (QWidget* above = owner ? modalWindowOver(*owner) : nullptr) owner = above;
   return owner;
 }
-
-}  // namespace
 
 DesktopHost::DesktopHost() : regional_(QLocale::system()) {}
 
@@ -107,7 +112,7 @@ int DesktopHost::messageBox(const QString& text, int style, const QString& title
   box.setStandardButtons(buttonsOf(style));
   // Some desktops paint arrows and crosses on them, in a look that is none of ours.
   for (QAbstractButton* button : box.buttons()) button->setIcon(QIcon());
-  box.setWindowTitle(title.isEmpty() ? kProgramTitle : title);
+  box.setWindowTitle(title.isEmpty() ? programTitle() : title);
   box.setText(text);
   return answerOf(box.exec());
 }
@@ -184,7 +189,7 @@ void DesktopHost::addLibraryDirectory(const QString&) {}
 bool DesktopHost::addTrayIcon(const QString& tip, std::function<void(int)> callback) {
   constexpr int kLeftDown = 513, kRightUp = 517;
   if (!QSystemTrayIcon::isSystemTrayAvailable()) return false;
-  tray_ = std::make_unique<QSystemTrayIcon>(pictures::program());
+  tray_ = std::make_unique<QSystemTrayIcon>(programPicture());
   tray_->setToolTip(tip);
   QObject::connect(tray_.get(), &QSystemTrayIcon::activated, tray_.get(),
                    [callback](QSystemTrayIcon::ActivationReason reason) {

@@ -37,6 +37,14 @@ class DesktopHost : public Host {
   RemoteCommand remoteCommand() override;
   [[noreturn]] void endProcess() override;
 
+ protected:
+  // The title of a box that has none of its own.
+  static QString programTitle();
+  // The program's own picture, for the tray.
+  static QIcon programPicture();
+  // The tool's own window on top, which a box belongs to; null when there is none.
+  static QWidget* boxOwner();
+
  private:
   Regional regional_;
   bool pointerSet_ = false;

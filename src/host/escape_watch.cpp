@@ -6,6 +6,10 @@
 #include <QLibrary>
 #include <cstdlib>
 
+#ifdef Q_OS_WIN
+#include <windows.h>
+#endif
+
 #include "notes/literals.h"
 
 namespace lens {
@@ -45,6 +49,10 @@ bool isDownOnDisplay() {
   const bool down = reply && (reply->keys[kEscape / 8] & (1 << (kEscape % 8)));
   std::free(reply);
   return down;
+}
+#elif defined(Q_OS_WIN)
+bool isDownOnDisplay() {
+  return QGuiApplication::focusWindow() && (GetAsyncKeyState(VK_ESCAPE) & 0x8000);
 }
 #else
 bool isDownOnDisplay() {

@@ -8,6 +8,10 @@
 
 #include <cerrno>
 #endif
+#ifdef Q_OS_WIN
+#include <io.h>
+#include <windows.h>
+#endif
 
 #include "host/held_file.h"
 #include "notes/literals.h"
@@ -25,7 +29,7 @@ bool isOnDisk([[maybe_unused]] const QSaveFile& file) {
 #ifdef Q_OS_UNIX
   return ::fsync(file.handle()) == 0 || errno == EINVAL || errno == EROFS;
 #else
-  return true;
+  return FlushFileBuffers(HANDLE(_get_osfhandle(file.handle()))) || GetLastError() == ERROR_INVALID_FUNCTION;
 #endif
 }
 

@@ -15,6 +15,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include "app/closed_doors.h"
 #include "app/sample_workspace.h"
 #include "host/desktop_host.h"
 #include "support/printers.h"
@@ -53,6 +54,30 @@ TEST_F(ProgramTest, TheFirstStartShowsTheSampleMail) {
   EXPECT_TRUE(form.txtFieldContent->text().startsWith(u"Dear Mr Okafor"));
   EXPECT_TRUE(form.sbrMain->panelText(u"Source"_s).startsWith(u"Embedded: "));
   EXPECT_FALSE(QApplication::quitOnLastWindowClosed());
+}
+
+// What stands behind the doors of a client that is not there.
+ClientDoors absentClient() {
+  return {std::make_unique<ClosedGateway>(u"no client"_s), std::make_unique<ClosedCApi>(u"no client"_s)};
+}
+
+TEST_F(ProgramTest, WithoutANamedWorkspaceTheClientIsAsked) {
+  qunsetenv("TESSALY_WORKSPACE");
+  Launcher launcher(host, absentClient());
+  launcher.start();
+  EXPECT_TRUE(host.boxTexts().contains(u"Start NotesClient !!!  no client"_s));
+  Form1& form = launcher.application().form;
+  EXPECT_TRUE(form.isVisible());
+  EXPECT_EQ(form.sbrMain->panelText(u"Source"_s), u"Notes client"_s);
+  QTest::qWait(100);
+  EXPECT_EQ(launcher.client(), nullptr);
+}
+
+TEST_F(ProgramTest, ANamedWorkspaceGoesBeforeTheClient) {
+  Launcher launcher(host, absentClient());
+  launcher.start();
+  EXPECT_EQ(host.boxTexts(), QStringList());
+  EXPECT_TRUE(launcher.application().form.sbrMain->panelText(u"Source"_s).startsWith(u"Embedded: "));
 }
 
 TEST_F(ProgramTest, TheFirstStartMakesATemplateAndAReplicaOnAServer) {

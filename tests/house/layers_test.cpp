@@ -92,6 +92,20 @@ TEST(Layers, OnlyTheApplicationTheCommandsAndTheClientWindowKnowTheEngine) {
         << include.file.toStdString();
 }
 
+// What calls the real client stands behind the doors like the engine does. The desktop of Windows has
+// automation servers of its own, which are called the same way.
+TEST(Layers, OnlyTheApplicationAndTheDesktopOfWindowsKnowHowTheClientIsCalled) {
+  static const QRegularExpression calls(u"^notes/(automation|library)/"_s);
+  int seen = 0;
+  for (const Include& include : includesOfTheHouse()) {
+    if (!include.header.contains(calls) || include.file.contains(calls)) continue;
+    ++seen;
+    EXPECT_TRUE(include.from == u"app" || include.file.startsWith(u"host/windows/"_s))
+        << include.file.toStdString() << " includes " << include.header.toStdString();
+  }
+  EXPECT_GT(seen, 2);
+}
+
 // The rooms of the engine from its ground up. Rooms of one floor do not know each other.
 const QVector<QStringList> kEngineFloors = {{u"format"_s},
                                             {u"files"_s},

@@ -9,6 +9,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 #endif
+#ifdef Q_OS_WIN
+#include <windows.h>
+#endif
 
 #include "embedded/format/engine_fault.h"
 #include "embedded/store/own_schema.h"
@@ -58,10 +61,15 @@ void requirePlainFile(const QString& journal, const QString& path) {
     refuseJournal(journal, path, u"a journal must be a plain file"_s);
 }
 
-#ifdef Q_OS_UNIX
 // The bytes of a file on which SQLite's connections keep their lock as long as they are open.
-constexpr off_t kSharedLockAt = 0x40000002, kSharedLockSize = 510;
+constexpr int kSharedLockAt = 0x40000002, kSharedLockSize = 510;
 
+void removeEmptyJournals(const QString& path) {
+  if (QFileInfo(walOf(path)).size() > kJournalHead) return;
+  for (const QString& suffix : {u"-wal"_s, u"-shm"_s}) QFile::remove(path + suffix);
+}
+
+#ifdef Q_OS_UNIX
 struct flock sharedLock() {
   struct flock lock = {};
   lock.l_type = F_WRLCK;
@@ -86,16 +94,43 @@ void removeEmptyWal(const QString& path) {
   const int file = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CLOEXEC);
   if (file < 0) return;
   struct flock lock = sharedLock();
-  if (::fcntl(file, F_SETLK, &lock) == 0 && QFileInfo(walOf(path)).size() <= kJournalHead)
-    for (const QString& suffix : {u"-wal"_s, u"-shm"_s}) QFile::remove(path + suffix);
+  if (::fcntl(file, F_SETLK, &lock) == 0) removeEmptyJournals(path);
   ::close(file);
 }
 #else
-// An open file cannot be replaced there, and an open journal not be deleted.
-bool isOpenElsewhere(const QString&) {
-  return false;
+// Takes those bytes of a file alone; held() says whether nobody else has it open. Connections of this process
+// are others there as well.
+class LockAlone {
+ public:
+  explicit LockAlone(const QString& path)
+      : file_(CreateFileW(reinterpret_cast<const wchar_t*>(path.utf16()), GENERIC_READ,
+                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                          FILE_ATTRIBUTE_NORMAL, nullptr)) {
+    OVERLAPPED place = {};
+    place.Offset = kSharedLockAt;
+    held_ = isFile() && LockFileEx(file_, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0,
+                                   kSharedLockSize, 0, &place);
+  }
+  ~LockAlone() {
+    if (isFile()) CloseHandle(file_);
+  }
+  LockAlone(const LockAlone&) = delete;
+  LockAlone& operator=(const LockAlone&) = delete;
+  bool isFile() const { return file_ != INVALID_HANDLE_VALUE; }
+  bool held() const { return held_; }
+
+ private:
+  HANDLE file_;
+  bool held_ = false;
+};
+
+bool isOpenElsewhere(const QString& path) {
+  const LockAlone lock(path);
+  return lock.isFile() && !lock.held();
 }
-void removeEmptyWal(const QString&) {}
+void removeEmptyWal(const QString& path) {
+  if (const LockAlone lock(path); lock.held()) removeEmptyJournals(path);
+}
 #endif
 
 Bond bondInFile(const QString& path, bool& known) {
