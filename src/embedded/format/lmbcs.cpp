@@ -118,11 +118,14 @@ QByteArray toLmbcs(QStringView text) {
     return unit < 0x100 ? table.encoded[unit] : quint8(0);
   };
   while (at < text.size()) {
-    if (const quint8 byte = single(at)) {
-      out.append(char(byte));
-      ++at;
-      continue;
-    }
+    // Nearly all of it is such stretches, which are written without asking for room again and again.
+    const qsizetype first = at;
+    while (at < text.size() && single(at)) ++at;
+    const qsizetype written = out.size();
+    out.resize(written + at - first);
+    std::transform(text.begin() + first, text.begin() + at, out.data() + written,
+                   [&](QChar letter) { return char(table.encoded[letter.unicode()]); });
+    if (at == text.size()) break;
     const qsizetype begin = at;
     while (at < text.size() && !single(at)) ++at;
     encodeStretch(text.sliced(begin, at - begin), out);
