@@ -35,6 +35,7 @@ _TessalyAndDocContent() {
       export) own="$choosing --dxl --csv --items --output" ;;
       set) own="--type" ;;
       attachments) own="--extract" ;;
+      nsf) own="--salvage" ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$own $common" -- "$word")
     return

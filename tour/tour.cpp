@@ -3,7 +3,9 @@
 //
 //   lens_tour DIRECTORY
 #include <QApplication>
+#include <QDialog>
 #include <QDir>
+#include <QListWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <cstdio>
@@ -14,7 +16,12 @@
 #include "client/client_window.h"
 #include "controls/look.h"
 #include "embedded/capi/embedded_capi.h"
+#include "embedded/dxl/view_elements.h"
+#include "embedded/formula/compiled/compiled_writer.h"
+#include "embedded/formula/evaluation_context.h"
 #include "embedded/model/embedded_gateway.h"
+#include "embedded/nsf/made_samples.h"
+#include "embedded/nsf/maker/made_bytes.h"
 #include "host/desktop_host.h"
 #include "notes/literals.h"
 
@@ -58,6 +65,7 @@ class Tour {
     showTheSmallWindows();
     showTheBulkTool(u"bulk"_s);
     showTheClientWindow(u"client"_s);
+    showARealDatabase();
     showItDark();
   }
 
@@ -185,6 +193,58 @@ class Tour {
     client.show();
     QTest::qWait(500);
     picture(name, client);
+  }
+
+  // A file of the platform's own format, of which a letter was lost.
+  void showARealDatabase() {
+    const QString file = files_.filePath(u"archive.nsf"_s);
+    made::MadeDatabase archive = letters();
+    archive.change = [lost = archive.notes[3].id](made::MadePart part, quint32 note, QByteArray& bytes) {
+      if (part == made::MadePart::Record && note == lost) made::put32(bytes, 6, 0);
+    };
+    if (!made::makeFile(archive).write(file)) std::exit(1);
+    ClientWindow client(workspace_);
+    client.resize(1100, 700);
+    client.show();
+    client.openDatabase({QString(), file});
+    client.findChild<QListWidget*>(u"viewList"_s)->setCurrentRow(2);
+    picture(u"real"_s, client);
+    client.findChild<QAction*>(u"readingReportAction"_s)->trigger();
+    picture(u"reading-report"_s, *client.findChild<QDialog*>(u"ImportReport"_s));
+  }
+
+  static made::MadeDatabase letters() {
+    using namespace made;
+    constexpr quint16 kText = 0x0500, kFormula = 0x0600, kViewFormat = 0x0005;
+    MadeDatabase archive;
+    archive.information = "Pump station archive";
+    archive.replicaId = someTime(9000);
+    const std::pair<const char*, const char*> kLetters[] = {
+        {"Ada Byron/Acme", "Delivery of the second pump"}, {"Carl Dorn/Acme", "Drawings of the inlet"},
+        {"Eva Falk/Acme", "Re: Drawings of the inlet"},    {"Ada Byron/Acme", "Contract, last draft"},
+        {"Gil Hart/Acme", "Pressure test on Monday"},      {"Eva Falk/Acme", "Minutes of the meeting"}};
+    quint32 number = 0;
+    for (const auto& [from, subject] : kLetters) {
+      MadeNote letter = document(++number, subject);
+      letter.items.push_back({"Form", kText, flag::Summary, "Memo"});
+      letter.items.push_back({"From", kText, flag::Summary, from});
+      archive.add(letter);
+    }
+    const formula::MachineEnvironment environment;
+    ViewColumn who, what;
+    who.item = u"From"_s;
+    who.title = u"Who"_s;
+    what.item = u"Subject"_s;
+    what.title = u"What"_s;
+    who.width = what.width = 30 * 8;
+    MadeNote view = document(++number);
+    view.noteClass = noteclass::View;
+    view.items = {{"$TITLE", kText, flag::Summary, "Letters"},
+                  {"$FORMULA", kFormula, flag::Summary,
+                   formula::writeCompiledSelection(u"SELECT Form = \"Memo\"", {}, environment).bytes},
+                  {"$VIEWFORMAT", kViewFormat, flag::Summary, viewFormatValue({who, what}, false).sliced(2)}};
+    archive.add(view);
+    return archive;
   }
 
   const QString directory_;
