@@ -7,6 +7,7 @@
 #include "client/database_controller.h"
 #include "client/document_pane.h"
 #include "client/list_export.h"
+#include "client/real_reading.h"
 #include "client/view_pane.h"
 #include "notes/literals.h"
 
@@ -89,7 +90,10 @@ void CompareController::compareChosen() {
                                      second = window_->chosen(window_->second());
   if (!first || !second) return;
   controls_.clearError();
+  const QPointer<CompareController> self(this);
   try {
+    for (const DatabasePlace& place : {*first, *second})
+      if (!readBeforeOpening(controls_, *workspace_, place) || !self) return;
     compare({*first, workspace_->database(first->server, first->path), {}},
             {*second, workspace_->database(second->server, second->path), {}});
   } catch (const RuntimeError& error) {

@@ -70,11 +70,21 @@ void KeptDatabases::keepRecent(const QVector<DatabasePlace>& places) {
   settings_.set(group_ + u"recent"_s, texts.isEmpty() ? QVariant() : QVariant(texts));
 }
 
+bool isToBeRead(const Workspace& workspace, const DatabasePlace& place) {
+  try {
+    const QString file = workspace.absolutePath(place);
+    return RealDatabases::isReal(file) && !RealDatabases(workspace.directory()).isRead(file);
+  } catch (const RuntimeError&) {
+    return false;  // opening it says why
+  }
+}
+
 std::shared_ptr<Database> openKeptDatabase(Workspace& workspace, KeptSettings& settings) {
   const std::optional<KeptDatabases::Top> top = KeptDatabases(settings, workspace).top();
   if (!top) return nullptr;
   try {
     const DatabasePlace place = workspace.place(top->place.server, top->place.path);
+    if (isToBeRead(workspace, place)) return nullptr;
     const std::shared_ptr<Database> database = workspace.database(place.server, place.path);
     Note document;
     const bool isThere = top->document && database->notes().read(top->document, document);

@@ -35,9 +35,12 @@ class KeptDatabases {
   QString group_;  // each workspace has its own
 };
 
+// Whether a database is a real one that has to be read before it can be opened, which may take long.
+bool isToBeRead(const Workspace& workspace, const DatabasePlace& place);
+
 // Puts the kept database on top in the client, with the document that was open in it where both are still
 // there. Whoever holds the result spares the first capture from opening the file again; null where there is
-// none.
+// none, and where it is to be read first.
 std::shared_ptr<Database> openKeptDatabase(Workspace& workspace, KeptSettings& settings);
 
 }  // namespace lens

@@ -51,6 +51,10 @@ bool WindowState::keepIn(KeptSettings& settings) {
   const bool hadPlace = place->restore();
   for (QSplitter* splitter : controls_.window.findChildren<QSplitter*>()) keepSplitter(splitter);
   for (QTableView* table : controls_.window.findChildren<QTableView*>()) new KeptColumns(*table, settings);
+  // What the first screen could not wait for comes up now.
+  const std::optional<KeptDatabases::Top> top = kept_->top();
+  if (top && top->place != databases_.place() && isToBeRead(*workspace_, top->place))
+    QTimer::singleShot(0, this, [this, place = top->place] { databases_.open(place); });
   keepDatabase();
   return hadPlace;
 }

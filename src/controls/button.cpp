@@ -70,7 +70,7 @@ void Button::giveColours() {
 }
 
 bool Button::event(QEvent* event) {
-  if (event->type() == QEvent::ApplicationPaletteChange && destructive_) giveColours();
+  if (destructive_ && tellsOfColours(*event)) giveColours();
   return CommandButton::event(event);
 }
 

@@ -23,7 +23,7 @@ void Label::giveColours() {
 }
 
 bool Label::event(QEvent* event) {
-  if (event->type() == QEvent::ApplicationPaletteChange && link_) giveColours();
+  if (link_ && tellsOfColours(*event)) giveColours();
   return QLabel::event(event);
 }
 

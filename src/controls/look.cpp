@@ -90,7 +90,7 @@ class ColourFollower : public QObject {
 
  private:
   bool eventFilter(QObject* widget, QEvent* event) override {
-    if (event->type() == QEvent::ApplicationPaletteChange) choose_();
+    if (tellsOfColours(*event)) choose_();
     return QObject::eventFilter(widget, event);
   }
   const std::function<void()> choose_;
@@ -131,6 +131,11 @@ QPalette lensPalette(Scheme scheme) {
 
 void applyLook(std::optional<Scheme> always) {
   QApplication::setStyle(new LensStyle(always));
+}
+
+// The one comes from the desktop, the other from the program itself.
+bool tellsOfColours(const QEvent& event) {
+  return event.type() == QEvent::ApplicationPaletteChange || event.type() == QEvent::StyleChange;
 }
 
 void followColours(QWidget& widget, std::function<void()> choose) {

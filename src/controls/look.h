@@ -8,6 +8,7 @@
 #include <optional>
 
 class QAbstractScrollArea;
+class QEvent;
 class QPainter;
 
 namespace lens {
@@ -45,6 +46,9 @@ QPalette lensPalette(Scheme scheme = Scheme::Light);
 // Fusion style for the whole application, and the palette of the set that goes with the desktop, now and
 // whenever the desktop changes its colours; or always that of one set.
 void applyLook(std::optional<Scheme> always = std::nullopt);
+
+// Whether an event tells a widget that the colours of the application are other ones now.
+bool tellsOfColours(const QEvent& event);
 
 // Gives a widget what is not of its palette alone (pictures, colours of its own): runs the function now, and
 // again whenever the colours of the application change.

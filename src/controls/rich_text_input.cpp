@@ -9,7 +9,6 @@
 
 #include "controls/keys.h"
 #include "controls/look.h"
-#include "controls/rich_text_box.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -186,10 +185,8 @@ bool RichTextBox::event(QEvent* event) {
     case QEvent::FocusIn:
       bringUpToDate();
       break;
-    case QEvent::ApplicationPaletteChange:
-      touchLooks(partFrom_, partTo_);
-      break;
     default:
+      if (tellsOfColours(*event)) touchLooks(partFrom_, partTo_);
       break;
   }
   const bool done = QPlainTextEdit::event(event);

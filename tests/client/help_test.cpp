@@ -70,7 +70,11 @@ TEST_F(ClientHelp, WordsAreFoundOnThePageAgainAndAgain) {
   start();
   trigger("guideAction");
   auto& words = part<QLineEdit>("guideWords");
+  ASSERT_TRUE(QTest::qWaitForWindowActive(words.window()));
+  words.setFocus();
   words.setText(u"rich text"_s);
+  EXPECT_EQ(QApplication::focusWidget(), &words);
+  EXPECT_TRUE(text().contains(u"rich text"_s));
   int first = -1, hits = 0;
   for (int i = 0; i < 50; ++i) {
     QTest::keyClick(&words, Qt::Key_Return);

@@ -5,6 +5,8 @@
 
 #include "client/client_fixture.h"
 #include "client/kept_databases.h"
+#include "embedded/nsf/made_samples.h"
+#include "embedded/nsf/maker/nsf_maker.h"
 
 namespace lens {
 
@@ -161,6 +163,24 @@ TEST_F(KeptState, RecentDatabasesAreNineAndCanBeForgotten) {
   EXPECT_EQ(recent().first(), u"&1 11.nsf on Local"_s);
   part<QMenu>("recentMenu").actions().last()->trigger();
   EXPECT_TRUE(QTest::qWaitFor([&] { return recent().isEmpty(); }));
+}
+
+TEST_F(KeptState, ARealDatabaseThatIsToBeReadComesUpInTheWindowAndHoldsUpNoStart) {
+  const QString file = directory.path() + u"/real.nsf"_s;
+  QFile real(file);
+  ASSERT_TRUE(real.open(QIODevice::WriteOnly));
+  made::SampleIds ids;
+  real.write(made::makeFile(made::sampleDatabase(&ids)).bytes);
+  real.close();
+  startKept();
+  ASSERT_TRUE(window->openDatabase({QString(), file}));
+  window.reset();
+  workspace->client().showNoDatabase();
+  ASSERT_TRUE(QDir(workspace->directory() + u"/cache"_s).removeRecursively());
+  EXPECT_FALSE(openKeptDatabase(*workspace, *settings)) << "nothing is read before the first screen";
+  startKept();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return window->windowTitle().contains(u"read-only copy"_s); }))
+      << window->windowTitle().toStdString();
 }
 
 TEST_F(KeptState, AnotherWorkspaceHasItsOwnDatabases) {

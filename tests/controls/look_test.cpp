@@ -75,6 +75,10 @@ TEST_F(Colours, ReachWindowsThatAreThereAlready) {
     EXPECT_EQ(pictures::cross().pixmap(16, 16).toImage().pixel(8, 8) == lightIcon, scheme == Scheme::Light);
   }
   EXPECT_GE(chosen, 3);
+  const int before = chosen;
+  QEvent fromTheDesktop(QEvent::ApplicationPaletteChange);
+  QApplication::sendEvent(&window, &fromTheDesktop);
+  EXPECT_EQ(chosen, before + 1);
 }
 
 TEST_F(Colours, OfATextAreToldForALightGroundAndReadableOnADarkOne) {
