@@ -14,10 +14,9 @@ tables=("$@")
 "$lupdate" -silent -no-obsolete -locations none -I src src/client src/command src/app src/host -ts "${tables[@]}"
 missing=0
 for table in "${tables[@]}"; do
-  found=$(grep -B6 'type="unfinished"' "$table" | sed -n 's/ *<source>\(.*\)<\/source>/\1/p' || true)
+  found=$(perl -0ne 'while (m{<source>([^<]*)</source>\s*<translation type="unfinished"}g) { print "  $1\n" }' "$table")
   [ -z "$found" ] && continue
-  echo "$table has no words for:"
-  echo "${found//$'\n'/$'\n'  }" | sed '1s/^/  /'
+  printf '%s has no words for:\n%s\n' "$table" "$found"
   missing=1
 done
 exit $missing

@@ -227,6 +227,30 @@
         <source>F5</source>
         <translation>F5</translation>
     </message>
+    <message>
+        <source>Readin&amp;g report...</source>
+        <translation>&amp;Lesebericht...</translation>
+    </message>
+    <message>
+        <source>Tells what was found in the open real database, and what of it cannot be read and why</source>
+        <translation>Sagt, was in der offenen echten Datenbank gefunden wurde, und was davon warum nicht lesbar ist</translation>
+    </message>
+    <message>
+        <source>Show &amp;formula</source>
+        <translation>&amp;Formel zeigen</translation>
+    </message>
+    <message>
+        <source>Shows the formulas of the open note, or of the one under the cursor, with their source</source>
+        <translation>Zeigt die Formeln der offenen Notiz, oder der unter dem Cursor, mit ihrem Quelltext</translation>
+    </message>
+    <message>
+        <source>Show &amp;formulas of the view</source>
+        <translation>&amp;Formeln der Ansicht zeigen</translation>
+    </message>
+    <message>
+        <source>Shows selection and columns of the current view with their source</source>
+        <translation>Zeigt Auswahl und Spalten der aktuellen Ansicht mit ihrem Quelltext</translation>
+    </message>
 </context>
 <context>
     <name>QObject</name>
@@ -285,6 +309,22 @@
     <message>
         <source>File name on %1, folders included:</source>
         <translation>Dateiname auf %1, mit Ordnern:</translation>
+    </message>
+    <message>
+        <source>A database is being read: wait for its end or cancel it first</source>
+        <translation>Eine Datenbank wird gelesen: Warten Sie das Ende ab oder brechen Sie zuerst ab</translation>
+    </message>
+    <message>
+        <source>Save report</source>
+        <translation>Bericht speichern</translation>
+    </message>
+    <message>
+        <source>Text (*.txt);;JSON (*.json)</source>
+        <translation>Text (*.txt);;JSON (*.json)</translation>
+    </message>
+    <message>
+        <source>The reading was cancelled; nothing of it is kept</source>
+        <translation>Das Lesen wurde abgebrochen; nichts davon bleibt</translation>
     </message>
 </context>
 <context>
@@ -531,10 +571,6 @@ Freie Software unter der MIT-Lizenz; ihre Bibliotheken behalten die eigenen.</tr
         <translation>Zeigt die Anhänge der Dokumente oder schreibt sie heraus</translation>
     </message>
     <message>
-        <source>Lists every formula of the design with its source</source>
-        <translation>Zeigt jede Formel der Gestaltung mit ihrem Quelltext</translation>
-    </message>
-    <message>
         <source>Checks the file, every note and every attachment</source>
         <translation>Prüft die Datei, jede Notiz und jeden Anhang</translation>
     </message>
@@ -771,6 +807,14 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     <message>
         <source>Set &quot;%1&quot; of note %2 in %3?</source>
         <translation>„%1“ der Notiz %2 in %3 setzen?</translation>
+    </message>
+    <message>
+        <source>Looks for notes without the tables: deleted and outdated ones may be among them</source>
+        <translation>Sucht Notizen ohne die Tabellen: gelöschte und überholte können darunter sein</translation>
+    </message>
+    <message>
+        <source>Lists every formula, of the design and in documents, with its source</source>
+        <translation>Zeigt jede Formel, der Gestaltung und in Dokumenten, mit ihrem Quelltext</translation>
     </message>
 </context>
 <context>
@@ -1095,6 +1139,143 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     </message>
 </context>
 <context>
+    <name>lens::FormulaController</name>
+    <message>
+        <source>%1: there is no note %2 any more; F5 refreshes the view</source>
+        <translation>%1: die Notiz %2 gibt es nicht mehr; F5 aktualisiert die Ansicht</translation>
+    </message>
+    <message>
+        <source>%1 &quot;%2&quot;, note ID %3,</source>
+        <translation>%1 „%2“, Notiz-ID %3,</translation>
+    </message>
+    <message>
+        <source>(no title)</source>
+        <translation>(kein Titel)</translation>
+    </message>
+</context>
+<context>
+    <name>lens::FormulaModel</name>
+    <message>
+        <source>hidden</source>
+        <translation>verborgen</translation>
+    </message>
+    <message>
+        <source>unreadable</source>
+        <translation>nicht lesbar</translation>
+    </message>
+    <message>
+        <source>kept as source</source>
+        <translation>als Quelltext</translation>
+    </message>
+    <message>
+        <source>proven</source>
+        <translation>bewiesen</translation>
+    </message>
+    <message>
+        <source>names from context</source>
+        <translation>Namen aus dem Zusammenhang</translation>
+    </message>
+    <message>
+        <source>names guessed</source>
+        <translation>Namen geraten</translation>
+    </message>
+    <message>
+        <source>names missing</source>
+        <translation>Namen fehlen</translation>
+    </message>
+    <message>
+        <source>The formula is hidden: its source cannot be read by anybody</source>
+        <translation>Die Formel ist verborgen: Niemand kann ihren Quelltext lesen</translation>
+    </message>
+    <message>
+        <source>It cannot be read: %1</source>
+        <translation>Sie ist nicht lesbar: %1</translation>
+    </message>
+    <message>
+        <source>It was stored as source, as it stands here</source>
+        <translation>Sie war als Quelltext gespeichert, wie er hier steht</translation>
+    </message>
+    <message>
+        <source>It was stored as source, and cannot run: %1 (character %2)</source>
+        <translation>Sie war als Quelltext gespeichert und kann nicht laufen: %1 (Zeichen %2)</translation>
+    </message>
+    <message>
+        <source>It was read from the compiled form, and every name in it is proven</source>
+        <translation>Sie wurde aus der übersetzten Form gelesen, und jeder Name darin ist bewiesen</translation>
+    </message>
+    <message>
+        <source>It cannot run: %1</source>
+        <translation>Sie kann nicht laufen: %1</translation>
+    </message>
+    <message>
+        <source>It was read from the compiled form with names that are not proven: %1</source>
+        <translation>Sie wurde aus der übersetzten Form gelesen, mit Namen, die nicht bewiesen sind: %1</translation>
+    </message>
+    <message>
+        <source>. A date in it says less than the code does</source>
+        <translation>. Ein Datum darin sagt weniger als der Code</translation>
+    </message>
+    <message>
+        <source>Item</source>
+        <translation>Element</translation>
+    </message>
+    <message>
+        <source>Place</source>
+        <translation>Stelle</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>Formula</source>
+        <translation>Formel</translation>
+    </message>
+</context>
+<context>
+    <name>lens::FormulaWindow</name>
+    <message>
+        <source>Formulas</source>
+        <translation>Formeln</translation>
+    </message>
+    <message>
+        <source>C&amp;opy</source>
+        <translation>K&amp;opieren</translation>
+    </message>
+    <message>
+        <source>Puts the source of the formula on the clipboard</source>
+        <translation>Legt den Quelltext der Formel in die Zwischenablage</translation>
+    </message>
+    <message>
+        <source>The formulas of the note; the source of the current one stands below</source>
+        <translation>Die Formeln der Notiz; der Quelltext der aktuellen steht darunter</translation>
+    </message>
+    <message>
+        <source>&amp;Formulas:</source>
+        <translation>&amp;Formeln:</translation>
+    </message>
+    <message>
+        <source>The source of the current formula, for reading and copying</source>
+        <translation>Der Quelltext der aktuellen Formel, zum Lesen und Kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Source:</source>
+        <translation>&amp;Quelltext:</translation>
+    </message>
+    <message>
+        <source>%1 has no formulas</source>
+        <translation>%1 hat keine Formeln</translation>
+    </message>
+    <message>
+        <source>%1 has one formula</source>
+        <translation>%1 hat eine Formel</translation>
+    </message>
+    <message>
+        <source>%1 has %2 formulas</source>
+        <translation>%1 hat %2 Formeln</translation>
+    </message>
+</context>
+<context>
     <name>lens::GuidePage</name>
     <message>
         <source>%1 is not shipped with the program</source>
@@ -1315,6 +1496,33 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     </message>
 </context>
 <context>
+    <name>lens::RealReport</name>
+    <message>
+        <source>%1: %2. The reading report in the menu File tells what and why</source>
+        <translation>%1: %2. Der Lesebericht im Menü Datei sagt, was und warum</translation>
+    </message>
+    <message>
+        <source>Reading report</source>
+        <translation>Lesebericht</translation>
+    </message>
+    <message>
+        <source>&amp;Save...</source>
+        <translation>&amp;Speichern...</translation>
+    </message>
+    <message>
+        <source>Writes the report to a file, as JSON where it is called so</source>
+        <translation>Schreibt den Bericht in eine Datei, als JSON, wo sie so heißt</translation>
+    </message>
+    <message>
+        <source>The report was written to %1</source>
+        <translation>Der Bericht wurde nach %1 geschrieben</translation>
+    </message>
+    <message>
+        <source>%1 was not written: %2</source>
+        <translation>%1 wurde nicht geschrieben: %2</translation>
+    </message>
+</context>
+<context>
     <name>lens::ReportDialog</name>
     <message>
         <source>Import report</source>
@@ -1346,6 +1554,10 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     <message>
         <source>%1 (folder)</source>
         <translation>%1 (Ordner)</translation>
+    </message>
+    <message>
+        <source>Doc&amp;uments: %1, all there are: formula not readable (%2)</source>
+        <translation>Dok&amp;umente: %1, alle, die es gibt: Formel nicht lesbar (%2)</translation>
     </message>
 </context>
 <context>
@@ -1416,6 +1628,18 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     <message>
         <source>Ends the comparison; what was found until then is listed</source>
         <translation>Beendet den Vergleich; was bis dahin gefunden wurde, wird gezeigt</translation>
+    </message>
+    <message>
+        <source>Reading %1</source>
+        <translation>Liest %1</translation>
+    </message>
+    <message>
+        <source>Cancel &amp;reading</source>
+        <translation>&amp;Lesen abbrechen</translation>
+    </message>
+    <message>
+        <source>Ends the reading; nothing of it is kept</source>
+        <translation>Beendet das Lesen; nichts davon bleibt</translation>
     </message>
 </context>
 </TS>
