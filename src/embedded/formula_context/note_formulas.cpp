@@ -130,6 +130,8 @@ void Formulas::readField(QByteArrayView record) {
   add(u"field %1, default value"_s.arg(name), field.defaultValue);
   add(u"field %1, input translation"_s.arg(name), field.inputTranslation);
   add(u"field %1, input validation"_s.arg(name), field.inputValidation);
+  const qsizetype size = formula::compiledSize(field.keywordsFormula);
+  add(u"field %1, keywords"_s.arg(name), field.keywordsFormula.first(size));
 }
 
 void Formulas::readAgent(QByteArrayView record) {

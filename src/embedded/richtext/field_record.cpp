@@ -23,6 +23,8 @@ bool readStoredField(QByteArrayView record, StoredField& field) {
   field.name = reader.take(name);
   field.description = reader.take(description);
   field.keywords = reader.take(keywords);
+  ByteReader list(field.keywords);
+  field.keywordsFormula = list.u16() == 0 ? list.take(list.left()) : QByteArrayView();
   return kind == StoredField::kKind && !reader.failed();
 }
 

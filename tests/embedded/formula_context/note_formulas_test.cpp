@@ -60,13 +60,15 @@ TEST(NoteFormulas, OfFieldsTellWhatTheyAreFor) {
   field.defaultValue = compiled(u"@Now");
   field.inputTranslation = sourceFormula(u"@Trim(Size)");
   field.inputValidation = compiled(u"@Success");
+  field.keywords = QByteArray(2, '\0') + compiled(u"@DbColumn(\"\"; \"\"; \"All\"; 1)");
   RecordWriter body;
   body.appendInline(fieldRecord(field, {}));
   Note note;
   note.add(u"$Body"_s, 0, rawValue(itemtype::RichText, body.bytes()));
   EXPECT_EQ(shown(note), QStringList({u"$Body|field Größe, default value|@Now"_s,
                                       u"$Body|field Größe, input translation|@Trim(Size)"_s,
-                                      u"$Body|field Größe, input validation|@Success"_s}));
+                                      u"$Body|field Größe, input validation|@Success"_s,
+                                      u"$Body|field Größe, keywords|@DbColumn(\"\"; \"\"; \"All\"; 1)"_s}));
 }
 
 TEST(NoteFormulas, OfRecordsAreFoundAtTheirPlaces) {

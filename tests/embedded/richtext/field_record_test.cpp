@@ -38,6 +38,23 @@ TEST(FieldRecords, TellTheirParts) {
   }
 }
 
+TEST(FieldRecords, TellTheFormulaBehindAnEmptyListOfKeywords) {
+  const auto keywordsOf = [](const QByteArray& keywords) {
+    QByteArray data(32, '\0');
+    data[30] = char(keywords.size());
+    const QByteArray record = richrecord::wordRecord(StoredField::kKind, data + keywords);
+    StoredField field;
+    EXPECT_TRUE(readStoredField(record, field));
+    EXPECT_EQ(field.keywords, keywords);
+    return field.keywordsFormula.toByteArray();
+  };
+  EXPECT_EQ(keywordsOf(QByteArray("\0\0formula", 9)), "formula");
+  EXPECT_EQ(keywordsOf(QByteArray("\1\0\3\0abc", 7)), "");
+  EXPECT_EQ(keywordsOf(QByteArray("\0\0", 2)), "");
+  EXPECT_EQ(keywordsOf(QByteArray("\0", 1)), "");
+  EXPECT_EQ(keywordsOf({}), "");
+}
+
 TEST(FieldRecords, AreNotReadWhenTheyAreCut) {
   const QByteArray record = fieldBytes(2);
   StoredField field;
