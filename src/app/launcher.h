@@ -15,9 +15,9 @@ namespace lens {
 class Launcher {
  public:
   // Opens the workspace that the environment variable TESSALY_WORKSPACE names, else works on the client where
-  // this platform has one, else opens the user's own workspace, which the first start fills with samples. What
-  // was open at the end of the last start is open again. When a workspace cannot be opened the user is told why,
-  // and the program comes up with closed doors.
+  // this platform has one, else opens the user's own workspace, which the first start fills with samples.
+  // What was open at the end of the last start is open again. When a workspace cannot be opened the user is
+  // told why, and the program comes up with closed doors.
   explicit Launcher(Host& host, ClientDoors client = {});
   ~Launcher();
 
