@@ -1,5 +1,5 @@
 # The commands of the README. Each installs what is missing, configures, builds and does its job.
-.PHONY: run test soak bench growth fuzz tidy screenshots translations package format check-format clean
+.PHONY: run test soak bench growth fuzz tidy screenshots translations package windows format check-format clean
 
 run:
 	@scripts/run.sh
@@ -30,6 +30,9 @@ translations:
 
 package:
 	@scripts/package.sh
+
+windows:
+	@scripts/windows.sh
 
 format:
 	@git ls-files '*.cpp' '*.h' | xargs clang-format -i

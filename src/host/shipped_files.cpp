@@ -11,8 +11,15 @@
 namespace lens {
 namespace {
 
+#ifdef Q_OS_WIN
+// All that is unpacked lies in one folder.
+const QString kShipped = u"/share/"_s;
+#else
+const QString kShipped = u"/../share/tessaly-lens/"_s;
+#endif
+
 QString placeOfShipped(const QString& name) {
-  return QCoreApplication::applicationDirPath() + u"/../share/tessaly-lens/"_s + name;
+  return QCoreApplication::applicationDirPath() + kShipped + name;
 }
 
 bool speak(const QLocale& locale, const QString& name, const QString& directory) {
