@@ -1,5 +1,5 @@
 # The commands of the README. Each installs what is missing, configures, builds and does its job.
-.PHONY: run test soak bench growth fuzz tidy screenshots translations package windows format check-format clean
+.PHONY: run test soak bench growth fuzz tidy screenshots translations package windows test-windows format check-format clean
 
 run:
 	@scripts/run.sh
@@ -33,6 +33,9 @@ package:
 
 windows:
 	@scripts/windows.sh
+
+test-windows:
+	@scripts/test_windows.sh
 
 format:
 	@git ls-files '*.cpp' '*.h' | xargs clang-format -i

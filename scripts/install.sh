@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what the given purposes (build, test, bench, fuzz, run, format, tidy, package, windows) need and is missing. Debian packages.
+# Installs what the given purposes (build, test, bench, fuzz, run, format, tidy, package, windows, wine) need and is missing. Debian packages.
 set -euo pipefail
 
 build=(g++ cmake ninja-build make pkg-config qt6-base-dev qt6-base-dev-tools qt6-l10n-tools libgl-dev libsqlite3-dev
@@ -12,6 +12,7 @@ format=(clang-format)
 tidy=(clang-tidy)
 package=(dpkg-dev file gzip lintian desktop-file-utils appstream)
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix dpkg-dev icu-devtools tcl zip)
+wine=(wine wine64 xvfb xauth openbox xdotool imagemagick x11-utils)
 
 wanted=()
 for purpose in "$@"; do

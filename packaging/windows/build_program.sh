@@ -9,6 +9,6 @@ shift 3
 [ $# -gt 0 ] || set -- TessalyAndDocContent
 host_cmake=/usr/lib/$(dpkg-architecture -qDEB_BUILD_MULTIARCH)/cmake
 cmake -S "$here/../.." -B "$directory" -G Ninja --toolchain "$here/toolchain.cmake" -DLENS_WINDOWS_ARCH="$arch" \
-  -DLENS_WINDOWS_PREFIX="$libraries" -DCMAKE_BUILD_TYPE=Release -DLENS_TESTS=OFF \
+  -DLENS_WINDOWS_PREFIX="$libraries" -DCMAKE_BUILD_TYPE=Release -DLENS_TESTS=OFF -DLENS_WINDOWS_DOUBLES="${LENS_WINDOWS_DOUBLES:-OFF}" \
   -DQT_HOST_PATH=/usr -DQT_HOST_PATH_CMAKE_DIR="$host_cmake" -DQt6HostInfo_DIR="$host_cmake/Qt6HostInfo" >/dev/null
 cmake --build "$directory" --target "$@"
