@@ -149,7 +149,7 @@ TEST_F(Tour, StepsFourToSixTakeOtherDocumentsAndNotes) {
     return -1;
   }();
   ASSERT_GE(type, 0);
-  form().cmbFieldType->setListIndex(type);
+  form().cmbFieldType->setText(form().cmbFieldType->list(type));
   const int all = form().fldList->listCount();
   form().cmdFldtype->raiseClick();
   EXPECT_GT(form().fldList->listCount(), 0);
