@@ -326,6 +326,14 @@
         <source>The reading was cancelled; nothing of it is kept</source>
         <translation>Das Lesen wurde abgebrochen; nichts davon bleibt</translation>
     </message>
+    <message>
+        <source>read-only copy of %1, %2 of %3 notes read</source>
+        <translation>schreibgeschützte Kopie von %1, %2 von %3 Dokumenten gelesen</translation>
+    </message>
+    <message>
+        <source>%1 (formula not readable)</source>
+        <translation>%1 (Formel nicht lesbar)</translation>
+    </message>
 </context>
 <context>
     <name>lens::AboutDialog</name>
@@ -1498,10 +1506,6 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
 <context>
     <name>lens::RealReport</name>
     <message>
-        <source>%1: %2. The reading report in the menu File tells what and why</source>
-        <translation>%1: %2. Der Lesebericht im Menü Datei sagt, was und warum</translation>
-    </message>
-    <message>
         <source>Reading report</source>
         <translation>Lesebericht</translation>
     </message>
@@ -1520,6 +1524,10 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     <message>
         <source>%1 was not written: %2</source>
         <translation>%1 wurde nicht geschrieben: %2</translation>
+    </message>
+    <message>
+        <source>%1: %2 of %3 notes read: not all that the file holds can be shown. The reading report in the menu File tells what and why</source>
+        <translation>%1: %2 von %3 Dokumenten gelesen: Nicht alles, was die Datei enthält, kann gezeigt werden. Der Lesebericht im Menü Datei sagt, was und warum</translation>
     </message>
 </context>
 <context>

@@ -8,6 +8,7 @@
 #include "client/document_pane.h"
 #include "client/panes.h"
 #include "client/real_reading.h"
+#include "client/real_report.h"
 #include "client/view_pane.h"
 
 namespace lens {
@@ -245,7 +246,7 @@ void DatabaseController::showTitle() {
   } catch (const RuntimeError& error) {
     controls_.showError(error.description());
   }
-  if (const auto real = workspace_->realDatabase(*database_)) title += tr(" (%1)").arg(real->line());
+  if (const auto real = workspace_->realDatabase(*database_)) title += tr(" (%1)").arg(realLine(*real));
   window.setWindowTitle(tr("Client: %1").arg(title));
 }
 
@@ -253,7 +254,7 @@ void DatabaseController::showCounts() {
   if (!place_ || !views_.currentEntry()) return controls_.statusBar->showMessage(tr("No database is open"));
   views_.showCount();
   QString status = tr("%1 on %2").arg(place_->path, serverLabel(place_->server));
-  if (const auto real = workspace_->realDatabase(*database_)) status += tr("    %1").arg(real->line());
+  if (const auto real = workspace_->realDatabase(*database_)) status += tr("    %1").arg(realLine(*real));
   const qsizetype marked = workspace_->client().visibleSelection().size();
   if (marked > 0) status += tr("    %1 marked").arg(marked);
   if (views_.isStale()) status += tr("    Documents have changed: F5 refreshes");

@@ -12,6 +12,13 @@
 
 namespace lens {
 
+QString realLine(const RealDatabase& real) {
+  return QObject::tr("read-only copy of %1, %2 of %3 notes read")
+      .arg(QFileInfo(real.source).fileName())
+      .arg(real.notesRead)
+      .arg(real.notesFound);
+}
+
 RealReport::RealReport(ClientControls& controls, DatabaseController& databases)
     : controls_(controls), databases_(databases) {
   connect(controls.readingReportAction, &QAction::triggered, this, &RealReport::show);
@@ -27,14 +34,17 @@ void RealReport::offer() {
   if (shown_.lock() == database) return;
   shown_ = database;
   if (real && !real->isComplete)
-    controls_.showError(tr("%1: %2. The reading report in the menu File tells what and why")
-                            .arg(QFileInfo(real->source).fileName(), real->warning()));
+    controls_.showError(tr("%1: %2 of %3 notes read: not all that the file holds can be shown. The reading "
+                           "report in the menu File tells what and why")
+                            .arg(QFileInfo(real->source).fileName())
+                            .arg(real->notesRead)
+                            .arg(real->notesFound));
 }
 
 void RealReport::show() {
   const std::optional<RealDatabase> real = databases_.real();
   if (!real) return;
-  auto* dialog = new ReportDialog(real->line(), real->reportText, &controls_.window);
+  auto* dialog = new ReportDialog(realLine(*real), real->reportText, &controls_.window);
   dialog->setWindowTitle(tr("Reading report"));
   QPushButton* save =
       dialog->addButton(tr("&Save..."), tr("Writes the report to a file, as JSON where it is called so"));

@@ -24,7 +24,7 @@ bool isCategory(const ViewDesign& design, int column) {
 
 // Without its formula a column shows the item of its own name.
 QString titleOf(const DesignColumn& column) {
-  return column.compiledOnly ? u"%1 (formula not readable)"_s.arg(column.item) : column.title;
+  return column.compiledOnly ? QObject::tr("%1 (formula not readable)").arg(column.item) : column.title;
 }
 
 // What stands lower stands further in, by its first text.
