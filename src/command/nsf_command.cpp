@@ -19,10 +19,12 @@ std::unique_ptr<NsfDatabase> openFile(CommandCall& call) {
     throw RuntimeError(enginefault::CannotOpen, u"%1: the file cannot be read (%2)"_s.arg(path, reason));
   source->setWatch([&call] { return call.console.requireGoingOn(), true; });
   const NsfReading reading = call.has(u"salvage") ? NsfReading::Salvage : NsfReading::Proven;
-  auto database = std::make_unique<NsfDatabase>(std::move(source), reading);
-  if (!database->isOpen())
-    throw RuntimeError(enginefault::CannotOpen, path + u": "_s + database->report().refused);
-  return database;
+  return std::make_unique<NsfDatabase>(std::move(source), reading);
+}
+
+void requireOpen(const CommandCall& call, const NsfDatabase& database) {
+  if (!database.isOpen())
+    throw RuntimeError(enginefault::CannotOpen, call.arguments[1] + u": "_s + database.report().refused);
 }
 
 // Each note in turn; how far it is shown meanwhile.
@@ -91,9 +93,11 @@ void writeText(CommandCall& call, const NsfAcl& acl) {
   }
 }
 
-// Reads every note and the list, since the report counts what it meets.
+// Reads every note and the list, since the report counts what it meets. Of a database that is refused its
+// header still tells something.
 int tell(CommandCall& call) {
   const auto database = openFile(call);
+  if (database->refusal() == NsfRefusal::NotADatabase) requireOpen(call, *database);
   forEachNote(call, *database, [](const NsfNote&) {});
   const std::optional<NsfAcl> acl = database->acl();
   const NsfReport& report = database->report();
@@ -102,6 +106,7 @@ int tell(CommandCall& call) {
     QJsonObject json = report.json();
     if (acl) json[u"acl"_s] = nsfAclJson(*acl);
     writeJson(call, json);
+    requireOpen(call, *database);
     return exitCodeOf(report);
   }
   QByteArray lines;
@@ -111,11 +116,13 @@ int tell(CommandCall& call) {
   }
   call.console.out().write(lines);
   if (acl) writeText(call, *acl);
+  requireOpen(call, *database);
   return exitCodeOf(report);
 }
 
 int dump(CommandCall& call) {
   const auto database = openFile(call);
+  requireOpen(call, *database);
   forEachNote(call, *database, [&](const NsfNote& note) {
     call.json() ? writeJson(call, nsfNoteJson(note)) : writeText(call, note);
   });

@@ -79,6 +79,44 @@ TEST_F(RealFile, OtherFilesAndWordsAreRefusedInOneLine) {
   EXPECT_EQ(run({u"nsf"_s, u"show"_s, path()}).code, exitcode::WrongUse);
 }
 
+TEST_F(RealFile, ARefusedOneIsToldAsFarAsItsHeaderGoes) {
+  made::MadeDatabase old = made::sampleDatabase();
+  old.ods = 41;
+  write(path(), made::makeFile(old).bytes);
+  const CommandResult text = run({u"nsf"_s, u"info"_s, path()});
+  EXPECT_EQ(text.code, exitcode::Failed);
+  EXPECT_TRUE(text.out.contains(u"ODS version: 41"_s) && text.out.contains(u"Not opened. "_s))
+      << text.out.toStdString();
+  ASSERT_EQ(text.errorLines().size(), 1);
+  EXPECT_TRUE(text.error.contains(path() + u": It was created by an older release"_s));
+  const CommandResult json = run({u"nsf"_s, u"info"_s, path(), u"--json"_s});
+  EXPECT_EQ(json.code, exitcode::Failed);
+  ASSERT_EQ(json.objects().size(), 1);
+  EXPECT_EQ(json.objects()[0][u"title"], u"Papers"_s);
+  EXPECT_NE(json.objects()[0][u"refused"].toString(), QString());
+  EXPECT_EQ(run({u"nsf"_s, u"dump"_s, path()}).out, QString());
+}
+
+TEST_F(RealFile, SalvageFindsNotesThatNoTableLeadsTo) {
+  made::MadeDatabase described = made::sampleDatabase(&ids);
+  described.entries.insert(ids.icon, made::MadeEntry{0x7FFFFFFF, 0});
+  write(path(), made::makeFile(described).bytes);
+  const auto shows = [&](const QStringList& options) {
+    const CommandResult result = run(QStringList{u"nsf"_s, u"dump"_s, path()} + options);
+    return result.out.contains(u"note "_s + eightDigits(ids.icon));
+  };
+  EXPECT_FALSE(shows({}));
+  EXPECT_TRUE(shows({u"--salvage"_s}));
+}
+
+TEST_F(RealFile, ItsAccessControlListIsTold) {
+  const CommandResult text = run({u"nsf"_s, u"info"_s, path()});
+  EXPECT_TRUE(text.out.contains(u"Access control list: 3 entries\n"_s)) << text.out.toStdString();
+  EXPECT_TRUE(text.lines().contains(
+      u"    CN=Ada/O=T                                level 6  flags 0020  [Clerk] [Boss]"_s))
+      << text.out.toStdString();
+}
+
 TEST_F(RealFile, IsReadByOtherCommandsInThePlaceOfADatabase) {
   const CommandResult result = run({u"documents"_s, path()});
   EXPECT_EQ(result.code, exitcode::Done) << result.error.toStdString();
