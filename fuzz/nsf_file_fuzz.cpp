@@ -21,6 +21,13 @@ MadeDatabase describedFile(int number) {
     described.ods = 55;
     return described;
   }
+  if (number == 2) {
+    SampleIds ids;
+    MadeDatabase described = sampleDatabase(&ids);
+    described.bodyBuckets = MadeDatabase::BodyBuckets::Marked;
+    described.note(ids.plain).bodyInBucket = true;
+    return described;
+  }
   return randomDatabase(quint32(number), 12);
 }
 

@@ -139,6 +139,66 @@ TEST_F(RealDatabases, AreCopiedWithTheirAttachments) {
   EXPECT_EQ(files, 5);
 }
 
+// What finds and reads notes of ours finds and reads these.
+TEST_F(RealDatabases, AreReadBehindTheObjectModelAsOurs) {
+  ASSERT_TRUE(lens::RealDatabases::indexCopy(open()->path(), [](qint64, qint64) { return true; }));
+  EmbeddedGateway gateway(workspace);
+  const Object session = gateway.create(u"Notes.NotesSession"_s);
+  const Object database = session.call(u"GETDATABASE"_s, u""_s, u"real.nsf"_s).object();
+  const auto noteId = [](const Object& document) { return document.get(u"NOTEID"_s).text(); };
+  const QString unid = made::unidText(described.note(ids.parent).unid);
+  const Object byUnid = database.call(u"GETDOCUMENTBYUNID"_s, unid).object();
+  EXPECT_EQ(noteId(byUnid), NoteId(ids.parent).hexText());
+  EXPECT_EQ(byUnid.call(u"GETITEMVALUE"_s, u"Subject"_s).at(0).text(), u"question"_s);
+  const Object byId = database.call(u"GETDOCUMENTBYID"_s, NoteId(ids.plain).hexText()).object();
+  EXPECT_EQ(byId.get(u"UNIVERSALID"_s).text(), made::unidText(described.note(ids.plain).unid));
+  EXPECT_TRUE(byId.call(u"GETFIRSTITEM"_s, u"Authors"_s).object().get(u"ISAUTHORS"_s).boolean());
+  const auto only = [&](const Object& found) {
+    EXPECT_EQ(found.get(u"COUNT"_s).number(), 1);
+    return noteId(found.call(u"GETFIRSTDOCUMENT"_s).object());
+  };
+  EXPECT_EQ(only(database.call(u"SEARCH"_s, u"Subject = \"answer\""_s, Object(), 0).object()),
+            NoteId(ids.response).hexText());
+  EXPECT_EQ(only(database.call(u"FTSEARCH"_s, u"answer"_s, 0).object()), NoteId(ids.response).hexText());
+  EXPECT_EQ(only(database.call(u"GETPROFILEDOCCOLLECTION"_s, u"CalendarProfile"_s).object()),
+            NoteId(ids.profile).hexText());
+  const std::pair<const char16_t*, quint32> kinds[] = {{u"SELECTACL", ids.acl},
+                                                       {u"SELECTFORMS", ids.form},
+                                                       {u"SELECTVIEWS", ids.view},
+                                                       {u"SELECTFOLDERS", ids.folder},
+                                                       {u"SELECTICON", ids.icon}};
+  for (const auto& [kind, id] : kinds) {
+    const Object notes = database.call(u"CREATENOTECOLLECTION"_s, false).object();
+    notes.set(QString::fromUtf16(kind), true);
+    notes.call(u"BUILDCOLLECTION"_s);
+    EXPECT_EQ(notes.call(u"GETFIRSTNOTEID"_s).text(), NoteId(id).hexText());
+    EXPECT_EQ(notes.get(u"COUNT"_s).number(), 1);
+  }
+}
+
+TEST_F(RealDatabases, AreReadBehindTheFunctionsAsOurs) {
+  EmbeddedCApi api(workspace);
+  DbHandle handle = 0;
+  ASSERT_EQ(api.NSFDbOpen("real.nsf", handle), 0);
+  qint32 form = 0;
+  EXPECT_EQ(api.NIFFindDesignNote(handle, "Memo", noteclass::Form, form), 0);
+  EXPECT_EQ(quint32(form), ids.form);
+  NoteHandle icon = 0;
+  ASSERT_EQ(api.NSFNoteOpen(handle, qint32(0xFFFF0010), 0, icon), 0);
+  BlockId item, value;
+  quint16 type = 0;
+  quint32 length = 0;
+  ASSERT_EQ(api.NSFItemInfo(icon, "$TITLE", 6, item, type, value, length), 0);
+  EXPECT_EQ(type, itemtype::Text);
+  const char* const bytes = api.OSLockObject(value.pool) + value.block;
+  EXPECT_EQ(QByteArray(bytes + 2, qsizetype(length) - 2), "Papers\n#1pumps");
+  api.OSUnlockObject(value.pool);
+  NoteHandle stub = 0;
+  EXPECT_NE(api.NSFNoteOpen(handle, qint32(ids.stub), 0, stub), 0);
+  api.NSFNoteClose(icon);
+  api.NSFDbClose(handle);
+}
+
 // Every member that writes raises, and not a byte changes: neither of the file nor of its copy.
 TEST_F(RealDatabases, RefuseEveryChangeBehindTheObjectModel) {
   EmbeddedGateway gateway(workspace);
