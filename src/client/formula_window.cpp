@@ -72,6 +72,7 @@ QWidget* FormulaWindow::makeSource() {
   source_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   source_->setToolTip(tr("The source of the current formula, for reading and copying"));
   useListFont(*source_);
+  source_->setTabStopDistance(4 * source_->fontMetrics().averageCharWidth());
   return labelled(tr("&Source:"), source_);
 }
 
