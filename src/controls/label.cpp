@@ -16,8 +16,7 @@ void Label::giveColours() {
   if (link_) {
     const QPalette all = QApplication::palette();
     colours.setColor(QPalette::WindowText, all.color(QPalette::Active, QPalette::Link));
-    colours.setColor(QPalette::Window, parentWidget() ? parentWidget()->palette().color(QPalette::Window)
-                                                      : all.color(QPalette::Window));
+    colours.setColor(QPalette::Window, all.color(QPalette::Active, QPalette::Window));
   }
   setPalette(colours);
 }

@@ -44,6 +44,7 @@ TEST(Colours, EveryControlOfEveryWindowCanBeRead) {
   ASSERT_TRUE(QTest::qWaitFor([&] { return launcher.client() != nullptr; }));
   for (const Scheme scheme : {Scheme::Dark, Scheme::Light}) {
     applyLook(scheme);
+    QCoreApplication::processEvents();  // widgets hear of it with the next events
     int seen = 0;
     for (const QWidget* widget : QApplication::allWidgets()) {
       const auto [text, ground] = rolesOf(*widget);

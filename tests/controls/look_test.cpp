@@ -19,6 +19,11 @@ constexpr double kReadable = 4.5, kDisabled = 3;
 class Colours : public testing::Test {
  protected:
   ~Colours() override { applyLook(); }
+  // Widgets hear of it with the next events.
+  static void show(Scheme scheme) {
+    applyLook(scheme);
+    QCoreApplication::processEvents();
+  }
 };
 
 TEST_F(Colours, EveryTextCanBeReadOnItsGroundInBothSets) {
@@ -55,7 +60,7 @@ TEST_F(Colours, FollowTheDesktop) {
 }
 
 TEST_F(Colours, ReachWindowsThatAreThereAlready) {
-  applyLook(Scheme::Light);
+  show(Scheme::Light);
   QWidget window;
   auto* link = new Label(&window);
   link->setLink(true);
@@ -66,7 +71,7 @@ TEST_F(Colours, ReachWindowsThatAreThereAlready) {
   window.show();
   const QRgb lightIcon = pictures::cross().pixmap(16, 16).toImage().pixel(8, 8);
   for (const Scheme scheme : {Scheme::Dark, Scheme::Light}) {
-    applyLook(scheme);
+    show(scheme);
     const QPalette palette = lensPalette(scheme);
     EXPECT_EQ(QApplication::palette().color(QPalette::Window), palette.color(QPalette::Window));
     EXPECT_EQ(window.palette().color(QPalette::Window), palette.color(QPalette::Window));
@@ -96,7 +101,7 @@ TEST_F(Colours, OfATextAreToldForALightGroundAndReadableOnADarkOne) {
 }
 
 TEST_F(Colours, OfHitsFollowAndAreStillToldAsTheyWereSet) {
-  applyLook(Scheme::Light);
+  show(Scheme::Light);
   RichTextBox box;
   box.resize(200, 100);
   box.setText(QStringLiteral("one two"));
@@ -111,10 +116,10 @@ TEST_F(Colours, OfHitsFollowAndAreStillToldAsTheyWereSet) {
     return cursor.charFormat().foreground().color();
   };
   EXPECT_EQ(shown(4), QColor(255, 0, 0));
-  applyLook(Scheme::Dark);
+  show(Scheme::Dark);
   EXPECT_EQ(shown(4), colour::shownText(QColor(255, 0, 0), lensPalette(Scheme::Dark)));
   EXPECT_EQ(box.colorAt(5), 0x0000FFu);
-  applyLook(Scheme::Light);
+  show(Scheme::Light);
   EXPECT_EQ(shown(4), QColor(255, 0, 0));
 }
 
