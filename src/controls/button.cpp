@@ -61,7 +61,7 @@ void Button::giveColours() {
   QPalette own;
   if (destructive_) {
     const QPalette all = QApplication::palette();
-    own.setColor(QPalette::Button, palette().color(QPalette::Window));
+    own.setColor(QPalette::Button, all.color(QPalette::Active, QPalette::Window));
     own.setColor(QPalette::ButtonText, colour::destructiveText(all));
     own.setColor(QPalette::Disabled, QPalette::ButtonText,
                  all.color(QPalette::Disabled, QPalette::ButtonText));

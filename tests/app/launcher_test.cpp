@@ -167,7 +167,7 @@ TEST_F(ProgramTest, TheNextStartShowsWhatWasOpenInTheSamePlaces) {
   EXPECT_NE(launcher.application().layout.recordedHeight() / WindowLayout::kTwipsPerPixel, main.height());
   ASSERT_TRUE(clientComesUp(launcher));
   EXPECT_EQ(launcher.client()->geometry(), QRect(20, 30, 700, 480));
-  EXPECT_TRUE(launcher.client()->windowTitle().contains(u"deas"))
+  EXPECT_TRUE(launcher.client()->windowTitle().contains(u"Discussion"))
       << launcher.client()->windowTitle().toStdString();
 }
 
@@ -192,7 +192,7 @@ TEST_F(ProgramTest, FilesThatItIsStartedWithComeIntoTheClientWindow) {
   launcher.openWhenShown({directory.filePath(u"workspace/data/disc/ideas.nsf"_s)});
   launcher.start();
   ASSERT_TRUE(clientComesUp(launcher));
-  ASSERT_TRUE(QTest::qWaitFor([&] { return launcher.client()->windowTitle().contains(u"deas"); }))
+  ASSERT_TRUE(QTest::qWaitFor([&] { return launcher.client()->windowTitle().contains(u"Discussion"); }))
       << launcher.client()->windowTitle().toStdString();
 }
 
