@@ -183,8 +183,8 @@ void ListBox::paintCheck(QPainter& painter, int row, const QRect& place) const {
   QStyleOptionButton check;
   check.initFrom(this);
   check.state &= ~(QStyle::State_HasFocus | QStyle::State_MouseOver);
-  // Boxes without a mark are seen on a grey list too.
-  if (!isDark(palette())) check.palette.setColor(QPalette::Base, Qt::white);
+  // Boxes without a mark are seen on a grey list, and on a dark one.
+  check.palette.setColor(QPalette::Base, isDark(palette()) ? palette().color(QPalette::Light) : Qt::white);
   check.state |= isRowMarked(row) ? QStyle::State_On : QStyle::State_Off;
   const int size = std::min(13, place.height());
   check.rect =
