@@ -73,7 +73,7 @@ int exitCodeOf(const NsfReport& report) {
 
 // Another program may write the file meanwhile.
 void tellOfChanges(CommandCall& call, const NsfDatabase& database) {
-  if (database.hasChangedSince())
+  if (database.isOpen() && database.hasChangedSince())
     call.console.say(
         u"%1: %2: the file was written while it was read: what is told may be of two states"_s.arg(
             call.name, call.arguments[1]));

@@ -158,7 +158,9 @@ TEST_F(RealFile, WhatCannotBeShownIsAWarningOfEveryCommand) {
                                      {u"formulas"_s, path()},
                                      {u"integrity"_s, path()}}) {
     const CommandResult result = run(command);
-    const int code = command.first() == u"integrity" ? exitcode::Found : exitcode::Done;
+    // A document of the sample has a formula that nobody can read.
+    const bool isFound = command.first() == u"integrity" || command.first() == u"formulas";
+    const int code = isFound ? exitcode::Found : exitcode::Done;
     EXPECT_EQ(result.code, code) << command.first().toStdString() << ": " << result.error.toStdString();
     ASSERT_EQ(result.errorLines().size(), 1) << command.first().toStdString();
     EXPECT_TRUE(result.error.startsWith(command.first() + u": "_s + path() + u": "_s));
