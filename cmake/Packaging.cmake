@@ -1,4 +1,5 @@
-# What `cmake --install` puts where, and the Debian package of it.
+# What `cmake --install` puts where, and the Debian package of it. Neither builds anything.
+set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
 include(GNUInstallDirs)
 
 set(CPACK_PACKAGE_NAME tessaly-lens)

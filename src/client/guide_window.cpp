@@ -60,6 +60,8 @@ void GuidePage::doSetSource(const QUrl& url, QTextDocument::ResourceType) {
   document()->setLayoutEnabled(false);
   QTextBrowser::doSetSource(
       url, isMarkdown(url) && isThere ? QTextDocument::MarkdownResource : QTextDocument::HtmlResource);
+  document()->setLayoutEnabled(true);
+  document()->markContentsDirty(0, document()->characterCount());
 }
 
 GuideWindow::GuideWindow(QWidget* parent)
