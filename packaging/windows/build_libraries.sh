@@ -12,7 +12,9 @@ work=$prefix/work
 host_cmake=/usr/lib/$(dpkg-architecture -qDEB_BUILD_MULTIARCH)/cmake
 export CMAKE_BUILD_PARALLEL_LEVEL=${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}
 
-cross=(-G Ninja --toolchain "$here/toolchain.cmake" -DLENS_WINDOWS_ARCH="$arch" -DLENS_WINDOWS_PREFIX="$prefix"
+# A copy, so that a build that was interrupted can go on from another checkout of these scripts.
+cp "$here/toolchain.cmake" "$prefix/"
+cross=(-G Ninja --toolchain "$prefix/toolchain.cmake" -DLENS_WINDOWS_ARCH="$arch" -DLENS_WINDOWS_PREFIX="$prefix"
        -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$prefix")
 
 # What a library is built by; another recipe means another library.
