@@ -66,6 +66,12 @@ QStringList filesIn(const QString& folder) {
 
 }  // namespace
 
+QStringList filesToImport(const QStringList& filesOrFolders) {
+  QStringList files;
+  for (const QString& one : filesOrFolders) files += QFileInfo(one).isDir() ? filesIn(one) : QStringList{one};
+  return files;
+}
+
 struct DxlImporter::ToImport {
   QString path;
   OtherFiles* others;  // takes it when it is no DXL; null reports that for itself
@@ -200,7 +206,7 @@ void DxlImporter::importFiles(const QStringList& filesOrFolders, ImportReport& r
   for (const QString& one : filesOrFolders) {
     const bool folder = QFileInfo(one).isDir();
     if (folder) folders.push_back({one, {}});
-    for (const QString& file : folder ? filesIn(one) : QStringList{one})
+    for (const QString& file : filesToImport({one}))
       files.push_back({file, folder ? &folders.back().second : nullptr});
   }
   for (qsizetype done = 0; done < files.size() && !report.cancelled;) {
@@ -210,7 +216,9 @@ void DxlImporter::importFiles(const QStringList& filesOrFolders, ImportReport& r
   }
   for (const auto& [folder, others] : folders) {
     const QString line = others.line(folder);
-    if (!line.isEmpty()) report.ignored.push_back(line);
+    if (line.isEmpty()) continue;
+    report.ignored.push_back(line);
+    report.otherFiles.push_back(line);
   }
 }
 

@@ -21,6 +21,9 @@ class Database;
 class OtherFiles;
 struct ImportContext;
 
+// Files as they are named; of folders all files, with their subfolders, in order of name.
+QStringList filesToImport(const QStringList& filesOrFolders);
+
 class ImportProgress {
  public:
   virtual ~ImportProgress() = default;

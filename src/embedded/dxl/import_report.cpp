@@ -12,11 +12,30 @@ void appendSection(QString& out, const QString& title, const QStringList& lines)
   for (const QString& line : lines) out += u"  %1\n"_s.arg(line);
 }
 
-void appendCounted(QStringList& lines, const QString& file, const QMap<QString, int>& counts) {
+void appendCounted(QStringList& lines, QMap<QString, ImportReport::Finding>& kinds, const QString& file,
+                   const QMap<QString, int>& counts) {
   for (auto it = counts.cbegin(); it != counts.cend(); ++it) {
     const QString times = it.value() == 1 ? u"once"_s : u"%1 times"_s.arg(it.value());
     lines.push_back(u"%1: %2 (%3)"_s.arg(file, it.key(), times));
+    ImportReport::Finding& kind = kinds[it.key()];
+    if (kind.files++ == 0) kind.line = lines.last();
+    kind.times += it.value();
   }
+}
+
+// What many files have in common takes one line.
+QStringList grouped(const QMap<QString, ImportReport::Finding>& kinds) {
+  QStringList lines;
+  for (auto it = kinds.cbegin(); it != kinds.cend(); ++it) {
+    const ImportReport::Finding& kind = it.value();
+    if (kind.files == 1)
+      lines.push_back(kind.line);
+    else if (kind.times == kind.files)
+      lines.push_back(u"%1 (%2 files)"_s.arg(it.key()).arg(kind.files));
+    else
+      lines.push_back(u"%1 (%2 files, %3 times)"_s.arg(it.key()).arg(kind.files).arg(kind.times));
+  }
+  return lines;
 }
 
 }  // namespace
@@ -25,8 +44,8 @@ QString ImportReport::text() const {
   QString out = u"%1 notes imported, %2 of them replaced.\n"_s.arg(notes).arg(replaced);
   if (cancelled) out += u"Cancelled; the file at hand was undone.\n"_s;
   appendSection(out, u"Not imported"_s, failed);
-  appendSection(out, u"Kept as it came"_s, keptRaw);
-  QStringList left = ignored;
+  appendSection(out, u"Kept as it came"_s, grouped(keptKinds));
+  QStringList left = grouped(ignoredKinds) + otherFiles;
   if (!origin.isEmpty())
     left.push_back(u"where the files come from: attributes %1"_s.arg(origin.join(u", "_s)));
   appendSection(out, u"Left out by design"_s, left);
@@ -66,7 +85,7 @@ void FileFindings::unreadElement(QStringView element, QStringView parent) {
 void FileFindings::moveTo(ImportReport& report, const QString& file) const {
   report.notes += notes;
   report.replaced += replaced;
-  appendCounted(report.keptRaw, file, kept_);
+  appendCounted(report.keptRaw, report.keptKinds, file, kept_);
   QMap<QString, int> left = ignored_;
   for (const auto& [place, times] : unread_) {
     if (!tellsOrigin(place.first, place.second))
@@ -74,7 +93,7 @@ void FileFindings::moveTo(ImportReport& report, const QString& file) const {
     else if (!report.origin.contains(place.second))
       report.origin.push_back(place.second);
   }
-  appendCounted(report.ignored, file, left);
+  appendCounted(report.ignored, report.ignoredKinds, file, left);
 }
 
 }  // namespace lens

@@ -17,6 +17,14 @@ struct ImportReport {
   QStringList failed;   // "file, line L, column C: reason": nothing of that file was imported
   bool cancelled = false;
 
+  // By what was found, which many files may have in common; text() says it once.
+  struct Finding {
+    int files = 0, times = 0;
+    QString line;  // of the first file
+  };
+  QMap<QString, Finding> keptKinds, ignoredKinds;
+  QStringList otherFiles;  // of the lines of `ignored` those that are about files that are no DXL
+
   QString text() const;
 };
 

@@ -279,6 +279,13 @@ bool isNoteElement(QStringView element) {
          findDesignKind(element) != nullptr;
 }
 
+quint16 classOfNote(const DxlReader& in) {
+  if (const DesignKind* const kind = findDesignKind(in.name())) return kind->noteClass;
+  QString exact;
+  if (readMark(in, exactmark::kClass, exact)) return noteclass::base(numberedClass(in, exact));
+  return in.is(u"note") ? classOf(in) : noteclass::Document;
+}
+
 void importNote(ImportContext& context) {
   Note note;
   context.spool.clear();

@@ -9,6 +9,10 @@ namespace lens {
 // Whether an element of that name is a note.
 bool isNoteElement(QStringView element);
 
+// The class, without its marks, of the note element at which the reader stands. Fails for a class that is
+// none.
+quint16 classOfNote(const DxlReader& in);
+
 // The reader stands at a note element; the note is saved in the target. One with the UNID of a note of
 // the target replaces it; so does a note of which a database has only one.
 void importNote(ImportContext& context);

@@ -73,12 +73,22 @@ void StagedFile::requireWhole() const {
     refuse(enginefault::NotSaved, path_, u"the file could not be written to its end"_s);
 }
 
-void StagedFile::putInPlace() {
-  requireWhole();
+void StagedFile::requireFreePlace() const {
   requireFree(path_);
   requireNoJournals(path_);
+}
+
+void StagedFile::putInPlace() {
+  requireWhole();
+  requireFreePlace();
   if (!QFile::rename(staged_, path_)) refuse(err::PathFileAccess, path_, u"the file cannot be created"_s);
   syncDirectory(QFileInfo(path_).absolutePath());
+}
+
+bool StagedFile::takeInPlace(const QString& file) {
+  if (!QFile::rename(file, path_)) return false;
+  syncDirectory(QFileInfo(path_).absolutePath());
+  return true;
 }
 
 }  // namespace lens

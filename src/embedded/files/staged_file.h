@@ -28,6 +28,10 @@ class StagedFile {
   // Never over a file that is there, nor beside the journal of one that was. Raises 58, 75, and what
   // requireWhole() raises.
   void putInPlace();
+  // Puts a whole file in its place instead, which has another name on the disk. False where the system
+  // refuses. What putInPlace() raises is asked for by itself, before anything is done to the file.
+  void requireFreePlace() const;
+  bool takeInPlace(const QString& file);
 
  private:
   QString path_, staged_;

@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include "embedded/files/staged_file.h"
 #include "embedded/store/arrival_remains.h"
 #include "embedded/store/database_file.h"
 #include "embedded/store/journal_bond.h"
@@ -148,15 +149,15 @@ bool Database::isOnlyUser() {
 }
 
 // A refusal leaves the connection as it was: views and statements of others hang on it.
-bool Database::removeOpenFile() {
-  if (QFile::remove(path_)) {
+bool Database::takeFile(const std::function<bool()>& take) {
+  if (take()) {
     setSession(StoreSession::removed(path_));
     return true;
   }
 #ifdef Q_OS_WIN
-  // An open file cannot be deleted there.
+  // An open file can be neither deleted nor renamed there.
   setSession(StoreSession::removed(path_));
-  if (QFile::remove(path_)) return true;
+  if (take()) return true;
   setSession(StoreSession::open(path_));
 #else
   session_->connection().execute("PRAGMA journal_mode = WAL", enginefault::CannotOpen);
@@ -165,9 +166,10 @@ bool Database::removeOpenFile() {
   return false;
 }
 
-void Database::removeFile() {
-  const auto refuse = [this](const QString& reason) {
-    throw RuntimeError(err::PermissionDenied, u"%1: the database is not removed (%2)"_s.arg(path_, reason));
+// The file goes from its place, by what takes it away.
+void Database::giveUpFile(const QString& what, const std::function<bool()>& take) {
+  const auto refuse = [&](const QString& reason) {
+    throw RuntimeError(err::PermissionDenied, u"%1: the database is not %2 (%3)"_s.arg(path_, what, reason));
   };
   session_->connection().requireFile();
   if (session_->depth() > 0) refuse(u"a change of it is under way"_s);
@@ -175,10 +177,20 @@ void Database::removeFile() {
   if (!session_->hasOwnFile()) refuse(u"another program has deleted or replaced the file"_s);
   if (!isOnlyUser()) refuse(u"it is in use elsewhere"_s);
   const QString file = OpenDatabases::trueFile(path_);
-  if (!removeOpenFile()) refuse(u"the file cannot be deleted"_s);
+  if (!takeFile(take)) refuse(u"the file cannot be %1"_s.arg(what == u"removed" ? u"deleted"_s : what));
   for (const char* journal : {"-wal", "-shm", "-journal"}) QFile::remove(path_ + QLatin1String(journal));
   openDatabases().forget(file);
   held_.reset();
+}
+
+void Database::removeFile() {
+  giveUpFile(u"removed"_s, [this] { return QFile::remove(path_); });
+}
+
+void Database::moveFile(const QString& to) {
+  StagedFile place(to);
+  place.requireFreePlace();
+  giveUpFile(u"renamed"_s, [&] { return place.takeInPlace(path_); });
 }
 
 void Database::requireOwnFile() {

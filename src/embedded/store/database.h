@@ -10,6 +10,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <memory>
 
 #include "embedded/format/engine_fault.h"
@@ -82,6 +83,11 @@ class Database {
   // of a transaction and without write permission; the file is then as it was. Afterwards everything
   // that is asked of this object raises.
   void removeFile();
+  // Gives the file another name on the same disk, where there is none yet. Raises as removeFile() does, 58
+  // where there is a file, 76 without its directory; the file is then as it was. Afterwards it has to be
+  // opened anew.
+  void moveFile(const QString& to);
+  // Whether the file was removed, or has another name.
   bool isRemoved() const;
 
   // Raises NotSaved when another program has deleted or replaced the file since it was opened, as every
@@ -100,7 +106,8 @@ class Database {
   explicit Database(const QString& path);
   void setSession(std::unique_ptr<StoreSession> session);
   bool isOnlyUser();
-  bool removeOpenFile();
+  bool takeFile(const std::function<bool()>& take);
+  void giveUpFile(const QString& what, const std::function<bool()>& take);
 
   QString path_;
   std::unique_ptr<HeldFile> held_;  // until the session has closed it

@@ -96,12 +96,19 @@ class Workspace {
   // A copy under a replica ID of its own (store/database_copy.h), and the folders that lead to it. A failure
   // leaves none.
   void copyDatabase(const DatabasePlace& from, const DatabasePlace& to);
+  // The same into a file of the workspace, for a thread that has opened the source for itself; the client is
+  // not told.
+  static void copyDatabase(Database& source, const QString& file);
   // Makes a replica, and the folders that lead to it. Raises when there is a file; a failure leaves none.
   // Raises NotesLeftOut behind the finished replica when damaged notes could not go along.
   DatabasePlace createReplica(Database& source, const QString& server, const QString& path);
   // Deletes a database with its journals. Everything in this process that holds it raises from then on, and
   // the client closes it. Raises when it is in use by another process, and then leaves it alone.
   void removeDatabase(const DatabasePlace& place);
+  // Gives a database another path on its server, and gives it back as place() has it. Whoever holds it has to
+  // open it anew, and the client closes it. Raises as removeDatabase(), and FileExists; nothing has changed
+  // then.
+  DatabasePlace renameDatabase(const DatabasePlace& from, const QString& path);
 
   // The books that the entry Names lists ("file" or "server!!file", parted by commas), whether or not they
   // can be opened; without it, names.nsf of the local machine and of each server where there is one.
@@ -129,6 +136,7 @@ class Workspace {
   };
   Workspace(const QString& directory, const Regional& regional);
   void readServers();
+  void requireOwn(const Database& database, const DatabasePlace& place, const QString& what) const;
   const QString& serverDirectory(const QString& canonicalName) const;
 
   QString directory_;

@@ -72,16 +72,18 @@ std::shared_ptr<Database> Workspace::createDatabase(const QString& server, const
   return created;
 }
 
-void Workspace::copyDatabase(const DatabasePlace& from, const DatabasePlace& to) {
-  const std::shared_ptr<Database> source = database(from.server, from.path);
-  const QString file = absolutePath(to);
+void Workspace::copyDatabase(Database& source, const QString& file) {
   withFolders(file, [&] {
-    if (source->objects().hasOutside())
-      copyWithObjects(*source, file);
+    if (source.objects().hasOutside())
+      copyWithObjects(source, file);
     else
-      lens::copyDatabase(*source, file);
+      lens::copyDatabase(source, file);
     return true;
   });
+}
+
+void Workspace::copyDatabase(const DatabasePlace& from, const DatabasePlace& to) {
+  copyDatabase(*database(from.server, from.path), absolutePath(to));
   client_.changeDatabases();
 }
 
@@ -114,14 +116,34 @@ DatabasePlace Workspace::createReplica(Database& source, const QString& server, 
   return target;
 }
 
+// Real ones are the platform's: this program only reads them.
+void Workspace::requireOwn(const Database& database, const DatabasePlace& place, const QString& what) const {
+  if (realDatabase(database))
+    failWorkspace(err::PermissionDenied, absolutePath(place),
+                  u"the database is not %1 (it is a real one, which is only read)"_s.arg(what));
+}
+
 void Workspace::removeDatabase(const DatabasePlace& place) {
   const std::shared_ptr<Database> held = database(place.server, place.path);
-  if (realDatabase(*held))
-    failWorkspace(err::PermissionDenied, absolutePath(place),
-                  u"the database is not removed (it is a real one, which is only read)"_s);
+  requireOwn(*held, place, u"removed"_s);
   held->removeFile();
   if (client_.isOnTop(place)) client_.closeDatabase();
   client_.changeDatabases();
+}
+
+DatabasePlace Workspace::renameDatabase(const DatabasePlace& from, const QString& path) {
+  const DatabasePlace to = place(from.server, path);
+  const QString file = absolutePath(to);
+  if (QFileInfo::exists(file)) failWorkspace(workspacefault::FileExists, file, u"File already exists"_s);
+  const std::shared_ptr<Database> held = database(from.server, from.path);
+  requireOwn(*held, from, u"renamed"_s);
+  withFolders(file, [&] {
+    held->moveFile(file);
+    return true;
+  });
+  if (client_.isOnTop(from)) client_.closeDatabase();
+  client_.changeDatabases();
+  return to;
 }
 
 QVector<DatabasePlace> Workspace::addressBooks() const {
