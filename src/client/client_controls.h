@@ -18,6 +18,9 @@ struct ClientControls : ::Ui::ClientWindow {
   // A failure, in the strip at the window's top.
   void showError(const QString& text);
   void clearError();
+  // What some work did. One line stands in the strip at the window's top, more in a window of its own that
+  // takes nobody's focus.
+  void showResult(const QString& windowTitle, const QString& heading, const QString& text);
   // True, and told to the user, while an import, export, index or reading is on its way: there is one at a
   // time.
   bool refuseWhileBusy();

@@ -2,6 +2,7 @@
 
 #include "client/client_controls.h"
 #include "client/compare_controller.h"
+#include "client/database_commands.h"
 #include "client/database_controller.h"
 #include "client/document_pane.h"
 #include "client/file_opening.h"
@@ -11,6 +12,7 @@
 #include "client/index_controller.h"
 #include "client/list_export.h"
 #include "client/real_report.h"
+#include "client/search_controller.h"
 #include "client/view_pane.h"
 #include "client/window_state.h"
 
@@ -22,9 +24,11 @@ ClientWindow::ClientWindow(const std::shared_ptr<Workspace>& workspace, QWidget*
       views_(std::make_unique<ViewPane>(*controls_, workspace)),
       document_(std::make_unique<DocumentPane>(*controls_, workspace)),
       databases_(std::make_unique<DatabaseController>(*controls_, workspace, *views_, *document_)),
+      commands_(std::make_unique<DatabaseCommands>(*controls_, workspace, *databases_)),
       import_(std::make_unique<ImportController>(*controls_, workspace, *databases_)),
       export_(std::make_unique<ExportController>(*controls_, workspace, *databases_, *views_)),
       index_(std::make_unique<IndexController>(*controls_, *databases_)),
+      search_(std::make_unique<SearchController>(*controls_, *databases_, *views_, *document_, *index_)),
       realReport_(std::make_unique<RealReport>(*controls_, *databases_)),
       files_(std::make_unique<FileOpening>(*controls_, *databases_, *import_)),
       state_(std::make_unique<WindowState>(*controls_, workspace, *databases_)),

@@ -15,6 +15,7 @@
 namespace lens {
 
 class CompareController;
+class DatabaseCommands;
 class DocumentPane;
 class FileOpening;
 class HelpController;
@@ -25,6 +26,7 @@ class KeptSettings;
 class ListExport;
 class RealReport;
 class WindowState;
+class SearchController;
 
 // Holds its controls and who works on them.
 class ClientWindow : public QMainWindow {
@@ -59,9 +61,11 @@ class ClientWindow : public QMainWindow {
   std::unique_ptr<ViewPane> views_;
   std::unique_ptr<DocumentPane> document_;
   std::unique_ptr<DatabaseController> databases_;
+  std::unique_ptr<DatabaseCommands> commands_;
   std::unique_ptr<ImportController> import_;
   std::unique_ptr<ExportController> export_;
   std::unique_ptr<IndexController> index_;
+  std::unique_ptr<SearchController> search_;
   std::unique_ptr<RealReport> realReport_;
   std::unique_ptr<FileOpening> files_;
   std::unique_ptr<WindowState> state_;

@@ -47,9 +47,15 @@ void DatabaseController::connectActions() {
     QTreeWidgetItem* row = tree.currentItem();
     if (const auto place = tree.currentPlace())
       open(*place);
+    else if (!tree.currentAdvice().isEmpty())
+      controls_.showError(tree.currentAdvice());
     else if (row)
       row->setExpanded(!row->isExpanded());
   });
+  tree.addActions({controls_.closeDatabaseAction, controls_.renameDatabaseAction,
+                   controls_.copyDatabaseAction, controls_.deleteDatabaseAction, controls_.newDatabaseAction,
+                   controls_.refreshAction});
+  tree.setContextMenuPolicy(Qt::ActionsContextMenu);
   connect(&tree, &DatabaseTree::databaseChosen, controls_.openDatabaseAction, &QAction::trigger);
   connect(&tree, &DatabaseTree::listingFailed, this,
           [this](const QString& reason) { controls_.showError(reason); });

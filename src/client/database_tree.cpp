@@ -10,7 +10,8 @@
 namespace lens {
 namespace {
 
-constexpr int kServer = Qt::UserRole, kPath = Qt::UserRole + 1, kFilled = Qt::UserRole + 2;
+constexpr int kServer = Qt::UserRole, kPath = Qt::UserRole + 1, kFilled = Qt::UserRole + 2,
+              kAdvice = Qt::UserRole + 3;
 
 std::optional<DatabasePlace> placeOf(const QTreeWidgetItem* row) {
   if (!row || row->data(0, kPath).toString().isEmpty()) return std::nullopt;
@@ -34,7 +35,7 @@ DatabaseTree::DatabaseTree(QWidget* parent) : QTreeWidget(parent) {
   setExpandsOnDoubleClick(true);
   connect(this, &QTreeWidget::itemExpanded, this, &DatabaseTree::fill);
   connect(this, &QTreeWidget::itemDoubleClicked, this, [this](QTreeWidgetItem* row) {
-    if (placeOf(row)) Q_EMIT databaseChosen();
+    if (row->parent()) Q_EMIT databaseChosen();
   });
 }
 
@@ -81,16 +82,29 @@ void DatabaseTree::fill(QTreeWidgetItem* server) {
   server->setData(0, kFilled, true);
   const QString name = server->data(0, kServer).toString();
   try {
-    for (const QString& path : workspace_->databases(name)) {
-      auto* row = new QTreeWidgetItem(server, {path});
-      row->setData(0, kServer, name);
-      row->setData(0, kPath, path);
-      row->setToolTip(0, plainTip(QDir::toNativeSeparators(workspace_->absolutePath({name, path}))));
-    }
+    for (const QString& path : workspace_->databaseFiles(name)) addFile(server, {name, path});
   } catch (const RuntimeError& error) {
     Q_EMIT listingFailed(error.description());
   }
   if (server->childCount() == 0) addHint(server, tr("No databases here yet"));
+}
+
+// A file that nobody can open here is listed all the same: it is there, and whoever looks for it is told what
+// to do.
+void DatabaseTree::addFile(QTreeWidgetItem* server, const DatabasePlace& place) {
+  const QString file = workspace_->absolutePath(place);
+  auto* row = new QTreeWidgetItem(server, {place.path});
+  row->setData(0, kServer, place.server);
+  row->setToolTip(0, plainTip(QDir::toNativeSeparators(file)));
+  if (Workspace::looksLikeDatabase(file)) return row->setData(0, kPath, place.path);
+  const QString advice =
+      tr("%1 is no database that can be opened here. Where it can be opened, export it as DXL "
+         "and import that.")
+          .arg(QDir::toNativeSeparators(file));
+  row->setText(0, tr("%1 (cannot be opened)").arg(place.path));
+  row->setForeground(0, palette().brush(QPalette::Disabled, QPalette::Text));
+  row->setToolTip(0, plainTip(advice));
+  row->setData(0, kAdvice, advice);
 }
 
 QTreeWidgetItem* DatabaseTree::rowOf(const DatabasePlace& place) {
@@ -123,6 +137,11 @@ void DatabaseTree::markOpen(const std::optional<DatabasePlace>& place) {
 
 std::optional<DatabasePlace> DatabaseTree::currentPlace() const {
   return placeOf(currentItem());
+}
+
+QString DatabaseTree::currentAdvice() const {
+  const QTreeWidgetItem* row = currentItem();
+  return row ? row->data(0, kAdvice).toString() : QString();
 }
 
 QString DatabaseTree::currentServer() const {

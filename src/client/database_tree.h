@@ -23,11 +23,13 @@ class DatabaseTree : public QTreeWidget {
 
   // The database under the cursor, none on a server.
   std::optional<DatabasePlace> currentPlace() const;
+  // What to do about the file under the cursor, which nobody can open here; "" on everything else.
+  QString currentAdvice() const;
   // The server under the cursor or of the database there; "" for the local machine.
   QString currentServer() const;
 
  Q_SIGNALS:
-  // Double click or Enter on a database.
+  // Double click on a database, or on a file that is none.
   void databaseChosen();
   // The databases of a server cannot be listed.
   void listingFailed(const QString& reason);
@@ -35,6 +37,7 @@ class DatabaseTree : public QTreeWidget {
  private:
   void addServer(const QString& server, const QStringList& unfolded);
   void fill(QTreeWidgetItem* server);
+  void addFile(QTreeWidgetItem* server, const DatabasePlace& place);
   QTreeWidgetItem* rowOf(const DatabasePlace& place);
 
   std::shared_ptr<Workspace> workspace_;

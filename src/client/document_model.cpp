@@ -1,6 +1,8 @@
 #include "client/document_model.h"
 
 #include <QFont>
+#include <algorithm>
+#include <optional>
 
 #include "client/note_texts.h"
 #include "controls/look.h"
@@ -8,7 +10,8 @@
 namespace lens {
 namespace {
 
-constexpr int kCachedRows = 4000;  // many screens full
+constexpr int kCachedRows = 4000;   // many screens full
+constexpr int kAllCached = 50'000;  // of a list up to this length all rows stay, once they were all read
 
 }  // namespace
 
@@ -29,11 +32,50 @@ void DocumentModel::take(std::shared_ptr<Database> database, std::unique_ptr<Vie
   beginResetModel();
   database_ = std::move(database);
   view_ = std::move(view);
-  noteIds_ = std::move(noteIds);
-  documentCount_ = int(noteIds_.size() - noteIds_.count(NoteId()));
+  allIds_ = noteIds_ = std::move(noteIds);
+  order_.clear();
+  isArranged_ = false;
+  documentCount_ = shownDocuments();
   cache_.clear();
+  cache_.setMaxCost(kCachedRows);
   notesRead_ = 0;
   endResetModel();
+}
+
+bool DocumentModel::arrange(const RowArrangement& wanted, const std::function<bool()>& interrupted) {
+  std::optional<QVector<int>> rows = QVector<int>();
+  if (!wanted.isPlain()) {
+    if (allIds_.size() <= kAllCached) cache_.setMaxCost(kAllCached);
+    const RowSource source{int(allIds_.size()), [this](int row) { return !allIds_[row].isNull(); },
+                           [this](int row) { return texts(row); },
+                           [this](int row, int column) { return key(row, column); }};
+    rows = arrangedRows(source, wanted, interrupted);
+  }
+  if (!rows) return false;
+  beginResetModel();
+  isArranged_ = !wanted.isPlain();
+  order_ = *rows;
+  noteIds_ = allIds_;
+  if (isArranged_) {
+    noteIds_.resize(order_.size());
+    std::transform(order_.begin(), order_.end(), noteIds_.begin(), [this](int row) { return allIds_[row]; });
+  }
+  endResetModel();
+  return true;
+}
+
+// What can be counted is not ordered by its text.
+RowKey DocumentModel::key(int row, int column) const {
+  try {
+    if (view_) return view_->key(row, column);
+    if (column == Id) return {true, double(allIds_[row].value()), {}};
+    Note note;
+    if (column == Modified && database_->notes().read(allIds_[row], note))
+      return {true, double(instantOrder(note.header.modified)), {}};
+  } catch (const RuntimeError&) {
+    // Its text says so.
+  }
+  return {false, 0, texts(row).value(column).trimmed()};
 }
 
 QVector<int> DocumentModel::columnWidths() const {
@@ -83,7 +125,7 @@ QVariant DocumentModel::data(const QModelIndex& index, int role) const {
     return strong;
   }
   if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
-  const QString text = texts(index.row()).value(index.column());
+  const QString text = texts(sourceRow(index.row())).value(index.column());
   return role == Qt::ToolTipRole ? plainTip(text.trimmed()) : text;
 }
 
@@ -99,13 +141,13 @@ QStringList DocumentModel::read(int row) const {
   ++notesRead_;
   QString problem;
   try {
-    return view_ ? view_->texts(row) : readNote(noteId(row));
+    return view_ ? view_->texts(row) : readNote(allIds_[row]);
   } catch (const RuntimeError& error) {
     problem = error.number() == enginefault::UnknownNote ? tr("(deleted since the view was read)")
                                                          : tr("(damaged) %1").arg(error.description());
   }
   if (view_) return {problem};
-  return {QString(), problem, QString(), noteIdText(noteId(row))};
+  return {QString(), problem, QString(), noteIdText(allIds_[row])};
 }
 
 QStringList DocumentModel::readNote(NoteId noteId) const {

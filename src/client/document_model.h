@@ -5,8 +5,10 @@
 #include <QAbstractTableModel>
 #include <QCache>
 #include <QVector>
+#include <functional>
 #include <memory>
 
+#include "client/row_order.h"
 #include "client/view_rows.h"
 #include "embedded/store/database.h"
 #include "host/regional.h"
@@ -25,11 +27,16 @@ class DocumentModel : public QAbstractTableModel {
   // Shows other rows; null and empty for none.
   void show(std::shared_ptr<Database> database, QVector<NoteId> noteIds);
   void show(std::unique_ptr<ViewRows> view);
+  // Shows the rows in another order, or some of them; categories have a place in the list's own order only.
+  // What is shown anew comes in its own order. Reads every row; false, and all stays as it was, when that was
+  // interrupted.
+  bool arrange(const RowArrangement& wanted, const std::function<bool()>& interrupted);
   // Null for a category.
   const QVector<NoteId>& noteIds() const { return noteIds_; }
   NoteId noteId(int row) const { return noteIds_.value(row); }
-  // Rows that are no categories.
+  // Rows that are no categories, also those that are not shown.
   int documentCount() const { return documentCount_; }
+  int shownDocuments() const { return int(noteIds_.size() - noteIds_.count(NoteId())); }
   // In characters; 0 for the column that takes what is left.
   QVector<int> columnWidths() const;
 
@@ -44,14 +51,19 @@ class DocumentModel : public QAbstractTableModel {
 
  private:
   void take(std::shared_ptr<Database> database, std::unique_ptr<ViewRows> view, QVector<NoteId> noteIds);
+  // By the row of the list, whatever is shown of it.
   const QStringList& texts(int row) const;
   QStringList read(int row) const;
+  RowKey key(int row, int column) const;
+  int sourceRow(int shown) const { return isArranged_ ? order_[shown] : shown; }
   QStringList readNote(NoteId noteId) const;
 
   Regional regional_;
   std::shared_ptr<Database> database_;
-  std::unique_ptr<ViewRows> view_;  // null where no view is shown
-  QVector<NoteId> noteIds_;
+  std::unique_ptr<ViewRows> view_;    // null where no view is shown
+  QVector<NoteId> allIds_, noteIds_;  // of the list, and as they are shown
+  QVector<int> order_;                // rows of the list as they are shown, where they are arranged
+  bool isArranged_ = false;
   int documentCount_ = 0;
   mutable QCache<int, QStringList> cache_;  // by row
   mutable int notesRead_ = 0;

@@ -6,9 +6,15 @@
 
 #include "client/note_texts.h"
 #include "client/panes.h"
+#include "controls/look.h"
 #include "notes/literals.h"
 
 namespace lens {
+namespace {
+
+constexpr qsizetype kMostMarks = 10'000;  // more are of no use to anybody, and slow
+
+}  // namespace
 
 DocumentReader::DocumentReader(QWidget* parent) : QWidget(parent) {
   auto* halves = new QSplitter(Qt::Vertical, this);
@@ -46,8 +52,9 @@ QLayout* DocumentReader::makeHead() {
 }
 
 QWidget* DocumentReader::makeItems() {
-  items_ = new QTableView(this);
+  items_ = new ListTable(this);
   items_->setObjectName(u"readerItems"_s);
+  items_->setAccessibleName(tr("Items"));
   items_->setToolTip(tr("The items of the document; the value of the current one stands below"));
   prepareTable(*items_);
   items_->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -57,6 +64,7 @@ QWidget* DocumentReader::makeItems() {
 QWidget* DocumentReader::makeContent() {
   content_ = new QPlainTextEdit(this);
   content_->setObjectName(u"readerContent"_s);
+  content_->setAccessibleName(tr("Content"));
   content_->setReadOnly(true);
   content_->setTabChangesFocus(true);
   content_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -66,24 +74,50 @@ QWidget* DocumentReader::makeContent() {
 }
 
 void DocumentReader::show(Note note, const Regional& regional) {
-  const int row = note.header.id == noteId() ? qMax(0, items_->currentIndex().row()) : 0;
+  if (!model_) makeModel(regional);
+  const int row = note.header.id == noteId() ? qMax(0, currentItem()) : 0;
   const NoteTexts texts = textsOf(note, regional);
   subject_->setText(texts.subject.isEmpty() ? tr("(no subject)") : texts.subject);
   facts_->setText(tr("%1    Note ID %2    Modified %3")
                       .arg(texts.form.isEmpty() ? tr("(no form)") : texts.form, noteIdText(note.header.id),
                            texts.modified.isEmpty() ? tr("(unknown)") : texts.modified));
-  if (!model_) {
-    model_ = new ItemModel(regional, this);
-    items_->setModel(model_);
-    items_->setColumnWidth(ItemModel::Name, 170);
-    items_->setColumnWidth(ItemModel::Type, 110);
-    items_->horizontalHeader()->setStretchLastSection(true);
-    connect(items_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex& current) { showItem(current.row()); });
-  }
   model_->show(std::move(note));
   content_->clear();
-  items_->setCurrentIndex(model_->index(qMin(row, model_->rowCount() - 1), 0));
+  goToItem(qMin(row, model_->rowCount() - 1));
+}
+
+void DocumentReader::makeModel(const Regional& regional) {
+  model_ = new ItemModel(regional, this);
+  ordered_ = new QSortFilterProxyModel(this);
+  ordered_->setSortLocaleAware(true);
+  ordered_->setSortCaseSensitivity(Qt::CaseInsensitive);
+  ordered_->setSourceModel(model_);
+  items_->setModel(ordered_);
+  offerOrder(*items_);
+  connect(items_->horizontalHeader(), &QHeaderView::sortIndicatorChanged, ordered_,
+          &QSortFilterProxyModel::sort);
+  items_->setColumnWidth(ItemModel::Name, 170);
+  items_->setColumnWidth(ItemModel::Type, 110);
+  items_->horizontalHeader()->setStretchLastSection(true);
+  connect(items_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+          [this] { showItem(currentItem()); });
+}
+
+int DocumentReader::currentItem() const {
+  return !ordered_ ? -1 : ordered_->mapToSource(items_->currentIndex()).row();
+}
+
+void DocumentReader::goToItem(int row) {
+  items_->setCurrentIndex(ordered_->mapFromSource(model_->index(row, 0)));
+}
+
+void DocumentReader::markHits(const QueryHits& hits) {
+  hits_ = hits;
+  if (!model_) return;
+  model_->markHits(hits);
+  const int first = model_->firstHit();
+  if (first >= 0) goToItem(first);
+  showItem(currentItem());
 }
 
 void DocumentReader::clear() {
@@ -101,6 +135,25 @@ void DocumentReader::addItemAction(QAction& action) {
 
 void DocumentReader::showItem(int row) {
   content_->setPlainText(model_->text(row));
+  QList<QTextEdit::ExtraSelection> marks;
+  if (hits_.isEmpty()) return content_->setExtraSelections(marks);
+  // Of the text as the box has it, whose places count like those of its document.
+  const QVector<TextPlace> places = hits_.in(content_->toPlainText(), model_->name(row));
+  for (const TextPlace& place : places.first(qMin(kMostMarks, places.size()))) {
+    QTextEdit::ExtraSelection mark;
+    mark.cursor = QTextCursor(content_->document());
+    mark.cursor.setPosition(int(place.at));
+    mark.cursor.setPosition(int(place.at + place.size), QTextCursor::KeepAnchor);
+    mark.format.setBackground(QColor(colour::HitMark));
+    mark.format.setForeground(QColor(colour::HitText));
+    marks.push_back(mark);
+  }
+  content_->setExtraSelections(marks);
+  if (!marks.isEmpty()) {
+    QTextCursor place(content_->document());
+    place.setPosition(marks.first().cursor.selectionStart());
+    content_->setTextCursor(place);
+  }
 }
 
 }  // namespace lens

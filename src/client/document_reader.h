@@ -5,10 +5,12 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QTableView>
+#include <QSortFilterProxyModel>
 #include <QWidget>
 
 #include "client/item_model.h"
+#include "client/list_table.h"
+#include "embedded/search/query_hits.h"
 
 namespace lens {
 
@@ -20,11 +22,13 @@ class DocumentReader : public QWidget {
 
   // Shows another note; the same note read anew keeps the row that is current.
   void show(Note note, const Regional& regional);
+  // Marks what a search found, in the items and their values, and goes to the first item that has some.
+  void markHits(const QueryHits& hits);
   void clear();
   NoteId noteId() const { return model_ ? model_->note().header.id : NoteId(); }
   void focusItems() { items_->setFocus(); }
   // The place of the current item in the note; -1 without one.
-  int currentItem() const { return items_->currentIndex().row(); }
+  int currentItem() const;
   // Offers the action in the menu of the items, too.
   void addItemAction(QAction& action);
 
@@ -36,14 +40,18 @@ class DocumentReader : public QWidget {
   QLayout* makeHead();
   QWidget* makeItems();
   QWidget* makeContent();
+  void makeModel(const Regional& regional);
+  void goToItem(int row);
   void showItem(int row);
 
   QLabel* subject_;
   QLabel* facts_;
   QPushButton* close_;
-  QTableView* items_;
+  ListTable* items_;
   QPlainTextEdit* content_;
+  QueryHits hits_;
   ItemModel* model_ = nullptr;
+  QSortFilterProxyModel* ordered_ = nullptr;  // the items as they are shown
 };
 
 }  // namespace lens

@@ -3,7 +3,10 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
+#include <QMessageBox>
+#include <QPushButton>
 
+#include "client/import_dialog.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -18,6 +21,15 @@ const QString kImport = u"import"_s, kDatabase = u"database"_s, kExport = u"expo
 
 QString keyOf(const QString& purpose) {
   return u"folders/"_s + purpose;
+}
+
+QString askedName(QWidget* owner, const QString& title, const QString& caption, const QString& suggestion) {
+  QInputDialog dialog(owner);
+  dialog.setWindowModality(Qt::WindowModal);
+  dialog.setWindowTitle(title);
+  dialog.setLabelText(caption);
+  dialog.setTextValue(suggestion);
+  return dialog.exec() == QDialog::Accepted ? dialog.textValue().trimmed() : QString();
 }
 
 }  // namespace
@@ -86,12 +98,29 @@ QString DesktopFileChoice::reportFile(QWidget* owner, const QString& suggestion)
 }
 
 QString DesktopFileChoice::databaseName(QWidget* owner, const QString& where) {
-  QInputDialog dialog(owner);
+  return askedName(owner, QObject::tr("New database"),
+                   QObject::tr("File name on %1, folders included:").arg(where), u"new.nsf"_s);
+}
+
+QString DesktopFileChoice::otherDatabaseName(QWidget* owner, const QString& caption,
+                                             const QString& suggestion) {
+  return askedName(owner, caption, QObject::tr("New file name, folders included:"), suggestion);
+}
+
+ImportTarget DesktopFileChoice::importTarget(QWidget* owner, const ImportOffer& offer) {
+  ImportDialog dialog(offer, owner);
   dialog.setWindowModality(Qt::WindowModal);
-  dialog.setWindowTitle(QObject::tr("New database"));
-  dialog.setLabelText(QObject::tr("File name on %1, folders included:").arg(where));
-  dialog.setTextValue(u"new.nsf"_s);
-  return dialog.exec() == QDialog::Accepted ? dialog.textValue().trimmed() : QString();
+  return dialog.exec() == QDialog::Accepted ? dialog.target() : ImportTarget();
+}
+
+bool DesktopFileChoice::confirm(QWidget* owner, const QString& question, const QString& action) {
+  QMessageBox box(QMessageBox::Warning, QObject::tr("Client"), question, QMessageBox::Cancel, owner);
+  box.setWindowModality(Qt::WindowModal);
+  box.setTextFormat(Qt::PlainText);
+  const QPushButton* const yes = box.addButton(action, QMessageBox::AcceptRole);
+  box.setDefaultButton(QMessageBox::Cancel);
+  box.exec();
+  return box.clickedButton() == yes;
 }
 
 }  // namespace lens

@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <QWidget>
 
+#include "client/import_offer.h"
 #include "controls/kept_settings.h"
 
 namespace lens {
@@ -23,6 +24,12 @@ class FileChoice {
   virtual QString exportFile(QWidget* owner, const QString& suggestion) = 0;
   // The same for a report, as text or JSON.
   virtual QString reportFile(QWidget* owner, const QString& suggestion) = 0;
+  // The open database or a new one.
+  virtual ImportTarget importTarget(QWidget* owner, const ImportOffer& offer) = 0;
+  // Whether something is to be done that takes long or cannot be undone; the action is a button's caption.
+  virtual bool confirm(QWidget* owner, const QString& question, const QString& action) = 0;
+  // Another path for a database; `caption` says for what.
+  virtual QString otherDatabaseName(QWidget* owner, const QString& caption, const QString& suggestion) = 0;
   // Path of a database to be made, below the directory of its server; `where` names that server.
   virtual QString databaseName(QWidget* owner, const QString& where) = 0;
 
@@ -48,6 +55,9 @@ class DesktopFileChoice : public FileChoice {
   QString folder(QWidget* owner) override;
   QString exportFile(QWidget* owner, const QString& suggestion) override;
   QString reportFile(QWidget* owner, const QString& suggestion) override;
+  ImportTarget importTarget(QWidget* owner, const ImportOffer& offer) override;
+  bool confirm(QWidget* owner, const QString& question, const QString& action) override;
+  QString otherDatabaseName(QWidget* owner, const QString& caption, const QString& suggestion) override;
   QString databaseName(QWidget* owner, const QString& where) override;
 };
 

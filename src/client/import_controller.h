@@ -6,7 +6,9 @@
 #include <optional>
 
 #include "client/database_controller.h"
-#include "embedded/dxl/import_report.h"
+#include "client/import_offer.h"
+#include "client/import_run.h"
+#include "client/import_undo.h"
 
 namespace lens {
 
@@ -17,8 +19,9 @@ class ImportController : public QObject {
   ImportController(ClientControls& controls, std::shared_ptr<Workspace> workspace,
                    DatabaseController& databases);
 
-  // Imports into the open database, or into a new one when none is open or when asked, and shows a report.
-  // Returns when it is over; events go on meanwhile. Refused while other such work runs.
+  // Asks what to import into, imports, and shows a report. A new database is suggested where one is asked
+  // for, a folder is taken or a file holds a database. Returns when it is over; events go on meanwhile.
+  // Refused while other such work runs.
   void importDxl(const QStringList& filesOrFolders, bool intoNew);
 
  private:
@@ -27,13 +30,16 @@ class ImportController : public QObject {
   };
 
   void ask(bool folder, bool intoNew);
-  std::optional<Target> target(bool intoNew);
-  void showReport(const ImportReport& report, const Target& target, bool removed);
+  ImportOffer offerFor(const QStringList& paths, bool intoNew) const;
+  std::optional<Target> target(const QStringList& paths, bool intoNew);
+  void showReport(const ImportRun& run, const Target& target, bool removed, const QString& record);
+  QString replacedText(const QString& record) const;
   bool dropEmpty(Target& target);
 
   ClientControls& controls_;
   std::shared_ptr<Workspace> workspace_;
   DatabaseController& databases_;
+  ImportUndo undo_;
 };
 
 }  // namespace lens

@@ -2,6 +2,7 @@
 
 #include "client/background_task.h"
 #include "embedded/dxl/dxl_importer.h"
+#include "embedded/store/change_record.h"
 #include "embedded/store/database.h"
 
 namespace lens {
@@ -16,23 +17,48 @@ class ImportSteps : public ImportProgress {
   TaskProgress& progress_;
 };
 
+// What was imported stays imported where the record finds no room.
+void keepRecord(ChangeRecording& recording, const QString& path, ImportRun& run) {
+  try {
+    run.canBeUndone = recording.writeTo(path);
+  } catch (const RuntimeError& error) {
+    run.whyNot = error.description();
+  }
+}
+
 }  // namespace
 
-ImportReport runImport(const QString& databasePath, const QStringList& filesOrFolders,
-                       bool applyDatabaseProperties, WorkBar* bar) {
-  ImportReport report;
+ImportRun runImport(const QString& databasePath, const QStringList& filesOrFolders,
+                    bool applyDatabaseProperties, const QString& recordPath, WorkBar* bar) {
+  ImportRun run;
   runInBackground(bar, [&](TaskProgress& progress) {
     try {
       const auto database = Database::open(databasePath);
+      ChangeRecording recording(*database);
       DxlImporter importer(*database);
       importer.applyDatabaseProperties(applyDatabaseProperties);
       ImportSteps steps(progress);
-      importer.importFiles(filesOrFolders, report, &steps);
+      importer.importFiles(filesOrFolders, run.report, &steps);
+      keepRecord(recording, recordPath, run);
     } catch (const RuntimeError& error) {
-      report.failed.push_back(error.description());
+      run.report.failed.push_back(error.description());
     }
   });
-  return report;
+  return run;
+}
+
+PreviewRun runPreview(const QString& databasePath, const QStringList& filesOrFolders, WorkBar* bar) {
+  PreviewRun run;
+  runInBackground(bar, [&](TaskProgress& progress) {
+    try {
+      const auto database = Database::open(databasePath);
+      ImportSteps steps(progress);
+      run.preview = previewImport(*database, filesOrFolders, &steps);
+    } catch (const RuntimeError& error) {
+      run.failure = error.description();
+    }
+  });
+  return run;
 }
 
 }  // namespace lens

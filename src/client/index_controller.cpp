@@ -5,7 +5,6 @@
 #include "client/background_task.h"
 #include "client/client_controls.h"
 #include "client/database_controller.h"
-#include "client/report_dialog.h"
 #include "embedded/search/full_text.h"
 
 namespace lens {
@@ -67,14 +66,11 @@ void IndexController::makeIndex() {
   if (isCopy && result.finished && databases_.place() == place) databases_.reopen();
   offer();
   if (!result.failure.isEmpty()) return controls_.showError(result.failure);
-  auto* dialog = new ReportDialog(
-      tr("Full-text index of %1 on %2").arg(place.path, serverLabel(place.server)),
+  controls_.showResult(
+      tr("Full-text index"), tr("Full-text index of %1 on %2").arg(place.path, serverLabel(place.server)),
       result.finished ? tr("The index holds the words of all documents as they are now")
       : isCopy        ? tr("Cancelled. The copy stays without an index")
-               : tr("Cancelled. What is done of the index is kept: the next time it goes on from there"),
-      &controls_.window);
-  dialog->setWindowTitle(tr("Full-text index"));
-  dialog->show();
+               : tr("Cancelled. What is done of the index is kept: the next time it goes on from there"));
 }
 
 }  // namespace lens

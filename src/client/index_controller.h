@@ -14,9 +14,12 @@ class IndexController : public QObject {
  public:
   IndexController(ClientControls& controls, DatabaseController& databases);
 
+  // Makes the index of the open database, or brings it up to date, and tells how it went. Returns when it is
+  // over; events go on meanwhile. Refused while other such work runs.
+  void makeIndex();
+
  private:
   void offer();
-  void makeIndex();
 
   ClientControls& controls_;
   DatabaseController& databases_;

@@ -5,6 +5,7 @@
 #include <QHash>
 
 #include "embedded/format/note.h"
+#include "embedded/search/query_hits.h"
 #include "host/regional.h"
 
 namespace lens {
@@ -19,6 +20,12 @@ class ItemModel : public QAbstractTableModel {
 
   void show(Note note);
   const Note& note() const { return note_; }
+  // Items that hold what a search found are printed in bold.
+  void markHits(const QueryHits& hits);
+  // The row of the first of them, -1 without any.
+  int firstHit() const;
+  // "" for a row that is not there.
+  QString name(int row) const;
   // The whole text of an item's value; "" for a row that is not there.
   QString text(int row) const;
 
@@ -29,10 +36,13 @@ class ItemModel : public QAbstractTableModel {
 
  private:
   const QString& beginning(int row) const;
+  bool isHit(int row) const;
 
   Regional regional_;
   Note note_;
+  QueryHits hits_;
   mutable QHash<int, QString> beginnings_;
+  mutable QHash<int, bool> isHit_;
 };
 
 }  // namespace lens

@@ -1,5 +1,6 @@
 #include "client/note_texts.h"
 
+#include "embedded/design/note_kinds.h"
 #include "embedded/formula/compiled/stored_formula.h"
 #include "embedded/richtext/rich_text.h"
 #include "notes/item_types.h"
@@ -8,33 +9,51 @@
 namespace lens {
 namespace {
 
+struct KindName {
+  NoteKind kind;
+  const char16_t* name;
+};
+// In the order in which they are looked for; the kinds that hold the rest of a class come last.
+constexpr KindName kKindNames[] = {
+    {NoteKind::Acl, u"Access control list"},
+    {NoteKind::Actions, u"Shared actions"},
+    {NoteKind::Agents, u"Agent"},
+    {NoteKind::DatabaseScript, u"Database script"},
+    {NoteKind::DataConnections, u"Data connection"},
+    {NoteKind::Folders, u"Folder"},
+    {NoteKind::Forms, u"Form"},
+    {NoteKind::Framesets, u"Frameset"},
+    {NoteKind::HelpAbout, u"About document"},
+    {NoteKind::HelpIndex, u"Help index"},
+    {NoteKind::HelpUsing, u"Using document"},
+    {NoteKind::Icon, u"Icon"},
+    {NoteKind::ImageResources, u"Image resource"},
+    {NoteKind::JavaResources, u"Applet resource"},
+    {NoteKind::Navigators, u"Navigator"},
+    {NoteKind::Outlines, u"Outline"},
+    {NoteKind::Pages, u"Page"},
+    {NoteKind::ReplicationFormulas, u"Replication formula"},
+    {NoteKind::ScriptLibraries, u"Script library"},
+    {NoteKind::SharedFields, u"Shared field"},
+    {NoteKind::StyleSheets, u"Style sheet"},
+    {NoteKind::Subforms, u"Subform"},
+    {NoteKind::Views, u"View"},
+    {NoteKind::MiscCode, u"Agent or script"},
+    {NoteKind::MiscFormat, u"Form"},
+    {NoteKind::MiscIndex, u"View"},
+};
+
 QString kindOf(const Note& note) {
-  switch (noteclass::base(note.header.noteClass)) {
-    case noteclass::About:
-      return u"About document"_s;
-    case noteclass::Form:
-      return u"Form"_s;
-    case noteclass::View:
-      return note.text(u"$Flags").contains(u'F') ? u"Folder"_s : u"View"_s;
-    case noteclass::Icon:
-      return u"Icon"_s;
-    case noteclass::Design:
-      return u"Design collection"_s;
-    case noteclass::Acl:
-      return u"Access control list"_s;
-    case noteclass::HelpIndex:
-      return u"Help index"_s;
-    case noteclass::Using:
-      return u"Using document"_s;
-    case noteclass::Filter:
-      return u"Agent or script"_s;
-    case noteclass::SharedField:
-      return u"Shared field"_s;
-    case noteclass::ReplicationFormula:
-      return u"Replication formula"_s;
-    default:
-      return u"Class %1"_s.arg(note.header.noteClass, 4, 16, QChar(u'0'));
-  }
+  const quint16 noteClass = noteclass::base(note.header.noteClass);
+  if (noteClass == noteclass::Design) return u"Design collection"_s;
+  const QString flags = note.text(u"$Flags");
+  // Kinds that collections of notes do not tell apart.
+  if (noteClass == noteclass::Form && flags.contains(u'g')) return u"File resource"_s;
+  if (noteClass == noteclass::View && flags.contains(u'^')) return u"Shared column"_s;
+  const NoteKinds kinds = kindsOfDesign(noteClass, flags);
+  for (const KindName& known : kKindNames)
+    if (kinds.has(known.kind)) return QString::fromUtf16(known.name);
+  return u"Class %1"_s.arg(note.header.noteClass, 4, 16, QChar(u'0'));
 }
 
 bool isText(const Item& item) {

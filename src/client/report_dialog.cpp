@@ -22,6 +22,7 @@ ReportDialog::ReportDialog(const QString& heading, const QString& report, QWidge
   title->setWordWrap(true);
   auto* text = new QPlainTextEdit(report, this);
   text->setObjectName(u"reportText"_s);
+  text->setAccessibleName(tr("Report"));
   text->setReadOnly(true);
   text->setTabChangesFocus(true);
   text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

@@ -1,4 +1,4 @@
-// What an import did, to read and to copy. It stands beside the other windows and blocks none.
+// What some work did, to read and to copy. It stands beside the other windows and blocks none.
 #pragma once
 
 #include <QDialog>

@@ -21,7 +21,7 @@ QString storedText(const Database& database, NoteId noteId, QStringView name) {
 
 // Name of a title "name|alias"; a view without one is told by its ID.
 ViewEntry entryOf(const Database& database, NoteId noteId) {
-  ViewEntry entry{ViewEntry::Kind::View, {}, noteId};
+  ViewEntry entry{ViewEntry::Kind::View, {}, noteId, {}};
   const QString id = noteIdText(noteId);
   try {
     entry.title = storedText(database, noteId, u"$TITLE").section(u'|', 0, 0).trimmed();
@@ -53,8 +53,8 @@ QVector<NoteId> idsOf(const QVector<NoteSummary>& notes) {
 }  // namespace
 
 QVector<ViewEntry> viewEntries(const Database& database) {
-  QVector<ViewEntry> entries{{ViewEntry::Kind::AllDocuments, u"All documents"_s, NoteId()},
-                             {ViewEntry::Kind::DesignNotes, u"Design notes"_s, NoteId()}};
+  QVector<ViewEntry> entries{{ViewEntry::Kind::AllDocuments, u"All documents"_s, NoteId(), {}},
+                             {ViewEntry::Kind::DesignNotes, u"Design notes"_s, NoteId(), {}}};
   for (const NoteSummary& view : database.notes().list(noteclass::View))
     if (showsDocuments(database, view.id)) entries.push_back(entryOf(database, view.id));
   std::stable_sort(entries.begin() + 2, entries.end(), [](const ViewEntry& a, const ViewEntry& b) {
@@ -64,6 +64,7 @@ QVector<ViewEntry> viewEntries(const Database& database) {
 }
 
 QVector<NoteId> documentsOf(Database& database, const ViewEntry& entry) {
+  if (entry.kind == ViewEntry::Kind::Found) return entry.found;
   if (entry.kind == ViewEntry::Kind::AllDocuments) return idsOf(database.notes().list(noteclass::Document));
   if (entry.kind == ViewEntry::Kind::DesignNotes) return idsOf(database.notes().list(kDesign));
   Note view;

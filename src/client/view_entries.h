@@ -1,4 +1,4 @@
-// What a database offers to look into: everything, its design, and its views.
+// What a database offers to look into: what a search found, everything, its design, and its views.
 #pragma once
 
 #include <QString>
@@ -9,10 +9,11 @@
 namespace lens {
 
 struct ViewEntry {
-  enum class Kind { AllDocuments, DesignNotes, View, Folder };
+  enum class Kind { Found, AllDocuments, DesignNotes, View, Folder };
   Kind kind = Kind::AllDocuments;
-  QString title;
-  NoteId noteId;  // of a view or folder
+  QString title;          // the query where something was searched for
+  NoteId noteId;          // of a view or folder
+  QVector<NoteId> found;  // best match first
 
   bool sameAs(const ViewEntry& other) const { return kind == other.kind && noteId == other.noteId; }
 };
@@ -20,8 +21,8 @@ struct ViewEntry {
 // All documents and design notes first, then the views by title. A damaged view is listed by its ID.
 QVector<ViewEntry> viewEntries(const Database& database);
 
-// Note IDs: those of a view in its order, all others ascending. Raises UnknownNote when the view has gone
-// meanwhile.
+// Note IDs: those found and those of a view in their order, all others ascending. Raises UnknownNote when the
+// view has gone meanwhile.
 QVector<NoteId> documentsOf(Database& database, const ViewEntry& entry);
 
 }  // namespace lens

@@ -1,5 +1,6 @@
 #include "client/view_pane.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QItemSelection>
 #include <QScopedValueRollback>
@@ -7,9 +8,15 @@
 
 #include "client/client_controls.h"
 #include "client/document_model.h"
+#include "client/list_table.h"
 #include "client/panes.h"
 
 namespace lens {
+namespace {
+
+constexpr int kWhileTyping = 250;  // milliseconds
+
+}  // namespace
 
 ViewPane::ViewPane(ClientControls& controls, std::shared_ptr<Workspace> workspace)
     : controls_(controls),
@@ -17,10 +24,12 @@ ViewPane::ViewPane(ClientControls& controls, std::shared_ptr<Workspace> workspac
       documents_(new DocumentModel(workspace_->regional(), this)) {
   useListFont(*controls.viewList);
   giveRowsRoom(*controls.viewList);
-  QTableView& table = *controls.documentTable;
+  ListTable& table = *controls.documentTable;
   prepareTable(table);
   table.setModel(documents_);
+  offerOrder(table);
   layOutColumns();
+  connectFilter();
   giveKeys(*controls.openDocumentAction, enterKeys(), table);
   giveKeys(*controls.selectAllAction, {QKeySequence::SelectAll}, table);
   const auto openRow = [this](const QModelIndex& row) {
@@ -30,6 +39,10 @@ ViewPane::ViewPane(ClientControls& controls, std::shared_ptr<Workspace> workspac
   connect(controls.openDocumentAction, &QAction::triggered, this,
           [this, openRow] { openRow(controls_.documentTable->currentIndex()); });
   connect(controls.selectAllAction, &QAction::triggered, &table, &QTableView::selectAll);
+  table.addAction(controls.exportMarkedAction);
+  connect(controls.fitColumnsAction, &QAction::triggered, &table, &ListTable::fitColumns);
+  controls.viewList->addActions({controls.refreshAction, controls.exportViewAction});
+  controls.viewList->setContextMenuPolicy(Qt::ActionsContextMenu);
   connect(controls.viewList, &QListWidget::currentRowChanged, this, [this] {
     if (!loading_) loadDocuments();
   });
@@ -40,14 +53,76 @@ ViewPane::ViewPane(ClientControls& controls, std::shared_ptr<Workspace> workspac
   });
 }
 
+void ViewPane::connectFilter() {
+  QLineEdit& filter = *controls_.filterBox;
+  filter.setClearButtonEnabled(true);
+  filterLater_.setSingleShot(true);
+  filterLater_.setInterval(kWhileTyping);
+  const auto apply = [this, &filter] {
+    filterLater_.stop();
+    RowArrangement wanted = arrangement_;
+    wanted.filter = filter.text().simplified();
+    if (wanted != arrangement_) arrange(wanted);
+  };
+  connect(&filterLater_, &QTimer::timeout, this, apply);
+  connect(&filter, &QLineEdit::textChanged, &filterLater_, qOverload<>(&QTimer::start));
+  connect(&filter, &QLineEdit::returnPressed, this, [this, apply] {
+    apply();
+    controls_.documentTable->setFocus();
+  });
+  auto* empty = new QAction(tr("&Empty the filter"), this);
+  giveKeys(*empty, {Qt::Key_Escape}, filter);
+  connect(empty, &QAction::triggered, &filter, &QLineEdit::clear);
+  connect(controls_.filterAction, &QAction::triggered, &filter, [&filter] {
+    filter.setFocus();
+    filter.selectAll();
+  });
+  connect(controls_.documentTable->horizontalHeader(), &QHeaderView::sortIndicatorChanged, this,
+          [this](int column, Qt::SortOrder order) {
+            if (!loading_) arrange({column, order, arrangement_.filter});
+          });
+}
+
+// Marks stay on what is still shown. Rows may have to be read for it, which the user can end.
+void ViewPane::arrange(const RowArrangement& wanted) {
+  if (!database_) {
+    arrangement_ = wanted;
+    return;
+  }
+  const QVector<NoteId> marked = markedDocuments();
+  const NoteId current = documents_->noteId(controls_.documentTable->currentIndex().row());
+  {
+    const QScopedValueRollback quiet(loading_, true);
+    if (arrangeRows(wanted))
+      arrangement_ = wanted;
+    else
+      controls_.documentTable->horizontalHeader()->setSortIndicator(arrangement_.column, arrangement_.order);
+    markDocuments(marked, current);
+  }
+  workspace_->client().select(markedDocuments());
+  Q_EMIT changed();
+}
+
+bool ViewPane::arrangeRows(const RowArrangement& wanted) {
+  QApplication::setOverrideCursor(Qt::WaitCursor);
+  const bool arranged = documents_->arrange(wanted, [this] { return workspace_->isInterrupted(); });
+  QApplication::restoreOverrideCursor();
+  return arranged;
+}
+
 void ViewPane::show(std::shared_ptr<Database> database) {
   database_ = std::move(database);
+  found_.reset();
   entries_.clear();
+  arrangement_ = {};
+  controls_.filterBox->clear();
+  filterLater_.stop();
   reload();
 }
 
 void ViewPane::clear() {
   database_.reset();
+  found_.reset();
   entries_.clear();
   stale_ = false;
   const QScopedValueRollback quiet(loading_, true);
@@ -58,14 +133,16 @@ void ViewPane::clear() {
 void ViewPane::showCount() {
   const ViewEntry* entry = currentEntry();
   if (!entry) return;
-  const int count = documents_->documentCount();
-  QString label = tr("Doc&uments: %1").arg(count);
-  if (count == 0)
+  const int count = documents_->documentCount(), shown = documents_->shownDocuments();
+  const bool isFound = entry->kind == ViewEntry::Kind::Found;
+  QString label = isFound ? tr("Doc&uments: %1 found").arg(count) : tr("Doc&uments: %1").arg(count);
+  if (count == 0 && !isFound)
     label = entry->kind == ViewEntry::Kind::Folder
                 ? tr("Doc&uments: none (what lies in a folder is found under \"All documents\")")
                 : tr("Doc&uments: none in this view");
   if (!unreadable_.isEmpty())
     label = tr("Doc&uments: %1, all there are: formula not readable (%2)").arg(count).arg(unreadable_);
+  if (shown != count) label = tr("Doc&uments: %1 of %2").arg(shown).arg(count);
   controls_.documentLabel->setText(label);
 }
 
@@ -78,9 +155,28 @@ NoteId ViewPane::currentDocument() const {
   return documents_->noteId(controls_.documentTable->currentIndex().row());
 }
 
+void ViewPane::showFound(const QString& query, const QVector<NoteId>& noteIds) {
+  found_ = ViewEntry{ViewEntry::Kind::Found, query, NoteId(), noteIds};
+  reload();
+  controls_.viewList->setCurrentRow(0);
+  loadDocuments();
+}
+
+void ViewPane::clearFound() {
+  if (!found_) return;
+  found_.reset();
+  if (database_) reload();
+}
+
+QString ViewPane::listed(const ViewEntry& entry) {
+  if (entry.kind == ViewEntry::Kind::Found) return tr("Found: %1").arg(entry.title);
+  return entry.kind == ViewEntry::Kind::Folder ? tr("%1 (folder)").arg(entry.title) : entry.title;
+}
+
 // Keeps the current view when it is still there.
 void ViewPane::reload() {
-  const QVector<ViewEntry> fresh = viewEntries(*database_);
+  QVector<ViewEntry> fresh = viewEntries(*database_);
+  if (found_) fresh.push_front(*found_);
   const ViewEntry* old = currentEntry();
   int row = 0;
   for (int i = 0; old && i < fresh.size(); ++i)
@@ -89,9 +185,7 @@ void ViewPane::reload() {
   {
     const QScopedValueRollback quiet(loading_, true);
     controls_.viewList->clear();
-    for (const ViewEntry& entry : entries_)
-      controls_.viewList->addItem(entry.kind == ViewEntry::Kind::Folder ? tr("%1 (folder)").arg(entry.title)
-                                                                        : entry.title);
+    for (const ViewEntry& entry : std::as_const(entries_)) controls_.viewList->addItem(listed(entry));
     controls_.viewList->setCurrentRow(row);
   }
   loadDocuments();
@@ -108,6 +202,7 @@ void ViewPane::loadDocuments() {
     try {
       showRows(*entry);
       stale_ = false;
+      arrangeAnew();
     } catch (const RuntimeError& error) {
       documents_->show(nullptr, {});
       controls_.showError(error.description());
@@ -119,6 +214,18 @@ void ViewPane::loadDocuments() {
   Q_EMIT changed();
 }
 
+// Other columns have another order; the filter stays.
+void ViewPane::arrangeAnew() {
+  if (documents_->columnWidths() != columnWidths_) {
+    arrangement_.column = -1;
+    controls_.documentTable->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+  }
+  if (arrangement_.isPlain() || arrangeRows(arrangement_)) return;
+  arrangement_.column = -1;
+  arrangement_.filter.clear();
+  controls_.filterBox->clear();
+}
+
 // A view that has columns is shown by them.
 void ViewPane::showRows(const ViewEntry& entry) {
   unreadable_.clear();
@@ -128,7 +235,8 @@ void ViewPane::showRows(const ViewEntry& entry) {
     unreadable_ = view->whyUnreadable();
     if (!view->columns().isEmpty()) return documents_->show(std::move(view));
     if (!unreadable_.isEmpty())
-      return documents_->show(database_, documentsOf(*database_, {ViewEntry::Kind::AllDocuments, {}, {}}));
+      return documents_->show(database_,
+                              documentsOf(*database_, {ViewEntry::Kind::AllDocuments, {}, {}, {}}));
   }
   documents_->show(database_, documentsOf(*database_, entry));
 }
@@ -171,10 +279,15 @@ QVector<NoteId> ViewPane::markedDocuments() const {
 
 // What the user made of the widths stays until other columns come.
 void ViewPane::layOutColumns() {
-  QTableView& table = *controls_.documentTable;
+  ListTable& table = *controls_.documentTable;
   const QVector<int> widths = documents_->columnWidths();
-  if (widths == columnWidths_) return;
+  if (widths == columnWidths_) {
+    if (!fitted_ && documents_->rowCount() > 0) widenColumns();
+    return;
+  }
   columnWidths_ = widths;
+  fitted_ = false;
+  designWidths_.clear();
   const int character = table.fontMetrics().averageCharWidth(), room = 2 * character;
   QHeaderView& header = *table.horizontalHeader();
   header.setStretchLastSection(!widths.contains(0));
@@ -182,7 +295,15 @@ void ViewPane::layOutColumns() {
     const bool takesRest = widths[column] == 0;
     header.setSectionResizeMode(column, takesRest ? QHeaderView::Stretch : QHeaderView::Interactive);
     if (!takesRest) header.resizeSection(column, widths[column] * character + room);
+    designWidths_.push_back(header.sectionSize(column));
   }
+  if (documents_->rowCount() > 0) widenColumns();
+}
+
+// Once, by the first rows that there are, when the table has its place. What the user made of a width stays.
+void ViewPane::widenColumns() {
+  fitted_ = true;
+  QTimer::singleShot(0, this, [this] { controls_.documentTable->widenColumns(designWidths_); });
 }
 
 }  // namespace lens

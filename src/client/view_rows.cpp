@@ -78,6 +78,17 @@ QStringList ViewRows::texts(int row) {
   return indented(line.note.isNull() ? category(line) : document(line), line.level);
 }
 
+RowKey ViewRows::key(int row, int column) {
+  const ViewLine& line = lines_[row];
+  Note note;
+  if (!database_->notes().read(line.note, note)) throw RuntimeError(enginefault::UnknownNote);
+  EvaluatedNote document(note, database_.get(), EvaluatedNote::Items::Summary);
+  const formula::Value value = index_.rows().column(columns_[column].place, document, {line.key}).front();
+  if (value.isNumber()) return {true, value.number(), {}};
+  if (value.type() == formula::Type::Time) return {true, double(instantOrder(value.time())), {}};
+  return {false, 0, text(value)};
+}
+
 QString ViewRows::text(const formula::Value& value) const {
   if (value.isError()) return formula::faultText(value.errorCode());
   QString text = itemText({{}, 0, fieldValue(value)}, regional_);

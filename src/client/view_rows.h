@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <memory>
 
+#include "client/row_order.h"
 #include "embedded/store/database.h"
 #include "embedded/views/view_index.h"
 #include "host/regional.h"
@@ -32,6 +33,8 @@ class ViewRows {
   QVector<NoteId> noteIds() const;
   // One text for each column. Raises UnknownNote for a document that was deleted since.
   QStringList texts(int row);
+  // By what the cell of a document counts when rows are ordered. Raises as texts().
+  RowKey key(int row, int column);
 
  private:
   QString text(const formula::Value& value) const;

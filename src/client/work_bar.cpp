@@ -21,18 +21,21 @@ WorkBar::WorkBar(QWidget* parent)
   bar_->setFixedWidth(180);
   bar_->setAccessibleName(tr("Progress of the file"));
   cancel_->setObjectName(u"importCancel"_s);
+  cancel_->setText(tr("Cancel &import"));
   file_->setTextFormat(Qt::PlainText);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(file_);
   layout->addWidget(bar_);
   layout->addWidget(cancel_);
-  connect(cancel_, &QPushButton::clicked, this, [this] {
-    cancelled_ = true;
-    cancel_->setEnabled(false);
-    Q_EMIT cancelled();
-  });
+  connect(cancel_, &QPushButton::clicked, this, &WorkBar::cancel);
   hide();
+}
+
+void WorkBar::cancel() {
+  cancelled_ = true;
+  cancel_->setEnabled(false);
+  Q_EMIT cancelled();
 }
 
 void WorkBar::begin(Work work) {
@@ -62,13 +65,33 @@ void WorkBar::begin(Work work) {
       cancel_->setText(tr("Cancel &comparison"));
       cancel_->setToolTip(tr("Ends the comparison; what was found until then is listed"));
       break;
+    case Work::Preview:
+      text_ = tr("Looking into %1");
+      cancel_->setText(tr("&Stop looking"));
+      cancel_->setToolTip(tr("Leaves it open what would be replaced"));
+      break;
+    case Work::Undo:
+      text_ = tr("Undoing the import into %1");
+      cancel_->setText(tr("Cancel &undo"));
+      cancel_->setToolTip(tr("Ends the work; everything stays as it was imported"));
+      break;
+    case Work::Search:
+      text_ = tr("Searching %1");
+      cancel_->setText(tr("Cancel &search"));
+      cancel_->setToolTip(tr("Ends the search; what was found before stays in the list"));
+      break;
+    case Work::Copy:
+      text_ = tr("Copying %1");
+      break;
   }
   work_ = work;
   running_ = true;
   cancelled_ = false;
   cancel_->setEnabled(true);
+  cancel_->setVisible(work != Work::Copy);
   file_->clear();
-  bar_->setRange(0, kSteps);
+  // Nobody can tell how far a copy is.
+  bar_->setRange(0, work == Work::Copy ? 0 : kSteps);
   bar_->setValue(0);
   show();
 }

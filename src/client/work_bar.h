@@ -1,4 +1,4 @@
-// The progress of an import, export, index or reading in the status bar, with a button that ends it.
+// The progress of an import, export or other long work in the status bar, with a button that ends it.
 #pragma once
 
 #include <QElapsedTimer>
@@ -16,12 +16,14 @@ class WorkBar : public QWidget {
  public:
   explicit WorkBar(QWidget* parent = nullptr);
 
-  enum class Work { Import, Export, Index, Read, Compare };
+  enum class Work { Import, Export, Index, Read, Compare, Preview, Undo, Copy, Search };
   // Shown and running from begin() to finish().
   void begin(Work work);
   void finish();
   bool isRunning() const { return running_; }
   bool isCancelled() const { return cancelled_; }
+  // As the button does.
+  void cancel();
   Work work() const { return work_; }
   // A total of 0 is not known yet.
   void showProgress(const QString& file, qint64 done, qint64 total);

@@ -30,6 +30,9 @@ inline constexpr QRgb FrameLine = 0xFFC3C3C3;
 inline constexpr QRgb Text = 0xFF1B1B1B;
 inline constexpr QRgb Link = 0xFF1F5F9C;
 inline constexpr QRgb DestructiveText = 0xFF8E1F1F;
+// A pair of its own, which can be read in any palette.
+inline constexpr QRgb HitMark = 0xFFFFE08A;
+inline constexpr QRgb HitText = 0xFF1B1B1B;
 
 // In the set of the palette.
 QColor destructiveText(const QPalette& palette);

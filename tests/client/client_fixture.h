@@ -28,11 +28,25 @@ namespace lens {
 
 using namespace Qt::StringLiterals;
 
-// Answers that a test has prepared; asked counts the questions.
+// Answers that a test has prepared; asked counts the questions for files and new names.
 struct ScriptedChoice : FileChoice {
   QStringList files;
-  QString directory, name, target, database, report;
+  QString directory, name, target, database, report, otherName;
+  bool sure = true;
+  bool intoNew = false;  // where there is a choice
   int asked = 0;
+  QString lastQuestion;
+  ImportOffer lastOffer;
+  ImportTarget importTarget(QWidget*, const ImportOffer& offer) override {
+    lastOffer = offer;
+    const bool open = offer.open && offer.whyNotOpen.isEmpty() && !intoNew;
+    return {open ? ImportTarget::Kind::Open : ImportTarget::Kind::New, name.isEmpty() ? offer.newPath : name};
+  }
+  bool confirm(QWidget*, const QString& question, const QString&) override {
+    lastQuestion = question;
+    return sure;
+  }
+  QString otherDatabaseName(QWidget*, const QString&, const QString&) override { return otherName; }
   QStringList dxlFiles(QWidget*) override { return ++asked, files; }
   QString databaseFile(QWidget*) override { return ++asked, database; }
   QString folder(QWidget*) override { return ++asked, directory; }
@@ -85,10 +99,12 @@ class Client : public testing::Test {
   QTableView& table() { return part<QTableView>("documentTable"); }
   QString cell(int row, int column) { return table().model()->index(row, column).data().toString(); }
   QString page() { return part<QStackedWidget>("pages").currentWidget()->objectName(); }
-  // What the strip for failures says, "" while it is hidden.
+  // What the strip for failures says, "" while it is hidden or tells a result.
   QString error() {
-    return part<QWidget>("errorStrip").isVisible() ? part<QLabel>("errorText").text() : QString();
+    const bool told = part<QWidget>("errorStrip").isVisible() && !isResult();
+    return told ? part<QLabel>("errorText").text() : QString();
   }
+  bool isResult() { return part<QLabel>("errorText").foregroundRole() == QPalette::ButtonText; }
   // Neither painting nor selecting all of so many documents reads more notes than are in sight.
   void expectOnlyRowsInSightAreRead(int rows, int documents) {
     window->grab();
@@ -109,10 +125,11 @@ class Client : public testing::Test {
     ASSERT_EQ(found.size(), 1);
     views.setCurrentItem(found.first());
   }
-  // The text of the report that stands open, "" without one.
+  // The text of the report that stands open, or a result of one line in the strip; "" without either.
   QString report() {
     auto* dialog = window->findChild<QDialog*>(u"ImportReport"_s);
-    return dialog ? dialog->findChild<QPlainTextEdit*>(u"reportText"_s)->toPlainText() : QString();
+    if (dialog) return dialog->findChild<QPlainTextEdit*>(u"reportText"_s)->toPlainText();
+    return isResult() ? part<QLabel>("errorText").text() : QString();
   }
 
   Object session() { return gateway->create(u"Notes.NotesSession"_s); }

@@ -1,0 +1,150 @@
+#include <QAction>
+#include <QLineEdit>
+#include <QTimer>
+
+#include "client/client_fixture.h"
+#include "embedded/search/full_text.h"
+
+namespace lens {
+namespace {
+
+class ClientSearch : public Client {
+ protected:
+  ClientSearch() {
+    Note first = memo(u"The pump house"_s), second = memo(u"Nothing"_s);
+    first.add(u"Body"_s, 0, textValue(u"About a harbour"_s));
+    second.add(u"Body"_s, 0, textValue(u"A pump, and another Pump"_s));
+    house = save(first);
+    body = save(second);
+    save(memo(u"Something else"_s));
+  }
+  void find(const QString& query) {
+    auto& box = part<QLineEdit>("searchBox");
+    box.setFocus();
+    box.setText(query);
+    QTest::keyClick(&box, Qt::Key_Return);
+  }
+  QStringList subjects() {
+    QStringList all;
+    for (int row = 0; row < table().model()->rowCount(); ++row) all += cell(row, 1);
+    all.sort();
+    return all;
+  }
+  QString currentView() { return part<QListWidget>("viewList").currentItem()->text(); }
+
+  NoteId house, body;
+};
+
+TEST_F(ClientSearch, ListsWhatWordsAndQueriesFindAndOpensIt) {
+  createFullTextIndex(*mail);
+  start();
+  openMail();
+  find(u"pump"_s);
+  EXPECT_EQ(subjects(), QStringList({u"Nothing"_s, u"The pump house"_s}));
+  EXPECT_EQ(currentView(), u"Found: pump"_s);
+  EXPECT_TRUE(part<QLabel>("documentLabel").text().contains(u"2 found"_s));
+  find(u"pump AND NOT FIELD Subject CONTAINS house"_s);
+  EXPECT_EQ(subjects(), QStringList(u"Nothing"_s));
+  EXPECT_TRUE(table().hasFocus());
+  QTest::keyClick(&table(), Qt::Key_Return);
+  EXPECT_EQ(workspace->client().document(), body);
+}
+
+TEST_F(ClientSearch, MarksTheHitsInTheDocumentThatIsOpened) {
+  createFullTextIndex(*mail);
+  start();
+  openMail();
+  find(u"pump"_s);
+  ASSERT_TRUE(window->openDocument(body));
+  auto& content = part<QPlainTextEdit>("readerContent");
+  EXPECT_EQ(content.toPlainText(), u"A pump, and another Pump"_s) << "the first item with a hit";
+  const auto marks = content.extraSelections();
+  ASSERT_EQ(marks.size(), 2);
+  EXPECT_EQ(marks[0].cursor.selectedText(), u"pump"_s);
+  EXPECT_EQ(marks[1].cursor.selectedText(), u"Pump"_s);
+  const QAbstractItemModel& items = *part<QTableView>("readerItems").model();
+  int bold = 0;
+  for (int row = 0; row < items.rowCount(); ++row)
+    bold += items.index(row, 0).data(Qt::FontRole).value<QFont>().bold();
+  EXPECT_EQ(bold, 1);
+  trigger("closeDocumentAction");
+  showView(u"All documents"_s);
+  ASSERT_TRUE(window->openDocument(body));
+  part<QTableView>("readerItems").selectRow(2);
+  EXPECT_TRUE(content.extraSelections().isEmpty()) << "nobody searched for it";
+}
+
+TEST_F(ClientSearch, OffersToMakeAnIndexWhereThereIsNone) {
+  start();
+  openMail();
+  choice->sure = false;
+  find(u"pump"_s);
+  EXPECT_TRUE(choice->lastQuestion.contains(u"no full-text index"_s)) << choice->lastQuestion.toStdString();
+  EXPECT_FALSE(hasFullTextIndex(*mail));
+  EXPECT_EQ(currentView(), u"All documents"_s);
+  choice->sure = true;
+  find(u"pump"_s);
+  EXPECT_TRUE(hasFullTextIndex(*mail));
+  EXPECT_EQ(subjects().size(), 2);
+}
+
+TEST_F(ClientSearch, TellsAMistakeInAQueryAndLeavesTheListAlone) {
+  createFullTextIndex(*mail);
+  start();
+  openMail();
+  find(u"pump AND ("_s);
+  EXPECT_FALSE(error().isEmpty());
+  EXPECT_EQ(currentView(), u"All documents"_s);
+  EXPECT_EQ(choice->lastQuestion, QString()) << "a mistake is told before an index is made";
+  find(u"harbour"_s);
+  EXPECT_EQ(error(), QString());
+  EXPECT_EQ(subjects(), QStringList(u"The pump house"_s));
+}
+
+TEST_F(ClientSearch, FindsWhatWasSavedSinceTheIndexWasMade) {
+  createFullTextIndex(*mail);
+  start();
+  openMail();
+  save(memo(u"A pump of today"_s));
+  find(u"today"_s);
+  EXPECT_EQ(subjects(), QStringList(u"A pump of today"_s));
+}
+
+TEST_F(ClientSearch, TheResultStaysUntilTheBoxIsEmptyOrAnotherDatabaseIsOpen) {
+  createFullTextIndex(*mail);
+  workspace->createDatabase({}, u"other.nsf"_s, {});
+  start();
+  openMail();
+  find(u"pump"_s);
+  showView(u"All documents"_s);
+  EXPECT_EQ(subjects().size(), 3);
+  window->refresh();
+  showView(u"Found: pump"_s);
+  EXPECT_EQ(subjects().size(), 2);
+  part<QLineEdit>("searchBox").clear();
+  EXPECT_EQ(currentView(), u"All documents"_s);
+  EXPECT_TRUE(part<QListWidget>("viewList").findItems(u"Found"_s, Qt::MatchStartsWith).isEmpty());
+  find(u"pump"_s);
+  ASSERT_TRUE(window->openDatabase({{}, u"other.nsf"_s}));
+  EXPECT_TRUE(part<QListWidget>("viewList").findItems(u"Found"_s, Qt::MatchStartsWith).isEmpty());
+}
+
+TEST_F(ClientSearch, AQueryThatFindsNothingSaysSo) {
+  createFullTextIndex(*mail);
+  start();
+  openMail();
+  find(u"submarine"_s);
+  EXPECT_EQ(table().model()->rowCount(), 0);
+  EXPECT_TRUE(part<QLabel>("documentLabel").text().contains(u"0 found"_s));
+}
+
+TEST_F(ClientSearch, ItsKeyLeadsToTheBox) {
+  start();
+  EXPECT_FALSE(part<QAction>("searchAction").isEnabled());
+  openMail();
+  trigger("searchAction");
+  EXPECT_TRUE(part<QLineEdit>("searchBox").hasFocus());
+}
+
+}  // namespace
+}  // namespace lens
