@@ -18,7 +18,8 @@ int main(int argc, char** argv) {
   QApplication qtApplication(argc, argv);
   lens::speakLanguageOf(QLocale::system());
   PlatformHost host;
-  lens::Launcher program(host, lens::clientDoors());
+  lens::DesktopWorkspaceChoice choice;
+  lens::Launcher program(host, lens::clientDoors(), &choice);
   program.openWhenShown(lens::filesOfWindows(QApplication::arguments().sliced(1)));
   program.start();
   return QApplication::exec();

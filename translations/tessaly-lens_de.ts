@@ -116,20 +116,12 @@
         <translation>DXL &amp;importieren...</translation>
     </message>
     <message>
-        <source>Reads DXL files into the open database, or into a new one when none is open</source>
-        <translation>Liest DXL-Dateien in die offene Datenbank, oder in eine neue, wenn keine offen ist</translation>
-    </message>
-    <message>
         <source>Ctrl+I</source>
         <translation>Ctrl+I</translation>
     </message>
     <message>
         <source>Import DXL &amp;folder...</source>
         <translation>DXL-&amp;Ordner importieren...</translation>
-    </message>
-    <message>
-        <source>Reads all DXL files of a folder into the open database, or into a new one when none is open</source>
-        <translation>Liest alle DXL-Dateien eines Ordners in die offene Datenbank, oder in eine neue, wenn keine offen ist</translation>
     </message>
     <message>
         <source>Import DXL into n&amp;ew database...</source>
@@ -251,6 +243,118 @@
         <source>Shows selection and columns of the current view with their source</source>
         <translation>Zeigt Auswahl und Spalten der aktuellen Ansicht mit ihrem Quelltext</translation>
     </message>
+    <message>
+        <source>Sea&amp;rch for:</source>
+        <translation>S&amp;uchen nach:</translation>
+    </message>
+    <message>
+        <source>Search for</source>
+        <translation>Suchen nach</translation>
+    </message>
+    <message>
+        <source>Words, or a query: pump AND FIELD Subject CONTAINS house</source>
+        <translation>Wörter oder eine Abfrage: Pumpe AND FIELD Subject CONTAINS Haus</translation>
+    </message>
+    <message>
+        <source>Words side by side, AND, OR, NOT, ACCRUE, * and ?, FIELD name CONTAINS words; Enter searches the whole database</source>
+        <translation>Wörter nebeneinander, AND, OR, NOT, ACCRUE, * und ?, FIELD Name CONTAINS Wörter; die Eingabetaste durchsucht die ganze Datenbank</translation>
+    </message>
+    <message>
+        <source>Searc&amp;h</source>
+        <translation>Suc&amp;hen</translation>
+    </message>
+    <message>
+        <source>Lists the documents that hold the words, by the full-text index</source>
+        <translation>Listet mit dem Volltextindex die Dokumente auf, in denen die Wörter stehen</translation>
+    </message>
+    <message>
+        <source>Fi&amp;lter:</source>
+        <translation>Fi&amp;lter:</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Only rows with these words</source>
+        <translation>Nur Zeilen mit diesen Wörtern</translation>
+    </message>
+    <message>
+        <source>Shows only the rows of this list in which all the words occur, in any column; Esc empties it</source>
+        <translation>Zeigt nur die Zeilen dieser Liste, in denen alle Wörter vorkommen, in welcher Spalte auch immer; Esc leert den Filter</translation>
+    </message>
+    <message>
+        <source>Reads DXL files into the open database or a new one, as you choose</source>
+        <translation>Liest DXL-Dateien in die offene oder eine neue Datenbank, wie Sie es wählen</translation>
+    </message>
+    <message>
+        <source>Reads all DXL files of a folder into the open database or a new one, as you choose</source>
+        <translation>Liest alle DXL-Dateien eines Ordners in die offene oder eine neue Datenbank, wie Sie es wählen</translation>
+    </message>
+    <message>
+        <source>Undo impor&amp;t</source>
+        <translation>Impor&amp;t rückgängig machen</translation>
+    </message>
+    <message>
+        <source>Takes the last import into the open database back; what somebody has changed since stays</source>
+        <translation>Nimmt den letzten Import in die offene Datenbank zurück; was seither jemand geändert hat, bleibt</translation>
+    </message>
+    <message>
+        <source>&amp;Rename database...</source>
+        <translation>Datenbank um&amp;benennen...</translation>
+    </message>
+    <message>
+        <source>Gives the database that is current on the left another file name</source>
+        <translation>Gibt der links gewählten Datenbank einen anderen Dateinamen</translation>
+    </message>
+    <message>
+        <source>Cop&amp;y database...</source>
+        <translation>Datenbank &amp;kopieren...</translation>
+    </message>
+    <message>
+        <source>Copies the database that is current on the left, under a replica ID of its own</source>
+        <translation>Kopiert die links gewählte Datenbank, mit einer eigenen Replik-ID</translation>
+    </message>
+    <message>
+        <source>De&amp;lete database...</source>
+        <translation>Datenbank &amp;löschen...</translation>
+    </message>
+    <message>
+        <source>Deletes the database that is current on the left with all its documents</source>
+        <translation>Löscht die links gewählte Datenbank mit allen Dokumenten</translation>
+    </message>
+    <message>
+        <source>&amp;Search...</source>
+        <translation>&amp;Suchen...</translation>
+    </message>
+    <message>
+        <source>Goes to the search box</source>
+        <translation>Geht zum Suchfeld</translation>
+    </message>
+    <message>
+        <source>Ctrl+F</source>
+        <translation>Ctrl+F</translation>
+    </message>
+    <message>
+        <source>Filter &amp;rows...</source>
+        <translation>&amp;Zeilen filtern...</translation>
+    </message>
+    <message>
+        <source>Goes to the filter of the list</source>
+        <translation>Geht zum Filter der Liste</translation>
+    </message>
+    <message>
+        <source>Ctrl+L</source>
+        <translation>Ctrl+L</translation>
+    </message>
+    <message>
+        <source>Fit col&amp;umns</source>
+        <translation>Spalten a&amp;npassen</translation>
+    </message>
+    <message>
+        <source>Makes the columns as wide as what is in sight of them</source>
+        <translation>Macht die Spalten so breit wie das, was von ihnen zu sehen ist</translation>
+    </message>
 </context>
 <context>
     <name>QObject</name>
@@ -333,6 +437,125 @@
     <message>
         <source>%1 (formula not readable)</source>
         <translation>%1 (Formel nicht lesbar)</translation>
+    </message>
+    <message>
+        <source>An import is being undone: wait for its end or cancel it first</source>
+        <translation>Ein Import wird rückgängig gemacht: Warten Sie das Ende ab, oder brechen Sie es vorher ab</translation>
+    </message>
+    <message>
+        <source>A database is being copied: wait for its end</source>
+        <translation>Eine Datenbank wird kopiert: Warten Sie das Ende ab</translation>
+    </message>
+    <message>
+        <source>A search is running: wait for its end or cancel it first</source>
+        <translation>Eine Suche läuft: Warten Sie das Ende ab, oder brechen Sie sie vorher ab</translation>
+    </message>
+    <message>
+        <source>Files are being looked into: wait for the end of that</source>
+        <translation>Dateien werden durchgesehen: Warten Sie das Ende ab</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>New file name, folders included:</source>
+        <translation>Neuer Dateiname, mit Ordnern:</translation>
+    </message>
+    <message>
+        <source>Client</source>
+        <translation>Client</translation>
+    </message>
+    <message>
+        <source>%1 and others</source>
+        <translation>%1 und andere</translation>
+    </message>
+    <message>
+        <source>All DXL files of the folder %1</source>
+        <translation>Alle DXL-Dateien des Ordners %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 and %n other(s)</source>
+        <translation>
+            <numerusform>%1 und %n andere</numerusform>
+            <numerusform>%1 und %n andere</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>somebody has changed it since</source>
+        <translation>jemand hat sie seither geändert</translation>
+    </message>
+    <message>
+        <source>somebody has deleted it since</source>
+        <translation>jemand hat sie seither gelöscht</translation>
+    </message>
+    <message>
+        <source>another note has its place by now</source>
+        <translation>eine andere Notiz hat inzwischen ihren Platz</translation>
+    </message>
+    <message>
+        <source>its attachment is no longer in the database</source>
+        <translation>ihr Anhang ist nicht mehr in der Datenbank</translation>
+    </message>
+    <message>
+        <source>as it was before it was damaged</source>
+        <translation>wie sie vorher war, war sie beschädigt</translation>
+    </message>
+    <message>
+        <source>Note ID %1</source>
+        <translation>Notiz-ID %1</translation>
+    </message>
+    <message>
+        <source>%1 (Note ID %2)</source>
+        <translation>%1 (Notiz-ID %2)</translation>
+    </message>
+    <message>
+        <source>%1 notes removed that the import had brought, %2 put back as they were.</source>
+        <translation>%1 Notizen entfernt, die der Import gebracht hatte, %2 wiederhergestellt, wie sie waren.</translation>
+    </message>
+    <message>
+        <source>Left as they are now: %1</source>
+        <translation>So gelassen, wie sie jetzt sind: %1</translation>
+    </message>
+    <message>
+        <source>  and %1 more</source>
+        <translation>  und %1 weitere</translation>
+    </message>
+    <message>
+        <source>Make a new workspace</source>
+        <translation>Neuen Arbeitsbereich anlegen</translation>
+    </message>
+    <message>
+        <source>Make</source>
+        <translation>Anlegen</translation>
+    </message>
+    <message>
+        <source>new workspace</source>
+        <translation>neuer Arbeitsbereich</translation>
+    </message>
+    <message>
+        <source>Workspace</source>
+        <translation>Arbeitsbereich</translation>
+    </message>
+    <message>
+        <source>The program can work on another workspace.</source>
+        <translation>Das Programm kann mit einem anderen Arbeitsbereich arbeiten.</translation>
+    </message>
+    <message>
+        <source>&amp;Open another...</source>
+        <translation>Anderen ö&amp;ffnen...</translation>
+    </message>
+    <message>
+        <source>&amp;Make a new one...</source>
+        <translation>&amp;Neuen anlegen...</translation>
+    </message>
+    <message>
+        <source>&amp;Go on without</source>
+        <translation>&amp;Ohne weiter</translation>
+    </message>
+    <message>
+        <source>Open a workspace</source>
+        <translation>Arbeitsbereich öffnen</translation>
     </message>
 </context>
 <context>
@@ -948,6 +1171,36 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     </message>
 </context>
 <context>
+    <name>lens::DatabaseCommands</name>
+    <message>
+        <source>No database is chosen on the left</source>
+        <translation>Links ist keine Datenbank gewählt</translation>
+    </message>
+    <message>
+        <source>%1 on %2</source>
+        <translation>%1 auf %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete the database %1 with its %n document(s)? Nothing brings it back.</source>
+        <translation>
+            <numerusform>Die Datenbank %1 mit ihrem %n Dokument löschen? Nichts bringt sie zurück.</numerusform>
+            <numerusform>Die Datenbank %1 mit ihren %n Dokumenten löschen? Nichts bringt sie zurück.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>Rename database</source>
+        <translation>Datenbank umbenennen</translation>
+    </message>
+    <message>
+        <source>Copy database</source>
+        <translation>Datenbank kopieren</translation>
+    </message>
+</context>
+<context>
     <name>lens::DatabaseController</name>
     <message>
         <source>%1: the database is no longer there</source>
@@ -991,6 +1244,14 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     <message>
         <source>No databases here yet</source>
         <translation>Hier sind noch keine Datenbanken</translation>
+    </message>
+    <message>
+        <source>%1 is no database that can be opened here. Where it can be opened, export it as DXL and import that.</source>
+        <translation>%1 ist keine Datenbank, die sich hier öffnen lässt. Exportieren Sie sie dort, wo sie sich öffnen lässt, als DXL, und importieren Sie das.</translation>
+    </message>
+    <message>
+        <source>%1 (cannot be opened)</source>
+        <translation>%1 (lässt sich nicht öffnen)</translation>
     </message>
 </context>
 <context>
@@ -1115,6 +1376,14 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     <message>
         <source>(unknown)</source>
         <translation>(unbekannt)</translation>
+    </message>
+    <message>
+        <source>Items</source>
+        <translation>Items</translation>
+    </message>
+    <message>
+        <source>Content</source>
+        <translation>Inhalt</translation>
     </message>
 </context>
 <context>
@@ -1370,6 +1639,119 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
         <source>: nothing was imported, so the new database was removed again</source>
         <translation>: nichts wurde importiert, darum wurde die neue Datenbank wieder entfernt</translation>
     </message>
+    <message>
+        <source>%1 on %2</source>
+        <translation>%1 auf %2</translation>
+    </message>
+    <message>
+        <source>The open database can only be read.</source>
+        <translation>Die offene Datenbank kann nur gelesen werden.</translation>
+    </message>
+    <message>
+        <source>Nothing was imported: the database is no longer the open one</source>
+        <translation>Nichts wurde importiert: Die Datenbank ist nicht mehr die offene</translation>
+    </message>
+    <message>
+        <source>The import cannot be undone: %1</source>
+        <translation>Der Import kann nicht rückgängig gemacht werden: %1</translation>
+    </message>
+    <message>
+        <source>Import report</source>
+        <translation>Importbericht</translation>
+    </message>
+    <message>
+        <source>Replaced:</source>
+        <translation>Ersetzt:</translation>
+    </message>
+    <message>
+        <source>  and more</source>
+        <translation>  und weitere</translation>
+    </message>
+</context>
+<context>
+    <name>lens::ImportDialog</name>
+    <message>
+        <source>Into the &amp;open database</source>
+        <translation>In die &amp;offene Datenbank</translation>
+    </message>
+    <message>
+        <source>Into a &amp;new database on %1:</source>
+        <translation>In eine &amp;neue Datenbank auf %1:</translation>
+    </message>
+    <message>
+        <source>Import DXL</source>
+        <translation>DXL importieren</translation>
+    </message>
+    <message>
+        <source>File name of the new database, folders included</source>
+        <translation>Dateiname der neuen Datenbank, mit Ordnern</translation>
+    </message>
+    <message>
+        <source>Into the &amp;open database %1</source>
+        <translation>In die &amp;offene Datenbank %1</translation>
+    </message>
+    <message>
+        <source>Notes that would be replaced</source>
+        <translation>Notizen, die ersetzt würden</translation>
+    </message>
+    <message>
+        <source>&amp;Import</source>
+        <translation>&amp;Importieren</translation>
+    </message>
+    <message>
+        <source>An import can be undone until its database is closed.</source>
+        <translation>Ein Import kann rückgängig gemacht werden, bis seine Datenbank geschlossen wird.</translation>
+    </message>
+    <message>
+        <source>Nothing is replaced in a new database</source>
+        <translation>In einer neuen Datenbank wird nichts ersetzt</translation>
+    </message>
+    <message>
+        <source>Looking which notes would be replaced...</source>
+        <translation>Es wird nachgesehen, welche Notizen ersetzt würden...</translation>
+    </message>
+    <message>
+        <source>What would be replaced cannot be told: %1</source>
+        <translation>Was ersetzt würde, lässt sich nicht sagen: %1</translation>
+    </message>
+    <message>
+        <source>Notes of the same universal ID will be replaced; nobody has looked which</source>
+        <translation>Notizen mit derselben Universal-ID werden ersetzt; niemand hat nachgesehen, welche</translation>
+    </message>
+    <message>
+        <source>No note of the open database would be replaced</source>
+        <translation>Keine Notiz der offenen Datenbank würde ersetzt</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n note(s) of the open database would be &amp;replaced:</source>
+        <translation>
+            <numerusform>%n Notiz der offenen Datenbank würde e&amp;rsetzt:</numerusform>
+            <numerusform>%n Notizen der offenen Datenbank würden e&amp;rsetzt:</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>lens::ImportUndo</name>
+    <message>
+        <source>Undo impor&amp;t</source>
+        <translation>Impor&amp;t rückgängig machen</translation>
+    </message>
+    <message>
+        <source>Undo impor&amp;t of %1</source>
+        <translation>Impor&amp;t von %1 rückgängig machen</translation>
+    </message>
+    <message>
+        <source>Cancelled: everything is as it was imported</source>
+        <translation>Abgebrochen: Alles ist, wie es importiert wurde</translation>
+    </message>
+    <message>
+        <source>Import undone</source>
+        <translation>Import rückgängig gemacht</translation>
+    </message>
+    <message>
+        <source>The import of %1 into %2 on %3 was undone</source>
+        <translation>Der Import von %1 in %2 auf %3 wurde rückgängig gemacht</translation>
+    </message>
 </context>
 <context>
     <name>lens::IndexController</name>
@@ -1504,6 +1886,17 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     </message>
 </context>
 <context>
+    <name>lens::ListTable</name>
+    <message>
+        <source>&amp;Copy rows</source>
+        <translation>Zeilen &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>Puts the marked rows with all their columns on the clipboard</source>
+        <translation>Legt die markierten Zeilen mit allen Spalten in die Zwischenablage</translation>
+    </message>
+</context>
+<context>
     <name>lens::RealReport</name>
     <message>
         <source>Reading report</source>
@@ -1544,6 +1937,21 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
         <source>Puts the whole report on the clipboard</source>
         <translation>Legt den ganzen Bericht in die Zwischenablage</translation>
     </message>
+    <message>
+        <source>Report</source>
+        <translation>Bericht</translation>
+    </message>
+</context>
+<context>
+    <name>lens::SearchController</name>
+    <message>
+        <source>%1 has no full-text index, and only with one can it be searched. Make one now?</source>
+        <translation>%1 hat keinen Volltextindex, und nur mit einem lässt sie sich durchsuchen. Jetzt einen anlegen?</translation>
+    </message>
+    <message>
+        <source>&amp;Create index</source>
+        <translation>&amp;Index anlegen</translation>
+    </message>
 </context>
 <context>
     <name>lens::ViewPane</name>
@@ -1566,6 +1974,22 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     <message>
         <source>Doc&amp;uments: %1, all there are: formula not readable (%2)</source>
         <translation>Dok&amp;umente: %1, alle, die es gibt: Formel nicht lesbar (%2)</translation>
+    </message>
+    <message>
+        <source>&amp;Empty the filter</source>
+        <translation>Filter &amp;leeren</translation>
+    </message>
+    <message>
+        <source>Doc&amp;uments: %1 found</source>
+        <translation>Dok&amp;umente: %1 gefunden</translation>
+    </message>
+    <message>
+        <source>Doc&amp;uments: %1 of %2</source>
+        <translation>Dok&amp;umente: %1 von %2</translation>
+    </message>
+    <message>
+        <source>Found: %1</source>
+        <translation>Gefunden: %1</translation>
     </message>
 </context>
 <context>
@@ -1648,6 +2072,46 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     <message>
         <source>Ends the reading; nothing of it is kept</source>
         <translation>Beendet das Lesen; nichts davon bleibt</translation>
+    </message>
+    <message>
+        <source>Looking into %1</source>
+        <translation>%1 wird durchgesehen</translation>
+    </message>
+    <message>
+        <source>&amp;Stop looking</source>
+        <translation>&amp;Nicht weiter nachsehen</translation>
+    </message>
+    <message>
+        <source>Leaves it open what would be replaced</source>
+        <translation>Lässt offen, was ersetzt würde</translation>
+    </message>
+    <message>
+        <source>Undoing the import into %1</source>
+        <translation>Der Import in %1 wird rückgängig gemacht</translation>
+    </message>
+    <message>
+        <source>Cancel &amp;undo</source>
+        <translation>&amp;Abbrechen</translation>
+    </message>
+    <message>
+        <source>Ends the work; everything stays as it was imported</source>
+        <translation>Beendet die Arbeit; alles bleibt, wie es importiert wurde</translation>
+    </message>
+    <message>
+        <source>Searching %1</source>
+        <translation>%1 wird durchsucht</translation>
+    </message>
+    <message>
+        <source>Cancel &amp;search</source>
+        <translation>&amp;Suche abbrechen</translation>
+    </message>
+    <message>
+        <source>Ends the search; what was found before stays in the list</source>
+        <translation>Beendet die Suche; was vorher gefunden wurde, bleibt in der Liste</translation>
+    </message>
+    <message>
+        <source>Copying %1</source>
+        <translation>%1 wird kopiert</translation>
     </message>
 </context>
 </TS>

@@ -81,6 +81,8 @@ void Application::cmdCMRcoll_Click() {
 void Application::start() {
   fitDesignToScreen(form);
   lifecycle.Form_Load();
+  // A load that ended early has made no record, and the window is laid out all the same.
+  if (layout.recordedHeight() == 0) layout.GetLocation();
   const QSize room = roomInside(*form.screen());
   if (room.expandedTo(kComfortableSize) == room) form.resize(kComfortableSize);
   restoreSize();

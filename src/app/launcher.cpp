@@ -3,11 +3,13 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QScreen>
 #include <QTimer>
 #include <utility>
 
 #include "app/closed_doors.h"
 #include "app/sample_workspace.h"
+#include "app/window_places.h"
 #include "client/kept_databases.h"
 #include "controls/look.h"
 #include "embedded/capi/embedded_capi.h"
@@ -20,6 +22,15 @@ namespace {
 
 // Milliseconds in which the main window is drawn before the client window is made.
 constexpr int kMoment = 20;
+// Below that the client window is of no use beside the main window.
+constexpr QSize kLeastClient(520, 400);
+
+// What the desktop draws around a window.
+QMargins frameOf(const QWidget& window) {
+  const QRect outside = window.frameGeometry(), inside = window.geometry();
+  return {inside.left() - outside.left(), inside.top() - outside.top(), outside.right() - inside.right(),
+          outside.bottom() - inside.bottom()};
+}
 
 // The user's own is made at the first start, with the directories that lead to it.
 QString placeForWorkspace() {
@@ -36,7 +47,8 @@ QString fileOfWindows(Host& host) {
 
 }  // namespace
 
-Launcher::Launcher(Host& host, ClientDoors client) : host_(host), kept_(fileOfWindows(host)) {
+Launcher::Launcher(Host& host, ClientDoors client, WorkspaceChoice* choice)
+    : host_(host), choice_(choice), kept_(fileOfWindows(host)) {
   // Hiding into the tray, a box at the start or a closed client window must not end the process.
   QApplication::setQuitOnLastWindowClosed(false);
   applyLook();
@@ -64,18 +76,36 @@ QString Launcher::openDoors(ClientDoors client) {
 
 Launcher::~Launcher() = default;
 
-// Behind the main window, which the user came for; it is made when that one has been drawn.
+// Beside the main window where there is room, else behind it, since it is the main window that the user came
+// for.
+void Launcher::placeClient() {
+  const Form1& form = application_->form;
+  QVector<QRect> screens{form.screen()->availableGeometry()};
+  for (const QScreen* screen : QGuiApplication::screens())
+    if (screen != form.screen()) screens += screen->availableGeometry();
+  // Its own frame is not known before the desktop has drawn it; it will be like the other one's.
+  const QMargins frame = frameOf(form);
+  if (const auto place =
+          placeBeside(form.frameGeometry(), screens, client_->size().grownBy(frame), kLeastClient))
+    client_->setGeometry(place->marginsRemoved(frame));
+  else
+    client_->lower();
+}
+
+// It is made when the main window has been drawn.
 void Launcher::openClient() {
   client_ = std::make_unique<ClientWindow>(workspace_);
-  client_->keepState(kept_);
+  const bool hasPlace = client_->keepState(kept_);
   firstDatabase_.reset();
   client_->setAttribute(Qt::WA_ShowWithoutActivating);
   client_->show();
-  client_->lower();
+  if (hasPlace)
+    client_->lower();
+  else
+    placeClient();
   client_->setAttribute(Qt::WA_ShowWithoutActivating, false);
-  // Closing the client window hides it; the panel that names the source brings it back.
-  application_->form.sbrMain->setToolTip(u"Click on the source to show the client window"_s);
-  application_->form.sbrMain->panelClick = [this](const QString& key) { sbrMain_PanelClick(key); };
+  // Closing the client window hides it.
+  access_ = std::make_unique<ClientAccess>(application_->form, [this] { showClient(); });
   if (files_.isEmpty()) return;
   showClient();
   client_->openFiles(std::exchange(files_, {}));
@@ -93,16 +123,32 @@ bool Launcher::tell(Body&& statements) {
   }
 }
 
+// The directory that was opened; none is when the user goes on without.
+QString Launcher::openFirstThatCan(QString directory) {
+  while (!directory.isEmpty()) {
+    try {
+      workspace_ = Workspace::open(directory, host_.regional());
+      return directory;
+    } catch (const RuntimeError& error) {
+      failure_ = error.description();
+    }
+    if (!choice_) {
+      host_.messageBox(failure_, box::Critical, u"Workspace"_s);
+      return {};
+    }
+    directory = choice_->another(directory, failure_);
+  }
+  return {};
+}
+
 // A sample that cannot be read must not keep the user from the other databases.
 void Launcher::openWorkspace() {
-  if (!tell([this] { workspace_ = Workspace::open(placeForWorkspace(), host_.regional()); })) return;
+  const QString first = placeForWorkspace(), directory = openFirstThatCan(first);
+  if (!workspace_) return;
+  if (directory != first) nameWorkspace(directory);
   tell([this] { fillFirstTime(*workspace_); });
   firstDatabase_ = openKeptDatabase(*workspace_, kept_);
   if (!firstDatabase_) tell([this] { firstDatabase_ = openSampleMail(*workspace_); });
-}
-
-void Launcher::sbrMain_PanelClick(const QString& key) {
-  if (key == u"Source") showClient();
 }
 
 void Launcher::showClient() {

@@ -4,7 +4,9 @@
 #include <memory>
 
 #include "app/application.h"
+#include "app/client_access.h"
 #include "app/client_doors.h"
+#include "app/workspace_choice.h"
 #include "client/client_window.h"
 #include "controls/kept_settings.h"
 #include "embedded/workspace/workspace.h"
@@ -17,8 +19,9 @@ class Launcher {
   // Opens the workspace that the environment variable TESSALY_WORKSPACE names, else works on the client where
   // this platform has one, else opens the user's own workspace, which the first start fills with samples.
   // What was open at the end of the last start is open again. When a workspace cannot be opened the user is
-  // told why, and the program comes up with closed doors.
-  explicit Launcher(Host& host, ClientDoors client = {});
+  // told why and may choose another one, where there is a choice (not owned); else the program comes up with
+  // closed doors.
+  explicit Launcher(Host& host, ClientDoors client = {}, WorkspaceChoice* choice = nullptr);
   ~Launcher();
 
   // Files that the client window opens when it has come up, which brings it to the front.
@@ -35,14 +38,16 @@ class Launcher {
   // Puts something behind the two doors; what it is, for the user.
   QString openDoors(ClientDoors client);
   void openWorkspace();
+  QString openFirstThatCan(QString directory);
+  void placeClient();
   // Shows a failure with the title "Workspace"; false then.
   template <class Body>
   bool tell(Body&& statements);
   void openClient();
-  void sbrMain_PanelClick(const QString& key);
   void showClient();
 
   Host& host_;
+  WorkspaceChoice* choice_;
   KeptSettings kept_;  // of the windows
   QString failure_;
   QStringList files_;  // to be opened
@@ -52,6 +57,7 @@ class Launcher {
   std::unique_ptr<CApi> capi_;
   std::unique_ptr<Application> application_;
   std::unique_ptr<ClientWindow> client_;
+  std::unique_ptr<ClientAccess> access_;
 };
 
 }  // namespace lens

@@ -1,5 +1,6 @@
 #include "controls/status_bar.h"
 
+#include <QAccessible>
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
@@ -19,6 +20,12 @@ constexpr int kPanelTextLeft = 8;
 
 }  // namespace
 
+QStringList StatusBar::panels() const {
+  QStringList keys;
+  for (const Panel& panel : panels_) keys += panel.key;
+  return keys;
+}
+
 void StatusBar::setDesignWidth(int pixels) {
   designWidth_ = qMax(1, pixels);
   update();
@@ -34,8 +41,13 @@ bool StatusBar::hasPanel(const QString& key) const {
 }
 
 void StatusBar::setPanelText(const QString& key, const QString& text) {
-  panels_[indexOf(key)].text = text;
+  const std::size_t place = indexOf(key);
+  panels_[place].text = text;
   update(panelRect(key));
+  if (!QAccessible::isActive()) return;
+  QAccessibleEvent changed(this, QAccessible::NameChanged);
+  changed.setChild(int(place));
+  QAccessible::updateAccessibility(&changed);
 }
 
 void StatusBar::setPanelEnabled(const QString& key, bool enabled) {

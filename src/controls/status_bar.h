@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QColor>
+#include <QStringList>
 #include <QWidget>
 
 #include <vector>
@@ -22,6 +23,8 @@ class StatusBar : public QWidget {
   // Left and width in pixels of the design width.
   void addPanel(const QString& key, int left, int width);
   bool hasPanel(const QString& key) const;
+  // In the order in which they were added.
+  QStringList panels() const;
 
   // All of these raise 9 for an unknown key.
   QString panelText(const QString& key) const { return panels_[indexOf(key)].text; }

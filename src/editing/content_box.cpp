@@ -1,5 +1,6 @@
 #include "editing/content_box.h"
 
+#include "controls/fonts.h"
 #include "controls/keys.h"
 #include "notes/literals.h"
 #include "shell/text_routines.h"
@@ -56,7 +57,8 @@ void ContentBox::txtFieldContent_SelChange() {
   LinesBackFromChar(box, line, position, column);
   desk_.form.sbrMain->setPanelText(u"MainText"_s, u"Line %1     Pos %2"_s.arg(line + 1).arg(column + 1));
   QString font = u"Font: "_s;
-  if (const auto name = box.selFontName()) font += *name;
+  // The family that is seen: another one stands in where the wanted one is not installed.
+  if (const auto name = box.selFontName()) font += installedFamily(*name);
   if (const auto size = box.selFontSize()) font += u' ' + QString::number(*size);
   desk_.form.sbrMain->setPanelText(u"FontInfo"_s, font);
 }

@@ -6,6 +6,7 @@
 
 #include "controls/look.h"
 #include "controls/pictures.h"
+#include "controls/status_bar_accessibility.h"
 #include "notes/literals.h"
 #include "shell/control_fonts.h"
 
@@ -26,6 +27,7 @@ void addPanels(StatusBar& bar) {
 }  // namespace
 
 Form1::Form1() {
+  makeStatusBarsAccessible();
   setupUi(this);
   setWindowIcon(pictures::program());
   setMinimumSize(480, 320);

@@ -1,0 +1,31 @@
+#include "app/window_places.h"
+
+namespace lens {
+namespace {
+
+bool holds(const QSize& room, const QSize& size) {
+  return room.width() >= size.width() && room.height() >= size.height();
+}
+
+}  // namespace
+
+std::optional<QRect> placeBeside(const QRect& window, const QVector<QRect>& screens, const QSize& wanted,
+                                 const QSize& least) {
+  if (screens.isEmpty()) return std::nullopt;
+  const QRect& own = screens.first();
+  const QRect right(QPoint(window.right() + 1, own.top()), own.bottomRight());
+  const QRect left(own.topLeft(), QPoint(window.left() - 1, own.bottom()));
+  QVector<QRect> rooms{right.intersected(own), left.intersected(own)};
+  rooms += screens.sliced(1);
+  for (const QRect& room : std::as_const(rooms)) {
+    if (!holds(room.size(), least)) continue;
+    const QSize size = wanted.boundedTo(room.size());
+    const int x = room == rooms[1] ? room.right() - size.width() + 1 : room.left();
+    // Level with the other window where that leaves it whole on the screen.
+    const int y = qBound(room.top(), window.top(), room.bottom() - size.height() + 1);
+    return QRect(QPoint(x, y), size);
+  }
+  return std::nullopt;
+}
+
+}  // namespace lens

@@ -1,0 +1,17 @@
+// Where windows come up that nobody has placed yet.
+#pragma once
+
+#include <QRect>
+#include <QSize>
+#include <QVector>
+#include <optional>
+
+namespace lens {
+
+// A place beside a window: on its own screen at the right or at the left, else on another screen. As large as
+// wanted where there is room, and never smaller than the least size; none where there is no such room. All
+// are frames and screens without what the desktop keeps for itself, the window's own screen first.
+std::optional<QRect> placeBeside(const QRect& window, const QVector<QRect>& screens, const QSize& wanted,
+                                 const QSize& least);
+
+}  // namespace lens
