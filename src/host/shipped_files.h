@@ -6,13 +6,13 @@
 
 namespace lens {
 
-// The full path of a shipped file ("docs/guide.md"), "" where it is not there. Beside an installed program they
-// lie in share/tessaly-lens, and so they do in the directory that it is built in; on Windows in share. Needs the
-// application object.
+// The full path of a shipped file ("docs/guide.md"), "" where it is not there. Beside an installed program
+// they lie in share/tessaly-lens, and so they do in the directory that it is built in; on Windows in share.
+// Needs the application object.
 QString shippedFile(const QString& name);
 
-// The program's texts, and those of the library that it is built on, in the first of the user's languages that
-// is there; English otherwise. The application object is there, and no window yet.
+// The program's texts, and those of the library that it is built on, in the first of the user's languages
+// that is there; English otherwise. The application object is there, and no window yet.
 void speakLanguageOf(const QLocale& locale);
 
 }  // namespace lens
