@@ -6,9 +6,9 @@
 
 #include "client/client_controls.h"
 #include "client/document_pane.h"
+#include "client/note_texts.h"
 #include "client/panes.h"
 #include "client/real_reading.h"
-#include "client/real_report.h"
 #include "client/view_pane.h"
 
 namespace lens {

@@ -1,5 +1,7 @@
 #include "client/note_texts.h"
 
+#include <QFileInfo>
+
 #include "embedded/design/note_kinds.h"
 #include "embedded/formula/compiled/stored_formula.h"
 #include "embedded/richtext/rich_text.h"
@@ -108,6 +110,13 @@ QString itemText(const Item& item, const Regional& regional) {
   QStringList lines;
   for (const Value& entry : value.values()) lines += textOf(entry, regional);
   return lines.join(u'\n');
+}
+
+QString realLine(const RealDatabase& real) {
+  return QObject::tr("read-only copy of %1, %2 of %3 notes read")
+      .arg(QFileInfo(real.source).fileName())
+      .arg(real.notesRead)
+      .arg(real.notesFound);
 }
 
 }  // namespace lens

@@ -1,9 +1,10 @@
-// How the client window words notes and items.
+// How the client window words notes, items and databases.
 #pragma once
 
 #include <QString>
 
 #include "embedded/format/note.h"
+#include "embedded/workspace/real_databases.h"
 #include "host/regional.h"
 
 namespace lens {
@@ -23,5 +24,8 @@ QString noteIdText(NoteId noteId);
 QString itemTypeName(const Item& item);
 // The values one below the other; the size where nothing can be read as text.
 QString itemText(const Item& item, const Regional& regional);
+
+// RealDatabase::line() in the user's language.
+QString realLine(const RealDatabase& real);
 
 }  // namespace lens

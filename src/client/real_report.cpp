@@ -6,18 +6,12 @@
 
 #include "client/client_controls.h"
 #include "client/database_controller.h"
+#include "client/note_texts.h"
 #include "client/report_dialog.h"
 #include "host/save_file.h"
 #include "notes/literals.h"
 
 namespace lens {
-
-QString realLine(const RealDatabase& real) {
-  return QObject::tr("read-only copy of %1, %2 of %3 notes read")
-      .arg(QFileInfo(real.source).fileName())
-      .arg(real.notesRead)
-      .arg(real.notesFound);
-}
 
 RealReport::RealReport(ClientControls& controls, DatabaseController& databases)
     : controls_(controls), databases_(databases) {

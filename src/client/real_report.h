@@ -12,9 +12,6 @@ namespace lens {
 class DatabaseController;
 struct ClientControls;
 
-// RealDatabase::line() in the user's language.
-QString realLine(const RealDatabase& real);
-
 class RealReport : public QObject {
   Q_OBJECT
 

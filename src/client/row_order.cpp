@@ -1,6 +1,7 @@
 #include "client/row_order.h"
 
 #include <QCollator>
+#include <QLocale>
 #include <algorithm>
 #include <vector>
 
@@ -35,7 +36,9 @@ struct KeyedRow {
 std::optional<QVector<int>> arrangedRows(const RowSource& rows, const RowArrangement& wanted,
                                          const std::function<bool()>& interrupted) {
   const QStringList words = wanted.filter.split(u' ', Qt::SkipEmptyParts);
-  QCollator collator;
+  // Without a language of the user letters would be ordered by their codes.
+  const QLocale own;
+  QCollator collator(own.language() == QLocale::C ? QLocale(QLocale::English) : own);
   collator.setCaseSensitivity(Qt::CaseInsensitive);
   collator.setNumericMode(true);
   std::vector<KeyedRow> keyed;
