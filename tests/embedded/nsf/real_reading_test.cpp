@@ -48,7 +48,9 @@ TEST_F(RealReading, LeaveNothingOfAReadingThatWasEnded) {
   open();
   const int all = asked;
   ASSERT_GT(all, 10);
-  for (int end = 0; end < all; ++end) {
+  // LENS_SOAK tries each place.
+  const int step = qEnvironmentVariableIsSet("LENS_SOAK") ? 1 : 7;
+  for (int end = 0; end < all; end += step) {
     const auto fresh = Workspace::open(directory.filePath(u"workspace%1"_s.arg(end)), Regional(QLocale::c()));
     int left = end;
     fresh->watchRealDatabases({[&](const QString&, qint64, qint64) { return left-- > 0; }, {}});
