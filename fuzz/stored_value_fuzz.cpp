@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "check.h"
+#include "embedded/dxl/compiled_values.h"
 #include "embedded/format/agent_records.h"
 #include "embedded/format/packed_items.h"
 #include "embedded/format/stored_lists.h"
@@ -11,6 +12,7 @@
 #include "embedded/format/written_value.h"
 #include "embedded/formula/compiled/stored_formula.h"
 #include "embedded/formula_context/item_conversion.h"
+#include "embedded/formula_context/note_formulas.h"
 #include "embedded/mime/mime_entity.h"
 #include "notes/runtime_error.h"
 
@@ -87,6 +89,21 @@ void readRecords(const Item& item) {
   for (qsizetype i = 0; i < references.count(); ++i) references.unid(i);
 }
 
+// The formulas of a design note, and what an export makes of those that are source.
+void checkFormulas(const Item& item) {
+  for (const quint16 noteClass : {noteclass::View, noteclass::Form, noteclass::Filter}) {
+    Note note;
+    note.header.noteClass = noteClass;
+    note.items.push_back(item);
+    for (const NoteFormula& found : formulasOf(note))
+      check(found.itemPlace == 0 && found.item == item.name, "A formula stands in another item.");
+    const QByteArray compiled = compiledValue(note, item);
+    if (compiled.isEmpty()) continue;
+    check(isCompiledFrom(compiled, item.value), "An export would not come back.");
+    check(compiledValue(note, {item.name, item.flags, compiled}).isEmpty(), "It is compiled twice.");
+  }
+}
+
 void checkPacked(QByteArrayView bytes) {
   try {
     const QVector<Item> items = unpackItems(bytes);
@@ -102,13 +119,14 @@ void checkPacked(QByteArrayView bytes) {
 void tryValue(QByteArrayView input) {
   checkPacked(input);
   if (input.size() < 2) return;
-  for (const QString& name : {u"Subject"_s, u"$FILE"_s, u"$Formula"_s}) {
+  for (const QString& name : {u"Subject"_s, u"$FILE"_s, u"$Formula"_s, u"$DXL_action"_s}) {
     const Item item{name, quint16(itemflag::Summary), input.toByteArray()};
     objectModelType(item);
     firstText(item);
     checkWrittenBack(item);
     checkFormulaValue(item);
     readRecords(item);
+    checkFormulas(item);
   }
 }
 

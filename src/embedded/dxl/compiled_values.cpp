@@ -1,6 +1,6 @@
 #include "embedded/dxl/compiled_values.h"
 
-#include <array>
+#include <algorithm>
 
 #include "embedded/format/agent_records.h"
 #include "embedded/format/lmbcs.h"
@@ -79,10 +79,16 @@ QByteArray compiledRecords(quint16 type, QByteArrayView data) {
   while (!data.isEmpty()) {
     const qsizetype length = richrecord::wholeLength(data);
     if (length == 0) break;
-    const QByteArray record = compiledRecord(type, data.first(length));
-    all += record;
-    if (record.size() % 2 != 0) all += length % 2 != 0 && length < data.size() ? data[length] : '\0';
-    data = data.sliced(std::min(data.size(), length + length % 2));
+    const QByteArrayView before = data.first(length),
+                         whole = data.first(std::min(data.size(), length + length % 2));
+    const QByteArray record = compiledRecord(type, before);
+    if (record == before) {
+      all += whole;
+    } else {
+      all += record;
+      if (record.size() % 2 != 0) all += '\0';
+    }
+    data = data.sliced(whole.size());
   }
   return all + data.toByteArray();
 }

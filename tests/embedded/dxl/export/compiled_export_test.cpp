@@ -133,6 +133,23 @@ TEST_F(CompiledExport, FieldsAndAgentsAreCompiledToo) {
             QStringList(u"$AssistAction|agent|FIELD A := 1; SELECT @All"_s));
 }
 
+// Also where the last record has an odd length, and nothing behind it that fills it up.
+TEST_F(CompiledExport, RecordsWithoutSourceAreLeftAlone) {
+  for (const QStringView name : {u"A", u"Ab"}) {
+    FieldRecord field;
+    field.name = name.toString();
+    field.defaultValue = compiled(u"@Now");
+    Note form = rawNote(noteclass::Form);
+    form.add(u"$Body"_s, 0, rawValue(itemtype::RichText, fieldRecord(field, {})));
+    EXPECT_TRUE(compiledValue(form, *form.find(u"$Body")).isEmpty());
+    field.defaultValue = sourceFormula(u"@Now");
+    form.find(u"$Body")->value = rawValue(itemtype::RichText, fieldRecord(field, {}));
+    const QByteArray changed = compiledValue(form, *form.find(u"$Body"));
+    ASSERT_FALSE(changed.isEmpty());
+    EXPECT_TRUE(compiledValue(form, {u"$Body"_s, 0, changed}).isEmpty());
+  }
+}
+
 TEST_F(CompiledExport, DocumentsAreLeftAlone) {
   Note note = view(u"SELECT @All", {column(u"$0"_s, u"@Now")});
   note.header.noteClass = noteclass::Document;
