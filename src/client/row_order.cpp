@@ -11,6 +11,12 @@ namespace {
 // Between two questions whether the user has had enough.
 constexpr int kRowsAtOnce = 256;
 
+// A system without a language of its own orders by the codes of characters, which is nobody's order.
+QLocale orderingLocale() {
+  const QLocale own = QLocale().collation();
+  return own.language() == QLocale::C ? QLocale(QLocale::English) : own;
+}
+
 bool holdsAll(const QStringList& texts, const QStringList& words) {
   return std::all_of(words.begin(), words.end(), [&](const QString& word) {
     return std::any_of(texts.begin(), texts.end(),
@@ -36,9 +42,7 @@ struct KeyedRow {
 std::optional<QVector<int>> arrangedRows(const RowSource& rows, const RowArrangement& wanted,
                                          const std::function<bool()>& interrupted) {
   const QStringList words = wanted.filter.split(u' ', Qt::SkipEmptyParts);
-  // Without a language of the user letters would be ordered by their codes.
-  const QLocale own;
-  QCollator collator(own.language() == QLocale::C ? QLocale(QLocale::English) : own);
+  QCollator collator(orderingLocale());
   collator.setCaseSensitivity(Qt::CaseInsensitive);
   collator.setNumericMode(true);
   std::vector<KeyedRow> keyed;
