@@ -81,11 +81,12 @@ void Application::cmdCMRcoll_Click() {
 void Application::start() {
   fitDesignToScreen(form);
   lifecycle.Form_Load();
-  // A load that ended early has made no record, and the window is laid out all the same.
-  if (layout.recordedHeight() == 0) layout.GetLocation();
-  const QSize room = roomInside(*form.screen());
-  if (room.expandedTo(kComfortableSize) == room) form.resize(kComfortableSize);
-  restoreSize();
+  // A load that ended early has made no record to lay the window out by: it keeps the size of its design.
+  if (layout.recordedHeight() != 0) {
+    const QSize room = roomInside(*form.screen());
+    if (room.expandedTo(kComfortableSize) == room) form.resize(kComfortableSize);
+    restoreSize();
+  }
   form.Timer2->setEnabled(true);
   lifecycle.Timer2_Timer();
   form.show();
