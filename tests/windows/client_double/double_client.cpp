@@ -21,7 +21,7 @@ std::shared_ptr<Workspace> openNamedWorkspace() {
 
 }  // namespace
 
-DoubleClient::DoubleClient() : workspace(openNamedWorkspace()), gateway(workspace), library(workspace) {}
+DoubleClient::DoubleClient() : workspace(openNamedWorkspace()), gateway(workspace), capi(workspace) {}
 
 DoubleClient& doubleClient() {
   static DoubleClient client;

@@ -14,7 +14,7 @@ struct DoubleClient {
   DoubleClient();
   std::shared_ptr<Workspace> workspace;
   EmbeddedGateway gateway;
-  EmbeddedCApi library;
+  EmbeddedCApi capi;
 };
 
 // Opened at the first use; raises what opening a workspace raises, each time.

@@ -26,7 +26,7 @@ struct Block {
 constexpr Word kFailed = 0x0FFE;
 
 EmbeddedCApi& engine() {
-  return doubleClient().library;
+  return doubleClient().capi;
 }
 
 // Nothing that is thrown leaves a library of C.
