@@ -17,7 +17,7 @@ namespace {
 using testbed::Comparison;
 using testbed::ModelNote;
 
-const int kDocuments = qEnvironmentVariableIsSet("LENS_SOAK") ? 5000 : 200;
+const int kDocuments = qEnvironmentVariableIsSet("LENS_SOAK") ? 5000 : 80;
 const QString kLetters = u"letters.nsf"_s, kArchive = u"archive.nsf"_s;
 const QString kEvery = u"Every"_s, kMoving = u"Moving"_s, kDying = u"Dying"_s;
 

@@ -92,7 +92,7 @@ TEST(ExactText, EveryReplacementIsCountedAnew) {
   QString text = randomText(random, 1300, 6);
   ExactText exact;
   exact.setText(text);
-  for (int round = 0; round < 30; ++round) {
+  for (int round = 0; round < 12; ++round) {
     const int position = int(random() % (text.size() + 1));
     const int removed = int(random() % std::min<qsizetype>(30, text.size() - position + 1));
     const QString added = randomText(random, int(random() % 30), 8);
