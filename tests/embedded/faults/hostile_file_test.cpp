@@ -216,9 +216,10 @@ TEST_F(HostileFile, FlippedBitsInTheIndexOfClassesComeToAnEnd) {
   const qsizetype begin = (classPage - 1) * 512;
   ASSERT_GT(begin, 0);
   const bool both = qEnvironmentVariableIsSet("LENS_SOAK");
-  for (qsizetype at = begin; at < begin + 512 && !HasFailure(); ++at)
+  // The entries of documents have odd lengths: every second byte is each one of some entry.
+  for (qsizetype at = begin; at < begin + 512 && !HasFailure(); at += both ? 1 : 2)
     for (const int flip : {0x04, 0x08})
-      if (whole[at] != 0 && (both || (at % 2 == 0) == (flip == 0x04))) driveFlipped(at, char(flip));
+      if (whole[at] != 0 && (both || (at % 4 == 0) == (flip == 0x04))) driveFlipped(at, char(flip));
 }
 
 // Every column of every table, with a value of every kind.
@@ -269,11 +270,14 @@ TEST_F(HostileFile, AValueOfAnotherKindIsDamageOrPassedOver) {
                             {"full_text_value", "kind"},
                             {"full_text_value", "value"},
                             {"full_text_span", "first"}};
-  std::vector<const char*> values = {"'text'", "x'FF'", "-1", "9223372036854775807"};
-  if (qEnvironmentVariableIsSet("LENS_SOAK"))
-    values.insert(values.end(), {"x''", "1.5", "-9223372036854775808", "4294967295", "1e300"});
+  // A number and something else at each column, of two kinds by turns; LENS_SOAK tries all at each.
+  const std::vector<const char*> byTurns[] = {{"'text'", "-1"}, {"x'FF'", "9223372036854775807"}};
+  const std::vector<const char*> all = {
+      "'text'",     "x'FF'", "-1", "9223372036854775807", "x''", "1.5", "-9223372036854775808",
+      "4294967295", "1e300"};
+  int number = 0;
   for (const Column& column : columns)
-    for (const char* value : values) {
+    for (const char* value : qEnvironmentVariableIsSet("LENS_SOAK") ? all : byTurns[number++ % 2]) {
       SCOPED_TRACE(testing::Message() << column.table << "." << column.name << " = " << value);
       for (const char* which : {"", " WHERE rowid % 2 = 0"}) {
         const bool plain = *which == 0;

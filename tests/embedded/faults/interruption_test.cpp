@@ -85,7 +85,7 @@ class Interruption : public ::testing::TestWithParam<size_t> {
   std::vector<int> moments() {
     const int length = lengthOfTheWork();
     EXPECT_GT(length, 0);
-    const int stride = std::max(1, length / kMostMoments);
+    const int stride = (length + kMostMoments - 1) / kMostMoments;
     std::vector<int> all;
     for (int moment = 1; moment <= length; moment += stride) all.push_back(moment);
     return all;
