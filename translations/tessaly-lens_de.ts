@@ -1008,6 +1008,14 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
         <translation>in „%1“ steht kein Befehl</translation>
     </message>
     <message>
+        <source>takes no arguments</source>
+        <translation>nimmt keine Argumente</translation>
+    </message>
+    <message>
+        <source>%1: %2: %3 (&quot;nsf info&quot; tells what and why)</source>
+        <translation>%1: %2: %3 („nsf info“ sagt, was und warum)</translation>
+    </message>
+    <message>
         <source>wants the arguments &quot;%1&quot;</source>
         <translation>verlangt die Argumente „%1“</translation>
     </message>
@@ -1038,6 +1046,48 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     <message>
         <source>Set &quot;%1&quot; of note %2 in %3?</source>
         <translation>„%1“ der Notiz %2 in %3 setzen?</translation>
+    </message>
+    <message>
+        <source>interrupted</source>
+        <translation>abgebrochen</translation>
+    </message>
+    <message>
+        <source>TessalyAndDocContent: standard output is closed
+</source>
+        <translation>TessalyAndDocContent: die Standardausgabe ist geschlossen
+</translation>
+    </message>
+    <message>
+        <source>%1: the file cannot be read (%2)</source>
+        <translation>%1: die Datei kann nicht gelesen werden (%2)</translation>
+    </message>
+    <message>
+        <source>%1: %2: the file was written while it was read: what is told may be of two states</source>
+        <translation>%1: %2: die Datei wurde geschrieben, während sie gelesen wurde: was gezeigt wird, kann aus zwei Zuständen stammen</translation>
+    </message>
+    <message>
+        <source>%1: %2: not all of it can be read; &quot;nsf info&quot; tells what and why</source>
+        <translation>%1: %2: nicht alles davon ist lesbar; „nsf info“ sagt, was und warum</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is neither &quot;info&quot; nor &quot;dump&quot;</source>
+        <translation>„%1“ ist weder „info“ noch „dump“</translation>
+    </message>
+    <message>
+        <source>the formula is hidden</source>
+        <translation>die Formel ist verborgen</translation>
+    </message>
+    <message>
+        <source>cannot be read: %1</source>
+        <translation>nicht lesbar: %1</translation>
+    </message>
+    <message>
+        <source>read with names that are not proven: %1</source>
+        <translation>gelesen mit Namen, die nicht belegt sind: %1</translation>
+    </message>
+    <message>
+        <source>a date in it says less than the code does</source>
+        <translation>ein Datum darin sagt weniger als der Code</translation>
     </message>
     <message>
         <source>Looks for notes without the tables: deleted and outdated ones may be among them</source>

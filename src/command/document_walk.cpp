@@ -60,6 +60,10 @@ void requireNothingDamaged(const CommandCall& call, const Database& store, qint6
   qint64 damaged = 0;
   walkNotes(
       store, [](const Note&) { return true; }, {}, [&](NoteId, const QString&) { return ++damaged > 0; });
+  requireNothingLeftOut(call, damaged);
+}
+
+void requireNothingLeftOut(const CommandCall& call, qint64 damaged) {
   if (damaged > 0)
     throw RuntimeError(enginefault::Damaged,
                        CommandText::tr("%1: %2 damaged and left out (\"integrity\" tells more)")

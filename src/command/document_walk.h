@@ -18,6 +18,8 @@ void walkDocuments(CommandCall& call, const NotesDatabase& database,
 // Behind a walk over all documents, so many of which could be read: raises where the engine's database has
 // damaged notes, since what was written so far is not all there is.
 void requireNothingDamaged(const CommandCall& call, const Database& store, qint64 readable);
+// The same where a walk has counted the notes that it passed over.
+void requireNothingLeftOut(const CommandCall& call, qint64 damaged);
 
 // Whether an option chooses among the documents. Raises WrongUse (command_table.h) for more than one of them.
 bool choosesDocuments(const CommandCall& call);

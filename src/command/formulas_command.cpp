@@ -1,5 +1,7 @@
 // formulas: every formula of a database, as its author wrote it.
 #include "command/command_functions.h"
+#include "command/command_text.h"
+#include "command/document_walk.h"
 #include "command/text_output.h"
 #include "embedded/checks/note_walk.h"
 #include "embedded/formula_context/note_formulas.h"
@@ -16,27 +18,21 @@ QString stateOf(const Reading& reading) {
   return reading.state == Reading::State::Source ? u"source"_s : u"unreadable"_s;
 }
 
-QString surenessOf(const Reading& reading) {
-  switch (reading.sureness) {
-    case formula::Sureness::Proven:
-      return u"proven"_s;
-    case formula::Sureness::Context:
-      return u"context"_s;
-    case formula::Sureness::Guess:
-      return u"guess"_s;
-    case formula::Sureness::Unnamed:
-      break;
-  }
-  return u"unnamed"_s;
-}
+// In the order of formula::Sureness.
+constexpr QStringView kSureness[] = {u"proven", u"context", u"guess", u"unnamed"};
 
 // What a reader should know of it besides; "" when there is nothing.
 QString remarkOn(const Reading& reading) {
-  if (reading.state == Reading::State::Hidden) return u"the formula is hidden"_s;
-  if (reading.state == Reading::State::Unreadable) return u"cannot be read: "_s + reading.problem;
-  if (!reading.problem.isEmpty()) return reading.problem;
-  if (reading.unproven.isEmpty()) return {};
-  return u"read with names that are not proven: "_s + reading.unproven.join(u", "_s);
+  if (reading.state == Reading::State::Hidden) return CommandText::tr("the formula is hidden");
+  if (reading.state == Reading::State::Unreadable)
+    return CommandText::tr("cannot be read: %1").arg(reading.problem);
+  QStringList remarks;
+  if (!reading.problem.isEmpty())
+    remarks += reading.problem;
+  else if (!reading.unproven.isEmpty())
+    remarks += CommandText::tr("read with names that are not proven: %1").arg(reading.unproven.join(u", "_s));
+  if (!reading.exact) remarks += CommandText::tr("a date in it says less than the code does");
+  return remarks.join(u"; "_s);
 }
 
 // Of a design note; a document may hold formulas too, in a button for one.
@@ -57,10 +53,11 @@ void writeFormula(CommandCall& call, const Note& note, const NoteFormula& formul
         .text("item", formula.item)
         .text("place", formula.place)
         .text("state", stateOf(reading))
-        .text("sureness", surenessOf(reading))
+        .text("sureness", kSureness[std::size_t(reading.sureness)])
         .texts("unproven", reading.unproven)
         .text("source", reading.source)
-        .text("problem", reading.problem);
+        .text("problem", reading.problem)
+        .flag("exact", reading.exact);
     return out.line(json.finish());
   }
   QByteArray line = id + "  ";
@@ -84,6 +81,7 @@ int listFormulas(CommandCall& call) {
   const QString& name = call.arguments.first();
   const std::shared_ptr<Database> store = openStore(call.doors, call.name, name);
   bool all = true;
+  qint64 damaged = 0;
   walkNotes(
       *store,
       [&](const Note& note) {
@@ -96,7 +94,9 @@ int listFormulas(CommandCall& call) {
       [&](qint64 done, qint64 count) {
         call.console.progress(name, done, count);
         return true;
-      });
+      },
+      [&](NoteId, const QString&) { return ++damaged > 0; });
+  requireNothingLeftOut(call, damaged);
   return all ? exitcode::Done : exitcode::Found;
 }
 

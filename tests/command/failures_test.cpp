@@ -177,6 +177,10 @@ TEST_F(Failures, WhatOnlyTheEngineCanDoIsSaidWhereTheClientIsInUse) {
 // A walk passes over what cannot be read; what is left out is told, and a file that lacks it is not written.
 TEST_F(Failures, DamagedNotesAreNotLeftOutInSilence) {
   save(memo(u"Second"_s));
+  Note view;
+  view.header.noteClass = noteclass::View;
+  view.add(u"$FORMULA"_s, itemflag::Summary, sourceFormulaValue(u"SELECT @All"));
+  save(view);
   ASSERT_EQ(sqlite3_exec(mail->handle(), "UPDATE note SET items = x'00' WHERE id = 2298", nullptr, nullptr,
                          nullptr),
             0);
@@ -186,10 +190,12 @@ TEST_F(Failures, DamagedNotesAreNotLeftOutInSilence) {
                                      {u"export"_s, u"mail.nsf"_s, u"--json"_s, u"--output"_s, file(u"out"_s)},
                                      {u"export"_s, u"mail.nsf"_s, u"--csv"_s, u"--output"_s, file(u"out"_s)},
                                      {u"export"_s, u"mail.nsf"_s, u"--output"_s, file(u"out"_s)},
+                                     {u"formulas"_s, u"mail.nsf"_s},
                                      {u"compare"_s, u"mail.nsf"_s, u"mail.nsf"_s}})
     expectFailure(command, {u"mail.nsf"_s, u"damaged"_s});
   EXPECT_EQ(filesIn(directory.path()), QStringList());
   EXPECT_EQ(run({u"documents"_s, u"mail.nsf"_s}).out, u"000008FE  Memo                  Second\n"_s);
+  EXPECT_TRUE(run({u"formulas"_s, u"mail.nsf"_s}).out.contains(u"SELECT @All"_s));
   mail->notes().remove(NoteId(0x8FA));
   EXPECT_EQ(run({u"documents"_s, u"mail.nsf"_s}).code, exitcode::Done);
 }
@@ -209,6 +215,7 @@ TEST_F(Failures, WrongUseIsToldWithTheCommand) {
 }
 
 TEST_F(Failures, WrongOptionsAreTold) {
+  expectFailure({u"databases"_s, u"x"_s}, {u"takes no arguments"_s}, exitcode::WrongUse);
   expectFailure({u"import"_s, u"x.dxl"_s}, {u"--into"_s}, exitcode::WrongUse);
   expectFailure({u"export"_s, u"mail.nsf"_s, u"--json"_s, u"--csv"_s}, {u"exclude"_s}, exitcode::WrongUse);
   expectFailure({u"export"_s, u"mail.nsf"_s, u"--json"_s, u"--items"_s, u"a"_s}, {u"--csv"_s},

@@ -190,6 +190,22 @@ TEST_F(RealFile, FormulasOfADesignAreListedWithTheirSource) {
                                          u"    \"New\";"_s, u"    Subject"_s}));
 }
 
+// Hundredths of a second have no place in a source.
+TEST_F(RealFile, ADateThatSaysLessThanTheCodeIsTold) {
+  QByteArray formula = formula::writeCompiled(u"[01/02/2024 10:00:00]", formula::TestEnvironment()).bytes;
+  ASSERT_EQ(formula.size(), 18);
+  constexpr qsizetype kHundredths = 8;  // behind three words of sizes and types and one of code
+  ++formula[kHundredths];
+  Note form;
+  form.header.noteClass = noteclass::Form;
+  form.add(u"$WindowTitle"_s, 0, rawValue(itemtype::Formula, formula));
+  save(form);
+  const CommandResult result = run({u"formulas"_s, u"mail.nsf"_s});
+  EXPECT_EQ(result.code, exitcode::Done);
+  EXPECT_TRUE(result.out.contains(u"(a date in it says less than the code does)"_s))
+      << result.out.toStdString();
+}
+
 TEST_F(RealFile, AFormulaThatCannotBeReadIsTold) {
   Note view;
   view.header.noteClass = noteclass::View;
