@@ -53,7 +53,7 @@ bool Console::ask(const QString& question) {
 }
 
 void Console::requireGoingOn() const {
-  if (isInterrupted()) throw RuntimeError(kInterrupted, u"interrupted"_s);
+  if (isInterrupted()) throw RuntimeError(kInterrupted, CommandText::tr("interrupted"));
 }
 
 }  // namespace lens

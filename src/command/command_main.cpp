@@ -19,6 +19,7 @@
 #include <shellapi.h>
 #endif
 
+#include "command/command_text.h"
 #include "command/run_command.h"
 #include "embedded/workspace/chosen_workspace.h"
 #include "host/shipped_files.h"
@@ -101,7 +102,7 @@ int runProcess(int argc, char** argv) {
   openEnd(out, stdout, QIODevice::WriteOnly | QIODevice::Unbuffered);
   openEnd(error, stderr, QIODevice::WriteOnly | QIODevice::Unbuffered);
   if (!isOutputOpen) {
-    error.write("TessalyAndDocContent: standard output is closed\n");
+    error.write(CommandText::tr("TessalyAndDocContent: standard output is closed\n").toUtf8());
     return exitcode::Failed;
   }
   const auto interrupted = [] { return interruptions != 0; };

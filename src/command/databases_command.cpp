@@ -16,10 +16,11 @@ QStringList serversOf(const CommandCall& call) {
          (call.doors.workspace ? call.doors.workspace->serverNames() : QStringList());
 }
 
-// As the other commands take it.
+// As the other commands take it: a path that has the mark behind servers in it stands behind an empty one.
 QString nameOf(const NotesDatabase& database) {
-  const QString server = database.server();
-  return (server.isEmpty() ? QString() : nameWithoutLabels(server) + u"!!"_s) + database.filePath();
+  const QString server = database.server(), path = database.filePath();
+  const bool isPlain = server.isEmpty() && !path.contains(u"!!");
+  return isPlain ? path : nameWithoutLabels(server) + u"!!"_s + path;
 }
 
 void writeDatabase(CommandCall& call, const NotesDatabase& database) {

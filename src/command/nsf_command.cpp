@@ -3,6 +3,7 @@
 
 #include "command/command_functions.h"
 #include "command/command_table.h"
+#include "command/command_text.h"
 #include "command/text_output.h"
 #include "embedded/nsf/nsf_database.h"
 #include "embedded/nsf/nsf_json.h"
@@ -16,7 +17,8 @@ std::unique_ptr<NsfDatabase> openFile(CommandCall& call) {
   QString reason;
   auto source = NsfFileSource::open(path, reason);
   if (!source)
-    throw RuntimeError(enginefault::CannotOpen, u"%1: the file cannot be read (%2)"_s.arg(path, reason));
+    throw RuntimeError(enginefault::CannotOpen,
+                       CommandText::tr("%1: the file cannot be read (%2)").arg(path, reason));
   source->setWatch([&call] { return call.console.requireGoingOn(), true; });
   const NsfReading reading = call.has(u"salvage") ? NsfReading::Salvage : NsfReading::Proven;
   return std::make_unique<NsfDatabase>(std::move(source), reading);
@@ -75,8 +77,8 @@ int exitCodeOf(const NsfReport& report) {
 void tellOfChanges(CommandCall& call, const NsfDatabase& database) {
   if (database.isOpen() && database.hasChangedSince())
     call.console.say(
-        u"%1: %2: the file was written while it was read: what is told may be of two states"_s.arg(
-            call.name, call.arguments[1]));
+        CommandText::tr("%1: %2: the file was written while it was read: what is told may be of two states")
+            .arg(call.name, call.arguments[1]));
 }
 
 void writeText(CommandCall& call, const NsfAcl& acl) {
@@ -131,8 +133,8 @@ int dump(CommandCall& call) {
   tellOfChanges(call, *database);
   const int code = exitCodeOf(database->report());
   if (code == exitcode::Found)
-    call.console.say(u"%1: %2: not all of it can be read; \"nsf info\" tells what and why"_s.arg(
-        call.name, call.arguments[1]));
+    call.console.say(CommandText::tr("%1: %2: not all of it can be read; \"nsf info\" tells what and why")
+                         .arg(call.name, call.arguments[1]));
   return code;
 }
 
@@ -141,7 +143,7 @@ int dump(CommandCall& call) {
 int readRealDatabase(CommandCall& call) {
   if (call.arguments[0] == u"info") return tell(call);
   if (call.arguments[0] == u"dump") return dump(call);
-  throw WrongUse(u"\"%1\" is neither \"info\" nor \"dump\""_s.arg(call.arguments[0]));
+  throw WrongUse(CommandText::tr("\"%1\" is neither \"info\" nor \"dump\"").arg(call.arguments[0]));
 }
 
 }  // namespace lens

@@ -92,7 +92,9 @@ class Runner {
     QStringList given = parser.positionalArguments();
     given.removeFirst();
     if (given.size() < command.fewest || (command.most >= 0 && given.size() > command.most))
-      throw WrongUse(CommandText::tr("wants the arguments \"%1\"").arg(literal(command.arguments)));
+      throw WrongUse(command.most == 0
+                         ? CommandText::tr("takes no arguments")
+                         : CommandText::tr("wants the arguments \"%1\"").arg(literal(command.arguments)));
     if (!given.isEmpty()) place_ = given.first();
     Doors doors = command.needsWorkspace ? open_(parser.value(u"workspace"_s))
                                          : Doors{nullptr, nullptr, nullptr, Regional(QLocale())};
@@ -110,8 +112,9 @@ class Runner {
                                   [this](const RealDatabase& opened) {
                                     const QString warning = opened.warning();
                                     if (!warning.isEmpty())
-                                      console_.say(u"%1: %2: %3 (\"nsf info\" tells what and why)"_s.arg(
-                                          subject_, opened.source, warning));
+                                      console_.say(
+                                          CommandText::tr("%1: %2: %3 (\"nsf info\" tells what and why)")
+                                              .arg(subject_, opened.source, warning));
                                   }});
   }
 

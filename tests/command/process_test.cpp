@@ -110,6 +110,8 @@ TEST_F(Process, SpeaksTheLanguageOfItsUserAndWritesTheSameForPrograms) {
   EXPECT_TRUE(start({u"--help"_s}).out.startsWith(u"Aufruf: TessalyAndDocContent"_s));
   EXPECT_TRUE(start({u"documents"_s, u"mail.nsf"_s, u"--view"_s, u"None"_s})
                   .error.contains(u"es gibt keine Ansicht \u201ENone\u201C"_s));
+  EXPECT_TRUE(
+      start({u"nsf"_s, u"info"_s, u"none.nsf"_s}).error.contains(u"die Datei kann nicht gelesen werden"_s));
   save(memo(u"A"_s));
   const QString german = start({u"documents"_s, u"mail.nsf"_s, u"--json"_s}).out;
   environment.insert(u"LANGUAGE"_s, u"en"_s);

@@ -64,6 +64,17 @@ TEST_F(Reading, DatabasesOfOneServerAsJson) {
   EXPECT_EQ(rows[0][u"replicaId"].toString().size(), 16);
 }
 
+// What is listed is what the other commands take.
+TEST_F(Reading, ADatabaseWithTheMarkOfServersInItsNameCanBeNamed) {
+  workspace->createDatabase({}, u"a!!b.nsf"_s, {});
+  const auto rows = run({u"databases"_s, u"--json"_s}).objects();
+  ASSERT_EQ(rows.size(), 2);
+  EXPECT_EQ(rows[0][u"database"], u"!!a!!b.nsf"_s);
+  EXPECT_EQ(rows[1][u"database"], u"mail.nsf"_s);
+  for (const QJsonObject& row : rows)
+    EXPECT_EQ(run({u"documents"_s, row[u"database"].toString()}).code, exitcode::Done);
+}
+
 TEST_F(Reading, DocumentsOfADatabaseOnAServer) {
   const auto ideas = workspace->createDatabase(u"CN=Hub/O=Acme"_s, u"ideas.nsf"_s, {});
   Note note = memo(u"An idea"_s);
