@@ -55,18 +55,28 @@ DxlSource::DxlSource(QIODevice& file, Progress progress) : file_(file), progress
   open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 }
 
+void DxlSource::declareEntities(const QXmlStreamEntityDeclarations& entities) {
+  growth_.declare(entities);
+  countReferences(QByteArrayView(ready_).sliced(readyAt_));
+}
+
+void DxlSource::countReferences(QByteArrayView bytes) {
+  if (!growth_.counts()) return;
+  growth_.count(bytes);
+  if (growth_.characters() > mostGrowth())
+    fault_ = u"its entities expand to more than %1 MB"_s.arg(mostGrowth() >> 20);
+}
+
 qint64 DxlSource::readData(char* data, qint64 maxSize) {
+  if (!fault_.isEmpty()) return -1;
   while (readyAt_ == ready_.size()) {
     if (cancelled_ || !refill()) return cancelled_ || !fault_.isEmpty() ? -1 : 0;
   }
-  const qint64 count = std::min<qint64>(maxSize, ready_.size() - readyAt_);
+  const qsizetype end = readyAt_ < typeEnd_ ? typeEnd_ : ready_.size();
+  const qint64 count = std::min<qint64>(maxSize, end - readyAt_);
   std::memcpy(data, ready_.constData() + readyAt_, size_t(count));
   readyAt_ += count;
-  if (!growth_.counts()) return count;
-  growth_.count(QByteArrayView(data, count));
-  if (growth_.characters() <= mostGrowth()) return count;
-  fault_ = u"its entities expand to more than %1 MB"_s.arg(mostGrowth() >> 20);
-  return -1;
+  return count;
 }
 
 qint64 DxlSource::mostGrowth() const {
@@ -82,9 +92,11 @@ bool DxlSource::goOn() {
 bool DxlSource::refill() {
   ready_.resize(0);
   readyAt_ = 0;
+  typeEnd_ = 0;
   if (end_ || !fault_.isEmpty() || !goOn()) return false;
   end_ = !readBlock();
   splitLongNodes();
+  countReferences(ready_);
   return fault_.isEmpty() && (!end_ || !ready_.isEmpty());
 }
 
@@ -204,7 +216,10 @@ qsizetype DxlSource::passDeclaration(qsizetype at) {
 qsizetype DxlSource::passDocumentType(qsizetype at) {
   const QByteArrayView rest = QByteArrayView(raw_).sliced(at);
   const qsizetype end = endOfDocumentType(rest.first(std::min(rest.size(), kMostDocumentType)));
-  if (end >= 0) return at + end;
+  if (end >= 0) {
+    typeEnd_ = ready_.size() + at + end - copied_;
+    return at + end;
+  }
   if (rest.size() >= kMostDocumentType)
     fault_ = u"its document type is longer than %1 KB"_s.arg(kMostDocumentType >> 10);
   return at;

@@ -36,8 +36,9 @@ class DxlSource : public QIODevice {
   bool cancelled() const { return cancelled_; }
   // A read error of the file or a limit that it passed, "" when there was none.
   QString fault() const { return fault_; }
-  // What the document type declares. From here on references are counted.
-  void declareEntities(const QXmlStreamEntityDeclarations& entities) { growth_.declare(entities); }
+  // What the document type declares. References behind it are counted a block ahead of the reader, which
+  // would expand them before it is told that they are too many.
+  void declareEntities(const QXmlStreamEntityDeclarations& entities);
   // Characters that an import of this file may come to by entities and default attributes.
   qint64 mostGrowth() const;
   bool isSequential() const override { return true; }
@@ -51,6 +52,7 @@ class DxlSource : public QIODevice {
   bool refill();
   bool readBlock();
   void decodeBlock(QByteArrayView block);
+  void countReferences(QByteArrayView bytes);
   void splitLongNodes();
   qsizetype passMarkup(qsizetype at);
   qsizetype passDeclaration(qsizetype at);
@@ -65,6 +67,7 @@ class DxlSource : public QIODevice {
   QByteArray raw_;    // read, not yet looked at to its end
   QByteArray ready_;  // to be handed out
   qsizetype readyAt_ = 0;
+  qsizetype typeEnd_ = 0;  // the reader gets the document type first, with nothing behind it
   qsizetype copied_ = 0;
   qint64 done_ = 0;
   qint64 sinceSplit_ = 0;

@@ -20,11 +20,12 @@ namespace lens {
 namespace {
 using namespace Qt::StringLiterals;
 
+// Somewhat more than the 4 MB from which a note is a large one.
 class LargeNotes : public DxlImport {
  protected:
   LargeNotes() {
     QRandomGenerator random(11);
-    for (int i = 0; i < 900; ++i) {
+    for (int i = 0; i < 500; ++i) {
       QByteArray records("\x81\x02", 2);
       for (int text = 0; text < 3; ++text) {
         QByteArray data(3000 + i % 7 * 2, Qt::Uninitialized);
@@ -97,7 +98,7 @@ TEST_F(LargeNotes, WhatEndsTooEarlyLeavesNothing) {
   const QByteArray whole = xml();
   EXPECT_EQ(run(whole.chopped(20)).failed.size(), 1);
   EXPECT_EQ(notes(), 0);
-  sqlite3_exec(database_->handle(), "PRAGMA max_page_count = 700", nullptr, nullptr, nullptr);
+  sqlite3_exec(database_->handle(), "PRAGMA max_page_count = 300", nullptr, nullptr, nullptr);
   EXPECT_EQ(run(whole).failed.size(), 1);
   EXPECT_EQ(notes(), 0);
   sqlite3_exec(database_->handle(), "PRAGMA max_page_count = 100000", nullptr, nullptr, nullptr);

@@ -70,7 +70,7 @@ inline QString infoText(const DatabaseInfo& info) {
 inline QVector<NoteSummary> byUnid(const Database& database) {
   QVector<NoteSummary> notes = database.notes().list(0xFFFF);
   std::sort(notes.begin(), notes.end(),
-            [](const NoteSummary& a, const NoteSummary& b) { return a.unid.text() < b.unid.text(); });
+            [](const NoteSummary& a, const NoteSummary& b) { return a.unid.bytes() < b.unid.bytes(); });
   return notes;
 }
 

@@ -227,6 +227,7 @@ TEST_F(ElementTableTest, ElementsAndAttributesMakeTheDifferenceThatTheTableTells
   importApart();
   source_ = create();
   importTogether();
+  told_.removeDuplicates();
   for (const TableElement& element : table_) {
     for (const TableAttribute& attribute : element.attributes) {
       const QString found = fate(element, attribute);
