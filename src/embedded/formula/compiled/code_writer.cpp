@@ -1,6 +1,7 @@
 #include "embedded/formula/compiled/code_writer.h"
 
 #include <QtEndian>
+#include <algorithm>
 
 #include "embedded/format/byte_reader.h"
 #include "embedded/format/lmbcs.h"
@@ -17,6 +18,11 @@ bool isSure(Sureness sureness) {
   return sureness <= Sureness::Context;
 }
 
+// Printable ASCII, which nearly all texts are, is stored as it is.
+bool isPlain(QStringView text) {
+  return std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u' ' && c < u'\x7F'; });
+}
+
 quint16 operation(quint8 code, qsizetype operands) {
   return quint16(code | operands << 8);
 }
@@ -29,9 +35,11 @@ QByteArray codeText(QString text) {
 }
 
 // One that would come back as another text, as with a zero or half a line break in it, has no code.
-void CodeWriter::text(QString text) {
-  const QByteArray stored = codeText(text);
-  if (textFromStored(stored) != text.replace(u"\r\n"_s, u"\n"_s)) fits_ = false;
+void CodeWriter::text(QStringView text) {
+  if (isPlain(text)) return counted(code::Text, text.toLatin1());
+  const QString lines = text.toString().replace(u"\r\n"_s, u"\n"_s);
+  const QByteArray stored = codeText(lines);
+  if (textFromStored(stored) != lines) fits_ = false;
   counted(code::Text, stored);
 }
 
@@ -56,7 +64,7 @@ void CodeWriter::constant(const Value& value) {
       word(code::Number);
       return appendF64(bytes_, value.number());
     case Type::Text:
-      return text(value.text().toString());
+      return text(value.text());
     case Type::Time:
       word(code::Time);
       return appendTimeDate(bytes_, value.time());

@@ -12,17 +12,17 @@ QByteArray codeText(QString text);
 
 class CodeWriter {
  public:
-  explicit CodeWriter(const Tree& tree) : tree_(tree) {}
+  // Writes behind what the bytes hold.
+  CodeWriter(const Tree& tree, QByteArray& bytes) : tree_(tree), bytes_(bytes) {}
   // Once. False when something in it has no code that is sure enough.
   bool write(int root);
-  const QByteArray& bytes() const { return bytes_; }
   // Functions of code 0x100 and above.
   bool usesFar() const { return usesFar_; }
 
  private:
   void node(int index);
   void constant(const Value& value);
-  void text(QString text);
+  void text(QStringView text);
   void counted(quint16 code, QByteArrayView text);
   void call(const Node& node);
   void ifCall(const Node& node);
@@ -30,7 +30,7 @@ class CodeWriter {
   void setWord(qsizetype at, qsizetype value);
 
   const Tree& tree_;
-  QByteArray bytes_;
+  QByteArray& bytes_;
   bool usesFar_ = false;
   bool fits_ = true;
 };

@@ -41,7 +41,11 @@ class FormulaWriter {
 
  private:
   bool addStatement(const Statement& statement, bool isMain, QStringView item);
-  bool addSegment(quint16 type, QByteArrayView data);
+  QByteArray& emptyData() {
+    data_.resize(0);
+    return data_;
+  }
+  bool addSegment(quint16 type);
   bool addRemark(const Statement& statement);
   bool addLayout(bool oneWord);
   std::size_t mainStatement() const;
@@ -52,13 +56,14 @@ class FormulaWriter {
   Parsed parsed_;
   std::size_t next_ = 0;  // token
   QByteArray out_;
+  QByteArray data_;  // of the segment that is put together, in one memory for all
   bool usesFar_ = false;
   bool layoutLikeBehind_ = false;
 };
 
-bool FormulaWriter::addSegment(quint16 type, QByteArrayView data) {
-  if (data.size() + data.size() % 2 + segment::kHead > segment::kMostBytes) return false;
-  appendSegment(out_, type, data);
+bool FormulaWriter::addSegment(quint16 type) {
+  if (data_.size() + data_.size() % 2 + segment::kHead > segment::kMostBytes) return false;
+  appendSegment(out_, type, data_);
   return out_.size() <= segment::kMostBytes;
 }
 
@@ -94,18 +99,16 @@ bool FormulaWriter::addLayout(bool oneWord) {
   const QByteArray text = layoutText(bare);
   // Nothing is kept of a statement that is one word. A remark behind it may look like a layout.
   if (oneWord && bare && !layoutLikeBehind_) return true;
-  QByteArray data;
   if (text.size() > segment::kMostBytes) return false;
-  appendCounted(data, text);
-  return addSegment(segment::Layout, data);
+  appendCounted(emptyData(), text);
+  return addSegment(segment::Layout);
 }
 
 bool FormulaWriter::addRemark(const Statement& statement) {
-  QByteArray data;
   const QByteArray text = codeText(statement.remark);
   if (text.size() > segment::kMostBytes || statement.remark.contains(u'\0')) return false;
-  appendCounted(data, text);
-  return addSegment(segment::Layout, data) && addLayout(false);
+  appendCounted(emptyData(), text);
+  return addSegment(segment::Layout) && addLayout(false);
 }
 
 bool FormulaWriter::addStatement(const Statement& statement, bool isMain, QStringView item) {
@@ -115,7 +118,7 @@ bool FormulaWriter::addStatement(const Statement& statement, bool isMain, QStrin
                        root.parentheses == 0;
   quint16 type = isMain ? segment::Main : segment::Expression;
   int value = statement.root;
-  QByteArray data;
+  QByteArray& data = emptyData();
   if (assigns) {
     type = segment::typeOf(root.modifier);
     value = root.children.front();
@@ -126,11 +129,10 @@ bool FormulaWriter::addStatement(const Statement& statement, bool isMain, QStrin
     if (name.size() > segment::kMostBytes) return false;
     appendCounted(data, name);
   }
-  CodeWriter code(parsed_.tree);
+  CodeWriter code(parsed_.tree, data);
   if (!code.write(value)) return false;
   usesFar_ = usesFar_ || code.usesFar();
-  data += code.bytes();
-  return addSegment(type, data) && addLayout(!assigns);
+  return addSegment(type) && addLayout(!assigns);
 }
 
 // The selection, or the last expression that is computed.
@@ -147,7 +149,7 @@ std::size_t FormulaWriter::mainStatement() const {
 }
 
 std::optional<QByteArray> FormulaWriter::segments(QStringView item) {
-  if (tellsPlace(parsed_.tree)) item = {};
+  if (!item.isEmpty() && tellsPlace(parsed_.tree)) item = {};
   // There DEFAULT would be told from the main expression by its place only.
   const auto isDefault = [](const Node& node) { return node.modifier == Node::Modifier::Default; };
   if (!item.isEmpty() && std::any_of(parsed_.tree.nodes.begin(), parsed_.tree.nodes.end(), isDefault))

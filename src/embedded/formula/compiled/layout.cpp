@@ -1,5 +1,8 @@
 #include "embedded/formula/compiled/layout.h"
 
+#include <charconv>
+#include <iterator>
+
 namespace lens::formula {
 namespace {
 
@@ -7,6 +10,11 @@ constexpr qint64 kMostDigits = 9;
 
 bool isLayoutDigit(char c) {
   return c >= '0' && c <= '9';
+}
+
+void appendNumber(QByteArray& text, qsizetype number) {
+  char digits[20];
+  text.append(digits, std::to_chars(std::begin(digits), std::end(digits), number).ptr - digits);
 }
 
 char16_t blankOf(char letter) {
@@ -91,13 +99,16 @@ void LayoutWriter::add(int word, QStringView blanks) {
       ++i;
       continue;
     }
-    if (!numbered) text_ += QByteArray::number(word);
+    if (!numbered) appendNumber(text_, word);
     numbered = true;
     qsizetype count = 1;
     if (c == u' ')
       while (i + count < blanks.size() && blanks[i + count] == u' ') ++count;
     text_ += isBreak ? 'R' : c == u'\t' ? 'T' : 'S';
-    if (count > 1) text_ += QByteArray::number(count) + 'E';
+    if (count > 1) {
+      appendNumber(text_, count);
+      text_ += 'E';
+    }
     i += count;
   }
 }
