@@ -47,8 +47,7 @@ class Reporter : public benchmark::ConsoleReporter {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
       failed_ |= run.error_occurred;
-      if (run.run_type == Run::RT_Iteration && !run.error_occurred)
-        times_[nameOf(run)].push_back(run.real_accumulated_time / double(run.iterations));
+      if (run.run_type == Run::RT_Iteration && !run.error_occurred) keep(times_[nameOf(run)], run);
     }
   }
 
@@ -56,18 +55,32 @@ class Reporter : public benchmark::ConsoleReporter {
   bool hasFailed() const { return failed_; }
 
   // 0 when the benchmark did not run.
-  double median(const std::string& name) {
-    const std::vector<double>& times = times_[name];
-    return times.empty() ? 0 : medianOf(times);
+  double timeOf(const std::string& name) {
+    const Times& times = times_[name];
+    if (times.repetitions.empty()) return 0;
+    if (times.ofThread) return *std::min_element(times.repetitions.begin(), times.repetitions.end());
+    return medianOf(times.repetitions);
   }
 
  private:
+  struct Times {
+    std::vector<double> repetitions;
+    bool ofThread = false;
+  };
+
+  // What waits for nothing asks for no real time: the time that others have the processor is not counted.
+  static void keep(Times& times, const Run& run) {
+    times.ofThread = run.run_name.time_type.empty();
+    times.repetitions.push_back((times.ofThread ? run.cpu_accumulated_time : run.real_accumulated_time) /
+                                double(run.iterations));
+  }
+
   static std::string nameOf(const Run& run) {
     const std::string& arguments = run.run_name.args;
     return arguments.empty() ? run.run_name.function_name : run.run_name.function_name + "/" + arguments;
   }
 
-  std::map<std::string, std::vector<double>> times_;
+  std::map<std::string, Times> times_;
   bool failed_ = false;
 };
 
@@ -81,7 +94,7 @@ void printRatios(Reporter& reporter) {
   std::printf("\n");
   std::map<std::string, double> ratios;
   for (const Pair& pair : pairs()) {
-    const double ours = reporter.median(pair.ours), peer = reporter.median(pair.peer);
+    const double ours = reporter.timeOf(pair.ours), peer = reporter.timeOf(pair.peer);
     if (ours <= 0 || peer <= 0) continue;
     ratios[pair.name] = ours / peer;
     printRatio(pair.name, ours / peer, pair.target);

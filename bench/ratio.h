@@ -6,7 +6,9 @@
 
 namespace lens::bench {
 
-// At the end of the run the median time of ours is divided by that of the peer. Names are those of
+// At the end of the run the time of ours is divided by that of the peer: the median of the repetitions in
+// real time where a benchmark asks for it (UseRealTime), otherwise the best in time of its own thread, which
+// swings little even on a machine that has other work. Both of a pair ask for the same. Names are those of
 // the registered benchmarks. Use at namespace scope beside the pair:
 //   const Ratio saving("save", "BM_Save", "BM_SaveRaw", 1.5);
 // Without a target the ratio is printed all the same; it counts in a median.
