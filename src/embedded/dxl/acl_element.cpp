@@ -37,7 +37,9 @@ QString readLogEntry(ReadContext& context, Note& note) {
   }
 }
 
-bool readHeaderMark(const DxlReader& in, NoteHeader& header) {
+}  // namespace
+
+bool readAclHeader(const DxlReader& in, NoteHeader& header) {
   QString text;
   if (!readMark(in, exactmark::kHeader, text)) return false;
   const QStringList words = text.split(u' ');
@@ -53,12 +55,10 @@ bool readHeaderMark(const DxlReader& in, NoteHeader& header) {
   return true;
 }
 
-}  // namespace
-
 bool readAcl(ReadContext& context, Note& note) {
   DxlReader& in = context.in;
   note.header.noteClass = noteclass::Acl;
-  const bool marked = readHeaderMark(in, note.header);
+  const bool marked = readAclHeader(in, note.header);
   QStringList entries, roles, log;
   const QStringList attributes = in.takeUnread();
   while (in.nextChild()) {

@@ -7,6 +7,10 @@
 
 namespace lens {
 
+// What a mark of the "acl" at hand tells of its note: all that "noteinfo" tells of others. False where there
+// is none; fails where it tells of no note.
+bool readAclHeader(const DxlReader& in, NoteHeader& header);
+
 // The reader stands at "acl". Fills the note; false when nothing tells of its header but the class.
 bool readAcl(ReadContext& context, Note& note);
 

@@ -129,7 +129,7 @@ void importDatabase(ImportContext& context) {
       context.findings.ignored(u"databaseinfo: sizes and counts of the original"_s);
       in.skip();
     } else if (isNoteElement(in.name())) {
-      iconInFile = iconInFile || (in.is(u"note") && in.attribute(u"class") == u"icon");
+      iconInFile = iconInFile || classOfNote(in) == noteclass::Icon;
       importNote(context);
     } else {
       keepElement(context, loose);

@@ -21,28 +21,6 @@ namespace lens {
 
 namespace {
 
-constexpr QStringView kNamespace = u"http://www.lotus.com/dxl";
-
-[[noreturn]] void noDxl(const DxlReader& in, const QString& reason) {
-  try {
-    in.fail(reason);
-  } catch (const DxlFault& fault) {
-    throw DxlFault(enginefault::NoDxl, fault.line, fault.column, u"this is no DXL file: %1"_s.arg(reason));
-  }
-}
-
-void goToRoot(DxlReader& in) {
-  try {
-    in.next();
-  } catch (const DxlFault& fault) {
-    if (in.rootSeen()) throw;
-    noDxl(in, fault.description());
-  }
-  const bool ours = in.namespaceUri().isEmpty() || in.namespaceUri() == kNamespace;
-  if (!ours || (!in.is(u"database") && !isNoteElement(in.name())))
-    noDxl(in, u"its root is \"%1\""_s.arg(in.name()));
-}
-
 void importStream(DxlReader& in, ImportContext& context) {
   goToRoot(in);
   if (in.is(u"database"))

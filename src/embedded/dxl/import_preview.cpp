@@ -5,10 +5,9 @@
 #include <QSet>
 #include <algorithm>
 
-#include "embedded/dxl/design_reader.h"
+#include "embedded/dxl/acl_element.h"
 #include "embedded/dxl/exact_marks.h"
 #include "embedded/dxl/note_elements.h"
-#include "embedded/format/single_notes.h"
 
 namespace lens {
 namespace {
@@ -19,13 +18,11 @@ class PreviewReader {
   PreviewReader(Database& target, DxlReader& in) : target_(target), in_(in) {}
 
   void readFile() {
-    in_.next();
+    goToRoot(in_);
     if (in_.is(u"database"))
       readDatabase();
-    else if (isNoteElement(in_.name()))
-      readNote();
     else
-      in_.fail(QStringLiteral("this is no DXL file"));
+      readNote();
     in_.finish();
   }
   int notes() const { return notes_; }
@@ -38,9 +35,7 @@ class PreviewReader {
     bool iconInFile = readMark(in_, exactmark::kWhole, mark), loose = false;
     while (in_.nextChild()) {
       if (in_.is(u"acl")) {
-        ++notes_;
-        replaceSingle(noteclass::Acl);
-        in_.skip();
+        readAcl();
       } else if (isNoteElement(in_.name())) {
         iconInFile = readNote() == noteclass::Icon || iconInFile;
       } else {
@@ -48,27 +43,43 @@ class PreviewReader {
         in_.skip();
       }
     }
-    if (!iconInFile || loose) replaceSingle(noteclass::Icon);
+    if (!iconInFile || loose) replacePresent(noteclass::Icon);
+  }
+
+  // It takes the place of the list that is there, unless it tells its own note or that stands in the file
+  // too.
+  void readAcl() {
+    QString mark;
+    NoteHeader header;
+    if (!readMark(in_, exactmark::kNoteFollows, mark)) {
+      ++notes_;
+      if (readAclHeader(in_, header))
+        replace(noteclass::Acl, header.unid);
+      else
+        replacePresent(noteclass::Acl);
+    }
+    in_.skip();
   }
 
   // Gives the class without its marks.
   quint16 readNote() {
     const quint16 noteClass = classOfNote(in_);
     ++notes_;
+    Unid unid;
     while (in_.nextChild()) {
-      Unid unid;
-      if (in_.is(u"noteinfo") && Unid::parse(in_.attributeView(u"unid"), unid)) replace(unid);
+      if (in_.is(u"noteinfo")) readUnid(in_, unid);
       in_.skip();
     }
-    if (isSingleInstance(noteClass)) replaceSingle(noteClass);
+    replace(noteClass, unid);
     return noteClass;
   }
 
-  void replace(const Unid& unid) {
+  void replace(quint16 noteClass, const Unid& unid) {
     NoteVersion there;
     if (target_.versions().findVersion(unid, there) && there.live) replaced_.insert(there.id);
+    if (const NoteId other = otherInstance(target_, noteClass, unid)) replaced_.insert(other);
   }
-  void replaceSingle(quint16 noteClass) {
+  void replacePresent(quint16 noteClass) {
     if (const NoteId there = target_.notes().specialNote(noteClass)) replaced_.insert(there);
   }
 
@@ -112,7 +123,7 @@ bool holdsDatabaseElement(const QString& path) {
   DxlSource source(file);
   DxlReader in(source);
   try {
-    in.next();
+    goToRoot(in);
     return in.is(u"database");
   } catch (const DxlFault&) {
     return false;

@@ -15,6 +15,16 @@ namespace lens {
 
 namespace {
 
+constexpr QStringView kNamespace = u"http://www.lotus.com/dxl";
+
+[[noreturn]] void noDxl(const DxlReader& in, const QString& reason) {
+  try {
+    in.fail(reason);
+  } catch (const DxlFault& fault) {
+    throw DxlFault(enginefault::NoDxl, fault.line, fault.column, u"this is no DXL file: %1"_s.arg(reason));
+  }
+}
+
 struct ClassName {
   const char16_t* name;
   quint16 value;
@@ -64,8 +74,7 @@ TimeDate readTimeOf(ImportContext& context) {
 
 void readNoteInfo(ImportContext& context, NoteHeader& header) {
   DxlReader& in = context.in;
-  const QString unid = in.attribute(u"unid");
-  if (!unid.isEmpty() && !Unid::parse(unid, header.unid)) in.fail(u"\"%1\" is no UNID"_s.arg(unid.left(64)));
+  readUnid(in, header.unid);
   header.sequence = in.attribute(u"sequence").toUInt();
   while (in.nextChild()) {
     if (in.is(u"created"))
@@ -207,17 +216,6 @@ void readDesign(ImportContext& context, Note& note, const DesignKind& kind) {
     context.in.fail(u"\"%1\" is no order of the items"_s.arg(order.left(200)));
 }
 
-// Where a database holds one note of the class, an imported one takes its place, whatever its UNID.
-bool removeOtherInstance(Database& target, const Note& note) {
-  const quint16 noteClass = noteclass::base(note.header.noteClass);
-  if (!isSingleInstance(noteClass)) return false;
-  for (const NoteSummary& present : target.notes().list(noteClass)) {
-    if (noteclass::base(present.noteClass) == noteClass && present.unid != note.header.unid)
-      return target.notes().remove(present.id, false);
-  }
-  return false;
-}
-
 void takeUnidOfPresent(const Database& target, Note& note) {
   Note present;
   const NoteId id = target.notes().specialNote(noteclass::base(note.header.noteClass));
@@ -279,11 +277,36 @@ bool isNoteElement(QStringView element) {
          findDesignKind(element) != nullptr;
 }
 
+void goToRoot(DxlReader& in) {
+  try {
+    in.next();
+  } catch (const DxlFault& fault) {
+    if (in.rootSeen()) throw;
+    noDxl(in, fault.description());
+  }
+  const bool ours = in.namespaceUri().isEmpty() || in.namespaceUri() == kNamespace;
+  if (!ours || (!in.is(u"database") && !isNoteElement(in.name())))
+    noDxl(in, u"its root is \"%1\""_s.arg(in.name()));
+}
+
 quint16 classOfNote(const DxlReader& in) {
   if (const DesignKind* const kind = findDesignKind(in.name())) return kind->noteClass;
   QString exact;
   if (readMark(in, exactmark::kClass, exact)) return noteclass::base(numberedClass(in, exact));
   return in.is(u"note") ? classOf(in) : noteclass::Document;
+}
+
+void readUnid(const DxlReader& in, Unid& unid) {
+  const QString text = in.attribute(u"unid");
+  if (!text.isEmpty() && !Unid::parse(text, unid)) in.fail(u"\"%1\" is no UNID"_s.arg(text.left(64)));
+}
+
+NoteId otherInstance(const Database& target, quint16 noteClass, const Unid& unid) {
+  const quint16 base = noteclass::base(noteClass);
+  if (!isSingleInstance(base)) return {};
+  for (const NoteSummary& present : target.notes().list(base))
+    if (noteclass::base(present.noteClass) == base && present.unid != unid) return present.id;
+  return {};
 }
 
 void importNote(ImportContext& context) {
@@ -314,7 +337,8 @@ void saveNow(ImportContext& context, Note& note, const ValueSpool& spool, UnidOf
   if (unid == UnidOf::Present) takeUnidOfPresent(context.target, note);
   if (noteclass::base(note.header.noteClass) == noteclass::Icon && !context.wholeDatabase)
     keepDatabaseSettings(context.target, note);
-  const bool instead = removeOtherInstance(context.target, note);
+  const NoteId other = otherInstance(context.target, note.header.noteClass, note.header.unid);
+  const bool instead = other && context.target.notes().remove(other, false);
   const bool replaced = context.target.notes().saveAsGiven(note);
   if (!spool.isEmpty()) fillLargeNote(context.target, note, spool);
   ++context.findings.notes;

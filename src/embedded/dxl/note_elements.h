@@ -9,9 +9,19 @@ namespace lens {
 // Whether an element of that name is a note.
 bool isNoteElement(QStringView element);
 
+// Goes to the root of a file: a database, or a single note. Fails with NoDxl where it is something else.
+void goToRoot(DxlReader& in);
+
 // The class, without its marks, of the note element at which the reader stands. Fails for a class that is
 // none.
 quint16 classOfNote(const DxlReader& in);
+
+// Takes the UNID that the "noteinfo" at hand tells, if it tells one. Fails for a text that is none.
+void readUnid(const DxlReader& in, Unid& unid);
+
+// Where a database holds one note of the class: the one whose place a note of that class and UNID takes; null
+// where there is none.
+NoteId otherInstance(const Database& target, quint16 noteClass, const Unid& unid);
 
 // The reader stands at a note element; the note is saved in the target. One with the UNID of a note of
 // the target replaces it; so does a note of which a database has only one.
