@@ -58,6 +58,9 @@ QList<QKeySequence> enterKeys() {
 }
 
 QWidget* labelled(const QString& caption, QWidget* content) {
+  // Screen readers find the label of a box by themselves, but not that of a table.
+  if (content->accessibleName().isEmpty())
+    content->setAccessibleName(QString(caption).remove(u'&').remove(u':'));
   auto* pane = new QWidget;
   auto* layout = new QVBoxLayout(pane);
   layout->setContentsMargins(0, 0, 0, 0);

@@ -22,7 +22,8 @@ void prepareTable(QTableView& table);
 void giveKeys(QAction& action, const QList<QKeySequence>& keys, QWidget& where);
 QList<QKeySequence> enterKeys();
 
-// A pane with a label above; the label's mnemonic leads to the content.
+// A pane with a label above; the label's mnemonic leads to the content, which is called so where it has no
+// name of its own.
 QWidget* labelled(const QString& caption, QWidget* content);
 
 }  // namespace lens

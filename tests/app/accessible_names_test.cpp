@@ -2,17 +2,28 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QAction>
 #include <QApplication>
+#include <QLabel>
+#include <QProgressBar>
+#include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
+#include <functional>
+#include <stdexcept>
 
 #include "app/launcher.h"
+#include "client/file_choice.h"
+#include "client/formula_window.h"
 #include "client/import_dialog.h"
 #include "client/report_dialog.h"
+#include "client/work_bar.h"
 #include "design/dump_to_file.h"
 #include "design/form2.h"
 #include "design/form3.h"
 #include "embedded/workspace/workspace.h"
+#include "host/desktop_host.h"
 #include "support/printers.h"
 #include "support/recording_host.h"
 
@@ -49,6 +60,12 @@ bool isPartOfControl(QAccessible::Role role) {
          role == QAccessible::Tree;
 }
 
+// The Tab key goes there.
+bool takesKeyboard(const QObject* object) {
+  const auto* widget = qobject_cast<const QWidget*>(object);
+  return widget && !widget->isWindow() && (widget->focusPolicy() & Qt::TabFocus);
+}
+
 struct Tree {
   QStringList nameless;
   int named = 0;
@@ -57,7 +74,7 @@ struct Tree {
     if (!one || !one->isValid()) return;
     const QString own = one->object() ? one->object()->objectName() : QString();
     const QString here = path + u'/' + (own.isEmpty() ? QString::number(int(one->role())) : own);
-    if (needsName(one->role())) {
+    if (needsName(one->role()) || takesKeyboard(one->object())) {
       if (one->text(QAccessible::Name).trimmed().isEmpty())
         nameless += here;
       else
@@ -68,49 +85,130 @@ struct Tree {
   }
 };
 
-TEST(AccessibleNames, EveryControlOfEveryWindowHasOne) {
-  QTemporaryDir directory;
-  qputenv("TESSALY_WORKSPACE", directory.filePath(u"workspace"_s).toUtf8());
+int expectNames(QWidget& window) {
+  Tree tree;
+  tree.walk(QAccessible::queryAccessibleInterface(&window), window.objectName());
+  EXPECT_EQ(tree.nameless.join(u'\n').toStdString(), "")
+      << window.metaObject()->className() << ' ' << window.windowTitle().toStdString();
+  return tree.named;
+}
+
+// A box or dialog holds back who asks: it is looked at and left once it is there.
+void expectNamesOfDialog(const std::function<void()>& ask) {
+  int named = 0;
+  QTimer look;
+  QObject::connect(&look, &QTimer::timeout, [&] {
+    auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    if (!dialog) return;
+    look.stop();
+    EXPECT_NE(dialog->windowTitle(), QString());
+    named = expectNames(*dialog);
+    dialog->reject();
+  });
+  look.start(1);
+  ask();
+  EXPECT_GT(named, 0);
+}
+
+// What a screen reader says of a control.
+QString told(QWidget& widget) {
+  return QAccessible::queryAccessibleInterface(&widget)->text(QAccessible::Name);
+}
+
+template <class Widget>
+Widget& partOf(QWidget& window, const char* name) {
+  auto* found = window.findChild<Widget*>(QString::fromLatin1(name));
+  if (!found) throw std::runtime_error(name);
+  return *found;
+}
+
+// The whole program on a workspace of its own.
+class AccessibleNames : public testing::Test {
+ protected:
+  AccessibleNames() {
+    qputenv("TESSALY_WORKSPACE", directory_.filePath(u"workspace"_s).toUtf8());
+    launcher_ = std::make_unique<Launcher>(host);
+    launcher_->start();
+  }
+  ~AccessibleNames() override {
+    launcher_.reset();
+    qunsetenv("TESSALY_WORKSPACE");
+    setUntrappedReport(nullptr);
+  }
+  void SetUp() override {
+    ASSERT_TRUE(QTest::qWaitFor([this] { return launcher_->client() != nullptr; }));
+  }
+  Application& app() { return launcher_->application(); }
+  ClientWindow& client() { return *launcher_->client(); }
+
   RecordingHost host;
-  Launcher launcher(host);
-  launcher.start();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return launcher.client() != nullptr; }));
-  Application& app = launcher.application();
-  app.cmdCMRcoll_Click();
-  app.lifecycle.Label6_Click();
-  Form2 copy(&app.form);
-  Form3 picker(&app.form);
-  DumpToFile dump(&app.form);
+
+ private:
+  QTemporaryDir directory_;
+  std::unique_ptr<Launcher> launcher_;
+};
+
+TEST_F(AccessibleNames, EveryControlOfEveryWindowHasOne) {
+  app().cmdCMRcoll_Click();
+  app().lifecycle.Label6_Click();
+  Form2 copy(&app().form);
+  Form3 picker(&app().form);
+  DumpToFile dump(&app().form);
   const Regional regional = host.regional();
   ImportOffer offer;
   offer.paths = {u"/x.dxl"_s};
   offer.regional = &regional;
-  ImportDialog import(offer, launcher.client());
-  ReportDialog report(u"Heading"_s, u"Text"_s, launcher.client());
+  ImportDialog import(offer, &client());
+  ReportDialog report(u"Heading"_s, u"Text"_s, &client());
+  FormulaWindow formulas(&client());
+  for (const char* action : {"guideAction", "aboutAction", "compareDatabasesAction"})
+    partOf<QAction>(client(), action).trigger();
   int windows = 0, named = 0;
   for (QWidget* window : QApplication::topLevelWidgets()) {
     if (window->windowType() == Qt::Popup || window->windowType() == Qt::ToolTip) continue;
-    Tree tree;
-    tree.walk(QAccessible::queryAccessibleInterface(window), window->objectName());
-    EXPECT_EQ(tree.nameless.join(u'\n').toStdString(), "") << window->metaObject()->className();
-    windows += tree.named > 0;
-    named += tree.named;
+    const int count = expectNames(*window);
+    windows += count > 0;
+    named += count;
   }
-  EXPECT_GE(windows, 7);
-  EXPECT_GT(named, 120);
-  qunsetenv("TESSALY_WORKSPACE");
-  setUntrappedReport(nullptr);
+  EXPECT_GE(windows, 11);
+  EXPECT_GT(named, 150);
 }
 
-TEST(AccessibleNames, TheStatusBarTellsItsPanelsAndTheyCanBePressed) {
+TEST(AccessibleDialogs, EveryControlOfEveryBoxAndDialogHasAName) {
+  DesktopHost desktop;
+  DesktopFileChoice choice;
+  DesktopWorkspaceChoice workspace;
+  for (const int style : {box::Exclamation, box::OkCancel, box::YesNo})
+    expectNamesOfDialog([&] { desktop.messageBox(u"What happened"_s, style, QString()); });
+  expectNamesOfDialog([&] { choice.confirm(nullptr, u"Delete it?"_s, u"&Delete"_s); });
+  expectNamesOfDialog([&] { choice.databaseName(nullptr, u"Local"_s); });
+  expectNamesOfDialog([&] { choice.otherDatabaseName(nullptr, u"Rename"_s, u"mail.nsf"_s); });
+  expectNamesOfDialog([&] { workspace.another(u"/none"_s, u"It cannot be opened"_s); });
+}
+
+TEST(AccessibleClient, WhatTheWindowTellsIsTold) {
   QTemporaryDir directory;
-  qputenv("TESSALY_WORKSPACE", directory.filePath(u"workspace"_s).toUtf8());
-  RecordingHost host;
-  Launcher launcher(host);
-  launcher.start();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return launcher.client() != nullptr; }));
-  launcher.client()->close();
-  QAccessibleInterface* bar = QAccessible::queryAccessibleInterface(launcher.application().form.sbrMain);
+  ClientWindow client(
+      Workspace::open(directory.filePath(u"workspace"_s), Regional(QLocale(QLocale::German))));
+  client.show();
+  client.openDatabase({QString(), u"none.nsf"_s});
+  auto& error = partOf<QLabel>(client, "errorText");
+  EXPECT_TRUE(told(error).contains(u"none.nsf"_s)) << told(error).toStdString();
+  EXPECT_EQ(told(partOf<QStatusBar>(client, "statusBar")), u"No database is open"_s);
+  auto& bar = partOf<WorkBar>(client, "importBar");
+  bar.begin(WorkBar::Work::Copy);
+  bar.showProgress(u"/data/mail.nsf"_s, 1, 2);
+  QAccessibleInterface* progress = QAccessible::queryAccessibleInterface(bar.findChild<QProgressBar*>());
+  QAccessibleValueInterface* value = progress->valueInterface();
+  ASSERT_TRUE(value);
+  EXPECT_EQ(2 * value->currentValue().toInt(), value->maximumValue().toInt());
+  EXPECT_EQ(told(*bar.findChild<QLabel*>()), u"Copying mail.nsf"_s);
+  bar.finish();
+}
+
+TEST_F(AccessibleNames, TheStatusBarTellsItsPanelsAndTheyCanBePressed) {
+  client().close();
+  QAccessibleInterface* bar = QAccessible::queryAccessibleInterface(app().form.sbrMain);
   ASSERT_EQ(bar->role(), QAccessible::StatusBar);
   ASSERT_EQ(bar->childCount(), 4);
   QStringList texts;
@@ -122,9 +220,7 @@ TEST(AccessibleNames, TheStatusBarTellsItsPanelsAndTheyCanBePressed) {
   QAccessibleActionInterface* source = bar->child(3)->actionInterface();
   ASSERT_TRUE(source);
   source->doAction(QAccessibleActionInterface::pressAction());
-  EXPECT_TRUE(launcher.client()->isVisible());
-  qunsetenv("TESSALY_WORKSPACE");
-  setUntrappedReport(nullptr);
+  EXPECT_TRUE(client().isVisible());
 }
 
 }  // namespace
