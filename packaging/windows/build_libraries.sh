@@ -48,13 +48,15 @@ once() {
   rm -rf "${work:?}/$name"
 }
 
-# The converters and the list of their names are all that the program asks of the data.
+# The converters and the list of their names are all that the program asks of the data. ICU finds them under the name of
+# the file that they were packed into.
 build_icu() (
   cd "$work/icu"
   data=$(ls "$sources"/icu/source/data/in/icudt*l.dat)
   icupkg -l "$data" | grep -vE '\.cnv$|^cnvalias\.icu$' >others.txt
-  icupkg -tl -r others.txt "$data" converters.dat
-  cmake -S "$here/icu" -B . "${cross[@]}" -DICU_SOURCE="$sources/icu/source" -DICU_DATA="$PWD/converters.dat"
+  converters=$PWD/$(basename "$data")
+  icupkg -tl -r others.txt "$data" "$converters"
+  cmake -S "$here/icu" -B . "${cross[@]}" -DICU_SOURCE="$sources/icu/source" -DICU_DATA="$converters"
   cmake --build .
   cmake --install .
 )
