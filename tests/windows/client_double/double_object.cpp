@@ -4,6 +4,7 @@
 #include <QVector>
 #include <atomic>
 
+#include "counted_object.h"
 #include "double_faults.h"
 #include "notes/automation/windows/variant.h"
 #include "notes/literals.h"
@@ -28,24 +29,12 @@ QVector<QString>& names() {
 
 const ObjectCrossing& doubleObjects();
 
-class DoubleObject final : public IDispatch {
+class DoubleObject final : public CountedObject<IDispatch> {
  public:
   explicit DoubleObject(const Object& target) : target_(target) { ++living; }
-  virtual ~DoubleObject() { --living; }
+  ~DoubleObject() override { --living; }
   const Object& target() const { return target_; }
 
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** place) override {
-    const bool known = IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, IID_IDispatch);
-    *place = known ? this : nullptr;
-    if (known) AddRef();
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++count_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --count_;
-    if (left == 0) delete this;
-    return left;
-  }
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
     *count = 0;
     return S_OK;
@@ -99,7 +88,6 @@ class DoubleObject final : public IDispatch {
   using Arguments = QVector<Value>;
 
   Object target_;
-  std::atomic<ULONG> count_ = 1;
 };
 
 const ObjectCrossing& doubleObjects() {

@@ -3,8 +3,9 @@
 
 #include <QString>
 #include <array>
-#include <atomic>
+#include <cstdio>
 
+#include "counted_object.h"
 #include "double_client.h"
 #include "double_faults.h"
 #include "double_object.h"
@@ -28,22 +29,9 @@ constexpr std::array kClasses = {
                 "Notes.NotesUIWorkSpace"},
 };
 
-class DoubleFactory final : public IClassFactory {
+class DoubleFactory final : public CountedObject<IClassFactory> {
  public:
   explicit DoubleFactory(const char* name) : name_(QString::fromLatin1(name)) {}
-  virtual ~DoubleFactory() = default;
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** place) override {
-    const bool known = IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, IID_IClassFactory);
-    *place = known ? this : nullptr;
-    if (known) AddRef();
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++count_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --count_;
-    if (left == 0) delete this;
-    return left;
-  }
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** place) override {
     *place = nullptr;
     if (outer) return CLASS_E_NOAGGREGATION;
@@ -58,13 +46,34 @@ class DoubleFactory final : public IClassFactory {
 
  private:
   QString name_;
-  std::atomic<ULONG> count_ = 1;
 };
+
+// With the calls of the system alone: what the library had of others is gone by then.
+void tellWhatIsLeft() {
+  wchar_t path[MAX_PATH] = {};
+  const DWORD length = GetEnvironmentVariableW(L"TESSALY_DOUBLE_COUNT", path, MAX_PATH);
+  if (length == 0 || length >= MAX_PATH) return;
+  const HANDLE file =
+      CreateFileW(path, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return;
+  char text[32] = {};
+  const int size = std::snprintf(text, sizeof text, "%ld", livingDoubleObjects());
+  DWORD written = 0;
+  WriteFile(file, text, DWORD(size), &written, nullptr);
+  CloseHandle(file);
+}
 
 }  // namespace
 }  // namespace lens
 
 extern "C" {
+
+// A program that ends leaves the number of objects that it still refers to in the file that the environment
+// variable TESSALY_DOUBLE_COUNT names.
+BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID) {
+  if (reason == DLL_PROCESS_DETACH) lens::tellWhatIsLeft();
+  return TRUE;
+}
 
 __declspec(dllexport) HRESULT STDAPICALLTYPE
     DllGetClassObject(REFCLSID id, REFIID interfaceId, void** place) {
