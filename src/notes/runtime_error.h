@@ -7,7 +7,9 @@
 
 namespace lens {
 
-// Numbers that have a standard text. Engine and client errors may carry others, always positive.
+// Numbers that have a standard text. Errors of the engine and of the client may carry others, which are
+// positive; only a status of an automation server that means no such number stands for itself, and is
+// negative.
 namespace err {
 inline constexpr int InvalidCall = 5;
 inline constexpr int Overflow = 6;
