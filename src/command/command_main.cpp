@@ -48,6 +48,40 @@ void watchSignals() {
 #endif
 }
 
+#ifdef Q_OS_WIN
+bool isOpen(std::FILE* end) {
+  return _fileno(end) >= 0 && _get_osfhandle(_fileno(end)) != -1;
+}
+
+// What a command says is UTF-8, with a mark that erases a line: a console is told to take both, and left as
+// it was.
+class ConsoleModes {
+ public:
+  ConsoleModes() : page_(GetConsoleOutputCP()) {
+    if (page_ == 0) return;  // there is no console
+    SetConsoleOutputCP(CP_UTF8);
+    screen_ = CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                          nullptr, OPEN_EXISTING, 0, nullptr);
+    known_ = GetConsoleMode(screen_, &mode_);
+    if (known_) SetConsoleMode(screen_, mode_ | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+  }
+  ~ConsoleModes() {
+    if (page_ == 0) return;
+    if (known_) SetConsoleMode(screen_, mode_);
+    CloseHandle(screen_);
+    SetConsoleOutputCP(page_);
+  }
+  ConsoleModes(const ConsoleModes&) = delete;
+  ConsoleModes& operator=(const ConsoleModes&) = delete;
+
+ private:
+  UINT page_;
+  HANDLE screen_ = INVALID_HANDLE_VALUE;
+  DWORD mode_ = 0;
+  bool known_ = false;
+};
+#endif
+
 // Where standard output was closed, the next file that is opened would get its number and all that is
 // written.
 bool secureStandardFiles() {
@@ -58,13 +92,13 @@ bool secureStandardFiles() {
   if (file > STDERR_FILENO) ::close(file);
   return isOutputOpen;
 #else
-  // A program with windows is given no console: where nothing was redirected, what a command says goes to the
-  // one that it was started from.
-  if (_fileno(stdout) >= 0 && _get_osfhandle(_fileno(stdout)) != -1) return true;
-  if (!AttachConsole(ATTACH_PARENT_PROCESS)) return false;
-  std::freopen("CONIN$", "r", stdin);
-  std::freopen("CONOUT$", "w", stderr);
-  return std::freopen("CONOUT$", "w", stdout) != nullptr;
+  // A program with windows is given no console: what was not redirected goes to the one that it was started
+  // from.
+  if (isOpen(stdout) && isOpen(stderr)) return true;
+  if (!AttachConsole(ATTACH_PARENT_PROCESS)) return isOpen(stdout);
+  if (!isOpen(stdin)) std::freopen("CONIN$", "r", stdin);
+  if (!isOpen(stderr)) std::freopen("CONOUT$", "w", stderr);
+  return isOpen(stdout) || std::freopen("CONOUT$", "w", stdout) != nullptr;
 #endif
 }
 
@@ -93,6 +127,9 @@ void onlyGraveMessages(QtMsgType type, const QMessageLogContext&, const QString&
 
 int runProcess(int argc, char** argv) {
   const bool isOutputOpen = secureStandardFiles();
+#ifdef Q_OS_WIN
+  const ConsoleModes modes;
+#endif
   watchSignals();
   qInstallMessageHandler(onlyGraveMessages);
   QCoreApplication application(argc, argv);
