@@ -10,23 +10,12 @@
 
 #include "embedded/format/packed_items.h"
 #include "embedded/store/database.h"
+#include "support/error_number.h"
 
 namespace lens {
 
 inline std::ostream& operator<<(std::ostream& out, const QByteArray& bytes) {
   return out << bytes.toHex(' ').constData();
-}
-
-// The number of the RuntimeError that the action raises, 0 when it raises none.
-template <class Action>
-int errorNumber(Action action, QString* description = nullptr) {
-  try {
-    action();
-  } catch (const RuntimeError& error) {
-    if (description) *description = error.description();
-    return error.number();
-  }
-  return 0;
 }
 
 inline QByteArray contentOf(const QString& path) {

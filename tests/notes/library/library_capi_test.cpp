@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 
 #include "notes/literals.h"
+#include "support/error_number.h"
 
 namespace lens {
 namespace {
@@ -18,16 +19,6 @@ class ClientLibrary : public testing::TestWithParam<const char*> {
 
 INSTANTIATE_TEST_SUITE_P(OfBothWidths, ClientLibrary,
                          testing::Values(LENS_NARROW_LIBRARY, LENS_WIDE_LIBRARY));
-
-template <class Call>
-int numberRaisedBy(Call&& call) {
-  try {
-    call();
-    return 0;
-  } catch (const RuntimeError& error) {
-    return error.number();
-  }
-}
 
 TEST_P(ClientLibrary, OpensADatabaseByItsFullPath) {
   const NotesInit init(api);
@@ -189,13 +180,13 @@ TEST_P(ClientLibrary, NeverSeesAZeroHandle) {
 
 TEST_P(ClientLibrary, RaisesForAFunctionThatItLacks) {
   MemHandle reply = 0;
-  EXPECT_EQ(numberRaisedBy([&] { api.NSFRemoteConsole("Hub", "show tasks", reply); }), err::EntryNotFound);
-  EXPECT_EQ(numberRaisedBy([&] { api.NSFRemoteConsole("Hub", "show tasks", reply); }), err::EntryNotFound);
+  EXPECT_EQ(errorNumber([&] { api.NSFRemoteConsole("Hub", "show tasks", reply); }), err::EntryNotFound);
+  EXPECT_EQ(errorNumber([&] { api.NSFRemoteConsole("Hub", "show tasks", reply); }), err::EntryNotFound);
 }
 
 TEST(MissingClientLibrary, IsSoughtAtTheFirstCallAndRaises) {
   LibraryCApi api(u"libnotes-that-nobody-has.so"_s);
-  EXPECT_EQ(numberRaisedBy([&] { api.NotesInitExtended(0, QByteArray()); }), err::FileNotFound);
+  EXPECT_EQ(errorNumber([&] { api.NotesInitExtended(0, QByteArray()); }), err::FileNotFound);
 }
 
 TEST(MissingClientLibrary, IsToldFromOneThatCannotBeLoaded) {
@@ -204,7 +195,7 @@ TEST(MissingClientLibrary, IsToldFromOneThatCannotBeLoaded) {
   ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("no library") > 0);
   file.close();
   LibraryCApi api(file.fileName());
-  EXPECT_EQ(numberRaisedBy([&] { api.NotesInitExtended(0, QByteArray()); }), err::LibraryNotLoaded);
+  EXPECT_EQ(errorNumber([&] { api.NotesInitExtended(0, QByteArray()); }), err::LibraryNotLoaded);
 }
 
 }  // namespace

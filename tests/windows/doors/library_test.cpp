@@ -7,6 +7,7 @@
 #include "notes/code_page.h"
 #include "notes/library/library_capi.h"
 #include "notes/literals.h"
+#include "support/error_number.h"
 
 namespace lens {
 namespace {
@@ -98,24 +99,14 @@ TEST_F(Library, ListsTheServers) {
   EXPECT_EQ(api.OSMemFree(list), 0);
 }
 
-template <class Call>
-int numberRaisedBy(Call&& call) {
-  try {
-    call();
-    return 0;
-  } catch (const RuntimeError& error) {
-    return error.number();
-  }
-}
-
 TEST(AbsentLibrary, IsNotFound) {
   LibraryCApi api(u"NoSuchLibrary.dll"_s);
-  EXPECT_EQ(numberRaisedBy([&] { api.NotesInitExtended(0, QByteArray()); }), err::FileNotFound);
+  EXPECT_EQ(errorNumber([&] { api.NotesInitExtended(0, QByteArray()); }), err::FileNotFound);
 }
 
 TEST(AbsentLibrary, LacksAFunction) {
   LibraryCApi api(u"kernel32.dll"_s);
-  EXPECT_EQ(numberRaisedBy([&] { api.NotesInitExtended(0, QByteArray()); }), err::EntryNotFound);
+  EXPECT_EQ(errorNumber([&] { api.NotesInitExtended(0, QByteArray()); }), err::EntryNotFound);
 }
 
 }  // namespace
