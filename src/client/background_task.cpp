@@ -5,6 +5,8 @@
 #include <QThread>
 #include <QTimer>
 
+#include "embedded/store/database.h"
+
 namespace lens {
 namespace {
 
@@ -53,12 +55,26 @@ void runInBackground(WorkBar* bar, const std::function<void(TaskProgress&)>& wor
   const auto cancel = [&] { thread.progress.cancel(); };
   QObject::connect(bar, &WorkBar::cancelled, &untilTheEnd, cancel);
   QObject::connect(bar, &QObject::destroyed, &untilTheEnd, cancel);
+  if (bar->isCancelled()) cancel();
   show.start(kShowEvery);
   thread.start();
   untilTheEnd.exec();
   // The program may be ending, which ends every loop: the work does not outlive it.
   thread.progress.cancel();
   thread.wait();
+}
+
+QString runOnDatabase(WorkBar* bar, const QString& path,
+                      const std::function<void(Database&, TaskProgress&)>& work) {
+  QString failure;
+  runInBackground(bar, [&](TaskProgress& progress) {
+    try {
+      work(*Database::open(path), progress);
+    } catch (const RuntimeError& error) {
+      failure = error.description();
+    }
+  });
+  return failure;
 }
 
 }  // namespace lens

@@ -11,6 +11,8 @@
 
 namespace lens {
 
+class Database;
+
 // Where the work is: told by its thread, shown by the window's.
 class TaskProgress {
  public:
@@ -29,5 +31,10 @@ class TaskProgress {
 // Returns when the work has ended; events go through meanwhile, and the bar shows how far it is. Work whose
 // bar is cancelled or has gone is told so when it tells its progress. It must not throw.
 void runInBackground(WorkBar* bar, const std::function<void(TaskProgress&)>& work);
+
+// The same on the database at that path. Gives back why it cannot be opened or what the work raised, "" where
+// all went well.
+QString runOnDatabase(WorkBar* bar, const QString& path,
+                      const std::function<void(Database&, TaskProgress&)>& work);
 
 }  // namespace lens

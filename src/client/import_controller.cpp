@@ -96,6 +96,11 @@ void ImportController::importDxl(const QStringList& filesOrFolders, bool intoNew
   std::optional<Target> into = target(paths, intoNew);
   if (!self || !into || controls_.refuseWhileBusy()) return;  // much may have happened while it was asked
   controls_.clearError();
+  try {
+    into->database->requireOwnFile();
+  } catch (const RuntimeError& error) {
+    return controls_.showError(error.description());
+  }
   controls_.workBar->begin(WorkBar::Work::Import);
   const QString record = undo_.newRecord();
   // An old database keeps its title and identity.

@@ -31,32 +31,23 @@ void keepRecord(ChangeRecording& recording, const QString& path, ImportRun& run)
 ImportRun runImport(const QString& databasePath, const QStringList& filesOrFolders,
                     bool applyDatabaseProperties, const QString& recordPath, WorkBar* bar) {
   ImportRun run;
-  runInBackground(bar, [&](TaskProgress& progress) {
-    try {
-      const auto database = Database::open(databasePath);
-      ChangeRecording recording(*database);
-      DxlImporter importer(*database);
-      importer.applyDatabaseProperties(applyDatabaseProperties);
-      ImportSteps steps(progress);
-      importer.importFiles(filesOrFolders, run.report, &steps);
-      keepRecord(recording, recordPath, run);
-    } catch (const RuntimeError& error) {
-      run.report.failed.push_back(error.description());
-    }
+  const QString failure = runOnDatabase(bar, databasePath, [&](Database& database, TaskProgress& progress) {
+    ChangeRecording recording(database);
+    DxlImporter importer(database);
+    importer.applyDatabaseProperties(applyDatabaseProperties);
+    ImportSteps steps(progress);
+    importer.importFiles(filesOrFolders, run.report, &steps);
+    keepRecord(recording, recordPath, run);
   });
+  if (!failure.isEmpty()) run.report.failed.push_back(failure);
   return run;
 }
 
 PreviewRun runPreview(const QString& databasePath, const QStringList& filesOrFolders, WorkBar* bar) {
   PreviewRun run;
-  runInBackground(bar, [&](TaskProgress& progress) {
-    try {
-      const auto database = Database::open(databasePath);
-      ImportSteps steps(progress);
-      run.preview = previewImport(*database, filesOrFolders, &steps);
-    } catch (const RuntimeError& error) {
-      run.failure = error.description();
-    }
+  run.failure = runOnDatabase(bar, databasePath, [&](Database& database, TaskProgress& progress) {
+    ImportSteps steps(progress);
+    run.preview = previewImport(database, filesOrFolders, &steps);
   });
   return run;
 }

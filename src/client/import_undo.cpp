@@ -20,17 +20,12 @@ struct UndoRun {
   QString failure;
 };
 
-UndoRun runUndo(const QString& databasePath, const QString& record, WorkBar* bar) {
+UndoRun runUndo(const QString& databasePath, const QString& record, const QStringList& earlier,
+                WorkBar* bar) {
   UndoRun run;
-  runInBackground(bar, [&](TaskProgress& progress) {
-    try {
-      const auto database = Database::open(databasePath);
-      run.result = takeBack(*database, record, [&](qint64 done, qint64 total) {
-        return progress.go(databasePath, done, total);
-      });
-    } catch (const RuntimeError& error) {
-      run.failure = error.description();
-    }
+  run.failure = runOnDatabase(bar, databasePath, [&](Database& database, TaskProgress& progress) {
+    const auto go = [&](qint64 done, qint64 total) { return progress.go(databasePath, done, total); };
+    run.result = takeBack(database, record, go, earlier);
   });
   return run;
 }
@@ -91,7 +86,7 @@ ImportUndo::ImportUndo(ClientControls& controls, const Regional& regional, Datab
 ImportUndo::~ImportUndo() = default;
 
 QString ImportUndo::newRecord() {
-  if (!directory_) directory_ = std::make_unique<QTemporaryDir>();
+  if (!directory_ || !directory_->isValid()) directory_ = std::make_unique<QTemporaryDir>();
   return directory_->isValid() ? directory_->filePath(QString::number(++records_)) : QString();
 }
 
@@ -122,12 +117,20 @@ void ImportUndo::offer() {
 void ImportUndo::undo() {
   if (imports_.empty() || controls_.refuseWhileBusy()) return;
   const Import import = imports_.back();
+  QStringList earlier;
+  for (const Import& other : imports_) earlier += other.record;
+  earlier.removeLast();
   const std::shared_ptr<Database> database = databases_.database();  // the user may open another meanwhile
   const DatabasePlace place = *place_;
   controls_.clearError();
+  try {
+    database->requireOwnFile();
+  } catch (const RuntimeError& error) {
+    return controls_.showError(error.description());
+  }
   controls_.workBar->begin(WorkBar::Work::Undo);
   const QPointer<ImportUndo> self(this);
-  const UndoRun run = runUndo(database->path(), import.record, controls_.workBar);
+  const UndoRun run = runUndo(database->path(), import.record, earlier, controls_.workBar);
   if (!self) return;  // destroyed by what ran meanwhile
   controls_.workBar->finish();
   if (!run.failure.isEmpty()) return controls_.showError(run.failure);

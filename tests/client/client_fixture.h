@@ -16,11 +16,13 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
+#include <functional>
 
 #include "client/client_window.h"
 #include "client/database_tree.h"
 #include "client/document_model.h"
 #include "client/document_reader.h"
+#include "client/work_bar.h"
 #include "embedded/model/embedded_gateway.h"
 #include "support/printers.h"
 
@@ -37,16 +39,18 @@ struct ScriptedChoice : FileChoice {
   int asked = 0;
   QString lastQuestion;
   ImportOffer lastOffer;
+  std::function<void()> whileAsked;  // what happens while a question stands, to the window too
   ImportTarget importTarget(QWidget*, const ImportOffer& offer) override {
     lastOffer = offer;
     const bool open = offer.open && offer.whyNotOpen.isEmpty() && !intoNew;
-    return {open ? ImportTarget::Kind::Open : ImportTarget::Kind::New, name.isEmpty() ? offer.newPath : name};
+    return answer(ImportTarget{open ? ImportTarget::Kind::Open : ImportTarget::Kind::New,
+                               name.isEmpty() ? offer.newPath : name});
   }
   bool confirm(QWidget*, const QString& question, const QString&) override {
     lastQuestion = question;
-    return sure;
+    return answer(sure);
   }
-  QString otherDatabaseName(QWidget*, const QString&, const QString&) override { return otherName; }
+  QString otherDatabaseName(QWidget*, const QString&, const QString&) override { return answer(otherName); }
   QStringList dxlFiles(QWidget*) override { return ++asked, files; }
   QString databaseFile(QWidget*) override { return ++asked, database; }
   QString folder(QWidget*) override { return ++asked, directory; }
@@ -55,6 +59,35 @@ struct ScriptedChoice : FileChoice {
   }
   QString reportFile(QWidget*, const QString&) override { return ++asked, report; }
   QString databaseName(QWidget*, const QString&) override { return ++asked, name; }
+
+ private:
+  template <class Answer>
+  Answer answer(Answer given) {
+    if (const auto happen = whileAsked) happen();
+    return given;
+  }
+};
+
+// Presses Cancel when the bar of some work comes up, before the work begins.
+class CancelAtOnce : public QObject {
+ public:
+  explicit CancelAtOnce(ClientWindow& window) : bar_(*window.findChild<WorkBar*>()) {
+    bar_.installEventFilter(this);
+  }
+  // Of the button; "" where there was no bar.
+  const QString& caption() const { return caption_; }
+
+ private:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() != QEvent::Show) return false;
+    auto& button = *bar_.findChild<QPushButton*>();
+    caption_ = button.text();
+    button.click();
+    return false;
+  }
+
+  WorkBar& bar_;
+  QString caption_;
 };
 
 class Client : public testing::Test {
@@ -87,6 +120,19 @@ class Client : public testing::Test {
     window->show();
     window->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+  }
+  // Enough for work on them to take a while.
+  void saveMany(int memos) const {
+    Database::Transaction all(*mail);
+    for (int i = 1; i <= memos; ++i) save(memo(u"Letter %1 "_s.arg(i) + QString(200, u'x')));
+    all.commit();
+  }
+  // As another program would, whoever has the database open.
+  static void putAnotherInPlaceOf(const QString& path) {
+    for (const char* suffix : {"", "-wal", "-shm"}) QFile::remove(path + QLatin1String(suffix));
+    DatabaseInfo info;
+    info.title = u"Another"_s;
+    Database::create(path, info);
   }
   void openMail() { ASSERT_TRUE(window->openDatabase({QString(), u"mail.nsf"_s})); }
 

@@ -58,6 +58,12 @@ class ImportTargetTest : public Client {
             .toUtf8());
     return file.fileName();
   }
+  // What an import of that universal ID would replace.
+  NoteId saveOld(const QString& unid = QString(32, u'1')) const {
+    Note old = memo(u"Old subject"_s);
+    old.header.unid = Unid::fromText(unid);
+    return save(old);
+  }
   int documents() { return mail->notes().noteCount(noteclass::Document); }
   QString subjectOf(NoteId id) {
     Note note;
@@ -99,9 +105,7 @@ TEST_F(ImportTargetTest, AFolderGoesIntoANewOneToo) {
 }
 
 TEST_F(ImportTargetTest, ListsWhatWouldBeReplacedBeforeItIs) {
-  Note old = memo(u"Old subject"_s);
-  old.header.unid = Unid::fromText(QString(32, u'1'));
-  const NoteId id = save(old);
+  const NoteId id = saveOld();
   save(memo(u"Another"_s));
   startWithDialogs();
   openMail();
@@ -122,9 +126,7 @@ TEST_F(ImportTargetTest, ListsWhatWouldBeReplacedBeforeItIs) {
 }
 
 TEST_F(ImportTargetTest, TheListFollowsTheTarget) {
-  Note old = memo(u"Old subject"_s);
-  old.header.unid = Unid::fromText(QString(QString(31, u'0') + u'1'));
-  save(old);
+  saveOld(QString(31, u'0') + u'1');
   startWithDialogs();
   openMail();
   int looks = 0;
@@ -161,9 +163,7 @@ TEST_F(ImportTargetTest, ADatabaseThatIsOnlyReadIsNotOffered) {
 }
 
 TEST_F(ImportTargetTest, AnImportIsUndoneAsLongAsTheDatabaseIsOpen) {
-  Note old = memo(u"Old subject"_s);
-  old.header.unid = Unid::fromText(QString(32, u'1'));
-  const NoteId id = save(old);
+  const NoteId id = saveOld();
   start();
   openMail();
   EXPECT_FALSE(undo().isEnabled());
@@ -201,6 +201,96 @@ TEST_F(ImportTargetTest, AnUndoLeavesWhatSomebodyChangedSinceAndSaysWhich) {
   EXPECT_EQ(subjectOf(changed.header.id), u"Changed by hand"_s);
   EXPECT_TRUE(report().contains(u"Changed by hand"_s)) << report().toStdString();
   EXPECT_TRUE(report().contains(u"somebody has changed it since"_s)) << report().toStdString();
+}
+
+TEST_F(ImportTargetTest, TheSameFileImportedTwiceIsUndoneTwice) {
+  const NoteId id = saveOld();
+  start();
+  openMail();
+  const QString file = noteFile(u"one.dxl"_s, QString(32, u'1'), u"New subject"_s);
+  const QString fresh = noteFile(u"two.dxl"_s, QString(32, u'2'), u"Second"_s);
+  for (int i = 0; i < 2; ++i) window->importDxl({file, fresh});
+  undo().trigger();
+  EXPECT_EQ(subjectOf(id), u"New subject"_s);
+  EXPECT_EQ(documents(), 2);
+  undo().trigger();
+  EXPECT_EQ(subjectOf(id), u"Old subject"_s);
+  EXPECT_EQ(documents(), 1);
+  EXPECT_FALSE(report().contains(u"Left as they are"_s)) << report().toStdString();
+}
+
+TEST_F(ImportTargetTest, ACancelledUndoCanBeDoneAgain) {
+  start();
+  openMail();
+  window->importDxl({dxlFile(u"many.dxl"_s, 2000)});
+  {
+    const CancelAtOnce cancel(*window);
+    undo().trigger();
+  }
+  EXPECT_TRUE(error().contains(u"Cancelled"_s)) << error().toStdString();
+  EXPECT_EQ(documents(), 2000);
+  undo().trigger();
+  EXPECT_EQ(documents(), 0);
+}
+
+TEST_F(ImportTargetTest, AnUndoWhoseDatabaseIsClosedMeanwhileIsWholeOrNone) {
+  start();
+  openMail();
+  window->importDxl({dxlFile(u"many.dxl"_s, 500)});
+  QTimer::singleShot(0, window.get(), [&] { window->closeDatabase(); });
+  undo().trigger();
+  EXPECT_TRUE(documents() == 0 || documents() == 500) << documents();
+  EXPECT_FALSE(undo().isEnabled());
+  EXPECT_EQ(workspace->client().database(), nullptr);
+}
+
+TEST_F(ImportTargetTest, AWindowDestroyedDuringAnUndoEndsIt) {
+  start();
+  openMail();
+  window->importDxl({dxlFile(u"many.dxl"_s, 2000)});
+  QTimer::singleShot(0, qApp, [&] { window.reset(); });
+  undo().trigger();
+  EXPECT_EQ(documents(), 2000);
+}
+
+// Its notes would count as those that were imported.
+TEST_F(ImportTargetTest, ADatabaseThatAnotherProgramPutThereIsNeitherImportedIntoNorUndone) {
+  start();
+  openMail();
+  const QString file = dxlFile(u"three.dxl"_s, 3), path = mail->path();
+  window->importDxl({file});
+  putAnotherInPlaceOf(path);
+  window->importDxl({file});
+  EXPECT_TRUE(error().contains(u"replaced the file"_s)) << error().toStdString();
+  undo().trigger();
+  EXPECT_TRUE(error().contains(u"replaced the file"_s)) << error().toStdString();
+  EXPECT_EQ(Database::open(path)->notes().noteCount(noteclass::Document), 0);
+}
+
+TEST_F(ImportTargetTest, AnImportThatCannotBeUndoneSaysSo) {
+  start();
+  openMail();
+  const QByteArray temporary = qgetenv("TMPDIR");
+  qputenv("TMPDIR", "/proc");  // where nobody makes a directory
+  window->importDxl({dxlFile(u"three.dxl"_s, 3)});
+  temporary.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", temporary);
+  EXPECT_EQ(documents(), 3);
+  EXPECT_FALSE(undo().isEnabled());
+  EXPECT_TRUE(report().contains(u"The import cannot be undone"_s)) << report().toStdString();
+  window->importDxl({noteFile(u"two.dxl"_s, QString(32, u'2'), u"Second"_s)});
+  EXPECT_TRUE(undo().isEnabled()) << "there is a place again";
+}
+
+TEST_F(ImportTargetTest, ANewDatabaseTakesNoNameThatIsTaken) {
+  save(memo(u"one"_s));
+  start();
+  choice->intoNew = true;
+  for (const QString& name : {u"mail.nsf"_s, u"MAIL"_s}) {
+    choice->name = name;
+    window->importDxl({dxlFile(u"three.dxl"_s, 3)});
+    EXPECT_TRUE(error().contains(u"mail.nsf"_s)) << error().toStdString();
+    EXPECT_EQ(documents(), 1);
+  }
 }
 
 TEST_F(ImportTargetTest, AnImportIntoANewDatabaseIsUndoneToo) {

@@ -14,25 +14,28 @@ namespace {
 
 constexpr int kBrought = -1;  // in place of a state: there was no such row before
 
-// "was" is the state before, "after" the number of the last change of the recording, NULL where it removed
-// the row. Triggers of a connection's own are the only ones that run, and see what it does alone.
+// "was" is the state before and "since" the number of the change that had made it, "after" the number of the
+// last change of the recording, NULL where it removed the row. Triggers of a connection's own are the only
+// ones that run, and see what it does alone.
 constexpr char kBeginRecording[] =
     "PRAGMA temp_store = FILE;"
-    "CREATE TEMP TABLE recorded_note (id INTEGER PRIMARY KEY, was INTEGER NOT NULL, after INTEGER,"
-    " class INTEGER, unid BLOB, parent BLOB, sequence INTEGER, sequence_time INTEGER, created INTEGER,"
-    " modified INTEGER, added INTEGER, accessed INTEGER, items BLOB);"
+    "CREATE TEMP TABLE recorded_note (id INTEGER PRIMARY KEY, was INTEGER NOT NULL, since INTEGER,"
+    " after INTEGER, class INTEGER, unid BLOB, parent BLOB, sequence INTEGER, sequence_time INTEGER,"
+    " created INTEGER, modified INTEGER, added INTEGER, accessed INTEGER, items BLOB);"
     "CREATE TEMP TRIGGER record_brought AFTER INSERT ON main.note BEGIN"
     "  INSERT INTO recorded_note (id, was, after) VALUES (NEW.id, -1, NEW.change)"
     "   ON CONFLICT (id) DO UPDATE SET after = excluded.after;"
     " END;"
     "CREATE TEMP TRIGGER record_changed AFTER UPDATE ON main.note BEGIN"
-    "  INSERT OR IGNORE INTO recorded_note VALUES (OLD.id, OLD.state, NULL, OLD.class, OLD.unid, OLD.parent,"
-    "   OLD.sequence, OLD.sequence_time, OLD.created, OLD.modified, OLD.added, OLD.accessed, OLD.items);"
+    "  INSERT OR IGNORE INTO recorded_note VALUES (OLD.id, OLD.state, OLD.change, NULL, OLD.class, OLD.unid,"
+    "   OLD.parent, OLD.sequence, OLD.sequence_time, OLD.created, OLD.modified, OLD.added, OLD.accessed,"
+    "   OLD.items);"
     "  UPDATE recorded_note SET after = NEW.change WHERE id = NEW.id;"
     " END;"
     "CREATE TEMP TRIGGER record_removed AFTER DELETE ON main.note BEGIN"
-    "  INSERT OR IGNORE INTO recorded_note VALUES (OLD.id, OLD.state, NULL, OLD.class, OLD.unid, OLD.parent,"
-    "   OLD.sequence, OLD.sequence_time, OLD.created, OLD.modified, OLD.added, OLD.accessed, OLD.items);"
+    "  INSERT OR IGNORE INTO recorded_note VALUES (OLD.id, OLD.state, OLD.change, NULL, OLD.class, OLD.unid,"
+    "   OLD.parent, OLD.sequence, OLD.sequence_time, OLD.created, OLD.modified, OLD.added, OLD.accessed,"
+    "   OLD.items);"
     "  UPDATE recorded_note SET after = NULL WHERE id = OLD.id;"
     " END;";
 constexpr char kEndTriggers[] =
@@ -62,10 +65,11 @@ class RecordReader {
  public:
   RecordReader(Database& database, const QString& path)
       : database_(database), record_(path, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX), rows_(record_) {
-    Statement list(record_, "SELECT id, was, after FROM recorded_note ORDER BY was, id", kFault);
+    Statement list(record_, "SELECT id, was, after, since FROM recorded_note ORDER BY was, id", kFault);
     Statement::Run row(list);
     while (row.step())
-      entries_.push_back({row.noteId(0), int(row.integer(1)), row.isNull(2) ? 0 : row.integer(2)});
+      entries_.push_back({row.noteId(0), int(row.integer(1)), row.isNull(2) ? 0 : row.integer(2),
+                          row.isNull(3) ? 0 : row.integer(3)});
     Statement stubs(record_, "SELECT unid FROM recorded_note WHERE was = 1", kFault);
     Statement::Run stub(stubs);
     while (stub.step()) stubs_.insert(stub.blob(0).toByteArray());
@@ -75,6 +79,7 @@ class RecordReader {
     NoteId id;
     int was = 0;
     qint64 after = 0;  // 0 where the recording removed the row
+    qint64 since = 0;  // 0 where there was none before
   };
   // Those that were brought first: they may have the place of one that was removed.
   const QVector<Entry>& entries() const { return entries_; }
@@ -86,6 +91,11 @@ class RecordReader {
     tookStub_ = stubs_.contains(row.blob(2).toByteArray());
     if (row.integer(0) == entry.after) return Now::AsLeft;
     return row.integer(1) == kStateLive ? Now::Changed : Now::NotThere;
+  }
+  // The number of a note's last change.
+  qint64 changeOf(NoteId id) {
+    Statement::Run row(now_, id);
+    return row.step() ? row.integer(0) : 0;
   }
   // Of the note that now() was asked for: whether a stub with its UNID had to make way for it.
   bool tookStub() const { return tookStub_; }
@@ -125,6 +135,28 @@ bool hasItsObjects(const Database& database, const Note& note) {
   return true;
 }
 
+// A note that is again as it was, under another number and perhaps another ID.
+struct PutBack {
+  NoteId oldId;
+  qint64 oldChange = 0;
+  NoteId id;
+  qint64 change = 0;
+};
+
+void handOn(const QString& record, const QVector<PutBack>& notes) {
+  if (notes.isEmpty() || !QFile::exists(record)) return;
+  Connection connection(record, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX);
+  Statement move(connection, "UPDATE recorded_note SET id = ? WHERE id = ?", enginefault::NotSaved);
+  Statement follow(connection, "UPDATE recorded_note SET after = ? WHERE id = ? AND after = ?",
+                   enginefault::NotSaved);
+  connection.execute("BEGIN", enginefault::NotSaved);
+  for (const PutBack& note : notes) {
+    if (note.id != note.oldId) Statement::Run(move, note.id, note.oldId).step();
+    Statement::Run(follow, note.change, note.id, note.oldChange).step();
+  }
+  connection.execute("COMMIT", enginefault::NotSaved);
+}
+
 // Another note of a class that a database has once only.
 bool isDisplaced(const Database& database, const Note& note) {
   Note there;
@@ -137,7 +169,7 @@ class TakingBack {
  public:
   TakingBack(Database& database, const QString& path) : database_(database), record_(database, path) {}
 
-  TakenBack run(const std::function<bool(qint64, qint64)>& go) {
+  TakenBack run(const std::function<bool(qint64, qint64)>& go, const QStringList& earlier) {
     Database::Transaction transaction(database_);
     qint64 done = 0;
     for (const RecordReader::Entry& entry : record_.entries()) {
@@ -147,6 +179,7 @@ class TakingBack {
       else if (entry.was == kStateLive)
         restore(entry);
     }
+    for (const QString& record : earlier) handOn(record, putBack_);
     transaction.commit();
     return result_;
   }
@@ -179,11 +212,13 @@ class TakingBack {
     if (wasRemoved && isDisplaced(database_, note)) return leave(entry.id, LeftNote::Reason::Displaced);
     if (!hasItsObjects(database_, note)) return leave(entry.id, LeftNote::Reason::WithoutFile);
     database_.notes().saveAsGiven(note);
+    putBack_.push_back({entry.id, entry.since, note.header.id, record_.changeOf(note.header.id)});
     ++result_.restored;
   }
 
   Database& database_;
   RecordReader record_;
+  QVector<PutBack> putBack_;
   TakenBack result_;
 };
 
@@ -204,6 +239,10 @@ void ChangeRecording::stop() noexcept {
 }
 
 bool ChangeRecording::writeTo(const QString& path) {
+  if (path.isEmpty())
+    throw RuntimeError(enginefault::NotSaved,
+                       u"%1: what was changed cannot be written down (there is no directory for temporary "
+                       "files)"_s.arg(database_.path()));
   database_.connection().execute(kEndTriggers, enginefault::NotSaved);
   Connection& connection = database_.connection();
   connection.execute("DELETE FROM temp.recorded_note WHERE was = -1 AND after IS NULL",
@@ -233,8 +272,8 @@ QVector<Note> notesBefore(const QString& record, int most) {
 }
 
 TakenBack takeBack(Database& database, const QString& record,
-                   const std::function<bool(qint64 done, qint64 total)>& go) {
-  return TakingBack(database, record).run(go);
+                   const std::function<bool(qint64 done, qint64 total)>& go, const QStringList& earlier) {
+  return TakingBack(database, record).run(go, earlier);
 }
 
 }  // namespace lens

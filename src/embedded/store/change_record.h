@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVector>
 #include <functional>
 
@@ -22,7 +23,8 @@ class ChangeRecording {
   ChangeRecording& operator=(const ChangeRecording&) = delete;
 
   // Ends it and puts the record into a new file. False, and no file, where nothing was changed. Raises
-  // NotSaved when the file finds no room; the changes stay then, and nothing takes them back.
+  // NotSaved when the file finds no room or has no name, CannotOpen without its directory; the changes stay
+  // then, and nothing takes them back.
   bool writeTo(const QString& path);
 
  private:
@@ -57,9 +59,12 @@ struct TakenBack {
 
 // Takes the changes of a record back, all in one transaction: notes that it brought go, others are as they
 // were before. What anybody has changed since stays as it is and is told. A note that had been removed comes
-// back under another note ID. Progress is counted in notes; false ends the work, and nothing was changed
-// then. Raises NotSaved, and Damaged for a record that cannot be read.
+// back under another note ID. Earlier records of the same database, as far as they are there, take the notes
+// that are put back for those that they left. Progress is counted in notes; false ends the work, and nothing
+// was changed then. Raises NotSaved, and Damaged for a record that cannot be read; nothing was changed
+// either.
 TakenBack takeBack(Database& database, const QString& record,
-                   const std::function<bool(qint64 done, qint64 total)>& go = {});
+                   const std::function<bool(qint64 done, qint64 total)>& go = {},
+                   const QStringList& earlier = {});
 
 }  // namespace lens

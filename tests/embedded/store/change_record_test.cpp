@@ -4,6 +4,7 @@
 #include <QRandomGenerator>
 #include <map>
 #include <thread>
+#include <vector>
 
 #include "embedded/format/stored_object.h"
 #include "embedded/support/store_test.h"
@@ -22,6 +23,35 @@ class ChangeRecordTest : public StoreTest {
     return recording.writeTo(record());
   }
   TakenBack back() { return takeBack(*database, record()); }
+  // Some forty changes of any kind.
+  void changeAnything(QRandomGenerator& random) {
+    for (int step = 0; step < 40; ++step) {
+      const auto notes = database->notes().list(0x7FFF);
+      const NoteSummary one = notes[random.bounded(int(notes.size()))];
+      switch (random.bounded(5)) {
+        case 0:
+          saved(QStringLiteral("new %1").arg(step));
+          break;
+        case 1:
+          database->notes().remove(one.id, random.bounded(2) == 0);
+          break;
+        default:
+          change(one.id, QStringLiteral("changed %1").arg(step));
+      }
+    }
+  }
+  // What is in the notes, by UNID.
+  std::map<std::string, std::string> all() {
+    std::map<std::string, std::string> notes;
+    for (const NoteSummary& summary : database->notes().list(0x7FFF)) {
+      Note note;
+      EXPECT_TRUE(database->notes().read(summary.id, note));
+      notes[note.header.unid.text().toStdString()] =
+          note.text(u"Subject").toStdString() + '#' + std::to_string(note.header.sequence) + '#' +
+          std::to_string(packTime(note.header.modified)) + '#' + std::to_string(note.header.noteClass);
+    }
+    return notes;
+  }
   void change(NoteId id, const QString& subject) {
     Note note;
     ASSERT_TRUE(database->notes().read(id, note));
@@ -181,6 +211,8 @@ TEST_F(ChangeRecordTest, ARecordThatFindsNoRoomIsNamedAndTheChangesStay) {
   const NoteId id = saved(QStringLiteral("new"));
   const QString nowhere = path(QStringLiteral("no/such/folder/record"));
   QString told;
+  EXPECT_EQ(errorNumber([&] { recording.writeTo(QString()); }, &told), enginefault::NotSaved);
+  EXPECT_TRUE(told.contains(path())) << told.toStdString();
   EXPECT_NE(errorNumber([&] { recording.writeTo(nowhere); }, &told), 0);
   EXPECT_TRUE(told.contains(nowhere)) << told.toStdString();
   EXPECT_EQ(subjectOf(id), QStringLiteral("new"));
@@ -198,43 +230,50 @@ TEST_F(ChangeRecordTest, ADamagedRecordChangesNothing) {
 
 // Whatever is done to a database while it is recorded, taking it back gives the notes as they were.
 TEST_F(ChangeRecordTest, GivesTheNotesAsTheyWereAfterAnyChanges) {
-  const auto all = [&] {
-    std::map<std::string, std::string> notes;
-    for (const NoteSummary& summary : database->notes().list(0x7FFF)) {
-      Note note;
-      EXPECT_TRUE(database->notes().read(summary.id, note));
-      notes[note.header.unid.text().toStdString()] =
-          note.text(u"Subject").toStdString() + '#' + std::to_string(note.header.sequence) + '#' +
-          std::to_string(packTime(note.header.modified)) + '#' + std::to_string(note.header.noteClass);
-    }
-    return notes;
-  };
   QRandomGenerator random(7);
   for (int i = 0; i < 30; ++i) saved(QStringLiteral("start %1").arg(i));
   saved(QStringLiteral("icon"), noteclass::Icon);
   for (int round = 0; round < 20; ++round) {
     const auto before = all();
     QFile::remove(record());
-    recorded([&] {
-      for (int step = 0; step < 40; ++step) {
-        const auto notes = database->notes().list(0x7FFF);
-        const NoteSummary one = notes[random.bounded(int(notes.size()))];
-        switch (random.bounded(5)) {
-          case 0:
-            saved(QStringLiteral("new %1").arg(step));
-            break;
-          case 1:
-            database->notes().remove(one.id, random.bounded(2) == 0);
-            break;
-          default:
-            change(one.id, QStringLiteral("changed %1").arg(step));
-        }
-      }
-    });
+    recorded([&] { changeAnything(random); });
     const TakenBack result = back();
     EXPECT_EQ(all(), before) << round;
     EXPECT_TRUE(result.left.isEmpty());
   }
+}
+
+// What a later undo puts back is no change by anybody.
+TEST_F(ChangeRecordTest, RecordsAreTakenBackOneAfterTheOther) {
+  QRandomGenerator random(11);
+  for (int i = 0; i < 30; ++i) saved(QStringLiteral("start %1").arg(i));
+  saved(QStringLiteral("icon"), noteclass::Icon);
+  for (int round = 0; round < 2; ++round) {
+    QStringList records;
+    std::vector<std::map<std::string, std::string>> states;
+    for (int i = 0; i < 4; ++i) {
+      records += path(QStringLiteral("record %1 %2").arg(round).arg(i));
+      states.push_back(all());
+      ChangeRecording recording(*database);
+      changeAnything(random);
+      ASSERT_TRUE(recording.writeTo(records.last()));
+    }
+    while (!records.isEmpty()) {
+      const QString last = records.takeLast();
+      const TakenBack result = takeBack(*database, last, {}, records);
+      EXPECT_TRUE(result.left.isEmpty());
+      EXPECT_EQ(all(), states.back()) << round << ' ' << records.size();
+      states.pop_back();
+    }
+  }
+}
+
+TEST_F(ChangeRecordTest, ARecordThatHasGoneIsNotWaitedFor) {
+  const NoteId id = saved(QStringLiteral("one"));
+  ASSERT_TRUE(recorded([&] { change(id, QStringLiteral("imported")); }));
+  takeBack(*database, record(), {}, {path(QStringLiteral("gone"))});
+  EXPECT_EQ(subjectOf(id), QStringLiteral("one"));
+  EXPECT_FALSE(QFile::exists(path(QStringLiteral("gone"))));
 }
 
 }  // namespace
