@@ -4,6 +4,7 @@
 #include <QDropEvent>
 #include <QFileInfo>
 #include <QMimeData>
+#include <QPointer>
 #include <QTimer>
 #include <QUrl>
 
@@ -39,7 +40,9 @@ FileOpening::FileOpening(ClientControls& controls, DatabaseController& databases
 
 void FileOpening::open(const QStringList& paths) {
   QStringList toImport;
+  const QPointer<FileOpening> self(this);
   for (const QString& path : paths) {
+    if (!self) return;  // destroyed by what ran while a file was read
     if (!QFileInfo::exists(path))
       controls_.showError(tr("%1: there is no such file").arg(path));
     else if (isDatabaseFile(path))
@@ -47,7 +50,7 @@ void FileOpening::open(const QStringList& paths) {
     else
       toImport += QFileInfo(path).absoluteFilePath();
   }
-  if (!toImport.isEmpty()) import_.importDxl(toImport, false);
+  if (self && !toImport.isEmpty()) import_.importDxl(toImport, false);
 }
 
 // The drop is answered before anything is opened: whoever drags waits for the answer.

@@ -3,6 +3,7 @@
 #include <QCollator>
 #include <QLocale>
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 namespace lens {
@@ -54,7 +55,8 @@ std::optional<QVector<int>> arrangedRows(const RowSource& rows, const RowArrange
     shown.push_back(row);
     if (wanted.column < 0) continue;
     const RowKey key = rows.key(row, wanted.column);
-    keyed.push_back({row, key.isNumber, key.number, collator.sortKey(key.text)});
+    const bool isNumber = key.isNumber && !std::isnan(key.number);  // which has no place among numbers
+    keyed.push_back({row, isNumber, isNumber ? key.number : 0, collator.sortKey(key.text)});
   }
   if (wanted.column < 0) return shown;
   // Rows that are alike keep the order in which they came, both ways.

@@ -33,14 +33,9 @@ bool bringUpToDate(Database& database, TaskProgress& progress) {
 
 SearchRun runSearch(const QString& databasePath, const QString& query, WorkBar* bar) {
   SearchRun run;
-  runInBackground(bar, [&](TaskProgress& progress) {
-    try {
-      const auto database = Database::open(databasePath);
-      run.cancelled = !bringUpToDate(*database, progress);
-      if (!run.cancelled) run.found = fullTextSearch(*database, query, 0);
-    } catch (const RuntimeError& error) {
-      run.failure = error.description();
-    }
+  run.failure = runOnDatabase(bar, databasePath, [&](Database& database, TaskProgress& progress) {
+    run.cancelled = !bringUpToDate(database, progress);
+    if (!run.cancelled) run.found = fullTextSearch(database, query, 0);
   });
   return run;
 }
@@ -81,10 +76,11 @@ bool SearchController::isIndexed() {
   return self && databases_.place() == place && hasFullTextIndex(*databases_.database());
 }
 
-void SearchController::search(const QString& query) {
+void SearchController::search(const QString& asked) {
   if (!databases_.database() || controls_.refuseWhileBusy()) return;
   controls_.clearError();
-  if (query.trimmed().isEmpty()) return views_.clearFound();
+  const QString query = asked.simplified();  // as it is kept
+  if (query.isEmpty()) return views_.clearFound();
   const QPointer<SearchController> self(this);
   try {
     parseQuery(query);
@@ -99,7 +95,7 @@ void SearchController::search(const QString& query) {
   controls_.workBar->finish();
   if (!run.failure.isEmpty()) return controls_.showError(run.failure);
   if (run.cancelled || databases_.place() != place) return;
-  views_.showFound(query.simplified(), run.found);
+  views_.showFound(query, run.found);
   controls_.documentTable->setFocus();
 }
 

@@ -157,7 +157,7 @@ NoteId ViewPane::currentDocument() const {
 
 void ViewPane::showFound(const QString& query, const QVector<NoteId>& noteIds) {
   found_ = ViewEntry{ViewEntry::Kind::Found, query, NoteId(), noteIds};
-  reload();
+  if (!reloadOrTell()) return;
   controls_.viewList->setCurrentRow(0);
   loadDocuments();
 }
@@ -165,7 +165,17 @@ void ViewPane::showFound(const QString& query, const QVector<NoteId>& noteIds) {
 void ViewPane::clearFound() {
   if (!found_) return;
   found_.reset();
-  if (database_) reload();
+  if (database_) reloadOrTell();
+}
+
+bool ViewPane::reloadOrTell() {
+  try {
+    reload();
+  } catch (const RuntimeError& error) {
+    controls_.showError(error.description());
+    return false;
+  }
+  return true;
 }
 
 QString ViewPane::listed(const ViewEntry& entry) {

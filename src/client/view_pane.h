@@ -51,6 +51,7 @@ class ViewPane : public QObject {
   void changed();
 
  private:
+  bool reloadOrTell();
   static QString listed(const ViewEntry& entry);
   void connectFilter();
   void loadDocuments();

@@ -3,10 +3,13 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QTreeWidget>
+#include <limits>
+#include <vector>
 
 #include "client/client_fixture.h"
 #include "client/list_table.h"
 #include "client/note_texts.h"
+#include "client/row_order.h"
 
 namespace lens {
 namespace {
@@ -50,6 +53,19 @@ TEST_F(ListOrder, AClickOnAHeaderOrdersTheRowsUpThenDownThenAsTheyCame) {
   EXPECT_EQ(subjects(), QStringList({u"pump 10"_s, u"pump 9"_s, u"Ärger"_s, u"apple pie"_s, u"Apple"_s}));
   clickHeader(table(), DocumentModel::Subject);
   EXPECT_EQ(subjects(), own);
+}
+
+TEST(RowOrder, WhatIsNoNumberAtAllStandsBehindTheNumbers) {
+  const double none = std::numeric_limits<double>::quiet_NaN();
+  const std::vector<double> numbers = {3, none, 1, none, 2, 9, none, 8, 7};
+  const RowSource rows{int(numbers.size()),
+                       [](int) { return true; },
+                       {},
+                       [&](int row, int) {
+                         return RowKey{true, numbers[row], {}};
+                       }};
+  EXPECT_EQ(arrangedRows(rows, {0, Qt::AscendingOrder, {}}, {}), QVector<int>({2, 4, 0, 8, 7, 5, 1, 3, 6}));
+  EXPECT_EQ(arrangedRows(rows, {0, Qt::DescendingOrder, {}}, {}), QVector<int>({1, 3, 6, 5, 7, 8, 0, 4, 2}));
 }
 
 TEST_F(ListOrder, TimesAndNumbersAreOrderedByWhatTheyAre) {

@@ -84,6 +84,15 @@ TEST_F(RealInClient, SearchesWordsAfterAnIndexWasMade) {
   EXPECT_TRUE(window->windowTitle().contains(u"read-only copy of"_s));
 }
 
+TEST_F(RealInClient, AWindowDestroyedWhileOneOfSeveralFilesIsReadOpensNoMore) {
+  writeMany();
+  start();
+  QTimer::singleShot(0, qApp, [&] { window.reset(); });
+  window->openFiles({path, path});
+  EXPECT_EQ(window, nullptr);
+  EXPECT_FALSE(isAnythingKept());
+}
+
 TEST_F(RealInClient, GivingUpTheDialogOpensNothing) {
   start();
   openMail();

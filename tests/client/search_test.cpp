@@ -4,6 +4,7 @@
 
 #include "client/client_fixture.h"
 #include "embedded/search/full_text.h"
+#include "embedded/store/sqlite_statement.h"
 
 namespace lens {
 namespace {
@@ -48,6 +49,16 @@ TEST_F(ClientSearch, ListsWhatWordsAndQueriesFindAndOpensIt) {
   EXPECT_TRUE(table().hasFocus());
   QTest::keyClick(&table(), Qt::Key_Return);
   EXPECT_EQ(workspace->client().document(), body);
+}
+
+TEST_F(ClientSearch, ADatabaseThatCannotBeReadAnyMoreIsToldWhateverIsDoneWithTheResult) {
+  createFullTextIndex(*mail);
+  start();
+  openMail();
+  find(u"pump"_s);
+  mail->connection().execute("ALTER TABLE note RENAME TO gone", enginefault::Damaged);
+  part<QLineEdit>("searchBox").clear();
+  EXPECT_TRUE(error().contains(u"mail.nsf"_s)) << error().toStdString();
 }
 
 TEST_F(ClientSearch, MarksTheHitsInTheDocumentThatIsOpened) {
