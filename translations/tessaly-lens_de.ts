@@ -443,10 +443,6 @@
         <translation>Ein Import wird rückgängig gemacht: Warten Sie das Ende ab, oder brechen Sie es vorher ab</translation>
     </message>
     <message>
-        <source>A database is being copied: wait for its end</source>
-        <translation>Eine Datenbank wird kopiert: Warten Sie das Ende ab</translation>
-    </message>
-    <message>
         <source>A search is running: wait for its end or cancel it first</source>
         <translation>Eine Suche läuft: Warten Sie das Ende ab, oder brechen Sie sie vorher ab</translation>
     </message>
@@ -556,6 +552,10 @@
     <message>
         <source>Open a workspace</source>
         <translation>Arbeitsbereich öffnen</translation>
+    </message>
+    <message>
+        <source>A database is being copied: wait for its end or cancel it first</source>
+        <translation>Eine Datenbank wird kopiert: Warten Sie das Ende ab, oder brechen Sie es vorher ab</translation>
     </message>
 </context>
 <context>
@@ -1248,6 +1248,10 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     <message>
         <source>Copy database</source>
         <translation>Datenbank kopieren</translation>
+    </message>
+    <message>
+        <source>The copy was cancelled; no file was written</source>
+        <translation>Das Kopieren wurde abgebrochen; keine Datei wurde geschrieben</translation>
     </message>
 </context>
 <context>
@@ -2162,6 +2166,14 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     <message>
         <source>Copying %1</source>
         <translation>%1 wird kopiert</translation>
+    </message>
+    <message>
+        <source>Cancel &amp;copy</source>
+        <translation>&amp;Kopieren abbrechen</translation>
+    </message>
+    <message>
+        <source>Ends the copy; no file is written</source>
+        <translation>Beendet das Kopieren; keine Datei wird geschrieben</translation>
     </message>
 </context>
 </TS>

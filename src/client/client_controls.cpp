@@ -23,7 +23,7 @@ QString busyText(WorkBar::Work work) {
     case WorkBar::Work::Undo:
       return QObject::tr("An import is being undone: wait for its end or cancel it first");
     case WorkBar::Work::Copy:
-      return QObject::tr("A database is being copied: wait for its end");
+      return QObject::tr("A database is being copied: wait for its end or cancel it first");
     case WorkBar::Work::Search:
       return QObject::tr("A search is running: wait for its end or cancel it first");
     case WorkBar::Work::Preview:

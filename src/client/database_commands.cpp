@@ -8,6 +8,7 @@
 #include "client/client_controls.h"
 #include "client/database_controller.h"
 #include "client/database_tree.h"
+#include "client/real_reading.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -20,6 +21,27 @@ QString copyName(const QString& path) {
   const qsizetype dot = path.lastIndexOf(u'.');
   const qsizetype end = dot < 0 ? path.size() : dot;
   return path.left(end) + u" copy"_s + path.mid(end);
+}
+
+struct CopyRun {
+  bool finished = false;
+  QString failure;
+};
+
+// A file of the platform is opened as such again: what is attached there lies in it.
+CopyRun runCopy(const QString& source, const QString& workspace, const QString& target, WorkBar* bar) {
+  CopyRun run;
+  runInBackground(bar, [&](TaskProgress& progress) {
+    const auto go = [&](qint64 done, qint64 total) { return progress.go(source, done, total); };
+    try {
+      const auto from =
+          RealDatabases::isReal(source) ? RealDatabases(workspace).open(source) : Database::open(source);
+      run.finished = go(0, 0) && Workspace::copyDatabase(*from, target, go);
+    } catch (const RuntimeError& error) {
+      run.failure = error.description();
+    }
+  });
+  return run;
 }
 
 }  // namespace
@@ -53,49 +75,28 @@ std::optional<DatabasePlace> DatabaseCommands::chosen() const {
 
 void DatabaseCommands::deleteDatabase(const DatabasePlace& place) {
   const QString name = tr("%1 on %2").arg(place.path, serverLabel(place.server));
-  const int documents = workspace_->database(place.server, place.path)->notes().noteCount(kDocuments);
+  const std::shared_ptr<Database> asked = workspace_->ownDatabase(place, u"removed"_s);
+  const int documents = asked->notes().noteCount(kDocuments);
   const QPointer<DatabaseCommands> self(this);
   const bool sure = controls_.choice->confirm(
       &controls_.window,
       tr("Delete the database %1 with its %n document(s)? Nothing brings it back.", nullptr, documents)
           .arg(name),
       tr("&Delete"));
-  if (self && sure) workspace_->removeDatabase(place);
+  if (!self || !sure || controls_.refuseWhileBusy()) return;
+  asked->requireOwnFile();  // what is there by now may be another one
+  workspace_->removeDatabase(place);
 }
 
 void DatabaseCommands::renameDatabase(const DatabasePlace& place) {
+  workspace_->ownDatabase(place, u"renamed"_s);
   const QPointer<DatabaseCommands> self(this);
   const QString path =
       controls_.choice->otherDatabaseName(&controls_.window, tr("Rename database"), place.path);
-  if (!self || path.isEmpty() || path == place.path) return;
+  if (!self || path.isEmpty() || path == place.path || controls_.refuseWhileBusy()) return;
   const bool wasOpen = workspace_->client().isOnTop(place);
   const DatabasePlace renamed = workspace_->renameDatabase(place, path);
   if (wasOpen) databases_.open(renamed);
-}
-
-// What is in a copy of a real database may lie in the file that it was read from, which this thread knows.
-QString DatabaseCommands::runCopy(Database& source, const QString& file) {
-  QString failure;
-  const auto copy = [&](Database& from) {
-    try {
-      Workspace::copyDatabase(from, file);
-    } catch (const RuntimeError& error) {
-      failure = error.description();
-    }
-  };
-  if (source.objects().hasOutside()) {
-    copy(source);
-    return failure;
-  }
-  runInBackground(controls_.workBar, [&](TaskProgress& progress) {
-    progress.go(source.path(), 0, 0);
-    try {
-      copy(*Database::open(source.path()));
-    } catch (const RuntimeError& error) {
-      failure = error.description();
-    }
-  });
-  return failure;
 }
 
 void DatabaseCommands::copyDatabase(const DatabasePlace& place) {
@@ -104,15 +105,17 @@ void DatabaseCommands::copyDatabase(const DatabasePlace& place) {
       &controls_.window, tr("Copy database"),
       copyName(QFileInfo(place.path).isAbsolute() ? QFileInfo(place.path).fileName() : place.path));
   if (!self || path.isEmpty() || controls_.refuseWhileBusy()) return;
-  const std::shared_ptr<Database> source = workspace_->database(place.server, place.path);
   const DatabasePlace to = workspace_->place(place.server, path);
-  const QString file = workspace_->absolutePath(to);
+  if (!readBeforeOpening(controls_, *workspace_, place) || !self) return;
   controls_.workBar->begin(WorkBar::Work::Copy);
-  const QString failure = runCopy(*source, file);
+  const CopyRun run = runCopy(workspace_->absolutePath(place), workspace_->directory(),
+                              workspace_->absolutePath(to), controls_.workBar);
   if (!self) return;  // destroyed by what ran meanwhile
   controls_.workBar->finish();
   workspace_->client().changeDatabases();
-  if (!failure.isEmpty()) return controls_.showError(failure);
+  if (!run.failure.isEmpty()) return controls_.showError(run.failure);
+  if (!run.finished)
+    return controls_.statusBar->showMessage(tr("The copy was cancelled; no file was written"));
   databases_.open(to);
 }
 

@@ -27,7 +27,6 @@ class DatabaseCommands : public QObject {
   void deleteDatabase(const DatabasePlace& place);
   void renameDatabase(const DatabasePlace& place);
   void copyDatabase(const DatabasePlace& place);
-  QString runCopy(Database& source, const QString& file);
 
   ClientControls& controls_;
   std::shared_ptr<Workspace> workspace_;

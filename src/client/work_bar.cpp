@@ -82,16 +82,16 @@ void WorkBar::begin(Work work) {
       break;
     case Work::Copy:
       text_ = tr("Copying %1");
+      cancel_->setText(tr("Cancel &copy"));
+      cancel_->setToolTip(tr("Ends the copy; no file is written"));
       break;
   }
   work_ = work;
   running_ = true;
   cancelled_ = false;
   cancel_->setEnabled(true);
-  cancel_->setVisible(work != Work::Copy);
   file_->clear();
-  // Nobody can tell how far a copy is.
-  bar_->setRange(0, work == Work::Copy ? 0 : kSteps);
+  bar_->setRange(0, kSteps);
   bar_->setValue(0);
   show();
 }

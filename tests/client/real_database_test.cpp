@@ -37,6 +37,16 @@ class RealInClient : public Client {
     choice->database = path;
     trigger("openFileAction");
   }
+  // As real.nsf, which is the current one on the left then.
+  void putIntoWorkspace() {
+    const QString file = workspace->dataDirectory() + u"/real.nsf"_s;
+    QFile::remove(file);
+    ASSERT_TRUE(QFile::copy(path, file));
+    if (!window) start();
+    window->refresh();
+    auto& tree = part<DatabaseTree>("databaseTree");
+    tree.setCurrentItem(tree.findItems(u"real.nsf"_s, Qt::MatchRecursive).value(0));
+  }
   QString status() { return part<QStatusBar>("statusBar").currentMessage(); }
   QString path;
 };
@@ -91,6 +101,44 @@ TEST_F(RealInClient, AWindowDestroyedWhileOneOfSeveralFilesIsReadOpensNoMore) {
   window->openFiles({path, path});
   EXPECT_EQ(window, nullptr);
   EXPECT_FALSE(isAnythingKept());
+}
+
+TEST_F(RealInClient, IsNeitherDeletedNorRenamedNorReadForTheAnswer) {
+  putIntoWorkspace();
+  for (const char* action : {"deleteDatabaseAction", "renameDatabaseAction"}) {
+    choice->otherName = u"mine.nsf"_s;
+    trigger(action);
+    EXPECT_TRUE(error().contains(u"it is a real one"_s)) << error().toStdString();
+    EXPECT_EQ(choice->lastQuestion, QString());
+    EXPECT_FALSE(isAnythingKept());
+  }
+  EXPECT_EQ(workspace->databases({}), QStringList({u"mail.nsf"_s, u"real.nsf"_s}));
+}
+
+TEST_F(RealInClient, IsCopiedWithProgressAndCancel) {
+  writeMany();
+  putIntoWorkspace();
+  choice->otherName = u"new/mine.nsf"_s;
+  const auto cancelled = [&](const QString& what) {
+    const CancelAtOnce cancel(*window);
+    trigger("copyDatabaseAction");
+    EXPECT_TRUE(cancel.caption().contains(what)) << cancel.caption().toStdString();
+    EXPECT_TRUE(status().contains(u"was cancelled"_s)) << status().toStdString();
+    EXPECT_FALSE(QFileInfo::exists(workspace->dataDirectory() + u"/new"_s));
+  };
+  cancelled(u"reading"_s);
+  EXPECT_FALSE(isAnythingKept());
+  workspace->database({}, u"real.nsf"_s);
+  cancelled(u"copy"_s);
+  write(made::sampleDatabase());
+  putIntoWorkspace();
+  trigger("copyDatabaseAction");
+  EXPECT_EQ(error(), QString());
+  const auto mine = workspace->database({}, u"new/mine.nsf"_s);
+  EXPECT_TRUE(mine->isWritable());
+  EXPECT_NE(mine->info().replicaId, workspace->infoOf({{}, u"real.nsf"_s}).replicaId);
+  EXPECT_EQ(*workspace->client().database(),
+            (DatabasePlace{{}, QDir::toNativeSeparators(u"new/mine.nsf"_s)}));
 }
 
 TEST_F(RealInClient, GivingUpTheDialogOpensNothing) {

@@ -6,7 +6,9 @@
 
 namespace lens {
 
-ReplicationReport replicate(Database& here, Database& there) {
+namespace {
+
+ReplicationReport replicateWatched(Database& here, Database& there, const CopyProgress& go) {
   const auto refuse = [&](const QString& reason) {
     throw RuntimeError(replicationfault::NotReplicas,
                        u"%1: does not replicate with %2 (%3)"_s.arg(here.path(), there.path(), reason));
@@ -14,17 +16,23 @@ ReplicationReport replicate(Database& here, Database& there) {
   if (&here == &there) refuse(u"it is the same file"_s);
   if (here.info().replicaId.compare(there.info().replicaId, Qt::CaseInsensitive) != 0)
     refuse(u"their replica IDs differ"_s);
-  return Replicator(here, there).run();
+  return Replicator(here, there, go).run();
 }
 
-ReplicationReport createReplica(Database& source, const QString& path) {
+}  // namespace
+
+ReplicationReport replicate(Database& here, Database& there) {
+  return replicateWatched(here, there, {});
+}
+
+ReplicationReport createReplica(Database& source, const QString& path, const CopyProgress& go) {
   StagedFile file(path);
   ReplicationReport report;
   {
     const auto replica = Database::create(file.path(), source.info());
-    report = replicate(source, *replica);
+    report = replicateWatched(source, *replica, go);
   }
-  file.putInPlace();
+  if (!report.ended) file.putInPlace();
   return report;
 }
 

@@ -20,6 +20,7 @@
 
 #include "embedded/replication/replication_report.h"
 #include "embedded/store/database.h"
+#include "embedded/store/database_copy.h"
 
 namespace lens {
 
@@ -29,9 +30,9 @@ namespace lens {
 ReplicationReport replicate(Database& here, Database& there);
 
 // Makes a new file with the same replica ID and all notes and stubs that can be read; the report tells what
-// was left out. It is staged, so that a failure leaves nothing. Raises 58 when there is a file at the
-// path.
-ReplicationReport createReplica(Database& source, const QString& path);
+// was left out. It is staged, so that a failure leaves nothing, nor does the end that "go" may put to it,
+// which is asked for each note. Raises 58 when there is a file at the path.
+ReplicationReport createReplica(Database& source, const QString& path, const CopyProgress& go = {});
 
 // Raises NotesLeftOut when notes were left out, for callers that take everything for granted otherwise.
 void requireNothingLeftOut(const QString& path, const QStringList& leftOut);

@@ -13,6 +13,7 @@ struct ReplicationReport {
   int deleted = 0;
   int conflicts = 0;
   QStringList leftOut;  // damaged notes: which, and why; they stay on their side
+  bool ended = false;   // by whoever watched it, before all was done
 };
 
 }  // namespace lens

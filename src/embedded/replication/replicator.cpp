@@ -13,6 +13,7 @@
 namespace lens {
 namespace {
 
+constexpr quint16 kAllClasses = 0xFFFF;
 constexpr qsizetype kMostLeftOut = 1000;  // then it is no longer single notes that are damaged
 
 bool comesBefore(const Unid& a, const Unid& b) {
@@ -45,7 +46,12 @@ bool readSound(const Database& database, const Unid& unid, Note& note) {
 
 }  // namespace
 
-Replicator::Replicator(Database& here, Database& there) : here_(here), there_(there), batch_(here, there) {}
+Replicator::Replicator(Database& here, Database& there, const CopyProgress& go)
+    : go_(go),
+      total_(go ? here.notes().noteCount(kAllClasses) : 0),
+      here_(here),
+      there_(there),
+      batch_(here, there) {}
 
 ReplicationReport Replicator::run() {
   try {
@@ -60,6 +66,7 @@ ReplicationReport Replicator::run() {
     throw;
   }
   batch_.commit();
+  if (report_.ended) return report_;
   shareFolders(here_.store, there_.store);
   if (!cannotWrite_.isEmpty())
     throw RuntimeError(
@@ -70,7 +77,7 @@ ReplicationReport Replicator::run() {
 
 void Replicator::walk() {
   VersionWalk here(here_.store), there(there_.store);
-  while (here.current() || there.current()) {
+  while (goOn() && (here.current() || there.current())) {
     const NoteVersion *a = here.current(), *b = there.current();
     if (a && b && comesBefore(a->unid, b->unid)) b = nullptr;
     if (a && b && comesBefore(b->unid, a->unid)) a = nullptr;
@@ -81,6 +88,11 @@ void Replicator::walk() {
     if (!same) settle(unid);
     batch_.commitWhenDue();
   }
+}
+
+bool Replicator::goOn() {
+  report_.ended = go_ && !go_(done_++, total_);
+  return !report_.ended;
 }
 
 // One note on both sides: as a whole, or not at all.

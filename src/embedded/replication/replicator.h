@@ -5,12 +5,14 @@
 
 #include "embedded/replication/replication_report.h"
 #include "embedded/replication/write_batch.h"
+#include "embedded/store/database_copy.h"
 
 namespace lens {
 
 class Replicator {
  public:
-  Replicator(Database& here, Database& there);
+  // Asks "go" for each note, where there is one.
+  Replicator(Database& here, Database& there, const CopyProgress& go);
   ReplicationReport run();
 
  private:
@@ -23,6 +25,7 @@ class Replicator {
   };
 
   void walk();
+  bool goOn();
   void settle(const Unid& unid);
   void exchange(const Unid& unid);
   void send(Side& from, const NoteVersion& version, Side& to, const NoteVersion* replaced);
@@ -35,6 +38,8 @@ class Replicator {
   const QHash<QString, Unid>& profilesOf(Side& side);
   void replaceByStub(const NoteVersion& version, const VersionVector& versionVector);
 
+  const CopyProgress& go_;
+  qint64 done_ = 0, total_ = 0;  // notes
   Side here_, there_;
   WriteBatch batch_;
   ReplicationReport report_;

@@ -188,8 +188,11 @@ void Database::removeFile() {
 }
 
 void Database::moveFile(const QString& to) {
-  StagedFile place(to);
-  place.requireFreePlace();
+  // Where the case of letters does not count, a name that differs in it leads to the file itself.
+  const bool isRespelled = to != path_ && to.compare(path_, Qt::CaseInsensitive) == 0 &&
+                           FileIdentity::of(to) == FileIdentity::of(path_);
+  StagedFile place(to, isRespelled ? StagedFile::Old::Replace : StagedFile::Old::Refuse);
+  if (!isRespelled) place.requireFreePlace();
   giveUpFile(u"renamed"_s, [&] { return place.takeInPlace(path_); });
 }
 

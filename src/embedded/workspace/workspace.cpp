@@ -59,6 +59,13 @@ QStringList pathParts(const QString& directory, const QString& path) {
   return parts;
 }
 
+// Those of a database, whose name may lack its ending.
+QStringList databaseParts(const QString& directory, const QString& path) {
+  QStringList parts = pathParts(directory, path);
+  if (!isDatabaseName(parts.last())) parts.last() += u".nsf"_s;
+  return parts;
+}
+
 // A real database is only read: it may lie anywhere on this machine.
 bool isRealOutside(const QString& server, const QString& directory, const QString& path) {
   const QString file = QDir::cleanPath(QDir::fromNativeSeparators(path.trimmed()));
@@ -226,8 +233,7 @@ DatabasePlace Workspace::place(const QString& server, const QString& path) const
   const QString& root = serverDirectory(name);
   if (isRealOutside(name, root, path))
     return {name, QDir::toNativeSeparators(QDir::cleanPath(path.trimmed()))};
-  QStringList parts = pathParts(root, path);
-  if (!isDatabaseName(parts.last())) parts.last() += u".nsf"_s;
+  QStringList parts = databaseParts(root, path);
   QString directory = root;
   for (QString& part : parts) {
     part = spelledName(directory, part);
@@ -235,6 +241,16 @@ DatabasePlace Workspace::place(const QString& server, const QString& path) const
   }
   checkInside(root, directory, path);
   return {name, parts.join(QDir::separator())};
+}
+
+// A path that leads to the database itself, in whatever letters, gives its name those letters.
+DatabasePlace Workspace::newPlace(const DatabasePlace& old, const QString& path) const {
+  DatabasePlace to = place(old.server, path);
+  if (to != old) return to;
+  QStringList parts = to.path.split(QDir::separator());
+  parts.last() = databaseParts(serverDirectory(to.server), path).last();
+  to.path = parts.join(QDir::separator());
+  return to;
 }
 
 QString Workspace::absolutePath(const DatabasePlace& place) const {

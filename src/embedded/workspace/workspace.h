@@ -19,6 +19,7 @@
 
 #include "embedded/files/ini_file.h"
 #include "embedded/store/database.h"
+#include "embedded/store/database_copy.h"
 #include "embedded/workspace/client_state.h"
 #include "embedded/workspace/real_databases.h"
 #include "embedded/workspace/workspace_fault.h"
@@ -76,6 +77,9 @@ class Workspace {
   // The database, opened once for all who hold it. Raises when there is none or it cannot be opened. Of a
   // real database it is a copy that cannot be changed.
   std::shared_ptr<Database> database(const QString& server, const QString& path);
+  // The same of one that can be removed or renamed, which `what` says. Raises PermissionDenied for a real
+  // one, which is only read, without reading it.
+  std::shared_ptr<Database> ownDatabase(const DatabasePlace& place, const QString& what);
   // Makes a new one. An existing file is replaced only on demand, only when it is one of our
   // databases, and only while nobody holds it.
   std::shared_ptr<Database> createDatabase(const QString& server, const QString& path,
@@ -94,20 +98,21 @@ class Workspace {
   // The databases of a server with that replica ID, in order of their paths. Raises UnknownServer.
   QVector<DatabasePlace> replicas(const QString& server, const QString& replicaId) const;
   // A copy under a replica ID of its own (store/database_copy.h), and the folders that lead to it. A failure
-  // leaves none.
+  // leaves none. Raises NotesLeftOut behind the finished copy of a real database when damaged notes could not
+  // go along.
   void copyDatabase(const DatabasePlace& from, const DatabasePlace& to);
   // The same into a file of the workspace, for a thread that has opened the source for itself; the client is
-  // not told.
-  static void copyDatabase(Database& source, const QString& file);
+  // not told. False when it was ended; nothing is left then.
+  static bool copyDatabase(Database& source, const QString& file, const CopyProgress& go);
   // Makes a replica, and the folders that lead to it. Raises when there is a file; a failure leaves none.
   // Raises NotesLeftOut behind the finished replica when damaged notes could not go along.
   DatabasePlace createReplica(Database& source, const QString& server, const QString& path);
   // Deletes a database with its journals. Everything in this process that holds it raises from then on, and
   // the client closes it. Raises when it is in use by another process, and then leaves it alone.
   void removeDatabase(const DatabasePlace& place);
-  // Gives a database another path on its server, and gives it back as place() has it. Whoever holds it has to
-  // open it anew, and the client closes it. Raises as removeDatabase(), and FileExists; nothing has changed
-  // then.
+  // Gives a database another path on its server, which may differ in the letters' case only, and gives it
+  // back as place() has it. Whoever holds it has to open it anew, and the client closes it. Raises as
+  // removeDatabase(), and FileExists; nothing has changed then.
   DatabasePlace renameDatabase(const DatabasePlace& from, const QString& path);
 
   // The books that the entry Names lists ("file" or "server!!file", parted by commas), whether or not they
@@ -136,7 +141,7 @@ class Workspace {
   };
   Workspace(const QString& directory, const Regional& regional);
   void readServers();
-  void requireOwn(const Database& database, const DatabasePlace& place, const QString& what) const;
+  DatabasePlace newPlace(const DatabasePlace& old, const QString& path) const;
   const QString& serverDirectory(const QString& canonicalName) const;
 
   QString directory_;

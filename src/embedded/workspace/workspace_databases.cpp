@@ -1,25 +1,30 @@
 // Databases as a whole: their properties, their replicas, their end; and which of them are address books.
 #include <QFile>
 #include <QFileInfo>
+#include <type_traits>
 
 #include "embedded/files/made_folders.h"
 #include "embedded/files/staged_file.h"
 #include "embedded/replication/replication.h"
-#include "embedded/store/database_copy.h"
 #include "embedded/store/database_file.h"
 #include "embedded/workspace/workspace.h"
+#include "host/file_identity.h"
 #include "notes/literals.h"
 
 namespace lens {
 namespace {
 
-// What makes a new file and leaves nothing of it on failure, its folders included.
+// What makes a new file and leaves nothing of it on failure, its folders included. One that tells whether it
+// made the file keeps them only then.
 template <class Make>
 auto withFolders(const QString& file, const Make& make) {
   const QString folder = QFileInfo(file).path();
   MadeFolders folders(folder);
   if (!folders.areReady()) failWorkspace(enginefault::CannotOpen, folder, u"the directory cannot be made"_s);
   auto made = make();
+  if constexpr (std::is_same_v<decltype(made), bool>) {
+    if (!made) return made;
+  }
   folders.keep();
   return made;
 }
@@ -46,14 +51,21 @@ std::shared_ptr<Database> replaceDatabase(const QString& file, const DatabaseInf
   return Database::open(file);
 }
 
-// Objects that lie in another file come along.
-void copyWithObjects(Database& source, const QString& file) {
-  const ReplicationReport report = lens::createReplica(source, file);
-  const std::shared_ptr<Database> copy = Database::open(file);
-  DatabaseInfo info = copy->info();
+void giveOwnReplicaId(Database& database) {
+  DatabaseInfo info = database.info();
   info.replicaId = timeDateHex(newIdTime());
-  copy->setInfo(info);
-  requireNothingLeftOut(file, report.leftOut);
+  database.setInfo(info);
+}
+
+// Objects that lie in another file come along. Nobody sees it before it is no replica any more.
+bool copyWithObjects(Database& source, const QString& file, const CopyProgress& go, QStringList& leftOut) {
+  StagedFile fresh(file);
+  const ReplicationReport report = lens::createReplica(source, fresh.path(), go);
+  if (report.ended) return false;
+  giveOwnReplicaId(*Database::open(fresh.path()));
+  fresh.putInPlace();
+  leftOut = report.leftOut;
+  return true;
 }
 
 }  // namespace
@@ -72,18 +84,18 @@ std::shared_ptr<Database> Workspace::createDatabase(const QString& server, const
   return created;
 }
 
-void Workspace::copyDatabase(Database& source, const QString& file) {
-  withFolders(file, [&] {
-    if (source.objects().hasOutside())
-      copyWithObjects(source, file);
-    else
-      lens::copyDatabase(source, file);
-    return true;
+bool Workspace::copyDatabase(Database& source, const QString& file, const CopyProgress& go) {
+  QStringList leftOut;
+  const bool finished = withFolders(file, [&] {
+    return source.objects().hasOutside() ? copyWithObjects(source, file, go, leftOut)
+                                         : lens::copyDatabase(source, file, go);
   });
+  requireNothingLeftOut(file, leftOut);
+  return finished;
 }
 
 void Workspace::copyDatabase(const DatabasePlace& from, const DatabasePlace& to) {
-  copyDatabase(*database(from.server, from.path), absolutePath(to));
+  copyDatabase(*database(from.server, from.path), absolutePath(to), {});
   client_.changeDatabases();
 }
 
@@ -116,32 +128,33 @@ DatabasePlace Workspace::createReplica(Database& source, const QString& server, 
   return target;
 }
 
-// Real ones are the platform's: this program only reads them.
-void Workspace::requireOwn(const Database& database, const DatabasePlace& place, const QString& what) const {
-  if (realDatabase(database))
-    failWorkspace(err::PermissionDenied, absolutePath(place),
+// Real ones are the platform's.
+std::shared_ptr<Database> Workspace::ownDatabase(const DatabasePlace& place, const QString& what) {
+  const QString file = absolutePath(place);
+  auto held = RealDatabases::isReal(file) ? nullptr : database(place.server, place.path);
+  if (!held || realDatabase(*held))
+    failWorkspace(err::PermissionDenied, file,
                   u"the database is not %1 (it is a real one, which is only read)"_s.arg(what));
+  return held;
 }
 
 void Workspace::removeDatabase(const DatabasePlace& place) {
-  const std::shared_ptr<Database> held = database(place.server, place.path);
-  requireOwn(*held, place, u"removed"_s);
-  held->removeFile();
+  ownDatabase(place, u"removed"_s)->removeFile();
   if (client_.isOnTop(place)) client_.closeDatabase();
   client_.changeDatabases();
 }
 
 DatabasePlace Workspace::renameDatabase(const DatabasePlace& from, const QString& path) {
-  const DatabasePlace to = place(from.server, path);
-  const QString file = absolutePath(to);
-  if (QFileInfo::exists(file)) failWorkspace(workspacefault::FileExists, file, u"File already exists"_s);
-  const std::shared_ptr<Database> held = database(from.server, from.path);
-  requireOwn(*held, from, u"renamed"_s);
+  const DatabasePlace old = place(from.server, from.path), to = newPlace(old, path);
+  const QString file = absolutePath(to), oldFile = absolutePath(old);
+  if (to == old || (QFileInfo::exists(file) && FileIdentity::of(file) != FileIdentity::of(oldFile)))
+    failWorkspace(workspacefault::FileExists, file, u"File already exists"_s);
+  const std::shared_ptr<Database> held = ownDatabase(old, u"renamed"_s);
   withFolders(file, [&] {
     held->moveFile(file);
     return true;
   });
-  if (client_.isOnTop(from)) client_.closeDatabase();
+  if (client_.isOnTop(old)) client_.closeDatabase();
   client_.changeDatabases();
   return to;
 }

@@ -1,10 +1,12 @@
 // A database copied as a whole.
 #include <QBuffer>
 #include <QSet>
+#include <algorithm>
 
 #include "embedded/store/database_copy.h"
 #include "embedded/store/database_file.h"
 #include "embedded/support/store_test.h"
+#include "support/small_files.h"
 
 namespace lens {
 namespace {
@@ -64,6 +66,62 @@ TEST_F(Copy, ReplacesNoFileAndLeavesNothingBehind) {
   }
   database.reset();
   EXPECT_EQ(files(), QStringList(QStringLiteral("letters.nsf")));
+}
+
+// Enough to be asked several times.
+class LargeCopy : public Copy {
+ protected:
+  LargeCopy() {
+    Database::Transaction all(*database);
+    for (int i = 0; i < 1500; ++i) saved(QStringLiteral("Letter %1 %2").arg(i).arg(QString(200, u'x')));
+    all.commit();
+  }
+  void expectNothingBesideTheDatabase() const {
+    EXPECT_EQ(files().filter(QStringLiteral("copy")), QStringList());
+    EXPECT_EQ(database->notes().noteCount(noteclass::Document), 1500);
+  }
+};
+
+TEST_F(LargeCopy, TellsHowFarItIs) {
+  database->connection().execute("PRAGMA cache_size = 20", enginefault::NotSaved);  // pages
+  QVector<qint64> told;
+  qint64 all = 0;
+  ASSERT_TRUE(copyDatabase(*database, target(), [&](qint64 done, qint64 total) {
+    told.push_back(done);
+    all = total;
+    return true;
+  }));
+  ASSERT_GT(told.size(), 2);
+  EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
+  EXPECT_GT(told.last(), 0);
+  EXPECT_LE(told.last(), all);
+  EXPECT_EQ(Database::open(target())->notes().noteCount(noteclass::Document), 1500);
+}
+
+TEST_F(LargeCopy, LeavesNothingWhereverItIsEnded) {
+  int questions = 0;
+  for (bool finished = false; !finished; ++questions) {
+    int left = questions;
+    finished = copyDatabase(*database, target(), [&](qint64, qint64) { return left-- > 0; });
+    if (!finished) expectNothingBesideTheDatabase();
+  }
+  EXPECT_GT(questions, 3);
+  EXPECT_EQ(Database::open(target())->notes().noteCount(noteclass::Document), 1500);
+}
+
+TEST_F(LargeCopy, LeavesNothingOnAFullDisk) {
+  const qint64 size = database->size();
+  for (const qint64 room : {qint64(0), size / 3, size / 2, size * 3 / 4}) {
+    QString told;
+    int number = 0;
+    {
+      const SmallFiles full{rlim_t(room)};
+      number = errorNumber([&] { copyDatabase(*database, target()); }, &told);
+    }
+    EXPECT_NE(number, 0) << room;
+    EXPECT_TRUE(told.contains(target())) << told.toStdString();
+    expectNothingBesideTheDatabase();
+  }
 }
 
 }  // namespace

@@ -41,6 +41,33 @@ TEST(WorkspaceRename, RefusesANameThatIsTakenOrLeadsOutside) {
   EXPECT_EQ(t.workspace->databases({}).size(), 2);
 }
 
+TEST(WorkspaceRename, ChangesTheCaseOfLettersAlone) {
+  TestWorkspace t;
+  const NoteId id = t.add({{u"Form"_s, textValue(u"Memo")}});
+  const DatabasePlace mail{{}, u"mail.nsf"_s};
+  EXPECT_EQ(t.workspace->renameDatabase(mail, u"Mail"_s).path, u"Mail.nsf"_s);
+  EXPECT_EQ(t.workspace->databases({}), QStringList(u"Mail.nsf"_s));
+  EXPECT_EQ(t.workspace->renameDatabase(mail, u"./MAIL.NSF"_s).path, u"MAIL.NSF"_s) << "found in any case";
+  const QString inFolder = t.workspace->renameDatabase(mail, u"Old/mail.nsf"_s).path;
+  EXPECT_EQ(t.workspace->renameDatabase({{}, inFolder}, u"OLD\\Mail.nsf"_s).path,
+            QDir::toNativeSeparators(u"Old/Mail.nsf"_s))
+      << "the folder keeps its name";
+  Note note;
+  EXPECT_TRUE(t.workspace->database({}, u"old/mail.nsf"_s)->notes().read(id, note));
+}
+
+TEST(WorkspaceRename, RefusesTheNameThatItHasAndThatOfAFileInOtherLetters) {
+  TestWorkspace t;
+  const DatabasePlace mail{{}, u"mail.nsf"_s};
+  EXPECT_EQ(raised([&] { t.workspace->renameDatabase(mail, u"mail"_s); }), workspacefault::FileExists);
+  QFile other(t.workspace->dataDirectory() + u"/MAIL.nsf"_s);
+  if (other.exists()) GTEST_SKIP() << "here it is the same file";
+  ASSERT_TRUE(other.open(QIODevice::WriteOnly));
+  EXPECT_EQ(raised([&] { t.workspace->renameDatabase(mail, u"MAIL.nsf"_s); }), workspacefault::FileExists);
+  EXPECT_EQ(other.size(), 0);
+  EXPECT_EQ(t.store->notes().noteCount(noteclass::Document), 0) << "it is as it was";
+}
+
 TEST(WorkspaceRename, LeavesTheJournalOfAnEarlierFileAlone) {
   TestWorkspace t;
   const QString journal = t.workspace->dataDirectory() + u"/new.nsf-wal"_s;
