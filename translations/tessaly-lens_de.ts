@@ -45,7 +45,7 @@
     </message>
     <message>
         <source>Doc&amp;uments:</source>
-        <translation>Dok&amp;umente:</translation>
+        <translation>Doku&amp;mente:</translation>
     </message>
     <message>
         <source>Documents</source>
@@ -77,7 +77,7 @@
     </message>
     <message>
         <source>Open data&amp;base file...</source>
-        <translation>Datenbankdatei öff&amp;nen...</translation>
+        <translation>D&amp;atenbankdatei öffnen...</translation>
     </message>
     <message>
         <source>Opens a real database of the platform, wherever it lies, to be read only</source>
@@ -145,7 +145,7 @@
     </message>
     <message>
         <source>Export &amp;view as DXL...</source>
-        <translation>Ans&amp;icht als DXL exportieren...</translation>
+        <translation>An&amp;sicht als DXL exportieren...</translation>
     </message>
     <message>
         <source>Writes the documents of the current view to a DXL file</source>
@@ -161,7 +161,7 @@
     </message>
     <message>
         <source>Create full-text in&amp;dex</source>
-        <translation>Vollte&amp;xtindex anlegen</translation>
+        <translation>Volltextin&amp;dex anlegen</translation>
     </message>
     <message>
         <source>Makes the open database searchable by words</source>
@@ -177,7 +177,7 @@
     </message>
     <message>
         <source>&amp;Hide window</source>
-        <translation>Fenster &amp;verbergen</translation>
+        <translation>Fenster verber&amp;gen</translation>
     </message>
     <message>
         <source>What is open stays open for the tool</source>
@@ -221,7 +221,7 @@
     </message>
     <message>
         <source>Readin&amp;g report...</source>
-        <translation>&amp;Lesebericht...</translation>
+        <translation>Lesebe&amp;richt...</translation>
     </message>
     <message>
         <source>Tells what was found in the open real database, and what of it cannot be read and why</source>
@@ -260,8 +260,8 @@
         <translation>Wörter nebeneinander, AND, OR, NOT, ACCRUE, * und ?, FIELD Name CONTAINS Wörter; die Eingabetaste durchsucht die ganze Datenbank</translation>
     </message>
     <message>
-        <source>Searc&amp;h</source>
-        <translation>Suc&amp;hen</translation>
+        <source>S&amp;earch</source>
+        <translation>Such&amp;en</translation>
     </message>
     <message>
         <source>Lists the documents that hold the words, by the full-text index</source>
@@ -300,7 +300,7 @@
         <translation>Nimmt den letzten Import in die offene Datenbank zurück; was seither jemand geändert hat, bleibt</translation>
     </message>
     <message>
-        <source>&amp;Rename database...</source>
+        <source>Ren&amp;ame database...</source>
         <translation>Datenbank um&amp;benennen...</translation>
     </message>
     <message>
@@ -432,7 +432,7 @@
     </message>
     <message>
         <source>read-only copy of %1, %2 of %3 notes read</source>
-        <translation>schreibgeschützte Kopie von %1, %2 von %3 Dokumenten gelesen</translation>
+        <translation>schreibgeschützte Kopie von %1, %2 von %3 Notizen gelesen</translation>
     </message>
     <message>
         <source>%1 (formula not readable)</source>
@@ -552,6 +552,150 @@
     <message>
         <source>Open a workspace</source>
         <translation>Arbeitsbereich öffnen</translation>
+    </message>
+    <message>
+        <source>new</source>
+        <translation>neu</translation>
+    </message>
+    <message>
+        <source>Access control list</source>
+        <translation>Zugriffskontrollliste</translation>
+    </message>
+    <message>
+        <source>Shared actions</source>
+        <translation>Gemeinsame Aktionen</translation>
+    </message>
+    <message>
+        <source>Agent</source>
+        <translation>Agent</translation>
+    </message>
+    <message>
+        <source>Database script</source>
+        <translation>Datenbankskript</translation>
+    </message>
+    <message>
+        <source>Data connection</source>
+        <translation>Datenverbindung</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>Form</source>
+        <translation>Maske</translation>
+    </message>
+    <message>
+        <source>Frameset</source>
+        <translation>Rahmengruppe</translation>
+    </message>
+    <message>
+        <source>About document</source>
+        <translation>Über diese Datenbank</translation>
+    </message>
+    <message>
+        <source>Help index</source>
+        <translation>Hilfeindex</translation>
+    </message>
+    <message>
+        <source>Using document</source>
+        <translation>Benutzen dieser Datenbank</translation>
+    </message>
+    <message>
+        <source>Icon</source>
+        <translation>Symbol</translation>
+    </message>
+    <message>
+        <source>Image resource</source>
+        <translation>Bildressource</translation>
+    </message>
+    <message>
+        <source>Applet resource</source>
+        <translation>Applet-Ressource</translation>
+    </message>
+    <message>
+        <source>Navigator</source>
+        <translation>Navigator</translation>
+    </message>
+    <message>
+        <source>Outline</source>
+        <translation>Gliederung</translation>
+    </message>
+    <message>
+        <source>Page</source>
+        <translation>Seite</translation>
+    </message>
+    <message>
+        <source>Replication formula</source>
+        <translation>Replizierformel</translation>
+    </message>
+    <message>
+        <source>Script library</source>
+        <translation>Skriptbibliothek</translation>
+    </message>
+    <message>
+        <source>Shared field</source>
+        <translation>Gemeinsames Feld</translation>
+    </message>
+    <message>
+        <source>Style sheet</source>
+        <translation>Stylesheet</translation>
+    </message>
+    <message>
+        <source>Subform</source>
+        <translation>Teilmaske</translation>
+    </message>
+    <message>
+        <source>View</source>
+        <translation>Ansicht</translation>
+    </message>
+    <message>
+        <source>Agent or script</source>
+        <translation>Agent oder Skript</translation>
+    </message>
+    <message>
+        <source>Design collection</source>
+        <translation>Gestaltungssammlung</translation>
+    </message>
+    <message>
+        <source>File resource</source>
+        <translation>Dateiressource</translation>
+    </message>
+    <message>
+        <source>Shared column</source>
+        <translation>Gemeinsame Spalte</translation>
+    </message>
+    <message>
+        <source>Class %1</source>
+        <translation>Klasse %1</translation>
+    </message>
+    <message>
+        <source>(%1 bytes)</source>
+        <translation>(%1 Byte)</translation>
+    </message>
+    <message>
+        <source>%1 (damaged)</source>
+        <translation>%1 (beschädigt)</translation>
+    </message>
+    <message>
+        <source>%1 (without a title)</source>
+        <translation>%1 (ohne Titel)</translation>
+    </message>
+    <message>
+        <source>All documents</source>
+        <translation>Alle Dokumente</translation>
+    </message>
+    <message>
+        <source>Design notes</source>
+        <translation>Gestaltungsnotizen</translation>
+    </message>
+    <message>
+        <source>%1: the view &quot;%2&quot; is no longer there</source>
+        <translation>%1: die Ansicht „%2“ gibt es nicht mehr</translation>
+    </message>
+    <message>
+        <source>(not categorized)</source>
+        <translation>(nicht kategorisiert)</translation>
     </message>
     <message>
         <source>A database is being copied: wait for its end or cancel it first</source>
@@ -1120,6 +1264,10 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
         <source>Mark the two documents that are to be compared</source>
         <translation>Markieren Sie die beiden Dokumente, die verglichen werden sollen</translation>
     </message>
+    <message>
+        <source>differences</source>
+        <translation>Unterschiede</translation>
+    </message>
 </context>
 <context>
     <name>lens::CompareWindow</name>
@@ -1250,6 +1398,10 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
         <translation>Datenbank kopieren</translation>
     </message>
     <message>
+        <source>%1 copy</source>
+        <translation>%1 Kopie</translation>
+    </message>
+    <message>
         <source>The copy was cancelled; no file was written</source>
         <translation>Das Kopieren wurde abgebrochen; keine Datei wurde geschrieben</translation>
     </message>
@@ -1306,6 +1458,10 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     <message>
         <source>%1 (cannot be opened)</source>
         <translation>%1 (lässt sich nicht öffnen)</translation>
+    </message>
+    <message>
+        <source>Local</source>
+        <translation>Lokal</translation>
     </message>
 </context>
 <context>
@@ -1413,7 +1569,7 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     </message>
     <message>
         <source>Con&amp;tent:</source>
-        <translation>In&amp;halt:</translation>
+        <translation>Inhal&amp;t:</translation>
     </message>
     <message>
         <source>(no subject)</source>
@@ -1433,7 +1589,7 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     </message>
     <message>
         <source>Items</source>
-        <translation>Items</translation>
+        <translation>Elemente</translation>
     </message>
     <message>
         <source>Content</source>
@@ -1680,7 +1836,7 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     </message>
     <message>
         <source>&amp;About Tessaly Lens</source>
-        <translation>Ü&amp;ber Tessaly Lens</translation>
+        <translation>Über &amp;Tessaly Lens</translation>
     </message>
 </context>
 <context>
@@ -1720,6 +1876,10 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     <message>
         <source>  and more</source>
         <translation>  und weitere</translation>
+    </message>
+    <message>
+        <source>  %1 (%2, Note ID %3)</source>
+        <translation>  %1 (%2, Notiz-ID %3)</translation>
     </message>
 </context>
 <context>
@@ -1782,6 +1942,41 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
             <numerusform>%n Notiz der offenen Datenbank würde e&amp;rsetzt:</numerusform>
             <numerusform>%n Notizen der offenen Datenbank würden e&amp;rsetzt:</numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>lens::ImportReport</name>
+    <message>
+        <source>%1 (%2 files)</source>
+        <translation>%1 (%2 Dateien)</translation>
+    </message>
+    <message>
+        <source>%1 (%2 files, %3 times)</source>
+        <translation>%1 (%2 Dateien, %3-mal)</translation>
+    </message>
+    <message>
+        <source>%1 notes imported, %2 of them replaced.</source>
+        <translation>%1 Notizen importiert, %2 davon ersetzt.</translation>
+    </message>
+    <message>
+        <source>Cancelled; the file at hand was undone.</source>
+        <translation>Abgebrochen; die Datei, die gerade gelesen wurde, ist zurückgenommen.</translation>
+    </message>
+    <message>
+        <source>Not imported</source>
+        <translation>Nicht importiert</translation>
+    </message>
+    <message>
+        <source>Kept as it came</source>
+        <translation>Behalten, wie es kam</translation>
+    </message>
+    <message>
+        <source>where the files come from: attributes %1</source>
+        <translation>woher die Dateien kommen: Attribute %1</translation>
+    </message>
+    <message>
+        <source>Left out by design</source>
+        <translation>Mit Absicht weggelassen</translation>
     </message>
 </context>
 <context>
@@ -1863,8 +2058,8 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
 <context>
     <name>lens::ListExport</name>
     <message>
-        <source>Export &amp;list as CSV...</source>
-        <translation>&amp;Liste als CSV exportieren...</translation>
+        <source>Export li&amp;st as CSV...</source>
+        <translation>Liste als CSV ex&amp;portieren...</translation>
     </message>
     <message>
         <source>Writes the list that the keyboard is in to a CSV file</source>
@@ -1938,6 +2133,10 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
             <numerusform>%n Zeilen kopiert</numerusform>
         </translation>
     </message>
+    <message>
+        <source>list</source>
+        <translation>Liste</translation>
+    </message>
 </context>
 <context>
     <name>lens::ListTable</name>
@@ -1974,7 +2173,11 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     </message>
     <message>
         <source>%1: %2 of %3 notes read: not all that the file holds can be shown. The reading report in the menu File tells what and why</source>
-        <translation>%1: %2 von %3 Dokumenten gelesen: Nicht alles, was die Datei enthält, kann gezeigt werden. Der Lesebericht im Menü Datei sagt, was und warum</translation>
+        <translation>%1: %2 von %3 Notizen gelesen: Nicht alles, was die Datei enthält, kann gezeigt werden. Der Lesebericht im Menü Datei sagt, was und warum</translation>
+    </message>
+    <message>
+        <source>%1 report</source>
+        <translation>%1 Bericht</translation>
     </message>
 </context>
 <context>
@@ -2011,15 +2214,15 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     <name>lens::ViewPane</name>
     <message>
         <source>Doc&amp;uments: %1</source>
-        <translation>Dok&amp;umente: %1</translation>
+        <translation>Doku&amp;mente: %1</translation>
     </message>
     <message>
         <source>Doc&amp;uments: none (what lies in a folder is found under &quot;All documents&quot;)</source>
-        <translation>Dok&amp;umente: keine (was in einem Ordner liegt, findet sich unter „Alle Dokumente“)</translation>
+        <translation>Doku&amp;mente: keine (was in einem Ordner liegt, findet sich unter „Alle Dokumente“)</translation>
     </message>
     <message>
         <source>Doc&amp;uments: none in this view</source>
-        <translation>Dok&amp;umente: keine in dieser Ansicht</translation>
+        <translation>Doku&amp;mente: keine in dieser Ansicht</translation>
     </message>
     <message>
         <source>%1 (folder)</source>
@@ -2027,7 +2230,7 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     </message>
     <message>
         <source>Doc&amp;uments: %1, all there are: formula not readable (%2)</source>
-        <translation>Dok&amp;umente: %1, alle, die es gibt: Formel nicht lesbar (%2)</translation>
+        <translation>Doku&amp;mente: %1, alle, die es gibt: Formel nicht lesbar (%2)</translation>
     </message>
     <message>
         <source>&amp;Empty the filter</source>
@@ -2035,11 +2238,11 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     </message>
     <message>
         <source>Doc&amp;uments: %1 found</source>
-        <translation>Dok&amp;umente: %1 gefunden</translation>
+        <translation>Doku&amp;mente: %1 gefunden</translation>
     </message>
     <message>
         <source>Doc&amp;uments: %1 of %2</source>
-        <translation>Dok&amp;umente: %1 von %2</translation>
+        <translation>Doku&amp;mente: %1 von %2</translation>
     </message>
     <message>
         <source>Found: %1</source>
@@ -2050,7 +2253,7 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
     <name>lens::WindowState</name>
     <message>
         <source>Open &amp;recent</source>
-        <translation>Zuletzt geö&amp;ffnet</translation>
+        <translation>&amp;Zuletzt geöffnet</translation>
     </message>
     <message>
         <source>%1 on %2</source>
@@ -2072,8 +2275,8 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
         <translation>Importiert %1</translation>
     </message>
     <message>
-        <source>Cancel &amp;import</source>
-        <translation>&amp;Import abbrechen</translation>
+        <source>C&amp;ancel import</source>
+        <translation>Import abb&amp;rechen</translation>
     </message>
     <message>
         <source>Ends the import; the file at hand leaves nothing in the database</source>
@@ -2084,8 +2287,8 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
         <translation>Exportiert nach %1</translation>
     </message>
     <message>
-        <source>Cancel e&amp;xport</source>
-        <translation>E&amp;xport abbrechen</translation>
+        <source>C&amp;ancel export</source>
+        <translation>Export abb&amp;rechen</translation>
     </message>
     <message>
         <source>Ends the export; no file is written</source>
@@ -2096,8 +2299,8 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
         <translation>Indiziert %1</translation>
     </message>
     <message>
-        <source>Cancel &amp;index</source>
-        <translation>&amp;Index abbrechen</translation>
+        <source>C&amp;ancel index</source>
+        <translation>Index abb&amp;rechen</translation>
     </message>
     <message>
         <source>Ends the work; what is done of the index is kept</source>
@@ -2108,8 +2311,8 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
         <translation>Vergleicht mit %1</translation>
     </message>
     <message>
-        <source>Cancel &amp;comparison</source>
-        <translation>&amp;Vergleich abbrechen</translation>
+        <source>C&amp;ancel comparison</source>
+        <translation>Vergleich abb&amp;rechen</translation>
     </message>
     <message>
         <source>Ends the comparison; what was found until then is listed</source>
@@ -2120,8 +2323,8 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
         <translation>Liest %1</translation>
     </message>
     <message>
-        <source>Cancel &amp;reading</source>
-        <translation>&amp;Lesen abbrechen</translation>
+        <source>C&amp;ancel reading</source>
+        <translation>Lesen abb&amp;rechen</translation>
     </message>
     <message>
         <source>Ends the reading; nothing of it is kept</source>
@@ -2132,8 +2335,8 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
         <translation>%1 wird durchgesehen</translation>
     </message>
     <message>
-        <source>&amp;Stop looking</source>
-        <translation>&amp;Nicht weiter nachsehen</translation>
+        <source>Stop loo&amp;king</source>
+        <translation>Nicht &amp;weiter nachsehen</translation>
     </message>
     <message>
         <source>Leaves it open what would be replaced</source>
@@ -2144,8 +2347,8 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
         <translation>Der Import in %1 wird rückgängig gemacht</translation>
     </message>
     <message>
-        <source>Cancel &amp;undo</source>
-        <translation>&amp;Abbrechen</translation>
+        <source>C&amp;ancel undo</source>
+        <translation>Rückgängigmachen abb&amp;rechen</translation>
     </message>
     <message>
         <source>Ends the work; everything stays as it was imported</source>
@@ -2156,8 +2359,8 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
         <translation>%1 wird durchsucht</translation>
     </message>
     <message>
-        <source>Cancel &amp;search</source>
-        <translation>&amp;Suche abbrechen</translation>
+        <source>C&amp;ancel search</source>
+        <translation>Suche abb&amp;rechen</translation>
     </message>
     <message>
         <source>Ends the search; what was found before stays in the list</source>

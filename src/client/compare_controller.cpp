@@ -56,7 +56,7 @@ CompareWindow& CompareController::window() {
 
 void CompareController::exportCsv(QAbstractItemView& list) {
   const QPointer<QAbstractItemView> alive(&list);
-  const QString file = controls_.choice->exportFile(window_, u"differences.csv"_s);
+  const QString file = controls_.choice->exportFile(window_, tr("differences") + u".csv"_s);
   if (!file.isEmpty() && alive) lists_.exportCsv(list, file);
 }
 

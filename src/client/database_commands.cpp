@@ -20,7 +20,7 @@ constexpr quint16 kDocuments = noteclass::Document;
 QString copyName(const QString& path) {
   const qsizetype dot = path.lastIndexOf(u'.');
   const qsizetype end = dot < 0 ? path.size() : dot;
-  return path.left(end) + u" copy"_s + path.mid(end);
+  return DatabaseCommands::tr("%1 copy").arg(path.left(end)) + path.mid(end);
 }
 
 struct CopyRun {

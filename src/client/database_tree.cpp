@@ -26,7 +26,7 @@ void addHint(QTreeWidgetItem* server, const QString& text) {
 }  // namespace
 
 QString serverLabel(const QString& server) {
-  return server.isEmpty() ? u"Local"_s : nameWithoutLabels(server);
+  return server.isEmpty() ? DatabaseTree::tr("Local") : nameWithoutLabels(server);
 }
 
 DatabaseTree::DatabaseTree(QWidget* parent) : QTreeWidget(parent) {

@@ -79,7 +79,7 @@ RowKey DocumentModel::key(int row, int column) const {
 }
 
 QVector<int> DocumentModel::columnWidths() const {
-  if (!view_) return {14, 0, 19, 10};
+  if (!view_) return {22, 0, 19, 10};  // the longest kind of a design note has room
   QVector<int> widths;
   for (const ViewRows::Column& column : view_->columns()) widths.push_back(column.width);
   return widths;

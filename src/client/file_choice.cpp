@@ -99,7 +99,8 @@ QString DesktopFileChoice::reportFile(QWidget* owner, const QString& suggestion)
 
 QString DesktopFileChoice::databaseName(QWidget* owner, const QString& where) {
   return askedName(owner, QObject::tr("New database"),
-                   QObject::tr("File name on %1, folders included:").arg(where), u"new.nsf"_s);
+                   QObject::tr("File name on %1, folders included:").arg(where),
+                   QObject::tr("new") + u".nsf"_s);
 }
 
 QString DesktopFileChoice::otherDatabaseName(QWidget* owner, const QString& caption,

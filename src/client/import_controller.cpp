@@ -27,7 +27,7 @@ QString freePath(const Workspace& workspace, const QString& server, const QFileI
       break;  // no name for a database
     }
   }
-  return u"new.nsf"_s;
+  return QObject::tr("new") + u".nsf"_s;
 }
 
 QString namesOf(const QStringList& paths) {
@@ -151,10 +151,10 @@ QString ImportController::replacedText(const QString& record) const {
   QString text = u'\n' + tr("Replaced:") + u'\n';
   try {
     const QVector<Note> notes = notesBefore(record, kMostNamed + 1);
-    for (const Note& note : notes.first(qMin<qsizetype>(kMostNamed, notes.size())))
-      text += u"  %1 (%2, Note ID %3)\n"_s.arg(textsOf(note, workspace_->regional()).subject,
-                                               textsOf(note, workspace_->regional()).form,
-                                               noteIdText(note.header.id));
+    for (const Note& note : notes.first(qMin<qsizetype>(kMostNamed, notes.size()))) {
+      const NoteTexts texts = textsOf(note, workspace_->regional());
+      text += tr("  %1 (%2, Note ID %3)").arg(texts.subject, texts.form, noteIdText(note.header.id)) + u'\n';
+    }
     if (notes.size() > kMostNamed) text += tr("  and more") + u'\n';
   } catch (const RuntimeError& error) {
     text += error.description() + u'\n';

@@ -51,7 +51,7 @@ ListExport::ListExport(ClientControls& controls, std::shared_ptr<Workspace> work
     : controls_(controls), workspace_(std::move(workspace)), databases_(databases), views_(views) {
   QAction* csv =
       add(*controls.fileMenu, controls.exportMarkedAction, u"exportListAction"_s,
-          tr("Export &list as CSV..."), tr("Writes the list that the keyboard is in to a CSV file"));
+          tr("Export li&st as CSV..."), tr("Writes the list that the keyboard is in to a CSV file"));
   connect(csv, &QAction::triggered, this, &ListExport::askCsv);
   QAction* json = add(*controls.fileMenu, csv, u"exportJsonAction"_s, tr("Export documents as &JSON..."),
                       tr("Writes the open document, or the marked ones, with all items to a JSON file"));
@@ -90,7 +90,7 @@ QAbstractItemView* ListExport::currentList() const {
 QString ListExport::suggestion(const QString& suffix) const {
   const QString path = databases_.place() ? databases_.place()->path : QString();
   const QString name = QFileInfo(QDir::fromNativeSeparators(path)).completeBaseName();
-  return (name.isEmpty() ? u"list"_s : name) + u'.' + suffix;
+  return (name.isEmpty() ? tr("list") : name) + u'.' + suffix;
 }
 
 void ListExport::askCsv() {

@@ -13,49 +13,49 @@ namespace {
 
 struct KindName {
   NoteKind kind;
-  const char16_t* name;
+  const char* name;
 };
 // In the order in which they are looked for; the kinds that hold the rest of a class come last.
 constexpr KindName kKindNames[] = {
-    {NoteKind::Acl, u"Access control list"},
-    {NoteKind::Actions, u"Shared actions"},
-    {NoteKind::Agents, u"Agent"},
-    {NoteKind::DatabaseScript, u"Database script"},
-    {NoteKind::DataConnections, u"Data connection"},
-    {NoteKind::Folders, u"Folder"},
-    {NoteKind::Forms, u"Form"},
-    {NoteKind::Framesets, u"Frameset"},
-    {NoteKind::HelpAbout, u"About document"},
-    {NoteKind::HelpIndex, u"Help index"},
-    {NoteKind::HelpUsing, u"Using document"},
-    {NoteKind::Icon, u"Icon"},
-    {NoteKind::ImageResources, u"Image resource"},
-    {NoteKind::JavaResources, u"Applet resource"},
-    {NoteKind::Navigators, u"Navigator"},
-    {NoteKind::Outlines, u"Outline"},
-    {NoteKind::Pages, u"Page"},
-    {NoteKind::ReplicationFormulas, u"Replication formula"},
-    {NoteKind::ScriptLibraries, u"Script library"},
-    {NoteKind::SharedFields, u"Shared field"},
-    {NoteKind::StyleSheets, u"Style sheet"},
-    {NoteKind::Subforms, u"Subform"},
-    {NoteKind::Views, u"View"},
-    {NoteKind::MiscCode, u"Agent or script"},
-    {NoteKind::MiscFormat, u"Form"},
-    {NoteKind::MiscIndex, u"View"},
+    {NoteKind::Acl, QT_TRANSLATE_NOOP("QObject", "Access control list")},
+    {NoteKind::Actions, QT_TRANSLATE_NOOP("QObject", "Shared actions")},
+    {NoteKind::Agents, QT_TRANSLATE_NOOP("QObject", "Agent")},
+    {NoteKind::DatabaseScript, QT_TRANSLATE_NOOP("QObject", "Database script")},
+    {NoteKind::DataConnections, QT_TRANSLATE_NOOP("QObject", "Data connection")},
+    {NoteKind::Folders, QT_TRANSLATE_NOOP("QObject", "Folder")},
+    {NoteKind::Forms, QT_TRANSLATE_NOOP("QObject", "Form")},
+    {NoteKind::Framesets, QT_TRANSLATE_NOOP("QObject", "Frameset")},
+    {NoteKind::HelpAbout, QT_TRANSLATE_NOOP("QObject", "About document")},
+    {NoteKind::HelpIndex, QT_TRANSLATE_NOOP("QObject", "Help index")},
+    {NoteKind::HelpUsing, QT_TRANSLATE_NOOP("QObject", "Using document")},
+    {NoteKind::Icon, QT_TRANSLATE_NOOP("QObject", "Icon")},
+    {NoteKind::ImageResources, QT_TRANSLATE_NOOP("QObject", "Image resource")},
+    {NoteKind::JavaResources, QT_TRANSLATE_NOOP("QObject", "Applet resource")},
+    {NoteKind::Navigators, QT_TRANSLATE_NOOP("QObject", "Navigator")},
+    {NoteKind::Outlines, QT_TRANSLATE_NOOP("QObject", "Outline")},
+    {NoteKind::Pages, QT_TRANSLATE_NOOP("QObject", "Page")},
+    {NoteKind::ReplicationFormulas, QT_TRANSLATE_NOOP("QObject", "Replication formula")},
+    {NoteKind::ScriptLibraries, QT_TRANSLATE_NOOP("QObject", "Script library")},
+    {NoteKind::SharedFields, QT_TRANSLATE_NOOP("QObject", "Shared field")},
+    {NoteKind::StyleSheets, QT_TRANSLATE_NOOP("QObject", "Style sheet")},
+    {NoteKind::Subforms, QT_TRANSLATE_NOOP("QObject", "Subform")},
+    {NoteKind::Views, QT_TRANSLATE_NOOP("QObject", "View")},
+    {NoteKind::MiscCode, QT_TRANSLATE_NOOP("QObject", "Agent or script")},
+    {NoteKind::MiscFormat, QT_TRANSLATE_NOOP("QObject", "Form")},
+    {NoteKind::MiscIndex, QT_TRANSLATE_NOOP("QObject", "View")},
 };
 
 QString kindOf(const Note& note) {
   const quint16 noteClass = noteclass::base(note.header.noteClass);
-  if (noteClass == noteclass::Design) return u"Design collection"_s;
+  if (noteClass == noteclass::Design) return QObject::tr("Design collection");
   const QString flags = note.text(u"$Flags");
   // Kinds that collections of notes do not tell apart.
-  if (noteClass == noteclass::Form && flags.contains(u'g')) return u"File resource"_s;
-  if (noteClass == noteclass::View && flags.contains(u'^')) return u"Shared column"_s;
+  if (noteClass == noteclass::Form && flags.contains(u'g')) return QObject::tr("File resource");
+  if (noteClass == noteclass::View && flags.contains(u'^')) return QObject::tr("Shared column");
   const NoteKinds kinds = kindsOfDesign(noteClass, flags);
   for (const KindName& known : kKindNames)
-    if (kinds.has(known.kind)) return QString::fromUtf16(known.name);
-  return u"Class %1"_s.arg(note.header.noteClass, 4, 16, QChar(u'0'));
+    if (kinds.has(known.kind)) return QObject::tr(known.name);
+  return QObject::tr("Class %1").arg(note.header.noteClass, 4, 16, QChar(u'0'));
 }
 
 bool isText(const Item& item) {
@@ -77,7 +77,7 @@ QString subjectOf(const Note& note, bool isDocument) {
 }
 
 QString sizeText(const Item& item) {
-  return u"(%1 bytes)"_s.arg(item.data().size());
+  return QObject::tr("(%1 bytes)").arg(item.data().size());
 }
 
 }  // namespace

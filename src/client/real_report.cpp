@@ -47,7 +47,7 @@ void RealReport::show() {
 }
 
 void RealReport::save(const RealDatabase& real) {
-  const QString suggestion = QFileInfo(real.source).completeBaseName() + u" report.txt"_s;
+  const QString suggestion = tr("%1 report").arg(QFileInfo(real.source).completeBaseName()) + u".txt"_s;
   const QString file = controls_.choice->reportFile(&controls_.window, suggestion);
   if (file.isEmpty()) return;
   const bool isJson = file.endsWith(u".json", Qt::CaseInsensitive);

@@ -27,9 +27,9 @@ ViewEntry entryOf(const Database& database, NoteId noteId) {
     entry.title = storedText(database, noteId, u"$TITLE").section(u'|', 0, 0).trimmed();
     if (storedText(database, noteId, u"$Flags").contains(u'F')) entry.kind = ViewEntry::Kind::Folder;
   } catch (const RuntimeError&) {
-    entry.title = u"%1 (damaged)"_s.arg(id);
+    entry.title = QObject::tr("%1 (damaged)").arg(id);
   }
-  if (entry.title.isEmpty()) entry.title = u"%1 (without a title)"_s.arg(id);
+  if (entry.title.isEmpty()) entry.title = QObject::tr("%1 (without a title)").arg(id);
   return entry;
 }
 
@@ -53,8 +53,8 @@ QVector<NoteId> idsOf(const QVector<NoteSummary>& notes) {
 }  // namespace
 
 QVector<ViewEntry> viewEntries(const Database& database) {
-  QVector<ViewEntry> entries{{ViewEntry::Kind::AllDocuments, u"All documents"_s, NoteId(), {}},
-                             {ViewEntry::Kind::DesignNotes, u"Design notes"_s, NoteId(), {}}};
+  QVector<ViewEntry> entries{{ViewEntry::Kind::AllDocuments, QObject::tr("All documents"), NoteId(), {}},
+                             {ViewEntry::Kind::DesignNotes, QObject::tr("Design notes"), NoteId(), {}}};
   for (const NoteSummary& view : database.notes().list(noteclass::View))
     if (showsDocuments(database, view.id)) entries.push_back(entryOf(database, view.id));
   std::stable_sort(entries.begin() + 2, entries.end(), [](const ViewEntry& a, const ViewEntry& b) {
@@ -69,8 +69,9 @@ QVector<NoteId> documentsOf(Database& database, const ViewEntry& entry) {
   if (entry.kind == ViewEntry::Kind::DesignNotes) return idsOf(database.notes().list(kDesign));
   Note view;
   if (!database.notes().read(entry.noteId, view))
-    throw RuntimeError(enginefault::UnknownNote,
-                       u"%1: the view \"%2\" is no longer there"_s.arg(database.path(), entry.title));
+    throw RuntimeError(
+        enginefault::UnknownNote,
+        QObject::tr("%1: the view \"%2\" is no longer there").arg(database.path(), entry.title));
   return viewDocuments(database, view);
 }
 

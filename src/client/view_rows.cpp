@@ -102,7 +102,7 @@ QStringList ViewRows::category(const ViewLine& line) const {
   for (qsizetype i = 0; i < columns_.size(); ++i)
     if (columns_[i].place == line.column) at = i;
   const QString own = text(line.category);
-  texts[at] = own.isEmpty() ? u"(not categorized)"_s : own;
+  texts[at] = own.isEmpty() ? QObject::tr("(not categorized)") : own;
   return texts;
 }
 

@@ -21,7 +21,7 @@ WorkBar::WorkBar(QWidget* parent)
   bar_->setFixedWidth(180);
   bar_->setAccessibleName(tr("Progress of the file"));
   cancel_->setObjectName(u"importCancel"_s);
-  cancel_->setText(tr("Cancel &import"));
+  cancel_->setText(tr("C&ancel import"));
   file_->setTextFormat(Qt::PlainText);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -42,42 +42,42 @@ void WorkBar::begin(Work work) {
   switch (work) {
     case Work::Import:
       text_ = tr("Importing %1");
-      cancel_->setText(tr("Cancel &import"));
+      cancel_->setText(tr("C&ancel import"));
       cancel_->setToolTip(tr("Ends the import; the file at hand leaves nothing in the database"));
       break;
     case Work::Export:
       text_ = tr("Exporting to %1");
-      cancel_->setText(tr("Cancel e&xport"));
+      cancel_->setText(tr("C&ancel export"));
       cancel_->setToolTip(tr("Ends the export; no file is written"));
       break;
     case Work::Index:
       text_ = tr("Indexing %1");
-      cancel_->setText(tr("Cancel &index"));
+      cancel_->setText(tr("C&ancel index"));
       cancel_->setToolTip(tr("Ends the work; what is done of the index is kept"));
       break;
     case Work::Read:
       text_ = tr("Reading %1");
-      cancel_->setText(tr("Cancel &reading"));
+      cancel_->setText(tr("C&ancel reading"));
       cancel_->setToolTip(tr("Ends the reading; nothing of it is kept"));
       break;
     case Work::Compare:
       text_ = tr("Comparing with %1");
-      cancel_->setText(tr("Cancel &comparison"));
+      cancel_->setText(tr("C&ancel comparison"));
       cancel_->setToolTip(tr("Ends the comparison; what was found until then is listed"));
       break;
     case Work::Preview:
       text_ = tr("Looking into %1");
-      cancel_->setText(tr("&Stop looking"));
+      cancel_->setText(tr("Stop loo&king"));
       cancel_->setToolTip(tr("Leaves it open what would be replaced"));
       break;
     case Work::Undo:
       text_ = tr("Undoing the import into %1");
-      cancel_->setText(tr("Cancel &undo"));
+      cancel_->setText(tr("C&ancel undo"));
       cancel_->setToolTip(tr("Ends the work; everything stays as it was imported"));
       break;
     case Work::Search:
       text_ = tr("Searching %1");
-      cancel_->setText(tr("Cancel &search"));
+      cancel_->setText(tr("C&ancel search"));
       cancel_->setToolTip(tr("Ends the search; what was found before stays in the list"));
       break;
     case Work::Copy:

@@ -1,10 +1,17 @@
 #include "embedded/dxl/import_report.h"
 
+#include <QCoreApplication>
+
 #include "notes/literals.h"
 
 namespace lens {
 
 namespace {
+
+// The report is read by people, in their language; what was found in a file is named as programs get it, too.
+class ImportReportText {
+  Q_DECLARE_TR_FUNCTIONS(lens::ImportReport)
+};
 
 void appendSection(QString& out, const QString& title, const QStringList& lines) {
   if (lines.isEmpty()) return;
@@ -31,9 +38,10 @@ QStringList grouped(const QMap<QString, ImportReport::Finding>& kinds) {
     if (kind.files == 1)
       lines.push_back(kind.line);
     else if (kind.times == kind.files)
-      lines.push_back(u"%1 (%2 files)"_s.arg(it.key()).arg(kind.files));
+      lines.push_back(ImportReportText::tr("%1 (%2 files)").arg(it.key()).arg(kind.files));
     else
-      lines.push_back(u"%1 (%2 files, %3 times)"_s.arg(it.key()).arg(kind.files).arg(kind.times));
+      lines.push_back(
+          ImportReportText::tr("%1 (%2 files, %3 times)").arg(it.key()).arg(kind.files).arg(kind.times));
   }
   return lines;
 }
@@ -41,14 +49,16 @@ QStringList grouped(const QMap<QString, ImportReport::Finding>& kinds) {
 }  // namespace
 
 QString ImportReport::text() const {
-  QString out = u"%1 notes imported, %2 of them replaced.\n"_s.arg(notes).arg(replaced);
-  if (cancelled) out += u"Cancelled; the file at hand was undone.\n"_s;
-  appendSection(out, u"Not imported"_s, failed);
-  appendSection(out, u"Kept as it came"_s, grouped(keptKinds));
+  QString out =
+      ImportReportText::tr("%1 notes imported, %2 of them replaced.").arg(notes).arg(replaced) + u'\n';
+  if (cancelled) out += ImportReportText::tr("Cancelled; the file at hand was undone.") + u'\n';
+  appendSection(out, ImportReportText::tr("Not imported"), failed);
+  appendSection(out, ImportReportText::tr("Kept as it came"), grouped(keptKinds));
   QStringList left = grouped(ignoredKinds) + otherFiles;
   if (!origin.isEmpty())
-    left.push_back(u"where the files come from: attributes %1"_s.arg(origin.join(u", "_s)));
-  appendSection(out, u"Left out by design"_s, left);
+    left.push_back(
+        ImportReportText::tr("where the files come from: attributes %1").arg(origin.join(u", "_s)));
+  appendSection(out, ImportReportText::tr("Left out by design"), left);
   return out;
 }
 
