@@ -15,7 +15,8 @@ program=$root/usr/bin/TessalyAndDocContent
 home=$root/home
 mkdir "$home"
 # Nothing of whoever runs this, no display.
-run() { env -i PATH=/usr/bin:/bin HOME="$home" LC_ALL=C.UTF-8 "$@"; }
+bare=(env -i PATH=/usr/bin:/bin HOME="$home" LC_ALL=C.UTF-8)
+run() { "${bare[@]}" "$@"; }
 
 told=$(run "$program" --version)
 [ "$told" = "TessalyAndDocContent $version" ] || fail "the program says \"$told\", the package is of version $version"
@@ -32,12 +33,15 @@ done
 for link in "$root"/usr/share/doc/tessaly-lens/*; do
   [ -e "$link" ] || fail "$(basename "$link") leads nowhere"
 done
+while read -r page link; do
+  [ -e "$(dirname "$page")/$link" ] || fail "${page#"$root"} leads to $link, which lacks"
+done < <(grep -roP --include='*.md' '\]\(\K(?![a-z]+:|#)[^)#\s]+' "$root/usr/share/tessaly-lens" | sed 's/:/ /')
 if [ -d "$root/usr/share/tessaly-lens/translations" ]; then
   run env LANGUAGE=de LC_ALL=de_DE.UTF-8 "$program" --help | grep -q '^Aufruf: ' || fail "it speaks no German"
 fi
 
 # The windows come up, and fill their first workspace.
-run env QT_QPA_PLATFORM=offscreen "$program" &
+"${bare[@]}" QT_QPA_PLATFORM=offscreen "$program" &  # no function, whose shell would be ended in its place
 started=$!
 settings=$home/.local/share/tessaly-lens/notes.ini
 for ((tenths = 0; tenths < 600; ++tenths)); do

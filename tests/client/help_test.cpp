@@ -1,5 +1,7 @@
 // The help menu: what is shipped to read, and About.
 #include <QClipboard>
+#include <QDir>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QMenu>
 #include <QRegularExpression>
@@ -56,17 +58,23 @@ TEST_F(ClientHelp, PagesLeadToEachOtherAndBack) {
   EXPECT_TRUE(text().contains(u"none.md is not shipped"_s)) << text().toStdString();
 }
 
-// What a page shows has to be there, or the reader is led into nothing.
-TEST_F(ClientHelp, EveryPictureOfTheGuideIsThere) {
-  QFile guide(shippedFile(u"docs/guide.md"_s));
-  ASSERT_TRUE(guide.open(QIODevice::ReadOnly));
-  static const QRegularExpression picture(u"!\\[[^\\]]*\\]\\(([^)]+)\\)"_s);
-  int seen = 0;
-  for (const QRegularExpressionMatch& match : picture.globalMatch(QString::fromUtf8(guide.readAll()))) {
-    EXPECT_FALSE(shippedFile(u"docs/"_s + match.captured(1)).isEmpty()) << match.captured(1).toStdString();
-    ++seen;
+// What a page shows or leads to has to be there, or the reader is led into nothing.
+TEST_F(ClientHelp, EveryPictureAndEveryLinkOfThePagesIsShipped) {
+  static const QRegularExpression link(u"\\]\\((?![a-z]+:|#)([^)#\\s]+)"_s);
+  QStringList pages{u"README.md"_s, u"CHANGELOG.md"_s};
+  int links = 0;
+  for (qsizetype i = 0; i < pages.size(); ++i) {
+    QFile page(shippedFile(pages[i]));
+    ASSERT_TRUE(page.open(QIODevice::ReadOnly)) << pages[i].toStdString();
+    for (const QRegularExpressionMatch& match : link.globalMatch(QString::fromUtf8(page.readAll()))) {
+      const QString to = QDir::cleanPath(QFileInfo(pages[i]).path() + u'/' + match.captured(1));
+      EXPECT_FALSE(shippedFile(to).isEmpty()) << pages[i].toStdString() << " leads to " << to.toStdString();
+      if (to.endsWith(u".md") && !pages.contains(to)) pages += to;
+      ++links;
+    }
   }
-  EXPECT_GT(seen, 5);
+  EXPECT_TRUE(pages.contains(u"docs/guide.md"_s));
+  EXPECT_GT(links, 30);
 }
 
 TEST_F(ClientHelp, WordsAreFoundOnThePageAgainAndAgain) {
