@@ -4,16 +4,27 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QDir>
+#include <QDropEvent>
 #include <QFile>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QMimeData>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
 #include <QRegularExpression>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
+#include <QUrl>
 
 #include "app/launcher.h"
+#include "client/file_choice.h"
 #include "controls/combo_box.h"
 #include "controls/list_box.h"
 #include "support/printers.h"
@@ -26,6 +37,15 @@ using namespace Qt::StringLiterals;
 QString withoutKey(QString caption) {
   return caption.remove(u'&');
 }
+
+// What is chosen in the desktop's own dialogs; those of the program come up.
+struct ChosenFiles : DesktopFileChoice {
+  QStringList dxl;
+  QString directory;
+  QStringList dxlFiles(QWidget*) override { return dxl; }
+  QString folder(QWidget*) override { return directory; }
+  QString exportFile(QWidget*, const QString& suggestion) override { return directory + u'/' + suggestion; }
+};
 
 class Tour : public testing::Test {
  protected:
@@ -103,6 +123,60 @@ class Tour : public testing::Test {
     list.setSelected(row, true);
   }
   QString content() { return form().txtFieldContent->text(); }
+  void trigger(const char* action) { part<QAction>(action).trigger(); }
+  ChosenFiles& chooseFilesIn(const QString& folder) {
+    EXPECT_TRUE(QDir(directory.path()).mkpath(folder));
+    auto made = std::make_unique<ChosenFiles>();
+    ChosenFiles& files = *made;
+    files.directory = directory.filePath(folder);
+    client().setFileChoice(std::move(made));
+    return files;
+  }
+  // Goes on until a dialog was answered: the answer says whether it could be given yet.
+  template <class Run, class Answer>
+  void asked(const Run& run, const Answer& answer) {
+    bool answered = false;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &look, [&] {
+      QWidget* dialog = QApplication::activeModalWidget();
+      if (dialog && !answered) answered = answer(*dialog);
+    });
+    look.start(5);
+    run();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return answered; })) << "nothing was asked";
+  }
+  // Imports into the open database; what is to be replaced there is listed first.
+  template <class Run>
+  QStringList replacedBy(const Run& run) {
+    QStringList subjects;
+    asked(run, [&](QWidget& dialog) {
+      auto* import = dialog.findChild<QPushButton*>(u"importStart"_s);
+      auto* intoOpen = dialog.findChild<QRadioButton*>(u"importIntoOpen"_s);
+      if (!intoOpen->isChecked()) intoOpen->click();
+      if (!import->isEnabled()) return false;
+      const QAbstractItemModel& notes = *dialog.findChild<QTableView*>(u"importReplaced"_s)->model();
+      for (int row = 0; row < notes.rowCount(); ++row) subjects += notes.index(row, 1).data().toString();
+      import->click();
+      return true;
+    });
+    return subjects;
+  }
+  // Of the last import or undoing of one.
+  QString report() {
+    const auto reports = client().findChildren<QPlainTextEdit*>(u"reportText"_s);
+    return reports.isEmpty() ? part<QLabel>("errorText").text() : reports.last()->toPlainText();
+  }
+  QStringList subjects() {
+    QStringList all;
+    for (int row = 0; row < documents().model()->rowCount(); ++row)
+      all += documents().model()->index(row, 1).data().toString();
+    return all;
+  }
+  static QByteArray contentOf(const QString& path) {
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return file.readAll();
+  }
 
   QTemporaryDir directory;
   RecordingHost host;
@@ -159,6 +233,77 @@ TEST_F(Tour, StepsFourToSixTakeOtherDocumentsAndNotes) {
   form().viewNotesID->raiseClick();
   EXPECT_GE(form().fldList->find(u"$TITLE"_s), 0) << "the icon note";
   EXPECT_EQ(host.boxTexts(), QStringList());
+}
+
+// A document of the sample as it came from elsewhere, with an element that nothing reads.
+constexpr char kOwnData[] =
+    "<document form='Memo'><noteinfo unid='C1258AA07F90ADE741258ADD002B7DAB'/>"
+    "<item name='Subject'><text>Brought along</text></item><hologram depth='3'/></document>";
+
+TEST_F(Tour, StepSevenBringsOwnDataInAndTakesItBack) {
+  ChosenFiles& files = chooseFilesIn(u"own"_s);
+  files.dxl = {files.directory + u"/memo.dxl"_s};
+  QFile own(files.dxl.first());
+  ASSERT_TRUE(own.open(QIODevice::WriteOnly));
+  own.write(kOwnData);
+  own.close();
+  trigger("closeDocumentAction");
+  const QStringList before = subjects();
+  const QStringList replaced(u"Contract 2024-117, second draft"_s);
+  for (const char* action : {"importFilesAction", "importFolderAction"}) {
+    EXPECT_EQ(replacedBy([&] { trigger(action); }), replaced) << action;
+    EXPECT_TRUE(subjects().contains(u"Brought along"_s)) << action;
+    EXPECT_TRUE(report().contains(u"1 notes imported, 1 of them replaced"_s)) << report().toStdString();
+    EXPECT_TRUE(report().contains(u"hologram"_s)) << "kept raw: " << report().toStdString();
+    trigger("undoImportAction");
+    EXPECT_EQ(subjects(), before) << action << ": File > Undo import takes them back";
+  }
+  QMimeData dragged;
+  dragged.setUrls({QUrl::fromLocalFile(files.dxl.first())});
+  const auto drop = [&] {
+    QDragEnterEvent over(QPoint(5, 5), Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&client(), &over);
+    QDropEvent dropped(QPointF(5, 5), Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&client(), &dropped);
+  };
+  EXPECT_EQ(replacedBy(drop), replaced) << "files can be dropped, too";
+}
+
+TEST_F(Tour, StepEightSearchesByWordsAndWritesDxl) {
+  ChosenFiles& files = chooseFilesIn(u"out"_s);
+  trigger("closeDocumentAction");
+  client().activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&client()));
+  auto& words = part<QLineEdit>("searchBox");
+  const auto search = [&](const QString& query) {
+    words.setFocus();
+    words.setText(query);
+    QTest::keyClick(&words, Qt::Key_Return);
+  };
+  asked([&] { search(u"contract"_s); },
+        [&](QWidget& dialog) {
+          auto* box = qobject_cast<QMessageBox*>(&dialog);
+          EXPECT_TRUE(box && box->text().contains(u"no full-text index"_s));
+          for (QAbstractButton* button : box->buttons())
+            if (box->buttonRole(button) == QMessageBox::AcceptRole) button->click();
+          return true;
+        });
+  ASSERT_TRUE(subjects().contains(u"Contract 2024-117, second draft"_s))
+      << subjects().join(u'|').toStdString();
+  ASSERT_FALSE(subjects().contains(u"Stationery"_s));
+  search(u"FIELD Subject CONTAINS report"_s);
+  EXPECT_EQ(subjects(), QStringList(u"Weekly report"_s)) << "a query, and the index is there";
+  Q_EMIT documents().doubleClicked(documents().model()->index(0, 0));
+  EXPECT_FALSE(part<QPlainTextEdit>("readerContent").extraSelections().isEmpty()) << "the hits are marked";
+
+  const QString file = files.directory + u"/kmeier.dxl"_s;
+  trigger("exportMarkedAction");
+  EXPECT_EQ(contentOf(file).count("<document "), 1);
+  trigger("closeDocumentAction");
+  trigger("exportViewAction");
+  EXPECT_EQ(contentOf(file).count("<document "), 1) << "the list shows what was found";
+  trigger("exportDatabaseAction");
+  EXPECT_EQ(contentOf(file).count("<document "), 9);
 }
 
 TEST_F(Tour, StepNineWritesOneDocumentAndThenAll) {
