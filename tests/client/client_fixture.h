@@ -68,26 +68,20 @@ struct ScriptedChoice : FileChoice {
   }
 };
 
-// Presses Cancel when the bar of some work comes up, before the work begins.
-class CancelAtOnce : public QObject {
+// Acts when the bar of some work comes up, before the work begins: whoever waited for events might be too
+// late.
+class WhenWorkBegins : public QObject {
  public:
-  explicit CancelAtOnce(ClientWindow& window) : bar_(*window.findChild<WorkBar*>()) {
-    bar_.installEventFilter(this);
+  WhenWorkBegins(ClientWindow& window, std::function<void()> act) : act_(std::move(act)) {
+    window.findChild<WorkBar*>()->installEventFilter(this);
   }
-  // Of the button; "" where there was no bar.
-  const QString& caption() const { return caption_; }
 
  private:
   bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() != QEvent::Show) return false;
-    auto& button = *bar_.findChild<QPushButton*>();
-    caption_ = button.text();
-    button.click();
+    if (event->type() == QEvent::Show) act_();
     return false;
   }
-
-  WorkBar& bar_;
-  QString caption_;
+  const std::function<void()> act_;
 };
 
 class Client : public testing::Test {
@@ -165,6 +159,17 @@ class Client : public testing::Test {
     EXPECT_LT(model->notesRead(), 200);
   }
   void trigger(const char* action) { part<QAction>(action).trigger(); }
+  // Cancels the work of an action at once; the caption of the button that did it.
+  QString cancelled(const char* action) {
+    QString caption;
+    const WhenWorkBegins cancel(*window, [&] {
+      auto& button = part<QPushButton>("importCancel");
+      caption = button.text();
+      button.click();
+    });
+    trigger(action);
+    return caption;
+  }
   void showView(const QString& title) {
     auto& views = part<QListWidget>("viewList");
     const auto found = views.findItems(title, Qt::MatchExactly);
