@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Builds for Windows what the program is linked with, all of it static:
-#   build_libraries.sh ARCH SOURCES DIRECTORY
+#   build_libraries.sh ARCH SOURCES DIRECTORY [--look]
 # ARCH is x86_64 or i686, SOURCES what fetch_sources.sh made; the libraries go to DIRECTORY/ARCH. What was built
-# before from the same sources in the same way is not built again.
+# before from the same sources in the same way is not built again. With --look nothing is built: it fails where
+# something would have to be.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
-arch=$1 sources=$(realpath "$2")
+arch=$1 sources=$(realpath "$2") look=${4:-}
 mkdir -p "$3/$arch"
 prefix=$(cd "$3/$arch" && pwd)
 work=$prefix/work
@@ -13,7 +14,7 @@ host_cmake=/usr/lib/$(dpkg-architecture -qDEB_BUILD_MULTIARCH)/cmake
 export CMAKE_BUILD_PARALLEL_LEVEL=${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}
 
 # A copy, so that a build that was interrupted can go on from another checkout of these scripts.
-cp "$here/toolchain.cmake" "$prefix/"
+[ -n "$look" ] || cp "$here/toolchain.cmake" "$prefix/"
 cross=(-G Ninja --toolchain "$prefix/toolchain.cmake" -DLENS_WINDOWS_ARCH="$arch" -DLENS_WINDOWS_PREFIX="$prefix"
        -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$prefix")
 
@@ -37,6 +38,7 @@ once() {
   local name=$1 source=$2 recipe
   recipe=$(recipe_of "$name" "$source" | sha256sum)
   [ "$(cat "$prefix/$name.built" 2>/dev/null)" = "$recipe" ] && return
+  [ -z "$look" ] || exit 1
   echo "Building $name for $arch"
   [ "$(cat "$work/$name.begun" 2>/dev/null)" = "$recipe" ] || rm -rf "${work:?}/$name"
   mkdir -p "$work/$name"

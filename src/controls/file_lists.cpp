@@ -56,7 +56,9 @@ QStringList sortedNames(QStringList names) {
 
 DriveList::DriveList(QWidget* parent) : ComboBox(parent) {
   for (const QString& name : driveNames()) addItem(name);
-  if (listCount() > 0) setCurrentIndex(0);
+  // Where drives have letters, the directories begin on that of the current one.
+  const int current = findText(QDir::currentPath().left(2), Qt::MatchFixedString);
+  if (listCount() > 0) setCurrentIndex(qMax(0, current));
   connect(this, &QComboBox::activated, this, [this] { change.fire(); });
 }
 
