@@ -1,5 +1,7 @@
 #include "embedded/nsf/nsf_acl.h"
 
+#include <utility>
+
 #include "embedded/format/lmbcs.h"
 #include "embedded/nsf/record_bytes.h"
 
@@ -7,6 +9,8 @@ namespace lens {
 namespace {
 
 constexpr quint16 kAclMark = 0x4143, kAclEntryMark = 0x4145;
+// No list that was written has longer ones; the items of our store would not hold just any.
+constexpr qint64 kLongestName = 1024, kLongestLine = 16 * 1024;
 constexpr qint64 kAclHead = 40, kAclEntryHead = 20, kRoleName = 16, kRoleBits = 10;
 
 QString textUpToNul(QByteArrayView bytes) {
@@ -69,6 +73,10 @@ std::optional<NsfAcl> readNsfAcl(QByteArrayView payload, QString& reason) {
       reason = QStringLiteral("entry %1 does not lie in it").arg(i + 1);
       return std::nullopt;
     }
+    if (length > kLongestName) {
+      reason = QStringLiteral("the name of entry %1 is longer than %2 bytes").arg(i + 1).arg(kLongestName);
+      return std::nullopt;
+    }
     acl.entries.push_back({fromLmbcs(bytes.part(at + kAclEntryHead, length)), bytes.u16(at + 4),
                            bytes.u16(at + 16), bytes.part(at + 6, kRoleBits).toByteArray()});
     // A NUL ends the name, and another one makes the size even.
@@ -76,6 +84,11 @@ std::optional<NsfAcl> readNsfAcl(QByteArrayView payload, QString& reason) {
     at += size + size % 2;
   }
   acl.history = readHistory(bytes.part(bytes.u16(34), bytes.u16(36)), bytes.u16(38));
+  for (const QString& line : std::as_const(acl.history))
+    if (line.size() > kLongestLine) {
+      reason = QStringLiteral("a line of its history is longer than %1 letters").arg(kLongestLine);
+      return std::nullopt;
+    }
   return acl;
 }
 

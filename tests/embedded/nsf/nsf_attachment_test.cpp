@@ -209,6 +209,26 @@ TEST(NsfAcl, ChangedListsAreReadOrRefused) {
     }
 }
 
+// Else one entry would keep the whole database from being opened.
+TEST(NsfAcl, WhatNoItemCouldHoldIsRefused) {
+  const QByteArray roles(10, '\0');
+  const auto reasonOf = [&](qsizetype name, qsizetype line) {
+    QString reason;
+    const auto acl = readNsfAcl(
+        accessList({{QByteArray(name, 'n'), 2, 0, roles}}, {"Clerk"}, {QByteArray(line, 'h')}), reason);
+    EXPECT_EQ(acl.has_value(), reason.isEmpty());
+    if (acl) {
+      Note note;
+      EXPECT_NO_THROW(addAclItems(*acl, note));
+    }
+    return reason.toStdString();
+  };
+  EXPECT_EQ(reasonOf(1024, 16384), "");
+  EXPECT_EQ(reasonOf(1025, 10), "the name of entry 1 is longer than 1024 bytes");
+  EXPECT_EQ(reasonOf(64000, 10), "the name of entry 1 is longer than 1024 bytes");
+  EXPECT_EQ(reasonOf(10, 60000), "a line of its history is longer than 16384 letters");
+}
+
 // As an import of "acl" keeps them.
 QStringList textsOf(const Note& note, QStringView name) {
   QStringList texts;
