@@ -37,16 +37,6 @@ qsizetype likelyOther(const Workspace& workspace, const QVector<DatabasePlace>& 
   return first == 0 && places.size() > 1 ? 1 : 0;
 }
 
-QPlainTextEdit* valueBox(const QString& name, QWidget* parent) {
-  auto* box = new QPlainTextEdit(parent);
-  box->setObjectName(name);
-  box->setReadOnly(true);
-  box->setTabChangesFocus(true);
-  box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  useListFont(*box);
-  return box;
-}
-
 }  // namespace
 
 CompareWindow::CompareWindow(std::shared_ptr<Workspace> workspace, QWidget* parent)
@@ -119,8 +109,8 @@ QWidget* CompareWindow::makeTables() {
   items_->horizontalHeader()->setSectionResizeMode(ItemPairModel::Second, QHeaderView::Stretch);
   connect(items_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           [this](const QModelIndex& current) { showValues(current.row()); });
-  firstValue_ = valueBox(u"compareFirstValue"_s, this);
-  secondValue_ = valueBox(u"compareSecondValue"_s, this);
+  firstValue_ = readingBox(u"compareFirstValue"_s, this);
+  secondValue_ = readingBox(u"compareSecondValue"_s, this);
   auto* values = new QSplitter(Qt::Horizontal, this);
   values->addWidget(labelled(tr("Value in the fi&rst:"), firstValue_));
   values->addWidget(labelled(tr("Value in the s&econd:"), secondValue_));
@@ -252,8 +242,8 @@ void CompareWindow::showPairs(const Note& first, const Note& second) {
 
 void CompareWindow::showValues(int row) {
   const auto value = [&](int column) { return pairs_->index(row, column).data(kWholeText).toString(); };
-  firstValue_->setPlainText(row < 0 ? QString() : value(ItemPairModel::First));
-  secondValue_->setPlainText(row < 0 ? QString() : value(ItemPairModel::Second));
+  firstValue_->setText(row < 0 ? QString() : value(ItemPairModel::First));
+  secondValue_->setText(row < 0 ? QString() : value(ItemPairModel::Second));
 }
 
 }  // namespace lens

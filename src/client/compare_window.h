@@ -3,7 +3,6 @@
 
 #include <QComboBox>
 #include <QLabel>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTableView>
 #include <QWidget>
@@ -11,6 +10,7 @@
 #include <optional>
 
 #include "client/compare_models.h"
+#include "controls/rich_text_box.h"
 #include "embedded/workspace/workspace.h"
 
 namespace lens {
@@ -65,8 +65,8 @@ class CompareWindow : public QWidget {
   QTableView* differences_;
   QWidget* differencePane_;
   QTableView* items_;
-  QPlainTextEdit* firstValue_;
-  QPlainTextEdit* secondValue_;
+  RichTextBox* firstValue_;
+  RichTextBox* secondValue_;
   QLabel* summary_;
   DifferenceModel* found_;
   ItemPairModel* pairs_;

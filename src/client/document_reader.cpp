@@ -13,6 +13,7 @@ namespace lens {
 namespace {
 
 constexpr qsizetype kMostMarks = 10'000;  // more are of no use to anybody, and slow
+constexpr quint32 kRed = 0x0000FF;
 
 }  // namespace
 
@@ -62,14 +63,9 @@ QWidget* DocumentReader::makeItems() {
 }
 
 QWidget* DocumentReader::makeContent() {
-  content_ = new QPlainTextEdit(this);
-  content_->setObjectName(u"readerContent"_s);
+  content_ = readingBox(u"readerContent"_s, this);
   content_->setAccessibleName(tr("Content"));
-  content_->setReadOnly(true);
-  content_->setTabChangesFocus(true);
-  content_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   content_->setToolTip(tr("The value of the current item, for reading and copying"));
-  useListFont(*content_);
   return labelled(tr("Con&tent:"), content_);
 }
 
@@ -82,7 +78,7 @@ void DocumentReader::show(Note note, const Regional& regional) {
                       .arg(texts.form.isEmpty() ? tr("(no form)") : texts.form, noteIdText(note.header.id),
                            texts.modified.isEmpty() ? tr("(unknown)") : texts.modified));
   model_->show(std::move(note));
-  content_->clear();
+  content_->setText(QString());
   goToItem(qMin(row, model_->rowCount() - 1));
 }
 
@@ -116,7 +112,7 @@ void DocumentReader::markHits(const QueryHits& hits) {
   if (!model_) return;
   model_->markHits(hits);
   const int first = model_->firstHit();
-  if (first >= 0) goToItem(first);
+  if (first >= 0 && first != currentItem()) return goToItem(first);
   showItem(currentItem());
 }
 
@@ -125,7 +121,7 @@ void DocumentReader::clear() {
   model_->show({});
   subject_->clear();
   facts_->clear();
-  content_->clear();
+  content_->setText(QString());
 }
 
 void DocumentReader::addItemAction(QAction& action) {
@@ -134,12 +130,24 @@ void DocumentReader::addItemAction(QAction& action) {
 }
 
 void DocumentReader::showItem(int row) {
-  content_->setPlainText(model_->text(row));
+  content_->setText(model_->text(row));
+  content_->setExtraSelections({});
+  if (hits_.isEmpty()) return;
+  // Of a short text the box's document has all, and its places count; of a long one it has a part.
+  const bool isLong = content_->isPart();
+  QVector<TextPlace> places =
+      hits_.in(isLong ? content_->text() : content_->toPlainText(), model_->name(row));
+  if (places.isEmpty()) return;
+  places.resize(qMin(kMostMarks, places.size()));
+  if (isLong)
+    colourPlaces(places);
+  else
+    markPlaces(places);
+}
+
+void DocumentReader::markPlaces(const QVector<TextPlace>& places) {
   QList<QTextEdit::ExtraSelection> marks;
-  if (hits_.isEmpty()) return content_->setExtraSelections(marks);
-  // Of the text as the box has it, whose places count like those of its document.
-  const QVector<TextPlace> places = hits_.in(content_->toPlainText(), model_->name(row));
-  for (const TextPlace& place : places.first(qMin(kMostMarks, places.size()))) {
+  for (const TextPlace& place : places) {
     QTextEdit::ExtraSelection mark;
     mark.cursor = QTextCursor(content_->document());
     mark.cursor.setPosition(int(place.at));
@@ -149,11 +157,20 @@ void DocumentReader::showItem(int row) {
     marks.push_back(mark);
   }
   content_->setExtraSelections(marks);
-  if (!marks.isEmpty()) {
-    QTextCursor place(content_->document());
-    place.setPosition(marks.first().cursor.selectionStart());
-    content_->setTextCursor(place);
+  QTextCursor place(content_->document());
+  place.setPosition(marks.first().cursor.selectionStart());
+  content_->refresh();  // it would put its own caret in place later
+  content_->setTextCursor(place);
+}
+
+// As the content box of the main window shows them: that stays with the text wherever the box scrolls to.
+void DocumentReader::colourPlaces(const QVector<TextPlace>& places) {
+  for (const TextPlace& place : places) {
+    content_->setSelStart(int(place.at));
+    content_->setSelLength(int(place.size));
+    content_->setSelColor(kRed);
   }
+  content_->setSelStart(int(places.first().at));
 }
 
 }  // namespace lens

@@ -3,13 +3,13 @@
 #pragma once
 
 #include <QLabel>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSortFilterProxyModel>
 #include <QWidget>
 
 #include "client/item_model.h"
 #include "client/list_table.h"
+#include "controls/rich_text_box.h"
 #include "embedded/search/query_hits.h"
 
 namespace lens {
@@ -43,12 +43,14 @@ class DocumentReader : public QWidget {
   void makeModel(const Regional& regional);
   void goToItem(int row);
   void showItem(int row);
+  void markPlaces(const QVector<TextPlace>& places);
+  void colourPlaces(const QVector<TextPlace>& places);
 
   QLabel* subject_;
   QLabel* facts_;
   QPushButton* close_;
   ListTable* items_;
-  QPlainTextEdit* content_;
+  RichTextBox* content_;
   QueryHits hits_;
   ItemModel* model_ = nullptr;
   QSortFilterProxyModel* ordered_ = nullptr;  // the items as they are shown

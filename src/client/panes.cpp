@@ -47,6 +47,16 @@ void prepareTable(QTableView& table) {
   table.horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 
+RichTextBox* readingBox(const QString& name, QWidget* parent) {
+  auto* box = new RichTextBox(parent);
+  box->setObjectName(name);
+  box->setReadOnly(true);
+  box->setTabChangesFocus(true);
+  box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  useListFont(*box);
+  return box;
+}
+
 void giveKeys(QAction& action, const QList<QKeySequence>& keys, QWidget& where) {
   action.setShortcuts(keys);
   action.setShortcutContext(Qt::WidgetWithChildrenShortcut);

@@ -7,6 +7,8 @@
 #include <QTableView>
 #include <QWidget>
 
+#include "controls/rich_text_box.h"
+
 namespace lens {
 
 // The monospace font, so that rows line up as in the tool's own lists.
@@ -17,6 +19,9 @@ void giveRowsRoom(QAbstractItemView& view);
 
 // A table of whole rows of one height that Tab leaves.
 void prepareTable(QTableView& table);
+
+// A box in which a value of any length is read and copied; setText() fills it. Tab leaves it.
+RichTextBox* readingBox(const QString& name, QWidget* parent);
 
 // Keys of an action that work only inside a widget.
 void giveKeys(QAction& action, const QList<QKeySequence>& keys, QWidget& where);

@@ -72,6 +72,8 @@ class RichTextBox : public QPlainTextEdit {
   // The line of a position, from 0; it counts line ends, not wrapped lines.
   int lineFromChar(int position) const { return text_.lineOf(position); }
   int lineStart(int line) const { return text_.lineStart(line); }
+  // Whether the document holds only a part of the text, since that is long.
+  bool isPart() const { return partFrom_ > 0 || partTo_ < length(); }
   // Draws at once, without taking events.
   void refresh();
 
@@ -114,7 +116,6 @@ class RichTextBox : public QPlainTextEdit {
   bool caretByKey(const QKeyEvent& event);
 
   // The part of a long text (rich_text_part.cpp).
-  bool isPart() const { return partFrom_ > 0 || partTo_ < length(); }
   bool isInPart(int position) const { return position >= partFrom_ && position <= partTo_; }
   bool selectionLeavesPart() const { return !isInPart(selStart_) || !isInPart(selStart_ + selLength_); }
   int toDocument(int position) const;

@@ -85,6 +85,28 @@ TEST_F(Client, TheReaderShowsItemsWithTypeAndValue) {
   EXPECT_TRUE(part<QPlainTextEdit>("readerContent").isReadOnly());
 }
 
+// The box holds all of it and lays out what is in sight.
+TEST_F(Client, AVeryLongValueIsShownInPartAndIsThereWhole) {
+  const QString text = QString(2'000'000, u'x') + u"\r\nend";
+  Note note = memo(u"Pumps"_s);
+  note.add(u"Long"_s, 0, textValue(text));
+  const NoteId id = save(note);
+  start();
+  openMail();
+  ASSERT_TRUE(window->openDocument(id));
+  part<QTableView>("readerItems").selectRow(int(note.items.size()) - 1);
+  auto& content = part<RichTextBox>("readerContent");
+  EXPECT_TRUE(content.text() == text);
+  EXPECT_LT(content.document()->characterCount(), 500'000);
+  content.setFocus();
+  QTest::keyClick(&content, Qt::Key_End, Qt::ControlModifier);
+  EXPECT_TRUE(content.toPlainText().endsWith(u"x\nend"_s));
+  QTest::keyClick(&content, Qt::Key_A);
+  EXPECT_TRUE(content.text() == text) << "it is for reading";
+  part<QTableView>("readerItems").selectRow(0);
+  EXPECT_LT(content.text().size(), 100);
+}
+
 TEST_F(Client, RefreshReadsTheOpenDocumentAnewAndClosesOneThatHasGone) {
   Note note = memo(u"Pumps"_s);
   mail->notes().save(note);

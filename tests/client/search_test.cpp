@@ -1,5 +1,6 @@
 #include <QAction>
 #include <QLineEdit>
+#include <QTextBlock>
 #include <QTimer>
 
 #include "client/client_fixture.h"
@@ -83,6 +84,41 @@ TEST_F(ClientSearch, MarksTheHitsInTheDocumentThatIsOpened) {
   ASSERT_TRUE(window->openDocument(body));
   part<QTableView>("readerItems").selectRow(2);
   EXPECT_TRUE(content.extraSelections().isEmpty()) << "nobody searched for it";
+}
+
+TEST_F(ClientSearch, GoesToTheFirstHitOfAValueOfManyLines) {
+  Note note = memo(u"Letter"_s);
+  note.add(u"Text"_s, 0, textValue(QString(u"nothing of it\r\n"_s.repeated(300) + u"a pump"_s)));
+  const NoteId id = save(note);
+  createFullTextIndex(*mail);
+  start();
+  openMail();
+  find(u"pump"_s);
+  ASSERT_TRUE(window->openDocument(id));
+  auto& content = part<RichTextBox>("readerContent");
+  content.grab();
+  EXPECT_EQ(content.textCursor().block().text(), u"a pump"_s);
+  EXPECT_GT(content.verticalScrollBar()->value(), 200);
+}
+
+TEST_F(ClientSearch, MarksTheHitsOfAVeryLongValueWhereverTheyStand) {
+  const QString words = u"nothing of it "_s.repeated(40'000);
+  Note note = memo(u"Letter"_s);
+  note.add(u"Text"_s, 0, textValue(QString(words + u"a pump "_s + words + u"another Pump"_s)));
+  const NoteId id = save(note);
+  createFullTextIndex(*mail);
+  start();
+  openMail();
+  find(u"pump"_s);
+  ASSERT_TRUE(window->openDocument(id));
+  auto& content = part<RichTextBox>("readerContent");
+  ASSERT_GT(content.text().size(), 1'000'000);
+  const int first = int(words.size()) + 2, second = int(content.text().size()) - 4;
+  EXPECT_EQ(content.selStart(), first);
+  for (const int place : {first, first + 3, second, second + 3}) EXPECT_EQ(content.colorAt(place), 0xFFu);
+  EXPECT_NE(content.colorAt(first - 1), 0xFFu);
+  content.refresh();
+  EXPECT_TRUE(content.toPlainText().contains(u"a pump"_s)) << "it is in sight";
 }
 
 TEST_F(ClientSearch, OffersToMakeAnIndexWhereThereIsNone) {
