@@ -6,16 +6,10 @@
 #include "client/formula_model.h"
 #include "embedded/dxl/view_elements.h"
 #include "embedded/format/source_formula.h"
-#include "embedded/formula/compiled/compiled_writer.h"
+#include "support/compiled_formula.h"
 
 namespace lens {
 namespace {
-
-QByteArray compiled(QStringView source) {
-  const QByteArray bytes = formula::writeCompiled(source, formula::MachineEnvironment()).bytes;
-  EXPECT_FALSE(bytes.isEmpty());
-  return bytes;
-}
 
 class Formulas : public Client {
  protected:

@@ -14,15 +14,13 @@ namespace {
 class RealFile : public CommandTest {
  protected:
   RealFile() {
-    made.bytes = made::makeFile(made::sampleDatabase(&ids)).bytes;
-    write(path(), made.bytes);
+    bytes = made::makeFile(made::sampleDatabase(&ids)).bytes;
+    write(path(), bytes);
   }
   QString path() const { return file(u"real.nsf"_s); }
   static QString eightDigits(quint32 id) { return u"%1"_s.arg(id, 8, 16, QLatin1Char('0')).toUpper(); }
 
-  struct {
-    QByteArray bytes;
-  } made;
+  QByteArray bytes;
   made::SampleIds ids;
 };
 
@@ -32,7 +30,7 @@ TEST_F(RealFile, IsToldWithoutAWorkspace) {
   EXPECT_EQ(openedAt, QString());
   EXPECT_TRUE(result.out.contains(path())) << result.out.toStdString();
   EXPECT_TRUE(result.out.contains(u"notes"_s)) << result.out.toStdString();
-  EXPECT_EQ(contentOf(path()), made.bytes);
+  EXPECT_EQ(contentOf(path()), bytes);
 }
 
 TEST_F(RealFile, IsToldAsOneObject) {
@@ -59,7 +57,7 @@ TEST_F(RealFile, ItsItemsAreListedForPeople) {
 }
 
 TEST_F(RealFile, WhatIsCutOffIsFoundMissing) {
-  write(path(), made.bytes.first(made.bytes.size() * 3 / 4));
+  write(path(), bytes.first(bytes.size() * 3 / 4));
   const CommandResult result = run({u"nsf"_s, u"dump"_s, path()});
   EXPECT_NE(result.code, exitcode::Done);
   ASSERT_EQ(result.errorLines().size(), 1) << result.error.toStdString();

@@ -5,19 +5,13 @@
 #include "embedded/dxl/rich_text_records.h"
 #include "embedded/dxl/view_elements.h"
 #include "embedded/format/source_formula.h"
-#include "embedded/formula/compiled/compiled_writer.h"
 #include "embedded/formula_context/note_formulas.h"
 #include "embedded/richtext/rich_records.h"
 #include "notes/literals.h"
+#include "support/compiled_formula.h"
 
 namespace lens {
 namespace {
-
-QByteArray compiled(QStringView source) {
-  const QByteArray bytes = formula::writeCompiled(source, formula::MachineEnvironment()).bytes;
-  EXPECT_FALSE(bytes.isEmpty());
-  return bytes;
-}
 
 QStringList shown(const Note& note) {
   QStringList lines;

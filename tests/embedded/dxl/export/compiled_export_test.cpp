@@ -10,6 +10,7 @@
 #include "embedded/formula/compiled/compiled_writer.h"
 #include "embedded/formula/compiled/stored_formula.h"
 #include "embedded/formula_context/note_formulas.h"
+#include "support/compiled_formula.h"
 
 namespace lens {
 namespace {
@@ -36,10 +37,6 @@ Note view(QStringView selection, const QVector<ViewColumn>& columns) {
   note.add(u"$FORMULA"_s, itemflag::Summary, sourceFormulaValue(selection));
   note.add(u"$VIEWFORMAT"_s, itemflag::Summary, viewFormatValue(columns));
   return note;
-}
-
-QByteArray compiled(QStringView source) {
-  return formula::writeCompiled(source, formula::MachineEnvironment()).bytes;
 }
 
 class CompiledExport : public DxlExport {
