@@ -6,6 +6,7 @@
 #include "embedded/format/byte_reader.h"
 #include "embedded/format/lmbcs.h"
 #include "embedded/formula/compiled/codes.h"
+#include "embedded/formula/compiled/segments.h"
 
 namespace lens::formula {
 namespace {
@@ -29,33 +30,34 @@ quint16 operation(quint8 code, qsizetype operands) {
 
 }  // namespace
 
-QByteArray codeText(QString text) {
-  if (text.contains(u'\r')) text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
-  return toLmbcs(withStoredBreaks(std::move(text)));
+bool addText(QByteArray& data, QStringView text) {
+  QByteArray stored;
+  if (isPlain(text)) {
+    stored = text.toLatin1();
+  } else {
+    const QString lines = text.toString().replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
+    stored = toLmbcs(withStoredBreaks(lines));
+    if (textFromStored(stored) != lines) return false;
+  }
+  if (stored.size() > segment::kMostBytes) return false;
+  appendCounted(data, stored);
+  return true;
 }
 
-// One that would come back as another text, as with a zero or half a line break in it, has no code.
+// Half a line break in a value would come back as a whole one.
 void CodeWriter::text(QStringView text) {
-  if (isPlain(text)) return counted(code::Text, text.toLatin1());
-  const QString lines = text.toString().replace(u"\r\n"_s, u"\n"_s);
-  const QByteArray stored = codeText(lines);
-  if (textFromStored(stored) != lines) fits_ = false;
-  counted(code::Text, stored);
+  for (qsizetype at = text.indexOf(u'\r'); at >= 0 && fits_; at = text.indexOf(u'\r', at + 1))
+    fits_ = text.sliced(at).startsWith(u"\r\n");
+  counted(code::Text, text);
 }
 
 void CodeWriter::word(quint16 word) {
   appendU16(bytes_, word);
 }
 
-void CodeWriter::counted(quint16 code, QByteArrayView text) {
+void CodeWriter::counted(quint16 code, QStringView text) {
   word(code);
-  if (text.size() > kMostCode) {
-    fits_ = false;
-    return;
-  }
-  word(quint16(text.size()));
-  bytes_ += text;
-  if (text.size() % 2 != 0) bytes_ += '\0';
+  fits_ = addText(bytes_, text) && fits_;
 }
 
 void CodeWriter::constant(const Value& value) {
@@ -135,7 +137,7 @@ void CodeWriter::node(int index) {
       constant(node.constant);
       break;
     case Node::Kind::Name:
-      counted(code::Name, toLmbcs(node.name));
+      counted(code::Name, node.name);
       break;
     case Node::Kind::Chain:
       this->node(node.children.front());
@@ -165,7 +167,7 @@ void CodeWriter::node(int index) {
       const bool field = node.modifier == Node::Modifier::Field;
       // The others stand at the beginning of a statement only.
       if (!field && node.modifier != Node::Modifier::None) fits_ = false;
-      counted(code::Name, toLmbcs(node.name));
+      counted(code::Name, node.name);
       this->node(node.children.front());
       fits_ = fits_ && isSure(field ? kAssignFieldSureness : kAssignSureness);
       word(operation(field ? code::AssignField : code::Assign, 2));

@@ -7,8 +7,9 @@
 
 namespace lens::formula {
 
-// Text as code and remarks have it: LMBCS, a line break is a zero byte.
-QByteArray codeText(QString text);
+// Adds a counted text, as code, names and remarks have it: LMBCS, a line break of any kind is a zero byte.
+// False, and nothing is added, where it would come back as another text or is too long for its count.
+bool addText(QByteArray& data, QStringView text);
 
 class CodeWriter {
  public:
@@ -23,7 +24,7 @@ class CodeWriter {
   void node(int index);
   void constant(const Value& value);
   void text(QStringView text);
-  void counted(quint16 code, QByteArrayView text);
+  void counted(quint16 code, QStringView text);
   void call(const Node& node);
   void ifCall(const Node& node);
   void word(quint16 word);

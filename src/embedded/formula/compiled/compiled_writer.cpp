@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <optional>
 
-#include "embedded/format/lmbcs.h"
 #include "embedded/format/source_formula.h"
 #include "embedded/formula/compiled/code_writer.h"
 #include "embedded/formula/compiled/layout.h"
@@ -105,10 +104,7 @@ bool FormulaWriter::addLayout(bool oneWord) {
 }
 
 bool FormulaWriter::addRemark(const Statement& statement) {
-  const QByteArray text = codeText(statement.remark);
-  if (text.size() > segment::kMostBytes || statement.remark.contains(u'\0')) return false;
-  appendCounted(emptyData(), text);
-  return addSegment(segment::Layout) && addLayout(false);
+  return addText(emptyData(), statement.remark) && addSegment(segment::Layout) && addLayout(false);
 }
 
 bool FormulaWriter::addStatement(const Statement& statement, bool isMain, QStringView item) {
@@ -122,12 +118,10 @@ bool FormulaWriter::addStatement(const Statement& statement, bool isMain, QStrin
   if (assigns) {
     type = segment::typeOf(root.modifier);
     value = root.children.front();
-    appendCounted(data, toLmbcs(root.name));
+    if (!addText(data, root.name)) return false;
   } else if (isMain && !item.isEmpty()) {
     type = segment::Column;
-    const QByteArray name = toLmbcs(item);
-    if (name.size() > segment::kMostBytes) return false;
-    appendCounted(data, name);
+    if (!addText(data, item)) return false;
   }
   CodeWriter code(parsed_.tree, data);
   if (!code.write(value)) return false;

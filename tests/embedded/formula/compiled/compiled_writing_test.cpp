@@ -242,6 +242,24 @@ TEST(CompiledWriting, LineBreaksOfEveryKindAreOne) {
   EXPECT_EQ(sourceOf(write(u"\"a\r\nb\nc\"\r\n+\rx")), "\"a\nb\nc\"\n+\nx");
 }
 
+// Names, texts and remarks hold any character, also two that LMBCS has no place for.
+TEST(CompiledWriting, ComesBackWithEveryCharacterOrHasNoForm) {
+  constexpr char32_t kEnd = 0x11000, kStep = 89;
+  QVector<char32_t> characters{0xF600, 0xFFFD, 0xFFFE, 0xFFFF, 0x1F4A7};
+  for (char32_t c = 0x80; c < kEnd; c += kStep)
+    if (!QChar::isSurrogate(c) && !QChar::isSpace(c)) characters += c;
+  for (const char32_t c : std::as_const(characters)) {
+    const QString letter = QString::fromUcs4(&c, 1);
+    for (const char16_t* pattern : {u"a%1", u"b%1 := 1; 2", u"\"%1\"", u"REM {%1}; 1"}) {
+      const QString source = QString::fromUtf16(pattern).arg(letter);
+      const QByteArray bytes = write(source);
+      const bool hasNoPlace = c == 0xFFFE || c == 0xFFFF;
+      EXPECT_EQ(bytes.isEmpty(), hasNoPlace) << unsigned(c);
+      EXPECT_EQ(sourceOf(bytes), hasNoPlace ? std::string() : source.toStdString()) << unsigned(c);
+    }
+  }
+}
+
 TEST(CompiledWriting, ParenthesesWithNothingInThemAreNotCounted) {
   EXPECT_EQ(sourceOf(write(u"@Unique() + @Unique ( )  +  1")), "@Unique + @Unique  +  1");
 }
