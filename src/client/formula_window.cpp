@@ -80,7 +80,7 @@ void FormulaWindow::showNote(const QString& noteName, QVector<NoteFormula> formu
   const qsizetype count = formulas.size();
   heading_->setText(count == 0   ? tr("%1 has no formulas").arg(noteName)
                     : count == 1 ? tr("%1 has one formula").arg(noteName)
-                                 : tr("%1 has %2 formulas").arg(noteName).arg(count));
+                                 : tr("%1 has %2 formulas").arg(noteName, QString::number(count)));
   model_->show(std::move(formulas));
   showFormula(-1);
   table_->setCurrentIndex(model_->index(model_->rowOfItem(itemPlace), 0));

@@ -20,7 +20,7 @@ constexpr quint16 kAnyClass = 0x7FFF & ~(noteclass::Private);
 QString freePath(const Workspace& workspace, const QString& server, const QFileInfo& from) {
   const QString name = from.isDir() ? QDir(from.absoluteFilePath()).dirName() : from.completeBaseName();
   for (int number = 1; number < 1000; ++number) {
-    const QString path = number == 1 ? name + u".nsf"_s : u"%1 %2.nsf"_s.arg(name).arg(number);
+    const QString path = number == 1 ? name + u".nsf"_s : u"%1 %2.nsf"_s.arg(name, QString::number(number));
     try {
       if (!QFileInfo::exists(workspace.absolutePath(workspace.place(server, path)))) return path;
     } catch (const RuntimeError&) {

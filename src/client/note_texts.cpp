@@ -114,9 +114,8 @@ QString itemText(const Item& item, const Regional& regional) {
 
 QString realLine(const RealDatabase& real) {
   return QObject::tr("read-only copy of %1, %2 of %3 notes read")
-      .arg(QFileInfo(real.source).fileName())
-      .arg(real.notesRead)
-      .arg(real.notesFound);
+      .arg(QFileInfo(real.source).fileName(), QString::number(real.notesRead),
+           QString::number(real.notesFound));
 }
 
 }  // namespace lens

@@ -30,9 +30,8 @@ void RealReport::offer() {
   if (real && !real->isComplete)
     controls_.showError(tr("%1: %2 of %3 notes read: not all that the file holds can be shown. The reading "
                            "report in the menu File tells what and why")
-                            .arg(QFileInfo(real->source).fileName())
-                            .arg(real->notesRead)
-                            .arg(real->notesFound));
+                            .arg(QFileInfo(real->source).fileName(), QString::number(real->notesRead),
+                                 QString::number(real->notesFound)));
 }
 
 void RealReport::show() {

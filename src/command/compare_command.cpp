@@ -91,11 +91,8 @@ int compareTwoDatabases(CommandCall& call) {
   if (!call.json()) {
     QByteArray line;
     appendPrintable(line, CommandText::tr("%1 only in %2, %3 only in %4, %5 changed")
-                              .arg(onlyFirst)
-                              .arg(call.arguments[0])
-                              .arg(onlySecond)
-                              .arg(call.arguments[1])
-                              .arg(changed));
+                              .arg(QString::number(onlyFirst), call.arguments[0], QString::number(onlySecond),
+                                   call.arguments[1], QString::number(changed)));
     out.line(line);
   }
   return onlyFirst + onlySecond + changed > 0 ? exitcode::Found : exitcode::Done;

@@ -61,7 +61,8 @@ class Extraction {
   void raiseFailure() const {
     if (failures_ == 0) return;
     if (failures_ == 1) throw RuntimeError(number_, description_);
-    throw RuntimeError(number_, u"%1 (%2 more were not written)"_s.arg(description_).arg(failures_ - 1));
+    throw RuntimeError(number_,
+                       u"%1 (%2 more were not written)"_s.arg(description_, QString::number(failures_ - 1)));
   }
 
  private:

@@ -73,6 +73,15 @@ TEST_F(Failures, AnUnknownDatabaseIsNamed) {
   EXPECT_EQ(filesIn(place() + u"/data"_s).filter(u"none"_s), QStringList());
 }
 
+// Nothing is filled into a name that looks like a place for something.
+TEST_F(Failures, NamesWithPercentSignsAreToldAsTheyAre) {
+  const QString file = dxlFile(u"%1%2%3%4.dxl"_s, 1, "<");
+  expectFailure({u"import"_s, file, u"--into"_s, u"mail.nsf"_s, u"--yes"_s}, {file + u", line "_s});
+  workspace->copyDatabase({{}, u"mail.nsf"_s}, {{}, u"%1%3%5.nsf"_s});
+  EXPECT_EQ(run({u"compare"_s, u"%1%3%5.nsf"_s, u"mail.nsf"_s}).lines().last(),
+            u"0 only in %1%3%5.nsf, 0 only in mail.nsf, 0 changed"_s);
+}
+
 TEST_F(Failures, AnUnknownServerIsNamed) {
   for (const QStringList& command : commandsWith(u"Nowhere/Acme!!mail.nsf"_s))
     expectFailure(command, {u"Nowhere/Acme"_s});

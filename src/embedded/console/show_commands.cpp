@@ -87,7 +87,7 @@ Lines showUsers(const ConsoleCall& call) {
     shown = top->path;
   return {
       u"Users of %1:"_s.arg(call.serverName()),
-      u"  %1 %2"_s.arg(nameWithoutLabels(call.workspace.userName()), -36).arg(shown),
+      u"  %1 %2"_s.arg(nameWithoutLabels(call.workspace.userName()).leftJustified(36), shown),
   };
 }
 

@@ -230,7 +230,8 @@ void ScriptText::add(const QString& event, const QString& source) {
   else if (!part.isEmpty())
     part[0] = part[0].toUpper();
   const qsizetype lines = source.count(u'\n') + 1;
-  text_ += u"'++LotusScript Development Environment:2:%1:%2:0:%3\n"_s.arg(head ? 5 : 1).arg(part).arg(lines);
+  text_ += u"'++LotusScript Development Environment:2:%1:%2:0:%3\n"_s.arg(QString::number(head ? 5 : 1), part,
+                                                                          QString::number(lines));
   text_ += source;
   if (!text_.endsWith(u'\n')) text_ += u'\n';
 }

@@ -31,7 +31,8 @@ void importStream(DxlReader& in, ImportContext& context) {
 }
 
 QString placed(const QString& file, const DxlFault& fault) {
-  return u"%1, line %2, column %3: %4"_s.arg(file).arg(fault.line).arg(fault.column).arg(fault.description());
+  return u"%1, line %2, column %3: %4"_s.arg(file, QString::number(fault.line), QString::number(fault.column),
+                                             fault.description());
 }
 
 QStringList filesIn(const QString& folder) {

@@ -266,7 +266,7 @@ QByteArray DxlReader::readBase64(const QString& what) {
   QByteArray bytes;
   readBase64(what, [&](QByteArrayView piece) {
     if (bytes.size() + piece.size() > kMaxValueBytes)
-      fail(u"%1: the value is longer than %2 bytes"_s.arg(what).arg(kMaxValueBytes));
+      fail(u"%1: the value is longer than %2 bytes"_s.arg(what, QString::number(kMaxValueBytes)));
     bytes.append(piece);
   });
   return bytes;

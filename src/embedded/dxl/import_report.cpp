@@ -38,10 +38,10 @@ QStringList grouped(const QMap<QString, ImportReport::Finding>& kinds) {
     if (kind.files == 1)
       lines.push_back(kind.line);
     else if (kind.times == kind.files)
-      lines.push_back(ImportReportText::tr("%1 (%2 files)").arg(it.key()).arg(kind.files));
+      lines.push_back(ImportReportText::tr("%1 (%2 files)").arg(it.key(), QString::number(kind.files)));
     else
-      lines.push_back(
-          ImportReportText::tr("%1 (%2 files, %3 times)").arg(it.key()).arg(kind.files).arg(kind.times));
+      lines.push_back(ImportReportText::tr("%1 (%2 files, %3 times)")
+                          .arg(it.key(), QString::number(kind.files), QString::number(kind.times)));
   }
   return lines;
 }

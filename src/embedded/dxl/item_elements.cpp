@@ -110,8 +110,8 @@ QByteArray readRaw(ImportContext& context, const QString& item) {
   if (asStored) return rawValue(quint16(type), data);
   const QString fault = rawValueFault(quint16(type), data);
   if (!fault.isEmpty())
-    context.in.fail(
-        u"%1: %2 does not fit the %3 bytes that are there"_s.arg(naming(item), fault).arg(data.size()));
+    context.in.fail(u"%1: %2 does not fit the %3 bytes that are there"_s.arg(naming(item), fault,
+                                                                             QString::number(data.size())));
   QByteArray value;
   if (type == itemtype::Object) {
     if (storeInlineObject(context.target, data, value)) return value;

@@ -28,7 +28,7 @@ QString OtherFiles::line(const QString& folder) const {
   QStringList words;
   for (auto it = endings_.cbegin(); it != endings_.cend(); ++it) {
     all += it.value();
-    if (!it.key().isEmpty()) words.push_back(u"%1 %2"_s.arg(it.key()).arg(it.value()));
+    if (!it.key().isEmpty()) words.push_back(u"%1 %2"_s.arg(it.key(), QString::number(it.value())));
   }
   if (all == 0) return {};
   const int others = endings_.value({});

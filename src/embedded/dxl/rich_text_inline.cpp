@@ -200,7 +200,8 @@ void RichTextReader::readCompositeData() {
   content();
   // What stands between the paragraphs (tables, definitions) begins none of its own.
   if (!out_.appendRecord(bytes)) {
-    in_.fail(u"%1: the record has another length than its %2 bytes"_s.arg(what).arg(bytes.size()));
+    in_.fail(
+        u"%1: the record has another length than its %2 bytes"_s.arg(what, QString::number(bytes.size())));
   }
 }
 

@@ -60,11 +60,9 @@ Hits findBeside(const Database& database, qint64 since, const QueryNode& query, 
                 const RuntimeError& reason) {
   const QVector<NoteChange> changes = database.versions().changesSince(since);
   if (changes.size() > kMostFresh)
-    throw RuntimeError(
-        reason.number(),
-        u"%1: the full-text index lacks %2 changes and cannot take them in now (%3)"_s.arg(database.path())
-            .arg(changes.size())
-            .arg(reason.description()));
+    throw RuntimeError(reason.number(),
+                       u"%1: the full-text index lacks %2 changes and cannot take them in now (%3)"_s.arg(
+                           database.path(), QString::number(changes.size()), reason.description()));
   Hits changed;
   for (const NoteChange& change : changes) changed.push_back({change.id, 0});
   std::sort(changed.begin(), changed.end(), [](const auto& a, const auto& b) { return a.id < b.id; });

@@ -178,9 +178,8 @@ bool makeCopy(const QString& root, const CopyPlace& place, const Going& go) {
 }  // namespace
 
 QString RealDatabase::line() const {
-  return u"read-only copy of %1, %2 of %3 notes read"_s.arg(QFileInfo(source).fileName())
-      .arg(notesRead)
-      .arg(notesFound);
+  return u"read-only copy of %1, %2 of %3 notes read"_s.arg(
+      QFileInfo(source).fileName(), QString::number(notesRead), QString::number(notesFound));
 }
 
 QString RealDatabase::warning() const {
