@@ -6,6 +6,7 @@
 #include <QStyle>
 #include <algorithm>
 
+#include "client/shown_list.h"
 #include "notes/literals.h"
 
 namespace lens {
@@ -15,17 +16,10 @@ constexpr int kMostSought = 20'000;  // rows
 constexpr int kWidestColumn = 60;    // characters
 constexpr int kMostMeasured = 100;   // rows; more are hardly in sight
 
-// Within one cell of a text that is parted by tabs and line ends.
-QString cellText(const QModelIndex& cell) {
-  QString text = cell.data().toString().trimmed();
-  for (QChar& c : text)
-    if (c == u'\t' || c == u'\n' || c == u'\r') c = u' ';
-  return text;
-}
-
 QString rowText(const QAbstractItemModel& model, int row) {
   QStringList cells;
-  for (int column = 0; column < model.columnCount(); ++column) cells += cellText(model.index(row, column));
+  for (int column = 0; column < model.columnCount(); ++column)
+    cells += oneLine(model.index(row, column).data().toString().trimmed());
   return cells.join(u'\t');
 }
 

@@ -38,14 +38,6 @@ QString safeCell(const QString& cell) {
   return beginsAFormula(cell) ? u'\'' + cell : cell;
 }
 
-// Within one cell of a text that is parted by tabs and line ends.
-QString oneLine(QString cell) {
-  cell.replace(u"\r\n"_s, u" "_s);
-  for (QChar& c : cell)
-    if (c == u'\t' || c == u'\n' || c == u'\r') c = u' ';
-  return cell;
-}
-
 QString htmlRow(const QStringList& cells, QLatin1StringView tag) {
   QString row = u"<tr>"_s;
   for (const QString& cell : cells) {
@@ -63,6 +55,13 @@ QString tabbedRow(const QStringList& cells) {
 }
 
 }  // namespace
+
+QString oneLine(QString cell) {
+  cell.replace(u"\r\n"_s, u" "_s);
+  for (QChar& c : cell)
+    if (c == u'\t' || c == u'\n' || c == u'\r') c = u' ';
+  return cell;
+}
 
 ShownList::ShownList(const QAbstractItemView& view, bool onlyMarked)
     : model_(*view.model()), columns_(columnsOf(view)) {

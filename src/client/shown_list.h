@@ -16,6 +16,9 @@ namespace lens {
 // A model gives the whole text of a cell here where the row shows only its beginning.
 inline constexpr int kWholeText = Qt::UserRole + 100;
 
+// A cell within a text that is parted by tabs and line ends.
+QString oneLine(QString cell);
+
 // Valid until the list changes.
 class ShownList {
  public:
