@@ -2371,8 +2371,8 @@ Rückgabewert: 0 getan, 1 Unterschied oder Fehler gefunden, 2 falscher Aufruf, 3
         <translation>%1 wird kopiert</translation>
     </message>
     <message>
-        <source>Cancel &amp;copy</source>
-        <translation>&amp;Kopieren abbrechen</translation>
+        <source>C&amp;ancel copy</source>
+        <translation>Kopieren abb&amp;rechen</translation>
     </message>
     <message>
         <source>Ends the copy; no file is written</source>

@@ -82,7 +82,7 @@ void WorkBar::begin(Work work) {
       break;
     case Work::Copy:
       text_ = tr("Copying %1");
-      cancel_->setText(tr("Cancel &copy"));
+      cancel_->setText(tr("C&ancel copy"));
       cancel_->setToolTip(tr("Ends the copy; no file is written"));
       break;
   }
