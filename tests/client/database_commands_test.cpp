@@ -114,8 +114,9 @@ TEST_F(DatabaseCommandsTest, AWindowDestroyedDuringACopyLeavesNoHalfOfIt) {
   trigger("copyDatabaseAction");
   ASSERT_TRUE(QTest::qWaitFor([&] { return !window; }));
   EXPECT_EQ(filesOf().filter(u".new"_s), QStringList());
-  if (databases().contains(u"copy.nsf"_s))
+  if (databases().contains(u"copy.nsf"_s)) {
     EXPECT_EQ(workspace->database({}, u"copy.nsf"_s)->notes().noteCount(noteclass::Document), 1500);
+  }
 }
 
 TEST_F(DatabaseCommandsTest, ANameMayChangeInTheCaseOfItsLettersOnly) {
