@@ -5,4 +5,4 @@ cd "$(dirname "$0")/.."
 scripts/install.sh build test
 cmake --preset soak >/dev/null
 cmake --build --preset soak
-LENS_SOAK=1 ctest --preset soak -j "$(nproc)" --timeout 3600 "$@"
+LENS_SOAK=1 ctest --preset soak -j "$(nproc)" "$@"
