@@ -32,6 +32,18 @@ class ClientSearch : public Client {
     all.sort();
     return all;
   }
+  // A document with that text, among what was found for "pump"; the box that shows the text.
+  RichTextBox& openFound(const QString& text) {
+    Note note = memo(u"Letter"_s);
+    note.add(u"Text"_s, 0, textValue(text));
+    const NoteId id = save(note);
+    createFullTextIndex(*mail);
+    start();
+    openMail();
+    find(u"pump"_s);
+    EXPECT_TRUE(window->openDocument(id));
+    return part<RichTextBox>("readerContent");
+  }
   QString currentView() { return part<QListWidget>("viewList").currentItem()->text(); }
 
   NoteId house, body;
@@ -87,15 +99,7 @@ TEST_F(ClientSearch, MarksTheHitsInTheDocumentThatIsOpened) {
 }
 
 TEST_F(ClientSearch, GoesToTheFirstHitOfAValueOfManyLines) {
-  Note note = memo(u"Letter"_s);
-  note.add(u"Text"_s, 0, textValue(QString(u"nothing of it\r\n"_s.repeated(300) + u"a pump"_s)));
-  const NoteId id = save(note);
-  createFullTextIndex(*mail);
-  start();
-  openMail();
-  find(u"pump"_s);
-  ASSERT_TRUE(window->openDocument(id));
-  auto& content = part<RichTextBox>("readerContent");
+  RichTextBox& content = openFound(u"nothing of it\r\n"_s.repeated(300) + u"a pump"_s);
   content.grab();
   EXPECT_EQ(content.textCursor().block().text(), u"a pump"_s);
   EXPECT_GT(content.verticalScrollBar()->value(), 200);
@@ -103,15 +107,7 @@ TEST_F(ClientSearch, GoesToTheFirstHitOfAValueOfManyLines) {
 
 TEST_F(ClientSearch, MarksTheHitsOfAVeryLongValueWhereverTheyStand) {
   const QString words = u"nothing of it "_s.repeated(40'000);
-  Note note = memo(u"Letter"_s);
-  note.add(u"Text"_s, 0, textValue(QString(words + u"a pump "_s + words + u"another Pump"_s)));
-  const NoteId id = save(note);
-  createFullTextIndex(*mail);
-  start();
-  openMail();
-  find(u"pump"_s);
-  ASSERT_TRUE(window->openDocument(id));
-  auto& content = part<RichTextBox>("readerContent");
+  RichTextBox& content = openFound(words + u"a pump "_s + words + u"another Pump"_s);
   ASSERT_GT(content.text().size(), 1'000'000);
   const int first = int(words.size()) + 2, second = int(content.text().size()) - 4;
   EXPECT_EQ(content.selStart(), first);
