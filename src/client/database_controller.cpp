@@ -236,7 +236,8 @@ void DatabaseController::showPage() {
   ui.exportViewAction->setEnabled(open && !document);
   ui.exportMarkedAction->setEnabled(open);
   ui.openDocumentAction->setEnabled(open && !document);
-  ui.selectAllAction->setEnabled(open && !document);
+  for (QAction* ofTheList : {ui.selectAllAction, ui.filterAction, ui.fitColumnsAction})
+    ofTheList->setEnabled(open && !document);
   ui.closeDocumentAction->setEnabled(document);
   Q_EMIT pageShown();
   showCounts();

@@ -52,8 +52,8 @@ SearchController::SearchController(ClientControls& controls, DatabaseController&
   connect(&box, &QLineEdit::textChanged, this, [this](const QString& text) {
     if (text.isEmpty()) views_.clearFound();
   });
-  connect(controls.searchAction, &QAction::triggered, this, [this, &box] {
-    controls_.pages->setCurrentWidget(controls_.viewPage);
+  connect(controls.searchAction, &QAction::triggered, this, [&document, &box] {
+    document.close();  // the box stands above the list, whose commands are none of an open document
     box.setFocus();
     box.selectAll();
   });

@@ -189,5 +189,19 @@ TEST_F(ClientSearch, ItsKeyLeadsToTheBox) {
   EXPECT_TRUE(part<QLineEdit>("searchBox").hasFocus());
 }
 
+TEST_F(ClientSearch, ItsKeyClosesADocumentThatHidesTheBox) {
+  start();
+  openMail();
+  ASSERT_TRUE(window->openDocument(house));
+  for (const char* ofTheList : {"filterAction", "fitColumnsAction"})
+    EXPECT_FALSE(part<QAction>(ofTheList).isEnabled()) << ofTheList;
+  trigger("searchAction");
+  EXPECT_TRUE(part<QLineEdit>("searchBox").hasFocus());
+  EXPECT_TRUE(workspace->client().document().isNull());
+  for (const char* ofTheList : {"openDocumentAction", "selectAllAction", "compareMarkedAction",
+                                "exportViewAction", "filterAction", "fitColumnsAction"})
+    EXPECT_TRUE(part<QAction>(ofTheList).isEnabled()) << ofTheList;
+}
+
 }  // namespace
 }  // namespace lens
