@@ -12,7 +12,7 @@ format=(clang-format)
 tidy=(clang-tidy)
 package=(dpkg-dev file gzip lintian desktop-file-utils appstream)
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix dpkg-dev icu-devtools tcl zip)
-wine=(wine wine64 fonts-wine xvfb xauth openbox xdotool xclip imagemagick x11-utils)
+wine=(wine wine64 xvfb xauth openbox xdotool xclip imagemagick x11-utils)
 
 wanted=()
 for purpose in "$@"; do

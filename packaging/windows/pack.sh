@@ -10,15 +10,12 @@ name=TessalyLens-$version-windows-$arch
 folder=$directory/$name
 
 rm -rf "$folder" "$folder.zip"
-mkdir -p "$folder"/{samples,share/docs,licences,relink}
+mkdir -p "$folder"/{samples,share,licences,relink}
 "$arch-w64-mingw32-strip" -o "$folder/TessalyAndDocContent.exe" "$directory/src/TessalyAndDocContent.exe"
 cp README.md LICENSE "$folder/"
 cp samples/* "$folder/samples/"
-# What the help menu shows.
-cp README.md CHANGELOG.md THIRD_PARTY.md SECURITY.md LICENSE "$folder/share/"
-cp docs/*.md docs/command.schema.json "$folder/share/docs/"
-cp -r docs/pictures "$folder/share/docs/"
-[ ! -d "$directory/share/tessaly-lens/translations" ] || cp -r "$directory/share/tessaly-lens/translations" "$folder/share/"
+# What the help menu shows, and the translations; the build has links to them.
+cp -rL "$directory/share/tessaly-lens/." "$folder/share/"
 
 # Of everything that is in the program file.
 cp THIRD_PARTY.md "$folder/licences/"

@@ -11,8 +11,25 @@ choose() {
   shows "$1" $form txtFieldName "$3"
 }
 
+# start: the program as a user finds it, in process $process with the main window $window. On a workspace the client window
+# comes up last, and takes the keyboard under Wine.
+start() {
+  program &
+  process=$!
+  window=$(await "$caption")
+  [ -z "${TESSALY_WORKSPACE:-}" ] || await "^Client: " >/dev/null
+  sleep 1
+}
+
 # ended PROCESS: waits for a program that was told to end.
-ended() { wait "$1" || fail "The program did not end in order"; }
+ended() {
+  for _ in $(seq 600); do
+    kill -0 "$1" 2>/dev/null || break
+    sleep 0.1
+  done
+  ! kill -0 "$1" 2>/dev/null || fail "The program does not end"
+  wait "$1" || fail "The program did not end in order"
+}
 
 # command WORKSPACE ARGUMENT...: what a command says of a workspace.
 command_on() {
@@ -26,11 +43,10 @@ command_on() {
 a_day_at_the_desk() {
   local name=$1 workspace=$2 window other process before after
   echo "  first screen"
-  program &
-  process=$!
-  window=$(await "$caption")
+  start
   shows "$window" $form NotesUID C1258AA07F90ADE741258ADD002B7DAB
   picture "$name-first"
+  import -window "$window" "$pictures/$name-window.png"
 
   echo "  view"
   enter "$window" $form NotesID 2310
@@ -118,9 +134,7 @@ end_of_the_client() {
   timeout 60 wine "$program/nlnotes.exe" -n 300 127.0.0.1 >/dev/null 2>&1 &
   client=$!
   touch "$data/~notes.lck"
-  program &
-  process=$!
-  window=$(await "$caption")
+  start
   press "$window" alt+k
   ended "$process"
   wait "$client" || code=$?
@@ -182,10 +196,8 @@ with_fault() {
   shift 2
   echo "  $fault"
   export TESSALY_DOUBLE_FAULT=$fault
-  program &
-  process=$!
+  start
   unset TESSALY_DOUBLE_FAULT
-  window=$(await "$caption")
   "$@" "$window"
   box=$(await "^$title$")
   picture "fault-${fault//:/-}"
