@@ -104,7 +104,9 @@ bool secureStandardFiles() {
 
 bool isTerminal(std::FILE* file) {
 #ifdef Q_OS_WIN
-  return _isatty(_fileno(file)) != 0;
+  // Others are terminals to the C library that are none to a user, such as NUL.
+  DWORD mode = 0;
+  return isOpen(file) && GetConsoleMode(HANDLE(_get_osfhandle(_fileno(file))), &mode);
 #else
   return ::isatty(::fileno(file)) != 0;
 #endif
