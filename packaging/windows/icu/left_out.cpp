@@ -1,5 +1,5 @@
-// The converters' library can ask Windows for its time zone and its language, which takes the rest of ICU. Nobody
-// asks.
+// The converters' library can ask Windows for its time zone and its language, which takes the rest of ICU.
+// Nobody asks.
 #include "unicode/uloc.h"
 #include "wintz.h"
 
