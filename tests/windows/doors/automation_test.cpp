@@ -109,6 +109,19 @@ TEST_F(Automation, SetsProperties) {
   }
 }
 
+// Files that are open can neither be renamed nor deleted on this system.
+TEST_F(Automation, MakesAndRemovesADatabase) {
+  const QString path = QDir::toNativeSeparators(u"mail/replica.nsf"_s);
+  const Object replica = mail().call(u"CREATEREPLICA"_s, QString(), path).object();
+  ASSERT_TRUE(replica);
+  EXPECT_EQ(replica.get(u"ISOPEN"_s), Value(true));
+  const Object found = replica.call(u"SEARCH"_s, u"@All"_s, Object(), 0).object();
+  EXPECT_GT(found.get(u"count"_s).number(), 5);
+  replica.call(u"REMOVE"_s);
+  EXPECT_NE(raisedBy([&] { replica.get(u"Title"_s); }).number(), 0);
+  EXPECT_NE(raisedBy([&] { session().call(u"GETDATABASE"_s, QString(), path); }).number(), 0);
+}
+
 TEST_F(Automation, HandsObjectsBackToTheirServer) {
   const Object found = mail().call(u"SEARCH"_s, u"@All"_s, Object(), 0).object();
   const Object first = found.call(u"GETFIRSTDOCUMENT"_s).object();
