@@ -85,11 +85,12 @@ void Launcher::placeClient() {
     if (screen != form.screen()) screens += screen->availableGeometry();
   // Its own frame is not known before the desktop has drawn it; it will be like the other one's.
   const QMargins frame = frameOf(form);
-  if (const auto place =
-          placeBeside(form.frameGeometry(), screens, client_->size().grownBy(frame), kLeastClient))
-    client_->setGeometry(place->marginsRemoved(frame));
-  else
-    client_->lower();
+  const QRect window = form.frameGeometry();
+  const auto place = placeBeside(window, screens, client_->size().grownBy(frame), kLeastClient);
+  if (!place) return client_->lower();
+  const QRect whole = widenedBehind(*place, window, client_->minimumSizeHint().grownBy(frame).width());
+  client_->setGeometry(whole.marginsRemoved(frame));
+  if (whole.intersects(window)) client_->lower();
 }
 
 // It is made when the main window has been drawn.

@@ -1,5 +1,7 @@
 #include "app/window_places.h"
 
+#include <algorithm>
+
 namespace lens {
 namespace {
 
@@ -26,6 +28,11 @@ std::optional<QRect> placeBeside(const QRect& window, const QVector<QRect>& scre
     return QRect(QPoint(x, y), size);
   }
   return std::nullopt;
+}
+
+QRect widenedBehind(const QRect& place, const QRect& window, int leastWidth) {
+  const int missing = std::max(0, leastWidth - place.width());
+  return place.left() > window.left() ? place.adjusted(-missing, 0, 0, 0) : place.adjusted(0, 0, missing, 0);
 }
 
 }  // namespace lens

@@ -14,4 +14,8 @@ namespace lens {
 std::optional<QRect> placeBeside(const QRect& window, const QVector<QRect>& screens, const QSize& wanted,
                                  const QSize& least);
 
+// The place of a window that cannot be as narrow as it: as wide as that, its other end behind the window that
+// it stands beside, so that nothing of it is beyond the screen.
+QRect widenedBehind(const QRect& place, const QRect& window, int leastWidth);
+
 }  // namespace lens

@@ -39,6 +39,13 @@ TEST(WindowPlaces, AreOnAnotherScreenWhereTheOwnIsFull) {
   EXPECT_FALSE(placeBeside(screen, {}, {1080, 680}, {520, 400}));
 }
 
+TEST(WindowPlaces, ReachBehindTheWindowAndNotBeyondTheScreenWhereTheyAreNarrow) {
+  const QRect main(560, 297, 1442, 930);
+  EXPECT_EQ(widenedBehind(QRect(2002, 297, 558, 680), main, 611), QRect(1949, 297, 611, 680));
+  EXPECT_EQ(widenedBehind(QRect(0, 297, 560, 680), main, 611), QRect(0, 297, 611, 680));
+  EXPECT_EQ(widenedBehind(QRect(2002, 297, 700, 680), main, 611), QRect(2002, 297, 700, 680));
+}
+
 class ClientReach : public testing::Test {
  protected:
   ClientReach() { useWorkspace(directory.filePath(u"workspace"_s)); }
