@@ -102,7 +102,7 @@ void CompareController::compareChosen() {
 }
 
 // Events go through meanwhile; the work only reads.
-void CompareController::compare(CompareWindow::Side first, CompareWindow::Side second) {
+void CompareController::compare(const CompareWindow::Side& first, const CompareWindow::Side& second) {
   controls_.workBar->begin(WorkBar::Work::Compare);
   const QPointer<CompareController> self(this);
   ExportWatch watch(controls_.workBar);

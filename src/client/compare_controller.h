@@ -28,7 +28,7 @@ class CompareController : public QObject {
   void offerDatabases();
   void compareMarked();
   void compareChosen();
-  void compare(CompareWindow::Side first, CompareWindow::Side second);
+  void compare(const CompareWindow::Side& first, const CompareWindow::Side& second);
   void exportCsv(QAbstractItemView& list);
 
   ClientControls& controls_;
