@@ -29,6 +29,11 @@ QStringList driveNames() {
   }
   return names;
 }
+
+// The directories begin on that of the current one.
+QString firstDrive() {
+  return QDir::currentPath().left(2);
+}
 #else
 // A disk or a share of the network; not what the system only shows as files.
 bool holdsFiles(const QStorageInfo& volume) {
@@ -45,6 +50,10 @@ QStringList driveNames() {
   mounted.removeDuplicates();
   return QStringList(u"/"_s) + mounted;
 }
+
+QString firstDrive() {
+  return u"/"_s;
+}
 #endif
 
 QStringList sortedNames(QStringList names) {
@@ -56,9 +65,7 @@ QStringList sortedNames(QStringList names) {
 
 DriveList::DriveList(QWidget* parent) : ComboBox(parent) {
   for (const QString& name : driveNames()) addItem(name);
-  // Where drives have letters, the directories begin on that of the current one.
-  const int current = findText(QDir::currentPath().left(2), Qt::MatchFixedString);
-  if (listCount() > 0) setCurrentIndex(qMax(0, current));
+  if (listCount() > 0) setCurrentIndex(qMax(0, findText(firstDrive(), Qt::MatchFixedString)));
   connect(this, &QComboBox::activated, this, [this] { change.fire(); });
 }
 

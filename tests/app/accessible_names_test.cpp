@@ -7,13 +7,10 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QStatusBar>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 #include <functional>
-#include <stdexcept>
 
-#include "app/launcher.h"
+#include "app/whole_program.h"
 #include "client/file_choice.h"
 #include "client/formula_window.h"
 #include "client/import_dialog.h"
@@ -24,8 +21,6 @@
 #include "design/form3.h"
 #include "embedded/workspace/workspace.h"
 #include "host/desktop_host.h"
-#include "support/printers.h"
-#include "support/recording_host.h"
 
 namespace lens {
 namespace {
@@ -115,38 +110,7 @@ QString told(QWidget& widget) {
   return QAccessible::queryAccessibleInterface(&widget)->text(QAccessible::Name);
 }
 
-template <class Widget>
-Widget& partOf(QWidget& window, const char* name) {
-  auto* found = window.findChild<Widget*>(QString::fromLatin1(name));
-  if (!found) throw std::runtime_error(name);
-  return *found;
-}
-
-// The whole program on a workspace of its own.
-class AccessibleNames : public testing::Test {
- protected:
-  AccessibleNames() {
-    qputenv("TESSALY_WORKSPACE", directory_.filePath(u"workspace"_s).toUtf8());
-    launcher_ = std::make_unique<Launcher>(host);
-    launcher_->start();
-  }
-  ~AccessibleNames() override {
-    launcher_.reset();
-    qunsetenv("TESSALY_WORKSPACE");
-    setUntrappedReport(nullptr);
-  }
-  void SetUp() override {
-    ASSERT_TRUE(QTest::qWaitFor([this] { return launcher_->client() != nullptr; }));
-  }
-  Application& app() { return launcher_->application(); }
-  ClientWindow& client() { return *launcher_->client(); }
-
-  RecordingHost host;
-
- private:
-  QTemporaryDir directory_;
-  std::unique_ptr<Launcher> launcher_;
-};
+class AccessibleNames : public WholeProgram {};
 
 TEST_F(AccessibleNames, EveryControlOfEveryWindowHasOne) {
   app().cmdCMRcoll_Click();

@@ -18,17 +18,14 @@
 #include <QRadioButton>
 #include <QRegularExpression>
 #include <QTableView>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QUrl>
 
-#include "app/launcher.h"
+#include "app/whole_program.h"
 #include "client/file_choice.h"
 #include "controls/combo_box.h"
 #include "controls/list_box.h"
-#include "support/printers.h"
-#include "support/recording_host.h"
 
 namespace lens {
 namespace {
@@ -47,28 +44,12 @@ struct ChosenFiles : DesktopFileChoice {
   QString exportFile(QWidget*, const QString& suggestion) override { return directory + u'/' + suggestion; }
 };
 
-class Tour : public testing::Test {
+class Tour : public WholeProgram {
  protected:
-  Tour() {
-    qputenv("TESSALY_WORKSPACE", directory.filePath(u"workspace"_s).toUtf8());
-    launcher = std::make_unique<Launcher>(host);
-    launcher->start();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return launcher->client() != nullptr; }));
-    EXPECT_EQ(host.boxTexts(), QStringList());
-  }
-  ~Tour() override {
-    launcher.reset();
-    qunsetenv("TESSALY_WORKSPACE");
-    setUntrappedReport(nullptr);
-  }
-
-  Form1& form() { return launcher->application().form; }
-  ClientWindow& client() { return *launcher->client(); }
+  Form1& form() { return app().form; }
   template <class Widget>
   Widget& part(const char* name) {
-    auto* found = client().findChild<Widget*>(QString::fromLatin1(name));
-    if (!found) throw std::runtime_error(name);
-    return *found;
+    return partOf<Widget>(client(), name);
   }
   QTableView& documents() { return part<QTableView>("documentTable"); }
 
@@ -177,10 +158,6 @@ class Tour : public testing::Test {
     EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
     return file.readAll();
   }
-
-  QTemporaryDir directory;
-  RecordingHost host;
-  std::unique_ptr<Launcher> launcher;
 };
 
 TEST_F(Tour, NamesWhatIsOnTheScreen) {
