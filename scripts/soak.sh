@@ -1,8 +1,6 @@
 #!/usr/bin/env bash
-# Builds with sanitizers that watch the stack too, and runs the tests with all that takes minutes: every region, every second.
+# soak.sh [CTEST ARGUMENT...]: the tests with all that takes minutes (every region, every second), in a build whose sanitizers
+# watch the stack too.
 set -euo pipefail
-cd "$(dirname "$0")/.."
-scripts/install.sh build test
-cmake --preset soak >/dev/null
-cmake --build --preset soak
-LENS_SOAK=1 ctest --preset soak -j "$(nproc)" "$@"
+export LENS_SOAK=1
+exec "$(dirname "$0")/test.sh" soak "$@"

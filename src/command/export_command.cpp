@@ -89,10 +89,17 @@ void addCell(CsvRow& row, const Value& values) {
   row.text(texts.join(u"; "_s));
 }
 
+// People write a space after a comma.
+QStringList namesOf(const QString& list) {
+  QStringList names;
+  for (const QString& name : list.split(u',')) names += name.trimmed();
+  names.removeAll(QString());
+  return names;
+}
+
 void writeCsv(CommandCall& call, Output& out) {
   const NotesDatabase database = openDatabase(call.doors, call.arguments.first());
-  const QStringList names =
-      call.has(u"items") ? call.value(u"items").split(u',', Qt::SkipEmptyParts) : itemNames(call, database);
+  const QStringList names = call.has(u"items") ? namesOf(call.value(u"items")) : itemNames(call, database);
   CsvRow row;
   for (const QString& name : QStringList{u"NoteID"_s, u"UNID"_s} + names) row.text(name);
   out.write(row.finish());
