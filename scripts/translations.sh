@@ -11,9 +11,13 @@ fi
 tables=("$@")
 [ ${#tables[@]} -gt 0 ] || tables=(translations/*.ts)
 # What the windows of fixed texts say stays English, so their folders are not looked into; of the engine people read the
-# report of an import.
-"$lupdate" -silent -no-obsolete -locations none -I src src/client src/command src/app src/host \
-  src/embedded/dxl/import_report.cpp -ts "${tables[@]}"
+# report of an import. English has a table only of what tells one from many.
+for table in "${tables[@]}"; do
+  only=()
+  [ "${table##*_}" = en.ts ] && only=(-pluralonly)
+  "$lupdate" -silent -no-obsolete -locations none "${only[@]}" -I src src/client src/command src/app src/host \
+    src/embedded/dxl/import_report.cpp -ts "$table"
+done
 missing=0
 for table in "${tables[@]}"; do
   found=$(perl -0ne 'while (m{<source>([^<]*)</source>\s*<translation type="unfinished"}g) { print "  $1\n" }' "$table")

@@ -35,10 +35,13 @@ QString shippedFile(const QString& name) {
   return file.exists() ? file.absoluteFilePath() : QString();
 }
 
-// Half of a window in another language is worse than none.
+// Half of a window in another language is worse than none. English, too, tells one from many.
 void speakLanguageOf(const QLocale& locale) {
-  if (speak(locale, u"tessaly-lens"_s, placeOfShipped(u"translations"_s)))
+  const QString tables = placeOfShipped(u"translations"_s);
+  if (speak(locale, u"tessaly-lens"_s, tables))
     speak(locale, u"qtbase"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath));
+  else
+    speak(QLocale(QLocale::English), u"tessaly-lens"_s, tables);
 }
 
 }  // namespace lens

@@ -10,6 +10,7 @@
 #include "client/client_fixture.h"
 #include "client/guide_window.h"
 #include "client/import_dialog.h"
+#include "client/list_export.h"
 #include "client/note_texts.h"
 #include "client/report_dialog.h"
 #include "client/shown_texts.h"
@@ -25,12 +26,15 @@ namespace lens {
 class ClientLanguages : public Client {
  protected:
   void speak(const QLocale& locale) { speakLanguageOf(locale); }
-  ~ClientLanguages() override {
-    window.reset();
+  void silence() {
     for (auto* translator : qApp->findChildren<QTranslator*>()) {
       QCoreApplication::removeTranslator(translator);
       delete translator;
     }
+  }
+  ~ClientLanguages() override {
+    window.reset();
+    silence();
   }
 };
 
@@ -47,6 +51,19 @@ TEST_F(ClientLanguages, AGermanUserSeesGermanMenusListsAndReports) {
   trigger("exportListAction");
   EXPECT_TRUE(part<QStatusBar>("statusBar").currentMessage().startsWith(u"1 Zeile nach "_s))
       << part<QStatusBar>("statusBar").currentMessage().toStdString();
+}
+
+// Whether the user's language is English or one that the program does not speak.
+TEST_F(ClientLanguages, EnglishTellsOneFromMany) {
+  save(memo(u"A"_s));
+  for (const QLocale& locale :
+       {QLocale(QLocale::English, QLocale::Canada), QLocale(QLocale::Icelandic), QLocale::c()}) {
+    speak(locale);
+    EXPECT_EQ(ListExport::tr("%n row(s) copied", nullptr, 1), u"1 row copied"_s)
+        << locale.name().toStdString();
+    EXPECT_EQ(ListExport::tr("%n row(s) copied", nullptr, 2), u"2 rows copied"_s);
+    silence();
+  }
 }
 
 TEST_F(ClientLanguages, EveryKeyOfTheMenusStaysInEveryLanguage) {
