@@ -1,6 +1,7 @@
 #include "host/regional.h"
 
 #include <QRegularExpression>
+#include <QVarLengthArray>
 
 #include "notes/literals.h"
 
@@ -111,8 +112,8 @@ TimeFormat timeFormatOf(const QString& format) {
 
 // A text as numbers and what stands between them: one more text than there are numbers.
 struct Numbers {
-  QVector<QStringView> digits;
-  QVector<QStringView> between;
+  QVarLengthArray<QStringView, 8> digits;
+  QVarLengthArray<QStringView, 8> between;
 };
 Numbers numbersOf(QStringView text) {
   const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
@@ -131,7 +132,7 @@ Numbers numbersOf(QStringView text) {
 }
 
 // Reads the three numbers of a date in the region's order; four digits in front are a year in every region.
-QDate readDate(const QString& text, const QString& regionalOrder) {
+QDate readDate(QStringView text, const QString& regionalOrder) {
   const Numbers numbers = numbersOf(text);
   if (numbers.digits.size() != 3 || !numbers.between[0].isEmpty()) return {};
   for (int part = 1; part <= 3; ++part) {
@@ -140,7 +141,7 @@ QDate readDate(const QString& text, const QString& regionalOrder) {
     if (part < 3 && numbers.between[part].isEmpty()) return {};
   }
   const bool yearFirst = numbers.digits[0].size() == 4 && regionalOrder[0] != u'y';
-  const QString order = yearFirst ? u"yMd"_s : regionalOrder;
+  const QStringView order = yearFirst ? QStringView(u"yMd") : regionalOrder;
   int day = 0, month = 0, year = 0;
   for (int part = 0; part < 3; ++part) {
     const QStringView digits = numbers.digits[part];
@@ -154,10 +155,10 @@ QDate readDate(const QString& text, const QString& regionalOrder) {
 }
 
 // Takes a word off one of the ends of the text; blanks around it go too.
-bool takeWord(QString& text, const QString& word) {
+bool takeWord(QStringView& text, QStringView word) {
   if (word.isEmpty()) return false;
   if (text.startsWith(word))
-    text = text.mid(word.size()).trimmed();
+    text = text.sliced(word.size()).trimmed();
   else if (text.endsWith(word))
     text = text.chopped(word.size()).trimmed();
   else
@@ -203,21 +204,21 @@ QString Regional::stampText(const QDateTime& moment) const {
   return text(DateTime{moment.date(), moment.time()});
 }
 
-QTime Regional::readTime(QString text, const QStringList& literals) const {
+QTime Regional::readTime(QStringView text, const QStringList& literals) const {
   // The longer word first: the shorter one may be its beginning or its end.
   const bool longAfternoon = afternoon_.size() >= forenoon_.size();
   const bool longFirst = takeWord(text, longAfternoon ? afternoon_ : forenoon_);
   const bool shortThen = !longFirst && takeWord(text, longAfternoon ? forenoon_ : afternoon_);
   bool isAfternoon = longFirst == longAfternoon, hasHalf = longFirst || shortThen;
   if (!hasHalf) {
-    isAfternoon = takeWord(text, u"pm"_s);
-    hasHalf = isAfternoon || takeWord(text, u"am"_s);
+    isAfternoon = takeWord(text, u"pm");
+    hasHalf = isAfternoon || takeWord(text, u"am");
   }
   const Numbers numbers = numbersOf(text);
   const qsizetype count = numbers.digits.size();
   if (count < 2 || count > 3 || numbers.digits[0].size() > 2) return {};
   for (qsizetype part = 0; part <= count; ++part) {
-    const QString literal = numbers.between[part].trimmed().toString();
+    const QStringView literal = numbers.between[part].trimmed();
     const bool isOutside = part == 0 || part == count;
     const bool isBlank = literal.isEmpty() && (isOutside || !numbers.between[part].isEmpty());
     if (!isBlank && !literals.contains(literal)) return {};
@@ -235,7 +236,8 @@ QTime Regional::readTime(QString text, const QStringList& literals) const {
 }
 
 DateTime Regional::dateTime(QStringView raw) const {
-  const QString text = plain(withoutEndBlanks(raw));
+  const QString written = plain(withoutEndBlanks(raw));
+  const QStringView text = written;
   // What the region writes as a time is one, also where a date looks like it. What a person types may be a
   // date as well, and that comes first then: "21.11.49".
   if (const QTime time = readTime(text, timeLiterals_); time.isValid()) return {QDate(), time};
@@ -244,9 +246,10 @@ DateTime Regional::dateTime(QStringView raw) const {
   if (const QTime time = readTime(text, typedLiterals); time.isValid()) return {QDate(), time};
   // A date may hold blanks itself, and so may a time: try each blank as the border between the two.
   for (qsizetype blank = text.indexOf(u' '); blank > 0; blank = text.indexOf(u' ', blank + 1)) {
-    const QDate date = readDate(text.left(blank), dateOrder_);
+    const QDate date = readDate(text.first(blank), dateOrder_);
     if (!date.isValid()) continue;
-    if (const QTime time = readTime(text.mid(blank + 1), typedLiterals); time.isValid()) return {date, time};
+    if (const QTime time = readTime(text.sliced(blank + 1), typedLiterals); time.isValid())
+      return {date, time};
   }
   throw RuntimeError(err::TypeMismatch);
 }

@@ -34,7 +34,7 @@ class Regional {
 
  private:
   // Invalid when the text is no time, or something else than the literals parts its numbers.
-  QTime readTime(QString text, const QStringList& literals) const;
+  QTime readTime(QStringView text, const QStringList& literals) const;
 
   QLocale locale_;
   QString dateFormat_;

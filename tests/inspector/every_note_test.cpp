@@ -71,12 +71,14 @@ class EveryNoteTest : public LensFixture {
     return places;
   }
 
-  // Views each note of a database by note ID and clicks each of its items.
-  int viewAll(const DatabasePlace& place) {
+  // Views one note in so many of a database by note ID and clicks each of its items.
+  int viewAll(const DatabasePlace& place, int step = 1) {
     workspace->client().showDatabase(place);
     const auto store = workspace->database(place.server, place.path);
     int viewed = 0;
-    for (const NoteSummary& summary : store->notes().list(kAllClasses)) {
+    const QVector<NoteSummary> notes = store->notes().list(kAllClasses);
+    for (int at = 0; at < notes.size(); at += step) {
+      const NoteSummary& summary = notes[at];
       Note note;
       EXPECT_TRUE(store->notes().read(summary.id, note));
       form().NotesID->setText(QString::number(summary.id.value()));
@@ -113,7 +115,8 @@ TEST_F(EveryNoteTest, OfTheSamplesCanBeRead) {
   EXPECT_GT(viewAll({u"CN=ACME-HUB01/O=Acme"_s, u"names.nsf"_s}), 15);
   EXPECT_GT(viewAll({QString(), u"mail/kmeier.nsf"_s}), 5);
   EXPECT_GT(viewAll({QString(), u"disc/ideas.nsf"_s}), 20);
-  EXPECT_GT(viewAll({QString(), u"help/designer.nsf"_s}), 250);
+  const int step = qEnvironmentVariableIsSet("LENS_SOAK") ? 1 : 5;  // its pages are much alike
+  EXPECT_GT(viewAll({QString(), u"help/designer.nsf"_s}, step), 250 / step);
 }
 
 TEST_F(EveryNoteTest, OfTheSamplesIsListedByItsClass) {
