@@ -1,14 +1,20 @@
 #!/usr/bin/env bash
+# test_windows.sh [--if-built] [ARCH]: ARCH is x86_64 unless told otherwise, or i686, which wants Wine for 32 bits
+# (wine32:i386).
 # Builds the program for Windows and a stand-in for the Notes client, and runs both under Wine on a virtual display: the
 # doors, commands, and the windows on a workspace, on the stand-in and without any client. Pictures of the windows are
-# kept in build/windows-x86_64/pictures. With --if-built nothing is done where the libraries would have to be built first,
+# kept in build/windows-ARCH/pictures. With --if-built nothing is done where the libraries would have to be built first,
 # which takes an hour.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-arch=x86_64
+look=
+[ "${1:-}" != --if-built ] || { look=--look; shift; }
+arch=${1:-x86_64}
+bits=64 other=i686
+[ "$arch" != i686 ] || bits=32 other=x86_64
 cache=${XDG_CACHE_HOME:-$HOME/.cache}/tessaly-lens/windows
 built=$PWD/build/windows-$arch
-if [ "${1:-}" = --if-built ] && ! packaging/windows/build_libraries.sh "$arch" "$cache/sources" "$cache" --look 2>/dev/null; then
+if [ -n "$look" ] && ! packaging/windows/build_libraries.sh "$arch" "$cache/sources" "$cache" --look 2>/dev/null; then
   echo "Left out: the program for Windows, whose libraries are not in $cache (make test-windows builds them)"
   exit 0
 fi
@@ -22,7 +28,7 @@ pictures=$built/pictures
 program=$place/program
 mkdir -p "$pictures" "$program" "$place/workspace"
 cp "$built/src/TessalyAndDocContent.exe" "$built/tests/windows/NNotes.dll" "$built/tests/windows/test_doors.exe" "$program/"
-export WINEPREFIX=$place/prefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=" WINEARCH=win64 LC_ALL=C.UTF-8
+export WINEPREFIX=$place/prefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=" WINEARCH=win$bits LC_ALL=C.UTF-8
 windows_path() { echo "Z:${1//\//\\}"; }
 workspace=$(windows_path "$place/workspace")
 
@@ -53,7 +59,7 @@ done
 export DISPLAY=":$number"
 openbox >/dev/null 2>&1 &
 manager=$!
-wineboot -i >/dev/null 2>&1
+wineboot -i >/dev/null 2>&1 || fail "Wine makes no system of $bits bits"
 wineserver -w
 # Of the fonts that Wine tells for windows Qt knows none, and takes any.
 font=$(printf 'Liberation Sans' | iconv -t UTF-16LE | od -An -v -tx1 | tr -d ' \n')
@@ -77,7 +83,7 @@ program databases >"$place/databases.txt"
 grep -q "^mail.kmeier.nsf  *Mail Karin Meier" "$place/databases.txt" || fail "The list of databases is not what it should be"
 program show 'mail\kmeier.nsf' 902 >"$place/document.txt"
 grep -q "Contract 2024-117, second draft" "$place/document.txt" || fail "The document is not what it should be"
-program evaluate 'mail\kmeier.nsf' 902 '@Platform' | grep -q "Windows/64" || fail "The formula gives another platform"
+program evaluate 'mail\kmeier.nsf' 902 '@Platform' | grep -q "Windows/$bits" || fail "The formula gives another platform"
 for copy in client faults; do cp -r "$place/workspace" "$place/$copy"; done
 
 echo "A day at the desk on a workspace"

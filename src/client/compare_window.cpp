@@ -16,7 +16,7 @@
 namespace lens {
 namespace {
 
-constexpr QSize kCompareSize(960, 680);
+constexpr QSize kCompareSize(1000, 680);
 
 QString labelOf(const DatabasePlace& place) {
   return CompareWindow::tr("%1 on %2").arg(place.path, serverLabel(place.server));
@@ -86,9 +86,12 @@ QWidget* CompareWindow::makeTables() {
   prepareTable(*differences_);
   differences_->setModel(found_);
   differences_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-  differences_->setColumnWidth(DifferenceModel::Kind, 140);
-  differences_->setColumnWidth(DifferenceModel::Title, 300);
-  differences_->setColumnWidth(DifferenceModel::Items, 240);
+  // What is left holds a whole UNID.
+  differences_->setColumnWidth(DifferenceModel::Kind, 130);
+  differences_->setColumnWidth(DifferenceModel::Title, 240);
+  differences_->setColumnWidth(DifferenceModel::Items, 180);
+  differences_->setColumnWidth(DifferenceModel::FirstId, 80);
+  differences_->setColumnWidth(DifferenceModel::SecondId, 80);
   differences_->horizontalHeader()->setStretchLastSection(true);
   connect(differences_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           [this](const QModelIndex& current) { showRow(current.row()); });

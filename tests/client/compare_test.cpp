@@ -1,6 +1,7 @@
 // Comparing two databases and two documents in the client window.
 #include <QClipboard>
 #include <QComboBox>
+#include <QScrollBar>
 #include <QTimer>
 
 #include "client/client_fixture.h"
@@ -58,6 +59,7 @@ TEST_F(ClientCompare, ListsWhatWasAddedIsGoneOrHasChanged) {
   EXPECT_EQ(texts(differences(), 0),
             QStringList({u"changed"_s, u"only in the first"_s, u"only in the second"_s}));
   EXPECT_EQ(texts(differences(), 1), QStringList({u"Changed here"_s, u"=New"_s, u"Gone"_s}));
+  EXPECT_EQ(differences().horizontalScrollBar()->maximum(), 0) << "every column is seen";
   EXPECT_EQ(texts(differences(), 2).first(), u"~Subject, -More"_s);
 }
 

@@ -251,8 +251,8 @@ faults_of_the_library() {
   mv "$program/NNotes.dll" "$program/server.dll"
   register_client "$program/server.dll"
   without_library missing
-  i686-w64-mingw32-gcc-posix -shared -o "$program/NNotes.dll" -x c /dev/null
-  without_library of-32-bits
-  x86_64-w64-mingw32-gcc-posix -shared -o "$program/NNotes.dll" -x c /dev/null
+  "$other-w64-mingw32-gcc-posix" -shared -o "$program/NNotes.dll" -x c /dev/null
+  without_library of-the-other-width
+  "$arch-w64-mingw32-gcc-posix" -shared -o "$program/NNotes.dll" -x c /dev/null
   without_library without-functions
 }
