@@ -25,8 +25,8 @@ void eachRowOfKey(ViewIndex& index, const ViewKey& key, const Regional& regional
 // The first document of the key that is there; 0 when there is none.
 NoteId findByKey(ViewIndex& index, const ViewKey& key, const Regional& regional);
 
-// Values of a column, counted from 0, in view order; of a categorised one each category once. As much as a
-// formula can hold. Where values are of several types all are texts.
+// Values of a column of the view's design, counted from 0, in view order; of a categorised one each category
+// once. As much as a formula can hold. Where values are of several types all are texts.
 formula::Value viewColumn(ViewIndex& index, int column, const Regional& regional);
 
 // What a formula looks up: a column, an item or the UNIDs of the rows of a key. False when there is none.
