@@ -56,7 +56,7 @@ void NoteData::openBlock(const NoteRecord& record) {
 void NoteData::openInBucket(const DataBuckets& buckets, const NoteRecord& record, const Proof& proof) {
   const QByteArray block = buckets.record(record.dataBucket(), record.dataSlot());
   const RecordBytes bytes(block);
-  const bool isProven = block.size() == record.dataSize && isBlockOf(block, record) &&
+  const bool isProven = qint64(block.size()) == record.dataSize && isBlockOf(block, record) &&
                         bytes.u32(26) == record.header.sequence &&
                         proof(QByteArrayView(block).sliced(kBlockHead), bytes.u32(58));
   if (!isProven) {

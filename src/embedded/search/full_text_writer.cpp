@@ -26,7 +26,7 @@ QString wordsOf(const QString& fields) {
 
 // False when the bytes are not what was packed; a length from a foreign file may be any number.
 bool unpack(QByteArrayView packed, QString& fields) {
-  constexpr qsizetype kHead = 4, kDensest = 1100;  // zlib's densest packing, and a little
+  constexpr qint64 kHead = 4, kDensest = 1100;  // zlib's densest packing, and a little
   if (packed.size() < kHead || qFromBigEndian<quint32>(packed.data()) > packed.size() * kDensest)
     return false;
   fields = QString::fromUtf8(qUncompress(reinterpret_cast<const uchar*>(packed.data()), packed.size()));
