@@ -25,7 +25,7 @@ bool foldStep(Operator op, Value& left, const Value& right) {
     left = concatenate(std::move(left), right);
     return true;
   }
-  if (isPermuted(op) && left.count() * right.count() > kLargestFolded) return false;
+  if (isPermuted(op) && qint64(left.count()) * right.count() > kLargestFolded) return false;
   Value computed = applyBinary(op, left, right, nullptr);
   if (computed.isError() || computed.storedSizeBound() > kLargestFolded) return false;
   left = std::move(computed);

@@ -156,7 +156,7 @@ Database& Call::writableDatabase() const {
   return *evaluation_->database();
 }
 
-void Call::charge(qsizetype steps) const {
+void Call::charge(qint64 steps) const {
   if (evaluation_) evaluation_->charge(steps);
 }
 

@@ -86,7 +86,7 @@ class Evaluation {
   Environment& environment() const { return environment_; }
   Document* document() const { return document_; }
   Database* database() const { return database_; }
-  void charge(qsizetype steps) {
+  void charge(qint64 steps) {
     stepsUntilAsked_ -= steps;
     if (stepsUntilAsked_ <= 0) askWhetherToGoOn();
   }

@@ -34,7 +34,7 @@ class Call {
   Evaluation& evaluation() const { return *evaluation_; }
   // Steps of work that are not in the number of instructions: elements looked at, characters matched.
   // Ends an evaluation that does too much, and lets the user interrupt it.
-  void charge(qsizetype steps) const;
+  void charge(qint64 steps) const;
 
  private:
   const Value* const* arguments_;

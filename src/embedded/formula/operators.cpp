@@ -24,7 +24,7 @@ bool refused(const Value& operand, Value& error) {
   return true;
 }
 
-void charge(Evaluation* evaluation, qsizetype steps) {
+void charge(Evaluation* evaluation, qint64 steps) {
   if (evaluation) evaluation->charge(steps);
 }
 
@@ -42,7 +42,7 @@ bool anyPair(bool permuted, qsizetype lefts, qsizetype rights, Visit&& visit) {
   return false;
 }
 
-qsizetype pairCount(bool permuted, qsizetype lefts, qsizetype rights) {
+qint64 pairCount(bool permuted, qint64 lefts, qint64 rights) {
   return permuted ? lefts * rights : qMax(lefts, rights);
 }
 

@@ -43,7 +43,7 @@ TextSet setOf(const Value& list) {
 bool allAre(const Value& texts, const Value& list, bool members) {
   constexpr qsizetype kFewComparisons = 64;
   const qsizetype count = texts.count();
-  if (count == 1 || count * list.count() <= kFewComparisons) {
+  if (count == 1 || qint64(count) * list.count() <= kFewComparisons) {
     for (qsizetype i = 0; i < count; ++i)
       if ((indexIn(texts.text(i), list) >= 0) != members) return false;
     return true;

@@ -79,7 +79,7 @@ void PatternRow::addRange(char32_t first, char32_t last) {
   ++parts_.back().setSize;
 }
 
-qsizetype PatternRow::work(qsizetype textSize) const {
+qint64 PatternRow::work(qint64 textSize) const {
   const qsizetype size = parts_.size() + qsizetype(ranges_.size());
   return 1 + textSize + textSize * size / (repeatsOthers_ ? 1 : 4);
 }
@@ -211,8 +211,8 @@ bool MatchPattern::matches(QStringView text) const {
   return false;
 }
 
-qsizetype MatchPattern::work(qsizetype textSize) const {
-  qsizetype work = 0;
+qint64 MatchPattern::work(qint64 textSize) const {
+  qint64 work = 0;
   for (const Term& term : terms_) work += term.row.work(textSize);
   return work;
 }

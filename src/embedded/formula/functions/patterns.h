@@ -33,7 +33,7 @@ class PatternRow {
 
   bool matches(QStringView text, bool foldsCase) const;
   // Steps that matching a text of that size may take.
-  qsizetype work(qsizetype textSize) const;
+  qint64 work(qint64 textSize) const;
 
  private:
   bool fits(const PatternPart& part, char32_t character, char32_t folded) const;
@@ -55,7 +55,7 @@ class MatchPattern {
  public:
   explicit MatchPattern(QStringView pattern);
   bool matches(QStringView text) const;
-  qsizetype work(qsizetype textSize) const;
+  qint64 work(qint64 textSize) const;
 
  private:
   struct Term {

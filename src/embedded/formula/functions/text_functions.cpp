@@ -104,12 +104,12 @@ Value implode(const Call& call) {
   if (count == 1) return list;
   const QStringView separator = call.has(1) ? call[1].text() : QStringView(u" ");
   call.charge(count);
-  qsizetype size = (count - 1) * separator.size();
+  qint64 size = qint64(count - 1) * separator.size();
   for (qsizetype i = 0; i < count; ++i) size += list.text(i).size();
   if (size > kMaxBytes) throw Fault{fault::TextTooLong};
   if (size == 0) return Value::text(Text());
   char16_t* out;
-  Text text = Text::ofSize(size, out);
+  Text text = Text::ofSize(qsizetype(size), out);
   for (qsizetype i = 0; i < count; ++i) {
     if (i > 0) copyTo(out, separator);
     copyTo(out, list.text(i));

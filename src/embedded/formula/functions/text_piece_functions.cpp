@@ -206,11 +206,11 @@ Text withReplaced(const Call& call, const Text& whole, QStringView from, QString
   QVarLengthArray<quint32, 64> hits;
   for (; hit >= 0; hit = findFirst(call, text, from, hit + from.size())) hits.append(quint32(hit));
   call.charge(hits.size() + text.size() / 16);
-  const qsizetype size = text.size() + hits.size() * (to.size() - from.size());
+  const qint64 size = text.size() + qint64(hits.size()) * (to.size() - from.size());
   if (size > kMaxBytes) throw Fault{fault::TextTooLong};
   if (size == 0) return Text();
   char16_t* out;
-  Text result = Text::ofSize(size, out);
+  Text result = Text::ofSize(qsizetype(size), out);
   const auto copy = [&out](QStringView piece) {
     std::memcpy(out, piece.utf16(), size_t(piece.size()) * sizeof(char16_t));
     out += piece.size();
