@@ -138,7 +138,8 @@ TEST_F(Writing, ExportAsCsvHasAColumnForEachItemAndIsSafe) {
 
 TEST_F(Writing, ExportAsCsvOfNamedItems) {
   save(memo(u"One"_s));
-  const CommandResult result = run({u"export"_s, u"mail.nsf"_s, u"--csv"_s, u"--items"_s, u"Subject, None,"_s});
+  const CommandResult result =
+      run({u"export"_s, u"mail.nsf"_s, u"--csv"_s, u"--items"_s, u"Subject, None,"_s});
   EXPECT_EQ(result.lines().value(0), u"NoteID,UNID,Subject,None\r"_s);
   EXPECT_TRUE(result.lines().value(1).endsWith(u",One,\r"_s));
 }
