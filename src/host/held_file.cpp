@@ -17,10 +17,16 @@ struct HeldNow {
   bool operator==(const HeldNow&) const = default;
 };
 
-QMutex heldMutex;
-QVector<HeldNow>& heldNow() {
-  static QVector<HeldNow> held;
-  return held;
+struct HeldFiles {
+  QMutex mutex;
+  QVector<HeldNow> files;
+};
+
+// Stays until the process is gone: a database that lives as long as the program is closed after all that the
+// program made once is gone.
+HeldFiles& heldNow() {
+  static HeldFiles* const held = new HeldFiles;
+  return *held;
 }
 
 // Also of a file that is not there yet.
@@ -41,30 +47,34 @@ bool isJournalOf(const QString& path, const HeldNow& held) {
 
 HeldFile::HeldFile(const QString& path)
     : file_(FileIdentity::of(path)), path_(QFileInfo(path).canonicalFilePath()) {
-  const QMutexLocker lock(&heldMutex);
-  heldNow().push_back({file_, path_});
+  HeldFiles& held = heldNow();
+  const QMutexLocker lock(&held.mutex);
+  held.files.push_back({file_, path_});
 }
 
 HeldFile::~HeldFile() {
-  const QMutexLocker lock(&heldMutex);
-  heldNow().removeOne(HeldNow{file_, path_});
+  HeldFiles& held = heldNow();
+  const QMutexLocker lock(&held.mutex);
+  held.files.removeOne(HeldNow{file_, path_});
 }
 
 bool HeldFile::isHeld(const FileIdentity& file) {
-  const QMutexLocker lock(&heldMutex);
-  return !file.isNull() && std::any_of(heldNow().begin(), heldNow().end(),
-                                       [&](const HeldNow& held) { return held.file == file; });
+  HeldFiles& held = heldNow();
+  const QMutexLocker lock(&held.mutex);
+  return !file.isNull() && std::any_of(held.files.begin(), held.files.end(),
+                                       [&](const HeldNow& one) { return one.file == file; });
 }
 
 void requireNotHeld(const QString& path) {
-  bool held = HeldFile::isHeld(FileIdentity::of(path));
-  if (!held) {
+  bool isHeld = HeldFile::isHeld(FileIdentity::of(path));
+  if (!isHeld) {
     const QString file = truePath(path);
-    const QMutexLocker lock(&heldMutex);
-    held = std::any_of(heldNow().begin(), heldNow().end(),
-                       [&](const HeldNow& one) { return isJournalOf(file, one); });
+    HeldFiles& held = heldNow();
+    const QMutexLocker lock(&held.mutex);
+    isHeld = std::any_of(held.files.begin(), held.files.end(),
+                         [&](const HeldNow& one) { return isJournalOf(file, one); });
   }
-  if (held)
+  if (isHeld)
     throw RuntimeError(err::PermissionDenied,
                        u"%1: permission denied (the file belongs to a database that is open)"_s.arg(path));
 }

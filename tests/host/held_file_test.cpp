@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
 
 #include "host/paths.h"
 #include "notes/literals.h"
@@ -14,6 +16,9 @@
 
 namespace lens {
 namespace {
+
+// Made before all else, and so gone after it.
+std::unique_ptr<HeldFile> heldToTheEnd;
 
 class HeldFiles : public testing::Test {
  protected:
@@ -49,6 +54,15 @@ TEST_F(HeldFiles, CountUnderEveryNameUntilTheyAreLetGo) {
     EXPECT_EQ(refusal(directory.path()), 0);
   }
   EXPECT_EQ(refusal(file), 0);
+}
+
+TEST_F(HeldFiles, AreLetGoAfterTheEndOfAllElse) {
+  const QString file = make(u"mail.nsf"_s);
+  const auto holdAndEnd = [&] {
+    heldToTheEnd = std::make_unique<HeldFile>(file);
+    std::exit(refusal(file) == err::PermissionDenied ? 0 : 1);
+  };
+  EXPECT_EXIT(holdAndEnd(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(HeldFiles, CountWithTheirJournalsEvenThoseThatAreNotThere) {
