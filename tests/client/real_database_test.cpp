@@ -165,14 +165,14 @@ TEST_F(RealInClient, TheWindowLivesOnWhileAFileIsRead) {
   start();
   bool barSeen = false, progressSeen = false;
   QString refused;
-  QObject::connect(&part<QProgressBar>("importProgress"), &QProgressBar::valueChanged, window.get(),
-                   [&](int value) { progressSeen |= value > 0; });
   QTimer meanwhile;
   meanwhile.setSingleShot(true);
   QObject::connect(&meanwhile, &QTimer::timeout, window.get(), [&] {
     barSeen = part<QWidget>("importBar").isVisible();
     trigger("importFilesAction");
     refused = error();
+    // The progress goes on being shown until this ends, however soon the file is read.
+    progressSeen = QTest::qWaitFor([&] { return part<QProgressBar>("importProgress").value() > 0; });
   });
   meanwhile.start(5);
   openFile();
